@@ -1,0 +1,21 @@
+// The order of a store's rows by their columns.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "kpTables/db/RowStore.h"
+
+namespace kpTables::db {
+
+struct SortKey {
+    int column = 0;
+    bool descending = false;
+};
+
+/// The rows' numbers in ascending order: Null first, then numbers, then texts where a column holds them mixed. Rows
+/// that are equal keep their order.
+std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys);
+
+}  // namespace kpTables::db

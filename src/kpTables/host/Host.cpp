@@ -1,0 +1,24 @@
+#include "kpTables/Host.h"
+
+#include <ctime>
+
+#include "kpTables/Error.h"
+
+namespace kpTables {
+
+MessageAnswer Host::MsgBox(const std::string& text, MessageButtons, const std::string& title) {
+    Raise(ErrorNumber::InvalidCall, "nobody is there to answer the message box \"" + title + "\": " + text);
+}
+
+Date Host::Today() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+#ifdef _WIN32
+    localtime_s(&local, &now);
+#else
+    localtime_r(&now, &local);
+#endif
+    return Date::FromYearMonthDay(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+}
+
+}  // namespace kpTables
