@@ -1,0 +1,20 @@
+// Whatever is read must print and read again as the same text; everything else must be an SqlError.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "sql/Parser.h"
+#include "sql/SqlError.h"
+#include "sql/TextPrinter.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::string printed;
+    try {
+        printed = Print(*kpTables::sql::Parse({reinterpret_cast<const char*>(data), size}));
+    } catch (const kpTables::sql::SqlError&) {
+        return 0;
+    }
+    if (Print(*kpTables::sql::Parse(printed)) != printed) std::abort();
+    return 0;
+}

@@ -1,0 +1,403 @@
+-- The tables of an account book, in Jet's DDL. Every engine makes its book from this text.
+-- A statement ends with a semicolon at the end of its line. Figures default to 0, so that a row entered with its keys alone
+-- takes part in sums.
+
+-- Warehouses and the closing state of each.
+CREATE TABLE 仓库设置 (
+    dpID COUNTER PRIMARY KEY,
+    仓库名称 TEXT(50),
+    结帐日期 DATETIME,
+    结帐标志 YESNO DEFAULT 0
+);
+CREATE INDEX 仓库名称 ON 仓库设置 (仓库名称);
+
+-- Suppliers and customers with their classes.
+CREATE TABLE 厂商分类 (
+    ClassID COUNTER PRIMARY KEY,
+    ClassCode TEXT(20),
+    ClassName TEXT(50)
+);
+CREATE TABLE 厂商资料 (
+    KSID COUNTER PRIMARY KEY,
+    ClassCode TEXT(20),
+    企业名称 TEXT(100),
+    单位名称 TEXT(100)
+);
+CREATE INDEX 单位名称 ON 厂商资料 (单位名称);
+CREATE TABLE 客户分类 (
+    ClassID COUNTER PRIMARY KEY,
+    ClassCode TEXT(20),
+    ClassName TEXT(50)
+);
+CREATE TABLE 客户资料 (
+    KSID COUNTER PRIMARY KEY,
+    ClassCode TEXT(20),
+    企业名称 TEXT(100),
+    单位名称 TEXT(100)
+);
+CREATE INDEX 单位名称 ON 客户资料 (单位名称);
+
+-- Projects with their classes.
+CREATE TABLE 项目分类 (
+    ClassID COUNTER PRIMARY KEY,
+    ClassCode TEXT(20),
+    ClassName TEXT(50)
+);
+CREATE TABLE 项目设置 (
+    项目ID COUNTER PRIMARY KEY,
+    项目编号 TEXT(50),
+    项目名称 TEXT(100),
+    工程名称 TEXT(100),
+    工程性质 TEXT(50),
+    ClassCode TEXT(20),
+    ksID LONG DEFAULT 0
+);
+
+-- Departments and employees.
+CREATE TABLE 部门分类 (
+    ClassID COUNTER PRIMARY KEY,
+    ClassCode TEXT(20),
+    ClassName TEXT(50)
+);
+CREATE TABLE 雇员资料 (
+    雇员ID COUNTER PRIMARY KEY,
+    ClassCode TEXT(20),
+    姓名 TEXT(50)
+);
+
+-- Products with their classes.
+CREATE TABLE 商品分类 (
+    ClassCode TEXT(20) PRIMARY KEY,
+    ClassName TEXT(50)
+);
+CREATE TABLE 商品设置 (
+    pdID COUNTER PRIMARY KEY,
+    商品名称 TEXT(100),
+    商品编号 TEXT(50),
+    KSID LONG DEFAULT 0,
+    ClassCode TEXT(20),
+    规格 TEXT(50),
+    型号 TEXT(50),
+    计量单位 TEXT(20),
+    进位方法 TEXT(20),
+    计价方法 TEXT(20),
+    默认单价 DOUBLE DEFAULT 0,
+    普通税率 DOUBLE DEFAULT 0,
+    增值税率 DOUBLE DEFAULT 0,
+    购进单价 DOUBLE DEFAULT 0,
+    普购税率 DOUBLE DEFAULT 0,
+    增购税率 DOUBLE DEFAULT 0,
+    最低库存 DOUBLE DEFAULT 0,
+    最高库存 DOUBLE DEFAULT 0,
+    单位数量 DOUBLE DEFAULT 0,
+    商品条码 TEXT(50),
+    输入简码 TEXT(50),
+    生产厂家 TEXT(100),
+    存放地点 TEXT(50),
+    存放位置 TEXT(50),
+    备注 TEXT(255)
+);
+CREATE INDEX 商品条码 ON 商品设置 (商品条码);
+CREATE INDEX 输入简码 ON 商品设置 (输入简码);
+CREATE INDEX 商品编号 ON 商品设置 (商品编号);
+CREATE INDEX 商品名称 ON 商品设置 (商品名称);
+CREATE INDEX ClassCode ON 商品设置 (ClassCode);
+
+-- Inbound and outbound bills: a header and any number of lines, joined by BillID. The lines' 仓库 and the headers' 编号 and
+-- BillType are what some of the host's lists filter and sort by.
+CREATE TABLE 入库目录 (
+    BillID COUNTER PRIMARY KEY,
+    年份 SHORT,
+    月份 SHORT,
+    日子 SHORT,
+    单据类型 TEXT(20),
+    类型 TEXT(20),
+    单据编号 TEXT(50),
+    编号 TEXT(50),
+    BillType TEXT(20),
+    dpID LONG,
+    ksID LONG DEFAULT 0,
+    pjID LONG DEFAULT 0,
+    录入员 TEXT(50),
+    录入日期 DATETIME,
+    审核员 TEXT(50),
+    审核日期 DATETIME,
+    说明 TEXT(255)
+);
+CREATE INDEX 仓库月份 ON 入库目录 (dpID, 月份);
+CREATE INDEX 日期 ON 入库目录 (年份, 月份, 日子);
+CREATE INDEX 月份单据 ON 入库目录 (月份, 单据类型, 单据编号);
+CREATE INDEX 单据编号 ON 入库目录 (单据编号);
+CREATE INDEX ksID ON 入库目录 (ksID);
+CREATE TABLE 入库记录 (
+    BillID LONG,
+    pdID LONG,
+    dpID LONG,
+    单价 CURRENCY DEFAULT 0,
+    数量 DOUBLE DEFAULT 0,
+    金额 CURRENCY DEFAULT 0,
+    税额 CURRENCY DEFAULT 0,
+    除税单价 CURRENCY DEFAULT 0,
+    除税金额 CURRENCY DEFAULT 0,
+    经手人 TEXT(50),
+    交接人 TEXT(50),
+    包装 TEXT(50),
+    货位 TEXT(50),
+    期限 DOUBLE DEFAULT 0,
+    仓库 LONG DEFAULT 0
+);
+CREATE INDEX BillID ON 入库记录 (BillID);
+CREATE INDEX pdID ON 入库记录 (pdID);
+CREATE TABLE 出库目录 (
+    BillID COUNTER PRIMARY KEY,
+    年份 SHORT,
+    月份 SHORT,
+    日子 SHORT,
+    单据类型 TEXT(20),
+    类型 TEXT(20),
+    单据编号 TEXT(50),
+    编号 TEXT(50),
+    BillType TEXT(20),
+    dpID LONG,
+    ksID LONG DEFAULT 0,
+    pjID LONG DEFAULT 0,
+    录入员 TEXT(50),
+    录入日期 DATETIME,
+    审核员 TEXT(50),
+    审核日期 DATETIME,
+    说明 TEXT(255)
+);
+CREATE INDEX 仓库月份 ON 出库目录 (dpID, 月份);
+CREATE INDEX 日期 ON 出库目录 (年份, 月份, 日子);
+CREATE INDEX 月份单据 ON 出库目录 (月份, 单据类型, 单据编号);
+CREATE INDEX 单据编号 ON 出库目录 (单据编号);
+CREATE INDEX ksID ON 出库目录 (ksID);
+CREATE TABLE 出库记录 (
+    BillID LONG,
+    pdID LONG,
+    dpID LONG,
+    单价 CURRENCY DEFAULT 0,
+    数量 DOUBLE DEFAULT 0,
+    金额 CURRENCY DEFAULT 0,
+    税额 CURRENCY DEFAULT 0,
+    除税单价 CURRENCY DEFAULT 0,
+    除税金额 CURRENCY DEFAULT 0,
+    经手人 TEXT(50),
+    交接人 TEXT(50),
+    包装 TEXT(50),
+    货位 TEXT(50),
+    期限 DOUBLE DEFAULT 0,
+    仓库 LONG DEFAULT 0
+);
+CREATE INDEX BillID ON 出库记录 (BillID);
+CREATE INDEX pdID ON 出库记录 (pdID);
+
+-- Cost bills.
+CREATE TABLE 成本目录 (
+    CostID COUNTER PRIMARY KEY,
+    年份 SHORT,
+    月份 SHORT,
+    日子 SHORT,
+    dpID LONG
+);
+CREATE INDEX 仓库月份 ON 成本目录 (dpID, 月份);
+CREATE TABLE 成本记录 (
+    CostID LONG,
+    pdID LONG,
+    单价 CURRENCY DEFAULT 0,
+    数量 DOUBLE DEFAULT 0,
+    金额 CURRENCY DEFAULT 0
+);
+CREATE INDEX CostID ON 成本记录 (CostID);
+
+-- The monthly balance of every product in every warehouse. Not unique by its keys: a month that is closed twice gets its
+-- successor's rows twice unless they were removed before.
+CREATE TABLE 仓库余额表 (
+    年份 SHORT,
+    月份 SHORT,
+    pdID LONG,
+    dpID LONG,
+    上期库存单价 DOUBLE DEFAULT 0,
+    上期库存数量 DOUBLE DEFAULT 0,
+    上期库存金额 CURRENCY DEFAULT 0,
+    本期入库单价 DOUBLE DEFAULT 0,
+    本期入库数量 DOUBLE DEFAULT 0,
+    本期入库金额 CURRENCY DEFAULT 0,
+    累计入库数量 DOUBLE DEFAULT 0,
+    累计入库金额 CURRENCY DEFAULT 0,
+    本期出库单价 DOUBLE DEFAULT 0,
+    本期出库数量 DOUBLE DEFAULT 0,
+    本期出库金额 CURRENCY DEFAULT 0,
+    累计出库数量 DOUBLE DEFAULT 0,
+    累计出库金额 CURRENCY DEFAULT 0,
+    本期库存单价 DOUBLE DEFAULT 0,
+    本期库存数量 DOUBLE DEFAULT 0,
+    本期库存金额 CURRENCY DEFAULT 0,
+    备注 TEXT(50)
+);
+CREATE INDEX 仓库月份 ON 仓库余额表 (dpID, 月份);
+CREATE INDEX 年份月份 ON 仓库余额表 (年份, 月份);
+CREATE INDEX pdID ON 仓库余额表 (pdID);
+
+-- Stocktaking.
+CREATE TABLE 仓库盘点表 (
+    pdID LONG,
+    月份 SHORT,
+    dpID LONG
+);
+CREATE INDEX 仓库月份 ON 仓库盘点表 (dpID, 月份);
+
+-- Sales summaries entered instead of outbound bills.
+CREATE TABLE 销售汇总目录 (
+    ID COUNTER PRIMARY KEY,
+    月份 SHORT,
+    dpID LONG
+);
+CREATE TABLE 销售汇总记录 (
+    ListID LONG
+);
+CREATE INDEX ListID ON 销售汇总记录 (ListID);
+
+-- Payment methods, options and the book's own information.
+CREATE TABLE 收付款方式 (
+    收付款方式 TEXT(50),
+    科目名称 TEXT(50),
+    科目代码 TEXT(20)
+);
+CREATE TABLE 系统选项 (
+    Item TEXT(50) PRIMARY KEY,
+    Discription TEXT(255)
+);
+CREATE TABLE AccInfo (
+    帐簿名称 TEXT(100),
+    单位名称 TEXT(100),
+    财务主管 TEXT(50),
+    法人代表 TEXT(50),
+    帐簿编号 TEXT(50),
+    单位地址 TEXT(255),
+    联系电话 TEXT(50),
+    电子邮件 TEXT(100),
+    网络地址 TEXT(100),
+    工商登记号 TEXT(50),
+    税务登记号 TEXT(50),
+    企业代码 TEXT(50),
+    企业类型 TEXT(50),
+    建帐日期 TEXT(50),
+    当前日期 TEXT(50)
+);
+
+-- Operators with one flag per right, from position 4 on, and their log.
+CREATE TABLE 操作员 (
+    ID COUNTER PRIMARY KEY,
+    姓名 TEXT(50),
+    密码 TEXT(50),
+    dpID LONG DEFAULT 0,
+    入库处理 YESNO DEFAULT 0,
+    出库处理 YESNO DEFAULT 0,
+    成本处理 YESNO DEFAULT 0,
+    单据审核 YESNO DEFAULT 0,
+    单据删除 YESNO DEFAULT 0,
+    月末结帐 YESNO DEFAULT 0,
+    库存查询 YESNO DEFAULT 0,
+    报表打印 YESNO DEFAULT 0,
+    商品管理 YESNO DEFAULT 0,
+    仓库管理 YESNO DEFAULT 0,
+    项目管理 YESNO DEFAULT 0,
+    凭证处理 YESNO DEFAULT 0,
+    资产处理 YESNO DEFAULT 0,
+    卡片打印 YESNO DEFAULT 0,
+    资产折旧 YESNO DEFAULT 0,
+    系统设置 YESNO DEFAULT 0
+);
+CREATE TABLE Log (
+    logID COUNTER PRIMARY KEY,
+    Operator TEXT(50),
+    logDate DATETIME,
+    内容 TEXT(255)
+);
+CREATE INDEX Operator ON Log (Operator);
+CREATE INDEX logDate ON Log (logDate);
+
+-- Saved column layouts of the host's grids and saved report settings.
+CREATE TABLE Header (
+    [Table] TEXT(64),
+    [Index] LONG,
+    Flag TEXT(64),
+    colkey TEXT(64),
+    Header TEXT(100),
+    Hidden YESNO DEFAULT 0,
+    Width DOUBLE DEFAULT 0
+);
+CREATE INDEX TableFlag ON Header ([Table], Flag);
+CREATE TABLE History (
+    rpID COUNTER PRIMARY KEY,
+    Caption TEXT(255),
+    setting MEMO,
+    rptDate DATETIME
+);
+
+-- Haulage: work orders, their deliveries and the drivers' monthly pay.
+CREATE TABLE 派遣目录 (
+    BillID COUNTER PRIMARY KEY,
+    年份 SHORT,
+    月份 SHORT,
+    日子 SHORT,
+    单据编号 TEXT(50),
+    录入员 TEXT(50),
+    录入日期 DATETIME,
+    车牌号 TEXT(20),
+    司机 TEXT(50),
+    跟车人 TEXT(50),
+    货款 CURRENCY DEFAULT 0,
+    外用车 YESNO DEFAULT 0,
+    违章 YESNO DEFAULT 0,
+    部门ID LONG DEFAULT 0,
+    说明 TEXT(255),
+    审核员 TEXT(50),
+    审核日期 DATETIME
+);
+CREATE INDEX 日期 ON 派遣目录 (年份, 月份, 日子);
+CREATE TABLE 派遣记录 (
+    BillID LONG,
+    pdID LONG,
+    厂商ID LONG,
+    客户ID LONG,
+    配送单号 TEXT(50),
+    送货地点 TEXT(100),
+    数量 DOUBLE DEFAULT 0,
+    金额 CURRENCY DEFAULT 0
+);
+CREATE INDEX BillID ON 派遣记录 (BillID);
+CREATE TABLE 工资表 (
+    年份 SHORT,
+    月份 SHORT,
+    姓名 TEXT(50),
+    总收入 CURRENCY DEFAULT 0,
+    油费 CURRENCY DEFAULT 0,
+    外加油费 CURRENCY DEFAULT 0,
+    过路费 CURRENCY DEFAULT 0,
+    装卸费 CURRENCY DEFAULT 0,
+    折旧 CURRENCY DEFAULT 0,
+    保险 CURRENCY DEFAULT 0,
+    利润 CURRENCY DEFAULT 0,
+    税金 CURRENCY DEFAULT 0,
+    养路费 CURRENCY DEFAULT 0,
+    装卸工资 CURRENCY DEFAULT 0,
+    费用1 CURRENCY DEFAULT 0,
+    费用2 CURRENCY DEFAULT 0,
+    费用3 CURRENCY DEFAULT 0,
+    总费用 CURRENCY DEFAULT 0,
+    其它1 CURRENCY DEFAULT 0,
+    其它2 CURRENCY DEFAULT 0,
+    其它3 CURRENCY DEFAULT 0,
+    应付 CURRENCY DEFAULT 0,
+    所得税 CURRENCY DEFAULT 0,
+    电话费 CURRENCY DEFAULT 0,
+    扣款1 CURRENCY DEFAULT 0,
+    扣款2 CURRENCY DEFAULT 0,
+    扣款3 CURRENCY DEFAULT 0,
+    实发工资 CURRENCY DEFAULT 0,
+    Flag TEXT(20),
+    备注 TEXT(255)
+);
+CREATE INDEX 月份 ON 工资表 (月份);

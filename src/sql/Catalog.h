@@ -1,0 +1,30 @@
+// What the front end asks an engine about the tables of its book.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sql/Type.h"
+
+namespace kpTables::sql {
+
+struct CatalogColumn {
+    std::string name;
+    Type type = Type::Unknown;
+    bool counter = false;
+};
+
+struct CatalogTable {
+    std::string name;  ///< as the engine spells it
+    std::vector<CatalogColumn> columns;
+};
+
+class Catalog {
+public:
+    virtual ~Catalog() = default;
+    /// The table of that name, letters without regard to case, or nullptr. Stays valid until the schema changes.
+    virtual const CatalogTable* Find(std::string_view table) const = 0;
+};
+
+}  // namespace kpTables::sql

@@ -1,0 +1,53 @@
+// One statement turned into another engine's text, ready to be prepared once and bound often.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sql/Catalog.h"
+#include "sql/Lexer.h"
+#include "sql/Tree.h"
+#include "sql/Type.h"
+
+namespace kpTables::sql {
+
+/// How a literal's value becomes the value that is bound.
+enum class Binding {
+    Short,          ///< 16-bit whole number; a text or a decimal is converted, half to even
+    Long,           ///< 32-bit whole number, likewise
+    Number,         ///< whole number where it is one, else double; a text is read as a number
+    Currency,       ///< exact ten-thousandths for a stored value: rounded half to even, error 6 out of range
+    CurrencyBound,  ///< ten-thousandths for a comparison: not rounded (12.34567 binds 123456.7)
+    Boolean,        ///< -1 for any number but 0, and for the text True
+    Date,           ///< ISO text, from a date, a text that reads as one, or a number of days (1899-12-30 is 0)
+    ServerDate,     ///< as Date, a number counting days from 1900-01-01
+    DateYear,       ///< one part of the date, as a whole number
+    DateMonth,
+    DateDay,
+    Text,  ///< the text; a number in its text form
+};
+
+struct Parameter {
+    int literal = 0;  ///< ordinal of the literal in the statement's text
+    Binding binding = Binding::Text;
+    std::size_t offset = 0;  ///< of the literal in the text that was first translated, for messages
+};
+
+struct ResultColumn {
+    std::string name;
+    Type type = Type::Unknown;
+};
+
+struct Translation {
+    StatementKind kind = StatementKind::Select;
+    std::string text;                   ///< with parameters ?1 ... ?n
+    std::vector<Parameter> parameters;  ///< ?1 is the first
+    std::vector<ResultColumn> columns;  ///< of a query, in order; else empty
+    /// Literals whose value shaped the text (a TOP, an ordinal, a pattern that a rewrite looked at): the translation
+    /// serves another text of the same shape only when these have the same values.
+    std::vector<int> fixedLiterals;
+};
+
+}  // namespace kpTables::sql

@@ -1,0 +1,474 @@
+// The tree of one statement: one small class per node, children owned by unique_ptr.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "sql/Type.h"
+
+namespace kpTables::sql {
+
+struct Query;
+
+// ---- Expressions ----
+
+enum class ExpressionKind {
+    Literal,
+    Column,
+    Star,
+    Variable,
+    Unary,
+    Binary,
+    Like,
+    Between,
+    InList,
+    InQuery,
+    IsNull,
+    Exists,
+    Subquery,
+    Call,
+    Cast,
+    Case,
+};
+
+struct Expression {
+    virtual ~Expression() = default;
+    const ExpressionKind kind;
+    std::size_t offset;  ///< byte position in the text; 0 for a node that a rewrite made
+
+protected:
+    Expression(ExpressionKind k, std::size_t at) : kind(k), offset(at) {}
+};
+using ExpressionPtr = std::unique_ptr<Expression>;
+
+/// The node as its own class; the caller has looked at kind.
+template <class Node>
+const Node& As(const Expression& e) {
+    return static_cast<const Node&>(e);
+}
+template <class Node>
+Node& As(Expression& e) {
+    return static_cast<Node&>(e);
+}
+/// The node as its own class, or nullptr when it is another.
+template <class Node>
+const Node* If(const Expression* e) {
+    return e && e->kind == Node::kKind ? static_cast<const Node*>(e) : nullptr;
+}
+template <class Node>
+Node* If(Expression* e) {
+    return e && e->kind == Node::kKind ? static_cast<Node*>(e) : nullptr;
+}
+
+enum class LiteralKind { Null, Boolean, Integer, Decimal, Text, Date };
+
+/// A constant. text is its value, not its spelling: 12.5, it's (quotes undoubled), True; of a date what stands between
+/// the # signs, which the engine reads.
+struct Literal : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Literal;
+    LiteralKind literal;
+    std::string text;
+    int ordinal;  ///< which literal of the statement's text, from 0; -1 for one that a rewrite made
+    Literal(LiteralKind k, std::string value, int n, std::size_t at = 0)
+        : Expression(kKind, at), literal(k), text(std::move(value)), ordinal(n) {}
+};
+
+/// A column's name, with the table or alias in front of it when there is one.
+struct Column : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Column;
+    std::string table;
+    std::string name;
+    Column(std::string t, std::string n, std::size_t at = 0)
+        : Expression(kKind, at), table(std::move(t)), name(std::move(n)) {}
+};
+
+/// "*" or "Lst.*"; also the argument of Count(*).
+struct Star : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Star;
+    std::string table;
+    explicit Star(std::string t, std::size_t at = 0) : Expression(kKind, at), table(std::move(t)) {}
+};
+
+/// "@@IDENTITY"; name without the two signs.
+struct Variable : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Variable;
+    std::string name;
+    explicit Variable(std::string n, std::size_t at = 0) : Expression(kKind, at), name(std::move(n)) {}
+};
+
+enum class UnaryOperator { Minus, Plus, Not };
+
+struct Unary : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Unary;
+    UnaryOperator op;
+    ExpressionPtr operand;
+    Unary(UnaryOperator o, ExpressionPtr e, std::size_t at = 0) : Expression(kKind, at), op(o), operand(std::move(e)) {}
+};
+
+enum class BinaryOperator {
+    Power,
+    Multiply,
+    Divide,
+    IntegerDivide,
+    Modulo,
+    Add,
+    Subtract,
+    Concatenate,
+    Equal,
+    NotEqual,
+    Less,
+    LessEqual,
+    Greater,
+    GreaterEqual,
+    And,
+    Or,
+    Xor,
+    Eqv,
+    Imp,
+};
+
+/// "a And b And c" leans to the left and may be thousands of operators deep there: walk the left side in a loop.
+struct Binary : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Binary;
+    BinaryOperator op;
+    ExpressionPtr left;
+    ExpressionPtr right;
+    Binary(BinaryOperator o, ExpressionPtr l, ExpressionPtr r, std::size_t at = 0)
+        : Expression(kKind, at), op(o), left(std::move(l)), right(std::move(r)) {}
+    ~Binary() override {
+        // One operand at a time, so that a long chain does not unmake itself recursively.
+        while (Binary* inner = If<Binary>(left.get())) left = ExpressionPtr(std::move(inner->left));
+    }
+};
+
+struct Like : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Like;
+    bool negated;
+    ExpressionPtr operand;
+    ExpressionPtr pattern;
+    Like(bool no, ExpressionPtr e, ExpressionPtr p, std::size_t at = 0)
+        : Expression(kKind, at), negated(no), operand(std::move(e)), pattern(std::move(p)) {}
+};
+
+struct Between : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Between;
+    bool negated;
+    ExpressionPtr operand;
+    ExpressionPtr low;
+    ExpressionPtr high;
+    Between(bool no, ExpressionPtr e, ExpressionPtr l, ExpressionPtr h, std::size_t at = 0)
+        : Expression(kKind, at), negated(no), operand(std::move(e)), low(std::move(l)), high(std::move(h)) {}
+};
+
+struct InList : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::InList;
+    bool negated;
+    ExpressionPtr operand;
+    std::vector<ExpressionPtr> items;  ///< never empty: an empty list is a syntax error
+    InList(bool no, ExpressionPtr e, std::vector<ExpressionPtr> list, std::size_t at = 0)
+        : Expression(kKind, at), negated(no), operand(std::move(e)), items(std::move(list)) {}
+};
+
+struct InQuery : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::InQuery;
+    bool negated;
+    ExpressionPtr operand;
+    std::unique_ptr<Query> query;
+    InQuery(bool no, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at = 0);
+    ~InQuery() override;
+};
+
+struct IsNull : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::IsNull;
+    bool negated;
+    ExpressionPtr operand;
+    IsNull(bool no, ExpressionPtr e, std::size_t at = 0) : Expression(kKind, at), negated(no), operand(std::move(e)) {}
+};
+
+struct Exists : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Exists;
+    std::unique_ptr<Query> query;
+    explicit Exists(std::unique_ptr<Query> q, std::size_t at = 0);
+    ~Exists() override;
+};
+
+/// A query in parentheses that stands for one value.
+struct Subquery : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Subquery;
+    std::unique_ptr<Query> query;
+    explicit Subquery(std::unique_ptr<Query> q, std::size_t at = 0);
+    ~Subquery() override;
+};
+
+/// A function or an aggregate; name as it was written.
+struct Call : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Call;
+    std::string name;
+    bool distinct;
+    std::vector<ExpressionPtr> arguments;
+    Call(std::string n, bool d, std::vector<ExpressionPtr> args, std::size_t at = 0)
+        : Expression(kKind, at), name(std::move(n)), distinct(d), arguments(std::move(args)) {}
+};
+
+/// A type's name as a cast or a column definition writes it.
+struct TypeName {
+    Type type = Type::Unknown;
+    int length = 0;        ///< of TEXT(n) and char(n); 0 when none is given
+    bool counter = false;  ///< COUNTER: the engine assigns the value
+    bool memo = false;     ///< text without a limit
+    bool fixed = false;    ///< char(n) and nchar(n): padded with blanks to its length
+};
+
+struct Cast : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Cast;
+    ExpressionPtr operand;
+    TypeName type;
+    Cast(ExpressionPtr e, TypeName t, std::size_t at = 0) : Expression(kKind, at), operand(std::move(e)), type(t) {}
+};
+
+struct Case : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Case;
+    struct When {
+        ExpressionPtr condition;
+        ExpressionPtr result;
+    };
+    ExpressionPtr operand;  ///< null in the searched form
+    std::vector<When> whens;
+    ExpressionPtr otherwise;  ///< null when there is no ELSE
+    explicit Case(std::size_t at = 0) : Expression(kKind, at) {}
+};
+
+// ---- Tables ----
+
+enum class TableKind { Named, Derived, Join };
+
+struct TableExpression {
+    virtual ~TableExpression() = default;
+    const TableKind kind;
+    std::size_t offset;
+
+protected:
+    TableExpression(TableKind k, std::size_t at) : kind(k), offset(at) {}
+};
+using TablePtr = std::unique_ptr<TableExpression>;
+
+struct NamedTable : TableExpression {
+    static constexpr TableKind kKind = TableKind::Named;
+    std::string name;
+    std::string alias;  ///< "" when none
+    NamedTable(std::string n, std::string a, std::size_t at = 0)
+        : TableExpression(kKind, at), name(std::move(n)), alias(std::move(a)) {}
+};
+
+struct DerivedTable : TableExpression {
+    static constexpr TableKind kKind = TableKind::Derived;
+    std::unique_ptr<Query> query;
+    std::string alias;
+    DerivedTable(std::unique_ptr<Query> q, std::string a, std::size_t at = 0);
+    ~DerivedTable() override;
+};
+
+enum class JoinKind { Inner, Left, Right };
+
+struct JoinedTable : TableExpression {
+    static constexpr TableKind kKind = TableKind::Join;
+    JoinKind join;
+    TablePtr left;
+    TablePtr right;
+    ExpressionPtr on;
+    JoinedTable(JoinKind j, TablePtr l, TablePtr r, ExpressionPtr condition, std::size_t at = 0)
+        : TableExpression(kKind, at), join(j), left(std::move(l)), right(std::move(r)), on(std::move(condition)) {}
+};
+
+// ---- Queries ----
+
+struct SelectItem {
+    ExpressionPtr expression;
+    std::string alias;  ///< "" when none
+};
+
+struct OrderItem {
+    ExpressionPtr expression;
+    bool descending = false;
+};
+
+/// One SELECT.
+struct SelectCore {
+    bool distinct = false;
+    ExpressionPtr top;  ///< whole-number literal, or null
+    std::vector<SelectItem> items;
+    std::vector<TablePtr> from;  ///< separated by commas; empty for a SELECT without FROM
+    ExpressionPtr where;
+    std::vector<ExpressionPtr> groupBy;
+    ExpressionPtr having;
+};
+
+/// One member of a UNION chain with what joins it to the members before it. A member in parentheses, or with an ORDER
+/// BY that is not the last thing of the statement, is a query of its own.
+struct Query {
+    struct Member {
+        bool all = false;                  ///< UNION ALL; without meaning for the first member
+        std::unique_ptr<SelectCore> core;  ///< either a core ...
+        std::unique_ptr<Query> nested;     ///< ... or a query with its own order
+    };
+    std::vector<Member> members;  ///< at least one; joined from left to right
+    std::vector<OrderItem> orderBy;
+    std::size_t offset = 0;
+};
+
+// ---- Statements ----
+
+enum class StatementKind {
+    Select,
+    Transform,
+    Insert,
+    Update,
+    Delete,
+    CreateTable,
+    CreateIndex,
+    DropTable,
+    DropIndex,
+    AddColumn
+};
+
+struct Statement {
+    virtual ~Statement() = default;
+    const StatementKind kind;
+    /// Ordinals of the literals that became part of the tree without a node of their own (a type's length): their
+    /// values, too, decide what the statement means.
+    std::vector<int> fixedLiterals;
+
+protected:
+    explicit Statement(StatementKind k) : kind(k) {}
+};
+using StatementPtr = std::unique_ptr<Statement>;
+
+struct SelectStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::Select;
+    std::unique_ptr<Query> query;
+    SelectStatement() : Statement(kKind) {}
+};
+
+/// TRANSFORM aggregate SELECT ... PIVOT expression [IN (values)].
+struct TransformStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::Transform;
+    SelectItem aggregate;
+    std::unique_ptr<Query> query;  ///< one core, perhaps ordered
+    ExpressionPtr pivot;
+    std::vector<ExpressionPtr> values;  ///< of IN; empty when the data decide
+    TransformStatement() : Statement(kKind) {}
+};
+
+struct InsertStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::Insert;
+    std::string table;
+    std::vector<std::string> columns;  ///< empty: all, in the table's order
+    std::vector<std::size_t> columnOffsets;
+    std::vector<ExpressionPtr> values;  ///< of VALUES ...
+    std::unique_ptr<Query> query;       ///< ... or the rows of a query
+    std::size_t offset = 0;             ///< of the table's name
+    InsertStatement() : Statement(kKind) {}
+};
+
+struct UpdateStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::Update;
+    struct Assignment {
+        std::string table;  ///< qualifier, "" when none
+        std::string column;
+        ExpressionPtr value;
+        std::size_t offset = 0;
+    };
+    std::string table;
+    std::string alias;
+    std::vector<Assignment> assignments;
+    ExpressionPtr where;
+    std::size_t offset = 0;
+    UpdateStatement() : Statement(kKind) {}
+};
+
+/// "Delete From T", "Delete * From T".
+struct DeleteStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::Delete;
+    std::string table;
+    std::string alias;
+    ExpressionPtr where;
+    std::size_t offset = 0;
+    DeleteStatement() : Statement(kKind) {}
+};
+
+struct ColumnDefinition {
+    std::string name;
+    TypeName type;
+    bool notNull = false;
+    bool primaryKey = false;
+    bool unique = false;
+    ExpressionPtr defaultValue;  ///< null when none
+    std::size_t offset = 0;
+};
+
+struct CreateTableStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::CreateTable;
+    std::string table;
+    std::vector<ColumnDefinition> columns;
+    std::vector<std::string> primaryKey;               ///< of CONSTRAINT ... PRIMARY KEY (a, b)
+    std::vector<std::vector<std::string>> uniqueKeys;  ///< of CONSTRAINT ... UNIQUE (a, b)
+    std::size_t offset = 0;
+    CreateTableStatement() : Statement(kKind) {}
+};
+
+struct CreateIndexStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::CreateIndex;
+    struct Key {
+        std::string column;
+        bool descending = false;
+    };
+    bool unique = false;
+    std::string index;
+    std::string table;
+    std::vector<Key> keys;
+    std::size_t offset = 0;
+    CreateIndexStatement() : Statement(kKind) {}
+};
+
+struct DropTableStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::DropTable;
+    std::string table;
+    std::size_t offset = 0;
+    DropTableStatement() : Statement(kKind) {}
+};
+
+/// DROP INDEX name ON table.
+struct DropIndexStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::DropIndex;
+    std::string index;
+    std::string table;
+    std::size_t offset = 0;
+    DropIndexStatement() : Statement(kKind) {}
+};
+
+/// ALTER TABLE name ADD COLUMN definition.
+struct AddColumnStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::AddColumn;
+    std::string table;
+    ColumnDefinition column;
+    std::size_t offset = 0;
+    AddColumnStatement() : Statement(kKind) {}
+};
+
+// Queries are complete here, so the nodes that own one can be made and unmade.
+inline InQuery::InQuery(bool no, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at)
+    : Expression(kKind, at), negated(no), operand(std::move(e)), query(std::move(q)) {}
+inline InQuery::~InQuery() = default;
+inline Exists::Exists(std::unique_ptr<Query> q, std::size_t at) : Expression(kKind, at), query(std::move(q)) {}
+inline Exists::~Exists() = default;
+inline Subquery::Subquery(std::unique_ptr<Query> q, std::size_t at) : Expression(kKind, at), query(std::move(q)) {}
+inline Subquery::~Subquery() = default;
+inline DerivedTable::DerivedTable(std::unique_ptr<Query> q, std::string a, std::size_t at)
+    : TableExpression(kKind, at), query(std::move(q)), alias(std::move(a)) {}
+inline DerivedTable::~DerivedTable() = default;
+
+}  // namespace kpTables::sql

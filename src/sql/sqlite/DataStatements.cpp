@@ -1,0 +1,127 @@
+#include "sql/sqlite/DataStatements.h"
+
+#include <utility>
+#include <vector>
+
+#include "sql/SqlError.h"
+#include "sql/sqlite/Conversion.h"
+#include "sql/sqlite/ExpressionTranslator.h"
+#include "sql/sqlite/Names.h"
+#include "sql/sqlite/SelectText.h"
+#include "sql/sqlite/SelectTranslator.h"
+#include "sql/sqlite/SqliteTranslator.h"
+
+namespace kpTables::sql {
+
+namespace {
+
+constexpr const char* kNoAggregate = "cannot have an aggregate function in the statement";
+
+std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const InsertStatement& statement) {
+    std::vector<const CatalogColumn*> columns;
+    for (std::size_t i = 0; i < statement.columns.size(); ++i) {
+        const CatalogColumn& column = RequireColumn(table, statement.columns[i], statement.columnOffsets[i]);
+        for (const auto* other : columns)
+            if (other == &column)
+                throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' is given twice",
+                               statement.columnOffsets[i]);
+        columns.push_back(&column);
+    }
+    if (statement.columns.empty())
+        for (const auto& column : table.columns) columns.push_back(&column);
+    return columns;
+}
+
+void CheckCount(std::size_t columns, std::size_t values, std::size_t offset) {
+    if (columns != values)
+        throw SqlError(ErrorKind::Syntax,
+                       "there are " + std::to_string(values) + " values for " + std::to_string(columns) + " columns",
+                       offset);
+}
+
+std::string ValuesText(Session& session, const InsertStatement& statement,
+                       const std::vector<const CatalogColumn*>& columns) {
+    CheckCount(columns.size(), statement.values.size(), statement.offset);
+    const Scope none(nullptr);
+    std::string text;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        Term value = TranslateExpression(*statement.values[i], {session, none, kNoAggregate});
+        value = StoredTerm(session, std::move(value), columns[i]->type);
+        text.append(text.empty() ? " VALUES (" : ", ").append(value.text);
+    }
+    return text + ")";
+}
+
+// The query whose columns are converted to the table's; one that is more than a SELECT stands in FROM for that.
+std::string QueryRows(Session& session, const Query& query, const std::vector<const CatalogColumn*>& columns,
+                      std::size_t offset) {
+    const auto& first = query.members.front();
+    const bool plain = query.members.size() == 1 && first.core && !first.core->top && !first.core->distinct;
+    SelectParts parts;
+    if (plain) {
+        SelectTranslator translator(session, *first.core, nullptr);
+        parts = PartsOf(translator);
+    } else {
+        parts = SelectFromQuery(session, TranslateQuery(session, query, nullptr, QueryUse::Table));
+    }
+    CheckCount(columns.size(), parts.items.size(), offset);
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        parts.items[i].term = StoredTerm(session, std::move(parts.items[i].term), columns[i]->type);
+    return " " + PrintSelect(session, parts, false).text;
+}
+
+// The scope of the one table that a statement changes, and the table as the statement names it.
+std::string Target(const CatalogTable& table, const std::string& written, const std::string& alias, Scope& scope,
+                   std::size_t offset) {
+    const std::string quoted = QuoteForSqlite(alias.empty() ? table.name : alias);
+    Source source;
+    source.name = alias.empty() ? written : alias;
+    for (const auto& column : table.columns)
+        source.columns.push_back({column.name, quoted + "." + QuoteForSqlite(column.name), column.type, true});
+    scope.Add(std::move(source), offset);
+    return alias.empty() ? quoted : QuoteForSqlite(table.name) + " AS " + quoted;
+}
+
+std::string WhereText(Session& session, const ExpressionPtr& where, const Scope& scope) {
+    if (!where) return {};
+    const Term condition = TranslateCondition(*where, {session, scope, kNoAggregate});
+    return condition.truth == true ? std::string() : " WHERE " + condition.text;
+}
+
+}  // namespace
+
+std::string TranslateInsert(Session& session, const InsertStatement& statement) {
+    const CatalogTable& table = session.Table(statement.table, statement.offset);
+    const auto columns = InsertColumns(table, statement);
+    std::string text = "INSERT INTO " + QuoteForSqlite(table.name);
+    for (const auto* column : columns)
+        text.append(column == columns.front() ? " (" : ", ").append(QuoteForSqlite(column->name));
+    text += ")";
+    return text + (statement.query ? QueryRows(session, *statement.query, columns, statement.offset)
+                                   : ValuesText(session, statement, columns));
+}
+
+std::string TranslateUpdate(Session& session, const UpdateStatement& statement) {
+    const CatalogTable& table = session.Table(statement.table, statement.offset);
+    Scope scope(nullptr);
+    std::string text = "UPDATE " + Target(table, statement.table, statement.alias, scope, statement.offset);
+    std::string separator = " SET ";
+    for (const auto& assignment : statement.assignments) {
+        scope.Resolve(Column(assignment.table, assignment.column, assignment.offset));
+        const CatalogColumn& column = RequireColumn(table, assignment.column, assignment.offset);
+        Term value = TranslateExpression(*assignment.value, {session, scope, kNoAggregate});
+        value = StoredTerm(session, std::move(value), column.type);
+        text.append(separator).append(QuoteForSqlite(column.name)).append(" = ").append(value.text);
+        separator = ", ";
+    }
+    return text + WhereText(session, statement.where, scope);
+}
+
+std::string TranslateDelete(Session& session, const DeleteStatement& statement) {
+    const CatalogTable& table = session.Table(statement.table, statement.offset);
+    Scope scope(nullptr);
+    const std::string target = Target(table, statement.table, statement.alias, scope, statement.offset);
+    return "DELETE FROM " + target + WhereText(session, statement.where, scope);
+}
+
+}  // namespace kpTables::sql

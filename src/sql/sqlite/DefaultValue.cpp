@@ -1,0 +1,68 @@
+#include "sql/sqlite/DefaultValue.h"
+
+#include <algorithm>
+
+#include "sql/SqlError.h"
+#include "sql/sqlite/Decimal.h"
+#include "sql/sqlite/Functions.h"
+#include "sql/sqlite/Names.h"
+
+namespace kpTables::sql {
+
+namespace {
+
+[[noreturn]] void Mismatch(const Expression& value) {
+    throw SqlError(ErrorKind::TypeMismatch, "the default does not fit the column's type", value.offset);
+}
+
+bool IsWholeText(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+std::string NumberText(const Literal& literal, const Expression& value, Type type) {
+    const std::string& text = literal.text;
+    const bool quoted = literal.literal == LiteralKind::Text;
+    if (literal.literal == LiteralKind::Date) Mismatch(value);
+    if (type == Type::Double && !quoted) return text;
+    if (type == Type::Currency || type == Type::Double) {
+        const auto scaled = TenThousandths(text);
+        if (!scaled) Mismatch(value);
+        return type == Type::Currency ? *scaled : text;
+    }
+    if (!IsWholeText(text)) Mismatch(value);
+    if (type == Type::Boolean) return text.find_first_not_of('0') == text.npos ? "0" : "-1";
+    return text;
+}
+
+std::string ConstantText(const Literal& literal, const Expression& value, Type type, bool negative) {
+    if (literal.literal == LiteralKind::Null) return "NULL";
+    if (type == Type::Text) return QuoteText((negative ? "-" : "") + literal.text);
+    if (type == Type::Date) return "(kp_to_date(" + QuoteText((negative ? "-" : "") + literal.text) + "))";
+    const bool truth = literal.literal == LiteralKind::Boolean;
+    if (truth && type == Type::Currency) Mismatch(value);
+    const std::string text = truth ? (SameName(literal.text, "True") ? "-1" : "0") : NumberText(literal, value, type);
+    const bool flips = negative && type != Type::Boolean && text != "0";
+    if (!flips) return text;
+    return text.front() == '-' ? text.substr(1) : "-" + text;
+}
+
+}  // namespace
+
+std::string DefaultText(Session& session, const Expression& value, Type type) {
+    const auto* minus = If<Unary>(&value);
+    const bool negative = minus && minus->op == UnaryOperator::Minus;
+    const Expression& inner = negative ? *minus->operand : value;
+    if (const auto* literal = If<Literal>(&inner)) {
+        session.Fix(*literal);
+        return ConstantText(*literal, value, type, negative);
+    }
+    const auto* call = If<Call>(&value);
+    if (!call || !call->arguments.empty() || type != Type::Date)
+        throw SqlError(ErrorKind::Unsupported, "a default is a constant, Date() or Now()", value.offset);
+    const Scope none(nullptr);
+    const Term term = CallTerm(*call, {session, none});
+    if (term.type != Type::Date) Mismatch(value);
+    return "(" + term.text + ")";
+}
+
+}  // namespace kpTables::sql

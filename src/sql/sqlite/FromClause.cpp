@@ -1,0 +1,116 @@
+#include "sql/sqlite/FromClause.h"
+
+#include <map>
+#include <utility>
+
+#include "sql/sqlite/ExpressionTranslator.h"
+#include "sql/sqlite/Names.h"
+#include "sql/sqlite/QueryTranslator.h"
+#include "sql/sqlite/SqliteTranslator.h"
+
+namespace kpTables::sql {
+
+namespace {
+
+constexpr const char* kNoAggregate = "cannot have an aggregate function in a JOIN";
+
+class FromClause {
+public:
+    FromClause(Session& session, Scope& scope, const Scope* outer) : session_(session), scope_(scope), outer_(outer) {}
+
+    void Declare(const TableExpression& table) {
+        switch (table.kind) {
+            case TableKind::Named:
+                return DeclareTable(static_cast<const NamedTable&>(table));
+            case TableKind::Derived:
+                return DeclareQuery(static_cast<const DerivedTable&>(table));
+            case TableKind::Join:
+                break;
+        }
+        const auto& join = static_cast<const JoinedTable&>(table);
+        Declare(*join.left);
+        Declare(*join.right);
+    }
+
+    std::string Text(const TableExpression& table) const {
+        if (table.kind == TableKind::Join) return Joined(static_cast<const JoinedTable&>(table));
+        return texts_.at(&table);
+    }
+
+private:
+    void DeclareTable(const NamedTable& named) {
+        const CatalogTable& table = session_.Table(named.name, named.offset);
+        const bool aliased = !named.alias.empty();
+        const std::string quoted = QuoteForSqlite(aliased ? named.alias : table.name);
+        Source source;
+        source.name = aliased ? named.alias : named.name;
+        for (const auto& column : table.columns)
+            source.columns.push_back({column.name, quoted + "." + QuoteForSqlite(column.name), column.type, true});
+        scope_.Add(std::move(source), named.offset);
+        texts_[&named] = aliased ? QuoteForSqlite(table.name) + " AS " + quoted : quoted;
+    }
+
+    void DeclareQuery(const DerivedTable& derived) {
+        QueryText query = TranslateQuery(session_, *derived.query, outer_, QueryUse::Table);
+        const std::string quoted = derived.alias.empty() ? session_.FreshName() : QuoteForSqlite(derived.alias);
+        Source source;
+        source.name = derived.alias;
+        source.innerNames = std::move(query.tableNames);
+        for (std::size_t i = 0; i < query.columns.size(); ++i)
+            source.columns.push_back(
+                {query.columns[i].name, quoted + "." + QuoteForSqlite(query.names[i]), query.columns[i].type, false});
+        scope_.Add(std::move(source), derived.offset);
+        texts_[&derived] = "(" + query.text + ") AS " + quoted;
+    }
+
+    // A join on the right side needs parentheses, which SQLite may answer with a table made for it: where the join lets
+    // its sides change places, the deeper one goes to the left.
+    std::string Joined(const JoinedTable& join) const {
+        const bool right = join.join == JoinKind::Right;
+        const bool deeper = join.right->kind == TableKind::Join && join.left->kind != TableKind::Join;
+        const bool turned = right || (join.join == JoinKind::Inner && deeper);
+        const TableExpression& first = turned ? *join.right : *join.left;
+        const TableExpression& second = turned ? *join.left : *join.right;
+        std::string text = Text(first);
+        text += join.join == JoinKind::Inner ? " INNER JOIN " : " LEFT JOIN ";
+        text += second.kind == TableKind::Join ? "(" + Text(second) + ")" : Text(second);
+        const Term on = TranslateCondition(*join.on, {session_, scope_, kNoAggregate});
+        return text + " ON " + on.text;
+    }
+
+    Session& session_;
+    Scope& scope_;
+    const Scope* outer_;
+    std::map<const TableExpression*, std::string> texts_;
+};
+
+void CollectNames(const TableExpression& table, std::vector<std::string>& names) {
+    if (table.kind == TableKind::Join) {
+        const auto& join = static_cast<const JoinedTable&>(table);
+        CollectNames(*join.left, names);
+        CollectNames(*join.right, names);
+    } else if (table.kind == TableKind::Named) {
+        const auto& named = static_cast<const NamedTable&>(table);
+        names.push_back(named.alias.empty() ? named.name : named.alias);
+    } else {
+        names.push_back(static_cast<const DerivedTable&>(table).alias);
+    }
+}
+
+}  // namespace
+
+std::string TranslateFrom(Session& session, const std::vector<TablePtr>& from, Scope& scope, const Scope* outer) {
+    FromClause clause(session, scope, outer);
+    for (const auto& table : from) clause.Declare(*table);
+    std::string text;
+    for (const auto& table : from) text.append(text.empty() ? " FROM " : ", ").append(clause.Text(*table));
+    return text;
+}
+
+std::vector<std::string> TableNames(const std::vector<TablePtr>& from) {
+    std::vector<std::string> names;
+    for (const auto& table : from) CollectNames(*table, names);
+    return names;
+}
+
+}  // namespace kpTables::sql

@@ -1,0 +1,71 @@
+// One SELECT, without the order and the limit that belong to the query around it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "sql/Tree.h"
+#include "sql/sqlite/ExpressionTranslator.h"
+#include "sql/sqlite/Scope.h"
+#include "sql/sqlite/Session.h"
+#include "sql/sqlite/Term.h"
+
+namespace kpTables::sql {
+
+/// A column that a SELECT answers with.
+struct OutputItem {
+    Term term;         ///< not a literal any more, but perhaps a predicate
+    std::string name;  ///< the alias, the column's own name, or one made for it
+    bool aliased = false;
+};
+
+class SelectTranslator {
+public:
+    SelectTranslator(Session& session, const SelectCore& core, const Scope* outer);
+    SelectTranslator(const SelectTranslator&) = delete;
+    SelectTranslator& operator=(const SelectTranslator&) = delete;
+
+    std::vector<OutputItem>& Items() noexcept { return items_; }
+    const Scope& Names() const noexcept { return scope_; }
+    bool Distinct() const noexcept { return core_.distinct; }
+    bool HasTop() const noexcept { return core_.top != nullptr; }
+
+    /// A term that stands in the select list, for an item that the statement writes elsewhere.
+    Term ItemTerm(const Expression& expression, const std::string& aggregateFilter = {});
+    /// " ORDER BY ..." for an order of this SELECT alone.
+    std::string OrderText(const std::vector<OrderItem>& order);
+    /// The position, from 1, of the item that an order names by its number, its name or its expression.
+    std::optional<std::size_t> PositionOf(const Expression& expression);
+    /// " LIMIT n", or "".
+    std::string LimitText();
+    /// " FROM ... WHERE ... GROUP BY ... HAVING ...", as far as the SELECT has them.
+    std::string Tail() const { return from_ + where_ + groupBy_ + having_; }
+
+private:
+    void TranslateWhere();
+    void TranslateGroups();
+    void TranslateItems();
+    void TranslateHaving();
+    void AddItem(const SelectItem& item);
+    void AddStar(const Star& star);
+    std::string NameOf(const SelectItem& item);
+    const Expression& GroupExpression(const Expression& expression);
+    bool Groups() const;
+    std::string OrderItemText(const OrderItem& item);
+
+    Session& session_;
+    const SelectCore& core_;
+    Scope scope_;
+    std::string from_;
+    std::string where_;
+    std::string groupBy_;
+    std::string having_;
+    std::vector<const Expression*> groups_;
+    bool aggregated_ = false;
+    std::vector<OutputItem> items_;
+    std::vector<const Expression*> itemExpressions_;  ///< beside items_; nullptr for a column of a star
+    int unnamed_ = 0;
+};
+
+}  // namespace kpTables::sql

@@ -1,0 +1,202 @@
+// What cannot be read, with line, column, token and complaint.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "sql/Parser.h"
+#include "sql/SqlError.h"
+#include "texts/Texts.h"
+
+namespace kpTables::sql {
+namespace {
+
+struct Row {
+    const char* text;
+    std::size_t offset;
+    const char* message;
+};
+
+/// The message of the SqlError that the text raises, "" when it is read.
+std::string MessageOf(const std::string& text, ErrorKind kind, std::size_t* offset = nullptr) {
+    try {
+        Parse(text);
+    } catch (const SqlError& error) {
+        EXPECT_EQ(error.Kind(), kind);
+        if (offset) *offset = error.Offset();
+        return error.what();
+    }
+    return "";
+}
+
+template <std::size_t N>
+void Check(const Row (&rows)[N], ErrorKind kind = ErrorKind::Syntax) {
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        std::size_t offset = std::string::npos;
+        EXPECT_EQ(MessageOf(row.text, kind, &offset), row.message);
+        EXPECT_EQ(offset, row.offset);
+    }
+}
+
+TEST(Errors, StatementsThatTheComponentSends) {
+    for (const RejectedText& row : RejectedTexts()) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(MessageOf(row.text, ErrorKind::Syntax), row.message);
+    }
+}
+
+TEST(Errors, Statements) {
+    const Row rows[] = {
+        {"", 0,
+         "Syntax error at line 1, column 1 at the end: expected SELECT, TRANSFORM, INSERT, UPDATE, DELETE, "
+         "CREATE, DROP or ALTER"},
+        {"Selec * From T", 0,
+         "Syntax error at line 1, column 1 near \"Selec\": expected SELECT, TRANSFORM, INSERT, "
+         "UPDATE, DELETE, CREATE, DROP or ALTER"},
+        {"Select * Fro T", 9, "Syntax error at line 1, column 10 near \"Fro\": expected the statement's end"},
+        {"Select 1;Select 2", 9, "Syntax error at line 1, column 10 near \"Select\": one statement only"},
+        {"Select 1;;", 9, "Syntax error at line 1, column 10 near \";\": one statement only"},
+        {"Select 1 Delete From T", 9,
+         "Syntax error at line 1, column 10 near \"Delete\": expected the statement's end"},
+        {"Select *\nFrom 操作员\nWher 姓名='x'", 29,
+         "Syntax error at line 3, column 6 near \"姓名\": expected the statement's end"},
+        {"Select", 6, "Syntax error at line 1, column 7 at the end: expected an expression"},
+        {"Select From T", 7, "Syntax error at line 1, column 8 near \"From\": expected an expression"},
+        {"Select a,From T", 9, "Syntax error at line 1, column 10 near \"From\": expected an expression"},
+        {"Select a As From T", 12, "Syntax error at line 1, column 13 near \"From\": expected a name after AS"},
+        {"Select * From", 13, "Syntax error at line 1, column 14 at the end: expected a table's name"},
+        {"Select * From T Where", 21, "Syntax error at line 1, column 22 at the end: expected an expression"},
+        {"Select * From T Group By", 24, "Syntax error at line 1, column 25 at the end: expected an expression"},
+        {"Select * From T Group a", 22, "Syntax error at line 1, column 23 near \"a\": expected BY"},
+        {"Select * From T Order By a,", 27, "Syntax error at line 1, column 28 at the end: expected an expression"},
+        {"Select * From T Having", 22, "Syntax error at line 1, column 23 at the end: expected an expression"},
+        {"Select * From A Inner B On 1=1", 22, "Syntax error at line 1, column 23 near \"B\": expected JOIN"},
+        {"Select * From A Inner Join B Where a", 29, "Syntax error at line 1, column 30 near \"Where\": expected ON"},
+        {"Select * From A Full Join B On 1=1", 21,
+         "Syntax error at line 1, column 22 near \"Join\": expected the statement's end"},
+        {"Select * From (A Inner Join B On 1=1", 36, "Syntax error at line 1, column 37 at the end: expected ')'"},
+        {"Select Top 1.5 a From T", 11,
+         "Syntax error at line 1, column 12 near \"1.5\": expected a whole number after TOP"},
+        {"Select Top '5' a From T", 11,
+         "Syntax error at line 1, column 12 near \"'5'\": expected a whole number after TOP"},
+        {"Select Top 2147483649 a From T", 11,
+         "Syntax error at line 1, column 12 near \"2147483649\": expected a whole number after TOP"},
+        {"Select a From A Union", 21, "Syntax error at line 1, column 22 at the end: expected SELECT"},
+        {"(Select a From A", 16, "Syntax error at line 1, column 17 at the end: expected ')'"},
+        {"Transform Sum(a) Select b From T", 32, "Syntax error at line 1, column 33 at the end: expected PIVOT"},
+        {"Transform Sum(a) b", 18, "Syntax error at line 1, column 19 at the end: expected SELECT"},
+    };
+    Check(rows);
+}
+
+TEST(Errors, Changes) {
+    const Row rows[] = {
+        {"Insert T (a) Values (1)", 7, "Syntax error at line 1, column 8 near \"T\": expected INTO"},
+        {"Insert Into T", 13, "Syntax error at line 1, column 14 at the end: expected VALUES or SELECT"},
+        {"Insert Into T () Values (1)", 15, "Syntax error at line 1, column 16 near \")\": expected a column's name"},
+        {"Insert Into T (a) Values ()", 26, "Syntax error at line 1, column 27 near \")\": expected an expression"},
+        {"Insert Into T (a) Values (1),(2)", 28,
+         "Syntax error at line 1, column 29 near \",\": expected the statement's end"},
+        {"Update T a=1", 10, "Syntax error at line 1, column 11 near \"=\": expected SET"},
+        {"Update T Set", 12, "Syntax error at line 1, column 13 at the end: expected a column's name"},
+        {"Update T Set a<1", 14, "Syntax error at line 1, column 15 near \"<\": expected '='"},
+        {"Update T Set a= Where b=1", 16, "Syntax error at line 1, column 17 near \"Where\": expected an expression"},
+        {"Update A Inner Join B On A.x=B.x Set a=1", 9,
+         "Syntax error at line 1, column 10 near \"Inner\": expected SET"},
+        {"Delete T", 7, "Syntax error at line 1, column 8 near \"T\": expected FROM"},
+        {"Delete From [Order", 12,
+         "Syntax error at line 1, column 13 near \"[Order\": the name has no closing bracket"},
+        {"Create View v", 7, "Syntax error at line 1, column 8 near \"View\": expected TABLE or INDEX"},
+        {"Create Table T ()", 16, "Syntax error at line 1, column 17 near \")\": expected a column's name"},
+        {"Create Table T (a)", 17, "Syntax error at line 1, column 18 near \")\": expected a type"},
+        {"Create Table T (a GUID)", 18, "Syntax error at line 1, column 19 near \"GUID\": expected a type"},
+        {"Create Table T (a TEXT(0))", 23,
+         "Syntax error at line 1, column 24 near \"0\": expected a length from 1 to 8000"},
+        {"Create Table T (a COUNTER(1,2))", 28, "Syntax error at line 1, column 29 near \"2\": expected 1, the step"},
+        {"Create Table T (a LONG, PRIMARY KEY (a), PRIMARY KEY (a))", 41,
+         "Syntax error at line 1, column 42 near \"PRIMARY\": a table has one primary key"},
+        {"Create Table T (PRIMARY KEY (a))", 31, "Syntax error at line 1, column 32 near \")\": expected a column"},
+        {"Create Table T (a LONG CONSTRAINT c CHECK)", 36,
+         "Syntax error at line 1, column 37 near \"CHECK\": expected PRIMARY KEY or UNIQUE"},
+        {"Create Unique Table T (a LONG)", 14, "Syntax error at line 1, column 15 near \"Table\": expected INDEX"},
+        {"Create Index i On T ()", 21, "Syntax error at line 1, column 22 near \")\": expected a column's name"},
+        {"Drop Index i", 12, "Syntax error at line 1, column 13 at the end: expected ON"},
+        {"Drop View v", 5, "Syntax error at line 1, column 6 near \"View\": expected TABLE or INDEX"},
+        {"Alter Table T Drop Column a", 14, "Syntax error at line 1, column 15 near \"Drop\": expected ADD"},
+    };
+    Check(rows);
+}
+
+TEST(Errors, Expressions) {
+    const Row rows[] = {
+        {"Select (1", 9, "Syntax error at line 1, column 10 at the end: expected ')'"},
+        {"Select 1)", 8, "Syntax error at line 1, column 9 near \")\": expected the statement's end"},
+        {"Select 1 2", 9, "Syntax error at line 1, column 10 near \"2\": expected the statement's end"},
+        {"Select a Like", 13, "Syntax error at line 1, column 14 at the end: expected an expression"},
+        {"Select a Between 1", 18, "Syntax error at line 1, column 19 at the end: expected AND"},
+        {"Select a In 1", 12, "Syntax error at line 1, column 13 near \"1\": expected '(' after IN"},
+        {"Select a In (1,)", 15, "Syntax error at line 1, column 16 near \")\": expected an expression"},
+        {"Select a Is 1", 12, "Syntax error at line 1, column 13 near \"1\": expected NULL"},
+        {"Select a = Not b", 11, "Syntax error at line 1, column 12 near \"Not\": expected an expression"},
+        {"Select T. From T", 10,
+         "Syntax error at line 1, column 11 near \"From\": expected a column's name after the point"},
+        {"Select T.5 From T", 9,
+         "Syntax error at line 1, column 10 near \"5\": expected a column's name after the point"},
+        {"Select a.b.c", 10, "Syntax error at line 1, column 11 near \".\": expected the statement's end"},
+        {"Select Where(1)", 7, "Syntax error at line 1, column 8 near \"Where\": expected an expression"},
+        {"Select Exists (1)", 14,
+         "Syntax error at line 1, column 15 near \"(\": expected a query in the parentheses of EXISTS"},
+        {"Select Cast(a As COUNTER)", 17, "Syntax error at line 1, column 18 near \"COUNTER\": expected a type"},
+        {"Select Case a End", 14, "Syntax error at line 1, column 15 near \"End\": expected WHEN"},
+        {"Select Case When 1 Then 2", 25, "Syntax error at line 1, column 26 at the end: expected WHEN, ELSE or END"},
+        {"Select Count(,)", 13, "Syntax error at line 1, column 14 near \",\": expected an expression"},
+        {"Select Rec.pdID (Sum(a))", 16, "Syntax error at line 1, column 17 near \"(\": expected the statement's end"},
+    };
+    Check(rows);
+}
+
+TEST(Errors, Characters) {
+    const Row rows[] = {
+        {"Select 'abc", 7, "Syntax error at line 1, column 8 near \"'abc\": the text has no closing quote"},
+        {"Select #2004-3-7", 7, "Syntax error at line 1, column 8 near \"#2004-3-7\": the date has no closing #"},
+        {"Select # #", 7, "Syntax error at line 1, column 8 near \"# #\": expected a date between the # signs"},
+        {"Select []", 7, "Syntax error at line 1, column 8 near \"[]\": expected a name in the brackets"},
+        {"Select @x", 7, "Syntax error at line 1, column 8 near \"@\": expected a name such as @@IDENTITY"},
+        {"Select a || b", 9,
+         "Syntax error at line 1, column 10 near \"|\": a character that has no meaning in a statement"},
+        {"Select \"a\"", 7,
+         "Syntax error at line 1, column 8 near \"\"\": a character that has no meaning in a statement"},
+        {"Select 1 -- x", 9,
+         "Syntax error at line 1, column 10 near \"--\": a comment is no part of a statement; put a "
+         "blank between two signs"},
+        {"Select 1 /* x */", 10, "Syntax error at line 1, column 11 near \"*\": expected an expression"},
+        {"Select \x01", 7, "Syntax error at line 1, column 8: a character that has no meaning in a statement"},
+        {"Select \xC3(", 7, "Syntax error at line 1, column 8: the text is not valid UTF-8"},
+        {"Select 年\xE5\xB9", 10, "Syntax error at line 1, column 9: the text is not valid UTF-8"},
+        {"Select [\xFF]", 8, "Syntax error at line 1, column 9: the text is not valid UTF-8"},
+        {"Select \xED\xA0\x80", 7, "Syntax error at line 1, column 8: the text is not valid UTF-8"},
+        {"Select \xC0\xAF", 7, "Syntax error at line 1, column 8: the text is not valid UTF-8"},
+        {"Select 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", 7,
+         "Syntax error at line 1, column 8 near \"'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa...\": the text has no "
+         "closing "
+         "quote"},
+    };
+    Check(rows);
+}
+
+TEST(Errors, InvalidUtf8InsideQuotesIsAText) { EXPECT_EQ(MessageOf("Select '\xFF'", ErrorKind::Syntax), ""); }
+
+TEST(Errors, Unsupported) {
+    const Row rows[] = {
+        {"Select Top 5 Percent * From T", 13, "TOP ... PERCENT is not supported (line 1, column 14)"},
+        {"Select DistinctRow a From A,B", 7, "DISTINCTROW over several tables is not supported (line 1, column 8)"},
+        {"Select DistinctRow a From A Inner Join B On A.x=B.x", 7,
+         "DISTINCTROW over several tables is not supported (line 1, column 8)"},
+        {"Transform Sum(a) Select b From T Union Select c From U Pivot d", 17,
+         "TRANSFORM of a UNION is not supported (line 1, column 18)"},
+    };
+    Check(rows, ErrorKind::Unsupported);
+}
+
+}  // namespace
+}  // namespace kpTables::sql

@@ -1,0 +1,171 @@
+// Text in, canonical text out; and the canonical text reads as the same tree.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TreeDump.h"
+#include "sql/Parser.h"
+#include "sql/TextPrinter.h"
+
+namespace kpTables::sql {
+namespace {
+
+struct Row {
+    const char* text;
+    const char* canonical;
+};
+
+template <std::size_t N>
+void Check(const Row (&rows)[N]) {
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        const StatementPtr tree = Parse(row.text);
+        EXPECT_EQ(Print(*tree), row.canonical);
+        EXPECT_EQ(Dump(*Parse(row.canonical)), Dump(*tree));
+    }
+}
+
+TEST(Golden, Select) {
+    const Row rows[] = {
+        {"select * from T", "SELECT * FROM T"},
+        {"Select T.*,a From T;", "SELECT T.*, a FROM T"},
+        {"SELECT 1", "SELECT 1"},
+        {"Select Distinct a x,b As y From T z", "SELECT DISTINCT a AS x, b AS y FROM T AS z"},
+        {"Select All a From T", "SELECT a FROM T"},
+        {"Select DistinctRow a From T", "SELECT a FROM T"},
+        {"Select Distinct top 3 a From T", "SELECT DISTINCT TOP 3 a FROM T"},
+        {"Select Top 2  * From T", "SELECT TOP 2 * FROM T"},
+        {"Select Top From T", "SELECT Top FROM T"},
+        {"Select Top,Percent From T", "SELECT Top, [Percent] FROM T"},
+        {"Select a From T Where b Group By a Having Count(*)>1 Order By a Desc,b Asc,c",
+         "SELECT a FROM T WHERE b GROUP BY a HAVING Count(*) > 1 ORDER BY a DESC, b, c"},
+        {"Select Sum(a) From T Having Sum(a)>0", "SELECT Sum(a) FROM T HAVING Sum(a) > 0"},
+        {"\tSelect\r\n*\u3000From\nT ", "SELECT * FROM T"},
+        {"Select * From A,B c,(Select 1 As x) d", "SELECT * FROM A, B AS c, (SELECT 1 AS x) AS d"},
+        {"Select * From (Select a From T)", "SELECT * FROM (SELECT a FROM T)"},
+        {"Select * From 操作员 Where姓名='王芳'", "SELECT * FROM 操作员 WHERE 姓名 = '王芳'"},
+        {"Select * From 商品设置 Where  pdID=5And  ClassCode='01'",
+         "SELECT * FROM 商品设置 WHERE pdID = 5 AND ClassCode = '01'"},
+        {"Select * From 厂商资料 Where 单位名称＝'大兴'", "SELECT * FROM 厂商资料 WHERE 单位名称 = '大兴'"},
+    };
+    Check(rows);
+}
+
+TEST(Golden, Join) {
+    const Row rows[] = {
+        {"Select * From A Inner Join B On A.x=B.x Left Join C On B.y=C.y",
+         "SELECT * FROM A INNER JOIN B ON A.x = B.x LEFT JOIN C ON B.y = C.y"},
+        {"Select * From (A Inner Join B On A.x=B.x) Left Outer Join C On B.y=C.y",
+         "SELECT * FROM A INNER JOIN B ON A.x = B.x LEFT JOIN C ON B.y = C.y"},
+        {"Select * From A Right Outer Join (B b2 Left Join C On b2.y=C.y) On A.x=b2.x",
+         "SELECT * FROM A RIGHT JOIN (B AS b2 LEFT JOIN C ON b2.y = C.y) ON A.x = b2.x"},
+        {"Select * From ((A))", "SELECT * FROM A"},
+        {"Select * From ((Select 1 As x) As d Inner Join A On d.x=A.x)",
+         "SELECT * FROM (SELECT 1 AS x) AS d INNER JOIN A ON d.x = A.x"},
+        {"Select * From ((Select 1 As x) Union (Select 2)) d", "SELECT * FROM (SELECT 1 AS x UNION SELECT 2) AS d"},
+        {"Select * From ((Select 1 As x)) d", "SELECT * FROM (SELECT 1 AS x) AS d"},
+        {"SELECT Lst.月份 FROM 项目设置 AS pj RIGHT JOIN (仓库设置 AS dp RIGHT JOIN (厂商资料 AS ks RIGHT JOIN "
+         "(入库目录 "
+         "AS Lst LEFT JOIN 入库记录 AS Rec ON Lst.BillID = Rec.BillID) ON ks.KSID = Lst.ksID) ON dp.dpID = Lst.dpID) "
+         "ON "
+         "pj.项目ID = Lst.pjID ",
+         "SELECT Lst.月份 FROM 项目设置 AS pj RIGHT JOIN (仓库设置 AS dp RIGHT JOIN (厂商资料 AS ks RIGHT JOIN "
+         "(入库目录 "
+         "AS Lst LEFT JOIN 入库记录 AS Rec ON Lst.BillID = Rec.BillID) ON ks.KSID = Lst.ksID) ON dp.dpID = Lst.dpID) "
+         "ON "
+         "pj.项目ID = Lst.pjID"},
+    };
+    Check(rows);
+}
+
+TEST(Golden, Union) {
+    const Row rows[] = {
+        {"Select a From A Union Select b From B Union All Select c From C Order By 1",
+         "SELECT a FROM A UNION SELECT b FROM B UNION ALL SELECT c FROM C ORDER BY 1"},
+        {"Select a From A Order By a Union (Select b From B Order By b)",
+         "(SELECT a FROM A ORDER BY a) UNION (SELECT b FROM B ORDER BY b)"},
+        {"Select a From A Order By a Union Select b From B Order By b",
+         "(SELECT a FROM A ORDER BY a) UNION SELECT b FROM B ORDER BY b"},
+        {"(Select a From A)", "SELECT a FROM A"},
+        {"((Select a From A) Order By a)", "SELECT a FROM A ORDER BY a"},
+        {"(Select Top 2 a From A Order By b) Order By a", "(SELECT TOP 2 a FROM A ORDER BY b) ORDER BY a"},
+        {"Select a From A Union All (Select b From B Union Select c From C)",
+         "SELECT a FROM A UNION ALL (SELECT b FROM B UNION SELECT c FROM C)"},
+        {"SELECT Distinct CDATE([list1].年份 & '-' &  [list1].月份 & '-' & [list1].日子) AS 日期 FROM 入库目录 as "
+         "list1  "
+         "ORDER BY CDATE([list1].年份 & '-' &  [list1].月份 & '-' & [list1].日子) UNION (SELECT Distinct "
+         "CDATE([list2].年份 & '-' &  [list2].月份 & '-' & [list2].日子) AS 日期 FROM 出库目录 AS list2 ORDER BY "
+         "CDATE([list2].年份 & '-' &  [list2].月份 & '-' & [list2].日子))",
+         "(SELECT DISTINCT CDATE(list1.年份 & '-' & list1.月份 & '-' & list1.日子) AS 日期 FROM 入库目录 AS list1 "
+         "ORDER BY CDATE(list1.年份 & '-' & list1.月份 & '-' & list1.日子)) UNION (SELECT DISTINCT CDATE(list2.年份 & "
+         "'-' & list2.月份 & '-' & list2.日子) AS 日期 FROM 出库目录 AS list2 ORDER BY CDATE(list2.年份 & '-' & "
+         "list2.月份 & '-' & list2.日子))"},
+    };
+    Check(rows);
+}
+
+TEST(Golden, Transform) {
+    const Row rows[] = {
+        {"TRANSFORM Sum(a) AS s SELECT b FROM T GROUP BY b PIVOT c",
+         "TRANSFORM Sum(a) AS s SELECT b FROM T GROUP BY b PIVOT c"},
+        {"Transform Sum(a) Select b From T Group By b Order By b Pivot Year(d) & '' In ('2003','2004')",
+         "TRANSFORM Sum(a) SELECT b FROM T GROUP BY b ORDER BY b PIVOT Year(d) & '' IN ('2003', '2004')"},
+        {"Transform Sum(a) Select b From T Group By b PIVOT月份",
+         "TRANSFORM Sum(a) SELECT b FROM T GROUP BY b PIVOT 月份"},
+    };
+    Check(rows);
+}
+
+TEST(Golden, Change) {
+    const Row rows[] = {
+        {"Insert Into T Values (1,'a',Null)", "INSERT INTO T VALUES (1, 'a', NULL)"},
+        {"insert into T (a,[b c]) values (-1,#2004-3-7#)", "INSERT INTO T (a, [b c]) VALUES (-1, #2004-3-7#)"},
+        {"Insert Into T (a) Select b From U", "INSERT INTO T (a) SELECT b FROM U"},
+        {"Insert Into T (Select b From U)", "INSERT INTO T SELECT b FROM U"},
+        {"Insert Into T (a) (Select b From U) Union (Select c From V)",
+         "INSERT INTO T (a) SELECT b FROM U UNION SELECT c FROM V"},
+        {"Update T Set a=a+1,T.b='x' Where c Is Null", "UPDATE T SET a = a + 1, T.b = 'x' WHERE c IS NULL"},
+        {"Update T As x Set a=True", "UPDATE T AS x SET a = True"},
+        {"Update T x Set a＝1", "UPDATE T AS x SET a = 1"},
+        {"Update 操作员 Set姓名='王芳'", "UPDATE 操作员 SET 姓名 = '王芳'"},
+        {"Delete From T", "DELETE FROM T"},
+        {"Delete * From T x Where a=1", "DELETE FROM T AS x WHERE a = 1"},
+        {"Delete From操作员", "DELETE FROM 操作员"},
+    };
+    Check(rows);
+}
+
+TEST(Golden, Definition) {
+    const Row rows[] = {
+        {"Create Table T (a Counter Primary Key,b Text(50) Not Null,c Currency Default 0,d DateTime,e YesNo,f Memo)",
+         "CREATE TABLE T (a COUNTER PRIMARY KEY, b TEXT(50) NOT NULL, c CURRENCY DEFAULT 0, d DATETIME, e YESNO, f "
+         "MEMO)"},
+        {"CREATE TABLE T (a AUTOINCREMENT(1,1), b INT IDENTITY, c INTEGER NULL, d INTEGER4, e LONG DEFAULT -1 UNIQUE)",
+         "CREATE TABLE T (a COUNTER, b COUNTER, c LONG, d LONG, e LONG DEFAULT -1 UNIQUE)"},
+        {"CREATE TABLE T (a SHORT, b SMALLINT, c INTEGER2, d BYTE, e DOUBLE, f FLOAT, g FLOAT8, h NUMBER, i REAL, j "
+         "SINGLE, k MONEY)",
+         "CREATE TABLE T (a SHORT, b SHORT, c SHORT, d SHORT, e DOUBLE, f DOUBLE, g DOUBLE, h DOUBLE, i DOUBLE, j "
+         "DOUBLE, k CURRENCY)"},
+        {"CREATE TABLE T (a DATE, b TIME, c SMALLDATETIME, d LOGICAL, e BIT, f BOOLEAN, g TEXT, h VARCHAR(8), i "
+         "CHAR(4), "
+         "j NVARCHAR(9), k STRING, l LONGTEXT, m NTEXT, n NCHAR(2))",
+         "CREATE TABLE T (a DATETIME, b DATETIME, c DATETIME, d YESNO, e YESNO, f YESNO, g TEXT(255), h TEXT(8), i "
+         "CHAR(4), j TEXT(9), k TEXT(255), l MEMO, m MEMO, n CHAR(2))"},
+        {"CREATE TABLE T (Key LONG CONSTRAINT p PRIMARY KEY, Date DATETIME CONSTRAINT u UNIQUE, d YESNO DEFAULT False)",
+         "CREATE TABLE T (Key LONG PRIMARY KEY, Date DATETIME UNIQUE, d YESNO DEFAULT False)"},
+        {"CREATE TABLE T (a LONG, b LONG, CONSTRAINT p PRIMARY KEY (a,b), UNIQUE (b), CONSTRAINT u UNIQUE (b,a))",
+         "CREATE TABLE T (a LONG, b LONG, PRIMARY KEY (a, b), UNIQUE (b), UNIQUE (b, a))"},
+        {"CREATE TABLE 系统选项 (Item TEXT(50), Discription MEMO DEFAULT 'it''s')",
+         "CREATE TABLE 系统选项 (Item TEXT(50), Discription MEMO DEFAULT 'it''s')"},
+        {"Create Index i On T (a,b Desc,c Asc)", "CREATE INDEX i ON T (a, b DESC, c)"},
+        {"Create Unique Index [Primary] On T (a)", "CREATE UNIQUE INDEX [Primary] ON T (a)"},
+        {"Drop Table T", "DROP TABLE T"},
+        {"Drop Index i On T", "DROP INDEX i ON T"},
+        {"Alter Table T Add Column a Text(20)", "ALTER TABLE T ADD COLUMN a TEXT(20)"},
+        {"Alter Table T Add a LONG NOT NULL DEFAULT 0", "ALTER TABLE T ADD COLUMN a LONG NOT NULL DEFAULT 0"},
+    };
+    Check(rows);
+}
+
+}  // namespace
+}  // namespace kpTables::sql

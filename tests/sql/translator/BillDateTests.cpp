@@ -1,0 +1,88 @@
+#include "ExpressionCases.h"
+
+namespace kpTables::sql::test {
+
+namespace {
+
+constexpr const char* kServerDate =
+    "CAST(CAST(y AS char(4)) + '-' + CAST(m AS char(2)) + '-' + CAST(n AS char(2)) AS DATETIME)";
+
+}  // namespace
+
+TEST(BillDate, ComparesByItsColumns) {
+    CheckConditions({
+        {"CDATE(y & '-' & m & '-' & n)>=#2004-3-7#", R"(("T"."y", "T"."m", "T"."n") >= (?1, ?2, ?3))",
+         "2 DateYear, 2 DateMonth, 2 DateDay"},
+        {"CDATE(y & '-' & m & '-' & n)<'2004-3-7'", R"(("T"."y", "T"."m", "T"."n") < (?1, ?2, ?3))",
+         "2 DateYear, 2 DateMonth, 2 DateDay"},
+        {"CDate([T].y & '/' &  [T].m & '/' & [T].n)<>#2004-3-7#", R"(("T"."y", "T"."m", "T"."n") <> (?1, ?2, ?3))",
+         "2 DateYear, 2 DateMonth, 2 DateDay"},
+        {"#2004-3-7#<CDATE(y & '-' & m & '-' & n)", R"(("T"."y", "T"."m", "T"."n") > (?1, ?2, ?3))",
+         "0 DateYear, 0 DateMonth, 0 DateDay"},
+        {"CDATE(y & '-' & m & '-' & n)=#2004-3-7#", R"("T"."y" = ?1 AND "T"."m" = ?2 AND "T"."n" = ?3)",
+         "2 DateYear, 2 DateMonth, 2 DateDay"},
+        {"Not CDATE(y & '-' & m & '-' & n)=#2004-3-7#", R"(NOT ("T"."y" = ?1 AND "T"."m" = ?2 AND "T"."n" = ?3))",
+         "2 DateYear, 2 DateMonth, 2 DateDay"},
+        {"CDATE(y & '-' & m & '-' & n) Between #2004-3-1# And #2004-3-31#",
+         R"(("T"."y", "T"."m", "T"."n") >= (?1, ?2, ?3) AND ("T"."y", "T"."m", "T"."n") <= (?4, ?5, ?6))",
+         "2 DateYear, 2 DateMonth, 2 DateDay, 3 DateYear, 3 DateMonth, 3 DateDay"},
+    });
+}
+
+TEST(BillDate, ServerSpelling) {
+    const std::string date = kServerDate;
+    CheckConditions({
+        {(date + ">=CAST('2004-3-7' AS DATETIME)").c_str(), R"(("T"."y", "T"."m", "T"."n") >= (?1, ?2, ?3))",
+         "5 DateYear, 5 DateMonth, 5 DateDay"},
+        // The date without quotes is arithmetic: 2004-3-1 is day 2000 of the server's count.
+        {(date + ">=CAST(2004-3-1 AS DATETIME)").c_str(),
+         R"(("T"."y", "T"."m", "T"."n") >= (kp_year(kp_server_date(?1 - ?2 - ?3)), )"
+         R"(kp_month(kp_server_date(?1 - ?2 - ?3)), kp_day(kp_server_date(?1 - ?2 - ?3))))",
+         "5 Number, 6 Number, 7 Number"},
+    });
+}
+
+TEST(BillDate, AsAValue) {
+    CheckExpressions({
+        {"CDATE(y & '-' & m & '-' & n)", R"(kp_ymd("T"."y", "T"."m", "T"."n"))", Type::Date},
+        {kServerDate, R"(kp_ymd("T"."y", "T"."m", "T"."n"))", Type::Date},
+        {"Max(CDATE(y & '-' & m & '-' & n))", R"(MAX(kp_ymd("T"."y", "T"."m", "T"."n")))", Type::Date},
+    });
+    CheckConditions({
+        {"CDATE(y & '-' & m & '-' & n)=at", R"(kp_ymd("T"."y", "T"."m", "T"."n") = "T"."at")"},
+    });
+}
+
+TEST(BillDate, OnlyOfWholeNumbersAndSeparators) {
+    CheckExpressions({
+        {"CDATE(d & '-' & m & '-' & n)",
+         R"(kp_to_date(COALESCE(kp_text_double("T"."d"), '') || ?1 || COALESCE("T"."m", '') || ?2 || )"
+         R"(COALESCE("T"."n", '')))",
+         Type::Date, "0 Text, 1 Text"},
+        {"CDATE(y & '+' & m & '-' & n)",
+         R"(kp_to_date(COALESCE("T"."y", '') || ?1 || COALESCE("T"."m", '') || ?2 || COALESCE("T"."n", '')))",
+         Type::Date, "0 Text, 1 Text"},
+        {"CDATE(t)", R"(kp_to_date("T"."t"))", Type::Date},
+        {"CDATE('2004-3-7')", "?1", Type::Date, "0 Date"},
+    });
+}
+
+TEST(BillDate, SeparatorsAreFixed) {
+    EXPECT_EQ(FixedOf(Translated("Delete From T Where CDATE(y & '-' & m & '-' & n)>=#2004-3-7#")), "0 1");
+    // The lengths of char(n) are fixed with them.
+    EXPECT_EQ(FixedOf(Translated("Select " + std::string(kServerDate) + " From T")), "0 1 2 3 4");
+}
+
+TEST(BillDate, OrdersByItsColumns) {
+    CheckStatements({
+        {"Select id From T Order By CDATE(y & '-' & m & '-' & n) DESC, id",
+         R"(SELECT "T"."id" FROM "T" ORDER BY "T"."y" DESC, "T"."m" DESC, "T"."n" DESC, "T"."id")", "", "id Long"},
+        {"Select Top 2 CDATE(y & '-' & m & '-' & n) As 日期 From T Order By 日期",
+         R"(SELECT kp_ymd("T"."y", "T"."m", "T"."n") AS "日期" FROM "T" ORDER BY "T"."y", "T"."m", "T"."n" LIMIT 2)",
+         "", "日期 Date"},
+        {"Select Distinct CDATE(y & '-' & m & '-' & n) As 日期 From T Order By CDATE(y & '-' & m & '-' & n)",
+         R"(SELECT DISTINCT kp_ymd("T"."y", "T"."m", "T"."n") AS "日期" FROM "T" ORDER BY 1)", "", "日期 Date"},
+    });
+}
+
+}  // namespace kpTables::sql::test

@@ -1,0 +1,133 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TranslationText.h"
+#include "sql/SqlError.h"
+
+namespace kpTables::sql::test {
+
+namespace {
+
+struct ErrorCase {
+    const char* statement;
+    ErrorKind kind;
+    const char* part;     ///< of the message
+    const char* at = "";  ///< what stands at the error's offset
+};
+
+void CheckErrors(std::initializer_list<ErrorCase> cases) {
+    for (const auto& [statement, kind, part, at] : cases) {
+        SCOPED_TRACE(statement);
+        try {
+            const auto translation = Translated(statement);
+            ADD_FAILURE() << "no error: " << translation.text;
+        } catch (const SqlError& error) {
+            EXPECT_EQ(static_cast<int>(error.Kind()), static_cast<int>(kind)) << error.what();
+            EXPECT_NE(std::string(error.what()).find(part), std::string::npos) << error.what();
+            EXPECT_EQ(std::string(statement).substr(error.Offset()).substr(0, std::string(at).size()), at);
+        }
+    }
+}
+
+}  // namespace
+
+TEST(Errors, UnknownNames) {
+    CheckErrors({
+        {"Select * From 无此表", ErrorKind::UnknownTable, "'无此表'", "无此表"},
+        {"Select X.* From T", ErrorKind::UnknownTable, "'X'", "X.*"},
+        {"Select 无此列 From T", ErrorKind::UnknownColumn, "'无此列'", "无此列"},
+        {"Select T.无 From T", ErrorKind::UnknownColumn, "'T.无'", "T.无"},
+        {"Select T.l From T As X", ErrorKind::UnknownColumn, "'T.l'", "T.l"},
+        {"Select l From T Where x=1", ErrorKind::UnknownColumn, "'x'", "x=1"},
+        {"Select l From T Order By x", ErrorKind::UnknownColumn, "'x'", "x"},
+        {"Insert Into T (x) Values (1)", ErrorKind::UnknownColumn, "'x'", "x)"},
+        {"Insert Into T (l) Values (x)", ErrorKind::UnknownColumn, "'x'", "x)"},
+        {"Update T Set x=1", ErrorKind::UnknownColumn, "'x'", "x=1"},
+        {"Update T Set X.l=1", ErrorKind::UnknownColumn, "'X.l'"},
+        {"Delete From 无此表", ErrorKind::UnknownTable, "'无此表'", "无此表"},
+        {"Create Index i On T (x)", ErrorKind::UnknownColumn, "'x'"},
+        {"Drop Table 无此表", ErrorKind::UnknownTable, "'无此表'"},
+        {"Select @@ROWCOUNT", ErrorKind::Unsupported, "ROWCOUNT"},
+        {"Select Nonsense(l) From T", ErrorKind::Unsupported, "undefined function 'Nonsense'", "Nonsense"},
+    });
+}
+
+TEST(Errors, NamesThatCouldBeTwo) {
+    CheckErrors({
+        {"Select BillID From 入库目录, 出库目录", ErrorKind::Syntax, "'BillID' could refer to more than one table",
+         "BillID"},
+        {"Select 1 From T, T", ErrorKind::Syntax, "'T' stands twice"},
+        {"Select 1 From T As a, Header As A", ErrorKind::Syntax, "'A' stands twice"},
+    });
+}
+
+TEST(Errors, Types) {
+    CheckErrors({
+        {"Select 1 From T Where t=5", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select 1 From T Where t=l", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select 1 From T Where t In (1,2)", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select 1 From T Where l In (Select t From T)", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select 1 From T Where at In (Select t From T)", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select 1 From T Where t", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select 1 From T Where Not l", ErrorKind::TypeMismatch, "a condition is expected"},
+        {"Select 1 From T Where l And b", ErrorKind::TypeMismatch, "a condition is expected"},
+        {"Select at*2 From T", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select at+at2 From T", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select 1-at From T", ErrorKind::TypeMismatch, "type mismatch"},
+        {"Select Sum(t) From T", ErrorKind::TypeMismatch, "a number is expected"},
+    });
+}
+
+TEST(Errors, Aggregates) {
+    CheckErrors({
+        {"Select l From T Where Sum(d)>1", ErrorKind::Syntax, "aggregate function in the WHERE clause", "Sum"},
+        {"Select l From T Group By Sum(d)", ErrorKind::Syntax, "aggregate function in the GROUP BY clause", "Sum"},
+        {"Select Sum(Max(d)) From T", ErrorKind::Syntax, "within another", "Max"},
+        {"Select Sum(d) As x, Sum(x) From T", ErrorKind::UnknownColumn, "'x'", "x) From"},
+        {"Select l, Sum(d) From T", ErrorKind::Syntax, "'l' is neither grouped by", "l,"},
+        {"Select l+1 From T Group By l+2", ErrorKind::Syntax, "'l' is neither grouped by", "l+1"},
+        {"Select l From T Group By l Having d>1", ErrorKind::Syntax, "'d' is neither grouped by", "d>1"},
+        {"Select l From T Group By l Order By d", ErrorKind::Syntax, "'d' is neither grouped by"},
+        {"Select l From T Order By Sum(d)", ErrorKind::Syntax, "ORDER BY", "Sum"},
+        {"Select * From T Group By l", ErrorKind::Syntax, "'*'"},
+        {"Select StDev(d) From T", ErrorKind::Unsupported, "'StDev'", "StDev"},
+        {"Update T Set l=Max(l)", ErrorKind::Syntax, "aggregate function", "Max"},
+        {"Delete From T Where Count(*)>1", ErrorKind::Syntax, "aggregate function", "Count"},
+        {"TRANSFORM Sum(d) SELECT l FROM T GROUP BY l PIVOT Sum(s)", ErrorKind::Syntax, "PIVOT", "Sum(s)"},
+    });
+}
+
+TEST(Errors, Shapes) {
+    CheckErrors({
+        {"Insert Into T (l,s) Values (1)", ErrorKind::Syntax, "1 values for 2 columns"},
+        {"Insert Into T (l) Select l,s From T", ErrorKind::Syntax, "2 values for 1 columns"},
+        {"Insert Into T (l,L) Values (1,2)", ErrorKind::Syntax, "'l' is given twice", "L)"},
+        {"Select l From T Union Select l,s From T", ErrorKind::Syntax, "different numbers of columns"},
+        {"Select l From T Union Select s From T Order By d", ErrorKind::Syntax, "ordered by its columns", "d"},
+        {"Select 1 From T Where l In (Select l,s From T)", ErrorKind::Syntax, "one column"},
+        {"Select Distinct l From T Order By s", ErrorKind::Syntax, "DISTINCT", "s"},
+        {"Select l From T Order By 2", ErrorKind::Syntax, "no column 2"},
+        {"Select l From T Group By 3", ErrorKind::Syntax, "no select item 3"},
+        {"Select Left(t) From T", ErrorKind::Syntax, "number of arguments in 'Left'", "Left"},
+        {"Select IIf(b,1) From T", ErrorKind::Syntax, "number of arguments in 'IIf'", "IIf"},
+        {"Select Len(Distinct t) From T", ErrorKind::Syntax, "DISTINCT"},
+        {"Select *", ErrorKind::Syntax, "FROM"},
+    });
+}
+
+TEST(Errors, Definitions) {
+    CheckErrors({
+        {"Create Table t (a LONG)", ErrorKind::Syntax, "already exists"},
+        {"Create Table N (a LONG, A TEXT(5))", ErrorKind::Syntax, "defined twice"},
+        {"Create Table N (a LONG, Primary Key (b))", ErrorKind::UnknownColumn, "'b'"},
+        {"Create Table N (a LONG Primary Key, b LONG Primary Key)", ErrorKind::Syntax, "two primary keys"},
+        {"Create Table N (a COUNTER, b COUNTER)", ErrorKind::Unsupported, "one COUNTER"},
+        {"Create Table N (a LONG Default 'x')", ErrorKind::TypeMismatch, "default"},
+        {"Create Table N (a CURRENCY Default 0.00001)", ErrorKind::TypeMismatch, "default"},
+        {"Alter Table T Add Column l LONG", ErrorKind::Syntax, "exists already"},
+        {"Alter Table T Add Column k COUNTER", ErrorKind::Unsupported, "COUNTER"},
+    });
+}
+
+}  // namespace kpTables::sql::test

@@ -1,0 +1,29 @@
+// A translation as short texts, for tables of cases.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sql/Translation.h"
+
+namespace kpTables::sql::test {
+
+/// The translation of a text against the test catalog.
+Translation Translated(std::string_view text, const std::vector<LiteralValue>& pivotValues = {});
+
+/// "0 Text, 1 Long": the literal and the binding of ?1, ?2, ...
+std::string ParametersOf(const Translation& translation);
+/// "BillID Long, 金额 Currency"
+std::string ColumnsOf(const Translation& translation);
+/// "0 3", in ascending order
+std::string FixedOf(const Translation& translation);
+
+std::string NameOf(Type type);
+
+/// The text of one expression of a SELECT from T under its own name, without what stands around it.
+std::string ExpressionText(const Translation& translation);
+/// The text of the condition of a DELETE from T.
+std::string ConditionText(const Translation& translation);
+
+}  // namespace kpTables::sql::test
