@@ -1,0 +1,128 @@
+#include "BookCatalog.h"
+
+#include <sqlite3.h>
+
+#include "RowReader.h"
+#include "sql/sqlite/DeclaredType.h"
+#include "sql/sqlite/Names.h"
+
+namespace kpTables::sqlite {
+
+namespace {
+
+// The engine's own tables begin with kp_.
+constexpr std::string_view kTables =
+    "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
+    "AND name NOT LIKE 'kp\\_%' ESCAPE '\\'";
+constexpr std::string_view kColumns = "SELECT name, type, \"notnull\", dflt_value, pk FROM pragma_table_xinfo(?1)";
+enum ColumnsOfColumns { kName, kType, kNotNull, kDefault, kKey };
+
+bool IsAutoincrement(const Database& database, const std::string& table, const std::string& column) {
+    int autoincrement = 0;
+    const int code = sqlite3_table_column_metadata(database.Get(), "main", table.c_str(), column.c_str(), nullptr,
+                                                   nullptr, nullptr, nullptr, &autoincrement);
+    return code == SQLITE_OK && autoincrement != 0;
+}
+
+/// The value of a declared default, which is an expression of SQLite's.
+Variant DefaultValue(const Database& database, const std::string& expression, VarType type) {
+    PreparedStatement statement = database.Prepare("SELECT " + expression);
+    const auto rows = ReadRows(statement, {{"", type}}, statement.Text());
+    return rows->GetValue(0, 0);
+}
+
+}  // namespace
+
+VarType FieldType(sql::Type type) noexcept {
+    switch (type) {
+        case sql::Type::Boolean:
+            return VarType::Boolean;
+        case sql::Type::Short:
+            return VarType::Integer;
+        case sql::Type::Long:
+            return VarType::Long;
+        case sql::Type::Double:
+            return VarType::Double;
+        case sql::Type::Currency:
+            return VarType::Currency;
+        case sql::Type::Date:
+            return VarType::Date;
+        case sql::Type::Text:
+            return VarType::String;
+        case sql::Type::Unknown:
+        case sql::Type::Null:
+            break;
+    }
+    return VarType::Empty;
+}
+
+const sql::CatalogTable* BookCatalog::Find(std::string_view name) const {
+    for (const sql::CatalogTable& table : known_) {
+        if (sql::SameName(table.name, name)) return &table;
+    }
+    PreparedStatement find = database_.Prepare(std::string(kTables) + " AND name = ?1 COLLATE NOCASE");
+    find.BindText(1, name);
+    if (!find.Step()) return nullptr;
+    sql::CatalogTable table{std::string(find.Text(0)), {}};
+    PreparedStatement columns = database_.Prepare(kColumns);
+    columns.BindText(1, table.name);
+    while (columns.Step()) {
+        const std::string column(columns.Text(kName));
+        table.columns.push_back(
+            sql::ColumnOfDeclaredType(column, columns.Text(kType), IsAutoincrement(database_, table.name, column)));
+    }
+    known_.push_back(std::move(table));
+    return &known_.back();
+}
+
+TableInfo BookCatalog::Describe(std::string_view name) const {
+    TableInfo info;
+    const sql::CatalogTable* table = Find(name);
+    if (!table) return info;
+    info.name = table->name;
+    PreparedStatement columns = database_.Prepare(kColumns);
+    columns.BindText(1, info.name);
+    for (const sql::CatalogColumn& known : table->columns) {
+        if (!columns.Step()) break;
+        TableInfo::Column column{known.name, FieldType(known.type), Variant::Null(), false, known.counter};
+        if (!columns.IsNull(kDefault)) {
+            column.defaultValue = DefaultValue(database_, std::string(columns.Text(kDefault)), column.type);
+        }
+        const bool key = columns.Integer(kKey) > 0 || columns.Integer(kNotNull) != 0;
+        column.required = key && !known.counter && column.defaultValue.IsNull();
+        info.columns.push_back(std::move(column));
+    }
+    return info;
+}
+
+std::string BookCatalog::RowIdColumn(std::string_view table) const {
+    PreparedStatement columns = database_.Prepare(kColumns);
+    columns.BindText(1, table);
+    std::string rowId;
+    int keys = 0;
+    while (columns.Step()) {
+        if (columns.Integer(kKey) == 0) continue;
+        ++keys;
+        if (sql::SameName(columns.Text(kType), "INTEGER")) rowId = columns.Text(kName);
+    }
+    return keys == 1 ? rowId : std::string();
+}
+
+std::vector<std::string> BookCatalog::TableNames() const {
+    std::vector<std::string> names;
+    PreparedStatement tables = database_.Prepare(std::string(kTables) + " ORDER BY rowid");
+    while (tables.Step()) names.emplace_back(tables.Text(0));
+    return names;
+}
+
+bool BookCatalog::Refresh() {
+    if (!readVersion_) readVersion_ = database_.Prepare("PRAGMA schema_version");
+    const ResetAtEnd reset(readVersion_);
+    const std::int64_t version = readVersion_.Step() ? readVersion_.Integer(0) : 0;
+    if (version == version_) return false;
+    version_ = version;
+    known_.clear();
+    return true;
+}
+
+}  // namespace kpTables::sqlite

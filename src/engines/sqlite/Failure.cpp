@@ -1,0 +1,141 @@
+#include "Failure.h"
+
+#include <sqlite3.h>
+
+#include "kpTables/Error.h"
+
+namespace kpTables::sqlite {
+
+namespace {
+
+// SQLite's own extended codes of SQLITE_ERROR are small numbers in this place; ours keep clear of them.
+constexpr int kFunctionFailure = 0x4000;
+constexpr int kPrimaryBits = 8;
+constexpr int kPrimaryMask = 0xFF;
+
+struct Meaning {
+    DatabaseErrorNumber number;
+    std::string text;
+};
+
+std::string After(std::string_view message, std::string_view mark) {
+    const auto at = message.find(mark);
+    return std::string(at == message.npos ? message : message.substr(at + mark.size()));
+}
+
+Meaning OfFunction(int errorNumber, std::string_view message) {
+    switch (static_cast<ErrorNumber>(errorNumber)) {
+        case ErrorNumber::TypeMismatch:
+        case ErrorNumber::InvalidUseOfNull:
+            return {DatabaseErrorNumber::TypeMismatch, std::string(message)};
+        case ErrorNumber::Overflow:
+            return {DatabaseErrorNumber::Overflow, std::string(message)};
+        default:
+            return {DatabaseErrorNumber::Failure, std::string(message)};
+    }
+}
+
+Meaning OfConstraint(int code, std::string_view message) {
+    const std::string where = After(message, "failed: ");
+    switch (code) {
+        case SQLITE_CONSTRAINT_NOTNULL:
+            return {DatabaseErrorNumber::ConstraintViolated, "The field '" + where + "' must not be Null"};
+        case SQLITE_CONSTRAINT_UNIQUE:
+        case SQLITE_CONSTRAINT_PRIMARYKEY:
+        case SQLITE_CONSTRAINT_ROWID:
+            return {DatabaseErrorNumber::ConstraintViolated,
+                    "The change would make a duplicate key: there is a row already with this value of " + where};
+        default:
+            return {DatabaseErrorNumber::ConstraintViolated, "The value is not allowed: " + where};
+    }
+}
+
+Meaning OfError(int code, std::string_view message) {
+    if (const int function = code >> kPrimaryBits; function >= kFunctionFailure) {
+        return OfFunction(function - kFunctionFailure, message);
+    }
+    if (message == "integer overflow") return {DatabaseErrorNumber::Overflow, ErrorText(ErrorNumber::Overflow)};
+    if (message.starts_with("no such table: ")) {
+        return {DatabaseErrorNumber::UnknownTable, "There is no table '" + After(message, ": ") + "'"};
+    }
+    if (message.starts_with("no such column: ")) {
+        return {DatabaseErrorNumber::UnknownColumn, "There is no column '" + After(message, ": ") + "'"};
+    }
+    return {DatabaseErrorNumber::Failure, std::string(message)};
+}
+
+Meaning MeaningOf(int code, std::string_view message) {
+    switch (code & kPrimaryMask) {
+        case SQLITE_ERROR:
+            return OfError(code, message);
+        case SQLITE_CONSTRAINT:
+            return OfConstraint(code, message);
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            return {DatabaseErrorNumber::Locked, "The book is in use by another program; try again later"};
+        case SQLITE_READONLY:
+            return {DatabaseErrorNumber::NotPermitted, "The book is open for reading only and cannot be changed"};
+        case SQLITE_PERM:
+        case SQLITE_AUTH:
+            return {DatabaseErrorNumber::NotPermitted, "There is no permission to use the book's file"};
+        case SQLITE_MISMATCH:
+            return {DatabaseErrorNumber::TypeMismatch, ErrorText(ErrorNumber::TypeMismatch)};
+        case SQLITE_TOOBIG:
+            return {DatabaseErrorNumber::Overflow, "The text is too large"};
+        case SQLITE_FULL:
+            return {DatabaseErrorNumber::Failure, "The disk is full: the change was not saved"};
+        case SQLITE_IOERR:
+            return {DatabaseErrorNumber::Failure,
+                    "The book's file could not be read or written (" + std::string(message) + ")"};
+        case SQLITE_CANTOPEN:
+            return {DatabaseErrorNumber::Failure, "The book's file cannot be opened"};
+        case SQLITE_CORRUPT:
+            return {DatabaseErrorNumber::Failure, "The book's file is damaged (" + std::string(message) + ")"};
+        case SQLITE_NOTADB:
+            return {DatabaseErrorNumber::Failure, "The file is not a book"};
+        case SQLITE_NOMEM:
+            return {DatabaseErrorNumber::Failure, "There is not enough memory"};
+        default:
+            return {DatabaseErrorNumber::Failure, std::string(message)};
+    }
+}
+
+DatabaseErrorNumber NumberOf(sql::ErrorKind kind) noexcept {
+    switch (kind) {
+        case sql::ErrorKind::UnknownTable:
+            return DatabaseErrorNumber::UnknownTable;
+        case sql::ErrorKind::UnknownColumn:
+            return DatabaseErrorNumber::UnknownColumn;
+        case sql::ErrorKind::TypeMismatch:
+            return DatabaseErrorNumber::TypeMismatch;
+        case sql::ErrorKind::Overflow:
+            return DatabaseErrorNumber::Overflow;
+        case sql::ErrorKind::Syntax:
+        case sql::ErrorKind::Unsupported:
+            break;
+    }
+    return DatabaseErrorNumber::Syntax;
+}
+
+}  // namespace
+
+void RaiseFailure(sqlite3* database, int code, std::string_view statement) {
+    // The connection's last error is more telling than the bare code, but only when it belongs to this very call.
+    const bool own = database && (sqlite3_errcode(database) & kPrimaryMask) == (code & kPrimaryMask);
+    const int extended = own ? sqlite3_extended_errcode(database) : code;
+    const Meaning meaning = MeaningOf(extended, own ? sqlite3_errmsg(database) : sqlite3_errstr(code));
+    throw DatabaseError(static_cast<std::int32_t>(meaning.number), meaning.text, std::string(statement));
+}
+
+void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement) {
+    throw DatabaseError(static_cast<std::int32_t>(NumberOf(refusal.Kind())), refusal.what(), std::string(statement),
+                        refusal.Offset());
+}
+
+bool Succeeded(int code) noexcept { return code == SQLITE_OK || code == SQLITE_ROW || code == SQLITE_DONE; }
+
+int FunctionFailureCode(int errorNumber) noexcept {
+    return SQLITE_ERROR | (kFunctionFailure + errorNumber) << kPrimaryBits;
+}
+
+}  // namespace kpTables::sqlite

@@ -1,0 +1,32 @@
+// How SQLite's result codes and the front end's refusals become this library's errors.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "sql/SqlError.h"
+
+struct sqlite3;
+
+namespace kpTables::sqlite {
+
+/// Raises the DatabaseError that a failed call stands for. statement is the text that the caller sent.
+[[noreturn]] void RaiseFailure(sqlite3* database, int code, std::string_view statement);
+
+/// Raises the front end's refusal of statement as a DatabaseError.
+[[noreturn]] void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement);
+
+/// True for OK, ROW and DONE.
+bool Succeeded(int code) noexcept;
+
+/// Every call of SQLite that answers with a code goes through here: answers the code when the call succeeded, else
+/// raises.
+inline int Check(sqlite3* database, int code, std::string_view statement = {}) {
+    if (!Succeeded(code)) RaiseFailure(database, code, statement);
+    return code;
+}
+
+/// The code with which a function of ours fails: SQLite's plain error, with Visual Basic's number beside it.
+int FunctionFailureCode(int errorNumber) noexcept;
+
+}  // namespace kpTables::sqlite

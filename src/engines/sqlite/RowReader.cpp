@@ -1,0 +1,127 @@
+#include "RowReader.h"
+
+#include <sqlite3.h>
+
+#include <cmath>
+
+#include "kpTables/Date.h"
+#include "kpTables/Error.h"
+
+namespace kpTables::sqlite {
+
+namespace {
+
+using db::RowStore;
+
+/// Beyond it, a double is no count of ten-thousandths any more.
+constexpr double kCurrencyLimit = 9223372036854775807.0;
+
+std::string_view TextAt(sqlite3_stmt* row, int column) noexcept {
+    // A blob is read as the bytes of a text: it is not a value that a book stores.
+    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(row, column));
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(row, column));
+    return bytes ? std::string_view(bytes, size) : std::string_view();
+}
+
+void PutDateText(RowStore& rows, int column, std::string_view text) {
+    auto date = Date::ParseIso(text);
+    if (!date) date = Date::Parse(text);
+    if (date) {
+        rows.PutDate(column, date->Serial());
+    } else {
+        rows.PutText(column, text);
+    }
+}
+
+/// A sum of money that ran over comes from SQLite as a double.
+std::int64_t WholeTenThousandths(double value, std::string_view shown) {
+    if (!(std::abs(value) < kCurrencyLimit)) {
+        throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Overflow), ErrorText(ErrorNumber::Overflow),
+                            std::string(shown));
+    }
+    return static_cast<std::int64_t>(std::nearbyint(value));
+}
+
+void PutReal(RowStore& rows, int column, VarType type, double value, std::string_view shown) {
+    if (type == VarType::Currency) return rows.PutCurrency(column, WholeTenThousandths(value, shown));
+    if (type == VarType::Boolean) return rows.PutBoolean(column, value != 0);
+    rows.PutDouble(column, value);
+}
+
+void PutCell(RowStore& rows, int column, VarType type, sqlite3_stmt* row, std::string_view shown) {
+    switch (sqlite3_column_type(row, column)) {
+        case SQLITE_NULL:
+            return;  // a row begins with Nulls
+        case SQLITE_INTEGER:
+            if (type == VarType::Currency) return rows.PutCurrency(column, sqlite3_column_int64(row, column));
+            return rows.PutLong(column, sqlite3_column_int64(row, column));
+        case SQLITE_FLOAT:
+            return PutReal(rows, column, type, sqlite3_column_double(row, column), shown);
+        default:
+            if (type == VarType::Date) return PutDateText(rows, column, TextAt(row, column));
+            return rows.PutText(column, TextAt(row, column));
+    }
+}
+
+VarType TypeOfCell(sqlite3_stmt* row, int column) noexcept {
+    switch (sqlite3_column_type(row, column)) {
+        case SQLITE_NULL:
+            return VarType::Empty;
+        case SQLITE_INTEGER:
+            return VarType::Long;
+        case SQLITE_FLOAT:
+            return VarType::Double;
+        default:
+            return VarType::String;
+    }
+}
+
+/// Finds the types that only the rows tell. It reads as far as it must, and the caller starts again.
+void DecideTypes(PreparedStatement& statement, std::vector<FieldInfo>& fields, std::string_view shown) {
+    std::size_t open = 0;
+    for (const FieldInfo& field : fields) open += field.type == VarType::Empty;
+    while (open > 0 && statement.Step(shown)) {
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            if (fields[i].type != VarType::Empty) continue;
+            fields[i].type = TypeOfCell(statement.Get(), static_cast<int>(i));
+            open -= fields[i].type != VarType::Empty;
+        }
+    }
+    statement.Reset();
+}
+
+bool AnyUndecided(const std::vector<FieldInfo>& fields) noexcept {
+    for (const FieldInfo& field : fields) {
+        if (field.type == VarType::Empty) return true;
+    }
+    return false;
+}
+
+void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view shown) {
+    std::vector<VarType> types;
+    for (const FieldInfo& field : rows.Fields()) types.push_back(field.type);
+    const ResetAtEnd reset(statement);
+    sqlite3_stmt* const row = statement.Get();
+    while (statement.Step(shown)) {
+        rows.BeginRow();
+        for (std::size_t i = 0; i < types.size(); ++i) PutCell(rows, static_cast<int>(i), types[i], row, shown);
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, std::vector<FieldInfo> fields,
+                                   std::string_view shown) {
+    if (AnyUndecided(fields)) DecideTypes(statement, fields, shown);
+    auto rows = std::make_unique<RowStore>(std::move(fields));
+    AppendRows(statement, *rows, shown);
+    return rows;
+}
+
+std::unique_ptr<RowStore> ReadRowsWithId(PreparedStatement& statement, std::vector<FieldInfo> fields,
+                                         std::string_view shown) {
+    fields.push_back({"", VarType::Currency});
+    return ReadRows(statement, std::move(fields), shown);
+}
+
+}  // namespace kpTables::sqlite

@@ -1,0 +1,71 @@
+// What a connection and the recordsets that it opened share.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "BookCatalog.h"
+#include "Database.h"
+#include "StatementCache.h"
+#include "Transaction.h"
+#include "kpTables/Connection.h"
+#include "kpTables/db/RowStore.h"
+
+namespace kpTables::sqlite {
+
+/// A statement with the text and the literals that it was asked for with.
+struct BoundQuery {
+    CachedStatementPtr statement;
+    std::string text;
+    std::vector<sql::LiteralValue> literals;
+};
+
+/// An open database with its catalog, its prepared statements and its transaction. Recordsets keep it alive.
+class Session {
+public:
+    explicit Session(Database database);
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    const Database& GetDatabase() const noexcept { return database_; }
+    Transaction& GetTransaction() noexcept { return transaction_; }
+    BookCatalog& GetCatalog() noexcept { return catalog_; }
+    std::int64_t RecordsAffected() const noexcept { return recordsAffected_; }
+    std::size_t CachedStatements() const noexcept { return cache_.Size(); }
+
+    /// Runs one statement of either dialect; null unless it is a query.
+    RecordsetPtr Execute(std::string_view text);
+    /// The query behind an editable recordset, with a writer in its statement; without one, its rows cannot be edited.
+    BoundQuery PrepareOpen(std::string_view source, SourceKind kind);
+    /// Runs a query that PrepareOpen has answered; the row ids stand behind the fields.
+    std::unique_ptr<db::RowStore> ReadEditable(const BoundQuery& query);
+    /// How many rows it answers whose row ids are not among excluded.
+    std::size_t CountEditable(const BoundQuery& query, const std::vector<std::int64_t>& excluded);
+
+private:
+    RecordsetPtr Run(std::string_view text);
+    RecordsetPtr RunTransform(const sql::TransformStatement& statement, std::string_view text,
+                              const std::vector<sql::LiteralValue>& literals);
+    RecordsetPtr RunQuery(const BoundQuery& query);
+    void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
+    std::unique_ptr<db::RowStore> Rows(CachedStatement& statement, std::string_view text,
+                                       const std::vector<sql::LiteralValue>& literals);
+
+    CachedStatementPtr Translate(const sql::Statement& statement, std::string shape,
+                                 const std::vector<sql::LiteralValue>& literals);
+    CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind);
+    CachedStatementPtr PrepareTranslation(sql::Translation translation) const;
+    void RefreshCatalog();
+
+    Database database_;
+    BookCatalog catalog_;
+    Transaction transaction_;
+    StatementCache cache_;
+    std::int64_t recordsAffected_ = 0;
+};
+using SessionPtr = std::shared_ptr<Session>;
+
+}  // namespace kpTables::sqlite

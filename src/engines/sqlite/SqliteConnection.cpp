@@ -1,0 +1,82 @@
+#include <utility>
+
+#include "BookFile.h"
+#include "BookSchema.h"
+#include "CollationVersion.h"
+#include "Session.h"
+#include "TableRecordset.h"
+#include "kpTables/Sqlite.h"
+
+namespace kpTables {
+
+namespace {
+
+using sqlite::BoundQuery;
+using sqlite::Session;
+using sqlite::SessionPtr;
+
+class Book : public SqliteConnection {
+public:
+    Book(std::string path, SessionPtr session) : path_(std::move(path)), session_(std::move(session)) {}
+
+    RecordsetPtr Execute(std::string_view text) override { return session_->Execute(text); }
+
+    RecordsetPtr Open(std::string_view source, SourceKind kind) override {
+        BoundQuery query = session_->PrepareOpen(source, kind);
+        if (!query.statement->writer) return session_->Execute(source);
+        return std::make_shared<sqlite::TableRecordset>(session_, std::move(query));
+    }
+
+    void BeginTrans() override { session_->GetTransaction().Begin(); }
+    void CommitTrans() override { session_->GetTransaction().Commit(); }
+    void RollbackTrans() override { session_->GetTransaction().Rollback(); }
+
+    std::vector<TableInfo> Tables() override {
+        sqlite::BookCatalog& catalog = session_->GetCatalog();
+        catalog.Refresh();
+        std::vector<TableInfo> tables;
+        for (const std::string& name : catalog.TableNames()) tables.push_back(catalog.Describe(name));
+        return tables;
+    }
+
+    std::int64_t RecordsAffected() const override { return session_->RecordsAffected(); }
+    const std::string& Path() const override { return path_; }
+
+private:
+    std::string path_;
+    SessionPtr session_;
+};
+
+/// Makes every table of the schema, or none.
+void MakeTables(Session& session) {
+    session.GetTransaction().Begin();
+    sqlite::MarkAsBook(session.GetDatabase());
+    sqlite::RecordCollationVersion(session.GetDatabase());
+    for (const std::string_view statement : schema::BookSchema()) session.Execute(statement);
+    session.GetTransaction().Commit();
+}
+
+}  // namespace
+
+std::shared_ptr<SqliteConnection> SqliteConnection::Open(const std::string& path, const SqliteOptions& options) {
+    auto session = std::make_shared<Session>(sqlite::OpenBookFile(path, options));
+    if (!options.readOnly) sqlite::BringIndexesUpToDate(session->GetDatabase());
+    return std::make_shared<Book>(path, std::move(session));
+}
+
+std::shared_ptr<SqliteConnection> SqliteConnection::Create(const std::string& path, const SqliteOptions& options) {
+    sqlite::NewBookFile file(path);
+    auto session = std::make_shared<Session>(sqlite::OpenNewFile(path, options));
+    MakeTables(*session);
+    sqlite::MakeDurable(session->GetDatabase());
+    file.Keep();
+    return std::make_shared<Book>(path, std::move(session));
+}
+
+std::shared_ptr<SqliteConnection> SqliteConnection::CreateInMemory() {
+    auto session = std::make_shared<Session>(sqlite::OpenMemory());
+    MakeTables(*session);
+    return std::make_shared<Book>(":memory:", std::move(session));
+}
+
+}  // namespace kpTables

@@ -1,0 +1,123 @@
+#include "TableSource.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "sql/SqlError.h"
+#include "sql/sqlite/Names.h"
+
+namespace kpTables::sqlite {
+
+namespace {
+
+bool HasColumn(const sql::CatalogTable& table, std::string_view name) {
+    return std::any_of(table.columns.begin(), table.columns.end(),
+                       [&](const sql::CatalogColumn& column) { return sql::SameName(column.name, name); });
+}
+
+/// One of the names that SQLite gives its row id, which is none of the table's own.
+std::string_view RowIdName(const sql::CatalogTable& table) {
+    for (const std::string_view name : {"rowid", "_rowid_"}) {
+        if (!HasColumn(table, name)) return name;
+    }
+    return "oid";
+}
+
+sql::SelectItem ColumnItem(std::string table, std::string name, std::size_t offset = 0) {
+    sql::SelectItem item;
+    item.expression = std::make_unique<sql::Column>(std::move(table), std::move(name), offset);
+    return item;
+}
+
+/// The one core of a statement that reads one named table and keeps its rows apart; null for any other.
+sql::SelectCore* PlainCore(sql::Statement& statement) {
+    if (statement.kind != sql::StatementKind::Select) return nullptr;
+    const sql::Query& query = *static_cast<sql::SelectStatement&>(statement).query;
+    if (query.members.size() != 1 || !query.members[0].core) return nullptr;
+    sql::SelectCore& core = *query.members[0].core;
+    const bool plain = !core.distinct && core.groupBy.empty() && !core.having && core.from.size() == 1;
+    return plain && core.from[0]->kind == sql::TableKind::Named ? &core : nullptr;
+}
+
+/// The names of the columns that the items list, stars expanded; nothing when an item is no column or comes twice.
+std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& core, const sql::CatalogTable& table) {
+    std::vector<std::string> names;
+    for (const sql::SelectItem& item : core.items) {
+        if (const auto* column = sql::If<sql::Column>(item.expression.get())) {
+            // A column renamed would be found under one name and written under another.
+            if (!item.alias.empty() && !sql::SameName(item.alias, column->name)) return std::nullopt;
+            names.push_back(column->name);
+        } else if (sql::If<sql::Star>(item.expression.get())) {
+            for (const sql::CatalogColumn& listed : table.columns) names.push_back(listed.name);
+        } else {
+            return std::nullopt;
+        }
+    }
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (sql::SameName(names[i], names[j])) return std::nullopt;
+        }
+    }
+    return names;
+}
+
+/// The items with every star replaced by the columns that it stands for, and the row id at the end.
+std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, const sql::CatalogTable& table) {
+    std::vector<sql::SelectItem> all;
+    for (sql::SelectItem& item : items) {
+        const auto* star = sql::If<sql::Star>(item.expression.get());
+        if (!star) {
+            all.push_back(std::move(item));
+            continue;
+        }
+        for (const sql::CatalogColumn& column : table.columns) {
+            all.push_back(ColumnItem(star->table, column.name, star->offset));
+        }
+    }
+    all.push_back(ColumnItem("", std::string(RowIdName(table))));
+    return all;
+}
+
+}  // namespace
+
+TableSource SourceOfTable(std::string_view name, const sql::Catalog& catalog) {
+    const sql::CatalogTable* table = catalog.Find(name);
+    if (!table) {
+        throw sql::SqlError(sql::ErrorKind::UnknownTable, "There is no table '" + std::string(name) + "'", 0);
+    }
+    TableSource source{table->name, {}, true, nullptr};
+    auto core = std::make_unique<sql::SelectCore>();
+    for (const sql::CatalogColumn& column : table->columns) source.columns.push_back(column.name);
+    core->items.push_back({std::make_unique<sql::Star>(""), ""});
+    core->items = ItemsWithRowId(std::move(core->items), *table);
+    core->from.push_back(std::make_unique<sql::NamedTable>(table->name, ""));
+    auto select = std::make_unique<sql::SelectStatement>();
+    select->query = std::make_unique<sql::Query>();
+    select->query->members.emplace_back();
+    select->query->members.back().core = std::move(core);
+    source.select = std::move(select);
+    return source;
+}
+
+std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const sql::Catalog& catalog) {
+    sql::SelectCore* core = PlainCore(*statement);
+    if (!core) return std::nullopt;
+    const auto& named = static_cast<const sql::NamedTable&>(*core->from[0]);
+    const sql::CatalogTable* table = catalog.Find(named.name);
+    if (!table) return std::nullopt;
+    auto columns = ListedColumns(*core, *table);
+    if (!columns) return std::nullopt;
+    core->items = ItemsWithRowId(std::move(core->items), *table);
+    return TableSource{table->name, std::move(*columns), !core->where && !core->top, std::move(statement)};
+}
+
+RowIdCatalog::RowIdCatalog(const sql::Catalog& catalog, std::string_view table) : catalog_(catalog) {
+    if (const sql::CatalogTable* found = catalog.Find(table)) table_ = *found;
+    table_.columns.push_back({std::string(RowIdName(table_)), sql::Type::Unknown, false});
+}
+
+const sql::CatalogTable* RowIdCatalog::Find(std::string_view table) const {
+    return sql::SameName(table, table_.name) ? &table_ : catalog_.Find(table);
+}
+
+}  // namespace kpTables::sqlite

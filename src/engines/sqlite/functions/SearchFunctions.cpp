@@ -1,0 +1,105 @@
+// Functions that look for text in text.
+#include <optional>
+#include <string>
+
+#include "Characters.h"
+#include "Function.h"
+#include "kpTables/Error.h"
+
+namespace kpTables::sqlite {
+
+namespace {
+
+/// Position from 1 of find in text at or after the character start (from 1), 0 when it is not there.
+std::int64_t PositionOf(std::string_view text, std::string_view find, std::int32_t start, bool ignoreCase) {
+    const std::string foldedText = ignoreCase ? Folded(text) : std::string(text);
+    const std::string foldedFind = ignoreCase ? Folded(find) : std::string(find);
+    const auto first = static_cast<std::size_t>(start - 1);
+    const std::size_t from = OffsetOfCharacter(foldedText, first);
+    if (first > 0 && from == foldedText.size()) return 0;
+    const auto at = foldedText.find(foldedFind, from);
+    if (at == std::string::npos || foldedText.empty()) return 0;
+    return static_cast<std::int64_t>(CountCharacters(std::string_view(foldedText).substr(0, at))) + 1;
+}
+
+void InStr(const Arguments& a, Answer& answer) {
+    const bool withStart = a.Count() > 2;
+    const std::int32_t start = withStart ? a.Whole(0) : 1;
+    if (start < 1) Raise(ErrorNumber::InvalidCall);
+    const bool ignoreCase = a.Count() < 4 || a.Whole(3) != 0;
+    answer.Whole(PositionOf(a.Text(withStart ? 1 : 0), a.Text(withStart ? 2 : 1), start, ignoreCase));
+}
+
+void CharIndex(const Arguments& a, Answer& answer) {
+    const std::int32_t start = a.Count() > 2 ? a.Whole(2) : 1;
+    answer.Whole(a.Text(0).empty() ? 0 : PositionOf(a.Text(1), a.Text(0), start < 1 ? 1 : start, true));
+}
+
+/// Whether the class that begins behind the bracket at at holds the character; at moves behind the class. Nothing when
+/// the bracket is never closed, and then stands for itself.
+std::optional<bool> InClass(std::string_view pattern, std::size_t& at, char32_t character) {
+    const auto close = pattern.find(']', at + 1);
+    if (close == pattern.npos) return std::nullopt;
+    std::string_view members = pattern.substr(at, close - at);
+    at = close + 1;
+    const bool negated = members.size() > 1 && (members[0] == '!' || members[0] == '^');
+    if (negated) members.remove_prefix(1);
+    bool found = false;
+    for (std::size_t i = 0; i < members.size();) {
+        const char32_t low = FoldCase(NextCharacter(members, i));
+        char32_t high = low;
+        if (i + 1 < members.size() && members[i] == '-') {
+            ++i;
+            high = FoldCase(NextCharacter(members, i));
+        }
+        found = found || (character >= low && character <= high);
+    }
+    return found != negated;
+}
+
+/// Whether one pattern element matches the text's next character; both positions move behind it.
+bool MatchesOne(std::string_view text, std::size_t& textAt, std::string_view pattern, std::size_t& patternAt) {
+    const char32_t character = FoldCase(NextCharacter(text, textAt));
+    const char32_t element = FoldCase(NextCharacter(pattern, patternAt));
+    if (element == '_') return true;
+    if (element == '[') {
+        if (const auto in = InClass(pattern, patternAt, character)) return *in;
+    }
+    return element == character;
+}
+
+/// Each % is tried at the shortest stretch that lets the rest match, and only the last one is taken back: no pattern
+/// takes longer than the product of both lengths.
+bool Matches(std::string_view text, std::string_view pattern) {
+    std::size_t textAt = 0;
+    std::size_t patternAt = 0;
+    std::optional<std::size_t> lastPercent;
+    std::size_t retry = 0;
+    while (textAt < text.size()) {
+        if (patternAt < pattern.size() && pattern[patternAt] == '%') {
+            lastPercent = ++patternAt;
+            retry = textAt;
+            continue;
+        }
+        if (patternAt < pattern.size() && MatchesOne(text, textAt, pattern, patternAt)) continue;
+        if (!lastPercent) return false;
+        patternAt = *lastPercent;
+        retry += CharacterSize(text, retry);
+        textAt = retry;
+    }
+    return pattern.find_first_not_of('%', patternAt) == pattern.npos;
+}
+
+void Like(const Arguments& a, Answer& answer) { answer.Whole(Matches(a.Text(0), a.Text(1)) ? 1 : 0); }
+
+constexpr ScalarFunction kFunctions[] = {
+    {"kp_charindex", CharIndex},
+    {"kp_instr", InStr},
+    {"kp_like", Like},
+};
+
+}  // namespace
+
+std::span<const ScalarFunction> SearchFunctions() noexcept { return kFunctions; }
+
+}  // namespace kpTables::sqlite

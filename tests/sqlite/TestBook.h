@@ -1,0 +1,57 @@
+// Books for tests, and short ways to ask them.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "kpTables/Error.h"
+#include "kpTables/Sqlite.h"
+
+namespace kpTables::test {
+
+/// A directory of its own, removed at the end.
+class TemporaryDirectory {
+public:
+    TemporaryDirectory();
+    ~TemporaryDirectory();
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    std::string File(std::string_view name) const;
+    const std::filesystem::path& Path() const noexcept { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+/// First field of the first row, in its text form; "(no row)" when there is none.
+std::string ValueOf(Connection& connection, std::string_view select);
+/// All rows: fields joined with "|", rows with " / ".
+std::string RowsOf(Connection& connection, std::string_view select);
+std::string RowsOf(Recordset& rows);
+/// The error that a call raises; nothing, and a test failure, when it raises none.
+std::optional<DatabaseError> Refused(const std::function<void()>& call);
+/// Number of the error that a call raises, of either kind; 0 when it raises none.
+std::int32_t NumberOf(const std::function<void()>& call);
+/// Error numbers as NumberOf answers them.
+constexpr std::int32_t Code(DatabaseErrorNumber number) { return static_cast<std::int32_t>(number); }
+constexpr std::int32_t Code(ErrorNumber number) { return static_cast<std::int32_t>(number); }
+
+/// Runs the code as a user whom file permissions hold back, when the tests are run by root.
+class WithoutRootRights {
+public:
+    WithoutRootRights();
+    ~WithoutRootRights();
+    WithoutRootRights(const WithoutRootRights&) = delete;
+    WithoutRootRights& operator=(const WithoutRootRights&) = delete;
+
+private:
+    bool wasRoot_;
+};
+
+}  // namespace kpTables::test
