@@ -39,7 +39,7 @@ SqlError SyntaxError(std::string_view text, std::size_t offset, std::string_view
         message += " at the end";
     message += ": ";
     message += complaint;
-    return SqlError(ErrorKind::Syntax, message, offset);
+    return SqlError(ErrorKind::Syntax, message, offset, true);
 }
 
 }  // namespace kpTables::sql

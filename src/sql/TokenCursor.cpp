@@ -127,7 +127,7 @@ void TokenCursor::FailUnsupported(const Token& token, std::string_view what) con
     throw SqlError(ErrorKind::Unsupported,
                    std::string(what) + " is not supported (line " + std::to_string(at.line) + ", column " +
                        std::to_string(at.column) + ")",
-                   token.offset);
+                   token.offset, true);
 }
 
 void TokenCursor::CountChained() {

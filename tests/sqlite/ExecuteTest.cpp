@@ -156,6 +156,7 @@ TEST_P(ExecuteRefuses, WithNumberStatementAndPosition) {
     EXPECT_EQ(error->Statement(), GetParam().text);
     ASSERT_TRUE(error->Position());
     EXPECT_EQ(*error->Position(), GetParam().position) << error->what();
+    EXPECT_NE(error->Description().find("line 1, column "), std::string::npos) << error->what();
     EXPECT_EQ(RowsOf(*book, "Select * From 仓库设置"), "1|甲|Null|False");
 }
 

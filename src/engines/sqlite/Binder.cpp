@@ -173,7 +173,7 @@ sql::SqlError Refusal(const Error& error, const sql::Parameter& parameter, const
     message += " at line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " +
                (literal.kind == LiteralKind::Text ? "'" + literal.text + "'" : literal.text) +
                (overflow ? " is too large for " : " is not ") + Wanted(parameter.binding);
-    return {overflow ? sql::ErrorKind::Overflow : sql::ErrorKind::TypeMismatch, message, offset};
+    return {overflow ? sql::ErrorKind::Overflow : sql::ErrorKind::TypeMismatch, message, offset, true};
 }
 
 }  // namespace

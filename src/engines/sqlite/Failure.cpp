@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include "kpTables/Error.h"
+#include "sql/Position.h"
 
 namespace kpTables::sqlite {
 
@@ -128,7 +129,12 @@ void RaiseFailure(sqlite3* database, int code, std::string_view statement) {
 }
 
 void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement) {
-    throw DatabaseError(static_cast<std::int32_t>(NumberOf(refusal.Kind())), refusal.what(), std::string(statement),
+    std::string message = refusal.what();
+    if (!refusal.Located()) {
+        const sql::Position at = sql::Locate(statement, refusal.Offset());
+        message += " (line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ")";
+    }
+    throw DatabaseError(static_cast<std::int32_t>(NumberOf(refusal.Kind())), message, std::string(statement),
                         refusal.Offset());
 }
 

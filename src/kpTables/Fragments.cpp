@@ -1,0 +1,71 @@
+#include "kpTables/Fragments.h"
+
+#include <cmath>
+
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+
+namespace kpTables {
+namespace {
+
+bool IsGiven(const Variant& bound) {
+    if (bound.IsMissing()) return false;
+    const auto empty = EqualsText(bound, "");
+    return empty && !*empty;
+}
+
+std::string DayText(const Variant& bound) { return Format(CDate(bound), "yyyy-M-d"); }
+
+constexpr const char* kServerDate =
+    "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)";
+constexpr const char* kJetDate = "CDATE(年份 & '-' & 月份 & '-' & 日子)";
+
+std::string Compared(const std::string& op, const std::string& day, bool isSQL) {
+    if (isSQL) return std::string(kServerDate) + op + "CAST('" + day + "' AS DATETIME)";
+    return std::string("(") + kJetDate + op + "#" + day + "#)";
+}
+
+}  // namespace
+
+std::string Get_DateSql(const Variant& first, const Variant& last, bool isSQL) {
+    const std::string from = IsGiven(first) ? Compared(">=", DayText(first), isSQL) : "";
+    const std::string to = IsGiven(last) ? Compared("<=", DayText(last), isSQL) : "";
+    if (!from.empty() && !to.empty()) return " And (" + from + " And " + to + ")";
+    if (!from.empty()) return " And " + from + " ";
+    if (!to.empty()) return " And " + to;
+    return "";
+}
+
+std::string Get_NoSql(const Variant& first, const Variant& last) {
+    const std::string from = IsGiven(first) ? "Lst.单据编号>='" + Text(first) + "'" : "";
+    const std::string to = IsGiven(last) ? "Lst.单据编号<='" + Text(last) + "'" : "";
+    if (!from.empty() && !to.empty()) return " And (" + from + " And " + to + ") ";
+    if (!from.empty()) return " And " + from + " ";
+    if (!to.empty()) return " And " + to + " ";
+    return "";
+}
+
+double vDbl(const Variant& value) { return IsNumeric(value) ? CDbl(value) : 0; }
+
+Currency vCur(const Variant& value) { return IsNumeric(value) ? CCur(value) : Currency(); }
+
+double CalcPrice(const Variant& amount, const Variant& quantity) {
+    if (!IsNumeric(amount) || !IsNumeric(quantity)) return 0;
+    const double divisor = CDbl(quantity);
+    if (!(divisor > 0)) return 0;
+    const double price = CDbl(amount) / divisor;
+    if (!std::isfinite(price)) Raise(ErrorNumber::Overflow);
+    return price;
+}
+
+std::string IdPiece(std::string_view piece, std::int32_t id) {
+    return id > 0 ? std::string(piece) + Text(id) : std::string();
+}
+
+std::string WhereClause(const std::string& pieces, std::string_view where) {
+    constexpr std::string_view kAnd = " And";
+    if (!std::string_view(pieces).starts_with(kAnd)) return pieces;
+    return std::string(where) + pieces.substr(kAnd.size());
+}
+
+}  // namespace kpTables

@@ -1,0 +1,30 @@
+// Clause builders and value functions that the methods share.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "kpTables/Variant.h"
+
+namespace kpTables {
+
+/// Date range on a bill's 年份, 月份 and 日子, both ends included: " And ..." or "". A bound that equals "" (Empty
+/// does) or is Null counts as not given; one that is no date raises error 13.
+std::string Get_DateSql(const Variant& first, const Variant& last, bool isSQL);
+/// Bill number range on the header aliased Lst, both ends included: " And ..." or "". Bounds count as in Get_DateSql.
+std::string Get_NoSql(const Variant& first, const Variant& last);
+
+/// The value when it is numeric, otherwise 0.
+double vDbl(const Variant& value);
+Currency vCur(const Variant& value);
+/// Amount / quantity, unrounded; 0 when either is not numeric or the quantity is not above 0.
+double CalcPrice(const Variant& amount, const Variant& quantity);
+
+/// The piece followed by the id, or "" for an id below 1, which means "all".
+std::string IdPiece(std::string_view piece, std::int32_t id);
+/// Turns joined pieces into a clause: their leading " And" gives way to where (" Where " or "Where "). Pieces that do
+/// not begin so, none among them, stay as they are.
+std::string WhereClause(const std::string& pieces, std::string_view where);
+
+}  // namespace kpTables

@@ -1,0 +1,150 @@
+// Per-product stock figures: one number about a product in a warehouse and a month.
+#include <string_view>
+
+#include "kpTables/CTables.h"
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+#include "kpTables/Fragments.h"
+#include "kpTables/db/Access.h"
+
+namespace kpTables {
+namespace {
+
+constexpr std::string_view kQuantity = "数量";
+constexpr std::string_view kAmount = "金额";
+constexpr std::string_view kTax = "税额";
+constexpr std::string_view kGross = "合计";
+constexpr std::string_view kPrice = "单价";
+
+/// Amount / quantity; 0 when the quantity is 0 or either is Null.
+double UnitPrice(Recordset& row) {
+    const Variant amount = row.Fields(kAmount).Value();
+    const Variant quantity = row.Fields(kQuantity).Value();
+    if (!IsNumeric(amount) || !IsNumeric(quantity) || CDbl(quantity) == 0) return 0;
+    return CDbl(amount) / CDbl(quantity);
+}
+
+/// The bill kinds of a selector; `direct` is the direction's own kind. "%发票" is compared with =, so it matches that
+/// text alone.
+std::string KindPiece(std::string_view which, const std::string& direct) {
+    if (which == "直接") return " And 单据类型='" + direct + "'";
+    if (which == "购进") return " And 单据类型='%发票'";
+    if (which == "调拨") return " And 单据类型='调拨单'";
+    return "";
+}
+
+/// One figure of the lines of a direction; kind is "入库" or "出库".
+Currency MovementFigure(const ConnectionPtr& cnn, const std::string& kind, const std::string& pieces,
+                        std::string_view what) {
+    const auto row = db::Query(cnn,
+                               "SELECT Sum(Rec.数量) AS 数量, Sum(Rec.除税金额) AS 金额, Sum(Rec.税额) AS 税额, "
+                               "Sum(Rec.金额) AS 合计 FROM " +
+                                   kind + "记录 AS Rec INNER JOIN " + kind + "目录 AS Lst ON Rec.BillID = Lst.BillID " +
+                                   WhereClause(pieces, "Where "));
+    if (row->Eof()) return Currency();
+    if (what == kQuantity || what == kAmount || what == kTax || what == kGross) return vCur(row->Fields(what).Value());
+    if (what == kPrice) return CCur(UnitPrice(*row));
+    return Currency();
+}
+
+std::string MovementPieces(std::int32_t warehouse, std::int32_t product, std::int16_t month, bool isTotal) {
+    return IdPiece(isTotal ? " And Lst.月份<=" : " And Lst.月份=", month) + IdPiece(" And Lst.dpID=", warehouse) +
+           IdPiece(" And Rec.pdID=", product);
+}
+
+}  // namespace
+
+double CTables::Get上期库存(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What) {
+    try {
+        const std::string pieces =
+            IdPiece(" And bn.月份=", rMonth) + IdPiece(" And bn.dpID=", rdpID) + IdPiece(" And bn.pdID=", rpdID);
+        const auto row = db::Query(cnn_,
+                                   "SELECT Sum(Bn.上期库存数量) AS 数量, Sum(Bn.上期库存金额) AS 金额 "
+                                   "FROM 仓库余额表 AS Bn " +
+                                       WhereClause(pieces, "Where "));
+        if (row->Eof()) return 0;
+        if (What == kQuantity || What == kAmount) return vDbl(row->Fields(What).Value());
+        return UnitPrice(*row);
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+Currency CTables::Get商品入库(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What,
+                              const std::string& Which, bool isTotal) {
+    try {
+        return MovementFigure(cnn_, "入库", MovementPieces(rdpID, rpdID, rMonth, isTotal) + KindPiece(Which, "入库单"),
+                              What);
+    } catch (const std::exception&) {
+        return Currency();
+    }
+}
+
+Currency CTables::Get商品出库(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What,
+                              const std::string& Which, bool isTotal) {
+    try {
+        return MovementFigure(cnn_, "出库", MovementPieces(rdpID, rpdID, rMonth, isTotal) + KindPiece(Which, "出库单"),
+                              What);
+    } catch (const std::exception&) {
+        return Currency();
+    }
+}
+
+Currency CTables::Get商品成本(std::int32_t rdpID, std::int32_t rpdID, const std::string& rMonth,
+                              const std::string& What, bool isTotal) {
+    try {
+        const bool hasMonth = !rMonth.empty() && CDbl(rMonth) > 0;
+        const std::string month = hasMonth ? (isTotal ? " And 月份<=" : " And 月份=") + rMonth : "";
+        const auto row =
+            db::Query(cnn_,
+                      "Select pdID,Sum(数量) As 数量,Sum(金额) As 金额 From 成本记录 Where 成本记录.CostID in "
+                      "(Select CostID From 成本目录 Where True " +
+                          IdPiece(" And dpID=", rdpID) + month + ")" + IdPiece(" And pdID=", rpdID) + " Group by pdID");
+        if (row->Eof()) return Currency();
+        if (What == kQuantity || What == kAmount) return vCur(row->Fields(What).Value());
+        return CCur(UnitPrice(*row));
+    } catch (const std::exception&) {
+        return Currency();
+    }
+}
+
+// The figures below are added up in Currency, the opening one being converted first.
+
+double CTables::Get本期库存(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What,
+                            bool CostUsed) {
+    if (rMonth == 0) return 0;
+    if (What != kQuantity && What != kAmount) return 0;
+    try {
+        return StockFigure(rdpID, rpdID, rMonth, What, CostUsed).ToDouble();
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+// Unlike Get本期库存 on purpose: month 0 is no special case, and nothing is trapped here. The quotient is made before a
+// zero quantity is looked at, so that it ends in the division error.
+double CTables::Get商品库存(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What,
+                            bool CostUsed) {
+    if (What == kQuantity || What == kAmount) return StockFigure(rdpID, rpdID, rMonth, What, CostUsed).ToDouble();
+    if (What != kPrice) return 0;
+    const Currency quantity = StockFigure(rdpID, rpdID, rMonth, std::string(kQuantity), CostUsed);
+    const std::string amount(kAmount);
+    const Currency opening = CCur(Get上期库存(rdpID, rpdID, rMonth, amount));
+    const Currency inbound = Get商品入库(rdpID, rpdID, rMonth, amount);
+    const Currency cost = Get商品成本(rdpID, rpdID, Text(rMonth), amount);
+    const Currency outbound = Get商品出库(rdpID, rpdID, rMonth, amount);
+    const Currency stock = opening + inbound - (CostUsed ? cost : outbound);
+    if (quantity == Currency()) Raise(ErrorNumber::DivisionByZero);
+    return stock.ToDouble() / quantity.ToDouble();
+}
+
+Currency CTables::StockFigure(std::int32_t warehouse, std::int32_t product, std::int16_t month, const std::string& what,
+                              bool costUsed) {
+    const Currency opening = CCur(Get上期库存(warehouse, product, month, what));
+    const Currency inbound = Get商品入库(warehouse, product, month, what);
+    const Currency outbound = what == kAmount && costUsed ? Get商品成本(warehouse, product, Text(month), what)
+                                                          : Get商品出库(warehouse, product, month, what);
+    return opening + inbound - outbound;
+}
+
+}  // namespace kpTables

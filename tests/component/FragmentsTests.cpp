@@ -1,0 +1,150 @@
+// Clause builders and value functions.
+#include "kpTables/Fragments.h"
+
+#include <gtest/gtest.h>
+
+#include "support/Failure.h"
+#include "support/ScriptedRecordset.h"
+
+namespace kpTables::test {
+namespace {
+
+Date Day(const char* iso) { return *Date::ParseIso(iso); }
+
+TEST(DateClause, BothDialects) {
+    struct Case {
+        Variant first, last;
+        const char* server;
+        const char* jet;
+    };
+    const Case cases[] = {
+        {"", "", "", ""},
+        {Variant(), Variant(), "", ""},
+        {Variant::Null(), Variant::Null(), "", ""},
+        {Variant::Missing(), Variant::Missing(), "", ""},
+        {Day("2004-03-07"), "",
+         " And CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS "
+         "DATETIME)>=CAST('2004-3-7' AS DATETIME) ",
+         " And (CDATE(年份 & '-' & 月份 & '-' & 日子)>=#2004-3-7#) "},
+        {"", Day("2004-12-31"),
+         " And CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS "
+         "DATETIME)<=CAST('2004-12-31' AS DATETIME)",
+         " And (CDATE(年份 & '-' & 月份 & '-' & 日子)<=#2004-12-31#)"},
+        {"2004-03-07", "2004-10-01",
+         " And (CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS "
+         "DATETIME)>=CAST('2004-3-7' AS DATETIME) And CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + "
+         "CAST(日子 AS char(2)) AS DATETIME)<=CAST('2004-10-1' AS DATETIME))",
+         " And ((CDATE(年份 & '-' & 月份 & '-' & 日子)>=#2004-3-7#) And (CDATE(年份 & '-' & 月份 & '-' & "
+         "日子)<=#2004-10-1#))"},
+        // the same day at both ends
+        {Day("1997-05-09"), Day("1997-05-09"),
+         " And (CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS "
+         "DATETIME)>=CAST('1997-5-9' AS DATETIME) And CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + "
+         "CAST(日子 AS char(2)) AS DATETIME)<=CAST('1997-5-9' AS DATETIME))",
+         " And ((CDATE(年份 & '-' & 月份 & '-' & 日子)>=#1997-5-9#) And (CDATE(年份 & '-' & 月份 & '-' & "
+         "日子)<=#1997-5-9#))"},
+        // a time of day is left out, a number is a serial, Null counts as not given
+        {Day("2004-03-07T23:59:59"), Variant::Null(),
+         " And CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS "
+         "DATETIME)>=CAST('2004-3-7' AS DATETIME) ",
+         " And (CDATE(年份 & '-' & 月份 & '-' & 日子)>=#2004-3-7#) "},
+        {Variant(), 38053,
+         " And CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS "
+         "DATETIME)<=CAST('2004-3-7' AS DATETIME)",
+         " And (CDATE(年份 & '-' & 月份 & '-' & 日子)<=#2004-3-7#)"},
+        {"2004年3月7日", "",
+         " And CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS "
+         "DATETIME)>=CAST('2004-3-7' AS DATETIME) ",
+         " And (CDATE(年份 & '-' & 月份 & '-' & 日子)>=#2004-3-7#) "},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(Shown(each.first) + " to " + Shown(each.last));
+        EXPECT_EQ(Get_DateSql(each.first, each.last, true), each.server);
+        EXPECT_EQ(Get_DateSql(each.first, each.last, false), each.jet);
+    }
+}
+
+TEST(DateClause, WhatIsNoDateIsATypeMismatch) {
+    for (const bool isSQL : {false, true}) {
+        EXPECT_EQ(FailureOf([&] { Get_DateSql("abc", "", isSQL); }), 13);
+        EXPECT_EQ(FailureOf([&] { Get_DateSql("", "2004-02-30", isSQL); }), 13);
+        EXPECT_EQ(FailureOf([&] { Get_DateSql(Day("2004-03-07"), " ", isSQL); }), 13);
+    }
+}
+
+TEST(NumberClause, EveryCase) {
+    struct Case {
+        Variant first, last;
+        const char* clause;
+    };
+    const Case cases[] = {
+        {"", "", ""},
+        {Variant(), Variant(), ""},
+        {Variant::Null(), Variant::Null(), ""},
+        {Variant::Missing(), Variant::Missing(), ""},
+        {"A01", "", " And Lst.单据编号>='A01' "},
+        {"", "A99", " And Lst.单据编号<='A99' "},
+        {"A01", "A99", " And (Lst.单据编号>='A01' And Lst.单据编号<='A99') "},
+        {"入-1", Variant::Null(), " And Lst.单据编号>='入-1' "},
+        {Variant(), "出-9", " And Lst.单据编号<='出-9' "},
+        {" ", "", " And Lst.单据编号>=' ' "},      // a blank is not the empty text
+        {"O'X", "", " And Lst.单据编号>='O'X' "},  // nothing is escaped
+        {7, 12, " And (Lst.单据编号>='7' And Lst.单据编号<='12') "},
+        {0, "", " And Lst.单据编号>='0' "},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(Get_NoSql(each.first, each.last), each.clause) << Shown(each.first) << " to " << Shown(each.last);
+}
+
+TEST(ValueFunctions, NumericOrZero) {
+    struct Case {
+        Variant value;
+        double number;
+        std::int64_t scaled;
+    };
+    const Case cases[] = {
+        {Variant::Null(), 0, 0},
+        {Variant(), 0, 0},
+        {"", 0, 0},
+        {"abc", 0, 0},
+        {"12.5", 12.5, 125000},
+        {" 1,234.5 ", 1234.5, 12345000},
+        {"1e3", 1000, 10000000},
+        {7, 7, 70000},
+        {std::int16_t{-3}, -3, -30000},
+        {0.03125, 0.03125, 312},  // half to even
+        {0.09375, 0.09375, 938},
+        {Currency::FromScaled(12345), 1.2345, 12345},
+        {true, -1, -10000},
+        {Day("2004-03-07"), 0, 0},
+        {Variant(nullptr), 0, 0},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(Shown(each.value));
+        EXPECT_EQ(vDbl(each.value), each.number);
+        EXPECT_EQ(vCur(each.value).Scaled(), each.scaled);
+    }
+}
+
+TEST(ValueFunctions, CurrencyOverflows) {
+    EXPECT_EQ(vDbl(1e15), 1e15);
+    EXPECT_EQ(FailureOf([] { vCur(1e15); }), 6);
+}
+
+TEST(Conditions, IdPieceOnlyAboveZero) {
+    EXPECT_EQ(IdPiece(" And dpID=", 1), " And dpID=1");
+    EXPECT_EQ(IdPiece(" And dpID=", 2147483647), " And dpID=2147483647");
+    EXPECT_EQ(IdPiece(" And dpID=", 0), "");
+    EXPECT_EQ(IdPiece(" And dpID=", -1), "");
+    EXPECT_EQ(IdPiece(" And dpID=", -2147483647 - 1), "");
+}
+
+TEST(Conditions, WhereClauseCutsTheLeadingAnd) {
+    EXPECT_EQ(WhereClause(" And a=1 And b=2", " Where "), " Where  a=1 And b=2");
+    EXPECT_EQ(WhereClause(" And a=1", "Where "), "Where  a=1");
+    EXPECT_EQ(WhereClause("", " Where "), "");
+    EXPECT_EQ(WhereClause("a=1", " Where "), "a=1");
+}
+
+}  // namespace
+}  // namespace kpTables::test
