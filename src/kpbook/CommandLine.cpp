@@ -1,0 +1,281 @@
+#include "kpbook/CommandLine.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include "kpbook/ArgumentText.h"
+#include "kpbook/Commands.h"
+#include "kpbook/Utf8.h"
+
+namespace kpTables::kpbook {
+
+namespace {
+
+/// Everything that the command line can set.
+struct Parsed {
+    GlobalOptions global;
+    NewOptions create;
+    InfoOptions info;
+    StockOptions stock;
+    ImportOptions import;
+    CallOptions call;
+    SqlOptions sql;
+    CloseOptions close;
+    MethodsOptions methods;
+    bool batch = false;
+    std::string format = "table";
+    std::string today;
+    std::string answer;
+    std::string closingDate;
+};
+
+constexpr int kLastMonth = 12;
+
+const CLI::Validator kDate(
+    [](std::string& text) {
+        if (Date::ParseIso(text) || Date::Parse(text)) return std::string();
+        return "'" + text + "' is no date";
+    },
+    "");
+
+const CLI::Validator kUtf8(
+    [](std::string& text) { return IsValidUtf8(text) ? std::string() : std::string("not valid UTF-8"); }, "");
+
+std::optional<Date> DateOf(const std::string& text) {
+    if (text.empty()) return std::nullopt;
+    const auto iso = Date::ParseIso(text);
+    return iso ? iso : Date::Parse(text);
+}
+
+/// CLI11 takes "[a,b]" as a list of two words, "-.5" as an option and "++" as the end of a command. A mark in front
+/// keeps such a word as it is until Unmark takes it off.
+constexpr char kMark = '\x01';
+
+bool NeedsMark(std::string_view word) {
+    return (word.starts_with('[') && word.ends_with(']')) || word.starts_with("-.") || word == "++" ||
+           word.starts_with(kMark);
+}
+
+std::vector<std::string> MarkedWords(int count, char** words) {
+    std::vector<std::string> marked;
+    for (int i = count - 1; i > 0; --i) {
+        std::string word = words[i];
+        if (NeedsMark(word)) word.insert(word.begin(), kMark);
+        marked.push_back(std::move(word));
+    }
+    return marked;
+}
+
+void Unmark(std::string& word) {
+    if (word.starts_with(kMark)) word.erase(0, 1);
+}
+
+void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
+    auto& global = parsed.global;
+    app.add_option("-O,--output-format", parsed.format, "How results are written: table, csv, json, markdown or xlsx")
+        ->check(CLI::IsMember({"table", "csv", "json", "markdown", "xlsx"}))
+        ->type_name("FORMAT");
+    app.add_option("-o,--output", global.outputPath, "Write results to a file (xlsx needs one)")->type_name("FILE");
+    app.add_flag("--trace", global.trace, "Show every statement on standard error as it is sent");
+    app.add_flag("--sql", global.isSQL, "Send statements in SQL Server's dialect (isSQL)");
+    app.add_option("--today", parsed.today, "The date that counts as today")->check(kDate)->type_name("DATE");
+    app.add_option("--answer", parsed.answer, "Answer every question with yes or no")
+        ->check(CLI::IsMember({"yes", "no"}))
+        ->type_name("ANSWER");
+    app.set_version_flag("--version", std::string("kpbook ") + KPBOOK_VERSION);
+}
+
+void AddBook(CLI::App& command, std::string& book) {
+    command.add_option("BOOK", book, "The book's file")->required()->type_name("");
+}
+
+CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer) {
+    auto* command = app.add_subcommand(name, what);
+    command->fallthrough();
+    command->footer(footer + "\n\nOptions of every command (-O, -o, --trace, --sql, --today, --answer): kpbook --help");
+    return command;
+}
+
+void AddNew(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(app, "new", "Make a book, ready for use",
+                               "It has all its tables, its names, today as the date on which it was set up, and the\n"
+                               "usual payment methods. An existing file is left as it is.\n\n"
+                               "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01");
+    AddBook(*command, parsed.create.book);
+    command->add_flag("--bare", parsed.create.bare, "Make the tables only");
+}
+
+void AddInfo(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(app, "info", "Show what a book is and holds",
+                               "Its information and dates as they are stored, the rows of its tables, the months of "
+                               "its\nbalance, and which warehouses are closed. Nothing in the book changes.\n\n"
+                               "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json");
+    AddBook(*command, parsed.info.book);
+}
+
+void AddStock(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(
+        app, "stock", "Show a month's stock figures of the products",
+        "What was there, what came in, what went out and what is there, as balance rows and bills have it now,\n"
+        "without a closing. Nothing in the book changes.\n\n"
+        "Examples:\n  kpbook stock shop.kpbook --month 3\n"
+        "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost");
+    AddBook(*command, parsed.stock.book);
+    command->add_option("--month", parsed.stock.month, "The month, 1 to 12")
+        ->required()
+        ->check(CLI::Range(1, kLastMonth))
+        ->type_name("M");
+    command->add_option("--warehouse", parsed.stock.warehouse, "The warehouse's dpID; all together without it")
+        ->type_name("D");
+    command->add_option("--product", parsed.stock.product, "The product's pdID; all with figures without it")
+        ->type_name("P");
+    command->add_flag("--cost", parsed.stock.costUsed, "Take outbound amounts from the cost bills");
+}
+
+void AddImport(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(
+        app, "import", "Add the rows of a CSV file to a table",
+        "The first line names the columns. All rows are added or, when one is bad, none; every bad row is told with\n"
+        "its line and reason. An empty field of a column without text takes the column's default.\n\n"
+        "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n  produce | kpbook import shop.kpbook 入库记录 "
+        "-");
+    AddBook(*command, parsed.import.book);
+    command->add_option("TABLE", parsed.import.table, "The table")->required()->check(kUtf8)->type_name("");
+    command->add_option("FILE", parsed.import.path, "The CSV file, - for standard input")->required()->type_name("");
+}
+
+void AddCall(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(
+        app, "call", "Call a method by name, or many with --batch",
+        "Arguments:\n" + std::string(kArgumentForms) +
+            "\nPut -- before arguments that begin with a dash and a letter. What a method writes back is shown on\n"
+            "standard error.\n\n"
+            "A batch is one JSON object a line, answered with one a line:\n"
+            "  {\"method\":NAME,\"args\":[...],\"isSQL\":bool,\"today\":\"2026-11-21\",\"answer\":\"yes\"|\"no\"}\n"
+            "  {\"execute\":TEXT}\n\n"
+            "Examples:\n  kpbook call shop.kpbook rs余额记录 1 3\n"
+            "  kpbook call shop.kpbook Close_DepotBalance 1 3 False date:2004-03-31 progress:\n"
+            "  kpbook call shop.kpbook --batch calls.jsonl");
+    AddBook(*command, parsed.call.book);
+    command->add_option("METHOD", parsed.call.method, "The method; with --batch the file, standard input by default")
+        ->check(kUtf8)
+        ->type_name("");
+    command->add_option("ARGS", parsed.call.arguments, "Its arguments")->check(kUtf8)->type_name("");
+    command->add_flag("--batch", parsed.batch, "Read calls as lines of JSON");
+}
+
+void AddSql(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(app, "sql", "Run one statement",
+                               "Example:\n  kpbook sql shop.kpbook \"Select * From 仓库设置 Order by dpID\" -O csv");
+    AddBook(*command, parsed.sql.book);
+    command->add_option("TEXT", parsed.sql.text, "The statement")->required()->check(kUtf8)->type_name("");
+}
+
+void AddClose(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(
+        app, "close", "Close a month of one warehouse or of all",
+        "First products on bills that have no balance row are looked for, and added when the question is answered\n"
+        "with yes. Then each warehouse's balance rows of the month are filled and the next month's rows are made.\n\n"
+        "Examples:\n  kpbook close shop.kpbook --month 3\n"
+        "  kpbook close shop.kpbook --month 3 --warehouse 2 --cost --date 2004-03-31 --answer yes");
+    AddBook(*command, parsed.close.book);
+    command->add_option("--month", parsed.close.month, "The month, 1 to 12")
+        ->required()
+        ->check(CLI::Range(1, kLastMonth))
+        ->type_name("M");
+    command->add_option("--warehouse", parsed.close.warehouse, "The warehouse's dpID; all of them without it")
+        ->type_name("D");
+    command->add_flag("--cost", parsed.close.costUsed, "Take outbound amounts from the cost bills");
+    command->add_option("--date", parsed.closingDate, "The date noted in the rows that are made; today without it")
+        ->check(kDate)
+        ->type_name("DATE");
+}
+
+void AddMethods(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(app, "methods", "List the methods, or one with its parameters",
+                               "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance");
+    command->add_option("NAME", parsed.methods.name, "The method")->check(kUtf8)->type_name("");
+}
+
+OutputFormat FormatOf(const std::string& name) {
+    if (name == "csv") return OutputFormat::Csv;
+    if (name == "json") return OutputFormat::Json;
+    if (name == "markdown") return OutputFormat::Markdown;
+    if (name == "xlsx") return OutputFormat::Xlsx;
+    return OutputFormat::Table;
+}
+
+/// What one option alone cannot tell.
+void Complete(const CLI::App& app, Parsed& parsed) {
+    auto& global = parsed.global;
+    global.format = FormatOf(parsed.format);
+    global.today = DateOf(parsed.today);
+    parsed.close.date = DateOf(parsed.closingDate);
+    if (!parsed.answer.empty()) global.answer = parsed.answer == "yes" ? MessageAnswer::Yes : MessageAnswer::No;
+    if (global.format == OutputFormat::Xlsx && global.outputPath.empty()) {
+        throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
+    }
+    for (std::string* word :
+         {&global.outputPath, &parsed.create.book, &parsed.import.book, &parsed.import.table, &parsed.import.path,
+          &parsed.call.book, &parsed.call.method, &parsed.sql.book, &parsed.sql.text, &parsed.close.book,
+          &parsed.methods.name, &parsed.info.book, &parsed.stock.book}) {
+        Unmark(*word);
+    }
+    for (auto& argument : parsed.call.arguments) Unmark(argument);
+    if (!app.got_subcommand("call")) return;
+    if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
+    if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
+    if (parsed.batch && (app.count("-O") > 0 || app.count("-o") > 0)) {
+        throw CLI::ValidationError("--batch answers in JSON on standard output; -O and -o do not go with it");
+    }
+}
+
+int Run(const CLI::App& app, const Parsed& parsed) {
+    const auto& global = parsed.global;
+    if (app.got_subcommand("new")) return NewBook(parsed.create, global);
+    if (app.got_subcommand("info")) return Info(parsed.info, global);
+    if (app.got_subcommand("stock")) return Stock(parsed.stock, global);
+    if (app.got_subcommand("import")) return Import(parsed.import, global);
+    if (app.got_subcommand("sql")) return Sql(parsed.sql, global);
+    if (app.got_subcommand("close")) return Close(parsed.close, global);
+    if (app.got_subcommand("methods")) return Methods(parsed.methods, global);
+    if (!parsed.batch) return Call(parsed.call, global);
+    return Batch({parsed.call.book, parsed.call.method.empty() ? "-" : parsed.call.method}, global);
+}
+
+}  // namespace
+
+int RunCommandLine(int count, char** words) {
+    Parsed parsed;
+    CLI::App app("Works on an account book: imports, calls methods, closes months.", "kpbook");
+    app.require_subcommand(1);
+    app.footer(
+        "Results go to standard output; messages, questions and progress to standard error.\n"
+        "Exit code: 0 done, 1 the call failed, 2 wrong usage. kpbook COMMAND --help tells more.\n\n"
+        "Examples:\n  kpbook new shop.kpbook\n  kpbook import shop.kpbook 商品设置 products.csv\n"
+        "  kpbook close shop.kpbook --month 1\n  kpbook call shop.kpbook rs余额记录 1 2");
+    app.failure_message([](const CLI::App* asked, const CLI::Error& error) {
+        const auto unknown = asked->get_subcommands().empty() ? asked->remaining() : std::vector<std::string>();
+        const std::string what = unknown.empty() ? error.what() : "there is no command or option " + unknown.front();
+        return "kpbook: " + what + "\nkpbook --help tells how it is used.\n";
+    });
+    AddGlobalOptions(app, parsed);
+    AddNew(app, parsed);
+    AddInfo(app, parsed);
+    AddImport(app, parsed);
+    AddCall(app, parsed);
+    AddSql(app, parsed);
+    AddClose(app, parsed);
+    AddStock(app, parsed);
+    AddMethods(app, parsed);
+    try {
+        app.parse(MarkedWords(count, words));
+        Complete(app, parsed);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kSucceeded : kWrongUsage;
+    }
+    return Run(app, parsed);
+}
+
+}  // namespace kpTables::kpbook

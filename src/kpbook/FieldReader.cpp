@@ -1,0 +1,133 @@
+#include "kpbook/FieldReader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <optional>
+
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+#include "kpbook/Names.h"
+#include "kpbook/Utf8.h"
+
+namespace kpTables::kpbook {
+
+namespace {
+
+FieldValue Problem(std::string_view text, const std::string& reason) {
+    constexpr std::size_t kLongestShown = 40;
+    std::size_t length = text.size();
+    if (length > kLongestShown) {
+        length = kLongestShown;
+        while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
+    }
+    return {{}, "'" + Printable(text.substr(0, length)) + (length < text.size() ? "...' " : "' ") + reason};
+}
+
+bool IsDigit(char character) noexcept { return character >= '0' && character <= '9'; }
+
+/// The text without its sign, when what follows looks like a number.
+std::optional<std::string_view> WithoutPlus(std::string_view text) {
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+        if (text.starts_with('-')) return std::nullopt;
+    }
+    if (text.empty()) return std::nullopt;
+    return text;
+}
+
+/// A sign, digits and at most one point with digits on at least one side.
+bool IsPlainDecimal(std::string_view text) noexcept {
+    if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+    const auto digits = std::ranges::count_if(text, IsDigit);
+    const auto points = std::ranges::count(text, '.');
+    return digits > 0 && points <= 1 && static_cast<std::size_t>(digits + points) == text.size();
+}
+
+template <class Whole>
+FieldValue ReadWhole(std::string_view text) {
+    using Limits = std::numeric_limits<Whole>;
+    if (!IsPlainDecimal(text)) return Problem(text, "is no whole number");
+    if (text.find('.') != text.npos) return Problem(text, "has decimals; the column takes whole numbers");
+    const auto digits = WithoutPlus(text).value_or(text);
+    Whole value = 0;
+    if (std::from_chars(digits.data(), digits.data() + digits.size(), value).ec != std::errc()) {
+        return Problem(
+            text, "is out of range (" + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()) + ")");
+    }
+    return {value, {}};
+}
+
+FieldValue ReadDouble(std::string_view text) {
+    const auto digits = WithoutPlus(text);
+    // Letters other than an exponent's would be "inf" and "nan".
+    const auto isNumeral = [](char c) {
+        return IsDigit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
+    };
+    if (!digits || !std::ranges::all_of(*digits, isNumeral)) return Problem(text, "is no number");
+    double value = 0;
+    const auto* end = digits->data() + digits->size();
+    const auto read = std::from_chars(digits->data(), end, value);
+    if (read.ec == std::errc::result_out_of_range) return Problem(text, "is out of range");
+    if (read.ec != std::errc() || read.ptr != end) return Problem(text, "is no number");
+    return {value, {}};
+}
+
+FieldValue ReadCurrency(std::string_view text) {
+    constexpr std::size_t kDecimals = 4;
+    if (!IsPlainDecimal(text)) return Problem(text, "is no plain decimal number");
+    const auto point = text.find('.');
+    if (point != text.npos && text.size() - point - 1 > kDecimals) {
+        return Problem(text, "has more than four decimals");
+    }
+    try {
+        return {Currency::FromDecimalText(text), {}};
+    } catch (const Error& error) {
+        if (error.Number() != static_cast<int>(ErrorNumber::Overflow)) return Problem(text, error.Description());
+        return Problem(text, "is out of range (-922337203685477.5808 to 922337203685477.5807)");
+    }
+}
+
+FieldValue ReadDate(std::string_view text) {
+    auto date = Date::ParseIso(text);
+    if (!date) date = Date::Parse(text);
+    return date ? FieldValue{*date, {}} : Problem(text, "is no date");
+}
+
+FieldValue ReadFlag(std::string_view text) {
+    const auto isOneOf = [text](std::initializer_list<std::string_view> names) {
+        return std::ranges::any_of(names, [text](std::string_view name) { return SameName(text, name); });
+    };
+    if (isOneOf({"True", "yes", "-1", "1"})) return {true, {}};
+    if (isOneOf({"False", "no", "0"})) return {false, {}};
+    return Problem(text, "is no flag (True, False, yes, no, -1, 1 or 0)");
+}
+
+FieldValue ReadText(std::string_view text) {
+    if (!IsValidUtf8(text)) return Problem(text, "is not valid UTF-8");
+    if (text.find('\0') != text.npos) return Problem(text, "holds a NUL character");
+    return {text, {}};
+}
+
+}  // namespace
+
+FieldValue ReadField(std::string_view text, VarType type) {
+    switch (type) {
+        case VarType::Boolean:
+            return ReadFlag(Trim(text));
+        case VarType::Integer:
+            return ReadWhole<std::int16_t>(Trim(text));
+        case VarType::Long:
+            return ReadWhole<std::int32_t>(Trim(text));
+        case VarType::Double:
+            return ReadDouble(Trim(text));
+        case VarType::Currency:
+            return ReadCurrency(Trim(text));
+        case VarType::Date:
+            return ReadDate(Trim(text));
+        default:
+            return ReadText(text);
+    }
+}
+
+}  // namespace kpTables::kpbook

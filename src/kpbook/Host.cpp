@@ -1,0 +1,32 @@
+#include "kpbook/Host.h"
+
+#include <cstdio>
+
+#include "kpTables/Error.h"
+#include "kpbook/Terminal.h"
+
+namespace kpTables::kpbook {
+
+MessageAnswer ConsoleHost::MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) {
+    const std::string question = title + ": " + text;
+    if (buttons == MessageButtons::OkOnly) {
+        std::fprintf(stderr, "%s\n", question.c_str());
+        return MessageAnswer::Ok;
+    }
+    const auto answer = answer_ ? answer_ : AskYesNo(question);
+    if (!answer) {
+        std::fprintf(stderr, "%s\n", question.c_str());
+        Raise(ErrorNumber::InvalidCall, "there is nobody to answer this question; --answer yes or --answer no would");
+    }
+    if (answer_) std::fprintf(stderr, "%s %s\n", question.c_str(), *answer == MessageAnswer::Yes ? "yes" : "no");
+    return *answer;
+}
+
+MessageAnswer BatchHost::MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) {
+    const auto given = buttons == MessageButtons::OkOnly ? MessageAnswer::Ok : answer;
+    messages.push_back({text, title, buttons, given});
+    if (!given) Raise(ErrorNumber::InvalidCall, "the line gives no answer to the question: " + text);
+    return *given;
+}
+
+}  // namespace kpTables::kpbook

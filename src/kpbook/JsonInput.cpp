@@ -1,0 +1,171 @@
+#include "kpbook/JsonInput.h"
+
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "kpTables/Error.h"
+#include "kpbook/HostObjects.h"
+
+namespace kpTables::kpbook {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+[[noreturn]] void Refuse(const std::string& what) {
+    throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall), what);
+}
+
+std::string Shown(const Json& value) {
+    constexpr std::size_t kLongest = 80;
+    std::string text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    if (text.size() > kLongest) text = text.substr(0, kLongest) + "...";
+    return text;
+}
+
+Variant ReadValue(const Json& value);
+
+Json Parse(std::string_view text) {
+    // Far more than any call needs, and far less than what would exhaust the stack.
+    constexpr int kDeepest = 100;
+    const auto checkDepth = [](int depth, Json::parse_event_t, Json&) {
+        if (depth > kDeepest) Refuse("values nested too deep");
+        return true;
+    };
+    try {
+        return Json::parse(text, checkDepth);
+    } catch (const Json::parse_error& error) {
+        // Its text begins with "[name] parse error at line 1, column 8: "; the line is known better here.
+        std::string reason = error.what();
+        const auto colon = reason.find(": ");
+        if (colon != reason.npos) reason = reason.substr(colon + 2);
+        Refuse("not JSON at column " + std::to_string(error.byte) + ": " + reason);
+    } catch (const Json::out_of_range&) {
+        Raise(ErrorNumber::Overflow, "a number beyond any Double");
+    }
+}
+
+const std::string& TextOf(const Json& value, std::string_view key) {
+    if (!value.is_string()) Refuse("\"" + std::string(key) + "\" takes a text, not " + Shown(value));
+    return value.get_ref<const std::string&>();
+}
+
+Date ReadDate(const Json& value, std::string_view key) {
+    const auto date = Date::ParseIso(TextOf(value, key));
+    if (!date) Refuse("\"" + std::string(key) + "\": " + Shown(value) + " is no date (YYYY-MM-DD[THH:MM[:SS]])");
+    return *date;
+}
+
+Variant ReadCurrency(const Json& value) {
+    if (value.is_string()) return Currency::FromDecimalText(value.get_ref<const std::string&>());
+    if (value.is_number_integer()) return Currency::FromDecimalText(value.dump());
+    if (value.is_number()) return Currency::FromDouble(value.get<double>());
+    Refuse("\"currency\" takes a decimal text or a number, not " + Shown(value));
+}
+
+Variant ReadArray(const Json& value) {
+    if (!value.is_array()) Refuse("\"array\" takes a list, not " + Shown(value));
+    std::vector<Variant> items;
+    for (const auto& item : value) items.push_back(ReadValue(item));
+    return std::make_shared<VariantArray>(std::move(items));
+}
+
+Variant ReadRow(const Json& value) {
+    if (!value.is_object()) Refuse("\"row\" takes an object of columns and values, not " + Shown(value));
+    std::vector<std::pair<std::string, Variant>> row;
+    for (const auto& [column, cell] : value.items()) {
+        const Variant read = ReadValue(cell);
+        switch (read.Type()) {
+            case VarType::Object:
+            case VarType::Array:
+            case VarType::Missing:
+                Refuse("column \"" + column + "\" of a row cannot hold " + Shown(cell));
+            default:
+                row.emplace_back(column, read);
+        }
+    }
+    return std::make_shared<RowArgument>(row);
+}
+
+/// The forms that are an object of one key.
+Variant ReadForm(const Json& value) {
+    if (value.size() != 1) Refuse("no such value form: " + Shown(value));
+    const std::string& form = value.begin().key();
+    const Json& content = value.begin().value();
+    if (form == "date") return ReadDate(content, form);
+    if (form == "currency") return ReadCurrency(content);
+    if (form == "array") return ReadArray(content);
+    if (form == "row") return ReadRow(content);
+    const bool isTrue = content.is_boolean() && content.get<bool>();
+    if (isTrue && form == "empty") return Variant();
+    if (isTrue && form == "missing") return Variant::Missing();
+    if (isTrue && form == "nothing") return nullptr;
+    if (isTrue && form == "progress") return std::make_shared<RecordingProgressBar>();
+    Refuse("no such value form: " + Shown(value));
+}
+
+Variant ReadValue(const Json& value) {
+    using LongLimits = std::numeric_limits<std::int32_t>;
+    switch (value.type()) {
+        case Json::value_t::null:
+            return Variant::Null();
+        case Json::value_t::boolean:
+            return value.get<bool>();
+        case Json::value_t::string:
+            return value.get_ref<const std::string&>();
+        case Json::value_t::number_float:
+            return value.get<double>();
+        case Json::value_t::number_unsigned:
+            if (value.get<std::uint64_t>() <= static_cast<std::uint64_t>(LongLimits::max())) {
+                return value.get<std::int32_t>();
+            }
+            return value.get<double>();
+        case Json::value_t::number_integer:
+            if (value.get<std::int64_t>() >= LongLimits::min()) return value.get<std::int32_t>();
+            return value.get<double>();
+        case Json::value_t::object:
+            return ReadForm(value);
+        default:
+            Refuse("no such value form: " + Shown(value) + "; a list is written {\"array\":[...]}");
+    }
+}
+
+MessageAnswer ReadAnswer(const Json& value) {
+    if (value == "yes") return MessageAnswer::Yes;
+    if (value == "no") return MessageAnswer::No;
+    Refuse("\"answer\" takes \"yes\" or \"no\", not " + Shown(value));
+}
+
+void ReadMember(const std::string& key, const Json& value, BatchRequest& request) {
+    if (key == "args") {
+        if (!value.is_array()) Refuse("\"args\" takes a list, not " + Shown(value));
+        for (const auto& argument : value) request.arguments.push_back(ReadValue(argument));
+    } else if (key == "isSQL") {
+        if (!value.is_boolean()) Refuse("\"isSQL\" takes true or false, not " + Shown(value));
+        request.isSQL = value.get<bool>();
+    } else if (key == "today") {
+        request.today = ReadDate(value, key);
+    } else if (key == "answer") {
+        request.answer = ReadAnswer(value);
+    } else if (key != "method" && key != "execute") {
+        Refuse("unknown key \"" + key + "\"");
+    }
+}
+
+}  // namespace
+
+void ReadRequest(std::string_view line, BatchRequest& request) {
+    const Json json = Parse(line);
+    if (!json.is_object()) Refuse("a line takes an object, not " + Shown(json));
+    // First what is called, so that an answer can name it whatever is wrong with the rest.
+    if (const auto method = json.find("method"); method != json.end()) request.method = TextOf(*method, "method");
+    if (const auto execute = json.find("execute"); execute != json.end()) request.execute = TextOf(*execute, "execute");
+    if (request.method && request.execute) Refuse("a line takes \"method\" or \"execute\", not both");
+    if (!request.method && !request.execute) Refuse("a line takes \"method\" or \"execute\"");
+    for (const auto& [key, value] : json.items()) ReadMember(key, value, request);
+    if (request.execute && json.contains("args")) Refuse("\"args\" go with \"method\" only");
+}
+
+Variant ReadJsonValue(std::string_view text) { return ReadValue(Parse(text)); }
+
+}  // namespace kpTables::kpbook

@@ -1,0 +1,91 @@
+#include "kpTables/Convert.h"
+#include "kpTables/MemoryRecordset.h"
+#include "kpbook/Commands.h"
+#include "kpbook/Host.h"
+#include "kpbook/ResultWriter.h"
+#include "kpbook/Session.h"
+#include "kpbook/StockFigures.h"
+
+namespace kpTables::kpbook {
+
+namespace {
+
+std::vector<FieldInfo> Columns() {
+    return {{"pdID", VarType::Long},
+            {"商品名称", VarType::String},
+            {"上期库存数量", VarType::Double},
+            {"上期库存单价", VarType::Double},
+            {"上期库存金额", VarType::Currency},
+            {"本期入库数量", VarType::Currency},
+            {"本期入库单价", VarType::Currency},
+            {"本期入库金额", VarType::Currency},
+            {"本期出库数量", VarType::Currency},
+            {"本期出库单价", VarType::Currency},
+            {"本期出库金额", VarType::Currency},
+            {"本期库存数量", VarType::Double},
+            {"本期库存单价", VarType::Double},
+            {"本期库存金额", VarType::Currency}};
+}
+
+void AddRow(Recordset& rows, std::int32_t product, const std::string& name, const StockFigures& figures) {
+    const auto& in = figures.inbound;
+    const auto& out = figures.outbound;
+    const Variant values[] = {product,
+                              name,
+                              figures.openingQuantity,
+                              figures.openingPrice,
+                              figures.openingAmount,
+                              in.quantity,
+                              in.price,
+                              in.amount,
+                              out.quantity,
+                              out.price,
+                              out.amount,
+                              figures.Quantity(),
+                              figures.Price(),
+                              figures.Amount()};
+    rows.AddNew();
+    int column = 0;
+    for (const Variant& value : values) rows.SetValue(column++, value);
+    rows.Update();
+}
+
+std::map<std::int32_t, std::string> ProductNames(Session& session) {
+    std::map<std::int32_t, std::string> names;
+    const auto rows = session.connection->Execute("Select pdID,商品名称 From 商品设置");
+    for (; !rows->Eof(); rows->MoveNext()) names.emplace(CLng(rows->GetValue(0)), Text(rows->GetValue(1)));
+    return names;
+}
+
+/// Name of a row that must be there.
+std::string NameOf(Session& session, const std::string& text, const std::string& what) {
+    const auto rows = session.connection->Execute(text);
+    if (rows->Eof()) throw CommandError("the book has no " + what);
+    return Text(rows->GetValue(0));
+}
+
+}  // namespace
+
+int Stock(const StockOptions& options, const GlobalOptions& global) {
+    Session session(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
+    if (options.warehouse) {
+        const auto id = std::to_string(*options.warehouse);
+        NameOf(session, "Select 仓库名称 From 仓库设置 Where dpID=" + id, "warehouse " + id);
+    }
+    MemoryRecordset rows(Columns());
+    if (options.product) {
+        const auto id = std::to_string(*options.product);
+        const auto name = NameOf(session, "Select 商品名称 From 商品设置 Where pdID=" + id, "product " + id);
+        AddRow(rows, *options.product, name, FiguresOf(session, options, *options.product));
+    } else {
+        auto names = ProductNames(session);
+        for (const auto& [product, figures] : FiguresByProduct(session, options)) {
+            AddRow(rows, product, names[product], figures);
+        }
+    }
+    if (rows.RecordCount() > 0) rows.MoveFirst();
+    WriteRecordset(rows, global);
+    return kSucceeded;
+}
+
+}  // namespace kpTables::kpbook

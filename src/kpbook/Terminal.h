@@ -1,0 +1,33 @@
+// The person at the terminal, if there is one.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "kpTables/Host.h"
+
+namespace kpTables::kpbook {
+
+/// Whether somebody watches standard error.
+bool ErrorIsTerminal() noexcept;
+
+/// Asks a question until y or n is typed. Nothing when standard input is no terminal or ends.
+std::optional<MessageAnswer> AskYesNo(const std::string& question);
+
+/// A bar drawn on standard error: "label [#####-----]  50%".
+class TerminalProgressBar : public ProgressBar {
+public:
+    explicit TerminalProgressBar(std::string label);
+    ~TerminalProgressBar() override;
+    void SetVisible(bool visible) override;
+    void SetValue(double value) override;
+
+private:
+    void Draw() const;
+
+    std::string label_;
+    bool visible_ = false;
+    int percent_ = 0;
+};
+
+}  // namespace kpTables::kpbook

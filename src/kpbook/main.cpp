@@ -1,0 +1,22 @@
+#include <csignal>
+#include <cstdio>
+#include <exception>
+
+#include "kpbook/CommandLine.h"
+#include "kpbook/Commands.h"
+#include "kpbook/Output.h"
+#include "kpbook/Utf8.h"
+
+int main(int count, char** words) {
+    using namespace kpTables::kpbook;
+    // A reader that goes away (head) is seen as a failed write, after which the book is closed in order.
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        return RunCommandLine(count, words);
+    } catch (const ClosedPipe&) {
+        return kSucceeded;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "kpbook: %s\n", ReplaceInvalidUtf8(error.what()).c_str());
+        return kFailed;
+    }
+}
