@@ -1,0 +1,72 @@
+// A host at its smallest: makes a book in memory, enters two bills, closes the month and prints the balance.
+#include <cstdio>
+#include <memory>
+
+#include "kpTables/CTables.h"
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+#include "kpTables/Sqlite.h"
+
+namespace {
+
+/// A progress bar of the host's own: a line of dots on stderr.
+class DotBar : public kpTables::ProgressBar {
+public:
+    void SetVisible(bool visible) override {
+        if (!visible) {
+            std::fputs(" done\n", stderr);
+        }
+    }
+    void SetValue(double value) override {
+        for (; shown_ + 10 <= value; shown_ += 10) {
+            std::fputc('.', stderr);
+        }
+    }
+
+private:
+    double shown_ = 0;
+};
+
+void EnterMonth(kpTables::Connection& book) {
+    for (const char* statement : {
+             "Insert Into 仓库设置 (dpID, 仓库名称) Values (1, '中心仓库')",
+             "Insert Into 商品设置 (pdID, 商品名称, 计量单位) Values (7, '普通硅酸盐水泥', '吨')",
+             "Insert Into 仓库余额表 (年份, 月份, pdID, dpID, 上期库存单价, 上期库存数量, 上期库存金额) "
+             "Values (2004, 3, 7, 1, 200, 10, 2000)",
+             "Insert Into 入库目录 (BillID, 年份, 月份, 日子, 单据类型, 单据编号, dpID, 录入日期) "
+             "Values (1, 2004, 3, 7, '入库单', 'R001', 1, #2004-3-7#)",
+             "Insert Into 入库记录 (BillID, pdID, dpID, 数量, 除税单价, 除税金额) Values (1, 7, 1, 30, 210, 6300)",
+             "Insert Into 出库目录 (BillID, 年份, 月份, 日子, 单据类型, 单据编号, dpID, 录入日期) "
+             "Values (1, 2004, 3, 9, '出库单', 'C001', 1, #2004-3-9#)",
+             "Insert Into 出库记录 (BillID, pdID, dpID, 数量, 除税单价, 除税金额) Values (1, 7, 1, 12.5, 250, 3125)",
+         }) {
+        book.Execute(statement);
+    }
+}
+
+}  // namespace
+
+int main() {
+    try {
+        const auto book = kpTables::SqliteConnection::CreateInMemory();
+        EnterMonth(*book);
+
+        kpTables::CTables tables;
+        tables.Cnn(book);
+        DotBar bar;
+        if (!tables.Close_DepotBalance(1, 3, false, kpTables::Variant("2004-3-31"), &bar)) {
+            std::fputs("the closing failed\n", stderr);
+            return 1;
+        }
+        for (const auto balance = tables.rs余额记录(1, std::int16_t{3}); !balance->Eof(); balance->MoveNext()) {
+            std::printf("%s: %s %s, %s yuan\n", kpTables::Text(balance->Fields("商品名称").Value()).c_str(),
+                        kpTables::Text(balance->Fields("本期库存数量").Value()).c_str(),
+                        kpTables::Text(balance->Fields("计量单位").Value()).c_str(),
+                        kpTables::Text(balance->Fields("本期库存金额").Value()).c_str());
+        }
+    } catch (const kpTables::Error& error) {
+        std::fprintf(stderr, "error %d: %s\n", error.Number(), error.what());
+        return 1;
+    }
+    return 0;
+}

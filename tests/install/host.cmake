@@ -1,0 +1,36 @@
+# Installs the build BUILD into SCRATCH, builds the example HOST against nothing but that, runs it and looks at what it prints.
+function(run)
+  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    list(JOIN ARGN " " command)
+    message(FATAL_ERROR "${command}: ${result}\n${output}")
+  endif()
+endfunction()
+
+file(REMOVE_RECURSE ${SCRATCH})
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${SCRATCH}/prefix)
+run(${CMAKE_COMMAND} -S ${HOST} -B ${SCRATCH}/build -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER=${COMPILER}
+    -DCMAKE_PREFIX_PATH=${SCRATCH}/prefix -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF "-DCMAKE_CXX_FLAGS=${FLAGS}")
+file(STRINGS ${SCRATCH}/build/CMakeCache.txt found REGEX "^kpTables_DIR:")
+string(FIND "${found}" "${SCRATCH}/prefix/" inPrefix)
+if(inPrefix EQUAL -1)
+  message(FATAL_ERROR "another kpTables was found: ${found}")
+endif()
+run(${CMAKE_COMMAND} --build ${SCRATCH}/build)
+
+execute_process(COMMAND ${SCRATCH}/build/host OUTPUT_VARIABLE output ERROR_VARIABLE progress RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "host: ${result}\n${output}${progress}")
+endif()
+# 10 + 30 - 12.5 tons; 2000 + 6300 - 3125 yuan.
+if(NOT output STREQUAL "普通硅酸盐水泥: 27.5 吨, 5175 yuan\n")
+  message(FATAL_ERROR "host printed: ${output}")
+endif()
+if(NOT progress STREQUAL ".......... done\n")
+  message(FATAL_ERROR "the progress bar showed: ${progress}")
+endif()
+
+execute_process(COMMAND ${SCRATCH}/prefix/bin/kpbook --version OUTPUT_VARIABLE version RESULT_VARIABLE result)
+if(NOT result EQUAL 0 OR NOT version MATCHES "1\\.0\\.0\\.110")
+  message(FATAL_ERROR "the installed kpbook --version: ${result}, ${version}")
+endif()
