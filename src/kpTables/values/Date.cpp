@@ -93,7 +93,9 @@ Date Date::FromYearMonthDay(int year, int month, int day) {
     if (year < 100) year += year < 30 ? 2000 : 1900;
     // In 64 bits: month and day may be any Integer or Long.
     std::int64_t months = std::int64_t{year} * 12 + month - 1;
-    if (months < kMinYear * 12 - 12 * 100 || months > (kMaxYear + 100) * 12) Raise(ErrorNumber::InvalidCall);
+    constexpr std::int64_t kFirst = (kMinYear - 100) * std::int64_t{12};
+    constexpr std::int64_t kLast = (kMaxYear + 100) * std::int64_t{12};
+    if (months < kFirst || months > kLast) Raise(ErrorNumber::InvalidCall);
     const int first = DayNumber(static_cast<int>(months / 12), static_cast<int>(months % 12) + 1, 1);
     const std::int64_t number = std::int64_t{first} + day - 1;
     if (number < kFirstDay || number > kLastDay) Raise(ErrorNumber::InvalidCall);

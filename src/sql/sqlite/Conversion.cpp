@@ -134,7 +134,8 @@ Term BoundTerm(Session& session, const Term& pending, Binding binding) {
 }
 
 Term SettledTerm(Session& session, Term term) {
-    return term.literal ? BoundTerm(session, term, NaturalBinding(term)) : term;
+    if (!term.literal) return term;
+    return BoundTerm(session, term, NaturalBinding(term));
 }
 
 Term ValueTerm(Session& session, Term term) {

@@ -36,10 +36,11 @@ void CallScalar(sqlite3_context* context, int count, sqlite3_value** values) noe
 void RegisterScalar(sqlite3* database, const sql::EngineFunction& listed, const ScalarFunction& function) {
     const int flags = SQLITE_UTF8 | SQLITE_INNOCUOUS | (listed.deterministic ? SQLITE_DETERMINISTIC : 0);
     const std::string name(listed.name);
+    // SQLite hands the pointer back as it is. NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
+    auto* const handed = const_cast<ScalarFunction*>(&function);
     for (int count = listed.minimumArguments; count <= listed.maximumArguments; ++count) {
-        Check(database,
-              sqlite3_create_function_v2(database, name.c_str(), count, flags, const_cast<ScalarFunction*>(&function),
-                                         CallScalar, nullptr, nullptr, nullptr));
+        Check(database, sqlite3_create_function_v2(database, name.c_str(), count, flags, handed, CallScalar, nullptr,
+                                                   nullptr, nullptr));
     }
 }
 
