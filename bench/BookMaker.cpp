@@ -1,0 +1,157 @@
+#include "BookMaker.h"
+
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "RawDatabase.h"
+#include "kpTables/Sqlite.h"
+
+namespace kpTables::bench {
+
+namespace {
+
+constexpr std::int64_t kLinesOfABill = 10;
+
+/// Spreads ids over products without a pattern that an index could profit from.
+std::uint64_t Mix(std::uint64_t value) {
+    value = (value ^ (value >> 30)) * 0xBF58476D1CE4E5B9ULL;
+    value = (value ^ (value >> 27)) * 0x94D049BB133111EBULL;
+    return value ^ (value >> 31);
+}
+
+/// The indexes are made anew when the rows are in: faster than keeping them up to date row by row.
+std::vector<std::string> DropIndexes(const RawDatabase& database) {
+    std::vector<std::string> made;
+    std::vector<std::string> names;
+    RawStatement indexes =
+        database.Prepare("SELECT name, sql FROM sqlite_schema WHERE type = 'index' AND sql IS NOT NULL");
+    while (indexes.Step()) {
+        names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(indexes.Get(), 0)));
+        made.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(indexes.Get(), 1)));
+    }
+    for (const std::string& name : names) {
+        database.Run("DROP INDEX \"" + name + "\"");
+    }
+    return made;
+}
+
+void FillMasterData(const RawDatabase& database, const BookSize& size) {
+    RawStatement depot = database.Prepare("INSERT INTO 仓库设置 (dpID, 仓库名称) VALUES (?, ?)");
+    for (int id = 1; id <= size.depots; ++id) {
+        const std::string name = std::to_string(id) + "号仓库";
+        depot.Bind(1, std::int64_t{id}).Bind(2, name.c_str()).Run();
+    }
+    constexpr std::int64_t kPartners = 200;
+    for (const char* table : {"厂商资料", "客户资料"}) {
+        RawStatement partner = database.Prepare(std::string("INSERT INTO ") + table +
+                                                " (KSID, ClassCode, 企业名称, 单位名称) VALUES (?, '01', ?, ?)");
+        for (std::int64_t id = 1; id <= kPartners; ++id) {
+            const std::string name = "第" + std::to_string(id) + "建材有限公司";
+            partner.Bind(1, id).Bind(2, name.c_str()).Bind(3, name.c_str()).Run();
+        }
+    }
+    RawStatement product = database.Prepare(
+        "INSERT INTO 商品设置 (pdID, 商品名称, 商品编号, ClassCode, 规格, 计量单位, 默认单价) VALUES (?, ?, ?, '01', "
+        "?, '个', 12.5)");
+    for (std::int64_t id = 1; id <= size.products; ++id) {
+        const std::string name = "商品" + std::to_string(id);
+        const std::string code = "P" + std::to_string(id);
+        product.Bind(1, id).Bind(2, name.c_str()).Bind(3, code.c_str()).Bind(4, code.c_str()).Run();
+    }
+}
+
+void FillBalance(const RawDatabase& database, const BookSize& size) {
+    RawStatement row = database.Prepare(
+        "INSERT INTO 仓库余额表 (年份, 月份, pdID, dpID, 上期库存单价, 上期库存数量, 上期库存金额) VALUES (?, ?, ?, ?, "
+        "?, ?, ?)");
+    for (int depot = 1; depot <= size.depots; ++depot) {
+        for (std::int64_t product = 1; product <= size.products; ++product) {
+            const std::int64_t price =
+                50'000 + static_cast<std::int64_t>(Mix(static_cast<std::uint64_t>(product)) % 950'000);
+            const std::int64_t quantity = 100 + product % 900;
+            row.Bind(1, std::int64_t{kBookYear}).Bind(2, std::int64_t{size.months}).Bind(3, product);
+            row.Bind(4, std::int64_t{depot}).Bind(5, static_cast<double>(price) / 10'000);
+            row.Bind(6, static_cast<double>(quantity)).Bind(7, price * quantity).Run();
+        }
+    }
+}
+
+struct Header {
+    std::int64_t bill;
+    std::int64_t month;
+    std::int64_t depot;
+};
+
+void InsertHeader(RawStatement& statement, const Header& header, bool inbound) {
+    const std::int64_t day = 1 + header.bill % 28;
+    const std::string number =
+        (inbound ? "RK" : "CK") + std::to_string(header.depot) + "-" + std::to_string(header.bill);
+    const std::string date = std::to_string(kBookYear) + (header.month < 10 ? "-0" : "-") +
+                             std::to_string(header.month) + (day < 10 ? "-0" : "-") + std::to_string(day);
+    statement.Bind(1, header.bill).Bind(2, std::int64_t{kBookYear}).Bind(3, header.month).Bind(4, day);
+    statement.Bind(5, inbound ? "入库单" : "出库单").Bind(6, inbound ? "赊购" : "批发").Bind(7, number.c_str());
+    statement.Bind(8, header.depot).Bind(9, 1 + header.bill % 200).Bind(10, date.c_str());
+    statement.Run();
+}
+
+void InsertLine(RawStatement& statement, const Header& header, std::uint64_t line, const BookSize& size) {
+    const std::uint64_t random = Mix(line);
+    const std::int64_t product = 1 + static_cast<std::int64_t>(random % static_cast<std::uint64_t>(size.products));
+    const std::int64_t price = 50'000 + static_cast<std::int64_t>(random >> 40) % 950'000;
+    const std::int64_t quantity = 1 + static_cast<std::int64_t>(random >> 32 & 63);
+    const std::int64_t net = price * quantity;
+    const std::int64_t tax = net * 17 / 100;
+    statement.Bind(1, header.bill).Bind(2, product).Bind(3, header.depot).Bind(4, price * 117 / 100);
+    statement.Bind(5, static_cast<double>(quantity)).Bind(6, net + tax).Bind(7, tax).Bind(8, price).Bind(9, net);
+    statement.Bind(10, header.depot).Run();
+}
+
+void FillBills(const RawDatabase& database, const BookSize& size, bool inbound) {
+    const std::string family = inbound ? "入库" : "出库";
+    RawStatement headers = database.Prepare(
+        "INSERT INTO " + family +
+        "目录 (BillID, 年份, 月份, 日子, 单据类型, 类型, 单据编号, dpID, ksID, 录入日期, 录入员, 审核员, 说明) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, '朱琳', '胡美娟', '货款月结')");
+    RawStatement lines = database.Prepare(
+        "INSERT INTO " + family +
+        "记录 (BillID, pdID, dpID, 单价, 数量, 金额, 税额, 除税单价, 除税金额, 仓库, 经手人, 交接人, 包装, 货位) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, '陈建国', '王丽华', '纸箱', 'A-01-1')");
+    const std::int64_t bills = (size.lines + kLinesOfABill - 1) / kLinesOfABill;
+    const std::uint64_t seed = inbound ? 1ULL << 40 : 1ULL << 41;
+    std::int64_t line = 0;
+    for (std::int64_t bill = 1; bill <= bills; ++bill) {
+        const Header header{bill, 1 + (bill - 1) * size.months / bills, 1 + bill % size.depots};
+        InsertHeader(headers, header, inbound);
+        for (std::int64_t i = 0; i < kLinesOfABill && line < size.lines; ++i) {
+            InsertLine(lines, header, seed + static_cast<std::uint64_t>(line++), size);
+        }
+    }
+}
+
+}  // namespace
+
+void MakeBook(const std::string& path, const BookSize& size) {
+    std::filesystem::remove(path);
+    SqliteConnection::Create(path);
+    const RawDatabase database(path);
+    // Nothing to protect: a book that is not finished is made anew.
+    database.Run("PRAGMA journal_mode = OFF");
+    database.Run("PRAGMA synchronous = OFF");
+    database.Run("PRAGMA cache_size = -262144");
+    database.Run("BEGIN");
+    const std::vector<std::string> indexes = DropIndexes(database);
+    FillMasterData(database, size);
+    FillBalance(database, size);
+    FillBills(database, size, true);
+    FillBills(database, size, false);
+    for (const std::string& index : indexes) {
+        database.Run(index);
+    }
+    database.Run("COMMIT");
+    database.Run("PRAGMA journal_mode = WAL");
+}
+
+}  // namespace kpTables::bench

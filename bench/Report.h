@@ -1,0 +1,19 @@
+// Figures of several runs and the tables that show them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kpTables::bench {
+
+double Minimum(const std::vector<double>& values);
+double Median(std::vector<double> values);
+double Maximum(const std::vector<double>& values);
+
+/// "12.34".
+std::string Fixed(double value, int decimals);
+
+/// Prints rows of cells aligned; the first row is the heading, the first column is text.
+void PrintTable(const std::vector<std::vector<std::string>>& rows);
+
+}  // namespace kpTables::bench

@@ -1,0 +1,99 @@
+// kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing]
+#include <unistd.h>
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include "ClosingBench.h"
+#include "ListingBench.h"
+
+namespace {
+
+struct Options {
+    kpTables::bench::BookSize size;
+    int runs = 5;
+    std::filesystem::path folder = std::filesystem::temp_directory_path() / ("kpbench-" + std::to_string(getpid()));
+    bool closing = true;
+    bool listing = true;
+};
+
+constexpr const char* kUsage =
+    "usage: kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing]\n"
+    "Needs about 2 GB in DIR (a folder of its own in the temporary directory), which it removes at the end.\n";
+
+Options ReadOptions(int argc, char** argv) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (word == "closing" || word == "listing") {
+            options.closing = word == "closing";
+            options.listing = word == "listing";
+            continue;
+        }
+        if (i + 1 == argc) {
+            throw std::invalid_argument(word);
+        }
+        const std::string value = argv[++i];
+        if (word == "--lines") {
+            options.size.lines = std::stoll(value);
+        } else if (word == "--products") {
+            options.size.products = std::stoll(value);
+        } else if (word == "--runs") {
+            options.runs = std::stoi(value);
+        } else if (word == "--folder") {
+            options.folder = std::filesystem::path(value) / ("kpbench-" + std::to_string(getpid()));
+        } else {
+            throw std::invalid_argument(word);
+        }
+    }
+    if (options.size.lines < 1 || options.size.products < 1 || options.runs < 1) {
+        throw std::invalid_argument("0");
+    }
+    return options;
+}
+
+/// Removes the books also when a benchmark fails.
+class Folder {
+public:
+    explicit Folder(const std::filesystem::path& path) : path_(path) { std::filesystem::create_directories(path); }
+    ~Folder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+private:
+    std::filesystem::path path_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    try {
+        options = ReadOptions(argc, argv);
+    } catch (const std::exception&) {
+        std::fputs(kUsage, stderr);
+        return 2;
+    }
+    try {
+        const Folder folder(options.folder);
+        bool sound = true;
+        if (options.closing) {
+            sound = kpTables::bench::BenchClosing(options.folder, options.size, options.runs);
+        }
+        if (options.listing) {
+            kpTables::bench::BookSize size = options.size;
+            size.depots = 4;
+            sound = kpTables::bench::BenchListing(options.folder, size, options.runs) && sound;
+        }
+        return sound ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "kpbench: %s\n", error.what());
+        return 1;
+    }
+}
