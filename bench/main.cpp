@@ -22,7 +22,7 @@ struct Options {
 
 constexpr const char* kUsage =
     "usage: kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing]\n"
-    "Needs about 2 GB in DIR (a folder of its own in the temporary directory), which it removes at the end.\n";
+    "Needs about 1.5 GB in DIR (a folder of its own in the temporary directory), which it removes at the end.\n";
 
 Options ReadOptions(int argc, char** argv) {
     Options options;
