@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kpTables/Connection.h"
+#include "kpTables/Grid.h"
 #include "kpTables/Host.h"
 #include "kpTables/InOut.h"
 
@@ -24,7 +25,8 @@ struct __CTables {
 ///
 /// Unless a method says that it traps errors, what fails is raised to the caller: a DatabaseError from the connection,
 /// error 91 while Cnn is not set. Texts are put between quotes as they are, so a value with a quote in it breaks the
-/// statement. A recordset result has a CacheSize of 200, but for rs仓库列表 and rs商品分类, which leave it alone.
+/// statement. A recordset result has a CacheSize of 200, but for rs仓库列表, rs商品分类, rs日报列表, rs项目汇总表 and
+/// the lists of operators, log and saved reports, which leave it alone.
 ///
 /// The kind selector (rWhich, m_Which, Which) is "入库" (inbound), "出库" (outbound) or "成本" (cost).
 class CTables {
@@ -216,6 +218,56 @@ public:
     /// Deletes an inbound or outbound bill's header, then its lines. Always answers false.
     bool Del_单据(std::int32_t BillID, const std::string& Which);
 
+    // Finding bills. What cannot be put into a text (an array that is too short, a text where a number is compared)
+    // ends the composing quietly: no recordset, "" or 0.
+
+    /// Bills of a direction ("入库", or else outbound) with the sums of their lines, one row for each warehouse that
+    /// the lines lie in; a bill without lines has Null sums. A filter that is Empty, "" for a text or 0 for an id or a
+    /// bound does not count. r包装Opr, r货位, r货位Opr, r期限 and r期限Opr have no effect.
+    RecordsetPtr rs单据列表(InOut<Variant> rWhich, InOut<Variant> r单据类型, InOut<Variant> r起始日期,
+                            InOut<Variant> r结束日期, InOut<Variant> r起始编号, InOut<Variant> r结束编号,
+                            InOut<Variant> rdpID, InOut<Variant> rksID, InOut<std::int32_t> rpjID,
+                            InOut<Variant> r经手人, InOut<Variant> r交接人, InOut<Variant> r包装,
+                            InOut<Variant> r包装Opr, InOut<Variant> r货位, InOut<Variant> r货位Opr,
+                            InOut<Variant> r期限, InOut<Variant> r期限Opr, InOut<Variant> r最小数量,
+                            InOut<Variant> r最大数量, InOut<Variant> r最小金额, InOut<Variant> r最大金额);
+    /// How many bills a month has, of one warehouse (0: all) and one bill kind (empty: all). Error 6 above 32767.
+    std::int16_t Get_BillNum(std::int32_t rdpID, std::int16_t rMonth, const std::string& rBillType,
+                             InOut<std::string> rWhich);
+    /// How many bills a span of months and days has, as "12 张" or "(无)". Months and days are bounded separately; an
+    /// end month or day other than 0 lets no bill in.
+    std::string GetBillCount(const std::string& rWhich, InOut<std::string> rKind, InOut<std::int16_t> rBeginMonth,
+                             InOut<std::int16_t> rStartDay, InOut<std::int16_t> rEndMonth, InOut<std::int16_t> rEndDay);
+    /// The bill of the other direction with a bill's month, kind and number: the other half of a transfer; 0 without
+    /// one. Traps errors: 0 after one.
+    std::int32_t GetShiftID(const Variant& rBillID, InOut<std::string> rWhich);
+    /// The outbound bill with an inbound bill's month, kind and number; 0 without one.
+    std::int32_t Get_FromBillID(const Variant& rBillID);
+
+    // Ad-hoc queries. rArray has twelve elements, from its lower bound on: first and last date, lowest and highest bill
+    // number, handler, counterpart, and three pairs of a value and a comparison operator for packing, storage slot and
+    // term. Ids below 1 and empty texts do not count.
+
+    /// Products on the matching lines with their sums, by rGroup (a line's column, 项目名称 or 项目编号) when it is
+    /// given.
+    RecordsetPtr rsSql单据记录(InOut<std::string> rWhich, InOut<std::string> r类型, InOut<std::int32_t> rdpID,
+                               InOut<std::int32_t> rksID, InOut<std::int32_t> rpjID, InOut<std::string> rGroup,
+                               InOut<std::shared_ptr<VariantArray>> rArray);
+    /// The matching lines with product, project and customer.
+    RecordsetPtr rsSql查询记录(InOut<std::string> rWhich, InOut<std::string> r类型, InOut<std::int32_t> rdpID,
+                               InOut<std::int32_t> rksID, InOut<std::int32_t> rpjID,
+                               InOut<std::shared_ptr<VariantArray>> rArray);
+    /// Numbers of the bills with a product, joined by ";"; "" without a product. r类型 and the bill numbers of rArray
+    /// have no effect. "(无名称)" counts as not given.
+    std::string Get单据列表(InOut<std::string> rWhich, InOut<std::string> r类型, InOut<std::int32_t> rdpID,
+                            InOut<std::int32_t> rksID, InOut<std::int32_t> rpdID,
+                            InOut<std::shared_ptr<VariantArray>> rArray);
+    /// How many bills match. The bill numbers of rArray have no effect. "(无名称)" counts as not given. Error 6 above
+    /// 32767.
+    std::int16_t Get单据统计(InOut<std::string> rWhich, InOut<std::string> r单据名称, InOut<std::string> r单据类型,
+                             InOut<std::int32_t> rdpID, InOut<std::int32_t> rksID, InOut<std::int32_t> rpdID,
+                             InOut<std::shared_ptr<VariantArray>> rArray);
+
     // Warehouse balance and month-end closing
 
     /// Years and months that have balance rows; rDESC puts the months in descending order.
@@ -273,6 +325,117 @@ public:
     /// unit price. Without a product the figure is the first product's.
     Currency Get商品成本(std::int32_t rdpID, std::int32_t rpdID, const std::string& rMonth, const std::string& What,
                          bool isTotal = false);
+
+    // Reports. Months run from rBeginMonth to rEndMonth; one below 1 leaves that side open.
+
+    /// Distinct dates of all bills, column 日期, ascending.
+    RecordsetPtr rs单据日期列表();
+    /// Products that occur in a source, by class and code: rWhere is "盘点", "仓库", "入库", "出库" or "成本". Any
+    /// other sends a statement that is not valid.
+    RecordsetPtr rs商品列表(std::int32_t rdpID, std::int32_t rksID, std::int16_t rBeginMonth, std::int16_t rEndMonth,
+                            const std::string& rWhere, const std::string& rNo1 = "", const std::string& rNo2 = "");
+    /// A product's balance figures per year and month, of one warehouse or (0) of all.
+    RecordsetPtr rs期初记录(std::int32_t rdpID, std::int32_t rpdID);
+    /// Cost bills of a product with their lines, of one warehouse or (0) of all.
+    RecordsetPtr rs成本记录(std::int32_t rdpID, InOut<std::int32_t> rpdID);
+    /// Sums per product of a bill family ("入库", "出库", "成本"); rType "购进" or "调拨" picks bill kinds.
+    RecordsetPtr rs商品汇总(const std::string& rWhich, std::int16_t rBeginMonth, std::int16_t rEndMonth,
+                            std::int32_t rdpID, std::int32_t rksID, const std::string& rType);
+    /// Cost sums per product; a negative month leaves both sides open.
+    RecordsetPtr rs成本汇总(InOut<std::int16_t> rBeginMonth, InOut<std::int16_t> rEndMonth, InOut<std::int32_t> rdpID);
+    /// Sums per supplier ("厂商") or else per customer; a negative month leaves both sides open.
+    RecordsetPtr rs单位汇总(InOut<std::int16_t> rBeginMonth, InOut<std::int16_t> rEndMonth, InOut<std::string> rWhich);
+    /// Distinct values of a free-text column (经手人, 交接人, 包装 or 货位) of a month's inbound lines; null for
+    /// another.
+    RecordsetPtr rs入库扩展列表(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID);
+    /// Distinct values of such a column of all outbound lines, whatever the month and the warehouse; null for another.
+    RecordsetPtr rs出库扩展列表(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID);
+    /// Outbound quantity and net amount per product and value of such a column in a month, 0 included; null for
+    /// another.
+    RecordsetPtr rs出库扩展合计(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID);
+    /// Sums per product of a bill family on a day or, with rTotal, in its month before it; ids below 1 mean all.
+    /// Inbound for a rWhich within "入库、购进、调入", but always outbound in SQL Server's dialect.
+    RecordsetPtr rs日报记录(InOut<std::int32_t> rdpID, InOut<std::int32_t> rksID, InOut<Date> rDate,
+                            InOut<std::string> rWhich, InOut<bool> rTotal = {});
+    /// Opening stock, movements and closing stock per day of a month that has any; days with outbound movements alone
+    /// come last. A recordset of its own, bound to no table; amounts are Doubles in it.
+    RecordsetPtr rs日报列表(InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID);
+    /// Outbound goods per project, a column a month. rWhich is the measure of Jet's months: "金额"; anything else
+    /// becomes "数量". SQL Server's twelve months are always quantities.
+    RecordsetPtr rs项目汇总表(InOut<std::string> rWhich = {});
+
+    // Operators and log. Unless noted, errors are trapped: false, "" or 0 after one. The rights 发货单位, 收货单位 and
+    // 部件管理 are kept in the columns 资产处理, 卡片打印 and 资产折旧; any other right names its column.
+
+    /// One operator, or for an id below 1 all, by id; an empty table first gets the operator 系统操作员. Traps nothing.
+    RecordsetPtr rs操作员(std::int32_t rID = 0);
+    /// Adds an operator without a password, with the right 凭证处理 alone; answers its id. Traps nothing.
+    std::int32_t 操作员_Append(const std::string& rName);
+    /// Gives an operator another name.
+    bool 操作员_Update(std::int32_t rID, const std::string& rName);
+    /// Grants or takes away a right.
+    bool 操作权限_Update(std::int32_t rID, const std::string& rRightName, InOut<bool> rValue);
+    /// Sets the warehouse that an operator manages.
+    bool 管理仓库_Update(std::int32_t rID, InOut<std::int32_t> rdpID);
+    /// Deletes an operator.
+    bool 操作员_Delete(std::int32_t rID);
+    /// Takes away all rights of an operator.
+    bool 操作权限_Clear(std::int32_t rID);
+    /// The password of an operator by id or, for an id below 1, by name; "" when there is none.
+    std::string GetPassword(const std::string& rName, std::int32_t rID = 0);
+    /// Sets the password of an operator by id or, for an id below 1, by name.
+    bool Update_Password(const std::string& rName, InOut<std::string> rPassWord, std::int32_t rID = 0);
+    /// Empties an operator's password.
+    bool Clear_Password(std::int32_t rID);
+    /// Whether an operator has a right.
+    bool Get操作权限(std::int32_t rID, const std::string& rFieldName);
+    /// The warehouse that an operator manages.
+    std::int32_t Get管理仓库(std::int32_t rID);
+    /// One column of an operator as trimmed text.
+    std::string Get操作员(std::int32_t rID, const std::string& rFieldName);
+    /// Whether an operator has no log entries, and so may be deleted. Traps nothing.
+    bool AllowDelOperator(std::int32_t Opr);
+    /// The log, newest first. Traps nothing.
+    RecordsetPtr rsLog();
+    /// Deletes every log entry with an id below the newest entry's. rMaxRecs * 2 / 3 must be a whole number above 0,
+    /// and has no other effect.
+    bool Delete_LogRecs(std::int32_t rMaxRecs);
+
+    // Grid layout and report history
+
+    /// Applies a saved column layout to a grid or, with rSetting, saves the grid's. An empty rFlag becomes "Default".
+    /// isSQL says how the table Header names its first columns: TableName and ColIndex, or else Table and Index. Always
+    /// answers false.
+    bool Header(InOut<GridPtr> rfg, InOut<std::string> rTableName, InOut<std::string> rFlag = {}, bool rSetting = false,
+                bool isSQL = false);
+    /// Saved report settings, by id.
+    RecordsetPtr rsHistory();
+    /// Deletes a saved report setting. Traps errors: false after one.
+    bool History_Del(std::int32_t rID);
+    /// The text of a saved report setting, trimmed; "" when there is none.
+    std::string GetHistorySetting(std::int32_t rID);
+    /// Changes a saved report setting or, for id 0, adds one and hands out its id. Answers -1; traps errors: 0 after
+    /// one.
+    std::int32_t History_Update(InOut<std::int32_t> rID, InOut<std::string> rCaption, InOut<std::string> rSetting,
+                                InOut<Date> rDate);
+
+    // Haulage
+
+    /// Deliveries of the work orders that meet the filters; what is Empty, "" or 0 does not count, rpdID has no effect.
+    /// A bound on quantity or amount sends a statement that is not valid. Null when the text cannot be composed.
+    RecordsetPtr rs工作单列表(InOut<Variant> r起始日期, InOut<Variant> r结束日期, InOut<Variant> r起始编号,
+                              InOut<Variant> r结束编号, InOut<Variant> r车牌号, InOut<Variant> r司机,
+                              InOut<Variant> r跟车人, InOut<Variant> r收货款, InOut<Variant> r收货款Opr,
+                              InOut<Variant> r外用车, InOut<Variant> r违章, InOut<Variant> r厂商ID,
+                              InOut<Variant> r配送单号, InOut<Variant> r配送单号Opr, InOut<Variant> r客户ID,
+                              InOut<Variant> r送货地点, InOut<Variant> rpdID, InOut<Variant> r最小数量,
+                              InOut<Variant> r最大数量, InOut<Variant> r最小金额, InOut<Variant> r最大金额);
+    /// The drivers' pay: with rCreate a new sheet from a month's work orders, for month 0 the sums of the months up to
+    /// rMonth2, for a month below 0 (or without rMonth2) of all, otherwise the saved month.
+    RecordsetPtr rs工资表(std::int16_t rMonth1, InOut<std::int16_t> rMonth2 = {}, InOut<bool> rCreate = {});
+    /// Replaces a saved month, whatever its year, by the rows of a grid but for the last one. The grid's columns bear
+    /// the names of the table's as keys, 实发工资 being "实发".
+    bool Update工资表(std::int16_t rYear, std::int16_t rMonth, InOut<GridPtr> rfg);
 
 private:
     struct Listener {

@@ -16,16 +16,18 @@ bool IsGiven(const Variant& bound) {
 
 std::string DayText(const Variant& bound) { return Format(CDate(bound), "yyyy-M-d"); }
 
-constexpr const char* kServerDate =
-    "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)";
-constexpr const char* kJetDate = "CDATE(年份 & '-' & 月份 & '-' & 日子)";
-
 std::string Compared(const std::string& op, const std::string& day, bool isSQL) {
-    if (isSQL) return std::string(kServerDate) + op + "CAST('" + day + "' AS DATETIME)";
-    return std::string("(") + kJetDate + op + "#" + day + "#)";
+    if (isSQL) return BillDate(isSQL) + op + "CAST('" + day + "' AS DATETIME)";
+    return "(" + BillDate(isSQL) + op + "#" + day + "#)";
 }
 
 }  // namespace
+
+std::string BillDate(bool isSQL) {
+    if (isSQL)
+        return "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)";
+    return "CDATE(年份 & '-' & 月份 & '-' & 日子)";
+}
 
 std::string Get_DateSql(const Variant& first, const Variant& last, bool isSQL) {
     const std::string from = IsGiven(first) ? Compared(">=", DayText(first), isSQL) : "";
@@ -60,6 +62,19 @@ double CalcPrice(const Variant& amount, const Variant& quantity) {
 
 std::string IdPiece(std::string_view piece, std::int32_t id) {
     return id > 0 ? std::string(piece) + Text(id) : std::string();
+}
+
+std::string TextPiece(std::string_view piece, std::string_view text) {
+    return text.empty() ? std::string() : std::string(piece).append(text).append("'");
+}
+
+std::string SumBounds(const std::string& sum, const Variant& min, const Variant& max) {
+    const auto noMin = EqualsNumber(min, 0);
+    const auto noMax = EqualsNumber(max, 0);
+    if (!noMin || !noMax || (*noMin && *noMax)) return "";
+    if (*noMin) return sum + "<=" + Text(max);
+    if (*noMax) return sum + ">=" + Text(min);
+    return "(" + sum + ">=" + Text(min) + " And " + sum + "<=" + Text(max) + ")";
 }
 
 std::string WhereClause(const std::string& pieces, std::string_view where) {

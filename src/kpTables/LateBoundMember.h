@@ -74,7 +74,9 @@ std::shared_ptr<T> TakeObject(const Variant& argument) {
 
 template <class T>
 struct Marshal<std::shared_ptr<T>> {
-    static constexpr ValueType kType = std::is_same_v<T, Connection> ? ValueType::Connection : ValueType::Recordset;
+    static constexpr ValueType kType = std::is_same_v<T, Connection>  ? ValueType::Connection
+                                       : std::is_same_v<T, Recordset> ? ValueType::Recordset
+                                                                      : ValueType::Object;
     static std::shared_ptr<T> Take(const Variant& argument) { return TakeObject<T>(argument); }
 };
 

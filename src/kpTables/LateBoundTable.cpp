@@ -13,6 +13,10 @@ constexpr std::string_view kFrame = "Component frame";
 constexpr std::string_view kMasters = "Master data";
 constexpr std::string_view kBills = "Bills";
 constexpr std::string_view kBalance = "Warehouse balance and month-end closing";
+constexpr std::string_view kReports = "Reports";
+constexpr std::string_view kOperators = "Operators and log";
+constexpr std::string_view kLayouts = "Grid layout and report history";
+constexpr std::string_view kHaulage = "Haulage dispatch and pay";
 
 std::vector<Member> Properties() {
     return {
@@ -143,6 +147,31 @@ std::vector<Member> Bills() {
     };
 }
 
+std::vector<Member> BillQueries() {
+    return {
+        Method<&CTables::rs单据列表>("rs单据列表", kBills, "Bills of a direction with the sums of their lines",
+                                     "rWhich", "r单据类型", "r起始日期", "r结束日期", "r起始编号", "r结束编号", "rdpID",
+                                     "rksID", "rpjID", "r经手人", "r交接人", "r包装", "r包装Opr", "r货位", "r货位Opr",
+                                     "r期限", "r期限Opr", "r最小数量", "r最大数量", "r最小金额", "r最大金额"),
+        Method<&CTables::Get_BillNum>("Get_BillNum", kBills, "How many bills a month has", "rdpID", "rMonth",
+                                      "rBillType", "rWhich"),
+        Method<&CTables::GetBillCount>("GetBillCount", kBills, "How many bills a span of months and days has, as text",
+                                       "rWhich", "rKind", "rBeginMonth", "rStartDay", "rEndMonth", "rEndDay"),
+        Method<&CTables::GetShiftID>("GetShiftID", kBills, "The other half of a transfer, or 0", "rBillID", "rWhich"),
+        Method<&CTables::Get_FromBillID>("Get_FromBillID", kBills, "The outbound half of an inbound transfer, or 0",
+                                         "rBillID"),
+        Method<&CTables::rsSql单据记录>("rsSql单据记录", kBills, "Products on the matching lines with their sums",
+                                        "rWhich", "r类型", "rdpID", "rksID", "rpjID", "rGroup", "rArray"),
+        Method<&CTables::rsSql查询记录>("rsSql查询记录", kBills,
+                                        "The matching lines with product, project and customer", "rWhich", "r类型",
+                                        "rdpID", "rksID", "rpjID", "rArray"),
+        Method<&CTables::Get单据列表>("Get单据列表", kBills, "Numbers of the bills with a product, joined by \";\"",
+                                      "rWhich", "r类型", "rdpID", "rksID", "rpdID", "rArray"),
+        Method<&CTables::Get单据统计>("Get单据统计", kBills, "How many bills match", "rWhich", "r单据名称", "r单据类型",
+                                      "rdpID", "rksID", "rpdID", "rArray"),
+    };
+}
+
 std::vector<Member> Balance() {
     return {
         Method<&CTables::rs月份列表>("rs月份列表", kBalance, "Years and months that have balance rows", "rDESC?"),
@@ -193,10 +222,98 @@ std::vector<Member> StockFigures() {
     };
 }
 
+std::vector<Member> Reports() {
+    return {
+        Method<&CTables::rs单据日期列表>("rs单据日期列表", kReports, "Distinct dates of all bills"),
+        Method<&CTables::rs商品列表>("rs商品列表", kReports, "Products that occur in a source", "rdpID", "rksID",
+                                     "rBeginMonth", "rEndMonth", "rWhere", "rNo1?", "rNo2?"),
+        Method<&CTables::rs期初记录>("rs期初记录", kReports, "A product's balance figures per year and month", "rdpID",
+                                     "rpdID"),
+        Method<&CTables::rs成本记录>("rs成本记录", kReports, "Cost bills of a product with their lines", "rdpID",
+                                     "rpdID"),
+        Method<&CTables::rs商品汇总>("rs商品汇总", kReports, "Sums per product of a bill family", "rWhich",
+                                     "rBeginMonth", "rEndMonth", "rdpID", "rksID", "rType"),
+        Method<&CTables::rs入库扩展列表>("rs入库扩展列表", kReports,
+                                         "Distinct values of a free-text column of inbound lines", "rWho", "rMonth",
+                                         "rdpID"),
+        Method<&CTables::rs出库扩展列表>("rs出库扩展列表", kReports,
+                                         "Distinct values of a free-text column of all outbound lines", "rWho",
+                                         "rMonth", "rdpID"),
+        Method<&CTables::rs出库扩展合计>("rs出库扩展合计", kReports,
+                                         "Outbound sums per product and value of a free-text column", "rWho", "rMonth",
+                                         "rdpID"),
+        Method<&CTables::rs成本汇总>("rs成本汇总", kReports, "Cost sums per product", "rBeginMonth", "rEndMonth",
+                                     "rdpID"),
+        Method<&CTables::rs单位汇总>("rs单位汇总", kReports, "Sums per supplier or customer", "rBeginMonth",
+                                     "rEndMonth", "rWhich"),
+        Method<&CTables::rs日报记录>("rs日报记录", kReports, "Sums per product of a day, or of its month before it",
+                                     "rdpID", "rksID", "rDate", "rWhich", "rTotal?"),
+        Method<&CTables::rs日报列表>("rs日报列表", kReports, "Stock and movements per day of a month", "rMonth",
+                                     "rdpID"),
+        Method<&CTables::rs项目汇总表>("rs项目汇总表", kReports, "Outbound goods per project and month", "rWhich?"),
+    };
+}
+
+std::vector<Member> Operators() {
+    return {
+        Method<&CTables::rs操作员>("rs操作员", kOperators, "One operator (0: all)", "rID?"),
+        Method<&CTables::操作员_Append>("操作员_Append", kOperators, "Adds an operator; answers the id", "rName"),
+        Method<&CTables::操作员_Update>("操作员_Update", kOperators, "Gives an operator another name", "rID", "rName"),
+        Method<&CTables::操作权限_Update>("操作权限_Update", kOperators, "Grants or takes away a right", "rID",
+                                          "rRightName", "rValue"),
+        Method<&CTables::管理仓库_Update>("管理仓库_Update", kOperators, "Sets the warehouse that an operator manages",
+                                          "rID", "rdpID"),
+        Method<&CTables::操作员_Delete>("操作员_Delete", kOperators, "Deletes an operator", "rID"),
+        Method<&CTables::操作权限_Clear>("操作权限_Clear", kOperators, "Takes away all rights of an operator", "rID"),
+        Method<&CTables::GetPassword>("GetPassword", kOperators, "The password of an operator, by id or name", "rName",
+                                      "rID?"),
+        Method<&CTables::Update_Password>("Update_Password", kOperators,
+                                          "Sets the password of an operator, by id or name", "rName", "rPassWord",
+                                          "rID?"),
+        Method<&CTables::Clear_Password>("Clear_Password", kOperators, "Empties an operator's password", "rID"),
+        Method<&CTables::Get操作权限>("Get操作权限", kOperators, "Whether an operator has a right", "rID",
+                                      "rFieldName"),
+        Method<&CTables::Get管理仓库>("Get管理仓库", kOperators, "The warehouse that an operator manages", "rID"),
+        Method<&CTables::Get操作员>("Get操作员", kOperators, "One column of an operator as text", "rID", "rFieldName"),
+        Method<&CTables::AllowDelOperator>("AllowDelOperator", kOperators, "Whether an operator has no log entries",
+                                           "Opr"),
+        Method<&CTables::rsLog>("rsLog", kOperators, "The log, newest first"),
+        Method<&CTables::Delete_LogRecs>("Delete_LogRecs", kOperators, "Deletes the log entries below the newest",
+                                         "rMaxRecs"),
+    };
+}
+
+std::vector<Member> Layouts() {
+    return {
+        Method<&CTables::Header>("Header", kLayouts, "Applies or saves a grid's column layout; always False", "rfg",
+                                 "rTableName", "rFlag?", "rSetting?", "isSQL?"),
+        Method<&CTables::rsHistory>("rsHistory", kLayouts, "Saved report settings"),
+        Method<&CTables::History_Del>("History_Del", kLayouts, "Deletes a saved report setting", "rID"),
+        Method<&CTables::GetHistorySetting>("GetHistorySetting", kLayouts, "The text of a saved report setting", "rID"),
+        Method<&CTables::History_Update>("History_Update", kLayouts, "Changes a saved report setting (0: adds one)",
+                                         "rID", "rCaption", "rSetting", "rDate"),
+    };
+}
+
+std::vector<Member> Haulage() {
+    return {
+        Method<&CTables::rs工作单列表>("rs工作单列表", kHaulage, "Deliveries of the work orders that meet the filters",
+                                       "r起始日期", "r结束日期", "r起始编号", "r结束编号", "r车牌号", "r司机",
+                                       "r跟车人", "r收货款", "r收货款Opr", "r外用车", "r违章", "r厂商ID", "r配送单号",
+                                       "r配送单号Opr", "r客户ID", "r送货地点", "rpdID", "r最小数量", "r最大数量",
+                                       "r最小金额", "r最大金额"),
+        Method<&CTables::rs工资表>("rs工资表", kHaulage, "The drivers' pay: a new sheet, a saved month or sums",
+                                   "rMonth1", "rMonth2?", "rCreate?"),
+        Method<&CTables::Update工资表>("Update工资表", kHaulage, "Replaces a saved month by the rows of a grid",
+                                       "rYear", "rMonth", "rfg"),
+    };
+}
+
 // The order of the members is part of the interface: subsystem by subsystem.
 std::vector<Member> MakeTable() {
     std::vector<Member> table;
-    for (const auto part : {Properties, Frame, Settings, References, Products, Bills, Balance, StockFigures})
+    for (const auto part : {Properties, Frame, Settings, References, Products, Bills, BillQueries, Balance,
+                            StockFigures, Reports, Operators, Layouts, Haulage})
         for (Member& member : part()) table.push_back(std::move(member));
     return table;
 }

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kpTables/Error.h"
+#include "kpTables/MemoryGrid.h"
 #include "kpbook/HostObjects.h"
 
 namespace kpTables::kpbook {
@@ -87,6 +88,74 @@ Variant ReadRow(const Json& value) {
     return std::make_shared<RowArgument>(row);
 }
 
+MemoryGrid::Column ReadGridColumn(const Json& value) {
+    if (!value.is_object()) Refuse("a grid's column takes an object, not " + Shown(value));
+    MemoryGrid::Column column;
+    for (const auto& [key, content] : value.items()) {
+        if (key == "key") {
+            column.key = TextOf(content, key);
+        } else if (key == "title") {
+            column.title = TextOf(content, key);
+        } else if (key == "hidden") {
+            if (!content.is_boolean()) Refuse("\"hidden\" takes true or false, not " + Shown(content));
+            column.hidden = content.get<bool>();
+        } else if (key == "width") {
+            if (!content.is_number()) Refuse("\"width\" takes a number, not " + Shown(content));
+            column.width = content.get<double>();
+        } else {
+            Refuse("unknown key \"" + key + "\" of a grid's column");
+        }
+    }
+    return column;
+}
+
+std::vector<Variant> ReadGridRow(const Json& value) {
+    if (!value.is_array()) Refuse("a grid's row takes a list, not " + Shown(value));
+    std::vector<Variant> cells;
+    for (const auto& cell : value) {
+        cells.push_back(ReadValue(cell));
+        const auto type = cells.back().Type();
+        if (type == VarType::Object || type == VarType::Array || type == VarType::Missing) {
+            Refuse("a grid's cell cannot hold " + Shown(cell));
+        }
+    }
+    return cells;
+}
+
+std::int32_t ReadFixedRows(const Json& value) {
+    constexpr std::int32_t kMost = 1000;
+    if (!value.is_number_integer() || value < 0 || value > kMost) {
+        Refuse("\"FixedRows\" takes a number from 0 to " + std::to_string(kMost) + ", not " + Shown(value));
+    }
+    return value.get<std::int32_t>();
+}
+
+const Json& ListOf(const Json& value, std::string_view key) {
+    if (!value.is_array()) Refuse("\"" + std::string(key) + "\" takes a list, not " + Shown(value));
+    return value;
+}
+
+Variant ReadGrid(const Json& value) {
+    if (!value.is_object()) Refuse("\"grid\" takes an object, not " + Shown(value));
+    for (const auto& [key, content] : value.items()) {
+        if (key != "FixedRows" && key != "cols" && key != "rows") Refuse("unknown key \"" + key + "\" of a grid");
+    }
+    auto grid = std::make_shared<MemoryGrid>(value.contains("FixedRows") ? ReadFixedRows(value["FixedRows"]) : 1);
+    if (value.contains("cols")) {
+        for (const auto& column : ListOf(value["cols"], "cols")) grid->AddColumn(ReadGridColumn(column));
+    }
+    if (value.contains("rows")) {
+        for (const auto& row : ListOf(value["rows"], "rows")) {
+            const auto cells = ReadGridRow(row);
+            if (cells.size() > static_cast<std::size_t>(grid->Cols())) {
+                Refuse("a grid's row has more cells than there are columns: " + Shown(row));
+            }
+            grid->AddRow(cells);
+        }
+    }
+    return grid;
+}
+
 /// The forms that are an object of one key.
 Variant ReadForm(const Json& value) {
     if (value.size() != 1) Refuse("no such value form: " + Shown(value));
@@ -96,6 +165,7 @@ Variant ReadForm(const Json& value) {
     if (form == "currency") return ReadCurrency(content);
     if (form == "array") return ReadArray(content);
     if (form == "row") return ReadRow(content);
+    if (form == "grid") return ReadGrid(content);
     const bool isTrue = content.is_boolean() && content.get<bool>();
     if (isTrue && form == "empty") return Variant();
     if (isTrue && form == "missing") return Variant::Missing();

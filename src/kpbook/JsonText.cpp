@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "kpTables/Error.h"
+#include "kpTables/MemoryGrid.h"
 #include "kpbook/CellText.h"
 #include "kpbook/HostObjects.h"
 #include "kpbook/Utf8.h"
@@ -62,6 +63,14 @@ void AppendDimension(std::string& out, const VariantArray& array, std::size_t di
     out += ']';
 }
 
+/// The shortest text that reads back as the same number: "100", "0.1". Error 6 when it is not finite.
+void AppendPlainNumber(std::string& out, double value) {
+    if (!std::isfinite(value)) Raise(ErrorNumber::Overflow, "the number is not finite");
+    char buffer[32];
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
+    out.append(buffer, static_cast<std::size_t>(end - buffer));
+}
+
 void AppendRowArgument(std::string& out, const Recordset& row) {
     out += "{\"row\":{";
     for (int i = 0; i < row.FieldCount(); ++i) {
@@ -84,6 +93,43 @@ void AppendRecordset(std::string& out, Recordset& recordset) {
     out += "]}";
 }
 
+void AppendGridColumn(std::string& out, const MemoryGrid::Column& column) {
+    out += "{\"key\":";
+    AppendJsonString(out, column.key);
+    out += ",\"title\":";
+    AppendJsonString(out, column.title);
+    out += ",\"hidden\":";
+    AppendJsonValue(out, column.hidden);
+    out += ",\"width\":";
+    AppendPlainNumber(out, column.width);
+    out += '}';
+}
+
+void AppendGridRow(std::string& out, const MemoryGrid& grid, std::int32_t row) {
+    out += '[';
+    for (std::int32_t col = 0; col < grid.Cols(); ++col) {
+        if (col > 0) out += ',';
+        const Variant& cell = grid.Cell(row, col);
+        // An empty cell has an empty text.
+        AppendJsonValue(out, cell.IsEmpty() ? Variant("") : cell);
+    }
+    out += ']';
+}
+
+void AppendGrid(std::string& out, const MemoryGrid& grid) {
+    out += "{\"grid\":{\"FixedRows\":" + std::to_string(grid.FixedRows()) + ",\"cols\":[";
+    for (std::int32_t col = 0; col < grid.Cols(); ++col) {
+        if (col > 0) out += ',';
+        AppendGridColumn(out, grid.ColumnAt(col));
+    }
+    out += "],\"rows\":[";
+    for (std::int32_t row = grid.FixedRows(); row < grid.Rows(); ++row) {
+        if (row > grid.FixedRows()) out += ',';
+        AppendGridRow(out, grid, row);
+    }
+    out += "]}}";
+}
+
 void AppendObject(std::string& out, const ObjectPtr& object) {
     if (!object) {
         out += "{\"nothing\":true}";
@@ -91,6 +137,8 @@ void AppendObject(std::string& out, const ObjectPtr& object) {
         AppendRowArgument(out, *row);
     } else if (auto* recordset = dynamic_cast<Recordset*>(object.get())) {
         AppendRecordset(out, *recordset);
+    } else if (const auto* grid = dynamic_cast<const MemoryGrid*>(object.get())) {
+        AppendGrid(out, *grid);
     } else if (dynamic_cast<const ProgressBar*>(object.get())) {
         out += "{\"progress\":true}";
     } else {
@@ -119,12 +167,9 @@ void AppendJsonString(std::string& out, std::string_view text) {
 }
 
 void AppendJsonNumber(std::string& out, double value) {
-    if (!std::isfinite(value)) Raise(ErrorNumber::Overflow, "the number is not finite");
-    char buffer[32];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    const std::string_view text(buffer, static_cast<std::size_t>(end - buffer));
-    out += text;
-    if (text.find_first_of(".e") == text.npos) out += ".0";
+    const std::size_t begin = out.size();
+    AppendPlainNumber(out, value);
+    if (out.find_first_of(".e", begin) == out.npos) out += ".0";
 }
 
 void AppendJsonCell(std::string& out, const Variant& value) {

@@ -22,6 +22,10 @@ const char* const kFrame = "Component frame";
 const char* const kMasters = "Master data";
 const char* const kBills = "Bills";
 const char* const kBalance = "Warehouse balance and month-end closing";
+const char* const kReports = "Reports";
+const char* const kOperators = "Operators and log";
+const char* const kLayouts = "Grid layout and report history";
+const char* const kHaulage = "Haulage dispatch and pay";
 
 const ExpectedMember kMembers[] = {
     {"Cnn", Kind::PropertyGet, kFrame, "Cnn() As Connection"},
@@ -106,6 +110,33 @@ const ExpectedMember kMembers[] = {
      "Variant (in/out)) As Boolean"},
     {"Del_单据", Kind::Method, kBills, "Del_单据(BillID As Long, Which As String) As Boolean"},
 
+    {"rs单据列表", Kind::Method, kBills,
+     "rs单据列表(rWhich As Variant (in/out), r单据类型 As Variant (in/out), r起始日期 As Variant (in/out), r结束日期 "
+     "As Variant (in/out), r起始编号 As Variant (in/out), r结束编号 As Variant (in/out), rdpID As Variant (in/out), "
+     "rksID As Variant (in/out), rpjID As Long (in/out), r经手人 As Variant (in/out), r交接人 As Variant (in/out), "
+     "r包装 As Variant (in/out), r包装Opr As Variant (in/out), r货位 As Variant (in/out), r货位Opr As Variant "
+     "(in/out), r期限 As Variant (in/out), r期限Opr As Variant (in/out), r最小数量 As Variant (in/out), r最大数量 As "
+     "Variant (in/out), r最小金额 As Variant (in/out), r最大金额 As Variant (in/out)) As Recordset"},
+    {"Get_BillNum", Kind::Method, kBills,
+     "Get_BillNum(rdpID As Long, rMonth As Integer, rBillType As String, rWhich As String (in/out)) As Integer"},
+    {"GetBillCount", Kind::Method, kBills,
+     "GetBillCount(rWhich As String, rKind As String (in/out), rBeginMonth As Integer (in/out), rStartDay As Integer "
+     "(in/out), rEndMonth As Integer (in/out), rEndDay As Integer (in/out)) As String"},
+    {"GetShiftID", Kind::Method, kBills, "GetShiftID(rBillID As Variant, rWhich As String (in/out)) As Long"},
+    {"Get_FromBillID", Kind::Method, kBills, "Get_FromBillID(rBillID As Variant) As Long"},
+    {"rsSql单据记录", Kind::Method, kBills,
+     "rsSql单据记录(rWhich As String (in/out), r类型 As String (in/out), rdpID As Long (in/out), rksID As Long "
+     "(in/out), rpjID As Long (in/out), rGroup As String (in/out), rArray As Variant() (in/out)) As Recordset"},
+    {"rsSql查询记录", Kind::Method, kBills,
+     "rsSql查询记录(rWhich As String (in/out), r类型 As String (in/out), rdpID As Long (in/out), rksID As Long "
+     "(in/out), rpjID As Long (in/out), rArray As Variant() (in/out)) As Recordset"},
+    {"Get单据列表", Kind::Method, kBills,
+     "Get单据列表(rWhich As String (in/out), r类型 As String (in/out), rdpID As Long (in/out), rksID As Long (in/out), "
+     "rpdID As Long (in/out), rArray As Variant() (in/out)) As String"},
+    {"Get单据统计", Kind::Method, kBills,
+     "Get单据统计(rWhich As String (in/out), r单据名称 As String (in/out), r单据类型 As String (in/out), rdpID As Long "
+     "(in/out), rksID As Long (in/out), rpdID As Long (in/out), rArray As Variant() (in/out)) As Integer"},
+
     {"rs月份列表", Kind::Method, kBalance, "rs月份列表(rDESC As Boolean (optional)) As Recordset"},
     {"Del仓库余额", Kind::Method, kBalance, "Del仓库余额(rdpID As Long) As Boolean"},
     {"rs仓库余额表", Kind::Method, kBalance,
@@ -144,6 +175,76 @@ const ExpectedMember kMembers[] = {
     {"Get商品成本", Kind::Method, kBalance,
      "Get商品成本(rdpID As Long, rpdID As Long, rMonth As String, What As String, isTotal As Boolean (optional)) As "
      "Currency"},
+
+    {"rs单据日期列表", Kind::Method, kReports, "rs单据日期列表() As Recordset"},
+    {"rs商品列表", Kind::Method, kReports,
+     "rs商品列表(rdpID As Long, rksID As Long, rBeginMonth As Integer, rEndMonth As Integer, rWhere As String, rNo1 As "
+     "String (optional), rNo2 As String (optional)) As Recordset"},
+    {"rs期初记录", Kind::Method, kReports, "rs期初记录(rdpID As Long, rpdID As Long) As Recordset"},
+    {"rs成本记录", Kind::Method, kReports, "rs成本记录(rdpID As Long, rpdID As Long (in/out)) As Recordset"},
+    {"rs商品汇总", Kind::Method, kReports,
+     "rs商品汇总(rWhich As String, rBeginMonth As Integer, rEndMonth As Integer, rdpID As Long, rksID As Long, rType "
+     "As String) As Recordset"},
+    {"rs入库扩展列表", Kind::Method, kReports,
+     "rs入库扩展列表(rWho As String (in/out), rMonth As Integer (in/out), rdpID As Long (in/out)) As Recordset"},
+    {"rs出库扩展列表", Kind::Method, kReports,
+     "rs出库扩展列表(rWho As String (in/out), rMonth As Integer (in/out), rdpID As Long (in/out)) As Recordset"},
+    {"rs出库扩展合计", Kind::Method, kReports,
+     "rs出库扩展合计(rWho As String (in/out), rMonth As Integer (in/out), rdpID As Long (in/out)) As Recordset"},
+    {"rs成本汇总", Kind::Method, kReports,
+     "rs成本汇总(rBeginMonth As Integer (in/out), rEndMonth As Integer (in/out), rdpID As Long (in/out)) As Recordset"},
+    {"rs单位汇总", Kind::Method, kReports,
+     "rs单位汇总(rBeginMonth As Integer (in/out), rEndMonth As Integer (in/out), rWhich As String (in/out)) As "
+     "Recordset"},
+    {"rs日报记录", Kind::Method, kReports,
+     "rs日报记录(rdpID As Long (in/out), rksID As Long (in/out), rDate As Date (in/out), rWhich As String (in/out), "
+     "rTotal As Boolean (in/out, optional)) As Recordset"},
+    {"rs日报列表", Kind::Method, kReports,
+     "rs日报列表(rMonth As Integer (in/out), rdpID As Long (in/out)) As Recordset"},
+    {"rs项目汇总表", Kind::Method, kReports, "rs项目汇总表(rWhich As String (in/out, optional)) As Recordset"},
+
+    {"rs操作员", Kind::Method, kOperators, "rs操作员(rID As Long (optional)) As Recordset"},
+    {"操作员_Append", Kind::Method, kOperators, "操作员_Append(rName As String) As Long"},
+    {"操作员_Update", Kind::Method, kOperators, "操作员_Update(rID As Long, rName As String) As Boolean"},
+    {"操作权限_Update", Kind::Method, kOperators,
+     "操作权限_Update(rID As Long, rRightName As String, rValue As Boolean (in/out)) As Boolean"},
+    {"管理仓库_Update", Kind::Method, kOperators, "管理仓库_Update(rID As Long, rdpID As Long (in/out)) As Boolean"},
+    {"操作员_Delete", Kind::Method, kOperators, "操作员_Delete(rID As Long) As Boolean"},
+    {"操作权限_Clear", Kind::Method, kOperators, "操作权限_Clear(rID As Long) As Boolean"},
+    {"GetPassword", Kind::Method, kOperators, "GetPassword(rName As String, rID As Long (optional)) As String"},
+    {"Update_Password", Kind::Method, kOperators,
+     "Update_Password(rName As String, rPassWord As String (in/out), rID As Long (optional)) As Boolean"},
+    {"Clear_Password", Kind::Method, kOperators, "Clear_Password(rID As Long) As Boolean"},
+    {"Get操作权限", Kind::Method, kOperators, "Get操作权限(rID As Long, rFieldName As String) As Boolean"},
+    {"Get管理仓库", Kind::Method, kOperators, "Get管理仓库(rID As Long) As Long"},
+    {"Get操作员", Kind::Method, kOperators, "Get操作员(rID As Long, rFieldName As String) As String"},
+    {"AllowDelOperator", Kind::Method, kOperators, "AllowDelOperator(Opr As Long) As Boolean"},
+    {"rsLog", Kind::Method, kOperators, "rsLog() As Recordset"},
+    {"Delete_LogRecs", Kind::Method, kOperators, "Delete_LogRecs(rMaxRecs As Long) As Boolean"},
+
+    {"Header", Kind::Method, kLayouts,
+     "Header(rfg As Object (in/out), rTableName As String (in/out), rFlag As String (in/out, optional), rSetting As "
+     "Boolean (optional), isSQL As Boolean (optional)) As Boolean"},
+    {"rsHistory", Kind::Method, kLayouts, "rsHistory() As Recordset"},
+    {"History_Del", Kind::Method, kLayouts, "History_Del(rID As Long) As Boolean"},
+    {"GetHistorySetting", Kind::Method, kLayouts, "GetHistorySetting(rID As Long) As String"},
+    {"History_Update", Kind::Method, kLayouts,
+     "History_Update(rID As Long (in/out), rCaption As String (in/out), rSetting As String (in/out), rDate As Date "
+     "(in/out)) As Long"},
+
+    {"rs工作单列表", Kind::Method, kHaulage,
+     "rs工作单列表(r起始日期 As Variant (in/out), r结束日期 As Variant (in/out), r起始编号 As Variant (in/out), "
+     "r结束编号 As Variant (in/out), r车牌号 As Variant (in/out), r司机 As Variant (in/out), r跟车人 As Variant "
+     "(in/out), r收货款 As Variant (in/out), r收货款Opr As Variant (in/out), r外用车 As Variant (in/out), r违章 As "
+     "Variant (in/out), r厂商ID As Variant (in/out), r配送单号 As Variant (in/out), r配送单号Opr As Variant (in/out), "
+     "r客户ID As Variant (in/out), r送货地点 As Variant (in/out), rpdID As Variant (in/out), r最小数量 As Variant "
+     "(in/out), r最大数量 As Variant (in/out), r最小金额 As Variant (in/out), r最大金额 As Variant (in/out)) As "
+     "Recordset"},
+    {"rs工资表", Kind::Method, kHaulage,
+     "rs工资表(rMonth1 As Integer, rMonth2 As Integer (in/out, optional), rCreate As Boolean (in/out, optional)) As "
+     "Recordset"},
+    {"Update工资表", Kind::Method, kHaulage,
+     "Update工资表(rYear As Integer, rMonth As Integer, rfg As Object (in/out)) As Boolean"},
 };
 
 TEST(LateBoundTable, ListsEveryMemberWithItsParameters) {

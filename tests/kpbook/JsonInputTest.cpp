@@ -110,7 +110,6 @@ void ExpectRefused(const Bad& each, Action action) {
 
 TEST(JsonInput, RefusesWhatIsNoForm) {
     const Bad cases[] = {
-        {R"({"grid":{"FixedRows":1}})", 5, "no such value form"},
         {R"({"color":1})", 5, "no such value form: {\"color\":1}"},
         {"{}", 5, "no such value form: {}"},
         {R"({"empty":false})", 5, "no such value form"},

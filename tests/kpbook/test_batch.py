@@ -97,8 +97,7 @@ class LineTest(KpbookCase):
         self.assertEqual(answer["error"]["number"], 5)
 
     def test_unknown_value_form(self):
-        found = self.errors({"method": "AllTrim", "args": [{"grid": {"FixedRows": 1, "cols": [], "rows": []}}]},
-                            {"method": "AllTrim", "args": [{"colour": 1}]}, {"method": "AllTrim", "args": [[1]]})
+        found = self.errors({"method": "AllTrim", "args": [{"colour": 1}]}, {"method": "AllTrim", "args": [[1]]})
         for description in found:
             self.assertIn("no such value form", description)
 

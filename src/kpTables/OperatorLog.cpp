@@ -1,0 +1,41 @@
+// The operator log: listing, pruning, and who has entries in it.
+#include <limits>
+
+#include "kpTables/CTables.h"
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+#include "kpTables/db/Access.h"
+
+namespace kpTables {
+namespace {
+
+/// Two thirds; error 6 when the double of it is beyond 32 bits.
+double TwoThirds(std::int32_t count) {
+    const std::int64_t twice = std::int64_t{count} * 2;
+    if (twice > std::numeric_limits<std::int32_t>::max() || twice < std::numeric_limits<std::int32_t>::min())
+        Raise(ErrorNumber::Overflow);
+    return static_cast<double>(twice) / 3;
+}
+
+}  // namespace
+
+bool CTables::AllowDelOperator(std::int32_t Opr) {
+    return db::Query(cnn_, "Select * From Log Where Operator='" + Text(Opr) + "'")->RecordCount() == 0;
+}
+
+RecordsetPtr CTables::rsLog() { return db::Execute(cnn_, "Select * From Log Order by logDate DESC"); }
+
+// Only the newest entry is looked at: whatever rMaxRecs says, all entries with a lower id go. A fraction after Top is
+// refused by the database, and nothing is deleted then.
+bool CTables::Delete_LogRecs(std::int32_t rMaxRecs) {
+    try {
+        const auto newest =
+            db::Query(cnn_, "Select Top " + Text(TwoThirds(rMaxRecs)) + " * From Log Order by logDate DESC");
+        db::Execute(cnn_, "Delete From Log Where logID<" + Text(newest->Fields("logID").Value()));
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace kpTables
