@@ -71,6 +71,12 @@ class BuiltDateTest(DatesCase):
         self.assertEqual(self.date("Get_BuiltDate"), ZERO)
         self.assertIsNone(self.stored("建帐日期"))
 
+    def test_a_year_that_makes_no_date_is_the_zero_date(self):
+        for year in (30000, -1):
+            self.prepare([(year, 3)])
+            self.assertEqual(self.date("Get_BuiltDate"), ZERO, year)
+            self.assertIsNone(self.stored("建帐日期"), year)
+
     def test_a_date_that_cannot_be_stored_is_answered_and_told(self):
         self.execute("Drop Table 系统选项")
         answer = self.call("Get_BuiltDate", today=TODAY)

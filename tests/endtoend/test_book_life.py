@@ -253,5 +253,18 @@ class BookLifeTest(BareBookCase):
             self.compare_stock(row["dpID"], row["pdID"], 1, False)
 
 
+class ServerDialectLifeTest(BookLifeTest):
+    """The same life of a host that speaks the server's dialect."""
+
+    def batch(self, *requests, options=()):
+        return super().batch(*({**request, "isSQL": True} if "method" in request else request for request in requests),
+                             options=options)
+
+    def close_month(self, month):
+        super().close_month(month)
+        answer = self.call("UpdateDepotClosedFlag", 1, {"date": MONTH_ENDS[month]}, True)
+        self.assertEqual(answer["sent"][0]["text"], f"Update 仓库设置 Set 结帐日期='{NOTES[month]}',结帐标志=1 Where dpID=1")
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -112,6 +112,18 @@ class LookupTest(BareBookCase):
         self.execute(*insert("收付款方式", "收付款方式", ("现金",), ("支票",)))
         self.assertEqual(self.result("Get收付款方式数量"), 2)
 
+    def test_a_count_beyond_16_bits(self):
+        rows = "".join(f"{number}\n" for number in range(10, 10 + 32767 - 3))
+        self.import_text("仓库设置", "dpID\n" + rows)
+        self.import_text("收付款方式", "科目代码\n" + rows)
+        self.import_text("商品设置", "pdID\n" + rows)
+        self.assertEqual(self.results(("Get仓库数量",), ("Get收付款方式数量",), ("Get商品数量",)), [32767, 32764, 32764])
+        four = "".join(f"{number}\n" for number in range(40000, 40004))
+        for table, column in (("仓库设置", "dpID"), ("收付款方式", "科目代码"), ("商品设置", "pdID")):
+            self.import_text(table, f"{column}\n{four}")
+        self.assertEqual(self.error("Get仓库数量"), 6)
+        self.assertEqual(self.results(("Get收付款方式数量",), ("Get商品数量",)), [0, 0])
+
     def test_a_missing_table_is_an_error_except_for_the_payment_methods(self):
         self.execute(*(f"Drop Table {table}" for table in ("仓库设置", "厂商资料", "客户资料", "项目设置", "收付款方式")))
         for method, *arguments in (("Get仓库数量",), ("Get仓库名称", 3), ("Get仓库ID", "x"), ("Get厂商名称", 5), ("Get客户名称", 5),

@@ -157,6 +157,11 @@ class PriceTest(BareBookCase):
         self.assertEqual(self.price(9, 1, "2003-10-20"), 0)
         self.assertEqual(self.price(9, 1, "2003-10-21"), 13)
 
+    def test_a_time_of_day_goes_into_the_text(self):
+        answer = self.call("Get客户单价", 9, 1, {"date": "2003-09-06T12:30:00"})
+        self.assertIn("<'2003-9-6 12:30:00')", answer["sent"][0]["text"])
+        self.assertEqual(answer["result"], 11.25)
+
     def test_the_text_is_the_same_in_both_dialects(self):
         text = ("SELECT TOP 2 R.单价, CDate(L.年份 & '-' & L.月份 & '-' & L.日子) AS 日期 FROM (出库目录 AS L INNER JOIN 出库记录 AS R "
                 "ON L.BillID = R.BillID) INNER JOIN 客户资料 AS C ON L.ksID = C.KSID WHERE ((R.pdID=1) AND (C.KSID=9) AND "
