@@ -38,6 +38,8 @@ public:
     int Month() const { return ToParts().month; }
     int Day() const { return ToParts().day; }
     bool HasTime() const;
+    /// The time of day as a fraction of the day, to the nearest second; 0 at midnight.
+    double TimeOfDay() const;
 
     /// The default text form: "2004-3-7", with " 12:30:00" (hour without a leading zero) when there is a time;
     /// a time alone (day 0) is just "12:30:00", and the zero date is "0:00:00".

@@ -25,7 +25,7 @@ enum class Binding {
     ServerDate,     ///< as Date, a number counting days from 1900-01-01
     DateYear,       ///< one part of the date, as a whole number
     DateMonth,
-    DateDay,
+    DateDay,  ///< the day, with the time of day as its fraction
     Text,  ///< the text; a number in its text form
 };
 

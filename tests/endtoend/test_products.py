@@ -157,6 +157,10 @@ class PriceTest(BareBookCase):
         self.assertEqual(self.price(9, 1, "2003-10-20"), 0)
         self.assertEqual(self.price(9, 1, "2003-10-21"), 13)
 
+    def test_a_day_lies_before_the_times_of_that_day(self):
+        for date, price in (("2003-09-05T12:30:00", 11.25), ("2003-09-05T00:00:00", 0)):
+            self.assertEqual(self.price(9, 1, date), price, date)
+
     def test_a_time_of_day_goes_into_the_text(self):
         answer = self.call("Get客户单价", 9, 1, {"date": "2003-09-06T12:30:00"})
         self.assertIn("<'2003-9-6 12:30:00')", answer["sent"][0]["text"])

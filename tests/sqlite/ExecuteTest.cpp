@@ -255,6 +255,24 @@ TEST_F(Execute, BillDatesCompareInBothDialects) {
         "2|1 / 11|5");
 }
 
+TEST_F(Execute, BillDatesLieBeforeTheTimesOfTheirDay) {
+    Run("Insert Into 入库目录 (年份, 月份, 日子) Values (2003, 9, 5)");
+    const std::string jet = "CDATE(年份 & '-' & 月份 & '-' & 日子)";
+    const std::string server =
+        "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)";
+    const std::pair<const char*, const char*> operators[] = {{"<", "1"}, {"<=", "1"}, {"<>", "1"},
+                                                             {"=", "0"}, {">", "0"},  {">=", "0"}};
+    for (const std::string& date : {jet, server}) {
+        for (const char* time : {"#2003-9-5 12:30:00#", "'2003-9-5 12:30:00'", "CDate('2003-9-5 0:00:01')"}) {
+            for (const auto& [op, count] : operators) {
+                const std::string text = "Select Count(*) From 入库目录 Where " + date + op + time;
+                EXPECT_EQ(Rows(text), count) << text;
+            }
+        }
+    }
+    EXPECT_EQ(Rows("Select Count(*) From 入库目录 Where " + jet + "=#2003-9-5 0:00:00#"), "1");
+}
+
 TEST_F(Execute, UnknownTypesAreToldByTheFirstValue) {
     Run("CREATE TABLE T (a LONG)");
     const RecordsetPtr rows = book->Execute("Select Null As n From T");

@@ -280,6 +280,13 @@ TEST(Date, ParseIso) {
     }
 }
 
+TEST(Date, TimeOfDayIsAFractionOfTheDay) {
+    EXPECT_EQ(Date::ParseIso("2004-03-07")->TimeOfDay(), 0);
+    EXPECT_EQ(Date::ParseIso("2004-03-07T12:00:00")->TimeOfDay(), 0.5);
+    EXPECT_EQ(Date::ParseIso("1899-12-29T18:00:00")->TimeOfDay(), 0.75) << "before day 0";
+    EXPECT_EQ(Date::FromSerial(38053 + 0.3 / 86400).TimeOfDay(), 0) << "less than half a second";
+}
+
 TEST(Date, EveryDayRoundTrips) {
     Date::Parts previous{100, 1, 1, 0, 0, 0};
     int day = -657434;

@@ -103,6 +103,12 @@ void BindCurrencyBound(PreparedStatement& statement, int parameter, const Litera
     statement.BindReal(parameter, number * Currency::kScale);
 }
 
+void BindDay(PreparedStatement& statement, int parameter, Date date) {
+    const double time = date.TimeOfDay();
+    if (time > 0) return statement.BindReal(parameter, date.Day() + time);
+    statement.BindInteger(parameter, date.Day());
+}
+
 void BindOne(PreparedStatement& statement, int parameter, Binding binding, const LiteralValue& literal) {
     switch (binding) {
         case Binding::Short:
@@ -130,7 +136,7 @@ void BindOne(PreparedStatement& statement, int parameter, Binding binding, const
         case Binding::DateMonth:
             return statement.BindInteger(parameter, DateOf(literal, 0).Month());
         case Binding::DateDay:
-            return statement.BindInteger(parameter, DateOf(literal, 0).Day());
+            return BindDay(statement, parameter, DateOf(literal, 0));
         case Binding::Text:
             return literal.kind == LiteralKind::Text ? statement.BindText(parameter, literal.text)
                                                      : statement.BindTextCopy(parameter, TextOf(literal));

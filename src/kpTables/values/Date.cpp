@@ -114,6 +114,8 @@ Date::Parts Date::ToParts() const {
 
 bool Date::HasTime() const { return Split(serial_).second != 0; }
 
+double Date::TimeOfDay() const { return static_cast<double>(Split(serial_).second) / kSecondsPerDay; }
+
 std::string Date::ToText() const {
     const auto [day, second] = Split(serial_);
     const Parts p = ToParts();

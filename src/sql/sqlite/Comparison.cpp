@@ -105,8 +105,8 @@ BinaryOperator Mirrored(BinaryOperator op) {
     }
 }
 
-// The year, month and day to compare a bill's date with. A time of day on them is not looked at: a bill's date has
-// none.
+// The year, month and day to compare a bill's date with. A time of day stands as the day's fraction: a bill's date has
+// none, so it lies before any time of its day and equals no date that has one.
 DateColumns PartsOf(Session& session, const Term& term) {
     if (term.dateColumns) return *term.dateColumns;
     if (term.literal && !term.negative && !term.serverDate)
@@ -115,7 +115,7 @@ DateColumns PartsOf(Session& session, const Term& term) {
                 session.Parameter(*term.literal, Binding::DateDay)};
     const Term date = ConvertedTerm(session, term, Type::Date);
     return {FunctionTerm("kp_year", {date}, Type::Short).text, FunctionTerm("kp_month", {date}, Type::Short).text,
-            FunctionTerm("kp_day", {date}, Type::Short).text};
+            FunctionTerm("kp_day_and_time", {date}, Type::Double).text};
 }
 
 Term BillDateComparison(Session& session, BinaryOperator op, const Term& bill, const Term& other) {

@@ -29,8 +29,9 @@ Type BoundType(Binding binding, const Literal& literal) {
             return Type::Date;
         case Binding::DateYear:
         case Binding::DateMonth:
-        case Binding::DateDay:
             return Type::Short;
+        case Binding::DateDay:
+            return Type::Double;
         case Binding::Text:
             return Type::Text;
     }

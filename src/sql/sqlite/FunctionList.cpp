@@ -29,6 +29,7 @@ constexpr EngineFunction kFunctions[] = {
     {"kp_dateserial", 3, 3, kDeterministic, kScalar, "DateSerial(year, month, day); month and day may run over"},
     {"kp_datevalue", 1, 1, kDeterministic, kScalar, "the date without its time"},
     {"kp_day", 1, 1, kDeterministic, kScalar, "day of the month"},
+    {"kp_day_and_time", 1, 1, kDeterministic, kScalar, "day of the month, with the time of day as its fraction"},
     {"kp_div", 2, 2, kDeterministic, kScalar, "quotient of two doubles; division by zero is an error"},
     {"kp_exp", 1, 1, kDeterministic, kScalar, "e raised to x"},
     {"kp_first", 1, 1, kDeterministic, kAggregate, "value of the first row, Null included"},

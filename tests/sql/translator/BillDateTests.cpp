@@ -37,7 +37,7 @@ TEST(BillDate, ServerSpelling) {
         // The date without quotes is arithmetic: 2004-3-1 is day 2000 of the server's count.
         {(date + ">=CAST(2004-3-1 AS DATETIME)").c_str(),
          R"(("T"."y", "T"."m", "T"."n") >= (kp_year(kp_server_date(?1 - ?2 - ?3)), )"
-         R"(kp_month(kp_server_date(?1 - ?2 - ?3)), kp_day(kp_server_date(?1 - ?2 - ?3))))",
+         R"(kp_month(kp_server_date(?1 - ?2 - ?3)), kp_day_and_time(kp_server_date(?1 - ?2 - ?3))))",
          "5 Number, 6 Number, 7 Number"},
     });
 }

@@ -29,7 +29,7 @@ Date Now() {
 }
 
 Date WithoutTime(Date date) { return Date::FromSerial(std::trunc(date.Serial())); }
-Date TimeAlone(Date date) { return Date::FromSerial(std::abs(date.Serial() - std::trunc(date.Serial()))); }
+Date TimeAlone(Date date) { return Date::FromSerial(date.TimeOfDay()); }
 
 void Today(const Arguments&, Answer& answer) { answer.Date(WithoutTime(Now())); }
 void NowFunction(const Arguments&, Answer& answer) { answer.Date(Now()); }
@@ -41,6 +41,8 @@ template <int Date::Parts::*part>
 void Part(const Arguments& a, Answer& answer) {
     answer.Whole(a.Date(0).ToParts().*part);
 }
+
+void DayAndTime(const Arguments& a, Answer& answer) { answer.Number(a.Date(0).Day() + a.Date(0).TimeOfDay()); }
 
 void DateSerial(const Arguments& a, Answer& answer) {
     answer.Date(Date::FromYearMonthDay(a.Whole(0), a.Whole(1), a.Whole(2)));
@@ -73,6 +75,7 @@ constexpr ScalarFunction kFunctions[] = {
     {"kp_dateserial", DateSerial},
     {"kp_datevalue", DateValue},
     {"kp_day", Part<&Date::Parts::day>},
+    {"kp_day_and_time", DayAndTime},
     {"kp_hour", Part<&Date::Parts::hour>},
     {"kp_minute", Part<&Date::Parts::minute>},
     {"kp_month", Part<&Date::Parts::month>},
