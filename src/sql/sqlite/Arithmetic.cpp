@@ -12,17 +12,28 @@ bool IsTextLiteral(const Term& term) {
     return term.literal && term.type == Type::Text && term.literal->literal == LiteralKind::Text;
 }
 
-// What stands beside &: the text form, Null as an empty text.
-Term JoinedPart(Session& session, Term term) {
-    if (term.present || (term.literal && term.type != Type::Date)) return TextTerm(session, std::move(term));
-    const bool asItIs = term.type == Type::Short || term.type == Type::Long;
-    term = asItIs ? ValueTerm(session, std::move(term)) : TextTerm(session, std::move(term));
-    return FunctionTerm("COALESCE", {term, ConstantTerm("''", Type::Text)}, Type::Text);
+// The text form of what stands beside &.
+Term PartText(Session& session, Term term) {
+    const bool asItIs = !term.literal && (term.type == Type::Short || term.type == Type::Long);
+    return asItIs ? ValueTerm(session, std::move(term)) : TextTerm(session, std::move(term));
 }
 
+// The same, Null as an empty text.
+Term PresentPartText(Session& session, Term term) {
+    const bool present = term.present || (term.literal && term.type != Type::Date);
+    term = PartText(session, std::move(term));
+    return present ? term : FunctionTerm("COALESCE", {term, ConstantTerm("''", Type::Text)}, Type::Text);
+}
+
+// Null beside a text is an empty text, but two Nulls are Null: an operand that is never Null spares the question.
 Term Concatenated(Session& session, Term left, Term right) {
-    left = JoinedPart(session, std::move(left));
-    left = OperatorTerm(std::move(left), "||", JoinedPart(session, std::move(right)), Precedence::Concatenation,
+    const bool present = left.present || left.literal || right.present || right.literal;
+    if (!present) {
+        left = PartText(session, std::move(left));
+        return FunctionTerm("kp_join", {left, PartText(session, std::move(right))}, Type::Text);
+    }
+    left = PresentPartText(session, std::move(left));
+    left = OperatorTerm(std::move(left), "||", PresentPartText(session, std::move(right)), Precedence::Concatenation,
                         Type::Text);
     left.present = true;
     return left;

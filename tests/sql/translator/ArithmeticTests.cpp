@@ -64,14 +64,24 @@ TEST(Arithmetic, Dates) {
 
 TEST(Arithmetic, JoinedTextsReadNullAsEmpty) {
     CheckExpressions({
-        {"t & t2", R"(COALESCE("T"."t", '') || COALESCE("T"."t2", ''))", Type::Text},
         {"y & '-' & m", R"(COALESCE("T"."y", '') || ?1 || COALESCE("T"."m", ''))", Type::Text, "0 Text"},
-        {"t & (s & l)", R"(COALESCE("T"."t", '') || (COALESCE("T"."s", '') || COALESCE("T"."l", '')))", Type::Text},
-        {"d & c", R"(COALESCE(kp_text_double("T"."d"), '') || COALESCE(kp_text_currency("T"."c"), ''))", Type::Text},
-        {"at & b", R"(COALESCE(kp_text_date("T"."at"), '') || COALESCE(kp_text_boolean("T"."b"), ''))", Type::Text},
+        {"t & (s & '-')", R"(COALESCE("T"."t", '') || (COALESCE("T"."s", '') || ?1))", Type::Text, "0 Text"},
+        {"5 & l & d", R"(?1 || COALESCE("T"."l", '') || COALESCE(kp_text_double("T"."d"), ''))", Type::Text, "0 Text"},
         {"12.50 & #2004-3-7#", "?1 || COALESCE(kp_text_date(?2), '')", Type::Text, "0 Text, 1 Date"},
         {"(s+l) & ''", R"(COALESCE("T"."s" + "T"."l", '') || ?1)", Type::Text, "0 Text"},
         {"(t + t2) & ''", R"(COALESCE("T"."t" || "T"."t2", '') || ?1)", Type::Text, "0 Text"},
+    });
+}
+
+TEST(Arithmetic, JoinedTextsThatMayAllBeNullMayBeNull) {
+    CheckExpressions({
+        {"t & t2", R"(kp_join("T"."t", "T"."t2"))", Type::Text},
+        {"Null & Null", "kp_join(NULL, NULL)", Type::Text},
+        {"t & (s & l)", R"(kp_join("T"."t", kp_join("T"."s", "T"."l")))", Type::Text},
+        {"t & t2 & s", R"(kp_join(kp_join("T"."t", "T"."t2"), "T"."s"))", Type::Text},
+        {"t & t2 & '-'", R"(COALESCE(kp_join("T"."t", "T"."t2"), '') || ?1)", Type::Text, "0 Text"},
+        {"d & c", R"(kp_join(kp_text_double("T"."d"), kp_text_currency("T"."c")))", Type::Text},
+        {"at & b", R"(kp_join(kp_text_date("T"."at"), kp_text_boolean("T"."b")))", Type::Text},
     });
 }
 

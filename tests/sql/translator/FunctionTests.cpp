@@ -77,7 +77,7 @@ TEST(Functions, Texts) {
         {"InStr(t, '-')", R"(kp_instr("T"."t", ?1))", Type::Long, "0 Text"},
         {"InStr(2, t, '-')", R"(kp_instr(?1, "T"."t", ?2))", Type::Long, "0 Number, 1 Text"},
         {"CHARINDEX('-', t)", R"(kp_charindex(?1, "T"."t"))", Type::Long, "0 Text"},
-        {"UCase(t) & LCase(t2)", R"(COALESCE(kp_ucase("T"."t"), '') || COALESCE(kp_lcase("T"."t2"), ''))", Type::Text},
+        {"UCase(t) & LCase(t2)", R"(kp_join(kp_ucase("T"."t"), kp_lcase("T"."t2")))", Type::Text},
         {"Replace(t, 'a', 'b')", R"(replace("T"."t", ?1, ?2))", Type::Text, "0 Text, 1 Text"},
         {"Space(3)", "kp_space(?1)", Type::Text, "0 Number"},
         {"String(3, '*')", "kp_string(?1, ?2)", Type::Text, "0 Number, 1 Text"},
@@ -163,6 +163,7 @@ TEST(Functions, EveryCallInATextIsListed) {
         "Select Format(at), Format(d), Format(t), IsDate(t), IsNumeric(t), t Like 'a', d/1, d\\1, d Mod 1, d^1 From T",
         "Select c*c2, at+1, at-at2, CAST(t AS DATETIME), CAST(l AS char(2)), CDATE(y & '-' & m & '-' & n) From T",
         "Select First(t), Last(t) From T Where CDATE(y & '-' & m & '-' & n)<Now()",
+        "Select t & t2 From T",
     };
     const auto functions = EngineFunctions();
     std::size_t calls = 0;

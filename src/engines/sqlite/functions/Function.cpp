@@ -68,6 +68,10 @@ bool Arguments::AnyNull() const noexcept {
     return false;
 }
 
+bool Arguments::IsNull(int index) const noexcept {
+    return sqlite3_value_type(values_[static_cast<std::size_t>(index)]) == SQLITE_NULL;
+}
+
 bool Arguments::IsText(int index) const noexcept {
     return sqlite3_value_type(values_[static_cast<std::size_t>(index)]) == SQLITE_TEXT;
 }

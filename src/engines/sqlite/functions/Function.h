@@ -21,6 +21,7 @@ public:
 
     int Count() const noexcept { return static_cast<int>(values_.size()); }
     bool AnyNull() const noexcept;
+    bool IsNull(int index) const noexcept;
     bool IsText(int index) const noexcept;
     /// True for a whole number, as SQLite holds it.
     bool IsWhole(int index) const noexcept;

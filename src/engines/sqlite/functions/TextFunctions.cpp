@@ -68,6 +68,10 @@ void String(const Arguments& a, Answer& answer) {
 void Upper(const Arguments& a, Answer& answer) { answer.Text(UpperCase(a.Text(0))); }
 void Lower(const Arguments& a, Answer& answer) { answer.Text(LowerCase(a.Text(0))); }
 
+void Join(const Arguments& a, Answer& answer) {
+    if (!a.IsNull(0) || !a.IsNull(1)) answer.Text(std::string(a.Text(0)).append(a.Text(1)));
+}
+
 void Asc(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     if (text.empty()) Raise(ErrorNumber::InvalidCall);
@@ -77,9 +81,12 @@ void Asc(const Arguments& a, Answer& answer) {
 
 void Chr(const Arguments& a, Answer& answer) { answer.Text(TextOfAnsiCode(a.Whole(0))); }
 
+constexpr bool kNullToo = true;
+
 constexpr ScalarFunction kFunctions[] = {
-    {"kp_asc", Asc}, {"kp_char", Char},   {"kp_chr", Chr},     {"kp_lcase", Lower},   {"kp_left", Left},
-    {"kp_mid", Mid}, {"kp_right", Right}, {"kp_space", Space}, {"kp_string", String}, {"kp_ucase", Upper},
+    {"kp_asc", Asc},     {"kp_char", Char},     {"kp_chr", Chr},     {"kp_join", Join, kNullToo},
+    {"kp_lcase", Lower}, {"kp_left", Left},     {"kp_mid", Mid},     {"kp_right", Right},
+    {"kp_space", Space}, {"kp_string", String}, {"kp_ucase", Upper},
 };
 
 }  // namespace
