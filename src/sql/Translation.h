@@ -33,6 +33,7 @@ struct Parameter {
     int literal = 0;  ///< ordinal of the literal in the statement's text
     Binding binding = Binding::Text;
     std::size_t offset = 0;  ///< of the literal in the text that was first translated, for messages
+    bool negative = false;   ///< Currency with a minus before it: the smallest one has no opposite to negate
 };
 
 struct ResultColumn {

@@ -87,6 +87,42 @@ TEST_F(Execute, CurrencySumsAreExactAtTheLimits) {
         Code(DatabaseErrorNumber::Overflow));
 }
 
+TEST_F(Execute, TheSmallestAmountIsALiteral) {
+    struct Case {
+        const char* select;
+        const char* expected;
+    };
+    constexpr Case kCases[] = {
+        {"Select 除税金额 From 入库记录 Where pdID=1", "-922337203685477.5808"},
+        {"Select 金额 From 入库记录 Where pdID=1", "-922337203685477.5807"},
+        {"Select CCur(-922337203685477.5808) From 入库记录 Where pdID=1", "-922337203685477.5808"},
+        {"Select pdID From 入库记录 Where 除税金额=-922337203685477.5808", "1"},
+        {"Select pdID From 入库记录 Where 除税金额=-922337203685477.5807", "2"},
+        {"Select pdID From 入库记录 Where 除税金额=922337203685477.5807", "3"},
+        {"Select Count(*) From 入库记录 Where 除税金额>=922337203685477.5808", "0"},
+        {"Select Count(*) From 入库记录 Where 除税金额<-922337203685477.5808", "0"},
+        {"Select Count(*) From 入库记录 Where 除税金额<922337203685477.5808", "3"},
+        {"Select pdID From 入库记录 Where 除税金额 Between -922337203685477.5807 And -1", "2"},
+        {"Select pdID From 入库记录 Where 除税金额 In (-922337203685477.5808, 7)", "1"},
+    };
+    Run("Insert Into 入库记录 (pdID, 除税金额) Values (1, -922337203685477.5808)");
+    Run("Insert Into 入库记录 (pdID, 除税金额) Values (2, -1)");
+    Run("Update 入库记录 Set 除税金额=-922337203685477.5807 Where pdID=2");
+    Run("Update 入库记录 Set 金额=-922337203685477.5807");
+    Run("Insert Into 入库记录 (pdID, 除税金额) Values (3, 922337203685477.5807)");
+    for (const auto& [select, expected] : kCases) EXPECT_EQ(Value(select), expected) << select;
+    Run("Create Table 限额 (ID LONG, 最低 CURRENCY DEFAULT -922337203685477.5808)");
+    Run("Insert Into 限额 (ID) Values (1)");
+    EXPECT_EQ(Value("Select 最低 From 限额"), "-922337203685477.5808");
+    for (const char* amount : {"-922337203685477.5809", "922337203685477.5808"}) {
+        const auto error = Refused([&] { Run(std::string("Update 入库记录 Set 金额=").append(amount)); });
+        ASSERT_TRUE(error) << amount;
+        EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::Overflow)) << amount;
+        EXPECT_NE(error->Description().find(std::string(": ") + amount + " is too large"), std::string::npos)
+            << error->Description();
+    }
+}
+
 TEST_F(Execute, JoinsAndGroups) {
     Run("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
     Run("Insert Into 仓库设置 (仓库名称) Values ('北仓')");

@@ -58,6 +58,9 @@ std::optional<Currency> PlainDecimal(const LiteralValue& literal) {
     return Currency::FromDecimalText(text);
 }
 
+/// With the minus that stands before it.
+LiteralValue Negated(const LiteralValue& literal) { return {literal.kind, "-" + literal.text}; }
+
 Currency CurrencyOf(const LiteralValue& literal) {
     if (const auto exact = PlainDecimal(literal)) return *exact;
     return Currency::FromDouble(NumberOf(literal));
@@ -90,17 +93,25 @@ void BindNumber(PreparedStatement& statement, int parameter, const LiteralValue&
     }
 }
 
+/// As PlainDecimal, nothing also for more than a Currency holds.
+std::optional<Currency> InRange(const LiteralValue& literal) {
+    try {
+        return PlainDecimal(literal);
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+}
+
 void BindCurrencyBound(PreparedStatement& statement, int parameter, const LiteralValue& literal) {
     constexpr std::size_t kPointAndDecimals = 5;
-    constexpr double kLargest = 9.2e14;  // near the largest Currency
-    const double number = NumberOf(literal);
     const std::string_view text = Trim(literal.text);
     const auto point = std::min(text.find('.'), text.size());
-    // Four decimals or fewer are an exact count of ten-thousandths; any other bound lies between two of them.
-    if (text.size() - point <= kPointAndDecimals && std::abs(number) < kLargest) {
-        if (const auto exact = PlainDecimal(literal)) return statement.BindInteger(parameter, exact->Scaled());
+    // Four decimals or fewer are an exact count of ten-thousandths; any other bound lies between two of them, or beyond
+    // what a Currency can be.
+    if (text.size() - point <= kPointAndDecimals) {
+        if (const auto exact = InRange(literal)) return statement.BindInteger(parameter, exact->Scaled());
     }
-    statement.BindReal(parameter, number * Currency::kScale);
+    statement.BindReal(parameter, NumberOf(literal) * Currency::kScale);
 }
 
 void BindDay(PreparedStatement& statement, int parameter, Date date) {
@@ -177,7 +188,8 @@ sql::SqlError Refusal(const Error& error, const sql::Parameter& parameter, const
     const sql::Position at = sql::Locate(text, offset);
     std::string message = overflow ? "Overflow" : "Type mismatch";
     message += " at line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " +
-               (literal.kind == LiteralKind::Text ? "'" + literal.text + "'" : literal.text) +
+               (literal.kind == LiteralKind::Text ? "'" + literal.text + "'"
+                                                  : (parameter.negative ? "-" : "") + literal.text) +
                (overflow ? " is too large for " : " is not ") + Wanted(parameter.binding);
     return {overflow ? sql::ErrorKind::Overflow : sql::ErrorKind::TypeMismatch, message, offset, true};
 }
@@ -190,7 +202,12 @@ void BindLiterals(PreparedStatement& statement, const std::vector<sql::Parameter
     for (const sql::Parameter& parameter : parameters) {
         const LiteralValue& literal = literals.at(static_cast<std::size_t>(parameter.literal));
         try {
-            BindOne(statement, ++number, parameter.binding, literal);
+            ++number;
+            if (parameter.negative) {
+                BindOne(statement, number, parameter.binding, Negated(literal));
+            } else {
+                BindOne(statement, number, parameter.binding, literal);
+            }
         } catch (const DatabaseError&) {
             throw;
         } catch (const Error& error) {

@@ -38,9 +38,9 @@ Type BoundType(Binding binding, const Literal& literal) {
     return Type::Unknown;
 }
 
-bool TakesMinus(Binding binding) {
-    return binding == Binding::Number || binding == Binding::Currency || binding == Binding::CurrencyBound;
-}
+bool IsMoney(Binding binding) { return binding == Binding::Currency || binding == Binding::CurrencyBound; }
+
+bool TakesMinus(Binding binding) { return binding == Binding::Number || IsMoney(binding); }
 
 Binding NaturalBinding(const Term& term) {
     if (term.serverDate) return Binding::ServerDate;
@@ -129,8 +129,10 @@ Term BoundTerm(Session& session, const Term& pending, Binding binding) {
     Term term = ConstantTerm({}, BoundType(binding, literal), pending.offset);
     if (pending.negative && !TakesMinus(binding))
         return ConvertedTerm(session, SettledTerm(session, pending), BoundType(binding, literal));
-    term.text = (pending.negative ? "-" : "") + session.Parameter(literal, binding);
-    if (pending.negative) term.precedence = Precedence::Unary;
+    const bool inside = pending.negative && IsMoney(binding);
+    const bool before = pending.negative && !inside;
+    term.text = (before ? "-" : "") + session.Parameter(literal, binding, inside);
+    if (before) term.precedence = Precedence::Unary;
     return term;
 }
 

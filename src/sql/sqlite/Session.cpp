@@ -14,8 +14,8 @@ const CatalogTable& Session::Table(const std::string& name, std::size_t offset) 
     throw SqlError(ErrorKind::UnknownTable, "unknown table '" + name + "'", offset);
 }
 
-std::string Session::Parameter(const Literal& literal, Binding binding) {
-    translation_.parameters.push_back({literal.ordinal, binding, literal.offset});
+std::string Session::Parameter(const Literal& literal, Binding binding, bool negative) {
+    translation_.parameters.push_back({literal.ordinal, binding, literal.offset, negative});
     return "?" + std::to_string(translation_.parameters.size());
 }
 

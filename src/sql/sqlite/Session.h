@@ -19,8 +19,8 @@ public:
     /// The table, or SqlError UnknownTable.
     const CatalogTable& Table(const std::string& name, std::size_t offset) const;
 
-    /// A parameter that is given the literal's value: "?3".
-    std::string Parameter(const Literal& literal, Binding binding);
+    /// A parameter that is given the literal's value, or the value with a minus before it: "?3".
+    std::string Parameter(const Literal& literal, Binding binding, bool negative = false);
     /// The text depends on the literal's value.
     void Fix(const Literal& literal);
     /// The value of a whole-number literal that shapes the text (it is fixed), or SqlError Syntax.

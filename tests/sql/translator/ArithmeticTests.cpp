@@ -21,6 +21,8 @@ TEST(Arithmetic, CurrencyIsExactAmongItselfAndWholeNumbers) {
         {"c-c2", R"("T"."c" - "T"."c2")", Type::Currency},
         {"c+5", R"("T"."c" + ?1)", Type::Currency, "0 Currency"},
         {"5-c", R"(?1 - "T"."c")", Type::Currency, "0 Currency"},
+        {"c+-5", R"("T"."c" + ?1)", Type::Currency, "0 -Currency"},
+        {"c- -(-5)", R"("T"."c" - ?1)", Type::Currency, "0 Currency"},
         {"c+l", R"("T"."c" + "T"."l" * 10000)", Type::Currency},
         {"(l+s)-c", R"(("T"."l" + "T"."s") * 10000 - "T"."c")", Type::Currency},
         {"c*l", R"("T"."c" * "T"."l")", Type::Currency},

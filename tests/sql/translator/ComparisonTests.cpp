@@ -21,7 +21,7 @@ TEST(Comparison, CurrencyMeetsItsEqualsInTenThousandths) {
     CheckConditions({
         {"c=c2", R"("T"."c" = "T"."c2")"},
         {"c>12.5", R"("T"."c" > ?1)", "0 CurrencyBound"},
-        {"c<=-5", R"("T"."c" <= -?1)", "0 CurrencyBound"},
+        {"c<=-5", R"("T"."c" <= ?1)", "0 -CurrencyBound"},
         {"c='7'", R"("T"."c" = ?1)", "0 CurrencyBound"},
         {"c=l", R"("T"."c" = "T"."l" * 10000)"},
         {"d<c", R"("T"."d" * 10000.0 < "T"."c")"},

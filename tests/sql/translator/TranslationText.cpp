@@ -57,7 +57,8 @@ Translation Translated(std::string_view text, const std::vector<LiteralValue>& p
 std::string ParametersOf(const Translation& translation) {
     std::string text;
     for (const auto& parameter : translation.parameters)
-        text += (text.empty() ? "" : ", ") + std::to_string(parameter.literal) + " " + NameOf(parameter.binding);
+        text += (text.empty() ? "" : ", ") + std::to_string(parameter.literal) + " " + (parameter.negative ? "-" : "") +
+                NameOf(parameter.binding);
     return text;
 }
 
