@@ -104,7 +104,7 @@ CREATE INDEX 商品名称 ON 商品设置 (商品名称);
 CREATE INDEX ClassCode ON 商品设置 (ClassCode);
 
 -- Inbound and outbound bills: a header and any number of lines, joined by BillID. The lines' 仓库 and the headers' 编号 and
--- BillType are what some of the host's lists filter and sort by.
+-- BillType are what some of the host's lists filter and sort by; 项目ID is what the list of a month's projects calls pjID.
 CREATE TABLE 入库目录 (
     BillID COUNTER PRIMARY KEY,
     年份 SHORT,
@@ -122,7 +122,8 @@ CREATE TABLE 入库目录 (
     录入日期 DATETIME,
     审核员 TEXT(50),
     审核日期 DATETIME,
-    说明 TEXT(255)
+    说明 TEXT(255),
+    项目ID LONG AS (pjID)
 );
 CREATE INDEX 仓库月份 ON 入库目录 (dpID, 月份);
 CREATE INDEX 日期 ON 入库目录 (年份, 月份, 日子);
@@ -165,7 +166,8 @@ CREATE TABLE 出库目录 (
     录入日期 DATETIME,
     审核员 TEXT(50),
     审核日期 DATETIME,
-    说明 TEXT(255)
+    说明 TEXT(255),
+    项目ID LONG AS (pjID)
 );
 CREATE INDEX 仓库月份 ON 出库目录 (dpID, 月份);
 CREATE INDEX 日期 ON 出库目录 (年份, 月份, 日子);

@@ -59,6 +59,12 @@ ColumnDefinition ParseColumnDefinition(TokenCursor& cursor) {
     column.offset = cursor.Peek().offset;
     column.name = cursor.TakeName("a column's name");
     column.type = ParseTypeName(cursor, TypeUse::Column);
+    if (!column.type.counter && cursor.Accept("AS")) {
+        cursor.ExpectOperator("(");
+        column.source = cursor.TakeName("a column's name");
+        cursor.ExpectOperator(")");
+        return column;
+    }
     while (AcceptColumnOption(cursor, column)) {
     }
     return column;

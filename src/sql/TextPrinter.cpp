@@ -70,6 +70,11 @@ void WriteColumnDefinition(std::string& out, const ColumnDefinition& column) {
     WriteName(out, column.name);
     out += ' ';
     WriteType(out, column.type);
+    if (!column.source.empty()) {
+        out += " AS (";
+        WriteName(out, column.source);
+        out += ')';
+    }
     if (column.notNull) out += " NOT NULL";
     if (column.defaultValue) {
         out += " DEFAULT ";

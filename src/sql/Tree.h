@@ -407,6 +407,8 @@ struct ColumnDefinition {
     bool primaryKey = false;
     bool unique = false;
     ExpressionPtr defaultValue;  ///< null when none
+    /// Of a computed column, a second name: the column whose value it answers. "" for a column that is stored.
+    std::string source;
     std::size_t offset = 0;
 };
 

@@ -14,8 +14,9 @@ namespace {
 constexpr std::string_view kTables =
     "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
     "AND name NOT LIKE 'kp\\_%' ESCAPE '\\'";
-constexpr std::string_view kColumns = "SELECT name, type, \"notnull\", dflt_value, pk FROM pragma_table_xinfo(?1)";
-enum ColumnsOfColumns { kName, kType, kNotNull, kDefault, kKey };
+constexpr std::string_view kColumns =
+    "SELECT name, type, \"notnull\", dflt_value, pk, hidden FROM pragma_table_xinfo(?1)";
+enum ColumnsOfColumns { kName, kType, kNotNull, kDefault, kKey, kHidden };
 
 bool IsAutoincrement(const Database& database, const std::string& table, const std::string& column) {
     int autoincrement = 0;
@@ -70,6 +71,7 @@ const sql::CatalogTable* BookCatalog::Find(std::string_view name) const {
         const std::string column(columns.Text(kName));
         table.columns.push_back(
             sql::ColumnOfDeclaredType(column, columns.Text(kType), IsAutoincrement(database_, table.name, column)));
+        table.columns.back().computed = columns.Integer(kHidden) != 0;
     }
     known_.push_back(std::move(table));
     return &known_.back();
@@ -84,6 +86,7 @@ TableInfo BookCatalog::Describe(std::string_view name) const {
     columns.BindText(1, info.name);
     for (const sql::CatalogColumn& known : table->columns) {
         if (!columns.Step()) break;
+        if (known.computed) continue;
         TableInfo::Column column{known.name, FieldType(known.type), Variant::Null(), false, known.counter};
         if (!columns.IsNull(kDefault)) {
             column.defaultValue = DefaultValue(database_, std::string(columns.Text(kDefault)), column.type);

@@ -22,7 +22,7 @@ public:
     explicit BookCatalog(const Database& database) noexcept : database_(database) {}
 
     const sql::CatalogTable* Find(std::string_view table) const override;
-    /// With keys and defaults.
+    /// With keys and defaults; without computed columns.
     TableInfo Describe(std::string_view table) const;
     /// The column that is SQLite's row id, a counter or a whole number as the only key; "" when there is none.
     std::string RowIdColumn(std::string_view table) const;

@@ -39,16 +39,33 @@ sql::SelectCore* PlainCore(sql::Statement& statement) {
     return plain && core.from[0]->kind == sql::TableKind::Named ? &core : nullptr;
 }
 
-/// The names of the columns that the items list, stars expanded; nothing when an item is no column or comes twice.
+/// The names of the stored columns, which a star stands for.
+std::vector<std::string> StoredColumns(const sql::CatalogTable& table) {
+    std::vector<std::string> names;
+    for (const sql::CatalogColumn& column : table.columns) {
+        if (!column.computed) names.push_back(column.name);
+    }
+    return names;
+}
+
+bool IsComputed(const sql::CatalogTable& table, std::string_view name) {
+    return std::any_of(table.columns.begin(), table.columns.end(), [&](const sql::CatalogColumn& column) {
+        return column.computed && sql::SameName(column.name, name);
+    });
+}
+
+/// The names of the columns that the items list, stars expanded; nothing when an item is no stored column or comes
+/// twice.
 std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& core, const sql::CatalogTable& table) {
     std::vector<std::string> names;
     for (const sql::SelectItem& item : core.items) {
         if (const auto* column = sql::If<sql::Column>(item.expression.get())) {
             // A column renamed would be found under one name and written under another.
             if (!item.alias.empty() && !sql::SameName(item.alias, column->name)) return std::nullopt;
+            if (IsComputed(table, column->name)) return std::nullopt;
             names.push_back(column->name);
         } else if (sql::If<sql::Star>(item.expression.get())) {
-            for (const sql::CatalogColumn& listed : table.columns) names.push_back(listed.name);
+            for (std::string& listed : StoredColumns(table)) names.push_back(std::move(listed));
         } else {
             return std::nullopt;
         }
@@ -70,8 +87,8 @@ std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, 
             all.push_back(std::move(item));
             continue;
         }
-        for (const sql::CatalogColumn& column : table.columns) {
-            all.push_back(ColumnItem(star->table, column.name, star->offset));
+        for (std::string& column : StoredColumns(table)) {
+            all.push_back(ColumnItem(star->table, std::move(column), star->offset));
         }
     }
     all.push_back(ColumnItem("", std::string(RowIdName(table))));
@@ -85,9 +102,8 @@ TableSource SourceOfTable(std::string_view name, const sql::Catalog& catalog) {
     if (!table) {
         throw sql::SqlError(sql::ErrorKind::UnknownTable, "There is no table '" + std::string(name) + "'", 0);
     }
-    TableSource source{table->name, {}, true, nullptr};
+    TableSource source{table->name, StoredColumns(*table), true, nullptr};
     auto core = std::make_unique<sql::SelectCore>();
-    for (const sql::CatalogColumn& column : table->columns) source.columns.push_back(column.name);
     core->items.push_back({std::make_unique<sql::Star>(""), ""});
     core->items = ItemsWithRowId(std::move(core->items), *table);
     core->from.push_back(std::make_unique<sql::NamedTable>(table->name, ""));
@@ -113,7 +129,7 @@ std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const sq
 
 RowIdCatalog::RowIdCatalog(const sql::Catalog& catalog, std::string_view table) : catalog_(catalog) {
     if (const sql::CatalogTable* found = catalog.Find(table)) table_ = *found;
-    table_.columns.push_back({std::string(RowIdName(table_)), sql::Type::Unknown, false});
+    table_.columns.push_back({std::string(RowIdName(table_)), sql::Type::Unknown, false, false});
 }
 
 const sql::CatalogTable* RowIdCatalog::Find(std::string_view table) const {

@@ -20,7 +20,7 @@ constexpr const char* kNoAggregate = "cannot have an aggregate function in the s
 std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const InsertStatement& statement) {
     std::vector<const CatalogColumn*> columns;
     for (std::size_t i = 0; i < statement.columns.size(); ++i) {
-        const CatalogColumn& column = RequireColumn(table, statement.columns[i], statement.columnOffsets[i]);
+        const CatalogColumn& column = RequireStoredColumn(table, statement.columns[i], statement.columnOffsets[i]);
         for (const auto* other : columns)
             if (other == &column)
                 throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' is given twice",
@@ -28,7 +28,8 @@ std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const
         columns.push_back(&column);
     }
     if (statement.columns.empty())
-        for (const auto& column : table.columns) columns.push_back(&column);
+        for (const auto& column : table.columns)
+            if (!column.computed) columns.push_back(&column);
     return columns;
 }
 
@@ -76,8 +77,7 @@ std::string Target(const CatalogTable& table, const std::string& written, const 
     const std::string quoted = QuoteForSqlite(alias.empty() ? table.name : alias);
     Source source;
     source.name = alias.empty() ? written : alias;
-    for (const auto& column : table.columns)
-        source.columns.push_back({column.name, quoted + "." + QuoteForSqlite(column.name), column.type, true});
+    source.columns = ColumnsOf(table, quoted);
     scope.Add(std::move(source), offset);
     return alias.empty() ? quoted : QuoteForSqlite(table.name) + " AS " + quoted;
 }
@@ -108,7 +108,7 @@ std::string TranslateUpdate(Session& session, const UpdateStatement& statement) 
     std::string separator = " SET ";
     for (const auto& assignment : statement.assignments) {
         scope.Resolve(Column(assignment.table, assignment.column, assignment.offset));
-        const CatalogColumn& column = RequireColumn(table, assignment.column, assignment.offset);
+        const CatalogColumn& column = RequireStoredColumn(table, assignment.column, assignment.offset);
         Term value = TranslateExpression(*assignment.value, {session, scope, kNoAggregate});
         value = StoredTerm(session, std::move(value), column.type);
         text.append(separator).append(QuoteForSqlite(column.name)).append(" = ").append(value.text);

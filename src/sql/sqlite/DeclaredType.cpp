@@ -36,7 +36,7 @@ std::string DeclaredType(const TypeName& type, bool soleKey) {
 }
 
 CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view declaredType, bool autoincrement) {
-    CatalogColumn column{std::string(name), Type::Unknown, autoincrement};
+    CatalogColumn column{std::string(name), Type::Unknown, autoincrement, false};
     const auto word = declaredType.substr(0, declaredType.find('('));
     for (const auto& [text, type] : kDeclared)
         if (SameName(word, text)) column.type = type;

@@ -37,6 +37,30 @@ Keys PrimaryKeyOf(const CreateTableStatement& statement) {
     return keys;
 }
 
+/// A computed column is another name for a stored one of its type.
+void CheckComputed(const ColumnDefinition& column, const std::string& source, Type type, bool stored) {
+    if (!stored)
+        throw SqlError(ErrorKind::Unsupported, "the column '" + source + "' is computed itself", column.offset);
+    if (column.type.type != type)
+        throw SqlError(ErrorKind::TypeMismatch,
+                       "the column '" + column.name + "' is not of the type of the column '" + source + "'",
+                       column.offset);
+}
+
+void CheckComputed(const CreateTableStatement& statement, const Keys& keys) {
+    for (const auto& column : statement.columns) {
+        if (column.source.empty()) continue;
+        if (Contains(keys, column.name))
+            throw SqlError(ErrorKind::Unsupported, "the computed column '" + column.name + "' cannot be a key",
+                           column.offset);
+        const auto source = std::find_if(statement.columns.begin(), statement.columns.end(),
+                                         [&](const auto& other) { return SameName(other.name, column.source); });
+        if (source == statement.columns.end())
+            throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + column.source + "'", column.offset);
+        CheckComputed(column, source->name, source->type.type, source->source.empty());
+    }
+}
+
 void CheckColumns(const CreateTableStatement& statement) {
     Keys seen;
     for (const auto& column : statement.columns) {
@@ -50,7 +74,11 @@ void CheckColumns(const CreateTableStatement& statement) {
                 throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + key + "' in a key", statement.offset);
     };
     check(statement.primaryKey);
-    for (const auto& keys : statement.uniqueKeys) check(keys);
+    CheckComputed(statement, statement.primaryKey);
+    for (const auto& keys : statement.uniqueKeys) {
+        check(keys);
+        CheckComputed(statement, keys);
+    }
 }
 
 bool HoldsRowId(const ColumnDefinition& column, bool soleKey) {
@@ -59,6 +87,7 @@ bool HoldsRowId(const ColumnDefinition& column, bool soleKey) {
 
 std::string ColumnText(Session& session, const ColumnDefinition& column, bool soleKey, bool notNull) {
     std::string text = QuoteForSqlite(column.name) + " " + DeclaredType(column.type, soleKey);
+    if (!column.source.empty()) return text + " AS (" + QuoteForSqlite(column.source) + ")";
     if (notNull && !HoldsRowId(column, soleKey)) text += " NOT NULL";
     if (column.unique && !HoldsRowId(column, soleKey)) text += " UNIQUE";
     if (column.defaultValue) text += " DEFAULT " + DefaultText(session, *column.defaultValue, column.type.type);
@@ -126,6 +155,10 @@ std::string TranslateAddColumn(Session& session, const AddColumnStatement& state
     if (column.primaryKey || column.unique || column.type.counter)
         throw SqlError(ErrorKind::Unsupported, "a key or a COUNTER cannot be added to a table that exists",
                        column.offset);
+    if (!column.source.empty()) {
+        const CatalogColumn& source = RequireColumn(table, column.source, column.offset);
+        CheckComputed(column, source.name, source.type, !source.computed);
+    }
     return "ALTER TABLE " + QuoteForSqlite(table.name) + " ADD COLUMN " +
            ColumnText(session, column, false, column.notNull);
 }

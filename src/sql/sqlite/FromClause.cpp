@@ -44,8 +44,7 @@ private:
         const std::string quoted = QuoteForSqlite(aliased ? named.alias : table.name);
         Source source;
         source.name = aliased ? named.alias : named.name;
-        for (const auto& column : table.columns)
-            source.columns.push_back({column.name, quoted + "." + QuoteForSqlite(column.name), column.type, true});
+        source.columns = ColumnsOf(table, quoted);
         scope_.Add(std::move(source), named.offset);
         texts_[&named] = aliased ? QuoteForSqlite(table.name) + " AS " + quoted : quoted;
     }
@@ -57,8 +56,8 @@ private:
         source.name = derived.alias;
         source.innerNames = std::move(query.tableNames);
         for (std::size_t i = 0; i < query.columns.size(); ++i)
-            source.columns.push_back(
-                {query.columns[i].name, quoted + "." + QuoteForSqlite(query.names[i]), query.columns[i].type, false});
+            source.columns.push_back({query.columns[i].name, quoted + "." + QuoteForSqlite(query.names[i]),
+                                      query.columns[i].type, false, false});
         scope_.Add(std::move(source), derived.offset);
         texts_[&derived] = "(" + query.text + ") AS " + quoted;
     }

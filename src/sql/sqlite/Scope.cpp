@@ -4,6 +4,7 @@
 
 #include "sql/SqlError.h"
 #include "sql/sqlite/Names.h"
+#include "sql/sqlite/SqliteTranslator.h"
 
 namespace kpTables::sql {
 
@@ -60,10 +61,18 @@ const Source& Scope::Find(const std::string& name, std::size_t offset) const {
 }
 
 const SourceColumn* Scope::LookupHere(const Column& column) const {
-    Single single(column);
-    for (const auto& source : sources_)
-        if (column.table.empty() || SameName(source.name, column.table)) single.Offer(ColumnOf(source, column.name));
-    return single.Found();
+    // A table that got a second name for one of its columns must not make the name of another table's column doubtful.
+    const auto only = [&](bool computed) {
+        Single single(column);
+        for (const auto& source : sources_) {
+            if (!column.table.empty() && !SameName(source.name, column.table)) continue;
+            const auto* candidate = ColumnOf(source, column.name);
+            if (candidate && candidate->computed == computed) single.Offer(candidate);
+        }
+        return single.Found();
+    };
+    const auto* stored = only(false);
+    return stored ? stored : only(true);
 }
 
 const SourceColumn* Scope::LookupInside(const Column& column) const {
@@ -101,6 +110,14 @@ const Term* Scope::FindAlias(const Column& column) const {
     for (const auto& [name, term] : aliases_)
         if (SameName(name, column.name)) return &term;
     return nullptr;
+}
+
+std::vector<SourceColumn> ColumnsOf(const CatalogTable& table, const std::string& quoted) {
+    std::vector<SourceColumn> columns;
+    for (const auto& column : table.columns)
+        columns.push_back(
+            {column.name, quoted + "." + QuoteForSqlite(column.name), column.type, true, column.computed});
+    return columns;
 }
 
 Term ColumnTerm(const SourceColumn& column, std::size_t offset) {

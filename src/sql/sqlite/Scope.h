@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "sql/Catalog.h"
 #include "sql/sqlite/Term.h"
 
 namespace kpTables::sql {
@@ -15,7 +16,8 @@ struct SourceColumn {
     std::string name;
     std::string text;  ///< quoted, with its table
     Type type = Type::Unknown;
-    bool stored = false;  ///< of a table, not of a query
+    bool stored = false;    ///< of a table, not of a query
+    bool computed = false;  ///< of a table: a star does not list it, and it gives way to another's stored column
 };
 
 /// A table or a query in FROM.
@@ -58,6 +60,9 @@ private:
     std::vector<Source> sources_;
     std::vector<std::pair<std::string, Term>> aliases_;
 };
+
+/// The columns of a table that stands in a statement under that quoted name.
+std::vector<SourceColumn> ColumnsOf(const CatalogTable& table, const std::string& quoted);
 
 /// The column as a term.
 Term ColumnTerm(const SourceColumn& column, std::size_t offset);

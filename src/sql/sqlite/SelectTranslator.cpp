@@ -115,6 +115,7 @@ void SelectTranslator::AddStar(const Star& star) {
     for (const auto& source : scope_.Sources()) {
         if (!star.table.empty() && !SameName(source.name, star.table)) continue;
         for (const auto& column : source.columns) {
+            if (column.computed) continue;
             items_.push_back({ColumnTerm(column, star.offset), column.name, false});
             itemExpressions_.push_back(nullptr);
         }

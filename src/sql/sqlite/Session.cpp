@@ -52,4 +52,10 @@ const CatalogColumn& RequireColumn(const CatalogTable& table, const std::string&
     throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + name + "' in table '" + table.name + "'", offset);
 }
 
+const CatalogColumn& RequireStoredColumn(const CatalogTable& table, const std::string& name, std::size_t offset) {
+    const CatalogColumn& column = RequireColumn(table, name, offset);
+    if (!column.computed) return column;
+    throw SqlError(ErrorKind::Unsupported, "the column '" + column.name + "' is computed and takes no value", offset);
+}
+
 }  // namespace kpTables::sql

@@ -38,5 +38,7 @@ private:
 const CatalogColumn* FindColumn(const CatalogTable& table, const std::string& name);
 /// The column, or SqlError UnknownColumn.
 const CatalogColumn& RequireColumn(const CatalogTable& table, const std::string& name, std::size_t offset);
+/// The same; SqlError Unsupported for one that takes no value.
+const CatalogColumn& RequireStoredColumn(const CatalogTable& table, const std::string& name, std::size_t offset);
 
 }  // namespace kpTables::sql

@@ -157,6 +157,8 @@ TEST(Golden, Definition) {
          "CREATE TABLE T (a LONG, b LONG, PRIMARY KEY (a, b), UNIQUE (b), UNIQUE (b, a))"},
         {"CREATE TABLE 系统选项 (Item TEXT(50), Discription MEMO DEFAULT 'it''s')",
          "CREATE TABLE 系统选项 (Item TEXT(50), Discription MEMO DEFAULT 'it''s')"},
+        {"Create Table T (a Long,[Order] Long As(a),b Text(5) As ([Order]))",
+         "CREATE TABLE T (a LONG, [Order] LONG AS (a), b TEXT(5) AS ([Order]))"},
         {"Create Index i On T (a,b Desc,c Asc)", "CREATE INDEX i ON T (a, b DESC, c)"},
         {"Create Unique Index [Primary] On T (a)", "CREATE UNIQUE INDEX [Primary] ON T (a)"},
         {"Drop Table T", "DROP TABLE T"},

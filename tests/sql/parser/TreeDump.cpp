@@ -139,7 +139,8 @@ std::string DumpUpdate(const UpdateStatement& s) {
 
 std::string DumpDefinition(const ColumnDefinition& column) {
     return Node("define") + Quoted(column.name) + TypeText(column.type) + (column.notNull ? " notnull" : "") +
-           (column.primaryKey ? " primary" : "") + (column.unique ? " unique" : "") + Maybe(column.defaultValue) + ")";
+           (column.primaryKey ? " primary" : "") + (column.unique ? " unique" : "") +
+           (column.source.empty() ? "" : " as" + Quoted(column.source)) + Maybe(column.defaultValue) + ")";
 }
 
 std::string DumpCreateTable(const CreateTableStatement& s) {

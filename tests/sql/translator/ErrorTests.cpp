@@ -127,6 +127,23 @@ TEST(Errors, Definitions) {
         {"Create Table N (a CURRENCY Default 0.00001)", ErrorKind::TypeMismatch, "default"},
         {"Alter Table T Add Column l LONG", ErrorKind::Syntax, "exists already"},
         {"Alter Table T Add Column k COUNTER", ErrorKind::Unsupported, "COUNTER"},
+        {"Create Table N (a LONG, b LONG As (c))", ErrorKind::UnknownColumn, "'c'"},
+        {"Create Table N (a LONG, b TEXT(5) As (a))", ErrorKind::TypeMismatch, "'b' is not of the type"},
+        {"Create Table N (a LONG, b LONG As (a), c LONG As (b))", ErrorKind::Unsupported, "'b' is computed itself"},
+        {"Create Table N (a LONG, b LONG As (a), Primary Key (b))", ErrorKind::Unsupported, "'b' cannot be a key"},
+        {"Create Table N (a LONG, b LONG As (a), Unique (a,b))", ErrorKind::Unsupported, "'b' cannot be a key"},
+        {"Alter Table T Add Column k LONG As (c)", ErrorKind::TypeMismatch, "'k' is not of the type"},
+        {"Alter Table P Add Column k LONG As (pj2)", ErrorKind::Unsupported, "'pj2' is computed itself"},
+    });
+}
+
+TEST(Errors, ComputedColumns) {
+    CheckErrors({
+        {"Insert Into P (id,PJ2) Values (1,2)", ErrorKind::Unsupported, "'pj2' is computed", "PJ2"},
+        {"Insert Into P Values (1,2,'a',3)", ErrorKind::Syntax, "4 values for 3 columns"},
+        {"Update P Set pj2=1", ErrorKind::Unsupported, "'pj2' is computed", "pj2"},
+        {"Update P As a Set a.pj2=1", ErrorKind::Unsupported, "'pj2' is computed", "a.pj2"},
+        {"Select pj2 From P, P As a", ErrorKind::Syntax, "more than one table", "pj2"},
     });
 }
 
