@@ -311,6 +311,7 @@ CREATE TABLE 操作员 (
     资产折旧 YESNO DEFAULT 0,
     系统设置 YESNO DEFAULT 0
 );
+CREATE INDEX 姓名 ON 操作员 (姓名);
 CREATE TABLE Log (
     logID COUNTER PRIMARY KEY,
     Operator TEXT(50),

@@ -1,0 +1,138 @@
+// Rows that are looked for by a text are searched for in an index, however large the book is.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "TestBook.h"
+#include "engines/sqlite/BookFile.h"
+#include "engines/sqlite/Session.h"
+#include "kpTables/Convert.h"
+#include "sql/Parser.h"
+#include "sql/sqlite/SqliteTranslator.h"
+
+namespace kpTables::sqlite {
+namespace {
+
+using namespace test;
+
+struct Lookup {
+    const char* beforeValue;  ///< of the statement, to the value's opening quote
+    const char* table;
+    const char* index;   ///< as the schema names it; "" for the index of the primary key
+    const char* column;  ///< that the index begins with
+    const char* value;   ///< as row 77 stores it
+    const char* other;   ///< in other letters and with blanks behind it
+    const char* key;
+};
+
+constexpr Lookup kLookups[] = {
+    {"Select * From 商品设置 Where 商品条码='", "商品设置", "商品条码", "商品条码", "B00000000077x", "b00000000077X  ",
+     "pdID"},
+    {"Select * From 商品设置 Where 输入简码='", "商品设置", "输入简码", "输入简码", "SnJm77", "sNjM77 ", "pdID"},
+    {"Select * From 商品设置 Where 商品编号='", "商品设置", "商品编号", "商品编号", "No-77", "nO-77   ", "pdID"},
+    {"Select * From 商品设置 Where 商品名称='", "商品设置", "商品名称", "商品名称", "水泥Pc77", "水泥pC77 ", "pdID"},
+    {"Select * From 系统选项 Where Item='", "系统选项", "", "Item", "Item77", "iTEM77 ", "Discription"},
+    {"Select * From 厂商资料 Where 单位名称＝'", "厂商资料", "单位名称", "单位名称", "Firm77厂", "fIRM77厂 ", "KSID"},
+    {"Select * From 客户资料 Where 单位名称＝'", "客户资料", "单位名称", "单位名称", "Firm77店", "fIRM77店 ", "KSID"},
+    {"Select * From 仓库设置 Where 仓库名称='", "仓库设置", "仓库名称", "仓库名称", "Dept77库", "dEPT77库 ", "dpID"},
+    {"Select * From 操作员 Where姓名='", "操作员", "姓名", "姓名", "Li77", "lI77 ", "ID"},
+    {"Update 操作员 Set 密码='x' Where 姓名='", "操作员", "姓名", "姓名", "Li77", "lI77 ", ""},
+    {"Select * From Log Where Operator='", "Log", "Operator", "Operator", "77", "77 ", "logID"},
+};
+
+/// A book with a hundred thousand products and as many other rows as a large book may have.
+void Fill(const Database& database) {
+    const auto insert = [&](int rows, const std::string& into, const std::string& values) {
+        database.Run("WITH RECURSIVE n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n WHERE i < " +
+                     std::to_string(rows) + ") INSERT INTO " + into + " SELECT " + values + " FROM n");
+    };
+    database.Run("BEGIN");
+    insert(100000, "商品设置 (商品条码, 输入简码, 商品编号, 商品名称)",
+           "printf('B%011dx', i), 'SnJm' || i, 'No-' || i, '水泥Pc' || i");
+    insert(1000, "系统选项 (Item, Discription)", "'Item' || i, i");
+    insert(5000, "厂商资料 (单位名称)", "'Firm' || i || '厂'");
+    insert(5000, "客户资料 (单位名称)", "'Firm' || i || '店'");
+    insert(100, "仓库设置 (仓库名称)", "'Dept' || i || '库'");
+    insert(100, "操作员 (姓名)", "'Li' || i");
+    insert(20000, "Log (Operator)", "i");
+    database.Run("COMMIT");
+}
+
+class LookupPlan : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        directory = std::make_unique<TemporaryDirectory>();
+        SqliteConnection::Create(directory->File("book"));
+        session = std::make_unique<Session>(OpenBookFile(directory->File("book"), {}));
+        Fill(session->GetDatabase());
+    }
+    static void TearDownTestSuite() {
+        session.reset();
+        directory.reset();
+    }
+
+    static std::string PlanOf(std::string_view translated) {
+        PreparedStatement explain = session->GetDatabase().Prepare("EXPLAIN QUERY PLAN " + std::string(translated));
+        constexpr int kDetail = 3;
+        std::string plan;
+        while (explain.Step()) plan.append(plan.empty() ? "" : "; ").append(explain.Text(kDetail));
+        return plan;
+    }
+    static std::string PlanOfExecute(const std::string& text) {
+        session->GetCatalog().Refresh();
+        return PlanOf(sql::TranslateForSqlite(*sql::Parse(text), session->GetCatalog()).text);
+    }
+    static std::string IndexOf(const Lookup& lookup) {
+        const std::string table = lookup.table;
+        return *lookup.index ? table + "." + lookup.index : "sqlite_autoindex_" + table + "_1";
+    }
+
+    static std::unique_ptr<TemporaryDirectory> directory;
+    static std::unique_ptr<Session> session;
+};
+
+std::unique_ptr<TemporaryDirectory> LookupPlan::directory;
+std::unique_ptr<Session> LookupPlan::session;
+
+TEST_F(LookupPlan, EveryLookupSearchesItsIndex) {
+    for (const Lookup& lookup : kLookups) {
+        const std::string expected =
+            std::string("SEARCH ") + lookup.table + " USING INDEX " + IndexOf(lookup) + " (" + lookup.column + "=?)";
+        for (const char* value : {lookup.value, lookup.other, "无"}) {
+            const std::string text = std::string(lookup.beforeValue) + value + "'";
+            EXPECT_EQ(PlanOfExecute(text), expected) << text;
+            if (!*lookup.key) continue;
+            const BoundQuery opened = session->PrepareOpen(text, SourceKind::Text);
+            EXPECT_EQ(PlanOf(opened.statement->prepared.Text()), expected) << text;
+        }
+    }
+}
+
+TEST_F(LookupPlan, TheRowIsFoundInAnyLettersAndWithBlanksBehind) {
+    for (const Lookup& lookup : kLookups) {
+        if (!*lookup.key) continue;
+        for (const char* value : {lookup.value, lookup.other}) {
+            const std::string text = std::string(lookup.beforeValue) + value + "'";
+            const RecordsetPtr rows = session->Execute(text);
+            ASSERT_EQ(rows->RecordCount(), 1) << text;
+            EXPECT_EQ(Text(rows->Fields(lookup.key).Value()), "77") << text;
+        }
+        const std::string unknown = std::string(lookup.beforeValue) + lookup.value + "7x'";
+        EXPECT_EQ(session->Execute(unknown)->RecordCount(), 0) << unknown;
+    }
+}
+
+TEST_F(LookupPlan, WithoutTheIndexItWouldBeAScan) {
+    for (const Lookup& lookup : kLookups) {
+        if (!*lookup.index) continue;
+        const std::string text = std::string(lookup.beforeValue) + lookup.value + "'";
+        session->GetTransaction().Begin();
+        session->Execute(std::string("Drop Index ") + lookup.index + " On " + lookup.table);
+        EXPECT_EQ(PlanOfExecute(text), std::string("SCAN ") + lookup.table);
+        session->GetTransaction().Rollback();
+    }
+}
+
+}  // namespace
+}  // namespace kpTables::sqlite
