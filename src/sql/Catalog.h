@@ -13,6 +13,7 @@ struct CatalogColumn {
     std::string name;
     Type type = Type::Unknown;
     bool counter = false;
+    int length = 0;         ///< characters that a text may have; 0 for any number
     bool computed = false;  ///< not stored: it takes no value, and a star does not list it
 };
 

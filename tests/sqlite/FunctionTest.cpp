@@ -57,23 +57,24 @@ TEST_P(FunctionAnswers, AsListed) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Text, FunctionAnswers,
-                         testing::Values(Answered{"kp_left('水泥砂浆',2)", "水泥"}, Answered{"kp_left('ab',9)", "ab"},
-                                         Answered{"kp_left('ab',0)", ""}, Answered{"kp_left(NULL,2)", nullptr},
-                                         Answered{"kp_left(12345,2)", "12"}, Answered{"kp_right('水泥砂浆',2)", "砂浆"},
-                                         Answered{"kp_right('ab',9)", "ab"}, Answered{"kp_mid('abcdef',2,3)", "bcd"},
-                                         Answered{"kp_mid('abcdef',5)", "ef"}, Answered{"kp_mid('abc',9,1)", ""},
-                                         Answered{"kp_mid('水泥砂浆',3,1)", "砂"}, Answered{"kp_char(7,2)||'|'", "7 |"},
-                                         Answered{"kp_char('abc',2)", "ab"}, Answered{"kp_char(2004,4)", "2004"},
-                                         Answered{"kp_space(3)||'|'", "   |"},
-                                         Answered{"kp_join('水泥','砂浆')", "水泥砂浆"},
-                                         Answered{"kp_join(2004,NULL)", "2004"}, Answered{"kp_join(NULL,'b')", "b"},
-                                         Answered{"kp_join('',NULL)", ""}, Answered{"kp_join(NULL,NULL)", nullptr},
-                                         Answered{"kp_string(3,'张三')", "张张张"},
-                                         Answered{"kp_ucase('aé张')", "AÉ张"}, Answered{"kp_lcase('AÉ张')", "aé张"},
-                                         Answered{"kp_asc('A')", "65"},  // its code in code page 936 is 0xD5C5
-                                         Answered{"kp_asc('张')", "-10811"}, Answered{"kp_chr(65)", "A"},
-                                         Answered{"kp_chr(-10811)", "张"}, Answered{"kp_chr(54725)", "张"}));
+INSTANTIATE_TEST_SUITE_P(
+    Text, FunctionAnswers,
+    testing::Values(Answered{"kp_left('水泥砂浆',2)", "水泥"}, Answered{"kp_left('ab',9)", "ab"},
+                    Answered{"kp_left('ab',0)", ""}, Answered{"kp_left(NULL,2)", nullptr},
+                    Answered{"kp_left(12345,2)", "12"}, Answered{"kp_right('水泥砂浆',2)", "砂浆"},
+                    Answered{"kp_right('ab',9)", "ab"}, Answered{"kp_mid('abcdef',2,3)", "bcd"},
+                    Answered{"kp_mid('abcdef',5)", "ef"}, Answered{"kp_mid('abc',9,1)", ""},
+                    Answered{"kp_mid('水泥砂浆',3,1)", "砂"}, Answered{"kp_char(7,2)||'|'", "7 |"},
+                    Answered{"kp_char('abc',2)", "ab"}, Answered{"kp_char(2004,4)", "2004"},
+                    Answered{"kp_space(3)||'|'", "   |"}, Answered{"kp_fit('水泥',2,'名称')", "水泥"},
+                    Answered{"kp_fit('',1,'名称')", ""}, Answered{"kp_fit(NULL,2,'名称')", nullptr},
+                    Answered{"kp_join('水泥','砂浆')", "水泥砂浆"}, Answered{"kp_join(2004,NULL)", "2004"},
+                    Answered{"kp_join(NULL,'b')", "b"}, Answered{"kp_join('',NULL)", ""},
+                    Answered{"kp_join(NULL,NULL)", nullptr}, Answered{"kp_string(3,'张三')", "张张张"},
+                    Answered{"kp_ucase('aé张')", "AÉ张"}, Answered{"kp_lcase('AÉ张')", "aé张"},
+                    Answered{"kp_asc('A')", "65"},  // its code in code page 936 is 0xD5C5
+                    Answered{"kp_asc('张')", "-10811"}, Answered{"kp_chr(65)", "A"}, Answered{"kp_chr(-10811)", "张"},
+                    Answered{"kp_chr(54725)", "张"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Search, FunctionAnswers,
@@ -244,6 +245,8 @@ INSTANTIATE_TEST_SUITE_P(
         Failed{"kp_asc('')", Failure, "Invalid procedure call"},
         Failed{"kp_dateadd('x',1,'2004-03-07')", Failure, "x is no interval"},
         Failed{"kp_dateadd('yyyy',9999,'2004-03-07')", Failure, "Invalid procedure call"},
+        Failed{"kp_fit('水泥沙',2,'名称')", Overflow,
+               "The field '名称' is too small for a text of 3 characters: it takes 2"},
         Failed{"kp_space(2000000000)", Overflow, "Overflow"}, Failed{"kp_exp(1000)", Overflow, "Overflow"}));
 
 }  // namespace

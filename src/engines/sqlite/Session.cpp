@@ -17,6 +17,7 @@
 #include "kpTables/MemoryRecordset.h"
 #include "sql/Parser.h"
 #include "sql/sqlite/Names.h"
+#include "sql/sqlite/Session.h"
 #include "sql/sqlite/SqliteTranslator.h"
 
 namespace kpTables::sqlite {
@@ -50,11 +51,12 @@ bool TakeReprepared(const PreparedStatement& statement) noexcept {
 std::shared_ptr<TableWriter> MakeWriter(const Database& database, const BookCatalog& catalog,
                                         const TableSource& source) {
     const TableInfo info = catalog.Describe(source.table);
+    const sql::CatalogTable& table = *catalog.Find(source.table);
     const std::string rowId = catalog.RowIdColumn(source.table);
     std::vector<TableWriter::Column> columns;
     std::optional<int> rowIdColumn;
     for (const std::string& name : source.columns) {
-        TableWriter::Column column{name, Variant::Null()};
+        TableWriter::Column column{name, Variant::Null(), sql::FindColumn(table, name)->length};
         for (const TableInfo::Column& known : info.columns) {
             if (sql::SameName(known.name, name)) column.defaultValue = known.defaultValue;
         }

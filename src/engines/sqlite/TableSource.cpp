@@ -129,7 +129,9 @@ std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const sq
 
 RowIdCatalog::RowIdCatalog(const sql::Catalog& catalog, std::string_view table) : catalog_(catalog) {
     if (const sql::CatalogTable* found = catalog.Find(table)) table_ = *found;
-    table_.columns.push_back({std::string(RowIdName(table_)), sql::Type::Unknown, false, false});
+    sql::CatalogColumn rowId;
+    rowId.name = RowIdName(table_);
+    table_.columns.push_back(std::move(rowId));
 }
 
 const sql::CatalogTable* RowIdCatalog::Find(std::string_view table) const {

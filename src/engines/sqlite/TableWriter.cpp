@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "TextLength.h"
 #include "kpTables/Error.h"
 #include "sql/sqlite/SqliteTranslator.h"
 
@@ -43,6 +44,7 @@ std::int64_t TableWriter::CountRows() {
 }
 
 std::int64_t TableWriter::Insert(const ColumnSet& set, std::span<const Variant> values) {
+    CheckLengths(set, values);
     PreparedStatement& insert = StatementFor(inserts_, set, &TableWriter::InsertText);
     const ResetAtEnd reset(insert);
     BindAll(insert, values);
@@ -50,6 +52,18 @@ std::int64_t TableWriter::Insert(const ColumnSet& set, std::span<const Variant> 
     const std::int64_t rowId = database_.LastInsertRow();
     if (rowIdColumn_ && !std::in_range<std::int32_t>(rowId)) RefuseCounter(rowId);
     return rowId;
+}
+
+void TableWriter::CheckLengths(const ColumnSet& set, std::span<const Variant> values) const {
+    auto value = values.begin();
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (!set.Has(static_cast<int>(i))) continue;
+        const auto* text = (value++)->If<std::string>();
+        if (!text) continue;
+        if (const auto complaint = LengthComplaint(*text, columns_[i].length, columns_[i].name)) {
+            throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Overflow), *complaint);
+        }
+    }
 }
 
 void TableWriter::RefuseCounter(std::int64_t rowId) {
@@ -62,6 +76,7 @@ void TableWriter::RefuseCounter(std::int64_t rowId) {
 }
 
 void TableWriter::Change(std::int64_t rowId, const ColumnSet& set, std::span<const Variant> values) {
+    CheckLengths(set, values);
     PreparedStatement& update = StatementFor(updates_, set, &TableWriter::UpdateText);
     const ResetAtEnd reset(update);
     const int bound = BindAll(update, values);

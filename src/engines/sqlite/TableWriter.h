@@ -21,6 +21,7 @@ public:
     struct Column {
         std::string name;
         Variant defaultValue;  ///< what the engine stores when none is given; Null when it has none
+        int length = 0;        ///< characters that a text may have; 0 for any number
     };
 
     /// rowIdColumn: which of the columns is SQLite's row id, when one is.
@@ -45,6 +46,8 @@ private:
         PreparedStatement statement;
     };
 
+    /// Error Overflow for a text that is too long for its column.
+    void CheckLengths(const ColumnSet& set, std::span<const Variant> values) const;
     /// Takes a row back whose counter value is out of range.
     [[noreturn]] void RefuseCounter(std::int64_t rowId);
     PreparedStatement& StatementFor(std::vector<Kept>& kept, const ColumnSet& set,

@@ -33,6 +33,16 @@ std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const
     return columns;
 }
 
+// The value as the column stores it; a text must not be longer than it takes.
+Term ColumnValue(Session& session, Term value, const CatalogColumn& column) {
+    value = StoredTerm(session, std::move(value), column.type);
+    if (column.length == 0 || value.type == Type::Null) return value;
+    return FunctionTerm("kp_fit",
+                        {value, ConstantTerm(std::to_string(column.length), Type::Long),
+                         ConstantTerm(QuoteText(column.name), Type::Text)},
+                        Type::Text);
+}
+
 void CheckCount(std::size_t columns, std::size_t values, std::size_t offset) {
     if (columns != values)
         throw SqlError(ErrorKind::Syntax,
@@ -47,7 +57,7 @@ std::string ValuesText(Session& session, const InsertStatement& statement,
     std::string text;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         Term value = TranslateExpression(*statement.values[i], {session, none, kNoAggregate});
-        value = StoredTerm(session, std::move(value), columns[i]->type);
+        value = ColumnValue(session, std::move(value), *columns[i]);
         text.append(text.empty() ? " VALUES (" : ", ").append(value.text);
     }
     return text + ")";
@@ -67,7 +77,7 @@ std::string QueryRows(Session& session, const Query& query, const std::vector<co
     }
     CheckCount(columns.size(), parts.items.size(), offset);
     for (std::size_t i = 0; i < columns.size(); ++i)
-        parts.items[i].term = StoredTerm(session, std::move(parts.items[i].term), columns[i]->type);
+        parts.items[i].term = ColumnValue(session, std::move(parts.items[i].term), *columns[i]);
     return " " + PrintSelect(session, parts, false).text;
 }
 
@@ -110,7 +120,7 @@ std::string TranslateUpdate(Session& session, const UpdateStatement& statement) 
         scope.Resolve(Column(assignment.table, assignment.column, assignment.offset));
         const CatalogColumn& column = RequireStoredColumn(table, assignment.column, assignment.offset);
         Term value = TranslateExpression(*assignment.value, {session, scope, kNoAggregate});
-        value = StoredTerm(session, std::move(value), column.type);
+        value = ColumnValue(session, std::move(value), column);
         text.append(separator).append(QuoteForSqlite(column.name)).append(" = ").append(value.text);
         separator = ", ";
     }

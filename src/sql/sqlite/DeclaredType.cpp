@@ -1,5 +1,8 @@
 #include "sql/sqlite/DeclaredType.h"
 
+#include <algorithm>
+#include <charconv>
+
 #include "sql/sqlite/FunctionList.h"
 #include "sql/sqlite/Names.h"
 
@@ -36,11 +39,17 @@ std::string DeclaredType(const TypeName& type, bool soleKey) {
 }
 
 CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view declaredType, bool autoincrement) {
-    CatalogColumn column{std::string(name), Type::Unknown, autoincrement, false};
+    CatalogColumn column;
+    column.name = name;
+    column.counter = autoincrement;
     const auto word = declaredType.substr(0, declaredType.find('('));
     for (const auto& [text, type] : kDeclared)
         if (SameName(word, text)) column.type = type;
-    if (SameName(word, "TEXT")) column.type = Type::Text;
+    if (SameName(word, "TEXT")) {
+        column.type = Type::Text;
+        const auto length = declaredType.substr(std::min(word.size() + 1, declaredType.size()));
+        std::from_chars(length.data(), length.data() + length.size(), column.length);
+    }
     return column;
 }
 

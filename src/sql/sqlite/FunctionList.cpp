@@ -33,6 +33,7 @@ constexpr EngineFunction kFunctions[] = {
     {"kp_div", 2, 2, kDeterministic, kScalar, "quotient of two doubles; division by zero is an error"},
     {"kp_exp", 1, 1, kDeterministic, kScalar, "e raised to x"},
     {"kp_first", 1, 1, kDeterministic, kAggregate, "value of the first row, Null included"},
+    {"kp_fit", 3, 3, kDeterministic, kScalar, "(text, n, column): the text; more than n characters are an overflow"},
     {"kp_fix", 1, 1, kDeterministic, kScalar, "double cut to a whole number toward 0"},
     {"kp_format_date", 1, 2, kDeterministic, kScalar, "Format of a date; Null gives an empty text"},
     {"kp_format_number", 1, 2, kDeterministic, kScalar, "Format of a number; Null gives an empty text"},

@@ -50,21 +50,24 @@ TEST(Definitions, DeclaredTypesReadBack) {
         bool autoincrement;
         Type type;
         bool counter;
+        int length = 0;
     };
     const Case cases[] = {
         {"INTEGER", true, Type::Long, true},        {"INTEGER", false, Type::Long, false},
         {"SMALLINT", false, Type::Short, false},    {"DOUBLE", false, Type::Double, false},
         {"CURRENCY", false, Type::Currency, false}, {"DATETIME_TEXT", false, Type::Date, false},
-        {"YESNO", false, Type::Boolean, false},     {"TEXT(20)", false, Type::Text, false},
-        {"LONGTEXT", false, Type::Text, false},     {"text(5)", false, Type::Text, false},
-        {"BLOB", false, Type::Unknown, false},      {"", false, Type::Unknown, false},
+        {"YESNO", false, Type::Boolean, false},     {"TEXT(20)", false, Type::Text, false, 20},
+        {"LONGTEXT", false, Type::Text, false},     {"text(5)", false, Type::Text, false, 5},
+        {"TEXT", false, Type::Text, false},         {"BLOB", false, Type::Unknown, false},
+        {"", false, Type::Unknown, false},
     };
-    for (const auto& [declared, autoincrement, type, counter] : cases) {
+    for (const auto& [declared, autoincrement, type, counter, length] : cases) {
         SCOPED_TRACE(declared);
         const auto column = ColumnOfDeclaredType("名", declared, autoincrement);
         EXPECT_EQ(column.name, "名");
         EXPECT_EQ(NameOf(column.type), NameOf(type));
         EXPECT_EQ(column.counter, counter);
+        EXPECT_EQ(column.length, length);
     }
 }
 

@@ -164,6 +164,7 @@ TEST(Functions, EveryCallInATextIsListed) {
         "Select c*c2, at+1, at-at2, CAST(t AS DATETIME), CAST(l AS char(2)), CDATE(y & '-' & m & '-' & n) From T",
         "Select First(t), Last(t) From T Where CDATE(y & '-' & m & '-' & n)<Now()",
         "Select t & t2 From T",
+        "Insert Into Q (pj2) Values ('a')",
     };
     const auto functions = EngineFunctions();
     std::size_t calls = 0;

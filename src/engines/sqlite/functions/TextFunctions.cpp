@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <string>
 
+#include "../TextLength.h"
 #include "Characters.h"
 #include "Function.h"
 #include "kpTables/Error.h"
@@ -68,6 +69,14 @@ void String(const Arguments& a, Answer& answer) {
 void Upper(const Arguments& a, Answer& answer) { answer.Text(UpperCase(a.Text(0))); }
 void Lower(const Arguments& a, Answer& answer) { answer.Text(LowerCase(a.Text(0))); }
 
+void Fit(const Arguments& a, Answer& answer) {
+    const std::string_view text = a.Text(0);
+    if (const auto complaint = LengthComplaint(text, a.Whole(1), a.Text(2))) {
+        throw Error(static_cast<std::int32_t>(ErrorNumber::Overflow), *complaint);
+    }
+    answer.Text(text);
+}
+
 void Join(const Arguments& a, Answer& answer) {
     if (!a.IsNull(0) || !a.IsNull(1)) answer.Text(std::string(a.Text(0)).append(a.Text(1)));
 }
@@ -84,9 +93,9 @@ void Chr(const Arguments& a, Answer& answer) { answer.Text(TextOfAnsiCode(a.Whol
 constexpr bool kNullToo = true;
 
 constexpr ScalarFunction kFunctions[] = {
-    {"kp_asc", Asc},     {"kp_char", Char},     {"kp_chr", Chr},     {"kp_join", Join, kNullToo},
-    {"kp_lcase", Lower}, {"kp_left", Left},     {"kp_mid", Mid},     {"kp_right", Right},
-    {"kp_space", Space}, {"kp_string", String}, {"kp_ucase", Upper},
+    {"kp_asc", Asc},       {"kp_char", Char},   {"kp_chr", Chr}, {"kp_fit", Fit},     {"kp_join", Join, kNullToo},
+    {"kp_lcase", Lower},   {"kp_left", Left},   {"kp_mid", Mid}, {"kp_right", Right}, {"kp_space", Space},
+    {"kp_string", String}, {"kp_ucase", Upper},
 };
 
 }  // namespace
