@@ -5,7 +5,7 @@
 -- Warehouses and the closing state of each.
 CREATE TABLE 仓库设置 (
     dpID COUNTER PRIMARY KEY,
-    仓库名称 TEXT(50),
+    仓库名称 TEXT(255),
     结帐日期 DATETIME,
     结帐标志 YESNO DEFAULT 0
 );
@@ -14,73 +14,73 @@ CREATE INDEX 仓库名称 ON 仓库设置 (仓库名称);
 -- Suppliers and customers with their classes.
 CREATE TABLE 厂商分类 (
     ClassID COUNTER PRIMARY KEY,
-    ClassCode TEXT(20),
-    ClassName TEXT(50)
+    ClassCode TEXT(255),
+    ClassName TEXT(255)
 );
 CREATE TABLE 厂商资料 (
     KSID COUNTER PRIMARY KEY,
-    ClassCode TEXT(20),
-    企业名称 TEXT(100),
-    单位名称 TEXT(100)
+    ClassCode TEXT(255),
+    企业名称 TEXT(255),
+    单位名称 TEXT(255)
 );
 CREATE INDEX 单位名称 ON 厂商资料 (单位名称);
 CREATE TABLE 客户分类 (
     ClassID COUNTER PRIMARY KEY,
-    ClassCode TEXT(20),
-    ClassName TEXT(50)
+    ClassCode TEXT(255),
+    ClassName TEXT(255)
 );
 CREATE TABLE 客户资料 (
     KSID COUNTER PRIMARY KEY,
-    ClassCode TEXT(20),
-    企业名称 TEXT(100),
-    单位名称 TEXT(100)
+    ClassCode TEXT(255),
+    企业名称 TEXT(255),
+    单位名称 TEXT(255)
 );
 CREATE INDEX 单位名称 ON 客户资料 (单位名称);
 
 -- Projects with their classes.
 CREATE TABLE 项目分类 (
     ClassID COUNTER PRIMARY KEY,
-    ClassCode TEXT(20),
-    ClassName TEXT(50)
+    ClassCode TEXT(255),
+    ClassName TEXT(255)
 );
 CREATE TABLE 项目设置 (
     项目ID COUNTER PRIMARY KEY,
-    项目编号 TEXT(50),
-    项目名称 TEXT(100),
-    工程名称 TEXT(100),
-    工程性质 TEXT(50),
-    ClassCode TEXT(20),
+    项目编号 TEXT(255),
+    项目名称 TEXT(255),
+    工程名称 TEXT(255),
+    工程性质 TEXT(255),
+    ClassCode TEXT(255),
     ksID LONG DEFAULT 0
 );
 
 -- Departments and employees.
 CREATE TABLE 部门分类 (
     ClassID COUNTER PRIMARY KEY,
-    ClassCode TEXT(20),
-    ClassName TEXT(50)
+    ClassCode TEXT(255),
+    ClassName TEXT(255)
 );
 CREATE TABLE 雇员资料 (
     雇员ID COUNTER PRIMARY KEY,
-    ClassCode TEXT(20),
-    姓名 TEXT(50)
+    ClassCode TEXT(255),
+    姓名 TEXT(255)
 );
 
 -- Products with their classes.
 CREATE TABLE 商品分类 (
-    ClassCode TEXT(20) PRIMARY KEY,
-    ClassName TEXT(50)
+    ClassCode TEXT(255) PRIMARY KEY,
+    ClassName TEXT(255)
 );
 CREATE TABLE 商品设置 (
     pdID COUNTER PRIMARY KEY,
-    商品名称 TEXT(100),
-    商品编号 TEXT(50),
+    商品名称 TEXT(255),
+    商品编号 TEXT(255),
     KSID LONG DEFAULT 0,
-    ClassCode TEXT(20),
-    规格 TEXT(50),
-    型号 TEXT(50),
-    计量单位 TEXT(20),
-    进位方法 TEXT(20),
-    计价方法 TEXT(20),
+    ClassCode TEXT(255),
+    规格 TEXT(255),
+    型号 TEXT(255),
+    计量单位 TEXT(255),
+    进位方法 TEXT(255),
+    计价方法 TEXT(255),
     默认单价 DOUBLE DEFAULT 0,
     普通税率 DOUBLE DEFAULT 0,
     增值税率 DOUBLE DEFAULT 0,
@@ -90,11 +90,11 @@ CREATE TABLE 商品设置 (
     最低库存 DOUBLE DEFAULT 0,
     最高库存 DOUBLE DEFAULT 0,
     单位数量 DOUBLE DEFAULT 0,
-    商品条码 TEXT(50),
-    输入简码 TEXT(50),
-    生产厂家 TEXT(100),
-    存放地点 TEXT(50),
-    存放位置 TEXT(50),
+    商品条码 TEXT(255),
+    输入简码 TEXT(255),
+    生产厂家 TEXT(255),
+    存放地点 TEXT(255),
+    存放位置 TEXT(255),
     备注 TEXT(255)
 );
 CREATE INDEX 商品条码 ON 商品设置 (商品条码);
@@ -110,17 +110,17 @@ CREATE TABLE 入库目录 (
     年份 SHORT,
     月份 SHORT,
     日子 SHORT,
-    单据类型 TEXT(20),
-    类型 TEXT(20),
-    单据编号 TEXT(50),
-    编号 TEXT(50),
-    BillType TEXT(20),
+    单据类型 TEXT(255),
+    类型 TEXT(255),
+    单据编号 TEXT(255),
+    编号 TEXT(255),
+    BillType TEXT(255),
     dpID LONG,
     ksID LONG DEFAULT 0,
     pjID LONG DEFAULT 0,
-    录入员 TEXT(50),
+    录入员 TEXT(255),
     录入日期 DATETIME,
-    审核员 TEXT(50),
+    审核员 TEXT(255),
     审核日期 DATETIME,
     说明 TEXT(255),
     项目ID LONG AS (pjID)
@@ -140,10 +140,10 @@ CREATE TABLE 入库记录 (
     税额 CURRENCY DEFAULT 0,
     除税单价 CURRENCY DEFAULT 0,
     除税金额 CURRENCY DEFAULT 0,
-    经手人 TEXT(50),
-    交接人 TEXT(50),
-    包装 TEXT(50),
-    货位 TEXT(50),
+    经手人 TEXT(255),
+    交接人 TEXT(255),
+    包装 TEXT(255),
+    货位 TEXT(255),
     期限 DOUBLE DEFAULT 0,
     仓库 LONG DEFAULT 0
 );
@@ -154,17 +154,17 @@ CREATE TABLE 出库目录 (
     年份 SHORT,
     月份 SHORT,
     日子 SHORT,
-    单据类型 TEXT(20),
-    类型 TEXT(20),
-    单据编号 TEXT(50),
-    编号 TEXT(50),
-    BillType TEXT(20),
+    单据类型 TEXT(255),
+    类型 TEXT(255),
+    单据编号 TEXT(255),
+    编号 TEXT(255),
+    BillType TEXT(255),
     dpID LONG,
     ksID LONG DEFAULT 0,
     pjID LONG DEFAULT 0,
-    录入员 TEXT(50),
+    录入员 TEXT(255),
     录入日期 DATETIME,
-    审核员 TEXT(50),
+    审核员 TEXT(255),
     审核日期 DATETIME,
     说明 TEXT(255),
     项目ID LONG AS (pjID)
@@ -184,10 +184,10 @@ CREATE TABLE 出库记录 (
     税额 CURRENCY DEFAULT 0,
     除税单价 CURRENCY DEFAULT 0,
     除税金额 CURRENCY DEFAULT 0,
-    经手人 TEXT(50),
-    交接人 TEXT(50),
-    包装 TEXT(50),
-    货位 TEXT(50),
+    经手人 TEXT(255),
+    交接人 TEXT(255),
+    包装 TEXT(255),
+    货位 TEXT(255),
     期限 DOUBLE DEFAULT 0,
     仓库 LONG DEFAULT 0
 );
@@ -235,7 +235,7 @@ CREATE TABLE 仓库余额表 (
     本期库存单价 DOUBLE DEFAULT 0,
     本期库存数量 DOUBLE DEFAULT 0,
     本期库存金额 CURRENCY DEFAULT 0,
-    备注 TEXT(50)
+    备注 TEXT(255)
 );
 CREATE INDEX 仓库月份 ON 仓库余额表 (dpID, 月份);
 CREATE INDEX 年份月份 ON 仓库余额表 (年份, 月份);
@@ -262,37 +262,37 @@ CREATE INDEX ListID ON 销售汇总记录 (ListID);
 
 -- Payment methods, options and the book's own information.
 CREATE TABLE 收付款方式 (
-    收付款方式 TEXT(50),
-    科目名称 TEXT(50),
-    科目代码 TEXT(20)
+    收付款方式 TEXT(255),
+    科目名称 TEXT(255),
+    科目代码 TEXT(255)
 );
 CREATE TABLE 系统选项 (
-    Item TEXT(50) PRIMARY KEY,
-    Discription TEXT(255)
+    Item TEXT(255) PRIMARY KEY,
+    Discription MEMO
 );
 CREATE TABLE AccInfo (
-    帐簿名称 TEXT(100),
-    单位名称 TEXT(100),
-    财务主管 TEXT(50),
-    法人代表 TEXT(50),
-    帐簿编号 TEXT(50),
+    帐簿名称 TEXT(255),
+    单位名称 TEXT(255),
+    财务主管 TEXT(255),
+    法人代表 TEXT(255),
+    帐簿编号 TEXT(255),
     单位地址 TEXT(255),
-    联系电话 TEXT(50),
-    电子邮件 TEXT(100),
-    网络地址 TEXT(100),
-    工商登记号 TEXT(50),
-    税务登记号 TEXT(50),
-    企业代码 TEXT(50),
-    企业类型 TEXT(50),
-    建帐日期 TEXT(50),
-    当前日期 TEXT(50)
+    联系电话 TEXT(255),
+    电子邮件 TEXT(255),
+    网络地址 TEXT(255),
+    工商登记号 TEXT(255),
+    税务登记号 TEXT(255),
+    企业代码 TEXT(255),
+    企业类型 TEXT(255),
+    建帐日期 TEXT(255),
+    当前日期 TEXT(255)
 );
 
 -- Operators with one flag per right, from position 4 on, and their log.
 CREATE TABLE 操作员 (
     ID COUNTER PRIMARY KEY,
-    姓名 TEXT(50),
-    密码 TEXT(50),
+    姓名 TEXT(255),
+    密码 TEXT(255),
     dpID LONG DEFAULT 0,
     入库处理 YESNO DEFAULT 0,
     出库处理 YESNO DEFAULT 0,
@@ -314,7 +314,7 @@ CREATE TABLE 操作员 (
 CREATE INDEX 姓名 ON 操作员 (姓名);
 CREATE TABLE Log (
     logID COUNTER PRIMARY KEY,
-    Operator TEXT(50),
+    Operator TEXT(255),
     logDate DATETIME,
     内容 TEXT(255)
 );
@@ -323,11 +323,11 @@ CREATE INDEX logDate ON Log (logDate);
 
 -- Saved column layouts of the host's grids and saved report settings.
 CREATE TABLE Header (
-    [Table] TEXT(64),
+    [Table] TEXT(255),
     [Index] LONG,
-    Flag TEXT(64),
-    colkey TEXT(64),
-    Header TEXT(100),
+    Flag TEXT(255),
+    colkey TEXT(255),
+    Header TEXT(255),
     Hidden YESNO DEFAULT 0,
     Width DOUBLE DEFAULT 0
 );
@@ -345,18 +345,18 @@ CREATE TABLE 派遣目录 (
     年份 SHORT,
     月份 SHORT,
     日子 SHORT,
-    单据编号 TEXT(50),
-    录入员 TEXT(50),
+    单据编号 TEXT(255),
+    录入员 TEXT(255),
     录入日期 DATETIME,
-    车牌号 TEXT(20),
-    司机 TEXT(50),
-    跟车人 TEXT(50),
+    车牌号 TEXT(255),
+    司机 TEXT(255),
+    跟车人 TEXT(255),
     货款 CURRENCY DEFAULT 0,
     外用车 YESNO DEFAULT 0,
     违章 YESNO DEFAULT 0,
     部门ID LONG DEFAULT 0,
     说明 TEXT(255),
-    审核员 TEXT(50),
+    审核员 TEXT(255),
     审核日期 DATETIME
 );
 CREATE INDEX 日期 ON 派遣目录 (年份, 月份, 日子);
@@ -365,8 +365,8 @@ CREATE TABLE 派遣记录 (
     pdID LONG,
     厂商ID LONG,
     客户ID LONG,
-    配送单号 TEXT(50),
-    送货地点 TEXT(100),
+    配送单号 TEXT(255),
+    送货地点 TEXT(255),
     数量 DOUBLE DEFAULT 0,
     金额 CURRENCY DEFAULT 0
 );
@@ -374,7 +374,7 @@ CREATE INDEX BillID ON 派遣记录 (BillID);
 CREATE TABLE 工资表 (
     年份 SHORT,
     月份 SHORT,
-    姓名 TEXT(50),
+    姓名 TEXT(255),
     总收入 CURRENCY DEFAULT 0,
     油费 CURRENCY DEFAULT 0,
     外加油费 CURRENCY DEFAULT 0,
@@ -400,7 +400,7 @@ CREATE TABLE 工资表 (
     扣款2 CURRENCY DEFAULT 0,
     扣款3 CURRENCY DEFAULT 0,
     实发工资 CURRENCY DEFAULT 0,
-    Flag TEXT(20),
+    Flag TEXT(255),
     备注 TEXT(255)
 );
 CREATE INDEX 月份 ON 工资表 (月份);
