@@ -36,8 +36,9 @@ RawStatement& RawStatement::Bind(int parameter, double value) {
     return *this;
 }
 
-RawStatement& RawStatement::Bind(int parameter, const char* text) {
-    Check(sqlite3_bind_text(Get(), parameter, text, -1, SQLITE_STATIC), sqlite3_db_handle(Get()));
+RawStatement& RawStatement::Bind(int parameter, std::string_view text) {
+    Check(sqlite3_bind_text(Get(), parameter, text.data(), static_cast<int>(text.size()), SQLITE_STATIC),
+          sqlite3_db_handle(Get()));
     return *this;
 }
 
@@ -55,7 +56,7 @@ void RawStatement::Run() {
 
 RawDatabase::RawDatabase(const std::string& path) {
     sqlite3* database = nullptr;
-    const int code = sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
+    const int code = sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     handle_.reset(database);
     Check(code, database);
     sqlite::RegisterCollation(database);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -18,7 +19,7 @@ public:
     RawStatement& Bind(int parameter, std::int64_t value);
     RawStatement& Bind(int parameter, double value);
     /// The text must outlive the statement's next run.
-    RawStatement& Bind(int parameter, const char* text);
+    RawStatement& Bind(int parameter, std::string_view text);
     /// True when there is a row.
     bool Step();
     /// Runs to the end and makes ready for the next run.
