@@ -54,12 +54,20 @@ void FillMasterData(const RawDatabase& database, const BookSize& size) {
         }
     }
     RawStatement product = database.Prepare(
-        "INSERT INTO 商品设置 (pdID, 商品名称, 商品编号, ClassCode, 规格, 计量单位, 默认单价) VALUES (?, ?, ?, '01', "
-        "?, '个', 12.5)");
+        "INSERT INTO 商品设置 (pdID, 商品名称, 商品编号, ClassCode, 规格, 计量单位, 默认单价, 商品条码, 输入简码, "
+        "KSID) VALUES (?, ?, ?, '01', ?, '个', ?, ?, ?, ?)");
     for (std::int64_t id = 1; id <= size.products; ++id) {
-        const std::string name = "商品" + std::to_string(id);
-        const std::string code = "P" + std::to_string(id);
-        product.Bind(1, id).Bind(2, name.c_str()).Bind(3, code.c_str()).Bind(4, code.c_str()).Run();
+        const NamesOfProduct names = NamesOf(id);
+        product.Bind(1, id).Bind(2, names.name.c_str()).Bind(3, names.code.c_str()).Bind(4, names.code.c_str());
+        product.Bind(5, static_cast<double>(id % 1000) / 8).Bind(6, names.barCode.c_str());
+        product.Bind(7, names.shortCode.c_str()).Bind(8, 1 + id % kPartners).Run();
+    }
+    // With a blank behind each text, as settings are stored.
+    RawStatement option = database.Prepare("INSERT INTO 系统选项 (Item, Discription) VALUES (?, ?)");
+    for (std::int64_t id = 1; id <= kOptions; ++id) {
+        const std::string item = NameOfOption(id) + " ";
+        const std::string value = std::to_string(id * 100) + " ";
+        option.Bind(1, item.c_str()).Bind(2, value.c_str()).Run();
     }
 }
 
@@ -132,6 +140,14 @@ void FillBills(const RawDatabase& database, const BookSize& size, bool inbound) 
 }
 
 }  // namespace
+
+NamesOfProduct NamesOf(std::int64_t product) {
+    constexpr std::int64_t kFirstBarCode = 6'900'000'000'000;
+    const std::string number = std::to_string(product);
+    return {std::to_string(kFirstBarCode + product * 10), "SP" + number, "P" + number, "商品" + number};
+}
+
+std::string NameOfOption(std::int64_t option) { return "单据选项" + std::to_string(option); }
 
 void MakeBook(const std::string& path, const BookSize& size) {
     std::filesystem::remove(path);

@@ -14,6 +14,17 @@ struct BookSize {
 };
 
 constexpr int kBookYear = 2003;
+constexpr std::int64_t kOptions = 40;  ///< settings of a book
+
+/// The texts by which a product can be found.
+struct NamesOfProduct {
+    std::string barCode;
+    std::string shortCode;
+    std::string code;
+    std::string name;
+};
+NamesOfProduct NamesOf(std::int64_t product);
+std::string NameOfOption(std::int64_t option);
 
 /// Makes a new book at path.
 void MakeBook(const std::string& path, const BookSize& size);

@@ -1,12 +1,14 @@
-// kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing]
+// kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing|calls]
 #include <unistd.h>
 
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
+#include "CallBench.h"
 #include "ClosingBench.h"
 #include "ListingBench.h"
 
@@ -14,23 +16,26 @@ namespace {
 
 struct Options {
     kpTables::bench::BookSize size;
+    std::optional<std::int64_t> lines;
     int runs = 5;
     std::filesystem::path folder = std::filesystem::temp_directory_path() / ("kpbench-" + std::to_string(getpid()));
     bool closing = true;
     bool listing = true;
+    bool calls = true;
 };
 
 constexpr const char* kUsage =
-    "usage: kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing]\n"
+    "usage: kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing|calls]\n"
     "Needs about 1.5 GB in DIR (a folder of its own in the temporary directory), which it removes at the end.\n";
 
 Options ReadOptions(int argc, char** argv) {
     Options options;
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
-        if (word == "closing" || word == "listing") {
+        if (word == "closing" || word == "listing" || word == "calls") {
             options.closing = word == "closing";
             options.listing = word == "listing";
+            options.calls = word == "calls";
             continue;
         }
         if (i + 1 == argc) {
@@ -38,7 +43,7 @@ Options ReadOptions(int argc, char** argv) {
         }
         const std::string value = argv[++i];
         if (word == "--lines") {
-            options.size.lines = std::stoll(value);
+            options.lines = std::stoll(value);
         } else if (word == "--products") {
             options.size.products = std::stoll(value);
         } else if (word == "--runs") {
@@ -49,6 +54,7 @@ Options ReadOptions(int argc, char** argv) {
             throw std::invalid_argument(word);
         }
     }
+    options.size.lines = options.lines.value_or(options.size.lines);
     if (options.size.lines < 1 || options.size.products < 1 || options.runs < 1) {
         throw std::invalid_argument("0");
     }
@@ -90,6 +96,13 @@ int main(int argc, char** argv) {
             kpTables::bench::BookSize size = options.size;
             size.depots = 4;
             sound = kpTables::bench::BenchListing(options.folder, size, options.runs) && sound;
+        }
+        if (options.calls) {
+            constexpr std::int64_t kLines = 200'000;
+            kpTables::bench::BookSize size = options.size;
+            size.lines = options.lines.value_or(kLines);
+            size.depots = 10;
+            sound = kpTables::bench::BenchCalls(options.folder, size, options.runs) && sound;
         }
         return sound ? 0 : 1;
     } catch (const std::exception& error) {

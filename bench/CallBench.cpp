@@ -1,0 +1,211 @@
+#include "CallBench.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Child.h"
+#include "HandLookups.h"
+#include "Report.h"
+#include "kpTables/CTables.h"
+#include "kpTables/Sqlite.h"
+
+namespace kpTables::bench {
+
+namespace {
+
+constexpr std::size_t kCalls = 20'000;
+/// A series of calls that take long ends earlier.
+constexpr double kSeconds = 1;
+
+/// What is asked for, made before the clock runs. One in twenty does not exist.
+struct Arguments {
+    explicit Arguments(const BookSize& size);
+
+    std::int16_t month;
+    std::vector<std::int32_t> depots;
+    std::vector<std::int32_t> products;
+    std::vector<std::string> attributes;
+    std::vector<std::string> names;
+    std::vector<std::string> figures;
+    std::vector<std::string> options;
+};
+
+/// A number from 1 to count, or sometimes one that is not in the book, in an order that no cache profits from.
+std::int64_t Scattered(std::size_t call, std::int64_t count) {
+    constexpr std::size_t kMultiplier = 0x9E3779B97F4A7C15ULL;
+    constexpr int kShift = 33;
+    const auto random = static_cast<std::int64_t>(call * kMultiplier >> kShift);
+    return random / count % 20 == 0 ? count + 1 : 1 + random % count;
+}
+
+Arguments::Arguments(const BookSize& size) : month(static_cast<std::int16_t>(size.months)) {
+    for (std::size_t call = 0; call < kCalls; ++call) {
+        depots.push_back(static_cast<std::int32_t>(Scattered(call + 1, size.depots)));
+        const std::int64_t product = Scattered(call + 1, size.products);
+        products.push_back(static_cast<std::int32_t>(product));
+        attributes.emplace_back(HandLookups::kAttributes[call % HandLookups::kAttributes.size()]);
+        const NamesOfProduct forms = NamesOf(product);
+        names.push_back(call % 4 == 0   ? forms.barCode
+                        : call % 4 == 1 ? forms.shortCode
+                        : call % 4 == 2 ? forms.code
+                                        : forms.name);
+        figures.emplace_back(call % 2 == 0 ? "数量" : "金额");
+        options.push_back(NameOfOption(Scattered(call + 1, kOptions)));
+    }
+}
+
+/// Nanoseconds of a call in a series with other arguments each time or with the first ones every time.
+template <class Side, class Ask>
+double Nanoseconds(Side& side, const Ask& ask, bool varied) {
+    constexpr std::size_t kBetweenLooks = 16;
+    static_assert(kCalls % kBetweenLooks == 0);
+    const Stopwatch watch;
+    std::size_t calls = 0;
+    double seconds = 0;
+    while (calls < kCalls && seconds < kSeconds) {
+        for (const std::size_t end = calls + kBetweenLooks; calls < end; ++calls) {
+            static_cast<void>(ask(side, varied ? calls : 0));
+        }
+        seconds = watch.Seconds();
+    }
+    return seconds / static_cast<double>(calls) * 1e9;
+}
+
+template <class Side, class Ask>
+std::vector<double> Measure(Side& side, const Ask& ask) {
+    Nanoseconds(side, ask, true);  // fills the caches
+    const double varied = Nanoseconds(side, ask, true);
+    return {varied, Nanoseconds(side, ask, false)};
+}
+
+void Open(CTables& tables, const std::string& path) { tables.Cnn(SqliteConnection::Open(path)); }
+
+/// Calls that were answered alike; throws where the answers differ, or where they are all the same and so say nothing.
+template <class Ask>
+double Compare(const std::string& path, const Ask& ask) {
+    CTables tables;
+    Open(tables, path);
+    HandLookups byHand(path);
+    const Variant first(ask(byHand, 0));
+    bool telling = false;
+    std::size_t calls = 0;
+    for (const Stopwatch watch; calls < kCalls && watch.Seconds() < kSeconds; ++calls) {
+        const Variant answer(ask(byHand, calls));
+        if (!answer.Is(Variant(ask(tables, calls)))) {
+            throw std::runtime_error("the answers to call " + std::to_string(calls + 1) + " differ");
+        }
+        telling = telling || !answer.Is(first);
+    }
+    if (!telling) {
+        throw std::runtime_error("all answers are the same");
+    }
+    return static_cast<double>(calls);
+}
+
+struct Runs {
+    std::vector<double> varied;
+    std::vector<double> repeated;
+
+    void Add(const Measured& measured) {
+        varied.push_back(measured.figures.at(0));
+        repeated.push_back(measured.figures.at(1));
+    }
+    std::vector<double> Figures() const {
+        return {Minimum(varied),   Median(varied),   Maximum(varied),
+                Minimum(repeated), Median(repeated), Maximum(repeated)};
+    }
+};
+
+std::vector<std::string> Row(const std::string& name, const std::vector<double>& figures, int decimals) {
+    std::vector<std::string> row = {name};
+    for (const double figure : figures) {
+        row.push_back(Fixed(figure, decimals));
+    }
+    return row;
+}
+
+class Report {
+public:
+    Report(std::string path, int runs) : path_(std::move(path)), runs_(runs) {}
+
+    /// ask is called with a CTables or with HandLookups and with the number of the call.
+    template <class Ask>
+    void Add(const std::string& method, const Ask& ask) {
+        Runs component;
+        Runs hand;
+        for (int run = 0; run < runs_; ++run) {
+            component.Add(InChild([&] {
+                CTables tables;
+                Open(tables, path_);
+                return Measure(tables, ask);
+            }));
+            hand.Add(InChild([&] {
+                HandLookups byHand(path_);
+                return Measure(byHand, ask);
+            }));
+        }
+        std::vector<double> ratios = component.Figures();
+        const std::vector<double> divisors = hand.Figures();
+        std::transform(ratios.begin(), ratios.end(), divisors.begin(), ratios.begin(), std::divides<>());
+        rows_.push_back(Row(method, component.Figures(), 0));
+        rows_.back().push_back(AnsweredAlike(method, ask));
+        rows_.push_back(Row("  by hand", divisors, 0));
+        rows_.push_back(Row("  ratio", ratios, 2));
+    }
+    /// True when all answers agree.
+    bool Print() const {
+        PrintTable(rows_);
+        for (const std::string& complaint : complaints_) {
+            std::printf("  %s\n", complaint.c_str());
+        }
+        return complaints_.empty();
+    }
+
+private:
+    template <class Ask>
+    std::string AnsweredAlike(const std::string& method, const Ask& ask) {
+        try {
+            return Fixed(InChild([&] { return std::vector<double>{Compare(path_, ask)}; }).figures.at(0), 0);
+        } catch (const std::exception& error) {
+            complaints_.push_back(method + ": " + error.what());
+            return "no";
+        }
+    }
+
+    std::string path_;
+    int runs_;
+    std::vector<std::vector<std::string>> rows_ = {
+        {"", "min", "median", "max", "repeated: min", "median", "max", "answers alike"}};
+    std::vector<std::string> complaints_;
+};
+
+}  // namespace
+
+bool BenchCalls(const std::filesystem::path& folder, const BookSize& size, int runs) {
+    const std::string path = (folder / "calls.kpbook").string();
+    InChild([&] {
+        MakeBook(path, size);
+        return std::vector<double>{};
+    });
+    std::printf("\nCalls over a book of %lld products, %d warehouses, %lld lines a direction; %d runs, in ns a call\n",
+                static_cast<long long>(size.products), size.depots, static_cast<long long>(size.lines), runs);
+    const Arguments with(size);
+    Report report(path, runs);
+    report.Add("Get仓库名称", [&](auto& side, std::size_t call) { return side.Get仓库名称(with.depots[call]); });
+    report.Add("Get商品资料", [&](auto& side, std::size_t call) {
+        return side.Get商品资料(with.products[call], with.attributes[call]);
+    });
+    report.Add("Get商品ID", [&](auto& side, std::size_t call) { return side.Get商品ID(with.names[call]); });
+    report.Add("Get本期库存", [&](auto& side, std::size_t call) {
+        return side.Get本期库存(with.depots[call], with.products[call], with.month, with.figures[call]);
+    });
+    report.Add("Get_Option", [&](auto& side, std::size_t call) { return side.Get_Option(with.options[call]); });
+    return report.Print();
+}
+
+}  // namespace kpTables::bench
