@@ -239,7 +239,7 @@ CREATE TABLE 仓库余额表 (
 );
 CREATE INDEX 仓库月份 ON 仓库余额表 (dpID, 月份);
 CREATE INDEX 年份月份 ON 仓库余额表 (年份, 月份);
-CREATE INDEX pdID ON 仓库余额表 (pdID);
+CREATE INDEX pdID ON 仓库余额表 (pdID, dpID, 月份);
 
 -- Stocktaking.
 CREATE TABLE 仓库盘点表 (

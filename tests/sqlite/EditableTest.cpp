@@ -239,6 +239,39 @@ TEST_F(Editable, SeesAnotherProgramsNewColumn) {
     EXPECT_EQ(mine->Open("Select * From T", SourceKind::Text)->FieldCount(), 2);
 }
 
+TEST_F(Editable, ASelectThatIsOpenedAgainSeesAnotherProgramsColumns) {
+    const TemporaryDirectory directory;
+    const auto mine = SqliteConnection::Create(directory.File("book"));
+    mine->Execute("CREATE TABLE T (a LONG, b TEXT(10))");
+    mine->Execute("Insert Into T Values (1, 'x')");
+    const auto open = [&] { return mine->Open("Select * From T", SourceKind::Text); };
+    EXPECT_EQ(RowsOf(*open()), "1|x");
+    const auto other = SqliteConnection::Open(directory.File("book"));
+    other->Execute("ALTER TABLE T ADD COLUMN c CURRENCY");
+    other->Execute("Update T Set c=1.5");
+
+    const RecordsetPtr rows = open();
+    EXPECT_EQ(Text(rows->Fields("b").Value()), "x");
+    EXPECT_EQ(rows->FieldCount(), 3);
+    rows->Fields("c").SetValue(Currency::FromScaled(25000));
+    rows->Update();
+    rows->Close();
+    EXPECT_EQ(RowsOf(*mine, "Select * From T"), "1|x|2.5");
+}
+
+TEST_F(Editable, ASelectIsRefusedWhenAnotherProgramHasTurnedItsColumnsRound) {
+    const TemporaryDirectory directory;
+    const auto mine = SqliteConnection::Create(directory.File("book"));
+    mine->Execute("CREATE TABLE T (a LONG, b TEXT(10))");
+    const auto open = [&] { return mine->Open("Select * From T", SourceKind::Text); };
+    EXPECT_TRUE(open()->Eof());
+    const auto other = SqliteConnection::Open(directory.File("book"));
+    other->Execute("DROP TABLE T");
+    other->Execute("CREATE TABLE T (b TEXT(10), a LONG)");
+    EXPECT_EQ(NumberOf([&] { open()->Eof(); }), Code(DatabaseErrorNumber::Failure));
+    EXPECT_EQ(open()->FieldAt(0).name, "b") << "the next time it is read as it is";
+}
+
 TEST_F(Editable, OtherSourcesAreReadOnly) {
     for (const char* text :
          {"Select Distinct 仓库名称 From 仓库设置", "Select dpID+1 As n From 仓库设置",

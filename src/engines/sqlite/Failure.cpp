@@ -138,6 +138,12 @@ void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement) {
                         refusal.Offset());
 }
 
+void RaiseColumnsChanged(std::string_view statement) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                        "another program has changed the table's columns; open the recordset again",
+                        std::string(statement));
+}
+
 bool Succeeded(int code) noexcept { return code == SQLITE_OK || code == SQLITE_ROW || code == SQLITE_DONE; }
 
 int FunctionFailureCode(int errorNumber) noexcept {

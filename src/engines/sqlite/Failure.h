@@ -16,6 +16,9 @@ namespace kpTables::sqlite {
 /// Raises the front end's refusal of statement as a DatabaseError.
 [[noreturn]] void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement);
 
+/// Raises the error of a recordset that no longer fits its table.
+[[noreturn]] void RaiseColumnsChanged(std::string_view statement);
+
 /// True for OK, ROW and DONE.
 bool Succeeded(int code) noexcept;
 

@@ -48,6 +48,11 @@ bool TakeReprepared(const PreparedStatement& statement) noexcept {
     return sqlite3_stmt_status(statement.Get(), SQLITE_STMTSTATUS_REPREPARE, kForget) > 0;
 }
 
+bool BeginsWith(const std::vector<FieldInfo>& fields, const std::vector<FieldInfo>& beginning) {
+    const auto same = [](const FieldInfo& a, const FieldInfo& b) { return a.name == b.name && a.type == b.type; };
+    return fields.size() >= beginning.size() && std::equal(beginning.begin(), beginning.end(), fields.begin(), same);
+}
+
 std::shared_ptr<TableWriter> MakeWriter(const Database& database, const BookCatalog& catalog,
                                         const TableSource& source) {
     const TableInfo info = catalog.Describe(source.table);
@@ -141,13 +146,15 @@ RecordsetPtr Session::RunTransform(const sql::TransformStatement& statement, std
 }
 
 BoundQuery Session::PrepareOpen(std::string_view source, SourceKind kind) {
-    BoundQuery query{nullptr, std::string(source), {}};
+    BoundQuery query{nullptr, std::string(source), {}, kind};
     try {
-        std::string shape =
-            kind == SourceKind::Table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals);
-        RefreshCatalog();
+        const bool table = kind == SourceKind::Table;
+        std::string shape = table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals);
+        // A table's rows may be added before any is read; whoever opens a text reads it, and ReadEditable looks then.
+        if (table) RefreshCatalog();
         query.statement = cache_.Find(shape, query.literals);
         if (!query.statement) {
+            if (!table) RefreshCatalog();
             query.statement = PrepareSource(source, kind);
             cache_.Add(std::move(shape), query.literals, query.statement);
         }
@@ -174,17 +181,28 @@ CachedStatementPtr Session::PrepareSource(std::string_view source, SourceKind ki
     return statement;
 }
 
-std::unique_ptr<db::RowStore> Session::ReadEditable(const BoundQuery& query) {
+std::unique_ptr<db::RowStore> Session::RowsWithId(const BoundQuery& query) {
+    PreparedStatement& prepared = query.statement->prepared;
+    BindLiterals(prepared, query.statement->translation.parameters, query.literals, query.text);
+    return ReadRowsWithId(prepared, query.statement->fields, query.text);
+}
+
+std::unique_ptr<db::RowStore> Session::ReadEditable(BoundQuery& query) {
     try {
-        PreparedStatement& prepared = query.statement->prepared;
-        BindLiterals(prepared, query.statement->translation.parameters, query.literals, query.text);
-        return ReadRowsWithId(prepared, query.statement->fields, query.text);
+        auto rows = RowsWithId(query);
+        if (!TakeReprepared(query.statement->prepared)) return rows;
+        RefreshCatalog();
+        BoundQuery fresh{PrepareSource(query.text, query.kind), query.text, query.literals, query.kind};
+        const bool sameBegin = fresh.statement->writer && BeginsWith(fresh.statement->fields, query.statement->fields);
+        if (!sameBegin) RaiseColumnsChanged(query.text);
+        query = std::move(fresh);
+        return RowsWithId(query);
     } catch (const sql::SqlError& refusal) {
         RaiseRefusal(refusal, query.text);
     }
 }
 
-std::size_t Session::CountEditable(const BoundQuery& query, const std::vector<std::int64_t>& excluded) {
+std::size_t Session::CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded) {
     const auto rows = ReadEditable(query);
     const int idColumn = rows->Columns() - 1;
     std::vector<std::int64_t> sorted = excluded;

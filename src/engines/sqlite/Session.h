@@ -21,6 +21,7 @@ struct BoundQuery {
     CachedStatementPtr statement;
     std::string text;
     std::vector<sql::LiteralValue> literals;
+    SourceKind kind = SourceKind::Text;
 };
 
 /// An open database with its catalog, its prepared statements and its transaction. Recordsets keep it alive.
@@ -40,10 +41,12 @@ public:
     RecordsetPtr Execute(std::string_view text);
     /// The query behind an editable recordset, with a writer in its statement; without one, its rows cannot be edited.
     BoundQuery PrepareOpen(std::string_view source, SourceKind kind);
-    /// Runs a query that PrepareOpen has answered; the row ids stand behind the fields.
-    std::unique_ptr<db::RowStore> ReadEditable(const BoundQuery& query);
+    /// Runs a query that PrepareOpen has answered; the row ids stand behind the fields. When another program has
+    /// changed the schema in between, the query gets a statement of its new form: more fields, perhaps, but error
+    /// unless they begin as before.
+    std::unique_ptr<db::RowStore> ReadEditable(BoundQuery& query);
     /// How many rows it answers whose row ids are not among excluded.
-    std::size_t CountEditable(const BoundQuery& query, const std::vector<std::int64_t>& excluded);
+    std::size_t CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded);
 
 private:
     RecordsetPtr Run(std::string_view text);
@@ -51,6 +54,7 @@ private:
                               const std::vector<sql::LiteralValue>& literals);
     RecordsetPtr RunQuery(const BoundQuery& query);
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
+    static std::unique_ptr<db::RowStore> RowsWithId(const BoundQuery& query);
     std::unique_ptr<db::RowStore> Rows(CachedStatement& statement, std::string_view text,
                                        const std::vector<sql::LiteralValue>& literals);
 

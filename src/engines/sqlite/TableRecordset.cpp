@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Failure.h"
 #include "kpTables/Error.h"
 #include "kpTables/db/RowStore.h"
 
@@ -59,6 +60,12 @@ struct TableRecordset::State {
 
 void TableRecordset::State::Fetch() {
     auto all = session.ReadEditable(query);
+    const auto found = static_cast<int>(query.statement->fields.size());
+    if (found != columns) {
+        if (!added.empty()) RaiseColumnsChanged(query.text);
+        columns = found;
+        set = ColumnSet(query.statement->fields.size());
+    }
     if (!added.empty()) all = WithAddedBehind(*all);
     rows = std::make_unique<MemoryRecordset>(std::move(all), true);
     fetched = true;
