@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "support/Failure.h"
 #include "support/ScriptedRecordset.h"
 
@@ -137,6 +139,58 @@ TEST(Conditions, IdPieceOnlyAboveZero) {
     EXPECT_EQ(IdPiece(" And dpID=", 0), "");
     EXPECT_EQ(IdPiece(" And dpID=", -1), "");
     EXPECT_EQ(IdPiece(" And dpID=", -2147483647 - 1), "");
+}
+
+TEST(Conditions, TextPieceOnlyForAText) {
+    EXPECT_EQ(TextPiece(" And 类型='", "采购"), " And 类型='采购'");
+    EXPECT_EQ(TextPiece(" And 类型='", " "), " And 类型=' '");
+    EXPECT_EQ(TextPiece(" And 类型='", "O'X"), " And 类型='O'X'");  // nothing is escaped
+    EXPECT_EQ(TextPiece(" And 类型='", ""), "");
+}
+
+TEST(Conditions, SumBounds) {
+    struct Case {
+        Variant min, max;
+        const char* condition;
+    };
+    const Case cases[] = {
+        {0, 0, ""},
+        {{}, {}, ""},
+        {"0", 0.0, ""},
+        {5, 0, "Sum(a)>=5"},
+        {5, {}, "Sum(a)>=5"},
+        {0, 50, "Sum(a)<=50"},
+        {{}, 50, "Sum(a)<=50"},
+        {5, 50, "(Sum(a)>=5 And Sum(a)<=50)"},
+        {50, 5, "(Sum(a)>=50 And Sum(a)<=5)"},
+        {-0.5, Currency::FromScaled(1), "(Sum(a)>=-0.5 And Sum(a)<=0.0001)"},
+        {"5", " 50 ", "(Sum(a)>=5 And Sum(a)<= 50 )"},
+        {Variant::Null(), 50, ""},
+        {5, Variant::Null(), ""},
+        {Variant::Null(), Variant::Null(), ""},
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(SumBounds("Sum(a)", each.min, each.max), each.condition)
+            << Shown(each.min) << " to " << Shown(each.max);
+}
+
+TEST(Conditions, BoundsThatAreNoNumberAreATypeMismatch) {
+    EXPECT_EQ(FailureOf([] { SumBounds("Sum(a)", "abc", 0); }), 13);
+    EXPECT_EQ(FailureOf([] { SumBounds("Sum(a)", 0, ""); }), 13);
+    EXPECT_EQ(FailureOf([] { SumBounds("Sum(a)", Variant::Null(), "abc"); }), 13);
+}
+
+TEST(Conditions, BillDateFollowsTheDialect) {
+    EXPECT_EQ(BillDate(false), "CDATE(年份 & '-' & 月份 & '-' & 日子)");
+    EXPECT_EQ(BillDate(true),
+              "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)");
+}
+
+TEST(Composed, IsNothingAfterAnError) {
+    EXPECT_EQ(Composed([] { return std::string("Select 1"); }), "Select 1");
+    EXPECT_EQ(Composed([] { return std::string(); }), "");
+    EXPECT_EQ(Composed([]() -> std::string { Raise(ErrorNumber::TypeMismatch); }), std::nullopt);
+    EXPECT_EQ(Composed([]() -> std::string { throw std::bad_alloc(); }), std::nullopt);
 }
 
 TEST(Conditions, WhereClauseCutsTheLeadingAnd) {
