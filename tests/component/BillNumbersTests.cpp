@@ -1,0 +1,325 @@
+// Counts of bills and the two halves of a transfer: statements, results and failures.
+#include <gtest/gtest.h>
+
+#include "StatementCase.h"
+#include "support/Failure.h"
+
+namespace kpTables::test {
+namespace {
+
+/// Header rows of which only the count matters.
+std::shared_ptr<ScriptedRecordset> Counted(std::int32_t count) {
+    const auto rows = MakeRows({{"BillID", VarType::Long}}, {});
+    rows->ReportCount(count);
+    return rows;
+}
+
+TEST(BillNum, Statements) {
+    const StatementCase cases[] = {
+        {"warehouse",
+         [](CTables& t) { t.Get_BillNum(3, 7, "", "入库"); },
+         {Executed("Select BillID From 入库目录 Where 月份=7 And dpID=3")}},
+        {"all warehouses",
+         [](CTables& t) { t.Get_BillNum(0, 7, "", "出库"); },
+         {Executed("Select BillID from 出库目录 Where 月份=7")}},
+        {"warehouse and kind",
+         [](CTables& t) { t.Get_BillNum(3, 12, "调拨单", "出库"); },
+         {Executed("Select BillID From 出库目录 Where 月份=12 And dpID=3 And 单据类型='调拨单'")}},
+        {"kind",
+         [](CTables& t) { t.Get_BillNum(0, 1, "入库单", "入库"); },
+         {Executed("Select BillID from 入库目录 Where 月份=1 And 单据类型='入库单'")}},
+        {"a negative warehouse and month",
+         [](CTables& t) { t.Get_BillNum(-1, -32767, "", "成本"); },
+         {Executed("Select BillID From 成本目录 Where 月份=-32767 And dpID=-1")}},
+        {"a blank is a kind, a selector is any text",
+         [](CTables& t) { t.Get_BillNum(0, 0, " ", ""); },
+         {Executed("Select BillID from 目录 Where 月份=0 And 单据类型=' '")}},
+        {"nothing is escaped",
+         [](CTables& t) { t.Get_BillNum(2147483647, 2, "O'X", "入库"); },
+         {Executed("Select BillID From 入库目录 Where 月份=2 And dpID=2147483647 And 单据类型='O'X'")}},
+    };
+    ExpectStatements(cases);
+}
+
+TEST(BillNum, IsTheRecordCount) {
+    for (const std::int32_t count : {0, 1, 32767, -1}) {
+        const auto cnn = std::make_shared<ScriptedConnection>();
+        cnn->Answer(Counted(count));
+        CTables tables;
+        tables.Cnn(cnn);
+        EXPECT_EQ(tables.Get_BillNum(1, 1, "", "入库"), count);
+    }
+}
+
+TEST(BillNum, PassesErrorsOn) {
+    CTables tables;
+    EXPECT_EQ(FailureOf([&] { tables.Get_BillNum(1, 1, "", "入库"); }), 91);
+    const auto cnn = std::make_shared<ScriptedConnection>();
+    cnn->Answer(Counted(32768)).FailAt(2);
+    tables.Cnn(cnn);
+    EXPECT_EQ(FailureOf([&] { tables.Get_BillNum(1, 1, "", "入库"); }), 6);
+    EXPECT_EQ(FailureOf([&] { tables.Get_BillNum(1, 1, "", "入库"); }), kRefused);
+}
+
+TEST(BillCount, Statements) {
+    const StatementCase cases[] = {
+        {"nothing given",
+         [](CTables& t) { t.GetBillCount("入库", "", 0, 0, 0, 0); },
+         {Executed("Select * From 入库目录 Where ((月份>=0 And 日子>=0) And (月份<=12 And 日子<=31))")}},
+        {"a start",
+         [](CTables& t) { t.GetBillCount("出库", "", 2, 15, 0, 0); },
+         {Executed("Select * From 出库目录 Where ((月份>=2 And 日子>=15) And (月份<=12 And 日子<=31))")}},
+        {"an end month is sent as 0",
+         [](CTables& t) { t.GetBillCount("入库", "", 1, 1, 6, 0); },
+         {Executed("Select * From 入库目录 Where ((月份>=1 And 日子>=1) And (月份<=0 And 日子<=31))")}},
+        {"an end day is sent as 0",
+         [](CTables& t) { t.GetBillCount("入库", "", 1, 1, 0, 30); },
+         {Executed("Select * From 入库目录 Where ((月份>=1 And 日子>=1) And (月份<=12 And 日子<=0))")}},
+        {"so are both, and negative ones",
+         [](CTables& t) { t.GetBillCount("入库", "", -1, -2, -6, -30); },
+         {Executed("Select * From 入库目录 Where ((月份>=-1 And 日子>=-2) And (月份<=0 And 日子<=0))")}},
+        {"the defaults named",
+         [](CTables& t) { t.GetBillCount("入库", "", 1, 1, 12, 31); },
+         {Executed("Select * From 入库目录 Where ((月份>=1 And 日子>=1) And (月份<=0 And 日子<=0))")}},
+        {"a kind",
+         [](CTables& t) { t.GetBillCount("出库", "销售", 1, 1, 0, 0); },
+         {Executed(
+             "Select * From 出库目录 Where ((月份>=1 And 日子>=1) And (月份<=12 And 日子<=31 And 类型='销售'))")}},
+        {"a kind with blanks around goes untrimmed",
+         [](CTables& t) { t.GetBillCount("出库", " 销售  ", 0, 0, 3, 0); },
+         {Executed(
+             "Select * From 出库目录 Where ((月份>=0 And 日子>=0) And (月份<=0 And 日子<=31 And 类型=' 销售  '))")}},
+        {"a kind of blanks is none",
+         [](CTables& t) { t.GetBillCount("成本", "   ", 0, 0, 0, 0); },
+         {Executed("Select * From 成本目录 Where ((月份>=0 And 日子>=0) And (月份<=12 And 日子<=31))")}},
+    };
+    ExpectStatements(cases);
+}
+
+TEST(BillCount, Text) {
+    struct Case {
+        std::int32_t count;
+        const char* text;
+    };
+    const Case cases[] = {{0, "(无)"},         {1, "1 张"},         {9, "9 张"},
+                          {12345, "12345 张"}, {32768, "32768 张"}, {1234567, "1234567 张"},
+                          {-1, "-1 张"}};
+    for (const Case& each : cases) {
+        const auto cnn = std::make_shared<ScriptedConnection>();
+        cnn->Answer(Counted(each.count));
+        CTables tables;
+        tables.Cnn(cnn);
+        EXPECT_EQ(tables.GetBillCount("入库", "", 0, 0, 0, 0), each.text);
+    }
+}
+
+TEST(BillCount, LeavesItsArguments) {
+    CTables tables;
+    tables.Cnn(std::make_shared<ScriptedConnection>());
+    std::string kind = "销售 ";
+    std::int16_t beginMonth = 1, startDay = 2, endMonth = 3, endDay = 4;
+    tables.GetBillCount("入库", kind, beginMonth, startDay, endMonth, endDay);
+    EXPECT_EQ(kind, "销售 ");
+    EXPECT_EQ(beginMonth, 1);
+    EXPECT_EQ(startDay, 2);
+    EXPECT_EQ(endMonth, 3);
+    EXPECT_EQ(endDay, 4);
+}
+
+TEST(BillCount, PassesErrorsOn) {
+    CTables tables;
+    EXPECT_EQ(FailureOf([&] { tables.GetBillCount("入库", "", 0, 0, 0, 0); }), 91);
+    const auto cnn = std::make_shared<ScriptedConnection>();
+    cnn->FailAt(1);
+    tables.Cnn(cnn);
+    EXPECT_EQ(FailureOf([&] { tables.GetBillCount("入库", "", 0, 0, 0, 0); }), kRefused);
+}
+
+std::shared_ptr<ScriptedRecordset> Bill(const Variant& month, const Variant& kind, const Variant& number) {
+    return MakeRows({{"月份", VarType::Integer}, {"单据类型", VarType::String}, {"单据编号", VarType::String}},
+                    {{month, kind, number}});
+}
+
+std::shared_ptr<ScriptedRecordset> Bills(const Rows& rows) { return MakeRows({{"BillID", VarType::Long}}, rows); }
+
+const auto kFebruary = std::int16_t{2};
+
+/// A call that looks for a counterpart.
+using Asked = std::function<std::int32_t(CTables&)>;
+
+struct CounterpartCase {
+    const char* name;
+    Asked ask;
+    std::vector<RecordsetPtr> answers;
+    std::int32_t found;
+    std::vector<Sent> sent;
+};
+
+void ExpectCounterparts(std::span<const CounterpartCase> cases) {
+    for (const CounterpartCase& each : cases) {
+        for (const bool isSQL : {false, true}) {
+            SCOPED_TRACE(each.name);
+            const auto cnn = std::make_shared<ScriptedConnection>();
+            for (const auto& rows : each.answers) cnn->Answer(rows);
+            CTables tables;
+            tables.Cnn(cnn);
+            tables.isSQL(isSQL);
+            EXPECT_EQ(each.ask(tables), each.found);
+            EXPECT_EQ(cnn->Statements(), each.sent);
+        }
+    }
+}
+
+RecordsetPtr CountUnknown(const std::shared_ptr<ScriptedRecordset>& rows) {
+    rows->ReportCount(-1);
+    return rows;
+}
+
+TEST(ShiftID, BothDirections) {
+    const Asked outbound = [](CTables& t) { return t.GetShiftID(7, "出库"); };
+    const Asked inbound = [](CTables& t) { return t.GetShiftID(7, "入库"); };
+    const Sent readOut = Opened("Select * From 出库目录 Where billid=7");
+    const Sent readIn = Opened("Select * From 入库目录 Where billid=7");
+    const CounterpartCase cases[] = {
+        {"of an outbound bill",
+         outbound,
+         {Bill(kFebruary, "调拨单", "D-1"), Bills({{31}})},
+         31,
+         {readOut, Opened("Select * From 入库目录 Where 月份=2 And 单据类型='调拨单' And 单据编号='D-1'")}},
+        {"of an inbound bill",
+         inbound,
+         {Bill(kFebruary, "调拨单", "D-1"), Bills({{32}})},
+         32,
+         {readIn, Opened("Select * From 出库目录 Where 月份=2 And 单据类型='调拨单' And 单据编号='D-1'")}},
+        {"the first of two",
+         inbound,
+         {Bill(kFebruary, "调拨单", "D-1"), Bills({{9}, {8}})},
+         9,
+         {readIn, Opened("Select * From 出库目录 Where 月份=2 And 单据类型='调拨单' And 单据编号='D-1'")}},
+        {"none",
+         outbound,
+         {Bill(kFebruary, "调拨单", "D-1"), Bills({})},
+         0,
+         {readOut, Opened("Select * From 入库目录 Where 月份=2 And 单据类型='调拨单' And 单据编号='D-1'")}},
+        {"the counterpart's count unknown",
+         outbound,
+         {Bill(kFebruary, "调拨单", "D-1"), CountUnknown(Bills({{31}}))},
+         0,
+         {readOut, Opened("Select * From 入库目录 Where 月份=2 And 单据类型='调拨单' And 单据编号='D-1'")}},
+        {"no such bill", outbound, {Bills({})}, 0, {readOut}},
+        {"the bill's count unknown", inbound, {CountUnknown(Bill(kFebruary, "调拨单", "D-1"))}, 0, {readIn}},
+        {"a bill of Nulls",
+         inbound,
+         {Bill(Variant::Null(), Variant::Null(), Variant::Null()), Bills({{33}})},
+         33,
+         {readIn, Opened("Select * From 出库目录 Where 月份=0 And 单据类型='' And 单据编号=''")}},
+        {"texts as they stand",
+         inbound,
+         {Bill(kFebruary, " 调拨单 ", "O'X"), Bills({})},
+         0,
+         {readIn, Opened("Select * From 出库目录 Where 月份=2 And 单据类型=' 调拨单 ' And 单据编号='O'X'")}},
+        {"an id as text",
+         [](CTables& t) { return t.GetShiftID("0007", "出库"); },
+         {Bills({})},
+         0,
+         {Opened("Select * From 出库目录 Where billid=0007")}},
+        {"a Null id",
+         [](CTables& t) { return t.GetShiftID(Variant::Null(), "出库"); },
+         {Bills({})},
+         0,
+         {Opened("Select * From 出库目录 Where billid=")}},
+        {"a cost bill", [](CTables& t) { return t.GetShiftID(7, "成本"); }, {}, 0, {}},
+        {"no kind", [](CTables& t) { return t.GetShiftID(7, ""); }, {}, 0, {}},
+        {"a blank behind", [](CTables& t) { return t.GetShiftID(7, "出库 "); }, {}, 0, {}},
+    };
+    ExpectCounterparts(cases);
+}
+
+TEST(ShiftID, AnswersZeroAfterAnyError) {
+    CTables tables;
+    EXPECT_EQ(tables.GetShiftID(7, "出库"), 0);
+    for (const int failing : {1, 2}) {
+        SCOPED_TRACE(failing);
+        const auto cnn = std::make_shared<ScriptedConnection>();
+        cnn->Answer(Bill(kFebruary, "调拨单", "D-1")).Answer(Bills({{31}})).FailAt(failing);
+        tables.Cnn(cnn);
+        EXPECT_EQ(tables.GetShiftID(7, "出库"), 0);
+        EXPECT_EQ(cnn->Statements().size(), static_cast<std::size_t>(failing));
+    }
+    const RecordsetPtr unreadable[] = {
+        Bills({{7}}),  // no month
+        MakeRows({{"月份", VarType::Long}, {"单据类型", VarType::String}, {"单据编号", VarType::String}},
+                 {{32768, "调拨单", "D-1"}}),
+    };
+    for (const auto& rows : unreadable) {
+        const auto cnn = std::make_shared<ScriptedConnection>();
+        cnn->Answer(rows).Answer(Bills({{31}}));
+        tables.Cnn(cnn);
+        EXPECT_EQ(tables.GetShiftID(7, "出库"), 0);
+        EXPECT_EQ(cnn->Statements().size(), 1u);
+    }
+    const auto cnn = std::make_shared<ScriptedConnection>();
+    cnn->Answer(Bill(kFebruary, "调拨单", "D-1")).Answer(Bills({{Variant::Null()}}));
+    tables.Cnn(cnn);
+    EXPECT_EQ(tables.GetShiftID(7, "出库"), 0);
+}
+
+TEST(FromBillID, OutboundHalfOfAnInboundBill) {
+    const Asked seven = [](CTables& t) { return t.Get_FromBillID(7); };
+    const Sent read = Opened("Select * From 入库目录 Where billID=7");
+    const CounterpartCase cases[] = {
+        {"found",
+         seven,
+         {Bill(kFebruary, "调拨单", "D-1"), Bills({{32}})},
+         32,
+         {read, Opened("Select * From 出库目录 Where 月份=2 And 单据类型='调拨单' And 单据编号='D-1'")}},
+        {"the first of two",
+         seven,
+         {Bill(kFebruary, "", Variant::Null()), Bills({{9}, {8}})},
+         9,
+         {read, Opened("Select * From 出库目录 Where 月份=2 And 单据类型='' And 单据编号=''")}},
+        {"none",
+         seven,
+         {Bill(kFebruary, "调拨单", "D-1"), Bills({})},
+         0,
+         {read, Opened("Select * From 出库目录 Where 月份=2 And 单据类型='调拨单' And 单据编号='D-1'")}},
+        {"no such bill", seven, {Bills({})}, 0, {read}},
+        {"the bill's count unknown", seven, {CountUnknown(Bill(kFebruary, "调拨单", "D-1"))}, 0, {read}},
+        {"the counterpart's count unknown",
+         seven,
+         {Bill(kFebruary, "调拨单", "D-1"), CountUnknown(Bills({{32}}))},
+         0,
+         {read, Opened("Select * From 出库目录 Where 月份=2 And 单据类型='调拨单' And 单据编号='D-1'")}},
+        {"an id as text",
+         [](CTables& t) { return t.Get_FromBillID("0007"); },
+         {Bills({})},
+         0,
+         {Opened("Select * From 入库目录 Where billID=0007")}},
+    };
+    ExpectCounterparts(cases);
+}
+
+TEST(FromBillID, PassesErrorsOn) {
+    CTables tables;
+    EXPECT_EQ(FailureOf([&] { tables.Get_FromBillID(7); }), 91);
+    for (const int failing : {1, 2}) {
+        SCOPED_TRACE(failing);
+        const auto cnn = std::make_shared<ScriptedConnection>();
+        cnn->Answer(Bill(kFebruary, "调拨单", "D-1")).Answer(Bills({{31}})).FailAt(failing);
+        tables.Cnn(cnn);
+        EXPECT_EQ(FailureOf([&] { tables.Get_FromBillID(7); }), kRefused);
+        EXPECT_EQ(cnn->Statements().size(), static_cast<std::size_t>(failing));
+    }
+}
+
+TEST(FromBillID, AMonthThatIsNullIsAnError) {
+    const auto cnn = std::make_shared<ScriptedConnection>();
+    cnn->Answer(Bill(Variant::Null(), "调拨单", "D-1")).Answer(Bills({{31}}));
+    CTables tables;
+    tables.Cnn(cnn);
+    EXPECT_EQ(FailureOf([&] { tables.Get_FromBillID(7); }), 94);
+    EXPECT_EQ(cnn->Statements(), std::vector<Sent>{Opened("Select * From 入库目录 Where billID=7")});
+}
+
+}  // namespace
+}  // namespace kpTables::test
