@@ -28,7 +28,7 @@ std::shared_ptr<ScriptedConnection> Answering(const std::vector<RecordsetPtr>& a
     return cnn;
 }
 
-/// Bill dates, given as days of March 2004.
+/// Bill dates, given in ISO form.
 std::shared_ptr<ScriptedRecordset> Days(const std::vector<const char*>& days) {
     Rows rows;
     for (const char* day : days) rows.push_back({*Date::ParseIso(day)});
