@@ -31,6 +31,14 @@ class DayRecordsTest(ReportCase):
                 self.assert_rows(self.result("rs日报记录", 0, 0, day(*when), which), self.COLUMNS, expected)
         self.assertEqual(self.expected("入库", lambda b: b[1:4] == (2003, 2, 10))[0][1], 4)
 
+    def test_a_time_of_day_is_after_the_day_began(self):
+        noon = {"date": "2003-02-12T12:00:00"}
+        self.assertEqual(self.values(self.result("rs日报记录", 0, 0, noon, "出库"), "pdID"), [])
+        # From the noon of the first day on, so without the first, and up to the day itself.
+        expected = self.expected("出库", lambda b: (2003, 2, 1) < b[1:4] <= (2003, 2, 12))
+        self.assertTrue(expected)
+        self.assert_rows(self.result("rs日报记录", 0, 0, noon, "出库", True), self.COLUMNS, expected)
+
     def test_columns(self):
         for dialect in DIALECTS:
             types = self.types(self.result("rs日报记录", 0, 0, day(2003, 2, 12), "出库", isSQL=dialect))
