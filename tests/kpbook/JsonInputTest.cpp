@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "kpTables/Error.h"
+#include "kpTables/MemoryGrid.h"
 #include "kpbook/HostObjects.h"
 
 namespace kpTables::kpbook {
@@ -91,6 +92,49 @@ TEST(JsonInput, ReadsAProgressBar) {
     EXPECT_TRUE(dynamic_cast<ProgressBar*>(object->get()));
 }
 
+std::shared_ptr<MemoryGrid> GridOf(const std::string& json) {
+    const auto value = ReadJsonValue(json);
+    const auto* object = value.If<ObjectPtr>();
+    return object ? std::dynamic_pointer_cast<MemoryGrid>(*object) : nullptr;
+}
+
+TEST(JsonInput, ReadsAGrid) {
+    const auto grid = GridOf(R"({"grid":{"FixedRows":2,"cols":[{"key":"a","title":"甲","hidden":true,"width":1.5},{}],)"
+                             R"("rows":[["x",{"currency":"2.5"}],[7],[null,{"empty":true}],[]]}})");
+    ASSERT_TRUE(grid);
+    EXPECT_EQ(grid->FixedRows(), 2);
+    EXPECT_EQ(grid->Rows(), 6);
+    ASSERT_EQ(grid->Cols(), 2);
+    EXPECT_EQ(grid->ColKey(0), "a");
+    EXPECT_EQ(grid->TextMatrix(0, 0), "甲");
+    EXPECT_EQ(grid->TextMatrix(1, 0), "");
+    EXPECT_TRUE(grid->ColHidden(0));
+    EXPECT_EQ(grid->ColWidth(0), 1.5);
+    EXPECT_EQ(grid->ColKey(1), "");
+    EXPECT_EQ(grid->TextMatrix(0, 1), "");
+    EXPECT_FALSE(grid->ColHidden(1));
+    EXPECT_EQ(grid->ColWidth(1), 0);
+    EXPECT_TRUE(grid->Cell(2, 0).Is("x"));
+    EXPECT_TRUE(grid->Cell(2, 1).Is(Currency::FromScaled(25000)));
+    EXPECT_TRUE(grid->Cell(3, 0).Is(std::int32_t{7}));
+    EXPECT_TRUE(grid->Cell(3, 1).IsEmpty());
+    EXPECT_TRUE(grid->Cell(4, 0).IsNull());
+    EXPECT_TRUE(grid->Cell(4, 1).IsEmpty());
+    EXPECT_TRUE(grid->Cell(5, 0).IsEmpty());
+}
+
+TEST(JsonInput, AGridHasOneHeaderRowUnlessItSaysOtherwise) {
+    const auto plain = GridOf(R"({"grid":{}})");
+    ASSERT_TRUE(plain);
+    EXPECT_EQ(plain->FixedRows(), 1);
+    EXPECT_EQ(plain->Rows(), 1);
+    EXPECT_EQ(plain->Cols(), 0);
+    const auto none = GridOf(R"({"grid":{"rows":[["x"]],"cols":[{"key":"a"}],"FixedRows":0}})");
+    ASSERT_TRUE(none) << "the order of the keys does not count";
+    EXPECT_EQ(none->Rows(), 1);
+    EXPECT_EQ(none->TextMatrix(0, 0), "x");
+}
+
 struct Bad {
     std::string json;
     int number;
@@ -128,6 +172,27 @@ TEST(JsonInput, RefusesWhatIsNoForm) {
         {R"({"row":{"a":{"array":[]}}})", 5, "column \"a\" of a row cannot hold"},
         {R"({"row":{"a":{"missing":true}}})", 5, "cannot hold"},
         {R"({"row":{"a":{"nothing":true}}})", 5, "cannot hold"},
+        {R"({"grid":[]})", 5, "\"grid\" takes an object, not []"},
+        {R"({"grid":{"Rows":[]}})", 5, "unknown key \"Rows\" of a grid"},
+        {R"({"grid":{"FixedRows":-1}})", 5, "\"FixedRows\" takes a number from 0 to 1000, not -1"},
+        {R"({"grid":{"FixedRows":1001}})", 5, "not 1001"},
+        {R"({"grid":{"FixedRows":1.0}})", 5, "\"FixedRows\" takes"},
+        {R"({"grid":{"FixedRows":null}})", 5, "\"FixedRows\" takes"},
+        {R"({"grid":{"cols":{}}})", 5, "\"cols\" takes a list, not {}"},
+        {R"({"grid":{"cols":["a"]}})", 5, "a grid's column takes an object, not \"a\""},
+        {R"({"grid":{"cols":[{"name":"a"}]}})", 5, "unknown key \"name\" of a grid's column"},
+        {R"({"grid":{"cols":[{"key":1}]}})", 5, "\"key\" takes a text, not 1"},
+        {R"({"grid":{"cols":[{"title":null}]}})", 5, "\"title\" takes a text"},
+        {R"({"grid":{"cols":[{"hidden":0}]}})", 5, "\"hidden\" takes true or false, not 0"},
+        {R"({"grid":{"cols":[{"width":"5"}]}})", 5, "\"width\" takes a number, not \"5\""},
+        {R"({"grid":{"rows":5}})", 5, "\"rows\" takes a list, not 5"},
+        {R"({"grid":{"rows":["x"]}})", 5, "a grid's row takes a list, not \"x\""},
+        {R"({"grid":{"cols":[{}],"rows":[["x","y"]]}})", 5, "more cells than there are columns: [\"x\",\"y\"]"},
+        {R"({"grid":{"rows":[["x"]]}})", 5, "more cells than there are columns"},
+        {R"({"grid":{"cols":[{}],"rows":[[{"array":[]}]]}})", 5, "a grid's cell cannot hold {\"array\":[]}"},
+        {R"({"grid":{"cols":[{}],"rows":[[{"missing":true}]]}})", 5, "a grid's cell cannot hold"},
+        {R"({"grid":{"cols":[{}],"rows":[[{"nothing":true}]]}})", 5, "a grid's cell cannot hold"},
+        {R"({"grid":{"cols":[{}],"rows":[[{"color":1}]]}})", 5, "no such value form"},
         {"1e999", 6, ""},
         {"nul", 5, "not JSON at column"},
         {"", 5, "not JSON at column"},

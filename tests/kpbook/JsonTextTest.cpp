@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "kpTables/Error.h"
+#include "kpTables/MemoryGrid.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpbook/HostObjects.h"
 
@@ -65,6 +66,22 @@ TEST(JsonText, ArrayOfTwoDimensionsNests) {
     array->bounds = {{0, 2}, {1, 3}};
     for (std::int32_t i = 1; i <= 6; ++i) array->items.emplace_back(i);
     EXPECT_EQ(Json(array), R"({"array":[[1,2,3],[4,5,6]]})");
+}
+
+TEST(JsonText, GridsInArgumentForm) {
+    EXPECT_EQ(Json(std::make_shared<MemoryGrid>(0)), R"({"grid":{"FixedRows":0,"cols":[],"rows":[]}})");
+
+    const auto grid = std::make_shared<MemoryGrid>(2);
+    grid->AddColumn({"a", "say \"甲\"", true, 1.5});
+    grid->AddColumn({"", "", false, 100});
+    grid->SetTextMatrix(1, 0, "the second header row is not written");
+    grid->AddRow({"x", Currency::FromScaled(25000)});
+    grid->AddRow({std::int32_t{7}});
+    grid->AddRow({Variant::Null(), 25.0});
+    EXPECT_EQ(Json(grid),
+              R"({"grid":{"FixedRows":2,"cols":[{"key":"a","title":"say \"甲\"","hidden":true,"width":1.5},)"
+              R"({"key":"","title":"","hidden":false,"width":100}],)"
+              R"("rows":[["x",{"currency":"2.5"}],[7,""],[null,25.0]]}})");
 }
 
 TEST(JsonText, NumberThatIsNotFiniteOverflows) {
