@@ -3,6 +3,7 @@
 
 #include "BookScript.h"
 #include "StatementCase.h"
+#include "TableScript.h"
 #include "kpTables/MemoryGrid.h"
 #include "support/Failure.h"
 
@@ -25,18 +26,6 @@ std::vector<std::string> Shape(const MemoryGrid& grid) {
         shape.push_back(column.key + "|" + column.title + "|" + Text(column.hidden) + "|" + Text(column.width));
     }
     return shape;
-}
-
-/// Rows of saved layouts; the position's column is the second.
-std::shared_ptr<ScriptedRecordset> Layout(bool isSQL, const Rows& rows = {}) {
-    return MakeRows({{isSQL ? "TableName" : "Table", VarType::String},
-                     {isSQL ? "ColIndex" : "Index", VarType::Long},
-                     {"Flag", VarType::String},
-                     {"colkey", VarType::String},
-                     {"Header", VarType::String},
-                     {"Hidden", VarType::Boolean},
-                     {"Width", VarType::Double}},
-                    rows);
 }
 
 const Columns kThree = {{"A", "a", false, 10}, {"B", "b", true, 20}, {"C", "c", false, 30}};

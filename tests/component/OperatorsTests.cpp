@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
-#include "OperatorScript.h"
 #include "StatementCase.h"
+#include "TableScript.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {

@@ -2,20 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
-#include "OperatorScript.h"
 #include "StatementCase.h"
+#include "TableScript.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
 namespace {
-
-std::shared_ptr<NumberedRecordset> Reports(const Rows& rows = {}) {
-    return std::make_shared<NumberedRecordset>(std::vector<FieldInfo>{{"rpID", VarType::Long},
-                                                                      {"Caption", VarType::String},
-                                                                      {"setting", VarType::String},
-                                                                      {"rptDate", VarType::Date}},
-                                               rows, 7);
-}
 
 TEST(HistoryStatements, BothDialects) {
     const StatementCase cases[] = {

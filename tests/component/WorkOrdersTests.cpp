@@ -3,6 +3,7 @@
 
 #include <array>
 #include <map>
+#include <span>
 
 #include "BookScript.h"
 #include "StatementCase.h"

@@ -1,4 +1,4 @@
-// Rows of the operators on a scripted connection.
+// Tables whose rows are edited one by one: operators, saved reports, column layouts.
 #pragma once
 
 #include <memory>
@@ -35,8 +35,29 @@ private:
     bool saved_ = false;
 };
 
+/// The next operator is number 7; so is the next report.
 inline std::shared_ptr<NumberedRecordset> Operators(const Rows& rows = {}) {
     return std::make_shared<NumberedRecordset>(OperatorColumns(), rows, 7);
+}
+
+inline std::shared_ptr<NumberedRecordset> Reports(const Rows& rows = {}) {
+    return std::make_shared<NumberedRecordset>(std::vector<FieldInfo>{{"rpID", VarType::Long},
+                                                                      {"Caption", VarType::String},
+                                                                      {"setting", VarType::String},
+                                                                      {"rptDate", VarType::Date}},
+                                               rows, 7);
+}
+
+/// Rows of saved column layouts, in the dialect's names.
+inline std::shared_ptr<ScriptedRecordset> Layout(bool isSQL, const Rows& rows = {}) {
+    return MakeRows({{isSQL ? "TableName" : "Table", VarType::String},
+                     {isSQL ? "ColIndex" : "Index", VarType::Long},
+                     {"Flag", VarType::String},
+                     {"colkey", VarType::String},
+                     {"Header", VarType::String},
+                     {"Hidden", VarType::Boolean},
+                     {"Width", VarType::Double}},
+                    rows);
 }
 
 }  // namespace kpTables::test
