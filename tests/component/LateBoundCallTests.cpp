@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "ClosingScript.h"
+#include "TableScript.h"
 #include "kpTables/LateBound.h"
 #include "kpTables/LateBoundMember.h"
+#include "kpTables/MemoryGrid.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
@@ -146,6 +148,7 @@ TEST(LateBoundCall, ErrorsAreNumberedAndNameThePart) {
     const Variant null = Variant::Null(), missing = Variant::Missing(), nothing = nullptr;
     const auto array = std::make_shared<VariantArray>();
     const Variant rows = MakeRows({}, {});
+    const Variant grid = std::make_shared<MemoryGrid>();
     const Case cases[] = {
         {"NoSuchMethod", {}, 438, "NoSuchMethod"},
         {"Get_DateSql", {"", ""}, 438, "Get_DateSql"},
@@ -181,6 +184,17 @@ TEST(LateBoundCall, ErrorsAreNumberedAndNameThePart) {
         {"Close_DepotBalance", {1, 1, false, "", rows}, 13, "rpgBar"},
         {"Close_DepotBalance", {1, 1, false, "", "bar"}, 13, "rpgBar"},
         {"Get单据中文日期", {null}, 13, "rs"},
+        {"Header", {}, 449, "rfg"},
+        {"Header", {missing, "L"}, 449, "rfg"},
+        {"Header", {Variant(), "L"}, 13, "rfg"},
+        {"Header", {rows, "L"}, 13, "rfg"},
+        {"Header", {5, "L"}, 13, "rfg"},
+        {"Header", {grid}, 449, "rTableName"},
+        {"Header", {grid, "L", "F", "x"}, 13, "rSetting"},
+        {"Close_DepotBalance", {1, 1, false, "", grid}, 13, "rpgBar"},
+        {"Update工资表", {2004, 3, null}, 13, "rfg"},
+        {"Update工资表", {32768, 3, grid}, 6, "rYear"},
+        {"rs工资表", {}, 449, "rMonth1"},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(std::string(each.method) + ", " + each.named);
@@ -246,6 +260,28 @@ TEST(LateBoundCall, TakesObjects) {
         EXPECT_TRUE(_CTables::Call(withoutBar.tables, "Close_DepotBalance", others).Is(true));
         EXPECT_EQ(withoutBar.cnn->Log()->back(), "Close");
     }
+}
+
+TEST(LateBoundCall, TakesAGridAndWritesTheFlagBack) {
+    Book book;
+    book.cnn->Answer(nullptr);
+    const auto grid = std::make_shared<MemoryGrid>();
+    Arguments arguments = {grid, 12, Variant(), -1, true};
+    EXPECT_TRUE(_CTables::Call(book.tables, "Header", arguments).Is(false));
+    EXPECT_EQ(book.cnn->Statements().front().text, "Delete From Header Where TableName='12' And Flag='Default'");
+    EXPECT_TRUE(arguments[0].Is(grid));
+    EXPECT_TRUE(arguments[1].Is("12"));
+    EXPECT_TRUE(arguments[2].Is("Default"));
+    EXPECT_TRUE(book.Call("Update工资表", {2004, "3", grid}).Is(true));
+}
+
+TEST(LateBoundCall, WritesANewReportsIdBack) {
+    Book book;
+    book.cnn->Answer(Reports());
+    Arguments arguments = {0, "月报", "x", "2004-3-7"};
+    EXPECT_TRUE(_CTables::Call(book.tables, "History_Update", arguments).Is(-1));
+    EXPECT_TRUE(arguments[0].Is(7));
+    EXPECT_TRUE(arguments[3].Is(Day("2004-03-07")));
 }
 
 TEST(LateBoundCall, MastersAnswerWithTheResultsType) {

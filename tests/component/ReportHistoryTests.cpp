@@ -41,6 +41,7 @@ TEST(HistorySetting, Values) {
     const Case cases[] = {
         {"as stored", {{5, "月报", "a=1;b=2"}}, std::nullopt, "a=1;b=2"},
         {"Null", {{5, "月报", Variant::Null()}}, std::nullopt, ""},
+        {"blanks at both ends", {{5, "月报", "  a b "}}, std::nullopt, "a b"},
         {"no row", {}, std::nullopt, ""},
         {"the first of two", {{5, "甲", "x"}, {5, "乙", "y"}}, std::nullopt, "x"},
         {"a count of 1", {{5, "甲", "x"}}, 1, "x"},

@@ -199,6 +199,27 @@ class ValueTest(KpbookCase):
         self.assertEqual(answer["error"]["number"], 13)
         self.assertEqual(answer["args"], [{"progress": True}])
 
+    def test_a_grid_comes_back_as_the_method_leaves_it(self):
+        given = {"grid": {"cols": [{"key": "a", "title": "甲", "width": 1.5}, {"hidden": True}], "rows": [["x"], [None, 2]]}}
+        answer = self.call("Header", given, "L", "F", True)
+        self.assertEqual(answer["args"][0], {"grid": {
+            "FixedRows": 1, "cols": [{"key": "a", "title": "甲", "hidden": False, "width": 1.5},
+                                     {"key": "", "title": "", "hidden": True, "width": 0}],
+            "rows": [["x", ""], [None, 2]]}})
+        again = self.call("Header", answer["args"][0], "L", "F", True)
+        self.assertEqual(again["args"], answer["args"])
+
+    def test_what_is_no_grid(self):
+        for value in (5, None, "x", {"progress": True}, {"row": {"a": 1}}, {"array": []}):
+            answer = self.call("Header", value, "L")
+            self.assertEqual(answer["error"], {"number": 13, "description": "Type mismatch: rfg"})
+            self.assertEqual(answer["sent"], [])
+        for grid, part in (({"FixedRows": -1}, '"FixedRows" takes a number from 0 to 1000, not -1'),
+                           ({"cols": [{"label": "a"}]}, 'unknown key "label" of a grid\'s column'),
+                           ({"rows": [[1]]}, "a grid's row has more cells than there are columns: [1]")):
+            answer = self.call("Header", {"grid": grid}, "L")
+            self.assertEqual(answer["error"], {"number": 5, "description": f"line 1: {part}"})
+
     def test_arrays(self):
         answer = self.call("CalcPrice", {"array": [1, "a", {"currency": "2"}, {"array": []}]}, 1)
         self.assertEqual(answer["args"], [{"array": [1, "a", {"currency": "2"}, {"array": []}]}, 1])
