@@ -15,10 +15,11 @@ SCOPES = ((0, 0), (1, 0), (3, 0), (0, 7), (1, 999))
 class DailyReportTest(SampleCase):
     def expected(self, family, first, last, warehouse, partner, which):
         """The products of the bills from the first day to the last, both counting."""
-        lines = [line for header, line in self.book.lines(family)
+        bills = {header["BillID"] for header in self.book.tables[family + "目录"]
                  if first <= date_of(header) <= last and warehouse in (0, header["dpID"]) and partner in (0, header["ksID"])
-                 and header["单据类型"] in KINDS.get(which, [header["单据类型"]])
-                 and line["pdID"] in self.book.master["商品"]]
+                 and header["单据类型"] in KINDS.get(which, [header["单据类型"]])}
+        lines = [line for line in self.book.tables[family + "记录"]
+                 if line["BillID"] in bills and line["pdID"] in self.book.master["商品"]]
         rows = []
         for product, own in grouped(lines, lambda line: line["pdID"]).items():
             master = self.book.master["商品"][product]

@@ -85,7 +85,7 @@ def grouped(items, key):
 
 
 def date_of(header):
-    return "{:04}-{:02}-{:02}".format(header["年份"], header["月份"], header["日子"])
+    return f"{header['年份']:04}-{header['月份']:02}-{header['日子']:02}"
 
 
 class Book:
