@@ -12,23 +12,24 @@ namespace kpTables::kpbook {
 
 namespace {
 
-std::int64_t WriteRows(Recordset& recordset, OutputFormat format, Output& output) {
+std::int64_t WriteRows(Recordset& recordset, OutputFormat format, Output& output,
+                       const std::vector<int>& totalled = {}) {
     switch (format) {
         case OutputFormat::Csv:
             return WriteCsv(recordset, output);
         case OutputFormat::Json:
             return WriteJson(recordset, output);
         case OutputFormat::Markdown:
-            return WriteMarkdown(recordset, output);
+            return WriteMarkdown(recordset, output, totalled);
         default:
-            return WriteTable(recordset, output);
+            return WriteTable(recordset, output, totalled);
     }
 }
 
-std::int64_t WriteRows(Recordset& recordset, const GlobalOptions& global) {
+std::int64_t WriteRows(Recordset& recordset, const GlobalOptions& global, const std::vector<int>& totalled = {}) {
     if (global.format == OutputFormat::Xlsx) return WriteXlsx(recordset, global.outputPath);
     Output output(global.outputPath);
-    const auto count = WriteRows(recordset, global.format, output);
+    const auto count = WriteRows(recordset, global.format, output, totalled);
     output.Close();
     return count;
 }
@@ -42,8 +43,8 @@ void WriteLine(const std::string& text, const GlobalOptions& global) {
 
 }  // namespace
 
-void WriteRecordset(Recordset& recordset, const GlobalOptions& global) {
-    const auto count = WriteRows(recordset, global);
+void WriteRecordset(Recordset& recordset, const GlobalOptions& global, const std::vector<int>& totalled) {
+    const auto count = WriteRows(recordset, global, totalled);
     std::fprintf(stderr, count == 1 ? "%lld row\n" : "%lld rows\n", static_cast<long long>(count));
 }
 

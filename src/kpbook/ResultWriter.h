@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-
 #include <vector>
 
 #include "kpTables/Recordset.h"
@@ -11,8 +10,9 @@
 
 namespace kpTables::kpbook {
 
-/// Writes a recordset, read from its current row to Eof, and tells the number of rows on standard error.
-void WriteRecordset(Recordset& recordset, const GlobalOptions& global);
+/// Writes a recordset, read from its current row to Eof, and tells the number of rows on standard error. The totals of
+/// the columns that are totalled stand below a table, and nowhere in the formats that programs read.
+void WriteRecordset(Recordset& recordset, const GlobalOptions& global, const std::vector<int>& totalled = {});
 
 /// Writes several recordsets: with their titles above them, in JSON as one object with a recordset a title, in a
 /// workbook as a sheet a title.

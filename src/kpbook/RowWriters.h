@@ -11,13 +11,18 @@ namespace kpTables::kpbook {
 
 class Output;
 
+// For people to read. A last row has the totals of the columns that are totalled, unless there are no rows.
+
 /// Columns aligned by their width on a terminal, numbers flush right.
-std::int64_t WriteTable(Recordset& recordset, Output& output);
+std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<int>& totalled);
+std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const std::vector<int>& totalled);
+
+// For programs to read.
+
 /// RFC 4180 with LF as the line end.
 std::int64_t WriteCsv(Recordset& recordset, Output& output);
 /// {"columns":[...],"rows":[...]}, one row a line.
 std::int64_t WriteJson(Recordset& recordset, Output& output);
-std::int64_t WriteMarkdown(Recordset& recordset, Output& output);
 /// A recordset under its title.
 struct Section {
     std::string title;

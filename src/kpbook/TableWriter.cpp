@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "kpbook/CellText.h"
+#include "kpbook/ColumnTotal.h"
 #include "kpbook/Output.h"
 #include "kpbook/RowWriters.h"
 #include "kpbook/Utf8.h"
@@ -56,8 +57,9 @@ private:
 
 }  // namespace
 
-std::int64_t WriteTable(Recordset& recordset, Output& output) {
+std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<int>& totalled) {
     auto columns = ColumnsOf(recordset);
+    TotalsRow totals(recordset, totalled);
     const auto cell = [&](std::size_t column) {
         return Printable(CellText(recordset.GetValue(static_cast<int>(column))));
     };
@@ -66,13 +68,27 @@ std::int64_t WriteTable(Recordset& recordset, Output& output) {
         for (std::size_t i = 0; i < columns.size(); ++i) {
             columns[i].width = std::max(columns[i].width, DisplayWidth(cell(i)));
         }
+        totals.Add(recordset);
+    }
+    const auto total = [&](std::size_t column) {
+        return totals.IsShown() ? totals.Cell(static_cast<int>(column)) : std::string();
+    };
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        columns[i].width = std::max(columns[i].width, DisplayWidth(total(i)));
     }
     LineWriter line(columns, output);
     for (const auto& column : columns) line.Cell(column.title);
-    for (const auto& column : columns) line.Cell(std::string(column.width, '-'));
+    const auto rule = [&] {
+        for (const auto& column : columns) line.Cell(std::string(column.width, '-'));
+    };
+    rule();
     if (rows > 0) recordset.MoveFirst();
     for (; !recordset.Eof(); recordset.MoveNext()) {
         for (std::size_t i = 0; i < columns.size(); ++i) line.Cell(cell(i));
+    }
+    if (totals.IsShown()) {
+        rule();
+        for (std::size_t i = 0; i < columns.size(); ++i) line.Cell(total(i));
     }
     return rows;
 }

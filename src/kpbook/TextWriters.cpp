@@ -1,4 +1,5 @@
 #include "kpbook/CellText.h"
+#include "kpbook/ColumnTotal.h"
 #include "kpbook/JsonText.h"
 #include "kpbook/Output.h"
 #include "kpbook/RowWriters.h"
@@ -31,10 +32,11 @@ std::string MarkdownCell(const std::string& text) {
     return escaped;
 }
 
-/// A line for the titles and one for each row, made of what text makes of each.
+/// A line for the titles, one for each row and one for the totals, made of what text makes of each.
 template <class LineOf>
-std::int64_t WriteLines(Recordset& recordset, Output& output, LineOf lineOf) {
+std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<int>& totalled, LineOf lineOf) {
     const int count = recordset.FieldCount();
+    TotalsRow totals(recordset, totalled);
     const auto line = [&](auto textAt) {
         std::string text;
         for (int i = 0; i < count; ++i) text += lineOf(textAt(i), i, i + 1 == count);
@@ -44,7 +46,9 @@ std::int64_t WriteLines(Recordset& recordset, Output& output, LineOf lineOf) {
     std::int64_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
         line([&](int i) { return CellText(recordset.GetValue(i)); });
+        totals.Add(recordset);
     }
+    if (totals.IsShown()) line([&](int i) { return totals.Cell(i); });
     return rows;
 }
 
@@ -53,19 +57,19 @@ std::int64_t WriteLines(Recordset& recordset, Output& output, LineOf lineOf) {
 std::int64_t WriteCsv(Recordset& recordset, Output& output) {
     // An empty field alone on its line would read as no row at all.
     const bool single = recordset.FieldCount() == 1;
-    return WriteLines(recordset, output, [single](const std::string& text, int, bool last) {
+    return WriteLines(recordset, output, {}, [single](const std::string& text, int, bool last) {
         return (single && text.empty() ? "\"\"" : CsvField(text)) + (last ? '\n' : ',');
     });
 }
 
-std::int64_t WriteMarkdown(Recordset& recordset, Output& output) {
+std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const std::vector<int>& totalled) {
     std::string rule = "|";
     for (int i = 0; i < recordset.FieldCount(); ++i) {
         rule += IsNumber(recordset.FieldAt(i).type) ? " ---: |" : " --- |";
     }
     rule += '\n';
     bool isTitle = true;
-    return WriteLines(recordset, output, [&](const std::string& text, int column, bool last) {
+    return WriteLines(recordset, output, totalled, [&](const std::string& text, int column, bool last) {
         std::string cell = (column == 0 ? "| " : " ") + MarkdownCell(text) + " |";
         if (last) {
             cell += '\n';

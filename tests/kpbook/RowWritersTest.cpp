@@ -29,15 +29,17 @@ std::unique_ptr<MemoryRecordset> Filled(const std::vector<FieldInfo>& fields, co
     return recordset;
 }
 
-std::string Written(std::int64_t (*write)(Recordset&, Output&), const std::vector<FieldInfo>& fields,
-                    const Rows& rows) {
+const std::vector<int> kNoTotals;
+
+template <class Write, class... Totalled>
+std::string Written(Write write, const std::vector<FieldInfo>& fields, const Rows& rows, const Totalled&... totalled) {
     char path[] = "/tmp/kpbook-rows-XXXXXX";
     const int descriptor = ::mkstemp(path);
     EXPECT_GE(descriptor, 0);
     ::close(descriptor);
     Output output(path);
     const auto recordset = Filled(fields, rows);
-    EXPECT_EQ(write(*recordset, output), static_cast<std::int64_t>(rows.size()));
+    EXPECT_EQ(write(*recordset, output, totalled...), static_cast<std::int64_t>(rows.size()));
     output.Close();
     std::ostringstream text;
     text << std::ifstream(path).rdbuf();
@@ -51,7 +53,7 @@ const Rows kTwoGoods = {{std::int32_t{7}, "水泥", Currency::FromScaled(125000)
                         {std::int32_t{12}, "Bolt", Variant::Null(), "two\nlines, \"quoted\""}};
 
 TEST(RowWriters, Table) {
-    EXPECT_EQ(Written(WriteTable, kGoods, kTwoGoods),
+    EXPECT_EQ(Written(WriteTable, kGoods, kTwoGoods, kNoTotals),
               "pdID  名称  金额  note\n"
               "----  ----  ----  --------------------\n"
               "   7  水泥  12.5  a|b\n"
@@ -59,20 +61,50 @@ TEST(RowWriters, Table) {
 }
 
 TEST(RowWriters, TableWithoutRows) {
-    EXPECT_EQ(Written(WriteTable, kGoods, {}),
+    EXPECT_EQ(Written(WriteTable, kGoods, {}, kNoTotals),
               "pdID  名称  金额  note\n"
               "----  ----  ----  ----\n");
 }
 
 TEST(RowWriters, TableEndsNoLineInBlanks) {
-    EXPECT_EQ(Written(WriteTable, {{"a", VarType::Long}, {"b", VarType::String}}, {{std::int32_t{1}, Variant::Null()}}),
+    EXPECT_EQ(Written(WriteTable, {{"a", VarType::Long}, {"b", VarType::String}}, {{std::int32_t{1}, Variant::Null()}},
+                      kNoTotals),
               "a  b\n-  -\n1\n");
 }
 
 TEST(RowWriters, TableAlignsCombiningMarks) {
     EXPECT_EQ(Written(WriteTable, {{"name", VarType::String}, {"n", VarType::Long}},
-                      {{"Jose\xCC\x81", std::int32_t{1}}, {"北京", std::int32_t{2}}}),
+                      {{"Jose\xCC\x81", std::int32_t{1}}, {"北京", std::int32_t{2}}}, kNoTotals),
               "name  n\n----  -\nJose\xCC\x81  1\n北京  2\n");
+}
+
+TEST(RowWriters, TableWithTotals) {
+    const Rows rows = {{std::int32_t{7}, "水泥", Currency::FromScaled(999999), 0.1},
+                       {std::int32_t{12}, "Bolt", Variant::Null(), 0.2}};
+    const std::vector<FieldInfo> fields = {
+        {"No", VarType::Long}, {"名称", VarType::String}, {"金额", VarType::Currency}, {"数量", VarType::Double}};
+    EXPECT_EQ(Written(WriteTable, fields, rows, std::vector<int>{2, 3}),
+              "  No  名称     金额  数量\n"
+              "----  ----  -------  ----\n"
+              "   7  水泥  99.9999   0.1\n"
+              "  12  Bolt            0.2\n"
+              "----  ----  -------  ----\n"
+              "合计        99.9999   0.3\n");
+    EXPECT_EQ(Written(WriteTable, fields, {}, std::vector<int>{2, 3}),
+              "No  名称  金额  数量\n"
+              "--  ----  ----  ----\n");
+    EXPECT_EQ(Written(WriteMarkdown, fields, rows, std::vector<int>{2, 3}),
+              "| No | 名称 | 金额 | 数量 |\n"
+              "| ---: | --- | ---: | ---: |\n"
+              "| 7 | 水泥 | 99.9999 | 0.1 |\n"
+              "| 12 | Bolt |  | 0.2 |\n"
+              "| 合计 |  | 99.9999 | 0.3 |\n");
+}
+
+TEST(RowWriters, TotalWiderThanItsColumn) {
+    EXPECT_EQ(Written(WriteTable, {{"名称", VarType::String}, {"n", VarType::Long}},
+                      {{"甲", std::int32_t{9}}, {"乙", std::int32_t{9}}}, std::vector<int>{1}),
+              "名称   n\n----  --\n甲     9\n乙     9\n----  --\n合计  18\n");
 }
 
 TEST(RowWriters, Csv) {
@@ -96,7 +128,7 @@ TEST(RowWriters, Json) {
 }
 
 TEST(RowWriters, Markdown) {
-    EXPECT_EQ(Written(WriteMarkdown, kGoods, kTwoGoods),
+    EXPECT_EQ(Written(WriteMarkdown, kGoods, kTwoGoods, kNoTotals),
               "| pdID | 名称 | 金额 | note |\n"
               "| ---: | --- | ---: | --- |\n"
               "| 7 | 水泥 | 12.5 | a\\|b |\n"
