@@ -1,12 +1,9 @@
 #include "kpbook/CommandLine.h"
 
-#include <CLI/App.hpp>
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
-
 #include "kpbook/ArgumentText.h"
+#include "kpbook/CommandSyntax.h"
 #include "kpbook/Commands.h"
-#include "kpbook/Utf8.h"
+#include "kpbook/ReportSyntax.h"
 
 namespace kpTables::kpbook {
 
@@ -18,6 +15,7 @@ struct Parsed {
     NewOptions create;
     InfoOptions info;
     StockOptions stock;
+    ReportWords report;
     ImportOptions import;
     CallOptions call;
     SqlOptions sql;
@@ -29,47 +27,6 @@ struct Parsed {
     std::string answer;
     std::string closingDate;
 };
-
-constexpr int kLastMonth = 12;
-
-const CLI::Validator kDate(
-    [](std::string& text) {
-        if (Date::ParseIso(text) || Date::Parse(text)) return std::string();
-        return "'" + text + "' is no date";
-    },
-    "");
-
-const CLI::Validator kUtf8(
-    [](std::string& text) { return IsValidUtf8(text) ? std::string() : std::string("not valid UTF-8"); }, "");
-
-std::optional<Date> DateOf(const std::string& text) {
-    if (text.empty()) return std::nullopt;
-    const auto iso = Date::ParseIso(text);
-    return iso ? iso : Date::Parse(text);
-}
-
-/// CLI11 takes "[a,b]" as a list of two words, "-.5" as an option and "++" as the end of a command. A mark in front
-/// keeps such a word as it is until Unmark takes it off.
-constexpr char kMark = '\x01';
-
-bool NeedsMark(std::string_view word) {
-    return (word.starts_with('[') && word.ends_with(']')) || word.starts_with("-.") || word == "++" ||
-           word.starts_with(kMark);
-}
-
-std::vector<std::string> MarkedWords(int count, char** words) {
-    std::vector<std::string> marked;
-    for (int i = count - 1; i > 0; --i) {
-        std::string word = words[i];
-        if (NeedsMark(word)) word.insert(word.begin(), kMark);
-        marked.push_back(std::move(word));
-    }
-    return marked;
-}
-
-void Unmark(std::string& word) {
-    if (word.starts_with(kMark)) word.erase(0, 1);
-}
 
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
@@ -84,17 +41,6 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
         ->check(CLI::IsMember({"yes", "no"}))
         ->type_name("ANSWER");
     app.set_version_flag("--version", std::string("kpbook ") + KPBOOK_VERSION);
-}
-
-void AddBook(CLI::App& command, std::string& book) {
-    command.add_option("BOOK", book, "The book's file")->required()->type_name("");
-}
-
-CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer) {
-    auto* command = app.add_subcommand(name, what);
-    command->fallthrough();
-    command->footer(footer + "\n\nOptions of every command (-O, -o, --trace, --sql, --today, --answer): kpbook --help");
-    return command;
 }
 
 void AddNew(CLI::App& app, Parsed& parsed) {
@@ -223,6 +169,9 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) Unmark(argument);
+    if (app.got_subcommand("report")) {
+        parsed.report.options = ReadReport(*app.get_subcommand("report"), parsed.report);
+    }
     if (!app.got_subcommand("call")) return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
@@ -236,6 +185,7 @@ int Run(const CLI::App& app, const Parsed& parsed) {
     if (app.got_subcommand("new")) return NewBook(parsed.create, global);
     if (app.got_subcommand("info")) return Info(parsed.info, global);
     if (app.got_subcommand("stock")) return Stock(parsed.stock, global);
+    if (app.got_subcommand("report")) return Report(parsed.report.options, global);
     if (app.got_subcommand("import")) return Import(parsed.import, global);
     if (app.got_subcommand("sql")) return Sql(parsed.sql, global);
     if (app.got_subcommand("close")) return Close(parsed.close, global);
@@ -268,6 +218,7 @@ int RunCommandLine(int count, char** words) {
     AddSql(app, parsed);
     AddClose(app, parsed);
     AddStock(app, parsed);
+    AddReport(app, parsed.report);
     AddMethods(app, parsed);
     try {
         app.parse(MarkedWords(count, words));

@@ -19,6 +19,7 @@ public:
 int NewBook(const NewOptions& options, const GlobalOptions& global);
 int Info(const InfoOptions& options, const GlobalOptions& global);
 int Stock(const StockOptions& options, const GlobalOptions& global);
+int Report(const ReportOptions& options, const GlobalOptions& global);
 int Import(const ImportOptions& options, const GlobalOptions& global);
 int Call(const CallOptions& options, const GlobalOptions& global);
 int Batch(const BatchOptions& options, const GlobalOptions& global);

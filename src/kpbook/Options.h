@@ -40,6 +40,40 @@ struct StockOptions {
     bool costUsed = false;
 };
 
+/// What a report is asked for; what was not given is empty, 0 or nothing.
+struct ReportFilters {
+    std::string direction;  ///< 入库, 出库 or 成本
+    std::optional<Date> from;
+    std::optional<Date> to;
+    std::string fromNumber;
+    std::string toNumber;
+    std::optional<std::int32_t> warehouse;
+    std::optional<std::int32_t> partner;
+    std::optional<std::int32_t> project;
+    std::string type;
+    std::string handler;
+    std::string counterpart;
+    std::string packing;
+    std::optional<double> minQuantity;
+    std::optional<double> maxQuantity;
+    std::optional<Currency> minAmount;
+    std::optional<Currency> maxAmount;
+    std::int16_t month = 0;
+    std::int16_t fromMonth = 0;
+    std::int16_t toMonth = 0;
+    std::optional<Date> date;
+    bool before = false;
+    std::string measure;  ///< 金额 or 数量
+};
+
+struct ReportKind;
+
+struct ReportOptions {
+    const ReportKind* kind = nullptr;  ///< null: the list of the reports
+    std::string book;
+    ReportFilters filters;
+};
+
 struct ImportOptions {
     std::string book;
     std::string table;

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
 #include "kpbook/Commands.h"
@@ -58,6 +59,12 @@ Session::Session(const std::string& path, std::shared_ptr<Host> host, const Glob
     }
     tables.Cnn(connection);
     tables.isSQL(global.isSQL);
+}
+
+std::string NameOf(Session& session, const std::string& statement, const std::string& what) {
+    const auto rows = session.connection->Execute(statement);
+    if (rows->Eof()) throw CommandError("the book has no " + what);
+    return Text(rows->GetValue(0));
 }
 
 Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant>& arguments) {

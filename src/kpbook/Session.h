@@ -27,6 +27,9 @@ struct Session {
 /// A book is a file; the address of a server is refused with a CommandError.
 void CheckBookName(const std::string& book);
 
+/// First column of the row that a statement finds; without one a CommandError: the book has no "warehouse 9".
+std::string NameOf(Session& session, const std::string& statement, const std::string& what);
+
 /// Calls a method or a property by name: a property with one argument is set, without one it is read. Error 438 for an
 /// unknown name and for Cnn, which is this program's own.
 Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant>& arguments);

@@ -57,13 +57,6 @@ std::map<std::int32_t, std::string> ProductNames(Session& session) {
     return names;
 }
 
-/// Name of a row that must be there.
-std::string NameOf(Session& session, const std::string& text, const std::string& what) {
-    const auto rows = session.connection->Execute(text);
-    if (rows->Eof()) throw CommandError("the book has no " + what);
-    return Text(rows->GetValue(0));
-}
-
 }  // namespace
 
 int Stock(const StockOptions& options, const GlobalOptions& global) {
