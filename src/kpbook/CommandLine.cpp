@@ -1,5 +1,7 @@
 #include "kpbook/CommandLine.h"
 
+#include <limits>
+
 #include "kpbook/ArgumentText.h"
 #include "kpbook/CommandSyntax.h"
 #include "kpbook/Commands.h"
@@ -16,6 +18,9 @@ struct Parsed {
     InfoOptions info;
     StockOptions stock;
     ReportWords report;
+    OperatorsOptions operators;
+    LogOptions log;
+    PayrollOptions payroll;
     ImportOptions import;
     CallOptions call;
     SqlOptions sql;
@@ -77,6 +82,45 @@ void AddStock(CLI::App& app, Parsed& parsed) {
     command->add_option("--product", parsed.stock.product, "The product's pdID; all with figures without it")
         ->type_name("P");
     command->add_flag("--cost", parsed.stock.costUsed, "Take outbound amounts from the cost bills");
+}
+
+void AddOperators(CLI::App& app, Parsed& parsed) {
+    auto* command =
+        AddCommand(app, "operators", "List the operators",
+                   "Their warehouses and rights, and whether they have a password. A right is named by its "
+                   "column:\n发货单位, 收货单位 and 部件管理 are 资产处理, 卡片打印 and 资产折旧. Nothing in the "
+                   "book changes.\n\nExample:\n  kpbook operators shop.kpbook");
+    AddBook(*command, parsed.operators.book);
+}
+
+void AddLog(CLI::App& app, Parsed& parsed) {
+    auto* command = AddCommand(app, "log", "Show what operators did, newest first",
+                               "Nothing in the book changes.\n\n"
+                               "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv");
+    AddBook(*command, parsed.log.book);
+    command->add_option("--limit", parsed.log.limit, "How many entries at most; all without it")
+        ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
+        ->type_name("N");
+}
+
+void AddPayroll(CLI::App& app, Parsed& parsed) {
+    auto* command =
+        AddCommand(app, "payroll", "Show the drivers' pay",
+                   "The saved sheet of a month, a new one, or the sums of the saved ones per driver. A table ends with "
+                   "the totals\n"
+                   "of its amounts. Nothing in the book changes.\n\n"
+                   "Examples:\n  kpbook payroll shop.kpbook --month 3\n  kpbook payroll shop.kpbook --month 4 --new\n"
+                   "  kpbook payroll shop.kpbook --to-month 6");
+    AddBook(*command, parsed.payroll.book);
+    auto* month = command->add_option("--month", parsed.payroll.month, "The month of a sheet, 1 to 12")
+                      ->check(CLI::Range(1, kLastMonth))
+                      ->type_name("M");
+    command->add_flag("--new", parsed.payroll.fresh, "A new sheet: what the drivers collected on the work orders")
+        ->needs(month);
+    command->add_option("--to-month", parsed.payroll.toMonth, "The last month to sum; all of them without it")
+        ->check(CLI::Range(1, kLastMonth))
+        ->excludes(month)
+        ->type_name("M");
 }
 
 void AddImport(CLI::App& app, Parsed& parsed) {
@@ -162,10 +206,10 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (global.format == OutputFormat::Xlsx && global.outputPath.empty()) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
-    for (std::string* word :
-         {&global.outputPath, &parsed.create.book, &parsed.import.book, &parsed.import.table, &parsed.import.path,
-          &parsed.call.book, &parsed.call.method, &parsed.sql.book, &parsed.sql.text, &parsed.close.book,
-          &parsed.methods.name, &parsed.info.book, &parsed.stock.book}) {
+    for (std::string* word : {&global.outputPath, &parsed.create.book, &parsed.import.book, &parsed.import.table,
+                              &parsed.import.path, &parsed.call.book, &parsed.call.method, &parsed.sql.book,
+                              &parsed.sql.text, &parsed.close.book, &parsed.methods.name, &parsed.info.book,
+                              &parsed.stock.book, &parsed.operators.book, &parsed.log.book, &parsed.payroll.book}) {
         Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) Unmark(argument);
@@ -186,6 +230,9 @@ int Run(const CLI::App& app, const Parsed& parsed) {
     if (app.got_subcommand("info")) return Info(parsed.info, global);
     if (app.got_subcommand("stock")) return Stock(parsed.stock, global);
     if (app.got_subcommand("report")) return Report(parsed.report.options, global);
+    if (app.got_subcommand("operators")) return Operators(parsed.operators, global);
+    if (app.got_subcommand("log")) return Log(parsed.log, global);
+    if (app.got_subcommand("payroll")) return Payroll(parsed.payroll, global);
     if (app.got_subcommand("import")) return Import(parsed.import, global);
     if (app.got_subcommand("sql")) return Sql(parsed.sql, global);
     if (app.got_subcommand("close")) return Close(parsed.close, global);
@@ -219,6 +266,9 @@ int RunCommandLine(int count, char** words) {
     AddClose(app, parsed);
     AddStock(app, parsed);
     AddReport(app, parsed.report);
+    AddOperators(app, parsed);
+    AddLog(app, parsed);
+    AddPayroll(app, parsed);
     AddMethods(app, parsed);
     try {
         app.parse(MarkedWords(count, words));

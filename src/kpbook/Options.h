@@ -74,6 +74,22 @@ struct ReportOptions {
     ReportFilters filters;
 };
 
+struct OperatorsOptions {
+    std::string book;
+};
+
+struct LogOptions {
+    std::string book;
+    std::optional<std::int32_t> limit;
+};
+
+struct PayrollOptions {
+    std::string book;
+    std::optional<std::int16_t> month;    ///< the sheet of a month
+    std::optional<std::int16_t> toMonth;  ///< sums from the first month on; of all months when neither is given
+    bool fresh = false;                   ///< the month's sheet as the work orders have it
+};
+
 struct ImportOptions {
     std::string book;
     std::string table;
