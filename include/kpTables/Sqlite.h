@@ -29,6 +29,10 @@ struct SqliteOptions {
     std::chrono::milliseconds busyTimeout{5000};
 };
 
+/// Two columns of the table Header have a name in each dialect: Table and Index in Jet's, TableName and ColIndex in SQL
+/// Server's, where the others are reserved. CTables::Header is told by its argument isSQL which names a book has.
+enum class HeaderDialect { Jet, SqlServer };
+
 /// An open book. Runs the texts of both dialects as they stand. One thread at a time.
 class SqliteConnection : public Connection {
 public:
@@ -38,9 +42,10 @@ public:
     static std::shared_ptr<SqliteConnection> Open(const std::string& path, const SqliteOptions& options = {});
     /// Makes a new book file with every table of the schema, all or nothing. An existing file is refused and left as it
     /// is.
-    static std::shared_ptr<SqliteConnection> Create(const std::string& path, const SqliteOptions& options = {});
+    static std::shared_ptr<SqliteConnection> Create(const std::string& path, const SqliteOptions& options = {},
+                                                    HeaderDialect dialect = HeaderDialect::Jet);
     /// A book in memory with every table of the schema.
-    static std::shared_ptr<SqliteConnection> CreateInMemory();
+    static std::shared_ptr<SqliteConnection> CreateInMemory(HeaderDialect dialect = HeaderDialect::Jet);
 
     /// All tables of the book, in the schema's order.
     virtual std::vector<TableInfo> Tables() = 0;

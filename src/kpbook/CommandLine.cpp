@@ -31,6 +31,7 @@ struct Parsed {
     std::string today;
     std::string answer;
     std::string closingDate;
+    std::string dialect = "jet";
 };
 
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
@@ -52,9 +53,15 @@ void AddNew(CLI::App& app, Parsed& parsed) {
     auto* command = AddCommand(app, "new", "Make a book, ready for use",
                                "It has all its tables, its names, today as the date on which it was set up, and the\n"
                                "usual payment methods. An existing file is left as it is.\n\n"
-                               "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01");
+                               "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01\n"
+                               "  kpbook new shop.kpbook --dialect sql");
     AddBook(*command, parsed.create.book);
     command->add_flag("--bare", parsed.create.bare, "Make the tables only");
+    command
+        ->add_option("--dialect", parsed.dialect,
+                     "Whose names the table Header has: Table and Index (jet) or TableName and ColIndex (sql)")
+        ->check(CLI::IsMember({"jet", "sql"}))
+        ->type_name("DIALECT");
 }
 
 void AddInfo(CLI::App& app, Parsed& parsed) {
@@ -213,6 +220,7 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) Unmark(argument);
+    parsed.create.sqlNames = parsed.dialect == "sql";
     if (app.got_subcommand("report")) {
         parsed.report.options = ReadReport(*app.get_subcommand("report"), parsed.report);
     }

@@ -45,7 +45,8 @@ void MakeReady(const std::string& book, const GlobalOptions& global) {
 
 int NewBook(const NewOptions& options, const GlobalOptions& global) {
     CheckBookName(options.book);
-    auto book = SqliteConnection::Create(options.book);
+    auto book =
+        SqliteConnection::Create(options.book, {}, options.sqlNames ? HeaderDialect::SqlServer : HeaderDialect::Jet);
     BegunBook begun(options.book);
     const auto tables = book->Tables().size();
     book.reset();

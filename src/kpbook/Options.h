@@ -25,7 +25,8 @@ struct GlobalOptions {
 
 struct NewOptions {
     std::string book;
-    bool bare = false;  ///< the tables only
+    bool bare = false;      ///< the tables only
+    bool sqlNames = false;  ///< the table Header as SQL Server's dialect names its columns
 };
 
 struct InfoOptions {

@@ -71,6 +71,26 @@ TEST(Catalog, AKeyOfOneNumberIsRequired) {
     EXPECT_TRUE(Find(tables, "U")->columns[1].required);
 }
 
+TEST(Catalog, HeaderHasTheNamesOfItsDialect) {
+    struct Case {
+        HeaderDialect dialect;
+        const char* table;
+        const char* position;
+    };
+    for (const auto& [dialect, table, position] :
+         {Case{HeaderDialect::Jet, "Table", "Index"}, Case{HeaderDialect::SqlServer, "TableName", "ColIndex"}}) {
+        const auto book = SqliteConnection::CreateInMemory(dialect);
+        const auto tables = book->Tables();
+        const TableInfo* header = Find(tables, "Header");
+        ASSERT_TRUE(header);
+        ASSERT_EQ(header->columns.size(), 7u);
+        EXPECT_EQ(header->columns[0].name, table);
+        EXPECT_EQ(header->columns[0].type, VarType::String);
+        EXPECT_EQ(header->columns[1].name, position);
+        EXPECT_EQ(header->columns[1].type, VarType::Long);
+    }
+}
+
 TEST(Catalog, SeesAnotherProgramsTable) {
     const TemporaryDirectory directory;
     const auto book = SqliteConnection::Create(directory.File("book"));

@@ -47,12 +47,22 @@ private:
     SessionPtr session_;
 };
 
+/// Takes the indexes on the columns along.
+void TakeSqlServerNames(const sqlite::Database& database) {
+    const auto quoted = [](std::string_view name) { return '"' + std::string(name) + '"'; };
+    for (const auto& column : schema::kSqlServerNames) {
+        database.Run("ALTER TABLE " + quoted(column.table) + " RENAME COLUMN " + quoted(column.name) + " TO " +
+                     quoted(column.sqlServerName));
+    }
+}
+
 /// Makes every table of the schema, or none.
-void MakeTables(Session& session) {
+void MakeTables(Session& session, HeaderDialect dialect) {
     session.GetTransaction().Begin();
     sqlite::MarkAsBook(session.GetDatabase());
     sqlite::RecordCollationVersion(session.GetDatabase());
     for (const std::string_view statement : schema::BookSchema()) session.Execute(statement);
+    if (dialect == HeaderDialect::SqlServer) TakeSqlServerNames(session.GetDatabase());
     session.GetTransaction().Commit();
 }
 
@@ -64,18 +74,19 @@ std::shared_ptr<SqliteConnection> SqliteConnection::Open(const std::string& path
     return std::make_shared<Book>(path, std::move(session));
 }
 
-std::shared_ptr<SqliteConnection> SqliteConnection::Create(const std::string& path, const SqliteOptions& options) {
+std::shared_ptr<SqliteConnection> SqliteConnection::Create(const std::string& path, const SqliteOptions& options,
+                                                           HeaderDialect dialect) {
     sqlite::NewBookFile file(path);
     auto session = std::make_shared<Session>(sqlite::OpenNewFile(path, options));
-    MakeTables(*session);
+    MakeTables(*session, dialect);
     sqlite::MakeDurable(session->GetDatabase());
     file.Keep();
     return std::make_shared<Book>(path, std::move(session));
 }
 
-std::shared_ptr<SqliteConnection> SqliteConnection::CreateInMemory() {
+std::shared_ptr<SqliteConnection> SqliteConnection::CreateInMemory(HeaderDialect dialect) {
     auto session = std::make_shared<Session>(sqlite::OpenMemory());
-    MakeTables(*session);
+    MakeTables(*session, dialect);
     return std::make_shared<Book>(":memory:", std::move(session));
 }
 
