@@ -12,11 +12,13 @@ namespace kpTables::kpbook {
 namespace {
 
 constexpr const char* kLabel = "合计";
-/// More places than a Double's shortest form has; one in a form with an exponent is not rounded.
+/// More places than a Double has that is written without an exponent.
 constexpr int kAllDecimals = 400;
 
+/// Of fifteen digits: those behind them are what a database's own sums have left over, 1565.1049999999998 for 1565.105.
 int DecimalsOf(double value) {
-    const std::string text = NumberText(value);
+    const std::string text = Text(value);
+    if (text.find("E+") != text.npos) return 0;
     if (text.find_first_not_of("-0123456789.") != text.npos) return kAllDecimals;
     const auto point = text.find('.');
     return point == text.npos ? 0 : static_cast<int>(text.size() - point - 1);

@@ -9,7 +9,7 @@
 namespace kpTables::kpbook {
 
 /// The sum of a column's values, Null left out. Currency is added exactly. A sum of Doubles keeps as many decimals as
-/// the longest of them shows, as when the figures are added up by hand: 0.1 and 0.2 make 0.3.
+/// the longest of them has in fifteen digits, as when the figures are added up by hand: 0.1 and 0.2 make 0.3.
 class ColumnTotal {
 public:
     /// A value that is no number raises error 13, a sum that does not fit error 6.

@@ -26,6 +26,8 @@ TEST(ColumnTotal, Sums) {
         {{large, least, -large}, VarType::Currency, "0.0001"},
         {{0.1, 0.2}, VarType::Double, "0.3"},
         {{0.1, 0.7, 0.25}, VarType::Double, "1.05"},
+        {{1565.1049999999998, 0.1}, VarType::Double, "1565.205"},
+        {{2e15, 0.5}, VarType::Double, "2000000000000000.5"},
         {{1.1, -1.1, 0.0}, VarType::Double, "0"},
         {{-0.0}, VarType::Double, "0"},
         {{1e15, 0.3, -1e15}, VarType::Double, "0.3"},
