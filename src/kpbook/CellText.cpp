@@ -48,6 +48,17 @@ std::string CellText(const Variant& value) {
     }
 }
 
+std::string ShownText(const Variant& value) {
+    constexpr int kDigits = 15;
+    const auto* number = value.If<double>();
+    if (!number) return CellText(value);
+    char buffer[64];
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, *number, std::chars_format::general, kDigits);
+    double rounded = *number;
+    std::from_chars(buffer, end.ptr, rounded);
+    return NumberText(rounded);
+}
+
 bool IsNumber(VarType type) noexcept {
     return type == VarType::Integer || type == VarType::Long || type == VarType::Double || type == VarType::Currency;
 }

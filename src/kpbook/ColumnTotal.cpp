@@ -70,7 +70,7 @@ std::string TotalsRow::Cell(int column) const {
     if (column == labelled_) return kLabel;
     const auto found = std::ranges::find(columns_, column);
     if (found == columns_.end()) return {};
-    return CellText(totals_[static_cast<std::size_t>(found - columns_.begin())].Value());
+    return ShownText(totals_[static_cast<std::size_t>(found - columns_.begin())].Value());
 }
 
 }  // namespace kpTables::kpbook

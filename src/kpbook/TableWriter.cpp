@@ -61,7 +61,7 @@ std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<
     auto columns = ColumnsOf(recordset);
     TotalsRow totals(recordset, totalled);
     const auto cell = [&](std::size_t column) {
-        return Printable(CellText(recordset.GetValue(static_cast<int>(column))));
+        return Printable(ShownText(recordset.GetValue(static_cast<int>(column))));
     };
     std::int64_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {

@@ -34,7 +34,8 @@ std::string MarkdownCell(const std::string& text) {
 
 /// A line for the titles, one for each row and one for the totals, made of what text makes of each.
 template <class LineOf>
-std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<int>& totalled, LineOf lineOf) {
+std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<int>& totalled,
+                        std::string (*textOf)(const Variant&), LineOf lineOf) {
     const int count = recordset.FieldCount();
     TotalsRow totals(recordset, totalled);
     const auto line = [&](auto textAt) {
@@ -45,7 +46,7 @@ std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<
     line([&](int i) { return recordset.FieldAt(i).name; });
     std::int64_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
-        line([&](int i) { return CellText(recordset.GetValue(i)); });
+        line([&](int i) { return textOf(recordset.GetValue(i)); });
         totals.Add(recordset);
     }
     if (totals.IsShown()) line([&](int i) { return totals.Cell(i); });
@@ -57,7 +58,7 @@ std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<
 std::int64_t WriteCsv(Recordset& recordset, Output& output) {
     // An empty field alone on its line would read as no row at all.
     const bool single = recordset.FieldCount() == 1;
-    return WriteLines(recordset, output, {}, [single](const std::string& text, int, bool last) {
+    return WriteLines(recordset, output, {}, CellText, [single](const std::string& text, int, bool last) {
         return (single && text.empty() ? "\"\"" : CsvField(text)) + (last ? '\n' : ',');
     });
 }
@@ -69,7 +70,7 @@ std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const std::vect
     }
     rule += '\n';
     bool isTitle = true;
-    return WriteLines(recordset, output, totalled, [&](const std::string& text, int column, bool last) {
+    return WriteLines(recordset, output, totalled, ShownText, [&](const std::string& text, int column, bool last) {
         std::string cell = (column == 0 ? "| " : " ") + MarkdownCell(text) + " |";
         if (last) {
             cell += '\n';

@@ -176,5 +176,29 @@ TEST(CellText, FullPrecision) {
     for (const auto& each : cases) EXPECT_EQ(CellText(each.value), each.text);
 }
 
+TEST(CellText, FifteenDigitsForPeople) {
+    const TextCase cases[] = {
+        {0.1 + 0.2, "0.3"},
+        {1565.1049999999998, "1565.105"},
+        {200.0 / 3, "66.6666666666667"},
+        {-0.1, "-0.1"},
+        {123456789012345678.0, "123456789012346000"},
+        {0.0, "0"},
+        {std::numeric_limits<double>::infinity(), "inf"},
+        {Currency::FromScaled(10001), "1.0001"},
+        {"0.30000000000000004", "0.30000000000000004"},
+        {Variant::Null(), ""},
+    };
+    for (const auto& each : cases) EXPECT_EQ(ShownText(each.value), each.text);
+}
+
+TEST(RowWriters, TablesShowFifteenDigitsAndFilesAll) {
+    const std::vector<FieldInfo> fields = {{"a", VarType::Double}};
+    const Rows rows = {{0.1 + 0.2}};
+    EXPECT_EQ(Written(WriteTable, fields, rows, kNoTotals), "  a\n---\n0.3\n");
+    EXPECT_EQ(Written(WriteMarkdown, fields, rows, kNoTotals), "| a |\n| ---: |\n| 0.3 |\n");
+    EXPECT_EQ(Written(WriteCsv, fields, rows), "a\n0.30000000000000004\n");
+}
+
 }  // namespace
 }  // namespace kpTables::kpbook
