@@ -14,6 +14,7 @@ namespace kpTables::bench {
 namespace {
 
 constexpr std::int64_t kLinesOfABill = 10;
+constexpr std::int64_t kProjects = 50;
 
 /// Spreads ids over products without a pattern that an index could profit from.
 std::uint64_t Mix(std::uint64_t value) {
@@ -52,6 +53,14 @@ void FillMasterData(const RawDatabase& database, const BookSize& size) {
             const std::string name = "第" + std::to_string(id) + "建材有限公司";
             partner.Bind(1, id).Bind(2, name.c_str()).Bind(3, name.c_str()).Run();
         }
+    }
+    RawStatement project = database.Prepare(
+        "INSERT INTO 项目设置 (项目ID, 项目编号, 项目名称, 工程名称, 工程性质, ClassCode) VALUES (?, ?, ?, ?, '土建', "
+        "'01')");
+    for (std::int64_t id = 1; id <= kProjects; ++id) {
+        const std::string code = "X" + std::to_string(id);
+        const std::string name = "第" + std::to_string(id) + "标段";
+        project.Bind(1, id).Bind(2, code.c_str()).Bind(3, name.c_str()).Bind(4, name.c_str()).Run();
     }
     RawStatement product = database.Prepare(
         "INSERT INTO 商品设置 (pdID, 商品名称, 商品编号, ClassCode, 规格, 计量单位, 默认单价, 商品条码, 输入简码, "
@@ -102,7 +111,7 @@ void InsertHeader(RawStatement& statement, const Header& header, bool inbound) {
     statement.Bind(1, header.bill).Bind(2, std::int64_t{kBookYear}).Bind(3, header.month).Bind(4, day);
     statement.Bind(5, inbound ? "入库单" : "出库单").Bind(6, inbound ? "赊购" : "批发").Bind(7, number.c_str());
     statement.Bind(8, header.depot).Bind(9, 1 + header.bill % 200).Bind(10, date.c_str());
-    statement.Run();
+    statement.Bind(11, header.bill % (kProjects + 1)).Run();
 }
 
 void InsertLine(RawStatement& statement, const Header& header, std::uint64_t line, const BookSize& size) {
@@ -121,8 +130,8 @@ void FillBills(const RawDatabase& database, const BookSize& size, bool inbound) 
     const std::string family = inbound ? "入库" : "出库";
     RawStatement headers = database.Prepare(
         "INSERT INTO " + family +
-        "目录 (BillID, 年份, 月份, 日子, 单据类型, 类型, 单据编号, dpID, ksID, 录入日期, 录入员, 审核员, 说明) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, '朱琳', '胡美娟', '货款月结')");
+        "目录 (BillID, 年份, 月份, 日子, 单据类型, 类型, 单据编号, dpID, ksID, 录入日期, pjID, 录入员, 审核员, 说明) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, '朱琳', '胡美娟', '货款月结')");
     RawStatement lines = database.Prepare(
         "INSERT INTO " + family +
         "记录 (BillID, pdID, dpID, 单价, 数量, 金额, 税额, 除税单价, 除税金额, 仓库, 经手人, 交接人, 包装, 货位) "

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Child.h"
+#include "Copies.h"
 #include "RawDatabase.h"
 #include "Report.h"
 #include "kpTables/CTables.h"
@@ -37,49 +38,6 @@ std::vector<double> ListByComponent(const std::string& path, int depot) {
     const double columns = lines->FieldCount();
     return {fetched, read, bytes, cells / columns, columns};
 }
-
-/// Every value of every row, one behind the other, as plainly as it can be kept.
-class Copies {
-public:
-    void Add(sqlite3_stmt* row, int column) {
-        switch (sqlite3_column_type(row, column)) {
-            case SQLITE_INTEGER: {
-                const sqlite3_int64 value = sqlite3_column_int64(row, column);
-                Append(&value, sizeof value);
-                break;
-            }
-            case SQLITE_FLOAT: {
-                const double value = sqlite3_column_double(row, column);
-                Append(&value, sizeof value);
-                break;
-            }
-            case SQLITE_TEXT: {
-                const unsigned char* text = sqlite3_column_text(row, column);
-                const int length = sqlite3_column_bytes(row, column);
-                Append(&length, sizeof length);
-                Append(text, static_cast<std::size_t>(length));
-                textBytes_ += length;
-                break;
-            }
-            default:
-                break;
-        }
-    }
-    double TextBytes() const noexcept { return static_cast<double>(textBytes_); }
-
-private:
-    void Append(const void* bytes, std::size_t count) {
-        constexpr std::size_t kBlock = 1 << 20;
-        if (blocks_.empty() || blocks_.back().size() + count > kBlock) {
-            blocks_.emplace_back().reserve(kBlock);
-        }
-        const char* first = static_cast<const char*>(bytes);
-        blocks_.back().insert(blocks_.back().end(), first, first + count);
-    }
-
-    std::vector<std::vector<char>> blocks_;
-    sqlite3_int64 textBytes_ = 0;
-};
 
 /// Seconds, 0, bytes of the copies, rows, columns, bytes of text in them.
 std::vector<double> ListByHand(const std::string& path, int depot) {

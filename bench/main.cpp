@@ -1,16 +1,19 @@
-// kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing|calls]
+// kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing|calls|reports]
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "CallBench.h"
 #include "ClosingBench.h"
 #include "ListingBench.h"
+#include "ReportBench.h"
 
 namespace {
 
@@ -19,23 +22,21 @@ struct Options {
     std::optional<std::int64_t> lines;
     int runs = 5;
     std::filesystem::path folder = std::filesystem::temp_directory_path() / ("kpbench-" + std::to_string(getpid()));
-    bool closing = true;
-    bool listing = true;
-    bool calls = true;
+    std::string only;  ///< one benchmark by name; all of them when empty
+
+    bool Wants(std::string_view benchmark) const { return only.empty() || only == benchmark; }
 };
 
 constexpr const char* kUsage =
-    "usage: kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing|calls]\n"
+    "usage: kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing|calls|reports]\n"
     "Needs about 1.5 GB in DIR (a folder of its own in the temporary directory), which it removes at the end.\n";
 
 Options ReadOptions(int argc, char** argv) {
     Options options;
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
-        if (word == "closing" || word == "listing" || word == "calls") {
-            options.closing = word == "closing";
-            options.listing = word == "listing";
-            options.calls = word == "calls";
+        if (word == "closing" || word == "listing" || word == "calls" || word == "reports") {
+            options.only = word;
             continue;
         }
         if (i + 1 == argc) {
@@ -59,6 +60,25 @@ Options ReadOptions(int argc, char** argv) {
         throw std::invalid_argument("0");
     }
     return options;
+}
+
+kpTables::bench::BookSize CallSize(const Options& options) {
+    constexpr std::int64_t kLines = 200'000;
+    kpTables::bench::BookSize size = options.size;
+    size.lines = options.lines.value_or(kLines);
+    size.depots = 10;
+    return size;
+}
+
+/// A shop of four warehouses; of a modest size unless another is asked for.
+kpTables::bench::BookSize ReportSize(const Options& options) {
+    constexpr std::int64_t kLines = 100'000;
+    constexpr std::int64_t kLinesOfAProduct = 10;
+    kpTables::bench::BookSize size = options.size;
+    size.lines = options.lines.value_or(kLines);
+    size.products = std::clamp<std::int64_t>(size.lines / kLinesOfAProduct, 1, size.products);
+    size.depots = 4;
+    return size;
 }
 
 /// Removes the books also when a benchmark fails.
@@ -89,20 +109,19 @@ int main(int argc, char** argv) {
     try {
         const Folder folder(options.folder);
         bool sound = true;
-        if (options.closing) {
+        if (options.Wants("closing")) {
             sound = kpTables::bench::BenchClosing(options.folder, options.size, options.runs);
         }
-        if (options.listing) {
+        if (options.Wants("listing")) {
             kpTables::bench::BookSize size = options.size;
             size.depots = 4;
             sound = kpTables::bench::BenchListing(options.folder, size, options.runs) && sound;
         }
-        if (options.calls) {
-            constexpr std::int64_t kLines = 200'000;
-            kpTables::bench::BookSize size = options.size;
-            size.lines = options.lines.value_or(kLines);
-            size.depots = 10;
-            sound = kpTables::bench::BenchCalls(options.folder, size, options.runs) && sound;
+        if (options.Wants("calls")) {
+            sound = kpTables::bench::BenchCalls(options.folder, CallSize(options), options.runs) && sound;
+        }
+        if (options.Wants("reports")) {
+            sound = kpTables::bench::BenchReports(options.folder, ReportSize(options), options.runs) && sound;
         }
         return sound ? 0 : 1;
     } catch (const std::exception& error) {

@@ -1,0 +1,25 @@
+// Rows of a statement copied as plainly as they can be kept.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+struct sqlite3_stmt;
+
+namespace kpTables::bench {
+
+/// Every value of every row, one behind the other.
+class Copies {
+public:
+    void Add(sqlite3_stmt* row, int column);
+    double TextBytes() const noexcept { return static_cast<double>(textBytes_); }
+
+private:
+    void Append(const void* bytes, std::size_t count);
+
+    std::vector<std::vector<char>> blocks_;
+    std::int64_t textBytes_ = 0;
+};
+
+}  // namespace kpTables::bench
