@@ -55,9 +55,10 @@ private:
         Source source;
         source.name = derived.alias;
         source.innerNames = std::move(query.tableNames);
+        source.implied = std::move(query.implied);
         for (std::size_t i = 0; i < query.columns.size(); ++i)
             source.columns.push_back({query.columns[i].name, quoted + "." + QuoteForSqlite(query.names[i]),
-                                      query.columns[i].type, false, false});
+                                      query.columns[i].type, false, false, false});
         scope_.Add(std::move(source), derived.offset);
         texts_[&derived] = "(" + query.text + ") AS " + quoted;
     }

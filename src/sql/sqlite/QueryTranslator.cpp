@@ -25,7 +25,9 @@ void CollectTableNames(const Query& query, std::vector<std::string>& names) {
 QueryText TranslateSelect(Session& session, const SelectCore& core, const std::vector<OrderItem>& order,
                           const Scope* outer, QueryUse use) {
     SelectTranslator translator(session, core, outer);
+    if (!order.empty()) translator.GroupInAnyOrder();
     QueryText query = PrintSelect(session, PartsOf(translator), use == QueryUse::Table);
+    if (use == QueryUse::Table) query.implied = translator.ImpliedItems();
     if (use == QueryUse::Result || translator.HasTop()) query.text += translator.OrderText(order);
     query.text += translator.LimitText();
     return query;

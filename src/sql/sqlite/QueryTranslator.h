@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sql/Translation.h"
@@ -24,6 +25,8 @@ struct QueryText {
     std::vector<ResultColumn> columns;
     std::vector<std::string> names;       ///< of a Table: what the columns are called in the text
     std::vector<std::string> tableNames;  ///< what the tables of its FROM clauses are called
+    /// Of a Table: the second column has one value for each value of the first.
+    std::vector<std::pair<std::size_t, std::size_t>> implied;
 };
 
 /// outer: the names that the query sees beside its own tables, or nullptr.

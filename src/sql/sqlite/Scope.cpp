@@ -115,8 +115,8 @@ const Term* Scope::FindAlias(const Column& column) const {
 std::vector<SourceColumn> ColumnsOf(const CatalogTable& table, const std::string& quoted) {
     std::vector<SourceColumn> columns;
     for (const auto& column : table.columns)
-        columns.push_back(
-            {column.name, quoted + "." + QuoteForSqlite(column.name), column.type, true, column.computed});
+        columns.push_back({column.name, quoted + "." + QuoteForSqlite(column.name), column.type, true, column.computed,
+                           column.counter});
     return columns;
 }
 

@@ -18,6 +18,7 @@ struct SourceColumn {
     Type type = Type::Unknown;
     bool stored = false;    ///< of a table, not of a query
     bool computed = false;  ///< of a table: a star does not list it, and it gives way to another's stored column
+    bool counter = false;   ///< of a table: no two of its rows have the same
 };
 
 /// A table or a query in FROM.
@@ -27,6 +28,8 @@ struct Source {
     /// Of a query: the names of the tables inside it. A qualifier that names one of them, and nothing outside, means
     /// this query's column of that name.
     std::vector<std::string> innerNames;
+    /// Of a query: the second column has one value for each value of the first.
+    std::vector<std::pair<std::size_t, std::size_t>> implied;
 };
 
 class Scope {

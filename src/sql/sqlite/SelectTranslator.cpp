@@ -1,10 +1,12 @@
 #include "sql/sqlite/SelectTranslator.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "sql/SqlError.h"
 #include "sql/sqlite/Conversion.h"
+#include "sql/sqlite/Dependence.h"
 #include "sql/sqlite/FromClause.h"
 #include "sql/sqlite/Grouping.h"
 #include "sql/sqlite/Names.h"
@@ -65,8 +67,60 @@ void SelectTranslator::TranslateGroups() {
         const Expression& expression = GroupExpression(*written);
         groups_.push_back(&expression);
         const Term key = ValueTerm(session_, TranslateExpression(expression, {session_, scope_, kNoAggregateInGroup}));
-        groupBy_ += (groupBy_.empty() ? " GROUP BY " : ", ") + KeyText(key, "");
+        groupKeys_.push_back(KeyText(key, ""));
     }
+    std::vector<std::size_t> sequence(groups_.size());
+    std::iota(sequence.begin(), sequence.end(), 0);
+    PrintGroups(sequence);
+}
+
+void SelectTranslator::GroupInAnyOrder() {
+    std::vector<std::size_t> sequence(groups_.size());
+    std::iota(sequence.begin(), sequence.end(), 0);
+    const auto rank = [this](std::size_t i) {
+        const auto* column = OwnColumn(groups_[i]);
+        if (!column || !IsWhole(column->type)) return 2;
+        return column->counter ? 0 : 1;
+    };
+    std::stable_sort(sequence.begin(), sequence.end(), [&](auto a, auto b) { return rank(a) < rank(b); });
+    PrintGroups(sequence);
+}
+
+const SourceColumn* SelectTranslator::OwnColumn(const Expression* expression) const {
+    const auto* column = If<Column>(expression);
+    const auto* meant = column ? scope_.Lookup(*column) : nullptr;
+    return meant && scope_.Owns(*meant) ? meant : nullptr;
+}
+
+// A key that has one value in a group of the keys before it, in the given sequence, would make the sorting dearer and
+// no other groups.
+void SelectTranslator::PrintGroups(const std::vector<std::size_t>& sequence) {
+    Dependence dependence(scope_, core_.from);
+    std::vector<bool> needed(groups_.size(), true);
+    for (const std::size_t i : sequence) {
+        const auto* column = OwnColumn(groups_[i]);
+        if (!column) continue;
+        needed[i] = !dependence.IsFixed(*column);
+        dependence.Fix(*column);
+    }
+    groupBy_.clear();
+    for (std::size_t i = 0; i < groups_.size(); ++i)
+        if (needed[i]) groupBy_ += (groupBy_.empty() ? " GROUP BY " : ", ") + groupKeys_[i];
+}
+
+std::vector<std::pair<std::size_t, std::size_t>> SelectTranslator::ImpliedItems() const {
+    std::vector<std::pair<std::size_t, std::size_t>> implied;
+    for (std::size_t one = 0; one < itemExpressions_.size(); ++one) {
+        const auto* column = OwnColumn(itemExpressions_[one]);
+        if (!column) continue;
+        Dependence dependence(scope_, core_.from);
+        dependence.Fix(*column);
+        for (std::size_t other = 0; other < itemExpressions_.size(); ++other) {
+            const auto* following = OwnColumn(itemExpressions_[other]);
+            if (other != one && following && dependence.IsFixed(*following)) implied.emplace_back(one, other);
+        }
+    }
+    return implied;
 }
 
 void SelectTranslator::TranslateItems() {

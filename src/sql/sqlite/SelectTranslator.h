@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sql/Tree.h"
@@ -41,6 +42,10 @@ public:
     std::string LimitText();
     /// " FROM ... WHERE ... GROUP BY ... HAVING ...", as far as the SELECT has them.
     std::string Tail() const { return from_ + where_ + groupBy_ + having_; }
+    /// The groups need not come in the order of their keys, as something else orders them.
+    void GroupInAnyOrder();
+    /// Pairs of items, from 0, where the second has one value for each value of the first.
+    std::vector<std::pair<std::size_t, std::size_t>> ImpliedItems() const;
 
 private:
     void TranslateWhere();
@@ -51,6 +56,8 @@ private:
     void AddStar(const Star& star);
     std::string NameOf(const SelectItem& item);
     const Expression& GroupExpression(const Expression& expression);
+    const SourceColumn* OwnColumn(const Expression* expression) const;
+    void PrintGroups(const std::vector<std::size_t>& sequence);
     bool Groups() const;
     std::string OrderItemText(const OrderItem& item);
 
@@ -62,6 +69,7 @@ private:
     std::string groupBy_;
     std::string having_;
     std::vector<const Expression*> groups_;
+    std::vector<std::string> groupKeys_;  ///< beside groups_
     bool aggregated_ = false;
     std::vector<OutputItem> items_;
     std::vector<const Expression*> itemExpressions_;  ///< beside items_; nullptr for a column of a star
