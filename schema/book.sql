@@ -105,6 +105,7 @@ CREATE INDEX ClassCode ON 商品设置 (ClassCode);
 
 -- Inbound and outbound bills: a header and any number of lines, joined by BillID. The lines' 仓库 and the headers' 编号 and
 -- BillType are what some of the host's lists filter and sort by; 项目ID is what the list of a month's projects calls pjID.
+-- The lines' index on BillID has the warehouse too, as the bill list adds up a bill's lines warehouse by warehouse.
 CREATE TABLE 入库目录 (
     BillID COUNTER PRIMARY KEY,
     年份 SHORT,
@@ -147,7 +148,7 @@ CREATE TABLE 入库记录 (
     期限 DOUBLE DEFAULT 0,
     仓库 LONG DEFAULT 0
 );
-CREATE INDEX BillID ON 入库记录 (BillID);
+CREATE INDEX BillID ON 入库记录 (BillID, dpID);
 CREATE INDEX pdID ON 入库记录 (pdID);
 CREATE TABLE 出库目录 (
     BillID COUNTER PRIMARY KEY,
@@ -191,7 +192,7 @@ CREATE TABLE 出库记录 (
     期限 DOUBLE DEFAULT 0,
     仓库 LONG DEFAULT 0
 );
-CREATE INDEX BillID ON 出库记录 (BillID);
+CREATE INDEX BillID ON 出库记录 (BillID, dpID);
 CREATE INDEX pdID ON 出库记录 (pdID);
 
 -- Cost bills.

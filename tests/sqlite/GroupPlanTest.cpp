@@ -1,0 +1,55 @@
+// Reports whose groups come as the indexes hold the rows, however large the book is.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TestBook.h"
+#include "engines/sqlite/BookFile.h"
+#include "engines/sqlite/Session.h"
+#include "sql/Parser.h"
+#include "sql/sqlite/SqliteTranslator.h"
+
+namespace kpTables::sqlite {
+namespace {
+
+using namespace test;
+
+struct PlanCase {
+    const char* text;
+    const char* plan;
+};
+
+constexpr PlanCase kCases[] = {
+    {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID, dp.仓库名称, ks.企业名称,pj.项目名称 FROM 项目设置 AS pj "
+     "RIGHT JOIN (仓库设置 AS dp RIGHT JOIN (厂商资料 AS ks RIGHT JOIN (入库目录 AS Lst LEFT JOIN 入库记录 AS Rec ON "
+     "Lst.BillID = Rec.BillID) ON ks.KSID = Lst.ksID) ON dp.dpID = Lst.dpID) ON pj.项目ID = Lst.pjID  GROUP BY "
+     "Lst.月份, Lst.单据类型, Lst.单据编号, Lst.BillID, Rec.dpID, dp.仓库名称,ks.企业名称,pj.项目名称  Order by "
+     "Lst.月份,Lst.单据类型,Lst.单据编号 ",
+     "SCAN Lst; SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; "
+     "SEARCH ks USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
+     "SEARCH dp USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
+     "SEARCH pj USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
+    {"SELECT Rec.pdID, Sum(Rec.数量) AS 数量, Prod.商品名称, Prod.ClassCode FROM (出库目录 AS Lst INNER JOIN 出库记录 "
+     "AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID  GROUP BY Rec.pdID, "
+     "Prod.商品名称, Prod.ClassCode ",
+     "SCAN Rec USING INDEX 出库记录.pdID; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
+     "SEARCH Prod USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN"},
+};
+
+TEST(GroupPlan, NothingIsSortedToBeGrouped) {
+    const TemporaryDirectory directory;
+    SqliteConnection::Create(directory.File("book"));
+    Session session(OpenBookFile(directory.File("book"), {}));
+    session.GetCatalog().Refresh();
+    for (const auto& [text, expected] : kCases) {
+        const std::string translated = sql::TranslateForSqlite(*sql::Parse(text), session.GetCatalog()).text;
+        PreparedStatement explain = session.GetDatabase().Prepare("EXPLAIN QUERY PLAN " + translated);
+        constexpr int kDetail = 3;
+        std::string plan;
+        while (explain.Step()) plan.append(plan.empty() ? "" : "; ").append(explain.Text(kDetail));
+        EXPECT_EQ(plan, expected) << text;
+    }
+}
+
+}  // namespace
+}  // namespace kpTables::sqlite
