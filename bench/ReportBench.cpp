@@ -150,7 +150,7 @@ bool BenchReports(const std::filesystem::path& folder, const BookSize& size, int
                 static_cast<long long>(size.lines), static_cast<long long>(size.products), size.depots, runs);
     std::vector<std::vector<std::string>> table = {{"", "rows", "min", "median", "max", "peak MiB", "ratio"}};
     std::string different;
-    for (const ReportCase& report : Reports()) {
+    for (const ReportCase& report : Reports(size.lines)) {
         if (!BenchReport(path, report, runs, table)) {
             different += "\n    " + report.name;
         }

@@ -1,6 +1,7 @@
 // The reports that are measured, each with the statement that a specialist would write for it.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,7 +20,7 @@ struct ReportCase {
     bool ordered;
 };
 
-/// All of them, for a book of eleven months.
-std::vector<ReportCase> Reports();
+/// All of them, for a book of eleven months and so many lines a direction.
+std::vector<ReportCase> Reports(std::int64_t lines);
 
 }  // namespace kpTables::bench
