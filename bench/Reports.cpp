@@ -103,8 +103,8 @@ MonthColumns Months(int count, const std::string& begin, const std::string& end,
     MonthColumns columns;
     for (int month = 1; month <= count; ++month) {
         const std::string number = std::to_string(month);
-        columns.sums += ", " + begin + number + end + number;
-        columns.shown += (month == 1 ? "S.m" : ", S.m") + number;
+        columns.sums.append(", ").append(begin).append(number).append(end).append(number);
+        columns.shown.append(month == 1 ? "S.m" : ", S.m").append(number);
         columns.kinds += kind;
     }
     return columns;
