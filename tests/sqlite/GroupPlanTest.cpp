@@ -29,6 +29,19 @@ constexpr PlanCase kCases[] = {
      "SEARCH ks USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
      "SEARCH dp USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
      "SEARCH pj USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
+    {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID FROM 入库目录 AS Lst LEFT JOIN 入库记录 AS Rec ON "
+     "Lst.BillID "
+     "= Rec.BillID WHERE ((CDATE(年份 & '-' & 月份 & '-' & 日子)>=#2003-6-1#) And (CDATE(年份 & '-' & 月份 & '-' & "
+     "日子)<=#2003-6-30#)) GROUP BY Lst.年份, Lst.月份, Lst.日子, Lst.单据编号, Lst.BillID, Rec.dpID Order by "
+     "Lst.单据编号 ",
+     "SEARCH Lst USING INDEX 入库目录.日期 ((年份,月份,日子)>(?,?,?) AND (年份,月份,日子)<(?,?,?)); "
+     "SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
+    {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID FROM 出库目录 AS Lst LEFT JOIN 出库记录 AS Rec ON "
+     "Lst.BillID "
+     "= Rec.BillID WHERE (Lst.单据编号>='CK1' And Lst.单据编号<='CK2')  GROUP BY Lst.年份, Lst.单据编号, Lst.BillID, "
+     "Rec.dpID Order by Lst.年份 ",
+     "SEARCH Lst USING INDEX 出库目录.单据编号 (单据编号>? AND 单据编号<?); "
+     "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
     {"SELECT Rec.pdID, Sum(Rec.数量) AS 数量, Prod.商品名称, Prod.ClassCode FROM (出库目录 AS Lst INNER JOIN 出库记录 "
      "AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID  GROUP BY Rec.pdID, "
      "Prod.商品名称, Prod.ClassCode ",

@@ -92,15 +92,28 @@ const SourceColumn* SelectTranslator::OwnColumn(const Expression* expression) co
     return meant && scope_.Owns(*meant) ? meant : nullptr;
 }
 
-// A key that has one value in a group of the keys before it, in the given sequence, would make the sorting dearer and
-// no other groups.
+bool SelectTranslator::IsInCondition(const SourceColumn& column) const {
+    if (!core_.where) return false;
+    std::vector<const Expression*> open{core_.where.get()};
+    while (!open.empty()) {
+        const Expression* e = open.back();
+        open.pop_back();
+        if (OwnColumn(e) == &column) return true;
+        ForEachOperand(*e, [&](const Expression& operand) { open.push_back(&operand); });
+    }
+    return false;
+}
+
+// A key that has one value in a group of the keys before it, in the given sequence, makes no other groups and would
+// make the sorting dearer. One that the condition names stays: an index that finds the rows by it may bring them group
+// by group.
 void SelectTranslator::PrintGroups(const std::vector<std::size_t>& sequence) {
     Dependence dependence(scope_, core_.from);
     std::vector<bool> needed(groups_.size(), true);
     for (const std::size_t i : sequence) {
         const auto* column = OwnColumn(groups_[i]);
         if (!column) continue;
-        needed[i] = !dependence.IsFixed(*column);
+        needed[i] = !dependence.IsFixed(*column) || IsInCondition(*column);
         dependence.Fix(*column);
     }
     groupBy_.clear();

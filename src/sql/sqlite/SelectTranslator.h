@@ -57,6 +57,7 @@ private:
     std::string NameOf(const SelectItem& item);
     const Expression& GroupExpression(const Expression& expression);
     const SourceColumn* OwnColumn(const Expression* expression) const;
+    bool IsInCondition(const SourceColumn& column) const;
     void PrintGroups(const std::vector<std::size_t>& sequence);
     bool Groups() const;
     std::string OrderItemText(const OrderItem& item);

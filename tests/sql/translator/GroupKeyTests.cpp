@@ -59,6 +59,21 @@ TEST(GroupKey, FollowingFromAJoin) {
     });
 }
 
+TEST(GroupKey, NamedByTheCondition) {
+    CheckKeys({
+        {"From 入库目录 Where CDATE(年份 & '-' & 月份 & '-' & 日子)>=#2004-3-1# Group By 年份, 月份, 单据编号, BillID "
+         "Order By 单据编号",
+         R"(GROUP BY "入库目录"."年份", "入库目录"."月份", "入库目录"."BillID" ORDER BY "入库目录"."单据编号")"},
+        {"From 入库目录 As L Where (L.单据编号>='A' And L.单据编号<='B') And L.dpID In (1,2) Group By L.BillID, "
+         "L.年份, "
+         "L.单据编号, L.dpID",
+         R"(GROUP BY "L"."BillID", "L"."单据编号", "L"."dpID")"},
+        {"From 入库目录 As L Where L.BillID In (Select BillID From 入库记录 Where pdID=L.pjID) Group By L.BillID, "
+         "L.pjID",
+         R"(GROUP BY "L"."BillID")"},
+    });
+}
+
 TEST(GroupKey, NotFollowing) {
     CheckKeys({
         // The partner's absence does not tell which partner is absent.
