@@ -76,15 +76,9 @@ RecordsetPtr CTables::rs余额记录(std::int32_t rdpID, InOut<std::int16_t> rMo
     if (rMonth.get() <= 0) return nullptr;
     return db::Query(
         cnn_,
-        "SELECT BnRec.pdID As pdID,Avg(上期库存单价) As 上期库存单价,Sum(上期库存数量) As 上期库存数量,"
-        "Sum(上期库存金额) As 上期库存金额,"
-        "Avg(本期入库单价) As 本期入库单价,Sum(本期入库数量) As 本期入库数量,Sum(本期入库金额) As 本期入库金额,"
-        "Sum(累计入库数量) As 累计入库数量,Sum(累计入库金额) As 累计入库金额,"
-        "Avg(本期出库单价) As 本期出库单价,Sum(本期出库数量) As 本期出库数量,Sum(本期出库金额) As 本期出库金额,"
-        "Sum(累计出库数量) As 累计出库数量,Sum(累计出库金额) As 累计出库金额,"
-        "Avg(本期库存单价) As 本期库存单价,Sum(本期库存数量) As 本期库存数量,Sum(本期库存金额) As 本期库存金额,"
-        "Prod.商品名称,Prod.商品编号,Prod.规格,Prod.型号,Prod.计量单位,Prod.进位方法,Prod.最低库存,Prod.最高库存,"
-        "Prod.ClassCode FROM 仓库余额表 As BnRec Left Join 商品设置 As Prod On BnRec.pdID=Prod.pdID " +
+        std::string("SELECT BnRec.pdID As pdID,") + kBalanceFigures +
+            ",Prod.商品名称,Prod.商品编号,Prod.规格,Prod.型号,Prod.计量单位,Prod.进位方法,Prod.最低库存,Prod.最高库存,"
+            "Prod.ClassCode FROM 仓库余额表 As BnRec Left Join 商品设置 As Prod On BnRec.pdID=Prod.pdID " +
             WhereClause(WarehousePiece(rdpID) + MonthPiece(rMonth), "Where ") +
             " Group by BnRec.pdID,Prod.商品名称,Prod.商品编号,Prod.规格,Prod.型号,Prod.计量单位,Prod.进位方法,"
             "Prod.最低库存,Prod.最高库存,Prod.ClassCode  "

@@ -23,6 +23,14 @@ std::string Compared(const std::string& op, const std::string& day, bool isSQL) 
 
 }  // namespace
 
+const char* const kBalanceFigures =
+    "Avg(上期库存单价) As 上期库存单价,Sum(上期库存数量) As 上期库存数量,Sum(上期库存金额) As 上期库存金额,"
+    "Avg(本期入库单价) As 本期入库单价,Sum(本期入库数量) As 本期入库数量,Sum(本期入库金额) As 本期入库金额,"
+    "Sum(累计入库数量) As 累计入库数量,Sum(累计入库金额) As 累计入库金额,"
+    "Avg(本期出库单价) As 本期出库单价,Sum(本期出库数量) As 本期出库数量,Sum(本期出库金额) As 本期出库金额,"
+    "Sum(累计出库数量) As 累计出库数量,Sum(累计出库金额) As 累计出库金额,"
+    "Avg(本期库存单价) As 本期库存单价,Sum(本期库存数量) As 本期库存数量,Sum(本期库存金额) As 本期库存金额";
+
 std::string BillDate(bool isSQL) {
     if (isSQL)
         return "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)";

@@ -25,6 +25,9 @@ Currency vCur(const Variant& value);
 /// Amount / quantity, unrounded; 0 when either is not numeric or the quantity is not above 0.
 double CalcPrice(const Variant& amount, const Variant& quantity);
 
+/// The figures of the balance table over a group of its rows: prices averaged, quantities and amounts summed.
+extern const char* const kBalanceFigures;
+
 /// The piece followed by the id, or "" for an id below 1, which means "all".
 std::string IdPiece(std::string_view piece, std::int32_t id);
 /// The piece followed by the text and a closing quote, or "" for an empty text: TextPiece(" And 类型='", kind).

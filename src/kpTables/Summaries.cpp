@@ -91,17 +91,9 @@ RecordsetPtr CTables::rs商品列表(std::int32_t rdpID, std::int32_t rksID, std
 }
 
 RecordsetPtr CTables::rs期初记录(std::int32_t rdpID, std::int32_t rpdID) {
-    return db::Query(
-        cnn_,
-        "SELECT pdID,年份,月份,Avg(上期库存单价) As 上期库存单价,Sum(上期库存数量) As 上期库存数量,"
-        "Sum(上期库存金额) As 上期库存金额,"
-        "Avg(本期入库单价) As 本期入库单价,Sum(本期入库数量) As 本期入库数量,Sum(本期入库金额) As 本期入库金额,"
-        "Sum(累计入库数量) As 累计入库数量,Sum(累计入库金额) As 累计入库金额,"
-        "Avg(本期出库单价) As 本期出库单价,Sum(本期出库数量) As 本期出库数量,Sum(本期出库金额) As 本期出库金额,"
-        "Sum(累计出库数量) As 累计出库数量,Sum(累计出库金额) As 累计出库金额,"
-        "Avg(本期库存单价) As 本期库存单价,Sum(本期库存数量) As 本期库存数量,Sum(本期库存金额) As 本期库存金额 "
-        "FROM 仓库余额表 WHERE 仓库余额表.pdID=" +
-            Text(rpdID) + IdPiece(" And dpID=", rdpID) + " Group by pdID,年份,月份 Order by 年份,月份");
+    return db::Query(cnn_, std::string("SELECT pdID,年份,月份,") + kBalanceFigures +
+                               " FROM 仓库余额表 WHERE 仓库余额表.pdID=" + Text(rpdID) + IdPiece(" And dpID=", rdpID) +
+                               " Group by pdID,年份,月份 Order by 年份,月份");
 }
 
 RecordsetPtr CTables::rs成本记录(std::int32_t rdpID, InOut<std::int32_t> rpdID) {
