@@ -1,5 +1,3 @@
-#include <xlsxwriter.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -7,6 +5,7 @@
 #include "kpbook/CellText.h"
 #include "kpbook/Commands.h"
 #include "kpbook/RowWriters.h"
+#include "kpbook/SheetLibrary.h"
 #include "kpbook/Utf8.h"
 
 namespace kpTables::kpbook {
@@ -21,21 +20,21 @@ struct Formats {
 };
 
 lxw_format* NumberFormat(lxw_workbook* workbook, const char* pattern) {
-    lxw_format* format = workbook_add_format(workbook);
-    format_set_num_format(format, pattern);
+    lxw_format* format = Sheets().addFormat(workbook);
+    Sheets().setNumberFormat(format, pattern);
     return format;
 }
 
 Formats AddFormats(lxw_workbook* workbook) {
-    const Formats formats{workbook_add_format(workbook), NumberFormat(workbook, "0.0000"),
+    const Formats formats{Sheets().addFormat(workbook), NumberFormat(workbook, "0.0000"),
                           NumberFormat(workbook, "yyyy-mm-dd"), NumberFormat(workbook, "yyyy-mm-dd hh:mm:ss")};
-    format_set_bold(formats.title);
+    Sheets().setBold(formats.title);
     return formats;
 }
 
 /// For a workbook that is given up; one that is closed frees itself.
 struct FreeWorkbook {
-    void operator()(lxw_workbook* workbook) const noexcept { lxw_workbook_free(workbook); }
+    void operator()(lxw_workbook* workbook) const noexcept { Sheets().freeWorkbook(workbook); }
 };
 
 /// Day 61 is 1900-03-01; before it the sheet's calendar has a day too many.
@@ -45,7 +44,7 @@ constexpr std::int64_t kLargestSheetMoney = 999'999'999'999'999;
 
 lxw_error WriteText(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const std::string& text,
                     lxw_format* format) {
-    return worksheet_write_string(sheet, row, column, ReplaceInvalidUtf8(text).c_str(), format);
+    return Sheets().writeString(sheet, row, column, ReplaceInvalidUtf8(text).c_str(), format);
 }
 
 lxw_error WriteCell(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const Variant& value,
@@ -55,23 +54,23 @@ lxw_error WriteCell(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const
         case VarType::Null:
             return LXW_NO_ERROR;
         case VarType::Boolean:
-            return worksheet_write_boolean(sheet, row, column, *value.If<bool>(), nullptr);
+            return Sheets().writeBoolean(sheet, row, column, *value.If<bool>(), nullptr);
         case VarType::Integer:
-            return worksheet_write_number(sheet, row, column, *value.If<std::int16_t>(), nullptr);
+            return Sheets().writeNumber(sheet, row, column, *value.If<std::int16_t>(), nullptr);
         case VarType::Long:
-            return worksheet_write_number(sheet, row, column, *value.If<std::int32_t>(), nullptr);
+            return Sheets().writeNumber(sheet, row, column, *value.If<std::int32_t>(), nullptr);
         case VarType::Double:
             if (!std::isfinite(*value.If<double>())) break;
-            return worksheet_write_number(sheet, row, column, *value.If<double>(), nullptr);
+            return Sheets().writeNumber(sheet, row, column, *value.If<double>(), nullptr);
         case VarType::Currency:
             if (std::llabs(value.If<Currency>()->Scaled()) <= kLargestSheetMoney) {
-                return worksheet_write_number(sheet, row, column, value.If<Currency>()->ToDouble(), formats.money);
+                return Sheets().writeNumber(sheet, row, column, value.If<Currency>()->ToDouble(), formats.money);
             }
             break;
         case VarType::Date:
             if (const Date date = *value.If<Date>(); date.Serial() >= kFirstSheetDay) {
-                return worksheet_write_number(sheet, row, column, date.Serial(),
-                                              date.HasTime() ? formats.dateTime : formats.date);
+                return Sheets().writeNumber(sheet, row, column, date.Serial(),
+                                            date.HasTime() ? formats.dateTime : formats.date);
             }
             break;
         default:
@@ -81,7 +80,7 @@ lxw_error WriteCell(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const
 }
 
 void Check(lxw_error error, const std::string& path) {
-    if (error != LXW_NO_ERROR) throw CommandError(path + ": cannot be written: " + lxw_strerror(error));
+    if (error != LXW_NO_ERROR) throw CommandError(path + ": cannot be written: " + Sheets().errorText(error));
 }
 
 std::int64_t WriteSheet(lxw_worksheet* sheet, Recordset& recordset, const Formats& formats, const std::string& path) {
@@ -103,17 +102,17 @@ std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& 
     lxw_workbook_options options{};
     options.constant_memory = LXW_TRUE;
     const auto openFailed = [&] { return CommandError(path + ": cannot be written"); };
-    std::unique_ptr<lxw_workbook, FreeWorkbook> workbook(workbook_new_opt(path.c_str(), &options));
+    std::unique_ptr<lxw_workbook, FreeWorkbook> workbook(Sheets().newWorkbook(path.c_str(), &options));
     if (!workbook) throw openFailed();
     const Formats formats = AddFormats(workbook.get());
     std::int64_t rows = 0;
     for (const Section& section : sections) {
         const char* title = section.title.empty() ? nullptr : section.title.c_str();
-        lxw_worksheet* const sheet = workbook_add_worksheet(workbook.get(), title);
+        lxw_worksheet* const sheet = Sheets().addSheet(workbook.get(), title);
         if (!sheet) throw openFailed();
         rows += WriteSheet(sheet, *section.rows, formats, path);
     }
-    Check(workbook_close(workbook.release()), path);
+    Check(Sheets().closeWorkbook(workbook.release()), path);
     return rows;
 }
 
