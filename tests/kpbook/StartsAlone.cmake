@@ -1,0 +1,12 @@
+# Looks at the libraries that PROGRAM has to be put together from each time that it starts.
+execute_process(COMMAND ${READELF} --dynamic ${PROGRAM} OUTPUT_VARIABLE dynamic RESULT_VARIABLE failed)
+string(REGEX MATCHALL "NEEDED[^\n]*\\[[^]\n]*\\]" entries "${dynamic}")
+if(failed OR NOT entries)
+  message(FATAL_ERROR "the needed libraries cannot be read:\n${dynamic}")
+endif()
+foreach(entry IN LISTS entries)
+  string(REGEX REPLACE ".*\\[(.*)\\]" "\\1" library "${entry}")
+  if(NOT library MATCHES "^(libm|libc|ld-linux[-_a-z0-9]*)\\.so")
+    message(FATAL_ERROR "${PROGRAM} needs ${library}")
+  endif()
+endforeach()
