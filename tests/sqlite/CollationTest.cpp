@@ -71,6 +71,52 @@ TEST(Collation, RandomAsciiTextsAsIcu) {
     }
 }
 
+std::string Utf8(char16_t character) {
+    return {static_cast<char>(0xE0 | character >> 12), static_cast<char>(0x80 | (character >> 6 & 0x3F)),
+            static_cast<char>(0x80 | (character & 0x3F))};
+}
+
+TEST(Collation, AllChineseCharactersOfTheCodePageAsIcu) {
+    const Reference icu;
+    std::vector<std::string> characters;
+    for (char16_t c = 0x4E00; c <= 0x9FA5; ++c) characters.push_back(Utf8(c));
+    std::sort(characters.begin(), characters.end(),
+              [](const auto& left, const auto& right) { return CompareBookText(left, right) < 0; });
+    for (std::size_t i = 1; i < characters.size(); ++i) {
+        ASSERT_LT(icu.Compare(characters[i - 1], characters[i]), 0) << characters[i - 1] << characters[i];
+    }
+}
+
+TEST(Collation, AllPairsOfAsciiAndFullWidthCharactersAsIcu) {
+    const Reference icu;
+    for (char16_t full = 0xFEFF; full <= 0xFF60; ++full) {
+        for (int c = 0; c < 128; ++c) {
+            const std::string left = Utf8(full);
+            const std::string right(1, static_cast<char>(c));
+            ASSERT_EQ(Sign(CompareBookText(left, right)), Sign(icu.Compare(left, right))) << left << " and " << c;
+        }
+    }
+}
+
+TEST(Collation, RandomMixedTextsAsIcu) {
+    const Reference icu;
+    std::mt19937 random(20040308);
+    // The last ones only ICU can compare: an accent, a Greek letter, characters of other blocks, no character at all.
+    const std::vector<std::string> characters = {"a",  "A",      "1",  " ",  "-",  "\x01", "水", "泥",
+                                                 "阿", "龥",     "一", "Ａ", "（", "　",   "１", "（",
+                                                 "(",  "\u0301", "Φ",  "㐀", "𠀀", "\xE6"};
+    const auto text = [&] {
+        std::string out;
+        for (auto left = random() % 6; left > 0; --left) out += characters[random() % characters.size()];
+        return out;
+    };
+    for (int i = 0; i < 200000; ++i) {
+        const std::string left = text();
+        const std::string right = text();
+        ASSERT_EQ(Sign(CompareBookText(left, right)), Sign(icu.Compare(left, right))) << left << '|' << right;
+    }
+}
+
 struct Order {
     const char* left;
     const char* right;
@@ -162,7 +208,7 @@ TEST(Collation, ThreadsShareOneCollator) {
     std::vector<int> results(8);
     for (int& result : results) {
         threads.emplace_back([&result] {
-            for (int i = 0; i < 1000; ++i) result += Sign(CompareBookText("张三", "李四"));
+            for (int i = 0; i < 1000; ++i) result += Sign(CompareBookText("张三é", "李四é"));
         });
     }
     for (std::thread& thread : threads) thread.join();

@@ -1,0 +1,16 @@
+// The order of the characters that most texts of a book consist of, written out because loading ICU's Chinese rules
+// takes longer than a whole call on a small book.
+#pragma once
+
+#include <string_view>
+
+namespace kpTables::sqlite {
+
+/// Whether CompareRanked can compare the text: its characters are of ASCII, their full-width forms, or Chinese ones of
+/// code page 936.
+bool IsRanked(std::string_view text) noexcept;
+
+/// As ICU compares the two, which must be ranked: negative, 0 or positive.
+int CompareRanked(std::string_view left, std::string_view right) noexcept;
+
+}  // namespace kpTables::sqlite
