@@ -1,6 +1,9 @@
 #include "kpbook/CommandLine.h"
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
+#include <string_view>
 
 #include "kpbook/ArgumentText.h"
 #include "kpbook/CommandSyntax.h"
@@ -195,6 +198,47 @@ void AddMethods(CLI::App& app, Parsed& parsed) {
     command->add_option("NAME", parsed.methods.name, "The method")->check(kUtf8)->type_name("");
 }
 
+struct CommandEntry {
+    std::string_view name;
+    void (*add)(CLI::App& app, Parsed& parsed);
+    int (*run)(const Parsed& parsed);
+};
+
+int RunCall(const Parsed& parsed) {
+    if (!parsed.batch) return Call(parsed.call, parsed.global);
+    return Batch({parsed.call.book, parsed.call.method.empty() ? "-" : parsed.call.method}, parsed.global);
+}
+
+// In the order of the help text.
+constexpr CommandEntry kCommands[] = {
+    {"new", AddNew, [](const Parsed& parsed) { return NewBook(parsed.create, parsed.global); }},
+    {"info", AddInfo, [](const Parsed& parsed) { return Info(parsed.info, parsed.global); }},
+    {"import", AddImport, [](const Parsed& parsed) { return Import(parsed.import, parsed.global); }},
+    {"call", AddCall, RunCall},
+    {"sql", AddSql, [](const Parsed& parsed) { return Sql(parsed.sql, parsed.global); }},
+    {"close", AddClose, [](const Parsed& parsed) { return Close(parsed.close, parsed.global); }},
+    {"stock", AddStock, [](const Parsed& parsed) { return Stock(parsed.stock, parsed.global); }},
+    {"report", [](CLI::App& app, Parsed& parsed) { AddReport(app, parsed.report); },
+     [](const Parsed& parsed) { return Report(parsed.report.options, parsed.global); }},
+    {"operators", AddOperators, [](const Parsed& parsed) { return Operators(parsed.operators, parsed.global); }},
+    {"log", AddLog, [](const Parsed& parsed) { return Log(parsed.log, parsed.global); }},
+    {"payroll", AddPayroll, [](const Parsed& parsed) { return Payroll(parsed.payroll, parsed.global); }},
+    {"methods", AddMethods, [](const Parsed& parsed) { return Methods(parsed.methods, parsed.global); }},
+};
+
+/// The commands that the words may ask for: making all of them takes longer than a short call's statement.
+void AddCommands(CLI::App& app, Parsed& parsed, const std::vector<std::string>& words) {
+    const auto isHelp = [](const std::string& word) { return word.starts_with("-h") || word.starts_with("--help"); };
+    const auto isNamed = [&words](const CommandEntry& command) {
+        return std::find(words.begin(), words.end(), command.name) != words.end();
+    };
+    const bool all = std::any_of(words.begin(), words.end(), isHelp) ||
+                     std::none_of(std::begin(kCommands), std::end(kCommands), isNamed);
+    for (const CommandEntry& command : kCommands) {
+        if (all || isNamed(command)) command.add(app, parsed);
+    }
+}
+
 OutputFormat FormatOf(const std::string& name) {
     if (name == "csv") return OutputFormat::Csv;
     if (name == "json") return OutputFormat::Json;
@@ -221,32 +265,14 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     }
     for (auto& argument : parsed.call.arguments) Unmark(argument);
     parsed.create.sqlNames = parsed.dialect == "sql";
-    if (app.got_subcommand("report")) {
-        parsed.report.options = ReadReport(*app.get_subcommand("report"), parsed.report);
-    }
-    if (!app.got_subcommand("call")) return;
+    const CLI::App& command = *app.get_subcommands().front();
+    if (command.get_name() == "report") parsed.report.options = ReadReport(command, parsed.report);
+    if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
     if (parsed.batch && (app.count("-O") > 0 || app.count("-o") > 0)) {
         throw CLI::ValidationError("--batch answers in JSON on standard output; -O and -o do not go with it");
     }
-}
-
-int Run(const CLI::App& app, const Parsed& parsed) {
-    const auto& global = parsed.global;
-    if (app.got_subcommand("new")) return NewBook(parsed.create, global);
-    if (app.got_subcommand("info")) return Info(parsed.info, global);
-    if (app.got_subcommand("stock")) return Stock(parsed.stock, global);
-    if (app.got_subcommand("report")) return Report(parsed.report.options, global);
-    if (app.got_subcommand("operators")) return Operators(parsed.operators, global);
-    if (app.got_subcommand("log")) return Log(parsed.log, global);
-    if (app.got_subcommand("payroll")) return Payroll(parsed.payroll, global);
-    if (app.got_subcommand("import")) return Import(parsed.import, global);
-    if (app.got_subcommand("sql")) return Sql(parsed.sql, global);
-    if (app.got_subcommand("close")) return Close(parsed.close, global);
-    if (app.got_subcommand("methods")) return Methods(parsed.methods, global);
-    if (!parsed.batch) return Call(parsed.call, global);
-    return Batch({parsed.call.book, parsed.call.method.empty() ? "-" : parsed.call.method}, global);
 }
 
 }  // namespace
@@ -266,25 +292,18 @@ int RunCommandLine(int count, char** words) {
         return "kpbook: " + what + "\nkpbook --help tells how it is used.\n";
     });
     AddGlobalOptions(app, parsed);
-    AddNew(app, parsed);
-    AddInfo(app, parsed);
-    AddImport(app, parsed);
-    AddCall(app, parsed);
-    AddSql(app, parsed);
-    AddClose(app, parsed);
-    AddStock(app, parsed);
-    AddReport(app, parsed.report);
-    AddOperators(app, parsed);
-    AddLog(app, parsed);
-    AddPayroll(app, parsed);
-    AddMethods(app, parsed);
+    std::vector<std::string> marked = MarkedWords(count, words);
+    AddCommands(app, parsed, marked);
     try {
-        app.parse(MarkedWords(count, words));
+        app.parse(marked);
         Complete(app, parsed);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kSucceeded : kWrongUsage;
     }
-    return Run(app, parsed);
+    const auto asked = app.get_subcommands().front()->get_name();
+    const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                     [&asked](const CommandEntry& command) { return command.name == asked; });
+    return entry->run(parsed);
 }
 
 }  // namespace kpTables::kpbook
