@@ -2,8 +2,10 @@
 
 import datetime
 import json
+import os
 import subprocess
 import unittest
+import unittest.mock
 import xml.etree.ElementTree
 import zipfile
 
@@ -251,6 +253,15 @@ class FormatTest(TradingCase):
         self.assertEqual(cells["C3"], ("n", str(days), "yyyy-mm-dd"))
         self.assertEqual(cells["D3"][:2], ("b", "1"))
         self.assertNotIn("C2", cells)
+
+    def test_only_xlsx_needs_its_library(self):
+        self.write("libxlsxwriter.so.4", "no library")
+        with unittest.mock.patch.dict(os.environ, LD_LIBRARY_PATH=str(self.folder)):
+            self.run_kpbook("sql", self.book, self.QUERY, "-O", "csv")
+            path = self.folder / "out.xlsx"
+            done = self.run_kpbook("sql", self.book, self.QUERY, "-O", "xlsx", "-o", path, code=1)
+        self.assertRegex(done.stderr, "^kpbook: xlsx cannot be written: .*libxlsxwriter.so.4")
+        self.assertFalse(path.exists())
 
     def test_xlsx_of_money(self):
         self.sql("Update 出库记录 Set 单价=922337203685477.5807")
