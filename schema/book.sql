@@ -106,6 +106,8 @@ CREATE INDEX ClassCode ON 商品设置 (ClassCode);
 -- Inbound and outbound bills: a header and any number of lines, joined by BillID. The lines' 仓库 and the headers' 编号 and
 -- BillType are what some of the host's lists filter and sort by; 项目ID is what the list of a month's projects calls pjID.
 -- The lines' index on BillID has the warehouse too, as the bill list adds up a bill's lines warehouse by warehouse.
+-- The headers' index on dpID alone brings a warehouse's bills in the order of BillID, in which the bill list groups them; the one
+-- with the month brings them month by month.
 CREATE TABLE 入库目录 (
     BillID COUNTER PRIMARY KEY,
     年份 SHORT,
@@ -127,6 +129,7 @@ CREATE TABLE 入库目录 (
     项目ID LONG AS (pjID)
 );
 CREATE INDEX 仓库月份 ON 入库目录 (dpID, 月份);
+CREATE INDEX dpID ON 入库目录 (dpID);
 CREATE INDEX 日期 ON 入库目录 (年份, 月份, 日子);
 CREATE INDEX 月份单据 ON 入库目录 (月份, 单据类型, 单据编号);
 CREATE INDEX 单据编号 ON 入库目录 (单据编号);
@@ -171,6 +174,7 @@ CREATE TABLE 出库目录 (
     项目ID LONG AS (pjID)
 );
 CREATE INDEX 仓库月份 ON 出库目录 (dpID, 月份);
+CREATE INDEX dpID ON 出库目录 (dpID);
 CREATE INDEX 日期 ON 出库目录 (年份, 月份, 日子);
 CREATE INDEX 月份单据 ON 出库目录 (月份, 单据类型, 单据编号);
 CREATE INDEX 单据编号 ON 出库目录 (单据编号);

@@ -42,6 +42,17 @@ constexpr PlanCase kCases[] = {
      "Rec.dpID Order by Lst.年份 ",
      "SEARCH Lst USING INDEX 出库目录.单据编号 (单据编号>? AND 单据编号<?); "
      "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
+    {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID, dp.仓库名称 FROM 仓库设置 AS dp RIGHT JOIN (入库目录 AS "
+     "Lst LEFT JOIN 入库记录 AS Rec ON Lst.BillID = Rec.BillID) ON dp.dpID = Lst.dpID WHERE Lst.dpID=1 GROUP BY "
+     "Lst.年份, Lst.月份, Lst.单据编号, Lst.BillID, Rec.dpID, dp.仓库名称 Order by Lst.月份,Lst.单据编号 ",
+     "SEARCH Lst USING INDEX 入库目录.dpID (dpID=?); "
+     "SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; "
+     "SEARCH dp USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
+    {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID FROM 出库目录 AS Lst LEFT JOIN 出库记录 AS Rec ON "
+     "Lst.BillID = Rec.BillID WHERE Lst.dpID=1 And Lst.月份=6 GROUP BY Lst.单据编号, Lst.BillID, Rec.dpID Order by "
+     "Lst.单据编号 ",
+     "SEARCH Lst USING INDEX 出库目录.仓库月份 (dpID=? AND 月份=?); "
+     "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
     {"SELECT Rec.pdID, Sum(Rec.数量) AS 数量, Prod.商品名称, Prod.ClassCode FROM (出库目录 AS Lst INNER JOIN 出库记录 "
      "AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID  GROUP BY Rec.pdID, "
      "Prod.商品名称, Prod.ClassCode ",
