@@ -56,8 +56,8 @@ constexpr PlanCase kCases[] = {
     {"SELECT Rec.pdID, Sum(Rec.数量) AS 数量, Prod.商品名称, Prod.ClassCode FROM (出库目录 AS Lst INNER JOIN 出库记录 "
      "AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID  GROUP BY Rec.pdID, "
      "Prod.商品名称, Prod.ClassCode ",
-     "SCAN Rec USING INDEX 出库记录.pdID; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
-     "SEARCH Prod USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN"},
+     "CO-ROUTINE query 1; SCAN Rec USING INDEX 出库记录.pdID; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
+     "SCAN query 1; SEARCH Prod USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN"},
 };
 
 TEST(GroupPlan, NothingIsSortedToBeGrouped) {

@@ -1,7 +1,5 @@
 #include "sql/sqlite/Dependence.h"
 
-#include <algorithm>
-
 #include "sql/sqlite/Conversion.h"
 
 namespace kpTables::sql {
@@ -11,11 +9,6 @@ namespace {
 const Binary* AsBinary(const Expression& expression, BinaryOperator op) {
     const auto* binary = If<Binary>(&expression);
     return binary && binary->op == op ? binary : nullptr;
-}
-
-bool IsOf(const Source& source, const SourceColumn& column) {
-    return std::any_of(source.columns.begin(), source.columns.end(),
-                       [&](const SourceColumn& own) { return &own == &column; });
 }
 
 }  // namespace
@@ -76,7 +69,7 @@ void Dependence::AddEquality(const Expression& condition, SourceRange from, Sour
 
 bool Dependence::IsIn(const SourceColumn& column, SourceRange range) const {
     for (std::size_t i = range.begin; i < range.end; ++i)
-        if (IsOf(scope_.Sources()[i], column)) return true;
+        if (scope_.Sources()[i].Has(column)) return true;
     return false;
 }
 
@@ -94,7 +87,7 @@ std::vector<const SourceColumn*> Dependence::FollowingFrom(const SourceColumn& c
         if (one == &column) following.push_back(other);
     if (!column.counter) return following;
     for (const Source& source : scope_.Sources())
-        if (IsOf(source, column))
+        if (source.Has(column))
             for (const SourceColumn& other : source.columns) following.push_back(&other);
     return following;
 }

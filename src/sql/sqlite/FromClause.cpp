@@ -1,6 +1,7 @@
 #include "sql/sqlite/FromClause.h"
 
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "sql/sqlite/ExpressionTranslator.h"
@@ -37,6 +38,18 @@ public:
         return texts_.at(&table);
     }
 
+    // The join's last table is one source, and so the first or the last of all.
+    std::optional<LastJoin> Last(const TableExpression& table) const {
+        if (table.kind != TableKind::Join) return std::nullopt;
+        const auto& join = static_cast<const JoinedTable&>(table);
+        const bool turned = IsTurned(join);
+        const TableExpression& last = turned ? *join.left : *join.right;
+        if (last.kind != TableKind::Named) return std::nullopt;
+        const Source& source = turned ? scope_.Sources().front() : scope_.Sources().back();
+        return LastJoin{" FROM " + Text(turned ? *join.right : *join.left), Text(last), &source, join.on.get(),
+                        join.join != JoinKind::Inner};
+    }
+
 private:
     void DeclareTable(const NamedTable& named) {
         const CatalogTable& table = session_.Table(named.name, named.offset);
@@ -65,10 +78,13 @@ private:
 
     // A join on the right side needs parentheses, which SQLite may answer with a table made for it: where the join lets
     // its sides change places, the deeper one goes to the left.
-    std::string Joined(const JoinedTable& join) const {
-        const bool right = join.join == JoinKind::Right;
+    static bool IsTurned(const JoinedTable& join) {
         const bool deeper = join.right->kind == TableKind::Join && join.left->kind != TableKind::Join;
-        const bool turned = right || (join.join == JoinKind::Inner && deeper);
+        return join.join == JoinKind::Right || (join.join == JoinKind::Inner && deeper);
+    }
+
+    std::string Joined(const JoinedTable& join) const {
+        const bool turned = IsTurned(join);
         const TableExpression& first = turned ? *join.right : *join.left;
         const TableExpression& second = turned ? *join.left : *join.right;
         std::string text = Text(first);
@@ -99,12 +115,14 @@ void CollectNames(const TableExpression& table, std::vector<std::string>& names)
 
 }  // namespace
 
-std::string TranslateFrom(Session& session, const std::vector<TablePtr>& from, Scope& scope, const Scope* outer) {
+FromText TranslateFrom(Session& session, const std::vector<TablePtr>& from, Scope& scope, const Scope* outer) {
     FromClause clause(session, scope, outer);
     for (const auto& table : from) clause.Declare(*table);
-    std::string text;
-    for (const auto& table : from) text.append(text.empty() ? " FROM " : ", ").append(clause.Text(*table));
-    return text;
+    FromText result;
+    for (const auto& table : from)
+        result.text.append(result.text.empty() ? " FROM " : ", ").append(clause.Text(*table));
+    if (from.size() == 1) result.last = clause.Last(*from.front());
+    return result;
 }
 
 std::vector<std::string> TableNames(const std::vector<TablePtr>& from) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "sql/sqlite/FromClause.h"
+#include "sql/sqlite/GroupLookup.h"
 #include "sql/sqlite/SelectText.h"
 #include "sql/sqlite/SelectTranslator.h"
 #include "sql/sqlite/UnionTranslator.h"
@@ -26,9 +27,12 @@ QueryText TranslateSelect(Session& session, const SelectCore& core, const std::v
                           const Scope* outer, QueryUse use) {
     SelectTranslator translator(session, core, outer);
     if (!order.empty()) translator.GroupInAnyOrder();
-    QueryText query = PrintSelect(session, PartsOf(translator), use == QueryUse::Table);
+    // A query around this one could not be seen from within a table in FROM.
+    const auto lookedUp = outer ? std::nullopt : LookUpByGroup(session, translator, core, order);
+    QueryText query = PrintSelect(session, lookedUp ? lookedUp->parts : PartsOf(translator), use == QueryUse::Table);
     if (use == QueryUse::Table) query.implied = translator.ImpliedItems();
-    if (use == QueryUse::Result || translator.HasTop()) query.text += translator.OrderText(order);
+    if (use == QueryUse::Result || translator.HasTop())
+        query.text += lookedUp ? lookedUp->order : translator.OrderText(order);
     query.text += translator.LimitText();
     return query;
 }

@@ -96,11 +96,12 @@ const SourceColumn& Scope::Resolve(const Column& column) const {
     throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + Written(column) + "'", column.offset);
 }
 
+bool Source::Has(const SourceColumn& column) const {
+    return std::any_of(columns.begin(), columns.end(), [&](const SourceColumn& own) { return &own == &column; });
+}
+
 bool Scope::Owns(const SourceColumn& column) const {
-    return std::any_of(sources_.begin(), sources_.end(), [&](const Source& source) {
-        return std::any_of(source.columns.begin(), source.columns.end(),
-                           [&](const SourceColumn& own) { return &own == &column; });
-    });
+    return std::any_of(sources_.begin(), sources_.end(), [&](const Source& source) { return source.Has(column); });
 }
 
 void Scope::AddAlias(std::string name, Term term) { aliases_.emplace_back(std::move(name), std::move(term)); }

@@ -30,6 +30,8 @@ struct Source {
     std::vector<std::string> innerNames;
     /// Of a query: the second column has one value for each value of the first.
     std::vector<std::pair<std::size_t, std::size_t>> implied;
+
+    bool Has(const SourceColumn& column) const;
 };
 
 class Scope {

@@ -7,7 +7,6 @@
 #include "sql/SqlError.h"
 #include "sql/sqlite/Conversion.h"
 #include "sql/sqlite/Dependence.h"
-#include "sql/sqlite/FromClause.h"
 #include "sql/sqlite/Grouping.h"
 #include "sql/sqlite/Names.h"
 #include "sql/sqlite/SqliteTranslator.h"
@@ -117,8 +116,12 @@ void SelectTranslator::PrintGroups(const std::vector<std::size_t>& sequence) {
         dependence.Fix(*column);
     }
     groupBy_.clear();
-    for (std::size_t i = 0; i < groups_.size(); ++i)
-        if (needed[i]) groupBy_ += (groupBy_.empty() ? " GROUP BY " : ", ") + groupKeys_[i];
+    keys_.clear();
+    for (std::size_t i = 0; i < groups_.size(); ++i) {
+        if (!needed[i]) continue;
+        groupBy_ += (groupBy_.empty() ? " GROUP BY " : ", ") + groupKeys_[i];
+        keys_.push_back(groups_[i]);
+    }
 }
 
 std::vector<std::pair<std::size_t, std::size_t>> SelectTranslator::ImpliedItems() const {

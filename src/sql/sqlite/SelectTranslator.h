@@ -8,6 +8,7 @@
 
 #include "sql/Tree.h"
 #include "sql/sqlite/ExpressionTranslator.h"
+#include "sql/sqlite/FromClause.h"
 #include "sql/sqlite/Scope.h"
 #include "sql/sqlite/Session.h"
 #include "sql/sqlite/Term.h"
@@ -41,7 +42,12 @@ public:
     /// " LIMIT n", or "".
     std::string LimitText();
     /// " FROM ... WHERE ... GROUP BY ... HAVING ...", as far as the SELECT has them.
-    std::string Tail() const { return from_ + where_ + groupBy_ + having_; }
+    std::string Tail() const { return Tail(from_.text); }
+    /// The same after another FROM.
+    std::string Tail(const std::string& from) const { return from + where_ + groupBy_ + having_; }
+    const std::optional<LastJoin>& Last() const noexcept { return from_.last; }
+    /// The keys that the text groups by, from which the others follow.
+    const std::vector<const Expression*>& Keys() const noexcept { return keys_; }
     /// The groups need not come in the order of their keys, as something else orders them.
     void GroupInAnyOrder();
     /// Pairs of items, from 0, where the second has one value for each value of the first.
@@ -65,12 +71,13 @@ private:
     Session& session_;
     const SelectCore& core_;
     Scope scope_;
-    std::string from_;
+    FromText from_;
     std::string where_;
     std::string groupBy_;
     std::string having_;
     std::vector<const Expression*> groups_;
     std::vector<std::string> groupKeys_;  ///< beside groups_
+    std::vector<const Expression*> keys_;
     bool aggregated_ = false;
     std::vector<OutputItem> items_;
     std::vector<const Expression*> itemExpressions_;  ///< beside items_; nullptr for a column of a star
