@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <optional>
 
 #include "kpTables/Convert.h"
-#include "kpTables/Error.h"
 #include "kpbook/Names.h"
 #include "kpbook/Utf8.h"
 
@@ -39,53 +39,57 @@ std::optional<std::string_view> WithoutPlus(std::string_view text) {
 /// A sign, digits and at most one point with digits on at least one side.
 bool IsPlainDecimal(std::string_view text) noexcept {
     if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
-    const auto digits = std::ranges::count_if(text, IsDigit);
-    const auto points = std::ranges::count(text, '.');
-    return digits > 0 && points <= 1 && static_cast<std::size_t>(digits + points) == text.size();
+    std::size_t digits = 0;
+    std::size_t points = 0;
+    for (const char character : text) {
+        digits += IsDigit(character);
+        points += character == '.';
+    }
+    return digits > 0 && points <= 1 && digits + points == text.size();
+}
+
+/// Reads the whole text, or tells what was in the way.
+template <class Number>
+std::errc ReadNumber(std::string_view text, Number& value) noexcept {
+    const auto* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, value);
+    return read.ptr == end ? read.ec : std::errc::invalid_argument;
 }
 
 template <class Whole>
 FieldValue ReadWhole(std::string_view text) {
     using Limits = std::numeric_limits<Whole>;
+    Whole value = 0;
+    if (ReadNumber(WithoutPlus(text).value_or(text), value) == std::errc()) return {value, {}};
     if (!IsPlainDecimal(text)) return Problem(text, "is no whole number");
     if (text.find('.') != text.npos) return Problem(text, "has decimals; the column takes whole numbers");
-    const auto digits = WithoutPlus(text).value_or(text);
-    Whole value = 0;
-    if (std::from_chars(digits.data(), digits.data() + digits.size(), value).ec != std::errc()) {
-        return Problem(
-            text, "is out of range (" + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()) + ")");
-    }
-    return {value, {}};
+    return Problem(text,
+                   "is out of range (" + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()) + ")");
 }
 
 FieldValue ReadDouble(std::string_view text) {
-    const auto digits = WithoutPlus(text);
-    // Letters other than an exponent's would be "inf" and "nan".
-    const auto isNumeral = [](char c) {
-        return IsDigit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
-    };
-    if (!digits || !std::ranges::all_of(*digits, isNumeral)) return Problem(text, "is no number");
     double value = 0;
-    const auto* end = digits->data() + digits->size();
-    const auto read = std::from_chars(digits->data(), end, value);
-    if (read.ec == std::errc::result_out_of_range) return Problem(text, "is out of range");
-    if (read.ec != std::errc() || read.ptr != end) return Problem(text, "is no number");
-    return {value, {}};
+    const auto problem = ReadNumber(WithoutPlus(text).value_or(text), value);
+    // The library reads "inf" and "nan" as numbers.
+    if (problem == std::errc() && std::isfinite(value)) return {value, {}};
+    return Problem(text, problem == std::errc::result_out_of_range ? "is out of range" : "is no number");
 }
 
 FieldValue ReadCurrency(std::string_view text) {
     constexpr std::size_t kDecimals = 4;
     if (!IsPlainDecimal(text)) return Problem(text, "is no plain decimal number");
-    const auto point = text.find('.');
-    if (point != text.npos && text.size() - point - 1 > kDecimals) {
-        return Problem(text, "has more than four decimals");
+    // With four decimals and no point the text is the whole number of ten-thousandths.
+    std::string scaled(WithoutPlus(text).value_or(text));
+    std::size_t decimals = 0;
+    if (const auto point = scaled.find('.'); point != scaled.npos) {
+        scaled.erase(point, 1);
+        decimals = scaled.size() - point;
     }
-    try {
-        return {Currency::FromDecimalText(text), {}};
-    } catch (const Error& error) {
-        if (error.Number() != static_cast<int>(ErrorNumber::Overflow)) return Problem(text, error.Description());
-        return Problem(text, "is out of range (-922337203685477.5808 to 922337203685477.5807)");
-    }
+    if (decimals > kDecimals) return Problem(text, "has more than four decimals");
+    scaled.append(kDecimals - decimals, '0');
+    std::int64_t value = 0;
+    if (ReadNumber<std::int64_t>(scaled, value) == std::errc()) return {Currency::FromScaled(value), {}};
+    return Problem(text, "is out of range (-922337203685477.5808 to 922337203685477.5807)");
 }
 
 FieldValue ReadDate(std::string_view text) {
