@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Child.h"
 #include "RawDatabase.h"
 #include "kpTables/Sqlite.h"
 
@@ -89,7 +90,7 @@ void FillBalance(const RawDatabase& database, const BookSize& size) {
             const std::int64_t price =
                 50'000 + static_cast<std::int64_t>(Mix(static_cast<std::uint64_t>(product)) % 950'000);
             const std::int64_t quantity = 100 + product % 900;
-            row.Bind(1, std::int64_t{kBookYear}).Bind(2, std::int64_t{size.months}).Bind(3, product);
+            row.Bind(1, std::int64_t{kBookYear}).Bind(2, std::int64_t{size.balanceMonth}).Bind(3, product);
             row.Bind(4, std::int64_t{depot}).Bind(5, static_cast<double>(price) / 10'000);
             row.Bind(6, static_cast<double>(quantity)).Bind(7, price * quantity).Run();
         }
@@ -148,17 +149,7 @@ void FillBills(const RawDatabase& database, const BookSize& size, bool inbound) 
     }
 }
 
-}  // namespace
-
-NamesOfProduct NamesOf(std::int64_t product) {
-    constexpr std::int64_t kFirstBarCode = 6'900'000'000'000;
-    const std::string number = std::to_string(product);
-    return {std::to_string(kFirstBarCode + product * 10), "SP" + number, "P" + number, "商品" + number};
-}
-
-std::string NameOfOption(std::int64_t option) { return "单据选项" + std::to_string(option); }
-
-void MakeBook(const std::string& path, const BookSize& size) {
+void Make(const std::string& path, const BookSize& size) {
     std::filesystem::remove(path);
     SqliteConnection::Create(path);
     const RawDatabase database(path);
@@ -177,6 +168,23 @@ void MakeBook(const std::string& path, const BookSize& size) {
     }
     database.Run("COMMIT");
     database.Run("PRAGMA journal_mode = WAL");
+}
+
+}  // namespace
+
+NamesOfProduct NamesOf(std::int64_t product) {
+    constexpr std::int64_t kFirstBarCode = 6'900'000'000'000;
+    const std::string number = std::to_string(product);
+    return {std::to_string(kFirstBarCode + product * 10), "SP" + number, "P" + number, "商品" + number};
+}
+
+std::string NameOfOption(std::int64_t option) { return "单据选项" + std::to_string(option); }
+
+void MakeBook(const std::string& path, const BookSize& size) {
+    InChild([&] {
+        Make(path, size);
+        return std::vector<double>{};
+    });
 }
 
 }  // namespace kpTables::bench

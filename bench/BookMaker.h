@@ -10,7 +10,8 @@ struct BookSize {
     std::int64_t lines = 1'000'000;   ///< of each direction, ten a bill
     std::int64_t products = 100'000;  ///< each with a balance row in every warehouse
     int depots = 1;                   ///< that the bills are spread over
-    int months = 11;                  ///< that the bills are spread over; the last one has the balance rows
+    int months = 11;                  ///< that the bills are spread over
+    int balanceMonth = 11;            ///< the one that has the balance rows
 };
 
 constexpr int kBookYear = 2003;
@@ -26,7 +27,7 @@ struct NamesOfProduct {
 NamesOfProduct NamesOf(std::int64_t product);
 std::string NameOfOption(std::int64_t option);
 
-/// Makes a new book at path.
+/// Makes a new book at path, in a process of its own.
 void MakeBook(const std::string& path, const BookSize& size);
 
 }  // namespace kpTables::bench

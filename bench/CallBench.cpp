@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -13,6 +14,12 @@
 #include "Report.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Sqlite.h"
+#ifdef KPBENCH_WRAPPERS
+#include "ComposedLookups.h"
+#include "Recorder.h"
+#include "SociDatabase.h"
+#include "SqliteCppDatabase.h"
+#endif
 
 namespace kpTables::bench {
 
@@ -83,20 +90,23 @@ std::vector<double> Measure(Side& side, const Ask& ask) {
     return {varied, Nanoseconds(side, ask, false)};
 }
 
-void Open(CTables& tables, const std::string& path) { tables.Cnn(SqliteConnection::Open(path)); }
+/// The component's side, opened like the others.
+class ComponentLookups : public CTables {
+public:
+    explicit ComponentLookups(const std::string& path) { Cnn(SqliteConnection::Open(path)); }
+};
 
 /// Calls that were answered alike; throws where the answers differ, or where they are all the same and so say nothing.
-template <class Ask>
+template <class Rival, class Ask>
 double Compare(const std::string& path, const Ask& ask) {
-    CTables tables;
-    Open(tables, path);
-    HandLookups byHand(path);
-    const Variant first(ask(byHand, 0));
+    ComponentLookups component(path);
+    Rival rival(path);
+    const Variant first(ask(rival, 0));
     bool telling = false;
     std::size_t calls = 0;
     for (const Stopwatch watch; calls < kCalls && watch.Seconds() < kSeconds; ++calls) {
-        const Variant answer(ask(byHand, calls));
-        if (!answer.Is(Variant(ask(tables, calls)))) {
+        const Variant answer(ask(rival, calls));
+        if (!answer.Is(Variant(ask(component, calls)))) {
             throw std::runtime_error("the answers to call " + std::to_string(calls + 1) + " differ");
         }
         telling = telling || !answer.Is(first);
@@ -106,6 +116,30 @@ double Compare(const std::string& path, const Ask& ask) {
     }
     return static_cast<double>(calls);
 }
+
+#ifdef KPBENCH_WRAPPERS
+using SqliteCppLookups = ComposedLookups<SqliteCppDatabase>;
+using SociLookups = ComposedLookups<SociDatabase>;
+
+/// Throws where a user of the wrapper would send other texts than the component.
+template <class Rival, class Ask>
+void CompareTexts(const std::string& path, const Ask& ask) {
+    std::vector<std::string> sent;
+    std::vector<std::string> composed;
+    CTables tables;
+    tables.Cnn(std::make_shared<Recorder>(SqliteConnection::Open(path), sent));
+    Rival rival(path);
+    rival.Record(composed);
+    constexpr std::size_t kTexts = 200;
+    for (std::size_t call = 0; call < kTexts; ++call) {
+        static_cast<void>(ask(tables, call));
+        static_cast<void>(ask(rival, call));
+    }
+    if (sent.empty() || sent != composed) {
+        throw std::runtime_error("the texts differ");
+    }
+}
+#endif
 
 struct Runs {
     std::vector<double> varied;
@@ -121,7 +155,7 @@ struct Runs {
     }
 };
 
-std::vector<std::string> Row(const std::string& name, const std::vector<double>& figures, int decimals) {
+std::vector<std::string> Line(const std::string& name, const std::vector<double>& figures, int decimals) {
     std::vector<std::string> row = {name};
     for (const double figure : figures) {
         row.push_back(Fixed(figure, decimals));
@@ -131,71 +165,97 @@ std::vector<std::string> Row(const std::string& name, const std::vector<double>&
 
 class Report {
 public:
-    Report(std::string path, int runs) : path_(std::move(path)), runs_(runs) {}
+    Report(const Setting& setting, std::string path) : setting_(setting), path_(std::move(path)) {}
 
-    /// ask is called with a CTables or with HandLookups and with the number of the call.
+    /// ask is called with a side and with the number of the call.
     template <class Ask>
     void Add(const std::string& method, const Ask& ask) {
         Runs component;
         Runs hand;
-        for (int run = 0; run < runs_; ++run) {
-            component.Add(InChild([&] {
-                CTables tables;
-                Open(tables, path_);
-                return Measure(tables, ask);
-            }));
-            hand.Add(InChild([&] {
-                HandLookups byHand(path_);
-                return Measure(byHand, ask);
-            }));
+        Runs sqliteCpp;
+        Runs soci;
+        for (int run = 0; run < setting_.runs; ++run) {
+            AddRun<ComponentLookups>(component, ask);
+            AddRun<HandLookups>(hand, ask);
+#ifdef KPBENCH_WRAPPERS
+            AddRun<SqliteCppLookups>(sqliteCpp, ask);
+            AddRun<SociLookups>(soci, ask);
+#endif
         }
-        std::vector<double> ratios = component.Figures();
-        const std::vector<double> divisors = hand.Figures();
-        std::transform(ratios.begin(), ratios.end(), divisors.begin(), ratios.begin(), std::divides<>());
-        rows_.push_back(Row(method, component.Figures(), 0));
-        rows_.back().push_back(AnsweredAlike(method, ask));
-        rows_.push_back(Row("  by hand", divisors, 0));
-        rows_.push_back(Row("  ratio", ratios, 2));
+        lines_.push_back(Line(method, component.Figures(), 0));
+        constexpr double kNanosecondsOfHand = 2;
+        AddRival(method, "a cached statement, bound anew", component, hand, RatioUpTo(kNanosecondsOfHand),
+                 [&] { return Compare<HandLookups>(path_, ask); });
+#ifdef KPBENCH_WRAPPERS
+        AddRival(method, "SQLiteCpp, text prepared anew", component, sqliteCpp, RatioBelow(1), [&] {
+            CompareTexts<SqliteCppLookups>(path_, ask);
+            return Compare<SqliteCppLookups>(path_, ask);
+        });
+        AddRival(method, "SOCI, text prepared anew", component, soci, RatioBelow(1), [&] {
+            CompareTexts<SociLookups>(path_, ask);
+            return Compare<SociLookups>(path_, ask);
+        });
+#endif
     }
     /// True when all answers agree.
     bool Print() const {
-        PrintTable(rows_);
+        PrintTable(setting_.details, lines_);
         for (const std::string& complaint : complaints_) {
-            std::printf("  %s\n", complaint.c_str());
+            std::fprintf(setting_.details, "  %s\n", complaint.c_str());
         }
         return complaints_.empty();
     }
 
 private:
-    template <class Ask>
-    std::string AnsweredAlike(const std::string& method, const Ask& ask) {
-        try {
-            return Fixed(InChild([&] { return std::vector<double>{Compare(path_, ask)}; }).figures.at(0), 0);
-        } catch (const std::exception& error) {
-            complaints_.push_back(method + ": " + error.what());
-            return "no";
-        }
+    template <class Side, class Ask>
+    void AddRun(Runs& runs, const Ask& ask) {
+        runs.Add(InChild([&] {
+            Side side(path_);
+            return Measure(side, ask);
+        }));
     }
 
+    void AddRival(const std::string& method, const std::string& name, const Runs& component, const Runs& rival,
+                  const Goal& goal, const std::function<double()>& compare) {
+        lines_.push_back(Line("  " + name, rival.Figures(), 0));
+        try {
+            lines_.back().push_back(Fixed(InChild([&] { return std::vector<double>{compare()}; }).figures.at(0), 0));
+        } catch (const std::exception&) {
+            complaints_.push_back(method + " beside " + name + ": not the same");
+        }
+        std::vector<double> ratios = component.Figures();
+        const std::vector<double> divisors = rival.Figures();
+        std::transform(ratios.begin(), ratios.end(), divisors.begin(), ratios.begin(), std::divides<>());
+        lines_.push_back(Line("  ratio", ratios, 2));
+        setting_.results->Add(
+            {method, name, "us a call", 2, Microseconds(component.varied), Microseconds(rival.varied), goal});
+    }
+
+    static std::vector<double> Microseconds(std::vector<double> nanoseconds) {
+        for (double& each : nanoseconds) {
+            each /= 1000;
+        }
+        return nanoseconds;
+    }
+
+    const Setting& setting_;
     std::string path_;
-    int runs_;
-    std::vector<std::vector<std::string>> rows_ = {
+    std::vector<std::vector<std::string>> lines_ = {
         {"", "min", "median", "max", "repeated: min", "median", "max", "answers alike"}};
     std::vector<std::string> complaints_;
 };
 
 }  // namespace
 
-bool BenchCalls(const std::filesystem::path& folder, const BookSize& size, int runs) {
-    const std::string path = (folder / "calls.kpbook").string();
-    InChild([&] {
-        MakeBook(path, size);
-        return std::vector<double>{};
-    });
-    std::printf("\nCalls over a book of %lld products, %d warehouses, %lld lines a direction; %d runs, in ns a call\n",
-                static_cast<long long>(size.products), size.depots, static_cast<long long>(size.lines), runs);
+bool BenchCalls(const Setting& setting) {
+    const BookSize& size = setting.size;
+    const std::string path = (setting.folder / "calls.kpbook").string();
+    MakeBook(path, size);
+    std::fprintf(setting.details,
+                 "\nCalls over a book of %lld products, %d warehouses, %lld lines a direction; %d runs, in ns a call\n",
+                 static_cast<long long>(size.products), size.depots, static_cast<long long>(size.lines), setting.runs);
     const Arguments with(size);
-    Report report(path, runs);
+    Report report(setting, path);
     report.Add("Get仓库名称", [&](auto& side, std::size_t call) { return side.Get仓库名称(with.depots[call]); });
     report.Add("Get商品资料", [&](auto& side, std::size_t call) {
         return side.Get商品资料(with.products[call], with.attributes[call]);

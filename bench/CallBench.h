@@ -1,13 +1,11 @@
-// Calls that give one answer beside statements prepared once over SQLite's C API.
+// Calls that give one answer beside statements prepared once over SQLite's C API, and beside wrappers around it.
 #pragma once
 
-#include <filesystem>
-
-#include "BookMaker.h"
+#include "Setting.h"
 
 namespace kpTables::bench {
 
-/// Prints the time of a call, with other arguments each time and with the same ones; false when answers differ.
-bool BenchCalls(const std::filesystem::path& folder, const BookSize& size, int runs);
+/// Measures a call, with other arguments each time and with the same ones; false when answers or texts differ.
+bool BenchCalls(const Setting& setting);
 
 }  // namespace kpTables::bench

@@ -1,146 +1,103 @@
 #include "ClosingBench.h"
 
-#include <fcntl.h>
-#include <sqlite3.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
-#include <stdexcept>
+#include <string>
 #include <vector>
 
-#include "Child.h"
-#include "HandClosing.h"
-#include "RawDatabase.h"
-#include "Report.h"
-#include "kpTables/CTables.h"
-#include "kpTables/Sqlite.h"
+#include "Closings.h"
 
 namespace kpTables::bench {
 
 namespace {
 
-namespace fs = std::filesystem;
+constexpr const char* kByHand = "set-based SQL by hand";
 
-constexpr int kDepot = 1;
-constexpr const char* kNote = "2003-11-30";
-
-double CloseByComponent(const std::string& path, int month) {
-    const auto book = SqliteConnection::Open(path);
-    CTables tables;
-    tables.Cnn(book);
-    const Stopwatch watch;
-    if (!tables.Close_DepotBalance(kDepot, static_cast<std::int16_t>(month), false, Variant(kNote))) {
-        throw std::runtime_error("Close_DepotBalance answered False");
+/// The exponent of the power of the lines that the seconds grow with: the slope of the line through their logarithms.
+double Exponent(const std::vector<double>& lines, const std::vector<double>& seconds) {
+    const auto count = static_cast<double>(lines.size());
+    double sumX = 0;
+    double sumY = 0;
+    double sumXX = 0;
+    double sumXY = 0;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const double x = std::log(lines[i]);
+        const double y = std::log(seconds[i]);
+        sumX += x;
+        sumY += y;
+        sumXX += x * x;
+        sumXY += x * y;
     }
-    return watch.Seconds();
+    return (count * sumXY - sumX * sumY) / (count * sumXX - sumX * sumX);
 }
 
-/// A fresh copy that is on the disk already, so that no run pays for writing it.
-void Copy(const fs::path& from, const fs::path& to) {
-    for (const char* log : {"-wal", "-shm"}) {
-        fs::remove(to.string() + log);
-    }
-    fs::copy_file(from, to, fs::copy_options::overwrite_existing);
-    const int file = open(to.c_str(), O_RDWR);
-    if (file < 0 || fsync(file) != 0) {
-        throw std::runtime_error("cannot write " + to.string());
-    }
-    close(file);
-}
-
-bool SameCell(sqlite3_stmt* left, sqlite3_stmt* right, int column) {
-    const int type = sqlite3_column_type(left, column);
-    if (type == SQLITE_FLOAT || sqlite3_column_type(right, column) == SQLITE_FLOAT) {
-        const double l = sqlite3_column_double(left, column);
-        const double r = sqlite3_column_double(right, column);
-        return std::abs(l - r) <= 1e-9 * std::max(1.0, std::abs(l));
-    }
-    if (type != sqlite3_column_type(right, column)) {
-        return false;
-    }
-    return type == SQLITE_NULL || std::string(reinterpret_cast<const char*>(sqlite3_column_text(left, column))) ==
-                                      reinterpret_cast<const char*>(sqlite3_column_text(right, column));
-}
-
-/// Rows that both balance tables have; throws where they differ.
-std::int64_t CompareBalances(const fs::path& left, const fs::path& right) {
-    const RawDatabase leftBook(left.string());
-    const RawDatabase rightBook(right.string());
-    const char* text = "SELECT * FROM 仓库余额表 ORDER BY 月份, dpID, pdID";
-    RawStatement leftRows = leftBook.Prepare(text);
-    RawStatement rightRows = rightBook.Prepare(text);
-    std::int64_t rows = 0;
-    for (;;) {
-        const bool more = leftRows.Step();
-        if (more != rightRows.Step()) {
-            throw std::runtime_error("the balance tables have different numbers of rows");
+/// One exponent a run.
+std::vector<double> Exponents(const std::vector<double>& lines, const std::vector<std::vector<double>>& seconds) {
+    std::vector<double> exponents;
+    for (std::size_t run = 0; run < seconds.front().size(); ++run) {
+        std::vector<double> ofRun;
+        for (const std::vector<double>& each : seconds) {
+            ofRun.push_back(each[run]);
         }
-        if (!more) {
-            return rows;
-        }
-        ++rows;
-        for (int column = 0; column < sqlite3_column_count(leftRows.Get()); ++column) {
-            if (!SameCell(leftRows.Get(), rightRows.Get(), column)) {
-                throw std::runtime_error("the balance tables differ in row " + std::to_string(rows) + ", " +
-                                         sqlite3_column_name(leftRows.Get(), column));
-            }
-        }
+        exponents.push_back(Exponent(lines, ofRun));
     }
+    return exponents;
 }
 
-struct Runs {
-    std::vector<double> seconds;
-    std::vector<double> peaks;
-
-    void Add(const Measured& measured) {
-        seconds.push_back(measured.figures.at(0));
-        peaks.push_back(measured.peakMebibytes);
-    }
-    std::vector<std::string> Row(const std::string& name) const {
-        return {name, Fixed(Minimum(seconds), 3), Fixed(Median(seconds), 3), Fixed(Maximum(seconds), 3),
-                Fixed(Maximum(peaks), 1)};
-    }
-};
+/// A year of ten warehouses: a hundred lines a direction for each product, so that all tables grow alike.
+BookSize YearSize(std::int64_t lines) {
+    constexpr std::int64_t kLinesOfAProduct = 100;
+    return {lines, std::max<std::int64_t>(1, lines / kLinesOfAProduct), 10, 12, 1};
+}
 
 }  // namespace
 
-bool BenchClosing(const fs::path& folder, const BookSize& size, int runs) {
-    const fs::path original = folder / "closing.kpbook";
-    const fs::path componentCopy = folder / "closing-component.kpbook";
-    const fs::path handCopy = folder / "closing-by-hand.kpbook";
-    InChild([&] {
-        MakeBook(original.string(), size);
-        return std::vector<double>{};
-    });
-    std::printf("\nClosing month %d of one warehouse: %lld balance rows, %lld lines a direction; %d runs, in seconds\n",
-                size.months, static_cast<long long>(size.products), static_cast<long long>(size.lines), runs);
-    Runs component;
-    Runs hand;
-    for (int run = 0; run < runs; ++run) {
-        Copy(original, componentCopy);
-        component.Add(
-            InChild([&] { return std::vector<double>{CloseByComponent(componentCopy.string(), size.months)}; }));
-        Copy(original, handCopy);
-        hand.Add(
-            InChild([&] { return std::vector<double>{CloseByHand(handCopy.string(), kDepot, size.months, kNote)}; }));
+bool BenchClosing(const Setting& setting) {
+    const std::filesystem::path book = setting.folder / "closing.kpbook";
+    const BookSize& size = setting.size;
+    MakeBook(book.string(), size);
+    std::fprintf(
+        setting.details,
+        "\nClosing month %d of one warehouse: %lld balance rows, %lld lines a direction; %d runs, in seconds\n",
+        size.months, static_cast<long long>(size.products), static_cast<long long>(size.lines), setting.runs);
+    const ClosingRuns runs = RunClosings(setting, book, {size.months, size.months, 1});
+    const std::string work = "Close_DepotBalance, " + std::to_string(size.products) + " balance rows, " +
+                             std::to_string(size.lines) + " lines a direction";
+    setting.results->Add({work, kByHand, "s", 3, runs.component, runs.hand, RatioUpTo(1.25)});
+    setting.results->Add({work + ": peak memory", kByHand, "MiB", 1, runs.componentPeaks, runs.handPeaks, Below(200)});
+    return PrintClosings(setting, runs);
+}
+
+bool BenchYear(const Setting& setting) {
+    const std::array<std::int64_t, 3> sizes = {setting.size.lines / 100, setting.size.lines / 10, setting.size.lines};
+    std::vector<double> lines;
+    std::vector<std::vector<double>> component;
+    std::vector<std::vector<double>> hand;
+    bool same = true;
+    for (const std::int64_t each : sizes) {
+        const std::filesystem::path book = setting.folder / "year.kpbook";
+        const BookSize size = YearSize(std::max<std::int64_t>(1, each));
+        MakeBook(book.string(), size);
+        std::fprintf(setting.details,
+                     "\nClosing a year: 12 months of 10 warehouses, %lld products, %lld lines a direction; %d runs, "
+                     "in seconds\n",
+                     static_cast<long long>(size.products), static_cast<long long>(size.lines), setting.runs);
+        const ClosingRuns runs = RunClosings(setting, book, {1, size.months, size.depots});
+        same = PrintClosings(setting, runs) && same;
+        const bool whole = each == setting.size.lines;
+        setting.results->Add({"a year: 12 months x 10 warehouses, " + std::to_string(size.lines) +
+                                  " lines a direction, " + std::to_string(size.products * size.depots) +
+                                  " balance rows a month",
+                              kByHand, "s", 3, runs.component, runs.hand, whole ? RatioUpTo(1.25) : Goal{}});
+        lines.push_back(static_cast<double>(size.lines));
+        component.push_back(runs.component);
+        hand.push_back(runs.hand);
     }
-    PrintTable({{"", "min", "median", "max", "peak MiB"},
-                component.Row("Close_DepotBalance"),
-                hand.Row("set-based statements by hand"),
-                {"ratio", Fixed(Minimum(component.seconds) / Minimum(hand.seconds), 2),
-                 Fixed(Median(component.seconds) / Median(hand.seconds), 2),
-                 Fixed(Maximum(component.seconds) / Maximum(hand.seconds), 2), ""}});
-    try {
-        const Measured compared =
-            InChild([&] { return std::vector<double>{static_cast<double>(CompareBalances(componentCopy, handCopy))}; });
-        std::printf("  The balance tables agree in all %.0f rows.\n", compared.figures.at(0));
-        return true;
-    } catch (const std::exception& error) {
-        std::printf("  The balance tables do not agree: %s\n", error.what());
-        return false;
-    }
+    setting.results->Add({"a year: time against lines, slope of the log-log line", kByHand, "", 2,
+                          Exponents(lines, component), Exponents(lines, hand), UpTo(1.1)});
+    return same;
 }
 
 }  // namespace kpTables::bench

@@ -2,9 +2,6 @@
 
 #include <array>
 
-#include "Child.h"
-#include "RawDatabase.h"
-
 namespace kpTables::bench {
 
 namespace {
@@ -45,10 +42,7 @@ constexpr const char* kNextMonth =
 
 }  // namespace
 
-double CloseByHand(const std::string& path, int depot, int month, const std::string& note) {
-    const RawDatabase database(path);
-    database.SetLikeABook();
-    const Stopwatch watch;
+void CloseByHand(const RawDatabase& database, int depot, int month, const std::string& note) {
     database.Run("BEGIN IMMEDIATE");
     for (const std::string& text : MonthStatements()) {
         database.Prepare(text).Bind(1, std::int64_t{depot}).Bind(2, std::int64_t{month}).Run();
@@ -58,7 +52,6 @@ double CloseByHand(const std::string& path, int depot, int month, const std::str
         next.Bind(1, std::int64_t{depot}).Bind(2, std::int64_t{month}).Bind(3, note.c_str()).Run();
     }
     database.Run("COMMIT");
-    return watch.Seconds();
 }
 
 }  // namespace kpTables::bench

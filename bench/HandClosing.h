@@ -3,9 +3,11 @@
 
 #include <string>
 
+#include "RawDatabase.h"
+
 namespace kpTables::bench {
 
-/// Closes a warehouse's month in the book at path; answers the seconds from the first statement to the commit.
-double CloseByHand(const std::string& path, int depot, int month, const std::string& note);
+/// Closes a warehouse's month.
+void CloseByHand(const RawDatabase& database, int depot, int month, const std::string& note);
 
 }  // namespace kpTables::bench

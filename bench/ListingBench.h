@@ -1,13 +1,14 @@
-// rs入库记录 beside a loop that copies every column.
+// rs入库记录 beside a loop over SQLite's C API that copies every column.
 #pragma once
 
-#include <filesystem>
+#include <string>
 
-#include "BookMaker.h"
+#include "Setting.h"
 
 namespace kpTables::bench {
 
-/// Prints time and memory of the lines of one warehouse and of the whole book; false when the row counts differ.
-bool BenchListing(const std::filesystem::path& folder, const BookSize& size, int runs);
+/// Measures time and bytes a cell of both over the book at path, for one warehouse and for all; false when the cells
+/// differ.
+bool BenchListing(const Setting& setting, const std::string& path);
 
 }  // namespace kpTables::bench

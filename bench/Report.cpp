@@ -35,7 +35,7 @@ std::size_t Width(const std::string& text) {
 
 }  // namespace
 
-void PrintTable(const std::vector<std::vector<std::string>>& rows) {
+void PrintTable(std::FILE* file, const std::vector<std::vector<std::string>>& rows, std::size_t textColumns) {
     std::vector<std::size_t> widths(rows.front().size(), 0);
     for (const auto& row : rows) {
         for (std::size_t column = 0; column < row.size(); ++column) {
@@ -46,11 +46,11 @@ void PrintTable(const std::vector<std::vector<std::string>>& rows) {
         for (std::size_t column = 0; column < row.size(); ++column) {
             const std::string blanks(widths[column] - Width(row[column]), ' ');
             const std::string& cell = row[column];
-            std::printf("  %s", (column == 0 ? cell + blanks : blanks + cell).c_str());
+            std::fprintf(file, "  %s", (column < textColumns ? cell + blanks : blanks + cell).c_str());
         }
-        std::putchar('\n');
+        std::fputc('\n', file);
     }
-    std::fflush(stdout);
+    std::fflush(file);
 }
 
 }  // namespace kpTables::bench

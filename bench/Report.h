@@ -1,6 +1,7 @@
 // Figures of several runs and the tables that show them.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ double Maximum(const std::vector<double>& values);
 /// "12.34".
 std::string Fixed(double value, int decimals);
 
-/// Prints rows of cells aligned; the first row is the heading, the first column is text.
-void PrintTable(const std::vector<std::vector<std::string>>& rows);
+/// Prints rows of cells aligned; the first row is the heading, the first columns are texts.
+void PrintTable(std::FILE* file, const std::vector<std::vector<std::string>>& rows, std::size_t textColumns = 1);
 
 }  // namespace kpTables::bench

@@ -4,24 +4,21 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "Answers.h"
 #include "Child.h"
 #include "Copies.h"
 #include "Digest.h"
 #include "RawDatabase.h"
 #include "Report.h"
 #include "Reports.h"
-#include "kpTables/Convert.h"
 #include "kpTables/Sqlite.h"
 
 namespace kpTables::bench {
 
 namespace {
-
-constexpr double kTenThousandths = 10'000;
 
 /// Runs and reads a report; answers its seconds.
 template <class Use>
@@ -56,55 +53,16 @@ double TimeByHand(const std::string& path, const ReportCase& report) {
     return watch.Seconds();
 }
 
-void CheckColumns(int columns, const ReportCase& report) {
-    if (columns != static_cast<int>(report.columns.size())) {
-        throw std::runtime_error(report.name + " has " + std::to_string(columns) + " columns");
-    }
-}
-
 std::vector<double> DigestByComponent(const std::string& path, const ReportCase& report) {
-    Digest digest(report.ordered);
-    Ask(path, report, [&](Recordset& rows) {
-        CheckColumns(rows.FieldCount(), report);
-        for (; !rows.Eof(); rows.MoveNext()) {
-            for (int column = 0; column < rows.FieldCount(); ++column) {
-                const Variant value = rows.GetValue(column);
-                const char kind = report.columns[static_cast<std::size_t>(column)];
-                if (value.IsNull()) {
-                    digest.Null();
-                } else if (kind == 'k' || kind == 'd') {
-                    digest.Key(Text(value));
-                } else {
-                    digest.Figure(CDbl(value));
-                }
-            }
-            digest.EndRow();
-        }
-    });
-    return digest.Figures();
+    std::vector<double> digest;
+    Ask(path, report, [&](Recordset& rows) { digest = DigestOf(rows, report.columns, report.ordered); });
+    return digest;
 }
 
 std::vector<double> DigestByHand(const std::string& path, const ReportCase& report) {
     const RawDatabase database(path);
     RawStatement rows = database.Prepare(report.byHand);
-    CheckColumns(sqlite3_column_count(rows.Get()), report);
-    Digest digest(report.ordered);
-    while (rows.Step()) {
-        for (int column = 0; column < sqlite3_column_count(rows.Get()); ++column) {
-            const char kind = report.columns[static_cast<std::size_t>(column)];
-            if (sqlite3_column_type(rows.Get(), column) == SQLITE_NULL) {
-                digest.Null();
-            } else if (kind == 'k' || kind == 'd') {
-                const std::string text = reinterpret_cast<const char*>(sqlite3_column_text(rows.Get(), column));
-                digest.Key(kind == 'd' ? Text(Variant(Date::ParseIso(text).value())) : text);
-            } else {
-                const double value = sqlite3_column_double(rows.Get(), column);
-                digest.Figure(kind == 'm' ? value / kTenThousandths : value);
-            }
-        }
-        digest.EndRow();
-    }
-    return digest.Figures();
+    return DigestOf(rows, report.columns, report.ordered);
 }
 
 struct Runs {
@@ -122,44 +80,46 @@ struct Runs {
 };
 
 /// Adds the lines of one report to the table; false when the rows differ.
-bool BenchReport(const std::string& path, const ReportCase& report, int runs,
+bool BenchReport(const Setting& setting, const std::string& path, const ReportCase& report,
                  std::vector<std::vector<std::string>>& table) {
     const auto component = InChild([&] { return DigestByComponent(path, report); }).figures;
     const auto hand = InChild([&] { return DigestByHand(path, report); }).figures;
     Runs componentRuns;
     Runs handRuns;
-    for (int run = 0; run < runs; ++run) {
+    for (int run = 0; run < setting.runs; ++run) {
         componentRuns.Add(InChild([&] { return std::vector<double>{TimeByComponent(path, report)}; }));
         handRuns.Add(InChild([&] { return std::vector<double>{TimeByHand(path, report)}; }));
     }
     const double ratio = Median(componentRuns.seconds) / Median(handRuns.seconds);
-    table.push_back(componentRuns.Row(report.name, Fixed(component.at(0), 0), Fixed(ratio, 2)));
+    const std::string rows = Fixed(component.at(0), 0);
+    table.push_back(componentRuns.Row(report.name, rows, Fixed(ratio, 2)));
     table.push_back(handRuns.Row("  by hand", Fixed(hand.at(0), 0), ""));
+    if (report.goal > 0) {
+        setting.results->Add({report.name + ": " + rows + " rows", report.rival, "s", 4, componentRuns.seconds,
+                              handRuns.seconds, RatioUpTo(report.goal)});
+    }
     return SameFigures(component, hand);
 }
 
 }  // namespace
 
-bool BenchReports(const std::filesystem::path& folder, const BookSize& size, int runs) {
-    const std::string path = (folder / "reports.kpbook").string();
-    InChild([&] {
-        MakeBook(path, size);
-        return std::vector<double>{};
-    });
-    std::printf("\nReports of a book of %lld lines a direction, %lld products, %d warehouses; %d runs, in seconds\n",
-                static_cast<long long>(size.lines), static_cast<long long>(size.products), size.depots, runs);
+bool BenchReports(const Setting& setting, const std::string& path, bool allReports) {
+    const BookSize& size = setting.size;
+    std::fprintf(setting.details,
+                 "\nReports of a book of %lld lines a direction, %lld products, %d warehouses; %d runs, in seconds\n",
+                 static_cast<long long>(size.lines), static_cast<long long>(size.products), size.depots, setting.runs);
     std::vector<std::vector<std::string>> table = {{"", "rows", "min", "median", "max", "peak MiB", "ratio"}};
     std::string different;
     for (const ReportCase& report : Reports(size.lines)) {
-        if (!BenchReport(path, report, runs, table)) {
+        if ((allReports || report.goal > 0) && !BenchReport(setting, path, report, table)) {
             different += "\n    " + report.name;
         }
     }
-    PrintTable(table);
+    PrintTable(setting.details, table);
     if (different.empty()) {
-        std::printf("  The rows and their figures agree.\n");
+        std::fprintf(setting.details, "  The rows and their figures agree.\n");
     } else {
-        std::printf("  The rows do not agree:%s\n", different.c_str());
+        std::fprintf(setting.details, "  The rows do not agree:%s\n", different.c_str());
     }
     return different.empty();
 }

@@ -1,13 +1,13 @@
 // The bill lists and the reports beside the same questions in SQLite's own SQL.
 #pragma once
 
-#include <filesystem>
+#include <string>
 
-#include "BookMaker.h"
+#include "Setting.h"
 
 namespace kpTables::bench {
 
-/// Prints the time of both for every report; false when their rows differ.
-bool BenchReports(const std::filesystem::path& folder, const BookSize& size, int runs);
+/// Measures both for every report of the book at path, or for those that have a goal; false when their rows differ.
+bool BenchReports(const Setting& setting, const std::string& path, bool allReports);
 
 }  // namespace kpTables::bench

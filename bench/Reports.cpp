@@ -33,23 +33,26 @@ std::string BillListByHand(const std::string& where) {
 }
 
 ReportCase BillListCase(const std::string& name, bool isSQL, const BillFilter& filter, const std::string& where) {
-    return {"rs单据列表, " + name,
+    return {"rs单据列表, " + name + (isSQL ? ", SQL Server" : ", Jet"),
             isSQL,
             [filter](CTables& tables) { return BillList(tables, filter); },
             BillListByHand(where),
             "kkkkkkqmmmkkdkdkkkkk",
-            true};
+            true,
+            1.3,
+            "left joins by hand"};
 }
 
 void AddBillLists(std::vector<ReportCase>& cases) {
-    cases.push_back(BillListCase("all bills", false, {}, ""));
-    cases.push_back(BillListCase("one warehouse", false, {{}, {}, {}, {}, 1}, "WHERE B.dpID = 1"));
     const BillFilter june{"2003-6-1", "2003-6-30", {}, {}, {}};
     const std::string juneByHand = "WHERE B.年份 = 2003 AND B.月份 = 6 AND B.日子 BETWEEN 1 AND 30";
-    cases.push_back(BillListCase("one month, Jet", false, june, juneByHand));
-    cases.push_back(BillListCase("one month, SQL Server", true, june, juneByHand));
-    cases.push_back(BillListCase("a range of numbers", false, {{}, {}, "RK1-1", "RK1-2", {}},
-                                 "WHERE B.单据编号 BETWEEN 'RK1-1' AND 'RK1-2'"));
+    for (const bool isSQL : {false, true}) {
+        cases.push_back(BillListCase("all bills", isSQL, {}, ""));
+        cases.push_back(BillListCase("one warehouse", isSQL, {{}, {}, {}, {}, 1}, "WHERE B.dpID = 1"));
+        cases.push_back(BillListCase("one month", isSQL, june, juneByHand));
+        cases.push_back(BillListCase("a range of numbers", isSQL, {{}, {}, "RK1-1", "RK1-2", {}},
+                                     "WHERE B.单据编号 BETWEEN 'RK1-1' AND 'RK1-2'"));
+    }
 }
 
 ReportCase ProductSums(const std::string& name, int month, int depot, const std::string& where,
@@ -80,7 +83,9 @@ ReportCase DaySums(const std::string& name, bool isSQL) {
             "WHERE L.年份 = 2003 AND L.月份 = 6 AND L.日子 = 15 GROUP BY R.pdID) AS S "
             "INNER JOIN 商品设置 AS P ON P.pdID = S.pdID ORDER BY P.ClassCode, P.商品编号",
             "kkkkkkkkqqqqmmm",
-            true};
+            true,
+            2,
+            "by hand on the index of dates"};
 }
 
 /// Adds up by bill first, in the order of the lines' index, so that no line is sorted.

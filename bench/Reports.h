@@ -15,9 +15,10 @@ struct ReportCase {
     bool isSQL;
     std::function<RecordsetPtr(CTables&)> ask;
     std::string byHand;
-    /// What each column is: k a key or a text, d a date, q a number, m money, which a book counts in ten-thousandths.
-    std::string columns;
+    std::string columns;  ///< what each of them is, as in Answers.h
     bool ordered;
+    double goal = 0;  ///< largest ratio that is meant to be reached; 0: none
+    std::string rival = {};
 };
 
 /// All of them, for a book of eleven months and so many lines a direction.

@@ -1,85 +1,27 @@
-// kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing|calls|reports]
-#include <unistd.h>
-
+// kpbench: times and memory of the component beside its rivals'. kpbench --help tells the options.
 #include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "CallBench.h"
 #include "ClosingBench.h"
+#include "ImportBench.h"
 #include "ListingBench.h"
+#include "Machine.h"
+#include "MemoryBench.h"
+#include "Options.h"
+#include "Report.h"
 #include "ReportBench.h"
+#include "Setting.h"
+#include "StartBench.h"
+#include "TablePage.h"
 
 namespace {
 
-struct Options {
-    kpTables::bench::BookSize size;
-    std::optional<std::int64_t> lines;
-    int runs = 5;
-    std::filesystem::path folder = std::filesystem::temp_directory_path() / ("kpbench-" + std::to_string(getpid()));
-    std::string only;  ///< one benchmark by name; all of them when empty
-
-    bool Wants(std::string_view benchmark) const { return only.empty() || only == benchmark; }
-};
-
-constexpr const char* kUsage =
-    "usage: kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [closing|listing|calls|reports]\n"
-    "Needs about 1.5 GB in DIR (a folder of its own in the temporary directory), which it removes at the end.\n";
-
-Options ReadOptions(int argc, char** argv) {
-    Options options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string word = argv[i];
-        if (word == "closing" || word == "listing" || word == "calls" || word == "reports") {
-            options.only = word;
-            continue;
-        }
-        if (i + 1 == argc) {
-            throw std::invalid_argument(word);
-        }
-        const std::string value = argv[++i];
-        if (word == "--lines") {
-            options.lines = std::stoll(value);
-        } else if (word == "--products") {
-            options.size.products = std::stoll(value);
-        } else if (word == "--runs") {
-            options.runs = std::stoi(value);
-        } else if (word == "--folder") {
-            options.folder = std::filesystem::path(value) / ("kpbench-" + std::to_string(getpid()));
-        } else {
-            throw std::invalid_argument(word);
-        }
-    }
-    options.size.lines = options.lines.value_or(options.size.lines);
-    if (options.size.lines < 1 || options.size.products < 1 || options.runs < 1) {
-        throw std::invalid_argument("0");
-    }
-    return options;
-}
-
-kpTables::bench::BookSize CallSize(const Options& options) {
-    constexpr std::int64_t kLines = 200'000;
-    kpTables::bench::BookSize size = options.size;
-    size.lines = options.lines.value_or(kLines);
-    size.depots = 10;
-    return size;
-}
-
-/// A shop of four warehouses; of a modest size unless another is asked for.
-kpTables::bench::BookSize ReportSize(const Options& options) {
-    constexpr std::int64_t kLines = 100'000;
-    constexpr std::int64_t kLinesOfAProduct = 10;
-    kpTables::bench::BookSize size = options.size;
-    size.lines = options.lines.value_or(kLines);
-    size.products = std::clamp<std::int64_t>(size.lines / kLinesOfAProduct, 1, size.products);
-    size.depots = 4;
-    return size;
-}
+using namespace kpTables::bench;
 
 /// Removes the books also when a benchmark fails.
 class Folder {
@@ -96,6 +38,86 @@ private:
     std::filesystem::path path_;
 };
 
+Setting SettingOf(const Options& options, Results& results) {
+    Setting setting;
+    setting.folder = options.folder;
+    setting.size = options.size;
+    setting.runs = options.runs;
+    setting.details = options.only == "table" ? stderr : stdout;
+    setting.results = &results;
+    return setting;
+}
+
+/// A shop of ten warehouses; of a modest size unless another is asked for.
+Setting CallSetting(const Options& options, Setting setting) {
+    constexpr std::int64_t kLines = 200'000;
+    setting.size.lines = options.lines.value_or(kLines);
+    setting.size.depots = 10;
+    return setting;
+}
+
+/// A shop of four warehouses; of a modest size unless another is asked for.
+Setting ReportSetting(const Options& options, Setting setting) {
+    constexpr std::int64_t kLines = 100'000;
+    constexpr std::int64_t kLinesOfAProduct = 10;
+    setting.size.lines = options.lines.value_or(kLines);
+    setting.size.products = std::clamp<std::int64_t>(setting.size.lines / kLinesOfAProduct, 1, setting.size.products);
+    setting.size.depots = 4;
+    return setting;
+}
+
+/// The bill lists and reports of the table are those of the listing's book.
+bool BenchListings(const Options& options, Setting setting) {
+    const bool isTable = options.only == "table";
+    const std::string path = (setting.folder / "listing.kpbook").string();
+    bool sound = true;
+    if (options.only != "reports") {
+        setting.size.depots = 4;
+        MakeBook(path, setting.size);
+        sound = BenchListing(setting, path);
+    }
+    if (isTable) {
+        sound = BenchReports(setting, path, false) && sound;
+    } else if (options.only != "listing") {
+        const Setting ofReports = ReportSetting(options, setting);
+        MakeBook(path, ofReports.size);
+        sound = BenchReports(ofReports, path, true) && sound;
+    }
+    std::filesystem::remove(path);
+    return sound;
+}
+
+bool RunBenchmarks(const Options& options, const Setting& setting) {
+    const bool isTable = options.only == "table";
+    const auto wants = [&](std::string_view name) { return isTable || options.only == name; };
+    const auto wantsAlways = [&](std::string_view name) { return options.only.empty() || wants(name); };
+    bool sound = true;
+    if (wantsAlways("closing")) sound = BenchClosing(setting) && sound;
+    if (wantsAlways("year")) sound = BenchYear(setting) && sound;
+    if (wantsAlways("listing") || wants("reports")) sound = BenchListings(options, setting) && sound;
+    if (wantsAlways("calls")) sound = BenchCalls(CallSetting(options, setting)) && sound;
+    if (wants("import")) sound = BenchImport(setting) && sound;
+    if (wants("start")) sound = BenchStart(setting) && sound;
+    if (wantsAlways("memory")) sound = BenchMemory(setting) && sound;
+    return sound;
+}
+
+void PrintTableOfAll(const Options& options, const Results& results, double loadAtStart, bool sound) {
+    std::string about = "Measured on " + Today();
+    for (const std::string& fact : DescribeMachine()) {
+        about += ", " + fact;
+    }
+    about += "; " + std::to_string(options.runs) +
+             " runs each, in turns with the rival. Load of the machine: " + Fixed(loadAtStart, 1) + " before, " +
+             Fixed(LoadOfLastMinute(), 1) + " at the end, of which this is 1.";
+    about += sound ? " All answers agree with the rivals'." : " Not all answers agree with the rivals'.";
+    std::printf("%s\n\n", about.c_str());
+    PrintTable(stdout, results.Cells(), Results::kTextColumns);
+    if (!options.markdown.empty()) {
+        WriteTable(options.markdown, about + "\n\n" + results.Markdown());
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -108,20 +130,11 @@ int main(int argc, char** argv) {
     }
     try {
         const Folder folder(options.folder);
-        bool sound = true;
-        if (options.Wants("closing")) {
-            sound = kpTables::bench::BenchClosing(options.folder, options.size, options.runs);
-        }
-        if (options.Wants("listing")) {
-            kpTables::bench::BookSize size = options.size;
-            size.depots = 4;
-            sound = kpTables::bench::BenchListing(options.folder, size, options.runs) && sound;
-        }
-        if (options.Wants("calls")) {
-            sound = kpTables::bench::BenchCalls(options.folder, CallSize(options), options.runs) && sound;
-        }
-        if (options.Wants("reports")) {
-            sound = kpTables::bench::BenchReports(options.folder, ReportSize(options), options.runs) && sound;
+        Results results;
+        const double load = LoadOfLastMinute();
+        const bool sound = RunBenchmarks(options, SettingOf(options, results));
+        if (options.only == "table") {
+            PrintTableOfAll(options, results, load, sound);
         }
         return sound ? 0 : 1;
     } catch (const std::exception& error) {

@@ -1,0 +1,26 @@
+// kpbench's command line.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "BookMaker.h"
+
+namespace kpTables::bench {
+
+struct Options {
+    BookSize size;
+    std::optional<std::int64_t> lines;
+    int runs = 5;
+    std::filesystem::path folder;    ///< for the books; a new one
+    std::filesystem::path markdown;  ///< gets the table of all; empty: none
+    std::string only;                ///< one benchmark by name, or "table"
+};
+
+extern const char* const kUsage;
+
+/// Throws std::exception when the words are wrong.
+Options ReadOptions(int argc, char** argv);
+
+}  // namespace kpTables::bench
