@@ -31,11 +31,12 @@ void AddFigures(std::vector<std::string>& cells, const std::vector<double>& figu
 }
 
 std::vector<std::string> Cells(const Row& row) {
-    std::vector<std::string> cells = {row.work, row.rival, row.unit};
+    std::vector<std::string> cells = {row.work, row.rival, row.unit, std::to_string(row.ours.size())};
     AddFigures(cells, row.ours, row.decimals);
     AddFigures(cells, row.theirs, row.decimals);
     const double figure = Median(row.ours);
     const double ratio = row.theirs.empty() ? 0 : figure / Median(row.theirs);
+    cells.push_back(row.theirs.empty() ? "" : Fixed(Minimum(row.ours) / Minimum(row.theirs), 2));
     cells.push_back(row.theirs.empty() ? "" : Fixed(ratio, 2));
     cells.push_back(GoalText(row.goal, row.decimals));
     cells.push_back(Verdict(row.goal, ratio, figure));
@@ -45,8 +46,9 @@ std::vector<std::string> Cells(const Row& row) {
 }  // namespace
 
 std::vector<std::vector<std::string>> Results::Cells() const {
-    std::vector<std::vector<std::string>> table = {
-        {"work", "rival", "in", "ours: min", "median", "max", "rival's: min", "median", "max", "ratio", "goal", "met"}};
+    std::vector<std::vector<std::string>> table = {{"work", "rival", "in", "runs", "ours: min", "median", "max",
+                                                    "rival's: min", "median", "max", "ratio of minima", "of medians",
+                                                    "goal", "met"}};
     for (const Row& row : rows_) {
         table.push_back(bench::Cells(row));
     }

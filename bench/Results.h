@@ -28,7 +28,7 @@ struct Row {
     Goal goal = {};
 };
 
-/// Medians decide about ratios and goals.
+/// Medians decide about goals. The minima stand beside them: on a busy machine they say more about the work itself.
 class Results {
 public:
     void Add(Row row) { rows_.push_back(std::move(row)); }

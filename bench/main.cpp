@@ -107,8 +107,7 @@ void PrintTableOfAll(const Options& options, const Results& results, double load
     for (const std::string& fact : DescribeMachine()) {
         about += ", " + fact;
     }
-    about += "; " + std::to_string(options.runs) +
-             " runs each, in turns with the rival. Load of the machine: " + Fixed(loadAtStart, 1) + " before, " +
+    about += "; runs in turns with the rival. Load of the machine: " + Fixed(loadAtStart, 1) + " before, " +
              Fixed(LoadOfLastMinute(), 1) + " at the end, of which this is 1.";
     about += sound ? " All answers agree with the rivals'." : " Not all answers agree with the rivals'.";
     std::printf("%s\n\n", about.c_str());
