@@ -27,7 +27,7 @@ QueryText TranslateSelect(Session& session, const SelectCore& core, const std::v
                           const Scope* outer, QueryUse use) {
     SelectTranslator translator(session, core, outer);
     if (!order.empty()) translator.GroupInAnyOrder();
-    // A query around this one could not be seen from within a table in FROM.
+    // Groups that may read a query around this one stay where they see it.
     const auto lookedUp = outer ? std::nullopt : LookUpByGroup(session, translator, core, order);
     QueryText query = PrintSelect(session, lookedUp ? lookedUp->parts : PartsOf(translator), use == QueryUse::Table);
     if (use == QueryUse::Table) query.implied = translator.ImpliedItems();
