@@ -82,7 +82,7 @@ bool BenchMemory(const Setting& setting) {
     Row row{std::to_string(calls) + " calls with other literals each time: peak memory",
             "after " + std::to_string(kFirstCalls) + " calls",
             "MiB",
-            1,
+            2,
             {},
             {},
             RatioUpTo(1.01)};
@@ -95,9 +95,9 @@ bool BenchMemory(const Setting& setting) {
                  static_cast<long long>(calls));
     PrintTable(setting.details,
                {{"", "min", "median", "max"},
-                {"after all", Fixed(Minimum(row.ours), 1), Fixed(Median(row.ours), 1), Fixed(Maximum(row.ours), 1)},
-                {"after the first " + std::to_string(kFirstCalls), Fixed(Minimum(row.theirs), 1),
-                 Fixed(Median(row.theirs), 1), Fixed(Maximum(row.theirs), 1)}});
+                {"after all", Fixed(Minimum(row.ours), 2), Fixed(Median(row.ours), 2), Fixed(Maximum(row.ours), 2)},
+                {"after the first " + std::to_string(kFirstCalls), Fixed(Minimum(row.theirs), 2),
+                 Fixed(Median(row.theirs), 2), Fixed(Maximum(row.theirs), 2)}});
     setting.results->Add(std::move(row));
     return true;
 }
