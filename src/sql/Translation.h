@@ -26,7 +26,7 @@ enum class Binding {
     DateYear,       ///< one part of the date, as a whole number
     DateMonth,
     DateDay,  ///< the day, with the time of day as its fraction
-    Text,  ///< the text; a number in its text form
+    Text,     ///< the text; a number in its text form
 };
 
 struct Parameter {
