@@ -1,7 +1,9 @@
 // A recordset held in memory, bound to no table.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,14 +16,24 @@ namespace db {
 class RowStore;
 }
 
+/// How the texts of a store compare when Find looks for one.
+struct TextOrder {
+    /// Negative, 0 or positive.
+    int (*compare)(std::string_view left, std::string_view right) noexcept;
+    /// Equal for texts that compare equal; nothing for a text that may be equal to one with another key.
+    std::optional<std::uint64_t> (*key)(std::string_view text) noexcept;
+};
+
 /// A client-side recordset with the fields that it is given: what a host or a report builds row by row with AddNew,
 /// SetValue and Update, and what engines hand out as a query's result (then read-only).
 class MemoryRecordset : public Recordset {
 public:
     /// An empty, editable recordset.
     explicit MemoryRecordset(std::vector<FieldInfo> fields);
-    /// A recordset over the rows of a store, positioned on the first; read-only unless editable.
-    explicit MemoryRecordset(std::unique_ptr<db::RowStore> rows, bool editable = false);
+    /// A recordset over the rows of a store, positioned on the first; read-only unless editable. Without an order of
+    /// their own, texts compare without regard to the case of ASCII letters and to trailing blanks.
+    explicit MemoryRecordset(std::unique_ptr<db::RowStore> rows, bool editable = false,
+                             const TextOrder* texts = nullptr);
     ~MemoryRecordset() override;
 
     int FieldCount() const override;

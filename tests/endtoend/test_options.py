@@ -51,6 +51,15 @@ class WritingTest(BareBookCase):
             self.assertEqual(self.rows(STORED), [[item + " ", f"{value} "]])
             self.assertEqual(self.result("Get_Option", "Paper"), str(value))
 
+    def test_an_item_is_written_where_it_is_found(self):
+        for first, second in (("单位（元）", "单位(元)"), ("ＡＢＣ", "abc"), ("É", "é"), ("①", "1")):
+            self.execute("Delete From 系统选项")
+            self.result("Update_Option", first, "old")
+            answer = self.call("Update_Option", second, "new")
+            self.assertNotIn("messages", answer, second)
+            self.assertEqual(self.rows(STORED), [[second + " ", "new "]])
+            self.assertEqual(self.results(("Get_Option", first), ("Get_Option", second)), ["new", "new"])
+
     def test_other_items_stay_as_they_are(self):
         self.results(*(("Update_Option", item, item * 2) for item in "ABC"))
         for item in "ABC":

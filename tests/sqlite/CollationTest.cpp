@@ -12,6 +12,7 @@
 #include "TestBook.h"
 #include "engines/sqlite/Collation.h"
 #include "engines/sqlite/Database.h"
+#include "kpTables/MemoryRecordset.h"
 
 namespace kpTables::sqlite {
 namespace {
@@ -115,6 +116,29 @@ TEST(Collation, RandomMixedTextsAsIcu) {
         const std::string right = text();
         ASSERT_EQ(Sign(CompareBookText(left, right)), Sign(icu.Compare(left, right))) << left << '|' << right;
     }
+}
+
+TEST(Collation, EqualTextsHaveOneKey) {
+    std::mt19937 random(20040309);
+    const std::vector<std::string> characters = {"a", "A", "Ａ", "1", "１", "①", " ", "\x01", "水", "é"};
+    const auto text = [&] {
+        std::string out;
+        for (auto left = random() % 4; left > 0; --left) out += characters[random() % characters.size()];
+        return out;
+    };
+    int equal = 0;
+    for (int i = 0; i < 200000; ++i) {
+        const std::string left = text();
+        const std::string right = text();
+        const auto key = kBookTexts.key(left);
+        const auto other = kBookTexts.key(right);
+        if (!key || !other) continue;
+        const bool same = kBookTexts.compare(left, right) == 0;
+        ASSERT_EQ(*key == *other, same) << left << '|' << right;
+        equal += same;
+    }
+    EXPECT_GT(equal, 1000);
+    EXPECT_FALSE(kBookTexts.key("①")) << "is equal to 1";
 }
 
 struct Order {

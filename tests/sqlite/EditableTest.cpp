@@ -189,6 +189,40 @@ TEST_F(Editable, SortAndFindAndWriteGoTogether) {
     EXPECT_EQ(NumberOf([&] { rows->MoveNext(); }), Code(ErrorNumber::NoCurrentRecord));
 }
 
+TEST_F(Editable, FindComparesTextsAsTheBookDoes) {
+    struct Case {
+        const char* stored;
+        const char* sought;
+        bool found;
+    };
+    const Case cases[] = {
+        {"甲库（新）", "甲库(新)", true},
+        {"ＡＢＣ", "abc", true},
+        {"Éa", "éA ", true},
+        {"①", "1", true},
+        {"１２", "12", true},
+        {"é", "e", false},
+        {"甲", "乙", false},
+        {"ab", "a", false},
+    };
+    for (const Case& c : cases) {
+        book->Execute("Delete From 仓库设置");
+        for (const char* name : {"一", c.stored, "二"}) {
+            book->Execute(std::string("Insert Into 仓库设置 (仓库名称) Values ('").append(name).append("')"));
+        }
+        const std::string criteria = std::string("仓库名称='").append(c.sought).append("'");
+        EXPECT_EQ(!RowsOf(*book, "Select 仓库名称 From 仓库设置 Where " + criteria).empty(), c.found) << criteria;
+        for (const RecordsetPtr& rows : {Table(), Select("Select * From 仓库设置 Order By dpID"),
+                                         book->Execute("Select * From 仓库设置 Order By dpID")}) {
+            for (int i = 0; i < 20; ++i) {  // enough for an index
+                rows->MoveFirst();
+                rows->Find(criteria);
+                ASSERT_EQ(rows->AbsolutePosition(), c.found ? 2 : -3) << criteria << ", search " << i;
+            }
+        }
+    }
+}
+
 TEST_F(Editable, AKeyMayBeChanged) {
     const RecordsetPtr rows = Table();
     rows->Fields("dpID").SetValue(std::int32_t{77});

@@ -346,6 +346,42 @@ TEST(Find, TheIndexKnowsEqualTextsOfDifferentForm) {
     }
 }
 
+TEST(Find, TextsCompareInTheOrderOfTheStore) {
+    // Texts are equal when they begin alike; a longer one may be equal to another with a key, so it has none.
+    const TextOrder byFirst = {
+        [](std::string_view left, std::string_view right) noexcept {
+            return left.substr(0, 1).compare(right.substr(0, 1));
+        },
+        [](std::string_view text) noexcept {
+            return text.size() == 1 ? std::optional(static_cast<std::uint64_t>(text[0])) : std::nullopt;
+        },
+    };
+    struct Case {
+        std::vector<const char*> names;
+        const char* criteria;
+        int position;
+    };
+    const Case cases[] = {
+        {{"a", "b", "b", "c"}, "name='b'", 2},    {{"a", "b", "b", "c"}, "name='bx'", 2},
+        {{"a", "b", "b", "c"}, "name='d'", -3},   {{"a", "bx", "b", "c"}, "name='b'", 2},
+        {{"a", "bx", "by", "c"}, "name='bz'", 2}, {{"ax", "b", "c"}, "name='c'", 3},
+        {{"ax", "b", "c"}, "name<>'a'", 2},       {{"ax", "b", "c"}, "name>'by'", 3},
+    };
+    for (const Case& c : cases) {
+        auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{{"name", VarType::String}});
+        for (const char* name : c.names) {
+            rows->BeginRow();
+            rows->PutText(0, name);
+        }
+        MemoryRecordset rs(std::move(rows), false, &byFirst);
+        for (int i = 0; i < 20; ++i) {
+            rs.MoveFirst();
+            rs.Find(c.criteria);
+            ASSERT_EQ(rs.AbsolutePosition(), c.position) << c.names[0] << ' ' << c.criteria << ", search " << i;
+        }
+    }
+}
+
 TEST(Find, StepsThroughManyEqualRowsAtOnceEach) {
     constexpr int kRows = 100000;
     auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{{"pdID", VarType::Long}});

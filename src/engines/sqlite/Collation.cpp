@@ -9,6 +9,7 @@
 
 #include "Failure.h"
 #include "TextRanks.h"
+#include "kpTables/MemoryRecordset.h"
 #include "sql/sqlite/FunctionList.h"
 
 namespace kpTables::sqlite {
@@ -47,6 +48,12 @@ int CompareUnicode(const UCollator* collator, std::string_view left, std::string
                             static_cast<std::int32_t>(right.size()), &status);
 }
 
+/// A text that is not ranked may be equal to one that is: a circled digit to the digit.
+std::optional<std::uint64_t> KeyOfText(std::string_view text) noexcept {
+    text = WithoutTrailingBlanks(text);
+    return IsRanked(text) ? std::optional(HashRanked(text)) : std::nullopt;
+}
+
 int CollateCallback(void*, int leftSize, const void* left, int rightSize, const void* right) noexcept {
     return CompareBookText({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
                            {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
@@ -62,6 +69,8 @@ int CompareBookText(std::string_view left, std::string_view right) noexcept {
     if (const UCollator* collator = Collator()) return CompareUnicode(collator, left, right);
     return left.compare(right);
 }
+
+const TextOrder kBookTexts = {CompareBookText, KeyOfText};
 
 void RegisterCollation(sqlite3* database) {
     const std::string name(sql::kTextCollation);

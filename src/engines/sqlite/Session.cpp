@@ -111,7 +111,7 @@ RecordsetPtr Session::RunQuery(const BoundQuery& query) {
         auto fresh = Translate(*sql::Parse(query.text), {}, query.literals);
         rows = Rows(*fresh, query.text, query.literals);
     }
-    return std::make_shared<MemoryRecordset>(std::move(rows));
+    return std::make_shared<MemoryRecordset>(std::move(rows), false, &kBookTexts);
 }
 
 std::unique_ptr<db::RowStore> Session::Rows(CachedStatement& statement, std::string_view text,
@@ -142,7 +142,7 @@ RecordsetPtr Session::RunTransform(const sql::TransformStatement& statement, std
         values = PivotValues(*Rows(*pivot, text, literals));
     }
     const CachedStatementPtr table = PrepareTranslation(sql::TranslateForSqlite(statement, catalog_, values));
-    return std::make_shared<MemoryRecordset>(Rows(*table, text, literals));
+    return std::make_shared<MemoryRecordset>(Rows(*table, text, literals), false, &kBookTexts);
 }
 
 BoundQuery Session::PrepareOpen(std::string_view source, SourceKind kind) {

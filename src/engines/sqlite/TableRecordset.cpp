@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Collation.h"
 #include "Failure.h"
 #include "kpTables/Error.h"
 #include "kpTables/db/RowStore.h"
@@ -67,7 +68,7 @@ void TableRecordset::State::Fetch() {
         set = ColumnSet(query.statement->fields.size());
     }
     if (!added.empty()) all = WithAddedBehind(*all);
-    rows = std::make_unique<MemoryRecordset>(std::move(all), true);
+    rows = std::make_unique<MemoryRecordset>(std::move(all), true, &kBookTexts);
     fetched = true;
     if (added.empty()) return;
     // The row added last is the current one.

@@ -110,4 +110,11 @@ int CompareRanked(std::string_view left, std::string_view right) noexcept {
     }
 }
 
+std::uint64_t HashRanked(std::string_view text) noexcept {
+    std::uint64_t hash = 0xCBF29CE484222325u;  // FNV-1a, a rank at a time
+    std::size_t at = 0;
+    while (const int rank = NextRank(text, at)) hash = (hash ^ static_cast<std::uint64_t>(rank)) * 0x100000001B3u;
+    return hash;
+}
+
 }  // namespace kpTables::sqlite

@@ -2,6 +2,7 @@
 // takes longer than a whole call on a small book.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 namespace kpTables::sqlite {
@@ -12,5 +13,8 @@ bool IsRanked(std::string_view text) noexcept;
 
 /// As ICU compares the two, which must be ranked: negative, 0 or positive.
 int CompareRanked(std::string_view left, std::string_view right) noexcept;
+
+/// Equal for ranked texts that compare equal.
+std::uint64_t HashRanked(std::string_view text) noexcept;
 
 }  // namespace kpTables::sqlite

@@ -181,8 +181,8 @@ CriteriaText CriteriaText::Parse(std::string_view text) {
     return criteria;
 }
 
-Criteria::Criteria(int column, const FieldInfo& field, const CriteriaText& text)
-    : column_(column), comparison_(text.comparison) {
+Criteria::Criteria(int column, const FieldInfo& field, const CriteriaText& text, const TextOrder& texts)
+    : column_(column), texts_(&texts), comparison_(text.comparison) {
     try {
         isText_ = comparison_ == Comparison::Like || field.type == VarType::String ||
                   (field.type == VarType::Empty && text.value.Type() == VarType::String);
@@ -215,14 +215,16 @@ bool Criteria::MatchesText(std::string_view cell) const {
     if (comparison_ == Comparison::Like) {
         return MatchesPattern(WithoutTrailingBlanks(cell), WithoutTrailingBlanks(text_));
     }
-    return Meets(CompareFolded(cell, text_), comparison_);
+    return Meets(texts_->compare(cell, text_) <=> 0, comparison_);
 }
 
-std::uint64_t Criteria::Key() const noexcept { return isText_ ? HashFolded(text_) : KeyOfNumber(number_); }
+std::optional<std::uint64_t> Criteria::Key() const noexcept {
+    return isText_ ? texts_->key(text_) : KeyOfNumber(number_);
+}
 
-std::uint64_t Criteria::KeyOf(const RowStore& rows, std::size_t row, int column) noexcept {
-    if (rows.TypeAt(row, column) == VarType::String) return HashFolded(rows.TextAt(row, column));
-    return KeyOfNumber(rows.NumberAt(row, column));
+std::optional<std::uint64_t> Criteria::KeyOf(const RowStore& rows, std::size_t row) const noexcept {
+    if (rows.TypeAt(row, column_) == VarType::String) return texts_->key(rows.TextAt(row, column_));
+    return KeyOfNumber(rows.NumberAt(row, column_));
 }
 
 std::vector<SortColumn> ParseSort(std::string_view text) {

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "kpTables/MemoryRecordset.h"
 #include "kpTables/db/RowStore.h"
 
 namespace kpTables::db {
@@ -26,20 +28,21 @@ struct CriteriaText {
 class Criteria {
 public:
     /// The value takes the column's type where it can be read as one, else error 3001.
-    Criteria(int column, const FieldInfo& field, const CriteriaText& text);
+    Criteria(int column, const FieldInfo& field, const CriteriaText& text, const TextOrder& texts);
 
     int Column() const noexcept { return column_; }
     bool IsEquality() const noexcept { return comparison_ == Comparison::Equal; }
     /// A Null cell meets no condition.
     bool Matches(const RowStore& rows, std::size_t row) const;
-    /// Equal for the value and for every cell that is equal to it.
-    std::uint64_t Key() const noexcept;
-    static std::uint64_t KeyOf(const RowStore& rows, std::size_t row, int column) noexcept;
+    /// Equal for the value and for every cell that is equal to it; nothing where the order of texts has no key.
+    std::optional<std::uint64_t> Key() const noexcept;
+    std::optional<std::uint64_t> KeyOf(const RowStore& rows, std::size_t row) const noexcept;
 
 private:
     bool MatchesText(std::string_view cell) const;
 
     int column_;
+    const TextOrder* texts_;
     Comparison comparison_;
     bool isText_ = false;
     double number_ = 0;

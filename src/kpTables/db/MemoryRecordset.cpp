@@ -7,6 +7,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/db/Criteria.h"
 #include "kpTables/db/FindIndex.h"
+#include "kpTables/db/FoldedText.h"
 #include "kpTables/db/RowOrder.h"
 #include "kpTables/db/RowStore.h"
 #include "kpTables/values/Ascii.h"
@@ -20,6 +21,13 @@ using db::RowStore;
 namespace {
 
 constexpr std::int32_t kPositionEof = -3;
+constexpr TextOrder kFoldedTexts = {
+    [](std::string_view left, std::string_view right) noexcept {
+        const auto order = db::CompareFolded(left, right);
+        return order < 0 ? -1 : order > 0 ? 1 : 0;
+    },
+    [](std::string_view text) noexcept { return std::optional(db::HashFolded(text)); },
+};
 // An index costs about as much as this many searches that read every row.
 constexpr std::size_t kScansBeforeIndex = 4;
 
@@ -50,8 +58,8 @@ Variant ConvertTo(VarType type, const Variant& value) {
 }  // namespace
 
 struct MemoryRecordset::State {
-    State(std::unique_ptr<RowStore> store, bool canEdit)
-        : rows(std::move(store)), editable(canEdit), finders(rows->Fields().size()) {}
+    State(std::unique_ptr<RowStore> store, bool canEdit, const TextOrder& order)
+        : rows(std::move(store)), editable(canEdit), texts(order), finders(rows->Fields().size()) {}
 
     std::size_t Count() const { return rows->Rows() + (adding ? 1 : 0); }
     std::size_t RowAt(std::size_t at) const { return order.empty() ? at : order[at]; }
@@ -77,10 +85,13 @@ struct MemoryRecordset::State {
     struct Finder {
         std::unique_ptr<FindIndex> index;
         std::size_t scanned = 0;  // rows read without an index, or beyond it
+        bool keyless = false;     // a cell has no key, so that no index can be made
     };
+    void MakeIndex(Finder& finder, const Criteria& criteria) const;
 
     std::unique_ptr<RowStore> rows;
     bool editable;
+    const TextOrder& texts;
     std::size_t position = 0;
     std::vector<std::uint32_t> order;  // stored row at each position, empty when they are in the stored order
     bool adding = false;               // the current row is the one that AddNew began
@@ -115,16 +126,24 @@ std::optional<std::size_t> MemoryRecordset::State::Scan(const Criteria& criteria
     return std::nullopt;
 }
 
+void MemoryRecordset::State::MakeIndex(Finder& finder, const Criteria& criteria) const {
+    finder.index = std::make_unique<FindIndex>(rows->Rows(), [&](std::size_t at) {
+        const auto key = criteria.KeyOf(*rows, RowAt(at));
+        finder.keyless = finder.keyless || !key;
+        return key.value_or(0);
+    });
+    if (finder.keyless) finder.index.reset();
+    finder.scanned = 0;
+}
+
 std::optional<std::size_t> MemoryRecordset::State::FindEqual(const Criteria& criteria, std::size_t from) {
     Finder& finder = finders[static_cast<std::size_t>(criteria.Column())];
-    if (finder.scanned > kScansBeforeIndex * rows->Rows()) {
-        finder.index = std::make_unique<FindIndex>(
-            rows->Rows(), [&](std::size_t at) { return Criteria::KeyOf(*rows, RowAt(at), criteria.Column()); });
-        finder.scanned = 0;
-    }
+    const auto key = criteria.Key();
+    if (finder.keyless || !key) return Scan(criteria, from, true);
+    if (finder.scanned > kScansBeforeIndex * rows->Rows()) MakeIndex(finder, criteria);
     if (finder.index && from < finder.index->Covered()) {
-        const auto found = finder.index->FirstFrom(from, criteria.Key(),
-                                                   [&](std::size_t at) { return criteria.Matches(*rows, RowAt(at)); });
+        const auto found =
+            finder.index->FirstFrom(from, *key, [&](std::size_t at) { return criteria.Matches(*rows, RowAt(at)); });
         if (found) return found;
         from = finder.index->Covered();
     }
@@ -134,10 +153,10 @@ std::optional<std::size_t> MemoryRecordset::State::FindEqual(const Criteria& cri
 }
 
 MemoryRecordset::MemoryRecordset(std::vector<FieldInfo> fields)
-    : state_(std::make_unique<State>(std::make_unique<RowStore>(std::move(fields)), true)) {}
+    : state_(std::make_unique<State>(std::make_unique<RowStore>(std::move(fields)), true, kFoldedTexts)) {}
 
-MemoryRecordset::MemoryRecordset(std::unique_ptr<RowStore> rows, bool editable)
-    : state_(std::make_unique<State>(std::move(rows), editable)) {}
+MemoryRecordset::MemoryRecordset(std::unique_ptr<RowStore> rows, bool editable, const TextOrder* texts)
+    : state_(std::make_unique<State>(std::move(rows), editable, texts ? *texts : kFoldedTexts)) {}
 
 MemoryRecordset::~MemoryRecordset() = default;
 
@@ -214,7 +233,7 @@ void MemoryRecordset::Find(std::string_view criteriaText, std::int32_t skip, int
     if (direction != 1 && direction != -1) Raise(ErrorNumber::InvalidArgument, "direction");
     const auto text = db::CriteriaText::Parse(criteriaText);
     const int column = FieldIndex(text.column);
-    const Criteria criteria(column, FieldAt(column), text);
+    const Criteria criteria(column, FieldAt(column), text, s.texts);
     s.CheckRow();
     s.Settle();
     const std::int64_t from = static_cast<std::int64_t>(s.position) + std::int64_t{skip} * direction;
