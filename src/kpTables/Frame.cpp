@@ -70,7 +70,8 @@ double CTables::CalcPrice(InOut<Variant> Account, InOut<Variant> Number) const {
 
 std::string CTables::Get单据中文日期(Recordset* rs) const {
     if (!rs) Raise(ErrorNumber::ObjectNotSet);
-    return Format(rs->Fields("月份").Value(), "00月") + Format(rs->Fields("日子").Value(), "00日");
+    const std::string month = Format(rs->Fields("月份").Value(), "00月");
+    return month + Format(rs->Fields("日子").Value(), "00日");
 }
 
 }  // namespace kpTables

@@ -292,6 +292,13 @@ TEST(ChineseDay, Failures) {
     EXPECT_EQ(FailureOf([&] { tables.Get单据中文日期(nullptr); }), 91);
     const auto noDay = MakeRows({{"月份", VarType::Integer}}, {{std::int16_t{3}}});
     EXPECT_EQ(FailureOf([&] { tables.Get单据中文日期(noDay.get()); }), 3265);
+    const auto neither = MakeRows({{"年份", VarType::Integer}}, {{std::int16_t{2004}}});
+    try {
+        tables.Get单据中文日期(neither.get());
+        FAIL() << "a row with neither field";
+    } catch (const Error& error) {
+        EXPECT_TRUE(error.Description().ends_with("月份")) << "the month is read first: " << error.Description();
+    }
     const auto noRow = MakeRows({{"月份", VarType::Integer}, {"日子", VarType::Integer}}, {});
     EXPECT_EQ(FailureOf([&] { tables.Get单据中文日期(noRow.get()); }), 3021);
 }
