@@ -1,11 +1,22 @@
 #include "kpbook/Host.h"
 
+#include <cmath>
 #include <cstdio>
 
 #include "kpTables/Error.h"
 #include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook {
+
+namespace {
+
+/// The date that was said may have a time.
+Date DayOf(Date said) { return Date::FromSerial(std::trunc(said.Serial())); }
+
+}  // namespace
+
+Date ConsoleHost::Today() { return today_ ? DayOf(*today_) : Host::Today(); }
+Date BatchHost::Today() { return today ? DayOf(*today) : Host::Today(); }
 
 MessageAnswer ConsoleHost::MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) {
     const std::string question = title + ": " + text;

@@ -14,7 +14,7 @@ class ConsoleHost : public Host {
 public:
     ConsoleHost(std::optional<Date> today, std::optional<MessageAnswer> answer) : today_(today), answer_(answer) {}
     MessageAnswer MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) override;
-    Date Today() override { return today_ ? *today_ : Host::Today(); }
+    Date Today() override;
 
 private:
     std::optional<Date> today_;
@@ -32,7 +32,7 @@ struct ShownMessage {
 class BatchHost : public Host {
 public:
     MessageAnswer MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) override;
-    Date Today() override { return today ? *today : Host::Today(); }
+    Date Today() override;
 
     std::optional<Date> today;
     std::optional<MessageAnswer> answer;

@@ -46,6 +46,10 @@ TEST(Hosts, TodayIsWhatWasSaid) {
     batch.today = day;
     EXPECT_EQ(batch.Today(), day);
     EXPECT_EQ(ConsoleHost(day, std::nullopt).Today(), day);
+    const auto noon = *Date::FromParts({2004, 3, 7, 12, 0, 0});
+    batch.today = noon;
+    EXPECT_EQ(batch.Today(), day);
+    EXPECT_EQ(ConsoleHost(noon, std::nullopt).Today(), day);
 }
 
 TEST(ConsoleHost, GivenAnswerIsTaken) {
