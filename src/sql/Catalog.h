@@ -13,8 +13,9 @@ struct CatalogColumn {
     std::string name;
     Type type = Type::Unknown;
     bool counter = false;
-    int length = 0;         ///< characters that a text may have; 0 for any number
-    bool computed = false;  ///< not stored: it takes no value, and a star does not list it
+    int length = 0;           ///< characters that a text may have; 0 for any number
+    bool computed = false;    ///< not stored: a star does not list it
+    std::string source = {};  ///< of a computed one: the stored column whose second name it is; "" when it is none
 };
 
 struct CatalogTable {

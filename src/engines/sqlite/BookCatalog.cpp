@@ -2,9 +2,12 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+
 #include "RowReader.h"
 #include "sql/sqlite/DeclaredType.h"
 #include "sql/sqlite/Names.h"
+#include "sql/sqlite/SqliteTranslator.h"
 
 namespace kpTables::sqlite {
 
@@ -27,6 +30,22 @@ bool IsAutoincrement(const Database& database, const std::string& table, const s
     const int code = sqlite3_table_column_metadata(database.Get(), "main", table.c_str(), column.c_str(), nullptr,
                                                    nullptr, nullptr, nullptr, &autoincrement);
     return code == SQLITE_OK && autoincrement != 0;
+}
+
+/// The column whose second name a computed one is, from the text that made the table; "" when it is none.
+std::string SourceOf(const Database& database, std::string_view table, std::string_view column) {
+    PreparedStatement find = database.Prepare("SELECT sql FROM sqlite_schema WHERE type = 'table' AND name = ?1");
+    find.BindText(1, table);
+    if (!find.Step()) return {};
+    const std::string_view text = find.Text(0);
+    constexpr std::string_view kBefore = " AS (\"";
+    constexpr std::string_view kBehind = "\")";
+    const auto defined = text.find(sql::QuoteForSqlite(column) + " ");
+    const auto as = text.find(kBefore, defined);
+    if (as == text.npos) return {};
+    const std::string_view source = text.substr(as + kBefore.size());
+    const auto end = source.find('"');
+    return source.substr(std::min(end, source.size())).starts_with(kBehind) ? std::string(source.substr(0, end)) : "";
 }
 
 /// The value of a declared default, which is an expression of SQLite's.
@@ -75,6 +94,7 @@ const sql::CatalogTable* BookCatalog::Find(std::string_view name) const {
         table.columns.push_back(
             sql::ColumnOfDeclaredType(column, columns.Text(kType), IsAutoincrement(database_, table.name, column)));
         table.columns.back().computed = columns.Integer(kHidden) != 0;
+        if (table.columns.back().computed) table.columns.back().source = SourceOf(database_, table.name, column);
     }
     known_.push_back(std::move(table));
     return &known_.back();

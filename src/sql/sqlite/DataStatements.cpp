@@ -1,5 +1,6 @@
 #include "sql/sqlite/DataStatements.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -17,15 +18,24 @@ namespace {
 
 constexpr const char* kNoAggregate = "cannot have an aggregate function in the statement";
 
+// Whether a name is a second one for a column that the statement names as well, whose value counts then.
+bool IsRepeated(const CatalogTable& table, const std::string& name, const std::vector<std::string>& names) {
+    const CatalogColumn* column = FindColumn(table, name);
+    return column && column->computed && std::any_of(names.begin(), names.end(), [&](const std::string& other) {
+               return SameName(other, column->source);
+           });
+}
+
+// A column for each value; null for a value that does not count.
 std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const InsertStatement& statement) {
     std::vector<const CatalogColumn*> columns;
     for (std::size_t i = 0; i < statement.columns.size(); ++i) {
-        const CatalogColumn& column = RequireStoredColumn(table, statement.columns[i], statement.columnOffsets[i]);
-        for (const auto* other : columns)
-            if (other == &column)
-                throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' is given twice",
+        for (std::size_t j = 0; j < i; ++j)
+            if (SameName(statement.columns[i], statement.columns[j]))
+                throw SqlError(ErrorKind::Syntax, "the column '" + statement.columns[j] + "' is given twice",
                                statement.columnOffsets[i]);
-        columns.push_back(&column);
+        const CatalogColumn& column = RequireStoredColumn(table, statement.columns[i], statement.columnOffsets[i]);
+        columns.push_back(IsRepeated(table, statement.columns[i], statement.columns) ? nullptr : &column);
     }
     if (statement.columns.empty())
         for (const auto& column : table.columns)
@@ -56,6 +66,7 @@ std::string ValuesText(Session& session, const InsertStatement& statement,
     const Scope none(nullptr);
     std::string text;
     for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (!columns[i]) continue;
         Term value = TranslateExpression(*statement.values[i], {session, none, kNoAggregate});
         value = ColumnValue(session, std::move(value), *columns[i]);
         text.append(text.empty() ? " VALUES (" : ", ").append(value.text);
@@ -76,8 +87,13 @@ std::string QueryRows(Session& session, const Query& query, const std::vector<co
         parts = SelectFromQuery(session, TranslateQuery(session, query, nullptr, QueryUse::Table));
     }
     CheckCount(columns.size(), parts.items.size(), offset);
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        parts.items[i].term = ColumnValue(session, std::move(parts.items[i].term), *columns[i]);
+    std::vector<OutputItem> items;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (!columns[i]) continue;
+        items.push_back(std::move(parts.items[i]));
+        items.back().term = ColumnValue(session, std::move(items.back().term), *columns[i]);
+    }
+    parts.items = std::move(items);
     return " " + PrintSelect(session, parts, false).text;
 }
 
@@ -104,8 +120,12 @@ std::string TranslateInsert(Session& session, const InsertStatement& statement) 
     const CatalogTable& table = session.Table(statement.table, statement.offset);
     const auto columns = InsertColumns(table, statement);
     std::string text = "INSERT INTO " + QuoteForSqlite(table.name);
-    for (const auto* column : columns)
-        text.append(column == columns.front() ? " (" : ", ").append(QuoteForSqlite(column->name));
+    std::string separator = " (";
+    for (const auto* column : columns) {
+        if (!column) continue;
+        text.append(separator).append(QuoteForSqlite(column->name));
+        separator = ", ";
+    }
     text += ")";
     return text + (statement.query ? QueryRows(session, *statement.query, columns, statement.offset)
                                    : ValuesText(session, statement, columns));
@@ -116,7 +136,10 @@ std::string TranslateUpdate(Session& session, const UpdateStatement& statement) 
     Scope scope(nullptr);
     std::string text = "UPDATE " + Target(table, statement.table, statement.alias, scope, statement.offset);
     std::string separator = " SET ";
+    std::vector<std::string> names;
+    for (const auto& assignment : statement.assignments) names.push_back(assignment.column);
     for (const auto& assignment : statement.assignments) {
+        if (IsRepeated(table, assignment.column, names)) continue;
         scope.Resolve(Column(assignment.table, assignment.column, assignment.offset));
         const CatalogColumn& column = RequireStoredColumn(table, assignment.column, assignment.offset);
         Term value = TranslateExpression(*assignment.value, {session, scope, kNoAggregate});

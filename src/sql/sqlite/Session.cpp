@@ -55,6 +55,7 @@ const CatalogColumn& RequireColumn(const CatalogTable& table, const std::string&
 const CatalogColumn& RequireStoredColumn(const CatalogTable& table, const std::string& name, std::size_t offset) {
     const CatalogColumn& column = RequireColumn(table, name, offset);
     if (!column.computed) return column;
+    if (const auto* stored = column.source.empty() ? nullptr : FindColumn(table, column.source)) return *stored;
     throw SqlError(ErrorKind::Unsupported, "the column '" + column.name + "' is computed and takes no value", offset);
 }
 

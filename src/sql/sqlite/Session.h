@@ -38,7 +38,7 @@ private:
 const CatalogColumn* FindColumn(const CatalogTable& table, const std::string& name);
 /// The column, or SqlError UnknownColumn.
 const CatalogColumn& RequireColumn(const CatalogTable& table, const std::string& name, std::size_t offset);
-/// The same; SqlError Unsupported for one that takes no value.
+/// The column that stores what is written under the name; SqlError Unsupported when there is none.
 const CatalogColumn& RequireStoredColumn(const CatalogTable& table, const std::string& name, std::size_t offset);
 
 }  // namespace kpTables::sql

@@ -27,7 +27,25 @@ TEST(ComputedColumns, GiveWayToAStoredColumnOfTheirName) {
     });
 }
 
-TEST(ComputedColumns, TakeNoValue) {
+TEST(ComputedColumns, AreWrittenThroughTheColumnThatIsStored) {
+    CheckStatements({
+        {"Insert Into P (id,PJ2) Values (1,2)", R"(INSERT INTO "P" ("id", "pj") VALUES (?1, ?2))", "0 Long, 1 Long"},
+        {"Insert Into P (pj2) Select l From T", R"(INSERT INTO "P" ("pj") SELECT "T"."l" FROM "T")"},
+        {"Update P Set pj2=3 Where pj2=4", R"(UPDATE "P" SET "pj" = ?1 WHERE "P"."pj2" = ?2)", "0 Long, 1 Number"},
+        {"Update P As a Set a.pj2=a.id", R"(UPDATE "P" AS "a" SET "pj" = "a"."id")"},
+    });
+}
+
+TEST(ComputedColumns, GiveWayToTheStoredColumnWhereBothAreWritten) {
+    CheckStatements({
+        {"Insert Into P (pj,pj2,id) Values (1,2,3)", R"(INSERT INTO "P" ("pj", "id") VALUES (?1, ?2))",
+         "0 Long, 2 Long"},
+        {"Insert Into P (pj2,pj) Select l,id From T", R"(INSERT INTO "P" ("pj") SELECT "T"."id" FROM "T")"},
+        {"Update P Set pj2=1,name='a',PJ=2", R"(UPDATE "P" SET "name" = ?1, "pj" = ?2)", "1 Text, 2 Long"},
+    });
+}
+
+TEST(ComputedColumns, AreNoneOfTheColumnsThatAStarOrNoListStandsFor) {
     CheckStatements({
         {"Insert Into P Values (1,2,'a')", R"(INSERT INTO "P" ("id", "pj", "name") VALUES (?1, ?2, ?3))",
          "0 Long, 1 Long, 2 Text"},

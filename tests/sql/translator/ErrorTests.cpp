@@ -139,10 +139,13 @@ TEST(Errors, Definitions) {
 
 TEST(Errors, ComputedColumns) {
     CheckErrors({
-        {"Insert Into P (id,PJ2) Values (1,2)", ErrorKind::Unsupported, "'pj2' is computed", "PJ2"},
+        {"Insert Into R (id,MORE) Values (1,2)", ErrorKind::Unsupported, "'more' is computed", "MORE"},
         {"Insert Into P Values (1,2,'a',3)", ErrorKind::Syntax, "4 values for 3 columns"},
-        {"Update P Set pj2=1", ErrorKind::Unsupported, "'pj2' is computed", "pj2"},
-        {"Update P As a Set a.pj2=1", ErrorKind::Unsupported, "'pj2' is computed", "a.pj2"},
+        {"Insert Into P (pj2,id,PJ2) Values (1,2,3)", ErrorKind::Syntax, "'pj2' is given twice", "PJ2"},
+        {"Insert Into P (pj,pj2) Values (1)", ErrorKind::Syntax, "1 values for 2 columns"},
+        {"Insert Into P (pj,pj2) Select 1,2,3", ErrorKind::Syntax, "3 values for 2 columns"},
+        {"Update R Set more=1", ErrorKind::Unsupported, "'more' is computed", "more"},
+        {"Update R As a Set a.more=1", ErrorKind::Unsupported, "'more' is computed", "a.more"},
         {"Select pj2 From P, P As a", ErrorKind::Syntax, "more than one table", "pj2"},
     });
 }

@@ -46,7 +46,11 @@ TestCatalog::TestCatalog() {
         {"仓库设置", {{"dpID", Type::Long, true}, {"仓库名称", Type::Text}, {"结帐标志", Type::Boolean}}},
         {"项目设置", {{"项目ID", Type::Long, true}, {"ClassCode", Type::Text}, {"项目名称", Type::Text}}},
         {"P",
-         {{"id", Type::Long, true}, {"pj", Type::Long}, {"name", Type::Text}, {"pj2", Type::Long, false, 0, true}}},
+         {{"id", Type::Long, true},
+          {"pj", Type::Long},
+          {"name", Type::Text},
+          {"pj2", Type::Long, false, 0, true, "pj"}}},
+        {"R", {{"id", Type::Long, true}, {"more", Type::Long, false, 0, true}}},
         {"Q", {{"id", Type::Long, true}, {"pj2", Type::Text, false, 5}}},
         {"Header", {{"Table", Type::Text}, {"Index", Type::Long}, {"Flag", Type::Text}}},
     };
