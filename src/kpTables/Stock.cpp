@@ -1,4 +1,5 @@
 // Per-product stock figures: one number about a product in a warehouse and a month.
+#include <cmath>
 #include <string_view>
 
 #include "kpTables/CTables.h"
@@ -16,12 +17,14 @@ constexpr std::string_view kTax = "税额";
 constexpr std::string_view kGross = "合计";
 constexpr std::string_view kPrice = "单价";
 
-/// Amount / quantity; 0 when the quantity is 0 or either is Null.
+/// Amount / quantity; 0 when the quantity is 0 or either is Null. Error 6 when it is too large for a Double.
 double UnitPrice(Recordset& row) {
     const Variant amount = row.Fields(kAmount).Value();
     const Variant quantity = row.Fields(kQuantity).Value();
     if (!IsNumeric(amount) || !IsNumeric(quantity) || CDbl(quantity) == 0) return 0;
-    return CDbl(amount) / CDbl(quantity);
+    const double price = CDbl(amount) / CDbl(quantity);
+    if (!std::isfinite(price)) Raise(ErrorNumber::Overflow);
+    return price;
 }
 
 /// The bill kinds of a selector; `direct` is the direction's own kind. "%发票" is compared with =, so it matches that

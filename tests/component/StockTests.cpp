@@ -169,6 +169,9 @@ TEST(OpeningStock, Results) {
         {2.5, null, "金额", 0},
         {null, null, "数量", 0},
         {3.0, 10.0, "单价", 10.0 / 3.0},
+        // too large for a Double
+        {1e-300, Money(9'000'000'000'000'000'000), "单价", 0},
+        {-1e-300, Money(9'000'000'000'000'000'000), "", 0},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(Shown(each.quantity) + ", " + Shown(each.amount) + ", " + each.what);
