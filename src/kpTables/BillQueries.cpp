@@ -118,9 +118,11 @@ std::string MatchingLines(const std::string& which, const std::string& condition
            condition;
 }
 
-/// Headers of bills with matching lines, of a warehouse, a partner and a range of dates.
+/// Headers of bills with matching lines, of a warehouse, a partner and a range of dates. The range of numbers has no
+/// place here on purpose; it is composed all the same, as a number that is no text ends the query.
 std::string BillsWithLines(const std::string& which, const std::string& product, std::int32_t warehouse,
                            std::int32_t partner, const FilterValues& values, bool isSQL) {
+    static_cast<void>(values.Numbers());
     return which + "目录 Where billID in (Select billID From " + which + "记录 Where True " + product +
            values.LineConditions() + ") " + IdPiece(" And dpID=", warehouse) + IdPiece(" And ksID=", partner) +
            values.Dates(isSQL);

@@ -87,6 +87,12 @@ TEST(BillQueryArray, WhatIsNoTextSendsNothing) {
             SCOPED_TRACE(position);
             ExpectNothingSent(query, At({{position - 1, "1"}, {position, Variant::Null()}}));
         }
+        // Two queries compose the range of bill numbers for nothing.
+        for (const std::size_t position : {2, 3}) {
+            SCOPED_TRACE(position);
+            ExpectNothingSent(query, At({{position, Variant(nullptr)}}));
+            ExpectNothingSent(query, At({{position, At({})}}));
+        }
         for (const std::size_t position : {0, 1}) {
             SCOPED_TRACE(position);
             ExpectNothingSent(query, At({{position, "2004-02-30"}}));
