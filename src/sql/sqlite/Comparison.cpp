@@ -118,6 +118,14 @@ DateColumns PartsOf(Session& session, const Term& term) {
             FunctionTerm("kp_day_and_time", {date}, Type::Double).text};
 }
 
+// A date with a Null part is Null, but a row value is compared by the first parts that differ, without a look at the
+// others.
+std::string PartsKnown(const DateColumns& date) {
+    std::string text;
+    for (const std::string& part : {date.year, date.month, date.day}) text += " AND " + part + " = " + part;
+    return text;
+}
+
 Term BillDateComparison(Session& session, BinaryOperator op, const Term& bill, const Term& other) {
     const DateColumns& columns = *bill.dateColumns;
     const DateColumns parts = PartsOf(session, other);
@@ -132,8 +140,9 @@ Term BillDateComparison(Session& session, BinaryOperator op, const Term& bill, c
     }
     const auto spelling = SpellingOf(op);
     const auto row = [](const DateColumns& c) { return "(" + c.year + ", " + c.month + ", " + c.day + ")"; };
-    term.text = row(columns).append(" ").append(spelling.text).append(" ").append(row(parts));
-    term.precedence = spelling.precedence;
+    term.text = row(columns).append(" ").append(spelling.text).append(" ").append(row(parts)) + PartsKnown(columns);
+    if (other.dateColumns) term.text += PartsKnown(*other.dateColumns);
+    term.precedence = Precedence::And;
     return term;
 }
 

@@ -63,6 +63,22 @@ TEST_F(Execution, BillDatesCompareAsDates) {
     EXPECT_EQ(book_.Run("Select BillID From 入库目录 Order By " + date + " DESC"), "12|\n11|\n10|\n");
 }
 
+TEST_F(Execution, ABillWithoutAMonthOrADayHasNoDate) {
+    for (const char* values : {"(13,Null,3,7)", "(14,2004,Null,7)", "(15,2004,3,Null)"})
+        book_.Run(std::string("Insert Into 入库目录 (BillID,年份,月份,日子) Values ") + values);
+    const std::string joined = "CDATE(年份 & '-' & 月份 & '-' & 日子)";
+    const std::string cast =
+        "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)";
+    for (const std::string& date : {joined, cast}) {
+        const std::string select = "Select BillID From 入库目录 Where ";
+        const std::string order = " Order By BillID";
+        EXPECT_EQ(book_.Run(select + date + ">=#2003-1-1#" + order), "10|\n11|\n12|\n");
+        EXPECT_EQ(book_.Run(select + date + "<#2006-1-1#" + order), "10|\n11|\n12|\n");
+        EXPECT_EQ(book_.Run(select + date + "<>#2003-1-1#" + order), "10|\n11|\n12|\n");
+        EXPECT_EQ(book_.Run(select + date + " Between #2003-1-1# And #2006-1-1#" + order), "10|\n11|\n12|\n");
+    }
+}
+
 TEST_F(Execution, AnIndexOnTheDateColumnsAnswers) {
     book_.Run("CREATE INDEX 日期 ON 入库目录 (年份, 月份, 日子)");
     const std::string date = "CDATE(年份 & '-' & 月份 & '-' & 日子)";

@@ -29,7 +29,7 @@ inline void CheckExpressions(std::initializer_list<ExpressionCase> cases) {
 
 struct ConditionCase {
     const char* condition;
-    const char* text;
+    std::string text;
     const char* parameters = "";
 };
 
