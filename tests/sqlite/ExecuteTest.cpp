@@ -87,6 +87,17 @@ TEST_F(Execute, CurrencySumsAreExactAtTheLimits) {
         Code(DatabaseErrorNumber::Overflow));
 }
 
+TEST_F(Execute, ADoubleThatIsTooLargeOverflows) {
+    for (int product : {1, 2}) Run("Insert Into 入库记录 (pdID, 数量) Values (" + std::to_string(product) + ", 1e308)");
+    EXPECT_EQ(Value("Select Max(数量) From 入库记录"), "1E+308");
+    for (const char* select : {"Select Sum(数量) From 入库记录", "Select -Sum(数量) From 入库记录",
+                               "Select pdID, 数量 * 10 From 入库记录"}) {
+        const auto error = Refused([&] { book->Execute(select); });
+        ASSERT_TRUE(error) << select;
+        EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::Overflow)) << select;
+    }
+}
+
 TEST_F(Execute, TheSmallestAmountIsALiteral) {
     struct Case {
         const char* select;

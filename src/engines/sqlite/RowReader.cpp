@@ -33,18 +33,22 @@ void PutDateText(RowStore& rows, int column, std::string_view text) {
     }
 }
 
+[[noreturn]] void RaiseOverflow(std::string_view shown) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Overflow), ErrorText(ErrorNumber::Overflow),
+                        std::string(shown));
+}
+
 /// A sum of money that ran over comes from SQLite as a double.
 std::int64_t WholeTenThousandths(double value, std::string_view shown) {
-    if (!(std::abs(value) < kCurrencyLimit)) {
-        throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Overflow), ErrorText(ErrorNumber::Overflow),
-                            std::string(shown));
-    }
+    if (!(std::abs(value) < kCurrencyLimit)) RaiseOverflow(shown);
     return static_cast<std::int64_t>(std::nearbyint(value));
 }
 
 void PutReal(RowStore& rows, int column, VarType type, double value, std::string_view shown) {
     if (type == VarType::Currency) return rows.PutCurrency(column, WholeTenThousandths(value, shown));
     if (type == VarType::Boolean) return rows.PutBoolean(column, value != 0);
+    // SQLite goes on with an infinity where a sum or a product is too large.
+    if (!std::isfinite(value)) RaiseOverflow(shown);
     rows.PutDouble(column, value);
 }
 
