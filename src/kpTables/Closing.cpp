@@ -136,8 +136,8 @@ void Closing::FillMonth() {
         const std::string findProduct = "pdID=" + Text(row.GetValue(product));
         for (const Movement& each : movements_) each.WriteTo(row, findProduct);
 
-        row.SetValue(closingQuantity, vDbl(row.GetValue(openingQuantity)) + vDbl(row.GetValue(inQuantity)) -
-                                          vDbl(row.GetValue(outQuantity)));
+        row.SetValue(closingQuantity, Finite(vDbl(row.GetValue(openingQuantity)) + vDbl(row.GetValue(inQuantity)) -
+                                             vDbl(row.GetValue(outQuantity))));
         // The opening amount must be there: a Null ends the closing.
         row.SetValue(closingAmount,
                      CCur(row.GetValue(openingAmount)) + vCur(row.GetValue(inAmount)) - vCur(row.GetValue(outAmount)));

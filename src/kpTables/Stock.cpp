@@ -1,5 +1,4 @@
 // Per-product stock figures: one number about a product in a warehouse and a month.
-#include <cmath>
 #include <string_view>
 
 #include "kpTables/CTables.h"
@@ -22,9 +21,7 @@ double UnitPrice(Recordset& row) {
     const Variant amount = row.Fields(kAmount).Value();
     const Variant quantity = row.Fields(kQuantity).Value();
     if (!IsNumeric(amount) || !IsNumeric(quantity) || CDbl(quantity) == 0) return 0;
-    const double price = CDbl(amount) / CDbl(quantity);
-    if (!std::isfinite(price)) Raise(ErrorNumber::Overflow);
-    return price;
+    return Finite(CDbl(amount) / CDbl(quantity));
 }
 
 /// The bill kinds of a selector; `direct` is the direction's own kind. "%发票" is compared with =, so it matches that

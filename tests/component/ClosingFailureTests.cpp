@@ -136,6 +136,18 @@ TEST(ClosingFailure, AnAmountThatDoesNotFit) {
     EXPECT_EQ(Times(*script.cnn->Log(), "Update"), 0);
 }
 
+TEST(ClosingFailure, AQuantityThatIsTooLarge) {
+    ClosingScript script;
+    script.balance =
+        MakeRows(BalanceColumns(), {{std::int16_t{2004}, std::int16_t{3}, 7, 2, 1.0, 1e308, Money(10000), 1.0, 1e308}});
+    script.balance->RecordTo(script.cnn->Log());
+    script.inbound = MakeRows({{"pdID", VarType::Long}}, {});
+    script.Prepare(false);
+    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kNote));
+    EXPECT_EQ(Times(*script.cnn->Log(), "Update"), 0);
+    EXPECT_EQ(script.cnn->Statements().size(), 5u);
+}
+
 TEST(ClosingFailure, AColumnThatIsNotThere) {
     ClosingScript script;
     script.outboundTotals = MakeRows({{"pdID", VarType::Long}, {"数量", VarType::Double}}, {{7, 1.0}});
