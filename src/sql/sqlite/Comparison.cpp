@@ -122,7 +122,8 @@ DateColumns PartsOf(Session& session, const Term& term) {
 // others.
 std::string PartsKnown(const DateColumns& date) {
     std::string text;
-    for (const std::string& part : {date.year, date.month, date.day}) text += " AND " + part + " = " + part;
+    for (const std::string& part : {date.year, date.month, date.day})
+        text.append(" AND ").append(part).append(" = ").append(part);
     return text;
 }
 

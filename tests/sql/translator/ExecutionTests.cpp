@@ -70,12 +70,13 @@ TEST_F(Execution, ABillWithoutAMonthOrADayHasNoDate) {
     const std::string cast =
         "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)";
     for (const std::string& date : {joined, cast}) {
-        const std::string select = "Select BillID From 入库目录 Where ";
-        const std::string order = " Order By BillID";
-        EXPECT_EQ(book_.Run(select + date + ">=#2003-1-1#" + order), "10|\n11|\n12|\n");
-        EXPECT_EQ(book_.Run(select + date + "<#2006-1-1#" + order), "10|\n11|\n12|\n");
-        EXPECT_EQ(book_.Run(select + date + "<>#2003-1-1#" + order), "10|\n11|\n12|\n");
-        EXPECT_EQ(book_.Run(select + date + " Between #2003-1-1# And #2006-1-1#" + order), "10|\n11|\n12|\n");
+        for (const char* range :
+             {">=#2003-1-1#", "<#2006-1-1#", "<>#2003-1-1#", " Between #2003-1-1# And #2006-1-1#"}) {
+            const std::string condition = date + range;
+            EXPECT_EQ(book_.Run("Select BillID From 入库目录 Where " + condition + " Order By BillID"),
+                      "10|\n11|\n12|\n")
+                << condition;
+        }
     }
 }
 
