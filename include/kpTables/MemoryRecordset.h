@@ -16,7 +16,7 @@ namespace db {
 class RowStore;
 }
 
-/// How the texts of a store compare when Find looks for one.
+/// How the texts of a store compare when Find looks for one and Sort orders them.
 struct TextOrder {
     /// Negative, 0 or positive.
     int (*compare)(std::string_view left, std::string_view right) noexcept;

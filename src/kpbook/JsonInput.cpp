@@ -1,5 +1,7 @@
 #include "kpbook/JsonInput.h"
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <nlohmann/json.hpp>
 
@@ -206,18 +208,24 @@ MessageAnswer ReadAnswer(const Json& value) {
     Refuse("\"answer\" takes \"yes\" or \"no\", not " + Shown(value));
 }
 
+bool IsMember(std::string_view key) {
+    constexpr std::array<std::string_view, 6> kMembers = {"method", "execute", "args", "isSQL", "today", "answer"};
+    return std::find(kMembers.begin(), kMembers.end(), key) != kMembers.end();
+}
+
 void ReadMember(const std::string& key, const Json& value, BatchRequest& request) {
-    if (key == "args") {
+    const auto is = [&](const char* name) { return key == name && !value.is_null(); };
+    if (is("args")) {
         if (!value.is_array()) Refuse("\"args\" takes a list, not " + Shown(value));
         for (const auto& argument : value) request.arguments.push_back(ReadValue(argument));
-    } else if (key == "isSQL") {
+    } else if (is("isSQL")) {
         if (!value.is_boolean()) Refuse("\"isSQL\" takes true or false, not " + Shown(value));
         request.isSQL = value.get<bool>();
-    } else if (key == "today") {
+    } else if (is("today")) {
         request.today = ReadDate(value, key);
-    } else if (key == "answer") {
+    } else if (is("answer")) {
         request.answer = ReadAnswer(value);
-    } else if (key != "method" && key != "execute") {
+    } else if (!IsMember(key)) {
         Refuse("unknown key \"" + key + "\"");
     }
 }
@@ -227,13 +235,15 @@ void ReadMember(const std::string& key, const Json& value, BatchRequest& request
 void ReadRequest(std::string_view line, BatchRequest& request) {
     const Json json = Parse(line);
     if (!json.is_object()) Refuse("a line takes an object, not " + Shown(json));
+    // A host that writes every member writes null for those it leaves out.
+    const auto isGiven = [&](const char* key) { return json.contains(key) && !json[key].is_null(); };
     // First what is called, so that an answer can name it whatever is wrong with the rest.
-    if (const auto method = json.find("method"); method != json.end()) request.method = TextOf(*method, "method");
-    if (const auto execute = json.find("execute"); execute != json.end()) request.execute = TextOf(*execute, "execute");
+    if (isGiven("method")) request.method = TextOf(json["method"], "method");
+    if (isGiven("execute")) request.execute = TextOf(json["execute"], "execute");
     if (request.method && request.execute) Refuse("a line takes \"method\" or \"execute\", not both");
     if (!request.method && !request.execute) Refuse("a line takes \"method\" or \"execute\"");
     for (const auto& [key, value] : json.items()) ReadMember(key, value, request);
-    if (request.execute && json.contains("args")) Refuse("\"args\" go with \"method\" only");
+    if (request.execute && isGiven("args")) Refuse("\"args\" go with \"method\" only");
 }
 
 Variant ReadJsonValue(std::string_view text) { return ReadValue(Parse(text)); }

@@ -231,13 +231,29 @@ TEST(JsonInput, ReadsAStatement) {
     EXPECT_FALSE(request.answer);
 }
 
+TEST(JsonInput, ANullMemberCountsAsLeftOut) {
+    BatchRequest request;
+    ReadRequest(R"({"method":"x","execute":null,"args":null,"isSQL":null,"today":null,"answer":null})", request);
+    EXPECT_EQ(request.method, "x");
+    EXPECT_FALSE(request.execute);
+    EXPECT_TRUE(request.arguments.empty());
+    EXPECT_FALSE(request.isSQL);
+    EXPECT_FALSE(request.today);
+    EXPECT_FALSE(request.answer);
+    BatchRequest statement;
+    ReadRequest(R"({"execute":"Select 1","method":null,"args":null})", statement);
+    EXPECT_EQ(statement.execute, "Select 1");
+}
+
 TEST(JsonInput, RefusesOtherRequests) {
     const Bad cases[] = {
         {"5", 5, "a line takes an object"},
         {"[]", 5, "a line takes an object"},
         {"{}", 5, "\"method\" or \"execute\""},
         {R"({"method":5})", 5, "\"method\" takes a text"},
-        {R"({"execute":null})", 5, "\"execute\" takes a text"},
+        {R"({"execute":null})", 5, "\"method\" or \"execute\""},
+        {R"({"execute":5})", 5, "\"execute\" takes a text"},
+        {R"({"method":"a","arguments":null})", 5, "unknown key \"arguments\""},
         {R"({"method":"a","execute":"b"})", 5, "not both"},
         {R"({"method":"a","arguments":[]})", 5, "unknown key \"arguments\""},
         {R"({"method":"a","args":5})", 5, "\"args\" takes a list"},

@@ -163,6 +163,15 @@ TEST_F(Editable, MovingWritesWhatIsPending) {
     EXPECT_EQ(RowsOf(*rows), "4|D|Null|False / 3|C|Null|False / 2|B|Null|False / 1|A|Null|False");
 }
 
+TEST_F(Editable, SortsTextsAsTheBookDoes) {
+    const RecordsetPtr rows = Table();
+    // 丙 bing, 甲 jia, 乙 yi: by pinyin, not by code point.
+    rows->Sort("仓库名称");
+    EXPECT_EQ(RowsOf(*rows), "3|丙|Null|False / 1|甲|Null|False / 2|乙|Null|False");
+    rows->Sort("仓库名称 DESC");
+    EXPECT_EQ(Text(rows->Fields("仓库名称").Value()), "乙");
+}
+
 TEST_F(Editable, CloseDropsWhatWasNotUpdated) {
     const RecordsetPtr rows = Table();
     rows->Fields("仓库名称").SetValue("A");

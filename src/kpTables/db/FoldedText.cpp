@@ -34,11 +34,4 @@ std::uint64_t HashFolded(std::string_view text) noexcept {
     return hash;
 }
 
-std::uint64_t FoldedPrefix(std::string_view text) noexcept {
-    text = WithoutTrailingBlanks(text);
-    std::uint64_t prefix = 0;
-    for (std::size_t i = 0; i < 8; ++i) prefix = prefix << 8 | (i < text.size() ? Folded(text[i]) : 0);
-    return prefix;
-}
-
 }  // namespace kpTables::db

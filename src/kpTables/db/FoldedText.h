@@ -12,7 +12,5 @@ std::string_view WithoutTrailingBlanks(std::string_view text) noexcept;
 std::strong_ordering CompareFolded(std::string_view left, std::string_view right) noexcept;
 /// Equal for texts that CompareFolded finds equal.
 std::uint64_t HashFolded(std::string_view text) noexcept;
-/// The first eight bytes: less for a text only if CompareFolded finds it less.
-std::uint64_t FoldedPrefix(std::string_view text) noexcept;
 
 }  // namespace kpTables::db

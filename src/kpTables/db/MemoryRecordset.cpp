@@ -252,7 +252,7 @@ void MemoryRecordset::Sort(std::string_view orderText) {
     std::vector<db::SortKey> keys;
     for (const auto& column : db::ParseSort(orderText)) keys.push_back({FieldIndex(column.name), column.descending});
     s.Settle();
-    s.order = keys.empty() ? std::vector<std::uint32_t>() : db::OrderRows(*s.rows, keys);
+    s.order = keys.empty() ? std::vector<std::uint32_t>() : db::OrderRows(*s.rows, keys, s.texts);
     for (State::Finder& finder : s.finders) finder = {};
     s.position = 0;
 }

@@ -5,8 +5,6 @@
 #include <compare>
 #include <numeric>
 
-#include "kpTables/db/FoldedText.h"
-
 namespace kpTables::db {
 
 namespace {
@@ -25,29 +23,28 @@ struct Entry {
         if (type == VarType::String) {
             rank = 2;
             text = rows.TextAt(number, column);
-            prefix = FoldedPrefix(text);
         } else if (type != VarType::Null) {
             rank = 1;
-            prefix = OrderedBits(rows.NumberAt(number, column));
+            bits = OrderedBits(rows.NumberAt(number, column));
         }
     }
 
-    std::uint64_t prefix = 0;
+    std::uint64_t bits = 0;
     std::string_view text;
     std::uint32_t row;
     std::int32_t rank = 0;
 };
 
-bool IsLess(const Entry& left, const Entry& right) noexcept {
+bool IsLess(const Entry& left, const Entry& right, const TextOrder& texts) noexcept {
     if (left.rank != right.rank) return left.rank < right.rank;
-    if (left.prefix != right.prefix) return left.prefix < right.prefix;
+    if (left.bits != right.bits) return left.bits < right.bits;
     // Rows below one another often share one copy of a text.
-    return left.text.data() != right.text.data() && CompareFolded(left.text, right.text) < 0;
+    return left.text.data() != right.text.data() && texts.compare(left.text, right.text) < 0;
 }
 
 }  // namespace
 
-std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys) {
+std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts) {
     std::vector<std::uint32_t> order(rows.Rows());
     std::iota(order.begin(), order.end(), 0u);
     std::vector<Entry> entries;
@@ -58,9 +55,10 @@ std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<Sor
         for (std::uint32_t row : order) entries.emplace_back(rows, row, key->column);
         if (key->descending) {
             std::stable_sort(entries.begin(), entries.end(),
-                             [](const Entry& left, const Entry& right) { return IsLess(right, left); });
+                             [&](const Entry& left, const Entry& right) { return IsLess(right, left, texts); });
         } else {
-            std::stable_sort(entries.begin(), entries.end(), IsLess);
+            std::stable_sort(entries.begin(), entries.end(),
+                             [&](const Entry& left, const Entry& right) { return IsLess(left, right, texts); });
         }
         std::transform(entries.begin(), entries.end(), order.begin(), [](const Entry& entry) { return entry.row; });
     }

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "kpTables/MemoryRecordset.h"
 #include "kpTables/db/RowStore.h"
 
 namespace kpTables::db {
@@ -16,6 +17,6 @@ struct SortKey {
 
 /// The rows' numbers in ascending order: Null first, then numbers, then texts where a column holds them mixed. Rows
 /// that are equal keep their order.
-std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys);
+std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts);
 
 }  // namespace kpTables::db
