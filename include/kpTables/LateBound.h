@@ -56,9 +56,9 @@ public:
     /// Calls a method by name. Error 438 for an unknown name; otherwise as Invoke.
     static Variant Call(CTables& tables, std::string_view name, std::span<Variant> arguments);
     /// Calls a member, a property's accessor included. Arguments are converted to the parameters' types; in/out ones
-    /// are written back in place, in the parameter's type. Missing or left-out optional arguments count as 0, "",
-    /// False or Nothing. Error 450 for too many arguments, 449 for a missing one that is not optional, and what the
-    /// conversion raises (6, 13, 94); the error names the parameter.
+    /// are written back in place, in the parameter's type, also when the method fails. Missing or left-out optional
+    /// arguments count as 0, "", False or Nothing. Error 450 for too many arguments, 449 for a missing one that is not
+    /// optional, and what the conversion raises (6, 13, 94); the error names the parameter.
     static Variant Invoke(CTables& tables, const Member& member, std::span<Variant> arguments);
     /// "Close_DepotBalance(rdpID As Long, rMonth As Integer, rCostUsed As Boolean (in/out), ...) As Boolean".
     static std::string Signature(const Member& member);

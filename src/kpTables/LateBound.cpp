@@ -33,9 +33,15 @@ Variant _CTables::Invoke(CTables& tables, const Member& member, std::span<Varian
 
     std::vector<Variant> all(parameters.size(), Variant::Missing());
     std::copy(arguments.begin(), arguments.end(), all.begin());
-    const Variant result = member.function(tables, member, all);
-    std::copy_n(all.begin(), arguments.size(), arguments.begin());
-    return result;
+    const auto handBack = [&] { std::copy_n(all.begin(), arguments.size(), arguments.begin()); };
+    try {
+        const Variant result = member.function(tables, member, all);
+        handBack();
+        return result;
+    } catch (...) {
+        handBack();
+        throw;
+    }
 }
 
 std::string _CTables::Signature(const Member& member) {

@@ -163,12 +163,19 @@ private:
                               [[maybe_unused]] std::span<Variant> arguments, std::index_sequence<kIndex...>) {
         std::tuple<typename ByParameter<P>::Value...> values{
             TakeArgument<P>(self.parameters[kIndex], arguments[kIndex])...};
+        const auto writeBack = [&] { (WriteBack<P>(arguments[kIndex], std::get<kIndex>(values)), ...); };
         Variant result;
-        if constexpr (std::is_void_v<Result>)
-            (tables.*kFunction)(Pass<P>(std::get<kIndex>(values))...);
-        else
-            result = Variant((tables.*kFunction)(Pass<P>(std::get<kIndex>(values))...));
-        (WriteBack<P>(arguments[kIndex], std::get<kIndex>(values)), ...);
+        try {
+            if constexpr (std::is_void_v<Result>)
+                (tables.*kFunction)(Pass<P>(std::get<kIndex>(values))...);
+            else
+                result = Variant((tables.*kFunction)(Pass<P>(std::get<kIndex>(values))...));
+        } catch (...) {
+            // What a method wrote to its caller's variables before it failed stays there.
+            writeBack();
+            throw;
+        }
+        writeBack();
         return result;
     }
 };

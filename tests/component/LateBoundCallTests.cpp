@@ -224,6 +224,28 @@ TEST(LateBoundCall, AConversionThatFailsLeavesTheArgumentsAlone) {
     EXPECT_TRUE(arguments[1].Is("x"));
 }
 
+TEST(LateBoundCall, AMethodThatFailsHasWrittenBackWhatItWroteBefore) {
+    struct Case {
+        const char* method;
+        Arguments arguments;
+        std::size_t written;
+        Variant value;
+    };
+    const Case cases[] = {
+        {"rs项目汇总表", {"重量"}, 0, "数量"},
+        {"Header", {std::make_shared<MemoryGrid>(), "进货", ""}, 2, "Default"},
+        {"Header", {std::make_shared<MemoryGrid>(), "进货", "", true, false}, 2, "Default"},
+    };
+    for (const Case& each : cases) {
+        Book book;
+        book.cnn->FailAt(1, "no such table");
+        Arguments arguments = each.arguments;
+        EXPECT_NE(FailureOf([&] { _CTables::Call(book.tables, each.method, arguments); }), 0) << each.method;
+        ASSERT_EQ(arguments.size(), each.arguments.size());
+        EXPECT_TRUE(arguments[each.written].Is(each.value)) << each.method;
+    }
+}
+
 TEST(LateBoundCall, PassesTheMethodsErrorsOn) {
     Book book;
     book.cnn->FailAt(1, "no such table");
