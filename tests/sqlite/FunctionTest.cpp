@@ -190,7 +190,71 @@ INSTANTIATE_TEST_SUITE_P(
                     Answered{"kp_format_number(3,'00月')", "03月"}, Answered{"kp_format_number(-0.001,'0.00')", "0.00"},
                     Answered{"kp_format_number(1234567,'#,##0')", "1,234,567"},
                     Answered{"kp_format_number(NULL,'0')", ""}, Answered{"kp_format_number(12.5)", "12.5"},
-                    Answered{"kp_format_text('x','<&>')", "<x>"}, Answered{"kp_format_text(NULL)", ""}));
+                    Answered{"kp_format_text(NULL)", ""}, Answered{"kp_format_number(NULL,'@;x')", ""}));
+
+INSTANTIATE_TEST_SUITE_P(
+    NamedFormat, FunctionAnswers,
+    testing::Values(Answered{"kp_format_number(1234567,'standard')", "1,234,567.00"},
+                    Answered{"kp_format_number(1234.5,'Fixed')", "1234.50"},
+                    Answered{"kp_format_number(0.5,'Percent')", "50.00%"},
+                    Answered{"kp_format_number(-1234.5,'Currency')", "￥-1,234.50"},
+                    Answered{"kp_format_number(12345.678,'Scientific')", "1.23E+04"},
+                    Answered{"kp_format_number(5,'General Number')", "5"},
+                    Answered{"kp_format_number(-1,'Yes/No')", "Yes"}, Answered{"kp_format_number(0,'On/Off')", "Off"},
+                    Answered{"kp_format_text('abc','Standard')", "abc"},
+                    Answered{"kp_format_date('2004-03-07 13:05:09','General Date')", "2004-3-7 13:05:09"},
+                    Answered{"kp_format_date('2004-03-07 13:05:09','Short Date')", "2004-3-7"},
+                    Answered{"kp_format_date('2004-03-07 13:05:09','Long Date')", "2004年3月7日"},
+                    Answered{"kp_format_date('2004-03-07 13:05:09','Medium Date')", "04-03-07"},
+                    Answered{"kp_format_date('2004-03-07 03:05:09','Medium Time')", "03:05 AM"},
+                    Answered{"kp_format_date('2004-03-07 13:05:09','Short Time')", "13:05"},
+                    Answered{"kp_format_date('2004-03-07 13:05:09','Long Time')", "13:05:09"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    NumberFormat, FunctionAnswers,
+    testing::Values(
+        Answered{"kp_format_number(12345678,'#,##0,')", "12,346"},
+        Answered{"kp_format_number(12345678,'0,,.0')", "12.3"}, Answered{"kp_format_number(5,'0,000')", "0,005"},
+        Answered{"kp_format_number(1234567,'000-0000')", "123-4567"}, Answered{"kp_format_number(12.5,'.00')", "12.50"},
+        Answered{"kp_format_number(123,'\\x0')", "x123"}, Answered{"kp_format_number(123,'\"n\"0')", "n123"},
+        Answered{"kp_format_number(0.00012,'0.00E+00')", "1.20E-04"},
+        Answered{"kp_format_number(9.999,'0.00e-00')", "1.00e01"},
+        Answered{"kp_format_number(12345,'##0.0E+0')", "123.5E+2"}, Answered{"kp_format_number(0,'0.0E+0')", "0.0E+0"},
+        Answered{"kp_format_number(-5,'0;;')", "-5"}, Answered{"kp_format_number(0,'是;是;否')", "否"},
+        Answered{"kp_format_number(-1,'\"a;b\";\"c;d\"')", "c;d"},
+        Answered{"kp_format_number(38053,'yyyy-m-d')", "2004-3-7"}, Answered{"kp_format_number(5,'@@@')", "  5"},
+        Answered{"kp_format_number(5,'')", "5"}));
+
+INSTANTIATE_TEST_SUITE_P(DateFormat, FunctionAnswers,
+                         testing::Values(Answered{"kp_format_date('2004-03-07','dddd, mmmm d, yyyy')",
+                                                  "Sunday, March 7, 2004"},
+                                         Answered{"kp_format_date('2004-03-07','ddd mmm')", "Sun Mar"},
+                                         Answered{"kp_format_date('2004-03-07','w ww q y')", "1 11 1 67"},
+                                         Answered{"kp_format_date('2004-12-31','ww q y')", "53 4 366"},
+                                         Answered{"kp_format_date('1899-12-29','w')", "6"},
+                                         Answered{"kp_format_date('2004-03-07 13:05:09','hh:nn:ss')", "13:05:09"},
+                                         Answered{"kp_format_date('2004-03-07 13:05:09','h:m m')", "13:5 3"},
+                                         Answered{"kp_format_date('2004-03-07 13:05:09','hh:mm AM/PM')", "01:05 PM"},
+                                         Answered{"kp_format_date('2004-03-07 00:05:09','h am/pm')", "12 am"},
+                                         Answered{"kp_format_date('2004-03-07 12:05:09','hA/P')", "12P"},
+                                         Answered{"kp_format_date('2004-03-07 09:05:09','hAMPM ttttt')", "9AM 9:05:09"},
+                                         Answered{"kp_format_date('2004-03-07','yyyy\\year')", "2004year"},
+                                         Answered{"kp_format_date('2004-03-07','c')", "2004-3-7"},
+                                         Answered{"kp_format_date('2004-03-07','\"d\"d')", "d7"},
+                                         Answered{"kp_format_date('2004-03-07','0')", "38053"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    TextFormat, FunctionAnswers,
+    testing::Values(
+        Answered{"kp_format_text('abc','@@@@@')", "  abc"}, Answered{"kp_format_text('abc','!@@@@@')", "abc  "},
+        Answered{"kp_format_text('abc','&&&&&')", "abc"}, Answered{"kp_format_text('abcdef','@@@')", "abcdef"},
+        Answered{"kp_format_text('123456789','@@@-@@@@')", "12345-6789"},
+        Answered{"kp_format_text('abcdefg','!@@@-@@')", "abc-defg"}, Answered{"kp_format_text('aBc','>')", "ABC"},
+        Answered{"kp_format_text('aBc','<@@@@')", " abc"}, Answered{"kp_format_text('中文','@@@')", " 中文"},
+        Answered{"kp_format_text('','@;无')", "无"}, Answered{"kp_format_text('abc','张')", "张"},
+        Answered{"kp_format_text('12.345','0.00')", "12.35"}, Answered{"kp_format_text('x','yyyy')", "x"},
+        Answered{"kp_format_text('2004-3-7','yyyymmdd')", "20040307"},
+        Answered{"kp_format_text('38053','yyyy')", "2004"}, Answered{"kp_format_text('a','')", "a"}));
 
 INSTANTIATE_TEST_SUITE_P(Aggregate, FunctionAnswers,
                          testing::Values(Answered{"kp_first(column1) FROM (VALUES (7),(8),(9))", "7"},

@@ -4,6 +4,7 @@
 #include <limits>
 #include <string>
 
+#include "Format.h"
 #include "Function.h"
 #include "NumberFormat.h"
 #include "kpTables/Convert.h"
@@ -69,7 +70,7 @@ void IsNumericText(const Arguments& a, Answer& answer) {
 
 void FormatOfDate(const Arguments& a, Answer& answer) {
     if (a.AnyNull()) return answer.Text("");
-    answer.Text(a.Count() > 1 ? Format(a.Date(0), a.Text(1)) : a.Date(0).ToText());
+    answer.Text(a.Count() > 1 ? FormatDate(a.Date(0), a.Text(1)) : a.Date(0).ToText());
 }
 
 void FormatOfNumber(const Arguments& a, Answer& answer) {
@@ -79,7 +80,7 @@ void FormatOfNumber(const Arguments& a, Answer& answer) {
 
 void FormatOfText(const Arguments& a, Answer& answer) {
     if (a.AnyNull()) return answer.Text("");
-    answer.Text(a.Count() > 1 ? Format(Variant(a.Text(0)), a.Text(1)) : std::string(a.Text(0)));
+    answer.Text(a.Count() > 1 ? FormatText(a.Text(0), a.Text(1)) : std::string(a.Text(0)));
 }
 
 constexpr bool kNullToo = true;

@@ -1,4 +1,4 @@
-// Numbers to text by a pattern, and the number at a text's start.
+// Numbers by a pattern of Format, and the number at a text's start.
 #pragma once
 
 #include <string>
@@ -6,9 +6,10 @@
 
 namespace kpTables::sqlite {
 
-/// Format(number, pattern) with 0 and # as digit places, a point, a comma for thousands and % for hundredths; a second
-/// part after a semicolon formats negative numbers, a third one zero. A pattern of dates formats the number as a date.
-std::string FormatNumber(double number, std::string_view pattern);
+/// 0 and # are digit places, with a point, a comma between places for thousands and behind them for a thousandth, % for
+/// hundredths and E+00 for an exponent; a second part after a semicolon formats negative numbers, a third one zero.
+/// Without a pattern the default text form.
+std::string NumberByPattern(double number, std::string_view pattern);
 
 /// What Val answers: blanks skipped, digits as far as they make a number, &H and &O; 0 when there is none.
 double LeadingNumber(std::string_view text);
