@@ -98,6 +98,28 @@ TEST_F(Execute, ADoubleThatIsTooLargeOverflows) {
     }
 }
 
+TEST_F(Execute, WhatRunsOverIsNotStored) {
+    Run("Insert Into 商品设置 (商品名称, 默认单价) Values ('甲', 1E308)");
+    Run("Insert Into 入库记录 (BillID, pdID, 金额, 税额) Values (2147483647, 1, 922337203685477.5807, 1)");
+    const char* const statements[] = {
+        "Update 入库记录 Set 金额=金额+税额",
+        "Update 入库记录 Set 金额=金额*2",
+        "Update 入库记录 Set 金额=-金额-金额",
+        "Update 入库记录 Set 金额=BillID*BillID",
+        "Insert Into 入库记录 (金额) Select 金额+1 From 入库记录",
+        "Update 商品设置 Set 默认单价=默认单价*10",
+        "Update 商品设置 Set 默认单价=默认单价+默认单价",
+        "Select 默认单价*10 From 商品设置",
+    };
+    for (const char* statement : statements) {
+        const auto error = Refused([&] { book->Execute(statement); });
+        ASSERT_TRUE(error) << statement;
+        EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::Overflow)) << statement;
+    }
+    EXPECT_EQ(Rows("Select 金额 From 入库记录"), "922337203685477.5807");
+    EXPECT_EQ(Value("Select 默认单价 From 商品设置"), "1E+308");
+}
+
 TEST_F(Execute, TheSmallestAmountIsALiteral) {
     struct Case {
         const char* select;

@@ -298,6 +298,7 @@ INSTANTIATE_TEST_SUITE_P(
         Failed{"kp_to_currency(1e15)", Overflow, "Overflow"},
         Failed{"kp_cur_mul(9000000000000000,9000000000000000)", Overflow, "Overflow"},
         Failed{"kp_cur_round(9223372036854775807,0)", Overflow, "Overflow"},
+        Failed{"kp_cur_fit(9223372036854775807+1)", Overflow, "Overflow"},
         Failed{"kp_cur_int(-9223372036854775807-1)", Overflow, "Overflow"},
         Failed{"kp_to_long('abc')", TypeMismatch, "'abc' is no number"},
         Failed{"kp_to_date('2003-02-29')", TypeMismatch, "'2003-02-29' is no date"},

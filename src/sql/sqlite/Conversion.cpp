@@ -215,9 +215,16 @@ Term ConvertedTerm(Session& session, Term term, Type type) {
 }
 
 Term StoredTerm(Session& session, Term term, Type type) {
-    const bool computed = !term.literal && !term.column && !term.predicate && term.type == Type::Long;
-    if (computed && type == Type::Long) return FunctionTerm("kp_to_long", {term}, Type::Long);
-    return ConvertedTerm(session, std::move(term), type);
+    const bool computed = !term.literal && !term.column && !term.predicate;
+    if (computed && term.type == Type::Long && type == Type::Long) return FunctionTerm("kp_to_long", {term}, type);
+    // The engine's functions answer what fits; its operators do not ask.
+    const bool mayRunOver = computed && term.precedence != Precedence::Primary;
+    if (mayRunOver && term.type == Type::Double && type == Type::Double)
+        return FunctionTerm("kp_to_double", {term}, type);
+    const bool money = term.type == Type::Currency || term.type == Type::Long;
+    term = ConvertedTerm(session, std::move(term), type);
+    if (mayRunOver && money && type == Type::Currency) return FunctionTerm("kp_cur_fit", {term}, type);
+    return term;
 }
 
 Type CommonType(Type a, Type b) {

@@ -15,6 +15,7 @@ constexpr EngineFunction kFunctions[] = {
     {"kp_charindex", 2, 3, kDeterministic, kScalar,
      "(find, text[, start]): position from 1 without regard to case, 0 when it is not there"},
     {"kp_chr", 1, 1, kDeterministic, kScalar, "the character of an ANSI code, as Chr"},
+    {"kp_cur_fit", 1, 1, kDeterministic, kScalar, "the Currency; a sum or a product that ran over is an overflow"},
     {"kp_cur_fix", 1, 1, kDeterministic, kScalar, "Currency cut to whole units toward 0"},
     {"kp_cur_int", 1, 1, kDeterministic, kScalar, "Currency cut to whole units downward"},
     {"kp_cur_mul", 2, 2, kDeterministic, kScalar, "product of two Currencies, half to even"},

@@ -49,6 +49,12 @@ TEST(Update, ValuesAreConverted) {
          R"(UPDATE "T" AS "X" SET "c" = kp_to_currency("X"."d" * ?1), "d" = "X"."c" / 10000.0, )"
          R"("s" = kp_to_short("X"."l"), "l" = "X"."s", "l" = kp_to_long("X"."l" + ?2))",
          "0 Number, 1 Number"},
+        {"Update T Set c=c+c2, d=d*2",
+         R"(UPDATE "T" SET "c" = kp_cur_fit("T"."c" + "T"."c2"), "d" = kp_to_double("T"."d" * ?1))", "0 Number"},
+        {"Update T Set c=l*s, c=l+1",
+         R"(UPDATE "T" SET "c" = kp_cur_fit("T"."l" * "T"."s" * 10000), )"
+         R"("c" = kp_cur_fit(("T"."l" + ?1) * 10000))",
+         "0 Number"},
         {"Update T Set b=False, b2=l, at=t, t=at, c=c2",
          R"(UPDATE "T" SET "b" = 0, "b2" = -("T"."l" <> 0), "at" = kp_to_date("T"."t"), "t" = kp_text_date("T"."at"), )"
          R"("c" = "T"."c2")"},

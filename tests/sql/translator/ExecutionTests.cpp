@@ -144,8 +144,8 @@ TEST_F(Execution, Membership) {
 }
 
 TEST_F(Execution, Changes) {
-    book_.Run("Update 入库记录 Set 金额=金额*2, 数量=pdID Where BillID=10");
-    EXPECT_EQ(book_.Run("Select 金额, 数量 From 入库记录 Where BillID=10 Order By pdID"), "25000|5.0|\n15000|6.0|\n");
+    book_.Run("Update 入库记录 Set 金额=pdID, 数量=pdID Where BillID=10");
+    EXPECT_EQ(book_.Run("Select 金额, 数量 From 入库记录 Where BillID=10 Order By pdID"), "50000|5.0|\n60000|6.0|\n");
     book_.Run("Update 仓库设置 Set 结帐标志=1");
     EXPECT_EQ(book_.Run("Select 结帐标志 From 仓库设置 Where 结帐标志"), "-1|\n");
     book_.Run("Insert Into Header (Index) Select KSID From 厂商资料");

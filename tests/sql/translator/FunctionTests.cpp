@@ -165,6 +165,7 @@ TEST(Functions, EveryCallInATextIsListed) {
         "Select First(t), Last(t) From T Where CDATE(y & '-' & m & '-' & n)<Now()",
         "Select t & t2 From T",
         "Insert Into Q (pj2) Values ('a')",
+        "Update T Set c=c+c2",
     };
     const auto functions = EngineFunctions();
     std::size_t calls = 0;

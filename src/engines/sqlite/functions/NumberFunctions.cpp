@@ -29,6 +29,12 @@ std::int64_t Scaled(std::int64_t units, std::int64_t unit) {
     return units * unit;
 }
 
+/// SQLite goes on in doubles where whole numbers run over.
+void CurrencyFit(const Arguments& a, Answer& answer) {
+    if (!a.IsWhole(0)) Raise(ErrorNumber::Overflow);
+    answer.Whole(a.Stored(0));
+}
+
 void CurrencyFix(const Arguments& a, Answer& answer) { answer.Whole(a.Stored(0) - a.Stored(0) % Currency::kScale); }
 
 void CurrencyInt(const Arguments& a, Answer& answer) {
@@ -115,6 +121,7 @@ void Logarithm(const Arguments& a, Answer& answer) {
 }
 
 constexpr ScalarFunction kFunctions[] = {
+    {"kp_cur_fit", CurrencyFit},
     {"kp_cur_fix", CurrencyFix},
     {"kp_cur_int", CurrencyInt},
     {"kp_cur_mul", CurrencyProduct},
