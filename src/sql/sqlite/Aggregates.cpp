@@ -51,6 +51,11 @@ Term Average(const Call& call, Term argument, const ExpressionContext& context) 
     return term;
 }
 
+Term Spread(const std::string& name, const Call& call, Term argument, const ExpressionContext& context) {
+    argument = RealTerm(context.session, Summable(context.session, std::move(argument)));
+    return Aggregated("kp_" + name, call, argument, Type::Double, context);
+}
+
 Term Extreme(std::string_view name, const Call& call, Term argument, const ExpressionContext& context) {
     argument = CollatedTerm(ValueTerm(context.session, std::move(argument)));
     return Aggregated(name, call, argument, argument.type, context);
@@ -87,7 +92,7 @@ Term AggregateTerm(const Call& call, const ExpressionContext& context) {
     if (name == "max") return Extreme("MAX", call, std::move(argument), context);
     if (name == "first") return Extreme("kp_first", call, std::move(argument), context);
     if (name == "last") return Extreme("kp_last", call, std::move(argument), context);
-    throw SqlError(ErrorKind::Unsupported, "the aggregate '" + call.name + "' is not supported", call.offset);
+    return Spread(name, call, std::move(argument), context);
 }
 
 }  // namespace kpTables::sql

@@ -74,7 +74,9 @@ Term DateSum(Session& session, BinaryOperator op, Term left, Term right) {
 
 Term Sum(Session& session, BinaryOperator op, Term left, Term right) {
     const std::string_view sign = op == BinaryOperator::Add ? "+" : "-";
-    if (op == BinaryOperator::Add && left.type == Type::Text && right.type == Type::Text) {
+    const auto text = [](const Term& term) { return term.type == Type::Text; };
+    const auto joins = [&text](const Term& term) { return text(term) || term.type == Type::Null; };
+    if (op == BinaryOperator::Add && joins(left) && joins(right) && (text(left) || text(right))) {
         left = TextTerm(session, std::move(left));
         return OperatorTerm(std::move(left), "||", TextTerm(session, std::move(right)), Precedence::Concatenation,
                             Type::Text);

@@ -126,7 +126,7 @@ Term Round(Session& session, Terms arguments) {
 Term Abs(Session& session, Terms arguments) {
     Term value = arguments[0].type == Type::Currency ? ValueTerm(session, std::move(arguments[0]))
                                                      : RealTerm(session, std::move(arguments[0]));
-    const Type type = value.type;
+    const Type type = value.type == Type::Boolean ? Type::Short : value.type;
     return FunctionTerm("abs", {value}, type);
 }
 
@@ -144,6 +144,17 @@ Term Format(Session& session, Terms arguments) {
     }
     if (arguments.size() == 2) arguments[1] = TextTerm(session, std::move(arguments[1]));
     return FunctionTerm(engine, arguments, Type::Text);
+}
+
+// The character may be given by its code.
+Term String(Session& session, Terms arguments) {
+    const bool code = IsNumeric(arguments[1].type);
+    arguments[0] = RealTerm(session, std::move(arguments[0]));
+    if (code)
+        arguments[1] = FunctionTerm("kp_chr", {RealTerm(session, std::move(arguments[1]))}, Type::Text);
+    else
+        arguments[1] = TextTerm(session, std::move(arguments[1]));
+    return FunctionTerm("kp_string", arguments, Type::Text);
 }
 
 // InStr(text, find) or InStr(start, text, find[, compare]).
@@ -179,6 +190,7 @@ constexpr SpecialFunction kFunctions[] = {
     {"isnumeric", 1, 1, IsNumericTest},
     {"nz", 1, 2, Nz},
     {"round", 1, 2, Round},
+    {"string", 2, 2, String},
     {"switch", 2, kAnyNumber, Switch},
 };
 

@@ -91,6 +91,8 @@ TEST(Arithmetic, PlusJoinsTextsAndAddsATextToANumber) {
     CheckExpressions({
         {"t+t2", R"("T"."t" || "T"."t2")", Type::Text},
         {"t+'-'", R"("T"."t" || ?1)", Type::Text, "0 Text"},
+        {"'a'+Null", "?1 || NULL", Type::Text, "0 Text"},
+        {"Null+t", R"(NULL || "T"."t")", Type::Text},
         {"'5'+l", R"(?1 + "T"."l")", Type::Double, "0 Number"},
         {"t+1", R"(kp_to_double("T"."t") + ?1)", Type::Double, "0 Number"},
         {"CAST(y AS char(4))+'-'+CAST(m AS varchar(2))",

@@ -91,7 +91,7 @@ TEST(Errors, Aggregates) {
         {"Select l From T Group By l Order By d", ErrorKind::Syntax, "'d' is neither grouped by"},
         {"Select l From T Order By Sum(d)", ErrorKind::Syntax, "ORDER BY", "Sum"},
         {"Select * From T Group By l", ErrorKind::Syntax, "'*'"},
-        {"Select StDev(d) From T", ErrorKind::Unsupported, "'StDev'", "StDev"},
+        {"Select StDev(t) From T", ErrorKind::TypeMismatch, "a number is expected in the aggregate", "t) From"},
         {"Update T Set l=Max(l)", ErrorKind::Syntax, "aggregate function", "Max"},
         {"Delete From T Where Count(*)>1", ErrorKind::Syntax, "aggregate function", "Count"},
         {"TRANSFORM Sum(d) SELECT l FROM T GROUP BY l PIVOT Sum(s)", ErrorKind::Syntax, "PIVOT", "Sum(s)"},

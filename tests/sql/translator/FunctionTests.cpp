@@ -78,9 +78,13 @@ TEST(Functions, Texts) {
         {"InStr(2, t, '-')", R"(kp_instr(?1, "T"."t", ?2))", Type::Long, "0 Number, 1 Text"},
         {"CHARINDEX('-', t)", R"(kp_charindex(?1, "T"."t"))", Type::Long, "0 Text"},
         {"UCase(t) & LCase(t2)", R"(kp_join(kp_ucase("T"."t"), kp_lcase("T"."t2")))", Type::Text},
-        {"Replace(t, 'a', 'b')", R"(replace("T"."t", ?1, ?2))", Type::Text, "0 Text, 1 Text"},
+        {"Replace(t, 'a', 'b')", R"(kp_replace("T"."t", ?1, ?2))", Type::Text, "0 Text, 1 Text"},
         {"Space(3)", "kp_space(?1)", Type::Text, "0 Number"},
         {"String(3, '*')", "kp_string(?1, ?2)", Type::Text, "0 Number, 1 Text"},
+        {"String(3, 65)", "kp_string(?1, kp_chr(?2))", Type::Text, "0 Number, 1 Number"},
+        {"InStrRev(t, '-', 5)", R"(kp_instrrev("T"."t", ?1, ?2))", Type::Long, "0 Text, 1 Number"},
+        {"StrComp(t, t2)", R"(kp_strcomp("T"."t", "T"."t2"))", Type::Short},
+        {"StrReverse(t)", R"(kp_strreverse("T"."t"))", Type::Text},
         {"Format(at, 'yyyy-mm-dd')", R"(kp_format_date("T"."at", ?1))", Type::Text, "0 Text"},
         {"Format(c, '0.00')", R"(kp_format_number("T"."c" / 10000.0, ?1))", Type::Text, "0 Text"},
         {"Format(t)", R"(kp_format_text("T"."t"))", Type::Text},
@@ -105,6 +109,7 @@ TEST(Functions, Dates) {
         {"DateDiff('d', at, at2)", R"(kp_datediff(?1, "T"."at", "T"."at2"))", Type::Long, "0 Text"},
         {"DATEPART(yy, at)", R"(kp_datepart('yyyy', "T"."at"))", Type::Short},
         {"DateValue(at)", R"(kp_datevalue("T"."at"))", Type::Date},
+        {"TimeSerial(l, 0, 0)", R"(kp_timeserial("T"."l", ?1, ?2))", Type::Date, "0 Number, 1 Number"},
         {"Now()", "kp_now()", Type::Date},
         {"GETDATE()", "kp_now()", Type::Date},
     });
@@ -120,6 +125,7 @@ TEST(Functions, Numbers) {
         {"Round(c, 2)", R"(kp_cur_round("T"."c", ?1))", Type::Currency, "0 Number"},
         {"Round(l, 2)", R"("T"."l")", Type::Long},
         {"Abs(c)", R"(abs("T"."c"))", Type::Currency},
+        {"Abs(b)", R"(abs("T"."b"))", Type::Short},
         {"Abs(-2)", "abs(-?1)", Type::Long, "0 Number"},
         {"Sgn(c)", R"(kp_sgn("T"."c" / 10000.0))", Type::Short},
         {"Sqr(d)", R"(kp_sqr("T"."d"))", Type::Double},
@@ -166,6 +172,8 @@ TEST(Functions, EveryCallInATextIsListed) {
         "Select t & t2 From T",
         "Insert Into Q (pj2) Values ('a')",
         "Update T Set c=c+c2",
+        "Select InStrRev(t,'a'), Replace(t,'a','b'), StrComp(t,t2), StrReverse(t), TimeSerial(1,2,3) From T",
+        "Select StDev(d), StDevP(d), Var(d), VarP(d) From T",
     };
     const auto functions = EngineFunctions();
     std::size_t calls = 0;

@@ -174,6 +174,11 @@ std::int64_t WeekOf(Date date, int firstWeekday, int rule) {
 
 void DateAdd(const Arguments& a, Answer& answer) { answer.Date(Added(IntervalOf(a.Text(0)), a.Whole(1), a.Date(2))); }
 
+void TimeSerial(const Arguments& a, Answer& answer) {
+    const std::int64_t seconds = a.Whole(0) * kSecondsPerHour + a.Whole(1) * kSecondsPerMinute + a.Whole(2);
+    answer.Date(SecondsLater(Date(), seconds));
+}
+
 void DateDiff(const Arguments& a, Answer& answer) {
     answer.Whole(Difference(IntervalOf(a.Text(0)), a.Date(1), a.Date(2), FirstWeekday(a, 3)));
 }
@@ -209,10 +214,8 @@ void DatePart(const Arguments& a, Answer& answer) {
 void Weekday(const Arguments& a, Answer& answer) { answer.Whole(WeekdayOf(DayOf(a.Date(0)), FirstWeekday(a, 1))); }
 
 constexpr ScalarFunction kFunctions[] = {
-    {"kp_dateadd", DateAdd},
-    {"kp_datediff", DateDiff},
-    {"kp_datepart", DatePart},
-    {"kp_weekday", Weekday},
+    {"kp_dateadd", DateAdd},       {"kp_datediff", DateDiff}, {"kp_datepart", DatePart},
+    {"kp_timeserial", TimeSerial}, {"kp_weekday", Weekday},
 };
 
 }  // namespace

@@ -131,6 +131,7 @@ void Answer::Date(kpTables::Date date) { Text(date.ToIso()); }
 
 void RegisterFunctions(sqlite3* database) {
     RegisterFirstAndLast(database);
+    RegisterSpread(database);
     for (const sql::EngineFunction& listed : sql::EngineFunctions()) {
         if (const ScalarFunction* function = FindScalar(listed.name)) RegisterScalar(database, listed, *function);
     }

@@ -83,4 +83,7 @@ void RegisterFunctions(sqlite3* database);
 /// Registers kp_first and kp_last.
 void RegisterFirstAndLast(sqlite3* database);
 
+/// Registers kp_stdev, kp_stdevp, kp_var and kp_varp.
+void RegisterSpread(sqlite3* database);
+
 }  // namespace kpTables::sqlite

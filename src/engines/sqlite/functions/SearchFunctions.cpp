@@ -2,6 +2,7 @@
 #include <optional>
 #include <string>
 
+#include "../Collation.h"
 #include "Characters.h"
 #include "Function.h"
 #include "kpTables/Error.h"
@@ -22,12 +23,59 @@ std::int64_t PositionOf(std::string_view text, std::string_view find, std::int32
     return static_cast<std::int64_t>(CountCharacters(std::string_view(foldedText).substr(0, at))) + 1;
 }
 
+bool IgnoresCase(const Arguments& a, int index) { return a.Count() <= index || a.Whole(index) != 0; }
+
 void InStr(const Arguments& a, Answer& answer) {
     const bool withStart = a.Count() > 2;
     const std::int32_t start = withStart ? a.Whole(0) : 1;
     if (start < 1) Raise(ErrorNumber::InvalidCall);
-    const bool ignoreCase = a.Count() < 4 || a.Whole(3) != 0;
+    const bool ignoreCase = IgnoresCase(a, 3);
     answer.Whole(PositionOf(a.Text(withStart ? 1 : 0), a.Text(withStart ? 2 : 1), start, ignoreCase));
+}
+
+/// Without a last position, or with -1, the whole text is searched.
+void InStrRev(const Arguments& a, Answer& answer) {
+    const std::int32_t last = a.Count() > 2 ? a.Whole(2) : -1;
+    if (last == 0 || last < -1) Raise(ErrorNumber::InvalidCall);
+    const bool ignoreCase = IgnoresCase(a, 3);
+    const std::string text = ignoreCase ? Folded(a.Text(0)) : std::string(a.Text(0));
+    const std::string find = ignoreCase ? Folded(a.Text(1)) : std::string(a.Text(1));
+    const auto length = static_cast<std::int64_t>(CountCharacters(text));
+    if (last > length || text.empty()) return answer.Whole(0);
+    const std::int64_t end = last < 0 ? length : last;
+    if (find.empty()) return answer.Whole(end);
+    const std::string_view searched = std::string_view(text).substr(0, OffsetOfCharacter(text, std::size_t(end)));
+    const auto at = searched.rfind(find);
+    if (at == searched.npos) return answer.Whole(0);
+    answer.Whole(static_cast<std::int64_t>(CountCharacters(searched.substr(0, at))) + 1);
+}
+
+/// The bytes at the text's start that are the folded find; 0 when it begins otherwise.
+std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
+    std::size_t at = 0;
+    for (const char32_t character : find) {
+        if (at >= text.size() || FoldCase(NextCharacter(text, at)) != character) return 0;
+    }
+    return at;
+}
+
+void Replace(const Arguments& a, Answer& answer) {
+    const std::string_view text = a.Text(0);
+    std::u32string find;
+    for (std::size_t at = 0; at < a.Text(1).size();) find += FoldCase(NextCharacter(a.Text(1), at));
+    std::string out;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t matched = MatchedSize(text.substr(at), find);
+        const std::size_t size = matched > 0 ? matched : CharacterSize(text, at);
+        out += matched > 0 ? a.Text(2) : text.substr(at, size);
+        at += size;
+    }
+    answer.Text(out);
+}
+
+void StrComp(const Arguments& a, Answer& answer) {
+    const int order = IgnoresCase(a, 2) ? CompareBookText(a.Text(0), a.Text(1)) : a.Text(0).compare(a.Text(1));
+    answer.Whole((order > 0) - (order < 0));
 }
 
 void CharIndex(const Arguments& a, Answer& answer) {
@@ -93,9 +141,8 @@ bool Matches(std::string_view text, std::string_view pattern) {
 void Like(const Arguments& a, Answer& answer) { answer.Whole(Matches(a.Text(0), a.Text(1)) ? 1 : 0); }
 
 constexpr ScalarFunction kFunctions[] = {
-    {"kp_charindex", CharIndex},
-    {"kp_instr", InStr},
-    {"kp_like", Like},
+    {"kp_charindex", CharIndex}, {"kp_instr", InStr},     {"kp_instrrev", InStrRev},
+    {"kp_like", Like},           {"kp_replace", Replace}, {"kp_strcomp", StrComp},
 };
 
 }  // namespace

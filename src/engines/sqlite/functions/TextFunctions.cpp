@@ -69,6 +69,15 @@ void String(const Arguments& a, Answer& answer) {
 void Upper(const Arguments& a, Answer& answer) { answer.Text(UpperCase(a.Text(0))); }
 void Lower(const Arguments& a, Answer& answer) { answer.Text(LowerCase(a.Text(0))); }
 
+void Reverse(const Arguments& a, Answer& answer) {
+    const std::string_view text = a.Text(0);
+    std::string out;
+    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text, at)) {
+        out.insert(0, text.substr(at, CharacterSize(text, at)));
+    }
+    answer.Text(out);
+}
+
 void Fit(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     if (const auto complaint = LengthComplaint(text, a.Whole(1), a.Text(2))) {
@@ -93,9 +102,19 @@ void Chr(const Arguments& a, Answer& answer) { answer.Text(TextOfAnsiCode(a.Whol
 constexpr bool kNullToo = true;
 
 constexpr ScalarFunction kFunctions[] = {
-    {"kp_asc", Asc},       {"kp_char", Char},   {"kp_chr", Chr}, {"kp_fit", Fit},     {"kp_join", Join, kNullToo},
-    {"kp_lcase", Lower},   {"kp_left", Left},   {"kp_mid", Mid}, {"kp_right", Right}, {"kp_space", Space},
-    {"kp_string", String}, {"kp_ucase", Upper},
+    {"kp_asc", Asc},
+    {"kp_char", Char},
+    {"kp_chr", Chr},
+    {"kp_fit", Fit},
+    {"kp_join", Join, kNullToo},
+    {"kp_lcase", Lower},
+    {"kp_left", Left},
+    {"kp_mid", Mid},
+    {"kp_right", Right},
+    {"kp_space", Space},
+    {"kp_string", String},
+    {"kp_strreverse", Reverse},
+    {"kp_ucase", Upper},
 };
 
 }  // namespace
