@@ -98,6 +98,29 @@ TEST_F(Execute, ADoubleThatIsTooLargeOverflows) {
     }
 }
 
+TEST_F(Execute, TheServersFormsOfADateAreRead) {
+    Run("Insert Into 入库目录 (年份, 月份, 日子, 录入日期) Values (2004, 3, 7, '20040307')");
+    struct Case {
+        const char* select;
+        const char* expected;
+    };
+    constexpr Case kCases[] = {
+        {"Select 录入日期 From 入库目录", "2004-3-7"},
+        {"Select CAST('20040307' AS DATETIME)", "2004-3-7"},
+        {"Select CAST('2004-12-31' AS DATETIME)", "2004-12-31"},
+        {"Select CAST('2004-3 -7 ' AS DATETIME)", "2004-3-7"},
+        {"Select CAST('2004-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME) From 入库目录",
+         "2004-3-7"},
+        {"Select Count(*) From 入库目录 Where 录入日期='20040307'", "1"},
+        {"Select Count(*) From 入库目录 Where CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + "
+         "CAST(日子 AS char(2)) AS DATETIME)<='20040307'",
+         "1"},
+        {"Select CAST(录入日期 AS int) From 入库目录", "38051"},
+        {"Select CAST(CAST(38051 AS DATETIME) AS int)", "38051"},
+    };
+    for (const auto& [select, expected] : kCases) EXPECT_EQ(Value(select), expected) << select;
+}
+
 TEST_F(Execute, WhatRunsOverIsNotStored) {
     Run("Insert Into 商品设置 (商品名称, 默认单价) Values ('甲', 1E308)");
     Run("Insert Into 入库记录 (BillID, pdID, 金额, 税额) Values (2147483647, 1, 922337203685477.5807, 1)");

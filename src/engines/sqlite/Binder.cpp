@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "functions/ServerDate.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Currency.h"
 #include "kpTables/Date.h"
@@ -21,9 +22,6 @@ using sql::Binding;
 using sql::LiteralKind;
 using sql::LiteralValue;
 
-/// Day 0 of SQL Server, 1900-01-01, as an OLE date.
-constexpr double kServerDayZero = 2;
-
 std::optional<std::int64_t> WholeNumber(std::string_view text) noexcept {
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -34,6 +32,10 @@ std::optional<std::int64_t> WholeNumber(std::string_view text) noexcept {
 Date DateOf(const LiteralValue& literal, double dayZero) {
     if (literal.kind == LiteralKind::Text || literal.kind == LiteralKind::Date) {
         if (const auto date = Date::Parse(literal.text)) return *date;
+    }
+    // Both dialects' casts of a text are bound alike; Jet has no use for the server's forms.
+    if (literal.kind == LiteralKind::Text) {
+        if (const auto date = ReadServerDate(literal.text)) return *date;
     }
     const auto days = literal.kind == LiteralKind::Date ? std::nullopt : ParseNumber(literal.text);
     if (!days) Raise(ErrorNumber::TypeMismatch);

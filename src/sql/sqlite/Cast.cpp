@@ -33,11 +33,20 @@ Term CastToDate(Session& session, Term operand) {
     return FunctionTerm("kp_server_date", {ValueTerm(session, std::move(operand))}, Type::Date);
 }
 
+// A date as the server counts its days, from 1900-01-01.
+Term ServerDays(Session& session, Term operand) {
+    operand = FunctionTerm("kp_date_number", {ValueTerm(session, std::move(operand))}, Type::Double);
+    return OperatorTerm(std::move(operand), "-", ConstantTerm("2", Type::Double), Precedence::Additive, Type::Double);
+}
+
 }  // namespace
 
 Term CastTerm(Session& session, Term operand, const TypeName& type) {
     if (type.type == Type::Text) return CastToText(session, std::move(operand), type);
     if (type.type == Type::Date) return CastToDate(session, std::move(operand));
+    if (operand.type == Type::Date && IsNumeric(type.type) && type.type != Type::Boolean) {
+        return ConvertedTerm(session, ServerDays(session, std::move(operand)), type.type);
+    }
     const bool whole = type.type == Type::Short || type.type == Type::Long;
     if (whole && operand.type == Type::Double)
         operand = FunctionTerm("kp_fix", {RealTerm(session, std::move(operand))}, Type::Double);

@@ -33,6 +33,8 @@ TEST(Functions, Conversions) {
         {"CAST(c AS float)", R"("T"."c" / 10000.0)", Type::Double},
         {"CAST(t AS money)", R"(kp_to_currency("T"."t"))", Type::Currency},
         {"CAST(t AS DATETIME)", R"(kp_server_date("T"."t"))", Type::Date},
+        {"CAST(at AS int)", R"(kp_to_long(kp_date_number("T"."at") - 2))", Type::Long},
+        {"CAST(#2004-3-7# AS float)", "kp_date_number(?1) - 2", Type::Double, "0 Date"},
         {"CONVERT(int, t)", R"(kp_to_long("T"."t"))", Type::Long},
         {"CONVERT(varchar(10), l)", R"(substr(CAST("T"."l" AS TEXT), 1, 10))", Type::Text},
     });

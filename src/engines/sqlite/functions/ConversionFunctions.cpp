@@ -2,11 +2,13 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 
 #include "Format.h"
 #include "Function.h"
 #include "NumberFormat.h"
+#include "ServerDate.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Currency.h"
 #include "kpTables/Error.h"
@@ -14,9 +16,6 @@
 namespace kpTables::sqlite {
 
 namespace {
-
-/// Day 0 of SQL Server, 1900-01-01, as an OLE date.
-constexpr double kServerDayZero = 2;
 
 template <class T>
 void ToWhole(const Arguments& a, Answer& answer) {
@@ -38,7 +37,12 @@ void ToCurrency(const Arguments& a, Answer& answer) {
 }
 
 void ToDate(const Arguments& a, Answer& answer) { answer.Date(a.Date(0)); }
-void ToServerDate(const Arguments& a, Answer& answer) { answer.Date(a.Date(0, kServerDayZero)); }
+
+void ToServerDate(const Arguments& a, Answer& answer) {
+    const auto date = a.IsText(0) ? ReadServerDate(a.Text(0)) : std::nullopt;
+    answer.Date(date ? *date : a.Date(0, kServerDayZero));
+}
+
 void ToDouble(const Arguments& a, Answer& answer) { answer.Number(a.Number(0)); }
 void ToSingle(const Arguments& a, Answer& answer) { answer.Number(static_cast<float>(a.Number(0))); }
 
