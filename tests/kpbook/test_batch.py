@@ -280,6 +280,12 @@ class CallTest(TradingCase):
         self.assertEqual(self.call("rs余额记录", 1, {"empty": True})["args"], [1, 1])
         self.assertEqual(self.call("rs余额记录", 1)["args"], [1])
 
+    def test_written_back_before_a_failure(self):
+        self.sql("Drop Table 出库记录")
+        answer = self.call("rs项目汇总表", "重量")
+        self.assertEqual(answer["error"]["number"], -2147217865)
+        self.assertEqual(answer["args"], ["数量"])
+
     def test_no_recordset(self):
         self.sql("Delete From 仓库余额表")
         answer = self.call("rs余额记录", 0, 0)
