@@ -114,9 +114,16 @@ Term Rounded(Session& session, Terms arguments, std::string_view real, std::stri
     return FunctionTerm(exact ? currency : real, arguments, exact ? Type::Currency : Type::Double);
 }
 
-Term Int(Session& session, Terms arguments) { return Rounded(session, std::move(arguments), "kp_int", "kp_cur_int"); }
+// A date that is cut to whole days stays a date.
+Term Cut(Session& session, Terms arguments, std::string_view real, std::string_view currency) {
+    const bool date = arguments[0].type == Type::Date;
+    Term days = Rounded(session, std::move(arguments), real, currency);
+    return date ? ConvertedTerm(session, std::move(days), Type::Date) : days;
+}
 
-Term Fix(Session& session, Terms arguments) { return Rounded(session, std::move(arguments), "kp_fix", "kp_cur_fix"); }
+Term Int(Session& session, Terms arguments) { return Cut(session, std::move(arguments), "kp_int", "kp_cur_int"); }
+
+Term Fix(Session& session, Terms arguments) { return Cut(session, std::move(arguments), "kp_fix", "kp_cur_fix"); }
 
 Term Round(Session& session, Terms arguments) {
     if (arguments.size() < 2) arguments.push_back(ConstantTerm("0", Type::Long));

@@ -122,6 +122,8 @@ TEST(Functions, Numbers) {
         {"Int(d)", R"(kp_int("T"."d"))", Type::Double},
         {"Int(l)", R"("T"."l")", Type::Long},
         {"Int(c)", R"(kp_cur_int("T"."c"))", Type::Currency},
+        {"Int(at)", R"(kp_to_date(kp_int(kp_date_number("T"."at"))))", Type::Date},
+        {"Fix(at)", R"(kp_to_date(kp_fix(kp_date_number("T"."at"))))", Type::Date},
         {"Fix(d)", R"(kp_fix("T"."d"))", Type::Double},
         {"Round(d)", R"(kp_round("T"."d", 0))", Type::Double},
         {"Round(c, 2)", R"(kp_cur_round("T"."c", ?1))", Type::Currency, "0 Number"},
