@@ -1,6 +1,11 @@
 #include "sql/sqlite/DefaultValue.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <system_error>
 
 #include "sql/SqlError.h"
 #include "sql/sqlite/Decimal.h"
@@ -34,6 +39,16 @@ std::string NumberText(const Literal& literal, const Expression& value, Type typ
     return text;
 }
 
+// The text has no more than a minus and digits.
+void CheckRange(const std::string& text, const Expression& value, Type type) {
+    const bool small = type == Type::Short;
+    const std::int64_t most =
+        small ? std::numeric_limits<std::int16_t>::max() : std::numeric_limits<std::int32_t>::max();
+    std::int64_t number = 0;
+    const bool read = std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
+    if (!read || number > most || number < -most - 1) Mismatch(value);
+}
+
 std::string ConstantText(const Literal& literal, const Expression& value, Type type, bool negative) {
     if (literal.literal == LiteralKind::Null) return "NULL";
     if (type == Type::Text) return QuoteText((negative ? "-" : "") + literal.text);
@@ -42,8 +57,10 @@ std::string ConstantText(const Literal& literal, const Expression& value, Type t
     if (truth && type == Type::Currency) Mismatch(value);
     const std::string text = truth ? (SameName(literal.text, "True") ? "-1" : "0") : NumberText(literal, value, type);
     const bool flips = negative && type != Type::Boolean && text != "0";
-    if (!flips) return text;
-    return text.front() == '-' ? text.substr(1) : "-" + text;
+    const std::string flipped = text.front() == '-' ? text.substr(1) : "-" + text;
+    const std::string& result = flips ? flipped : text;
+    if (type == Type::Short || type == Type::Long) CheckRange(result, value, type);
+    return result;
 }
 
 }  // namespace

@@ -90,7 +90,10 @@ std::string ColumnText(Session& session, const ColumnDefinition& column, bool so
     if (!column.source.empty()) return text + " AS (" + QuoteForSqlite(column.source) + ")";
     if (notNull && !HoldsRowId(column, soleKey)) text += " NOT NULL";
     if (column.unique && !HoldsRowId(column, soleKey)) text += " UNIQUE";
-    if (column.defaultValue) text += " DEFAULT " + DefaultText(session, *column.defaultValue, column.type.type);
+    if (column.defaultValue)
+        text += " DEFAULT " + DefaultText(session, *column.defaultValue, column.type.type);
+    else if (column.type.type == Type::Boolean)
+        text += " DEFAULT 0";  // Jet's flags are never Null in a new row
     return text;
 }
 
