@@ -12,6 +12,7 @@
 
 #include "FormatPattern.h"
 #include "kpTables/Convert.h"
+#include "kpTables/Error.h"
 
 namespace kpTables::sqlite {
 
@@ -107,13 +108,20 @@ private:
 
 /// The digits of a number that is not negative, rounded as Format rounds: a half goes up.
 std::string FixedDigits(double number, int decimals) {
-    const double factor = std::pow(10.0, decimals);
-    // Fifteen digits decide whether it is a half, so that 2.675 counts as one although its double lies below.
-    const auto shown = ParseNumber(Text(number * factor));
-    const double rounded = std::floor(shown.value_or(number * factor) + 0.5) / factor;
+    // Further behind the point a double has nothing to show.
+    constexpr int kMostDecimals = 50;
+    const int kept = std::min(decimals, kMostDecimals);
+    const double factor = std::pow(10.0, kept);
+    double rounded = number;
+    if (std::isfinite(number * factor)) {
+        // Fifteen digits decide whether it is a half, so that 2.675 counts as one although its double lies below.
+        const auto shown = ParseNumber(Text(number * factor));
+        rounded = std::floor(shown.value_or(number * factor) + 0.5) / factor;
+    }
     char buffer[400];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, rounded, std::chars_format::fixed, decimals).ptr;
-    return {buffer, end};
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, rounded, std::chars_format::fixed, kept).ptr;
+    std::string digits(buffer, end);
+    return digits.append(static_cast<std::size_t>(decimals - kept), '0');
 }
 
 /// A number's digits before and behind the point, and its power of ten where the pattern asks for one.
@@ -136,9 +144,13 @@ Digits DigitsOf(double magnitude, const Layout& layout) {
 Digits ScientificDigits(double magnitude, const Layout& layout) {
     if (magnitude == 0) return DigitsOf(0, layout);
     int exponent = static_cast<int>(std::floor(std::log10(magnitude))) + 1 - layout.places;
-    Digits digits = DigitsOf(magnitude * std::pow(10.0, -exponent), layout);
+    // In two steps, as the power alone may be too large for a double.
+    magnitude *= std::pow(10.0, -exponent / 2);
+    magnitude *= std::pow(10.0, -exponent + exponent / 2);
+    Digits digits = DigitsOf(magnitude, layout);
     if (digits.whole.size() > static_cast<std::size_t>(layout.places)) {
-        digits = DigitsOf(magnitude * std::pow(10.0, -++exponent), layout);
+        digits = DigitsOf(magnitude / 10, layout);
+        ++exponent;
     }
     digits.exponent = exponent;
     return digits;
@@ -213,6 +225,7 @@ private:
 std::string FormatPart(double magnitude, std::string_view part) {
     const Layout layout = LayoutReader(part).Read();
     magnitude *= std::pow(10.0, layout.powerOfTen);
+    if (!std::isfinite(magnitude)) Raise(ErrorNumber::Overflow);
     Digits digits = layout.exponentDigits > 0 ? ScientificDigits(magnitude, layout) : DigitsOf(magnitude, layout);
     return NumberWriter(layout, std::move(digits)).Write();
 }
