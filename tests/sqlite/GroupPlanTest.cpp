@@ -25,7 +25,8 @@ constexpr PlanCase kCases[] = {
      "Lst.BillID = Rec.BillID) ON ks.KSID = Lst.ksID) ON dp.dpID = Lst.dpID) ON pj.项目ID = Lst.pjID  GROUP BY "
      "Lst.月份, Lst.单据类型, Lst.单据编号, Lst.BillID, Rec.dpID, dp.仓库名称,ks.企业名称,pj.项目名称  Order by "
      "Lst.月份,Lst.单据类型,Lst.单据编号 ",
-     "SCAN Lst; SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; "
+     "CO-ROUTINE query 1; SCAN Lst; SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; "
+     "SCAN query 1; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
      "SEARCH ks USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
      "SEARCH dp USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
      "SEARCH pj USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
@@ -45,8 +46,9 @@ constexpr PlanCase kCases[] = {
     {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID, dp.仓库名称 FROM 仓库设置 AS dp RIGHT JOIN (入库目录 AS "
      "Lst LEFT JOIN 入库记录 AS Rec ON Lst.BillID = Rec.BillID) ON dp.dpID = Lst.dpID WHERE Lst.dpID=1 GROUP BY "
      "Lst.年份, Lst.月份, Lst.单据编号, Lst.BillID, Rec.dpID, dp.仓库名称 Order by Lst.月份,Lst.单据编号 ",
-     "SEARCH Lst USING INDEX 入库目录.dpID (dpID=?); "
+     "CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 入库目录.dpID (dpID=?); "
      "SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; "
+     "SCAN query 1; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
      "SEARCH dp USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
     {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID FROM 出库目录 AS Lst LEFT JOIN 出库记录 AS Rec ON "
      "Lst.BillID = Rec.BillID WHERE Lst.dpID=1 And Lst.月份=6 GROUP BY Lst.单据编号, Lst.BillID, Rec.dpID Order by "

@@ -119,7 +119,7 @@ QueryText TranslateCrosstab(Session& session, const TransformStatement& statemen
 QueryText TranslatePivotValues(Session& session, const TransformStatement& statement) {
     const SelectCore& core = CoreOf(statement);
     Scope scope(nullptr);
-    const std::string from = TranslateFrom(session, core.from, scope, nullptr).text;
+    const std::string from = TranslateFrom(session, core.from, scope, nullptr).Text();
     Term pivot = ValueTerm(session, TranslateExpression(*statement.pivot, {session, scope, kNoAggregate}));
     pivot = CollatedTerm(std::move(pivot));
     QueryText query;

@@ -1,7 +1,6 @@
 #include "sql/sqlite/FromClause.h"
 
 #include <map>
-#include <optional>
 #include <utility>
 
 #include "sql/sqlite/ExpressionTranslator.h"
@@ -14,6 +13,8 @@ namespace kpTables::sql {
 namespace {
 
 constexpr const char* kNoAggregate = "cannot have an aggregate function in a JOIN";
+constexpr const char* kInnerJoin = " INNER JOIN ";
+constexpr const char* kLeftJoin = " LEFT JOIN ";
 
 class FromClause {
 public:
@@ -38,16 +39,19 @@ public:
         return texts_.at(&table);
     }
 
-    // The join's last table is one source, and so the first or the last of all.
-    std::optional<LastJoin> Last(const TableExpression& table) const {
-        if (table.kind != TableKind::Join) return std::nullopt;
+    // Of joins within one another: the innermost one's first table, and the tables that the others add to it.
+    // firstSource is the number of the first source in the table.
+    FromText Chain(const TableExpression& table, std::size_t firstSource) const {
+        if (table.kind != TableKind::Join) return Beginning(table, firstSource);
         const auto& join = static_cast<const JoinedTable&>(table);
         const bool turned = IsTurned(join);
-        const TableExpression& last = turned ? *join.left : *join.right;
-        if (last.kind != TableKind::Named) return std::nullopt;
-        const Source& source = turned ? scope_.Sources().front() : scope_.Sources().back();
-        return LastJoin{" FROM " + Text(turned ? *join.right : *join.left), Text(last), &source, join.on.get(),
-                        join.join != JoinKind::Inner};
+        const TableExpression& second = turned ? *join.left : *join.right;
+        if (second.kind != TableKind::Named) return Beginning(table, firstSource);
+        FromText chain = turned ? Chain(*join.right, firstSource + 1) : Chain(*join.left, firstSource);
+        const std::size_t source = turned ? firstSource : firstSource + CountSources(*join.left);
+        chain.joins.push_back(
+            {Text(second), On(join), &scope_.Sources()[source], join.on.get(), join.join != JoinKind::Inner});
+        return chain;
     }
 
 private:
@@ -88,10 +92,29 @@ private:
         const TableExpression& first = turned ? *join.right : *join.left;
         const TableExpression& second = turned ? *join.left : *join.right;
         std::string text = Text(first);
-        text += join.join == JoinKind::Inner ? " INNER JOIN " : " LEFT JOIN ";
+        text += join.join == JoinKind::Inner ? kInnerJoin : kLeftJoin;
         text += second.kind == TableKind::Join ? "(" + Text(second) + ")" : Text(second);
-        const Term on = TranslateCondition(*join.on, {session_, scope_, kNoAggregate});
-        return text + " ON " + on.text;
+        return text + " ON " + On(join);
+    }
+
+    std::string On(const JoinedTable& join) const {
+        return TranslateCondition(*join.on, {session_, scope_, kNoAggregate}).text;
+    }
+
+    FromText Beginning(const TableExpression& table, std::size_t source) const {
+        FromText beginning;
+        const std::string text = Text(table);
+        beginning.first = " FROM " + text;
+        if (table.kind != TableKind::Named) return beginning;
+        beginning.firstTable = text;
+        beginning.firstSource = &scope_.Sources()[source];
+        return beginning;
+    }
+
+    static std::size_t CountSources(const TableExpression& table) {
+        if (table.kind != TableKind::Join) return 1;
+        const auto& join = static_cast<const JoinedTable&>(table);
+        return CountSources(*join.left) + CountSources(*join.right);
     }
 
     Session& session_;
@@ -115,13 +138,21 @@ void CollectNames(const TableExpression& table, std::vector<std::string>& names)
 
 }  // namespace
 
+std::string TableJoin::Text() const { return (optional ? kLeftJoin : kInnerJoin) + table + " ON " + on; }
+
+std::string FromText::Text() const {
+    std::string text = first;
+    for (const TableJoin& join : joins) text += join.Text();
+    return text;
+}
+
 FromText TranslateFrom(Session& session, const std::vector<TablePtr>& from, Scope& scope, const Scope* outer) {
     FromClause clause(session, scope, outer);
     for (const auto& table : from) clause.Declare(*table);
+    if (from.size() == 1) return clause.Chain(*from.front(), 0);
     FromText result;
     for (const auto& table : from)
-        result.text.append(result.text.empty() ? " FROM " : ", ").append(clause.Text(*table));
-    if (from.size() == 1) result.last = clause.Last(*from.front());
+        result.first.append(result.first.empty() ? " FROM " : ", ").append(clause.Text(*table));
     return result;
 }
 

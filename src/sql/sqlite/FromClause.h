@@ -1,8 +1,6 @@
 // The tables of a query and how they are joined.
 #pragma once
 
-#include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,18 +10,26 @@
 
 namespace kpTables::sql {
 
-/// What a clause joins last, where that is a table.
-struct LastJoin {
-    std::string before;  ///< the clause's text without it
-    std::string table;   ///< its name and alias, as in the clause's text
+/// A table that is joined to what the clause names before it.
+struct TableJoin {
+    std::string table;  ///< its name and alias, as in the clause's text
+    std::string on;
     const Source* source;
     const Expression* condition;
     bool optional;  ///< rows without a match are kept
+
+    /// " LEFT JOIN ... ON ...", or an inner one.
+    std::string Text() const;
 };
 
 struct FromText {
-    std::string text;  ///< " FROM ...", "" for none
-    std::optional<LastJoin> last;
+    std::string first;  ///< " FROM ..." without the joins, "" for none
+    std::vector<TableJoin> joins;
+    /// Of a clause that begins with a table: its name and alias, and the table.
+    std::string firstTable;
+    const Source* firstSource = nullptr;
+
+    std::string Text() const;
 };
 
 /// Adds every table of the clause to the scope, in the order in which the statement writes them, and gives the clause's

@@ -1,5 +1,5 @@
-// A table whose row follows from a grouping key: it is looked up once for each group, not for each row that is grouped,
-// and its columns are not sorted with the rows.
+// Tables whose row follows from a grouping key: they are looked up once for each group, not for each row that is
+// grouped, and their columns are not sorted with the rows.
 #pragma once
 
 #include <optional>
@@ -13,13 +13,13 @@
 
 namespace kpTables::sql {
 
-/// A SELECT with its order, as a join of its groups with the table that is looked up.
+/// A SELECT with its order, as a join of its groups with the tables that are looked up.
 struct LookedUpSelect {
     SelectParts parts;
     std::string order;  ///< " ORDER BY ...", or ""
 };
 
-/// nullopt where the last table that the SELECT joins is none to be looked up, or is needed to make the groups.
+/// nullopt where the SELECT joins no table to be looked up but those that are needed to make the groups.
 std::optional<LookedUpSelect> LookUpByGroup(Session& session, SelectTranslator& translator, const SelectCore& core,
                                             const std::vector<OrderItem>& order);
 

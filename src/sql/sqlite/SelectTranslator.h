@@ -42,10 +42,10 @@ public:
     /// " LIMIT n", or "".
     std::string LimitText();
     /// " FROM ... WHERE ... GROUP BY ... HAVING ...", as far as the SELECT has them.
-    std::string Tail() const { return Tail(from_.text); }
+    std::string Tail() const { return Tail(from_.Text()); }
     /// The same after another FROM.
     std::string Tail(const std::string& from) const { return from + where_ + groupBy_ + having_; }
-    const std::optional<LastJoin>& Last() const noexcept { return from_.last; }
+    const FromText& From() const noexcept { return from_; }
     /// The keys that the text groups by, from which the others follow.
     const std::vector<const Expression*>& Keys() const noexcept { return keys_; }
     /// The groups need not come in the order of their keys, as something else orders them.
