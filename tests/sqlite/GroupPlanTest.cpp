@@ -1,12 +1,14 @@
 // Reports whose groups come as the indexes hold the rows, however large the book is.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "TestBook.h"
 #include "engines/sqlite/BookFile.h"
 #include "engines/sqlite/Session.h"
 #include "sql/Parser.h"
+#include "sql/sqlite/LineSums.h"
 #include "sql/sqlite/SqliteTranslator.h"
 
 namespace kpTables::sqlite {
@@ -62,19 +64,68 @@ constexpr PlanCase kCases[] = {
      "SCAN query 1; SEARCH Prod USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN"},
 };
 
-TEST(GroupPlan, NothingIsSortedToBeGrouped) {
-    const TemporaryDirectory directory;
-    SqliteConnection::Create(directory.File("book"));
-    Session session(OpenBookFile(directory.File("book"), {}));
-    session.GetCatalog().Refresh();
-    for (const auto& [text, expected] : kCases) {
-        const std::string translated = sql::TranslateForSqlite(*sql::Parse(text), session.GetCatalog()).text;
-        PreparedStatement explain = session.GetDatabase().Prepare("EXPLAIN QUERY PLAN " + translated);
+constexpr const char* kProjectLines =
+    " FROM (SELECT Lst.pjID, Proj.ClassCode,Proj.项目名称, Lst.月份, Rec.数量, Rec.除税金额, Rec.税额, Rec.金额 FROM "
+    "(出库目录 AS Lst INNER JOIN 出库记录 AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 项目设置 As Proj ON Lst.pjID = "
+    "Proj.项目ID) AS BILLLIST GROUP BY BILLLIST.pjID,BillLIST.ClassCode, BILLLIST.项目名称";
+
+/// A bill's lines are added up as its index brings them, so that there is a row a bill to be sorted.
+constexpr const char* kPlanOfProjects =
+    "MATERIALIZE Rec; SCAN 出库记录 USING INDEX 出库记录.BillID; SCAN Rec; SEARCH Lst USING INTEGER PRIMARY KEY "
+    "(rowid=?); SEARCH Proj USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR GROUP BY";
+
+class GroupPlan : public testing::Test {
+protected:
+    GroupPlan() {
+        SqliteConnection::Create(directory_.File("book"));
+        session_ = std::make_unique<Session>(OpenBookFile(directory_.File("book"), {}));
+        session_->GetCatalog().Refresh();
+    }
+
+    std::string PlanOf(const std::string& text) {
+        const sql::StatementPtr statement = sql::Parse(text);
+        sql::AddUpLines(*statement, session_->GetCatalog());
+        return Plan(sql::TranslateForSqlite(*statement, session_->GetCatalog()).text);
+    }
+
+    std::string PlanOfPivotValues(const std::string& text) {
+        const sql::StatementPtr statement = sql::Parse(text);
+        auto& transform = static_cast<sql::TransformStatement&>(*statement);
+        sql::PassOverLines(transform, session_->GetCatalog());
+        return Plan(sql::PivotQuery(transform, session_->GetCatalog()).text);
+    }
+
+private:
+    std::string Plan(const std::string& translated) {
+        PreparedStatement explain = session_->GetDatabase().Prepare("EXPLAIN QUERY PLAN " + translated);
         constexpr int kDetail = 3;
         std::string plan;
         while (explain.Step()) plan.append(plan.empty() ? "" : "; ").append(explain.Text(kDetail));
-        EXPECT_EQ(plan, expected) << text;
+        return plan;
     }
+
+    TemporaryDirectory directory_;
+    std::unique_ptr<Session> session_;
+};
+
+TEST_F(GroupPlan, NothingIsSortedToBeGrouped) {
+    for (const auto& [text, expected] : kCases) EXPECT_EQ(PlanOf(text), expected) << text;
+}
+
+TEST_F(GroupPlan, BillsAreSortedByProjectsNotTheirLines) {
+    const std::string lines = kProjectLines;
+    EXPECT_EQ(PlanOf("SELECT BILLLIST.pjID AS pjID,SUM(CASE 月份 when 1 then billlist.数量 else 0 end) as "
+                     "一,Sum(BILLLIST.数量) As 合计 " +
+                     lines),
+              kPlanOfProjects);
+    const std::string crosstab =
+        "TRANSFORM Sum(BILLLIST.金额) AS 月合计 SELECT BILLLIST.pjID AS pjID, "
+        "Proj.ClassCode, Sum(BILLLIST.数量) AS 合计" +
+        lines + " PIVOT BILLLIST.月份";
+    EXPECT_EQ(PlanOf(crosstab), kPlanOfProjects);
+    EXPECT_EQ(PlanOfPivotValues(crosstab),
+              "SCAN Lst USING COVERING INDEX 出库目录.月份单据; CORRELATED SCALAR SUBQUERY 1; "
+              "SEARCH Rec USING COVERING INDEX 出库记录.BillID (BillID=?)");
 }
 
 }  // namespace

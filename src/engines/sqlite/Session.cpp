@@ -16,6 +16,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/MemoryRecordset.h"
 #include "sql/Parser.h"
+#include "sql/sqlite/LineSums.h"
 #include "sql/sqlite/Names.h"
 #include "sql/sqlite/Session.h"
 #include "sql/sqlite/SqliteTranslator.h"
@@ -93,7 +94,7 @@ RecordsetPtr Session::Run(std::string_view text) {
     if (!statement) {
         const sql::StatementPtr tree = sql::Parse(text);
         if (tree->kind == sql::StatementKind::Transform) {
-            return RunTransform(static_cast<const sql::TransformStatement&>(*tree), text, literals);
+            return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
         }
         statement = Translate(*tree, std::move(shape), literals);
     }
@@ -133,14 +134,18 @@ void Session::RunChange(CachedStatement& statement, std::string_view text,
     }
 }
 
-RecordsetPtr Session::RunTransform(const sql::TransformStatement& statement, std::string_view text,
+RecordsetPtr Session::RunTransform(sql::TransformStatement& statement, std::string_view text,
                                    const std::vector<sql::LiteralValue>& literals) {
     RefreshCatalog();
     std::vector<sql::LiteralValue> values;
     if (statement.values.empty()) {
-        const CachedStatementPtr pivot = PrepareTranslation(sql::PivotQuery(statement, catalog_));
+        const sql::StatementPtr again = sql::Parse(text);
+        auto& ofPivot = static_cast<sql::TransformStatement&>(*again);
+        sql::PassOverLines(ofPivot, catalog_);
+        const CachedStatementPtr pivot = PrepareTranslation(sql::PivotQuery(ofPivot, catalog_));
         values = PivotValues(*Rows(*pivot, text, literals));
     }
+    sql::AddUpLines(statement, catalog_);
     const CachedStatementPtr table = PrepareTranslation(sql::TranslateForSqlite(statement, catalog_, values));
     return std::make_shared<MemoryRecordset>(Rows(*table, text, literals), false, &kBookTexts);
 }
@@ -215,9 +220,10 @@ std::size_t Session::CountEditable(BoundQuery& query, const std::vector<std::int
     return count;
 }
 
-CachedStatementPtr Session::Translate(const sql::Statement& tree, std::string shape,
+CachedStatementPtr Session::Translate(sql::Statement& tree, std::string shape,
                                       const std::vector<sql::LiteralValue>& literals) {
     RefreshCatalog();
+    sql::AddUpLines(tree, catalog_);
     CachedStatementPtr statement = PrepareTranslation(sql::TranslateForSqlite(tree, catalog_));
     if (!ChangesSchema(tree.kind) && !shape.empty()) cache_.Add(std::move(shape), literals, statement);
     return statement;

@@ -50,7 +50,7 @@ public:
 
 private:
     RecordsetPtr Run(std::string_view text);
-    RecordsetPtr RunTransform(const sql::TransformStatement& statement, std::string_view text,
+    RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string_view text,
                               const std::vector<sql::LiteralValue>& literals);
     RecordsetPtr RunQuery(const BoundQuery& query);
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
@@ -58,7 +58,7 @@ private:
     std::unique_ptr<db::RowStore> Rows(CachedStatement& statement, std::string_view text,
                                        const std::vector<sql::LiteralValue>& literals);
 
-    CachedStatementPtr Translate(const sql::Statement& statement, std::string shape,
+    CachedStatementPtr Translate(sql::Statement& statement, std::string shape,
                                  const std::vector<sql::LiteralValue>& literals);
     CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind);
     CachedStatementPtr PrepareTranslation(sql::Translation translation) const;

@@ -5,11 +5,19 @@
 #include "sql/Parser.h"
 #include "sql/sqlite/DeclaredType.h"
 #include "sql/sqlite/FunctionList.h"
+#include "sql/sqlite/LineSums.h"
 #include "sql/sqlite/SqliteTranslator.h"
 
 namespace kpTables::sql::test {
 
 namespace {
+
+Translation TranslatedAsForABook(const std::string& text, const Catalog& catalog,
+                                 const std::vector<LiteralValue>& pivotValues = {}) {
+    const StatementPtr statement = Parse(text);
+    AddUpLines(*statement, catalog);
+    return TranslateForSqlite(*statement, catalog, pivotValues);
+}
 
 int CompareTexts(void*, int leftSize, const void* left, int rightSize, const void* right) {
     std::string a(static_cast<const char*>(left), static_cast<std::size_t>(leftSize));
@@ -110,7 +118,7 @@ std::string SqliteBook::RunPlain(const std::string& sql, const std::vector<Bound
 }
 
 std::string SqliteBook::Run(const std::string& text, const std::vector<LiteralValue>& pivotValues) {
-    const auto translation = TranslateForSqlite(*Parse(text), catalog_, pivotValues);
+    const auto translation = TranslatedAsForABook(text, catalog_, pivotValues);
     const auto literals = Tokenize(text).literals;
     std::vector<BoundValue> parameters;
     for (const auto& parameter : translation.parameters)
@@ -119,7 +127,7 @@ std::string SqliteBook::Run(const std::string& text, const std::vector<LiteralVa
 }
 
 void SqliteBook::Prepare(const std::string& text, const std::vector<LiteralValue>& pivotValues) {
-    const auto translation = TranslateForSqlite(*Parse(text), catalog_, pivotValues);
+    const auto translation = TranslatedAsForABook(text, catalog_, pivotValues);
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v2(database_, translation.text.c_str(), -1, &statement, nullptr);
     const bool parameters = sqlite3_bind_parameter_count(statement) == static_cast<int>(translation.parameters.size());
@@ -131,7 +139,7 @@ void SqliteBook::Prepare(const std::string& text, const std::vector<LiteralValue
 }
 
 std::string SqliteBook::Plan(const std::string& text) {
-    const auto translation = TranslateForSqlite(*Parse(text), catalog_);
+    const auto translation = TranslatedAsForABook(text, catalog_);
     return RunPlain("EXPLAIN QUERY PLAN " + translation.text,
                     std::vector<BoundValue>(translation.parameters.size(), BoundValue{"1", true}));
 }
