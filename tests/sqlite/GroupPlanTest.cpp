@@ -57,11 +57,6 @@ constexpr PlanCase kCases[] = {
      "Lst.单据编号 ",
      "SEARCH Lst USING INDEX 出库目录.仓库月份 (dpID=? AND 月份=?); "
      "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
-    {"SELECT Rec.pdID, Sum(Rec.数量) AS 数量, Prod.商品名称, Prod.ClassCode FROM (出库目录 AS Lst INNER JOIN 出库记录 "
-     "AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID  GROUP BY Rec.pdID, "
-     "Prod.商品名称, Prod.ClassCode ",
-     "CO-ROUTINE query 1; SCAN Rec USING INDEX 出库记录.pdID; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
-     "SCAN query 1; SEARCH Prod USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN"},
 };
 
 constexpr const char* kProjectLines =
@@ -110,6 +105,27 @@ private:
 
 TEST_F(GroupPlan, NothingIsSortedToBeGrouped) {
     for (const auto& [text, expected] : kCases) EXPECT_EQ(PlanOf(text), expected) << text;
+}
+
+TEST_F(GroupPlan, LinesAreNotFetchedOneByOneInTheOrderOfTheirProducts) {
+    const std::string lines =
+        "SELECT Rec.pdID, Sum(Rec.数量) AS 数量, Prod.商品名称, Prod.ClassCode FROM (出库目录 AS Lst INNER JOIN "
+        "出库记录 "
+        "AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID ";
+    const std::string groups = " GROUP BY Rec.pdID, Prod.商品名称, Prod.ClassCode ";
+    const std::string lookup = "SCAN query 1; SEARCH Prod USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN";
+    EXPECT_EQ(PlanOf(lines + groups),
+              "CO-ROUTINE query 1; SCAN Rec; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
+              "USE TEMP B-TREE FOR GROUP BY; " +
+                  lookup);
+    EXPECT_EQ(PlanOf(lines + "Where (Lst.月份=6) And Lst.dpID=1" + groups),
+              "CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 出库目录.仓库月份 (dpID=? AND 月份=?); "
+              "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?); USE TEMP B-TREE FOR GROUP BY; " +
+                  lookup);
+    EXPECT_EQ(PlanOf(lines + "Where Rec.pdID=7" + groups),
+              "CO-ROUTINE query 1; SEARCH Rec USING INDEX 出库记录.pdID (pdID=?); "
+              "SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); " +
+                  lookup);
 }
 
 TEST_F(GroupPlan, BillsAreSortedByProjectsNotTheirLines) {

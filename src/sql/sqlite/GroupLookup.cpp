@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <utility>
 
 #include "sql/sqlite/Conversion.h"
@@ -23,7 +24,7 @@ const SourceColumn* Meant(const Scope& scope, const Expression& expression) {
 }
 
 // A name of no column is another item's, and a query may read anything.
-bool MayRead(const Source& table, const Scope& scope, const Expression& expression) {
+bool MayRead(const Scope& scope, const Expression& expression, const std::function<bool(const SourceColumn&)>& which) {
     std::vector<const Expression*> open{&expression};
     while (!open.empty()) {
         const Expression& e = *open.back();
@@ -31,11 +32,15 @@ bool MayRead(const Source& table, const Scope& scope, const Expression& expressi
         if (If<InQuery>(&e) || If<Exists>(&e) || If<Subquery>(&e)) return true;
         if (const auto* column = If<Column>(&e)) {
             const auto* meant = scope.Lookup(*column);
-            if (!meant || table.Has(*meant)) return true;
+            if (!meant || which(*meant)) return true;
         }
         ForEachOperand(e, [&](const Expression& operand) { open.push_back(&operand); });
     }
     return false;
+}
+
+bool MayRead(const Source& table, const Scope& scope, const Expression& expression) {
+    return MayRead(scope, expression, [&](const SourceColumn& column) { return table.Has(column); });
 }
 
 /// The equality of a joined table's counter with a column of the tables before it.
@@ -73,7 +78,7 @@ std::size_t PositionIn(std::vector<OutputItem>& items, const SourceColumn& colum
 /// Tells the tables that make the groups from those that only add to what is shown of them.
 class GroupLookup {
 public:
-    GroupLookup(const SelectTranslator& translator, const SelectCore& core)
+    GroupLookup(SelectTranslator& translator, const SelectCore& core)
         : translator_(translator), core_(core), scope_(translator.Names()), first_(translator.From().firstSource) {}
 
     bool Finds() {
@@ -105,6 +110,7 @@ public:
         const FromText& from = translator_.From();
         std::string tables = from.first;
         for (const auto* join : kept_) tables += join->Text();
+        if (IsScattered()) translator_.GroupBySorting();
         groups.tail = translator_.Tail(tables);
         SelectParts parts = SelectFromQuery(session, PrintSelect(session, groups, true));
         const std::vector<OutputItem> grouped = std::exchange(parts.items, items);
@@ -162,13 +168,26 @@ private:
         return column && table.Has(*column);
     }
 
+    // A key by which nothing is joined and nothing is found may be scattered over its table: to fetch the rows in the
+    // order of its index takes longer than to sort them.
+    bool IsScattered() const {
+        const auto& keys = translator_.Keys();
+        const auto* key = keys.size() == 1 ? Meant(scope_, *keys.front()) : nullptr;
+        if (!key || !IsWhole(key->type) || key->counter || kept_.empty()) return false;
+        const auto reads = [&](const Expression* e) {
+            return e && MayRead(scope_, *e, [&](const SourceColumn& column) { return &column == key; });
+        };
+        return !reads(core_.where.get()) &&
+               std::none_of(kept_.begin(), kept_.end(), [&](const auto* join) { return reads(join->condition); });
+    }
+
     // A lookup by a column of the first table needs its row again, which then also gives what is shown of it: cheaper
     // than to carry all that through the grouping.
     bool ReadsFirstAgain() const {
         return std::any_of(lookups_.begin(), lookups_.end(), [&](const auto& lookup) { return !IsKey(*lookup.key); });
     }
 
-    const SelectTranslator& translator_;
+    SelectTranslator& translator_;
     const SelectCore& core_;
     const Scope& scope_;
     const Source* first_;

@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* kNoAggregateInWhere = "cannot have an aggregate function in the WHERE clause";
 constexpr const char* kNoAggregateInGroup = "cannot have an aggregate function in the GROUP BY clause";
+const std::string kGroupBy = " GROUP BY ";
 
 // A key to group or to order by. A bill's date gives way to its columns, which an index may hold.
 std::string KeyText(const Term& term, const std::string& direction) {
@@ -119,10 +120,12 @@ void SelectTranslator::PrintGroups(const std::vector<std::size_t>& sequence) {
     keys_.clear();
     for (std::size_t i = 0; i < groups_.size(); ++i) {
         if (!needed[i]) continue;
-        groupBy_ += (groupBy_.empty() ? " GROUP BY " : ", ") + groupKeys_[i];
+        groupBy_ += (groupBy_.empty() ? kGroupBy : ", ") + groupKeys_[i];
         keys_.push_back(groups_[i]);
     }
 }
+
+void SelectTranslator::GroupBySorting() { groupBy_.insert(kGroupBy.size(), "+"); }
 
 std::vector<std::pair<std::size_t, std::size_t>> SelectTranslator::ImpliedItems() const {
     std::vector<std::pair<std::size_t, std::size_t>> implied;

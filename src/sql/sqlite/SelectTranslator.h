@@ -50,6 +50,8 @@ public:
     const std::vector<const Expression*>& Keys() const noexcept { return keys_; }
     /// The groups need not come in the order of their keys, as something else orders them.
     void GroupInAnyOrder();
+    /// The rows are sorted by the key, the only one, even where an index would bring them in its order.
+    void GroupBySorting();
     /// Pairs of items, from 0, where the second has one value for each value of the first.
     std::vector<std::pair<std::size_t, std::size_t>> ImpliedItems() const;
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "SqliteBook.h"
 #include "TranslationText.h"
@@ -120,6 +121,25 @@ TEST(GroupLookup, SeveralTables) {
          R"(LEFT JOIN "厂商资料" AS "K" ON "K"."KSID" = "query 1"."ksID")"},
     };
     for (const auto& [query, text] : cases) EXPECT_EQ(Translated(query).text, text) << query;
+}
+
+TEST(GroupLookup, AScatteredKeyIsSorted) {
+    const std::string join =
+        "From (入库目录 As L Inner Join 入库记录 As R On L.BillID=R.BillID) Left Join 项目设置 As J ";
+    const std::pair<std::string, std::string> keys[] = {
+        {"On J.项目ID=R.pdID Group By R.pdID, ", R"(GROUP BY +"R"."pdID")"},
+        {"On J.项目ID=R.pdID Where L.月份=1 Group By R.pdID, ", R"(GROUP BY +"R"."pdID")"},
+        // The rows are found by it, are joined by it, or stand in its order.
+        {"On J.项目ID=R.pdID Where R.pdID>5 Group By R.pdID, ", R"(GROUP BY "R"."pdID")"},
+        {"On J.项目ID=R.BillID Group By R.BillID, ", R"(GROUP BY "R"."BillID")"},
+        {"On J.项目ID=L.BillID Group By L.BillID, ", R"(GROUP BY "L"."BillID")"},
+        // An index may have both.
+        {"On J.项目ID=R.pdID Group By R.pdID, L.月份, ", R"(GROUP BY "R"."pdID", "L"."月份")"},
+    };
+    for (const auto& [rest, key] : keys) {
+        const std::string text = Translated("Select Sum(R.数量), J.项目名称 " + join + rest + "J.项目名称").text;
+        EXPECT_NE(text.find(key + ") AS \"query 1\""), std::string::npos) << text;
+    }
 }
 
 TEST(GroupLookup, TheRowsStayTheSame) {
