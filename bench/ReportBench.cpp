@@ -94,24 +94,22 @@ bool BenchReport(const Setting& setting, const std::string& path, const ReportCa
     const std::string rows = Fixed(component.at(0), 0);
     table.push_back(componentRuns.Row(report.name, rows, Fixed(ratio, 2)));
     table.push_back(handRuns.Row("  by hand", Fixed(hand.at(0), 0), ""));
-    if (report.goal > 0) {
-        setting.results->Add({report.name + ": " + rows + " rows", report.rival, "s", 4, componentRuns.seconds,
-                              handRuns.seconds, RatioUpTo(report.goal)});
-    }
+    setting.results->Add({report.name + ": " + rows + " rows", report.rival, "s", 4, componentRuns.seconds,
+                          handRuns.seconds, report.goal > 0 ? RatioUpTo(report.goal) : Goal()});
     return SameFigures(component, hand);
 }
 
 }  // namespace
 
-bool BenchReports(const Setting& setting, const std::string& path, bool allReports) {
+bool BenchReports(const Setting& setting, const std::string& path) {
     const BookSize& size = setting.size;
     std::fprintf(setting.details,
                  "\nReports of a book of %lld lines a direction, %lld products, %d warehouses; %d runs, in seconds\n",
                  static_cast<long long>(size.lines), static_cast<long long>(size.products), size.depots, setting.runs);
     std::vector<std::vector<std::string>> table = {{"", "rows", "min", "median", "max", "peak MiB", "ratio"}};
     std::string different;
-    for (const ReportCase& report : Reports(size.lines)) {
-        if ((allReports || report.goal > 0) && !BenchReport(setting, path, report, table)) {
+    for (const ReportCase& report : Reports()) {
+        if (!BenchReport(setting, path, report, table)) {
             different += "\n    " + report.name;
         }
     }

@@ -7,7 +7,7 @@
 
 namespace kpTables::bench {
 
-/// Measures both for every report of the book at path, or for those that have a goal; false when their rows differ.
-bool BenchReports(const Setting& setting, const std::string& path, bool allReports);
+/// Measures both for every report of the book at path; false when their rows differ.
+bool BenchReports(const Setting& setting, const std::string& path);
 
 }  // namespace kpTables::bench

@@ -55,8 +55,8 @@ void AddBillLists(std::vector<ReportCase>& cases) {
     }
 }
 
-ReportCase ProductSums(const std::string& name, int month, int depot, const std::string& where,
-                       const std::string& key) {
+/// Sorts the lines by product: cheaper, in a book of any size, than fetching them in the order of the index.
+ReportCase ProductSums(const std::string& name, int month, int depot, const std::string& where) {
     return {"rs商品汇总, " + name,
             false,
             [month, depot](CTables& tables) {
@@ -67,9 +67,11 @@ ReportCase ProductSums(const std::string& name, int month, int depot, const std:
             "P.计量单位, P.进位方法, P.最低库存, P.最高库存, P.ClassCode FROM (SELECT R.pdID, SUM(R.数量) AS q, "
             "AVG(R.单价) / 10000.0 AS price, SUM(R.除税金额) AS net, SUM(R.税额) AS tax, SUM(R.除税单价) AS prices "
             "FROM 入库记录 AS R INNER JOIN 入库目录 AS L ON L.BillID = R.BillID " +
-                where + " GROUP BY " + key + ") AS S LEFT JOIN 商品设置 AS P ON P.pdID = S.pdID",
+                where + " GROUP BY +R.pdID) AS S LEFT JOIN 商品设置 AS P ON P.pdID = S.pdID",
             "kqqmmmmkkkkkkqqk",
-            false};
+            false,
+            0,
+            "lines added up by hand, then looked up"};
 }
 
 ReportCase DaySums(const std::string& name, bool isSQL) {
@@ -116,27 +118,26 @@ MonthColumns Months(int count, const std::string& begin, const std::string& end,
 }
 
 void AddProjects(std::vector<ReportCase>& cases) {
+    const std::string byBill = "added up by bill by hand";
     const auto ask = [](CTables& tables) { return tables.rs项目汇总表(std::string("金额")); };
     const MonthColumns crosstab = Months(11, "SUM(R.gross) FILTER (WHERE L.月份 = ", ") AS m", 'm');
     cases.push_back(
         {"rs项目汇总表, Jet", false, ask,
          ProjectsByHand("SUM(R.q) AS q, SUM(R.gross) AS gross" + crosstab.sums, "S.q, S.gross, " + crosstab.shown),
-         "kkkkkkqm" + crosstab.kinds, false});
+         "kkkkkkqm" + crosstab.kinds, false, 0, byBill});
     const MonthColumns cases12 = Months(12, "TOTAL(R.q) FILTER (WHERE L.月份 = ", ") AS m", 'q');
     cases.push_back({"rs项目汇总表, SQL Server", true, ask,
                      ProjectsByHand("SUM(R.q) AS q" + cases12.sums, cases12.shown + ", S.q"),
-                     "kkkkkk" + cases12.kinds + "q", false});
+                     "kkkkkk" + cases12.kinds + "q", false, 0, byBill});
 }
 
 }  // namespace
 
-std::vector<ReportCase> Reports(std::int64_t lines) {
+std::vector<ReportCase> Reports() {
     std::vector<ReportCase> cases;
     AddBillLists(cases);
-    // Where the lines do not fit into the cache, sorting them is cheaper than fetching them in the order of the index.
-    constexpr std::int64_t kLinesBeyondCache = 500'000;
-    cases.push_back(ProductSums("all lines", 0, 0, "", lines < kLinesBeyondCache ? "R.pdID" : "+R.pdID"));
-    cases.push_back(ProductSums("one warehouse's month", 6, 1, "WHERE L.dpID = 1 AND L.月份 = 6", "R.pdID"));
+    cases.push_back(ProductSums("all lines", 0, 0, ""));
+    cases.push_back(ProductSums("one warehouse's month", 6, 1, "WHERE L.dpID = 1 AND L.月份 = 6"));
     cases.push_back(DaySums("one day, Jet", false));
     cases.push_back(DaySums("one day, SQL Server", true));
     AddProjects(cases);

@@ -1,7 +1,6 @@
 // The reports that are measured, each with the statement that a specialist would write for it.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -17,11 +16,11 @@ struct ReportCase {
     std::string byHand;
     std::string columns;  ///< what each of them is, as in Answers.h
     bool ordered;
-    double goal = 0;  ///< largest ratio that is meant to be reached; 0: none
-    std::string rival = {};
+    double goal;  ///< largest ratio that is meant to be reached; 0: none
+    std::string rival;
 };
 
-/// All of them, for a book of eleven months and so many lines a direction.
-std::vector<ReportCase> Reports(std::int64_t lines);
+/// All of them, for a book of eleven months.
+std::vector<ReportCase> Reports();
 
 }  // namespace kpTables::bench

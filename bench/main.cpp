@@ -77,11 +77,11 @@ bool BenchListings(const Options& options, Setting setting) {
         sound = BenchListing(setting, path);
     }
     if (isTable) {
-        sound = BenchReports(setting, path, false) && sound;
+        sound = BenchReports(setting, path) && sound;
     } else if (options.only != "listing") {
         const Setting ofReports = ReportSetting(options, setting);
         MakeBook(path, ofReports.size);
-        sound = BenchReports(ofReports, path, true) && sound;
+        sound = BenchReports(ofReports, path) && sound;
     }
     std::filesystem::remove(path);
     return sound;
