@@ -21,6 +21,8 @@ struct Character {
 
 unsigned char Byte(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
 
+bool Continues(std::string_view text, std::size_t at) { return (Byte(text, at) & 0xC0) == 0x80; }
+
 Character Decode(std::string_view text, std::size_t at) {
     const unsigned char lead = Byte(text, at);
     if (lead < 0x80) return {lead, 1};
@@ -28,9 +30,8 @@ Character Decode(std::string_view text, std::size_t at) {
     if (lead < 0xC2 || lead > 0xF4 || at + length > text.size()) return {};
     std::uint32_t code = lead & (0xFFu >> (length + 1));
     for (std::size_t i = 1; i < length; ++i) {
-        const unsigned char next = Byte(text, at + i);
-        if ((next & 0xC0) != 0x80) return {};
-        code = code << 6 | (next & 0x3Fu);
+        if (!Continues(text, at + i)) return {};
+        code = code << 6 | (Byte(text, at + i) & 0x3Fu);
     }
     constexpr std::array<std::uint32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
     if (code < kSmallest[length] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return {};
@@ -39,7 +40,40 @@ Character Decode(std::string_view text, std::size_t at) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
+/// What a character of ASCII may be part of.
+enum class Role : unsigned char { None, Blank, Name, Digit, Quote, DateSign, Bracket, VariableSign, Operator };
+
+constexpr std::array<Role, 128> Roles() {
+    std::array<Role, 128> roles{};
+    const auto set = [&](std::string_view characters, Role role) {
+        for (const char c : characters) roles[static_cast<unsigned char>(c)] = role;
+    };
+    set(" \t\n\v\f\r", Role::Blank);
+    set("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", Role::Name);
+    set("0123456789", Role::Digit);
+    set("'", Role::Quote);
+    set("#", Role::DateSign);
+    set("[", Role::Bracket);
+    set("@", Role::VariableSign);
+    // Those that begin no longer one.
+    set("(),;*/\\^+&=", Role::Operator);
+    return roles;
+}
+constexpr auto kRoles = Roles();
+
+/// None for what is not ASCII.
+Role RoleAt(std::string_view text, std::size_t at) {
+    const unsigned char byte = Byte(text, at);
+    return byte < 0x80 ? kRoles[byte] : Role::None;
+}
+
+bool IsInName(Role role) { return role == Role::Name || role == Role::Digit; }
+
+/// Every character from U+4000 to U+9FFF is part of a name, most of the Chinese ones among them.
+bool IsIdeograph(std::string_view text, std::size_t at) {
+    const unsigned char lead = Byte(text, at);
+    return lead >= 0xE4 && lead <= 0xE9 && text.size() - at > 2 && Continues(text, at + 1) && Continues(text, at + 2);
+}
 
 /// Controls, the no-break blank and the byte order mark look like nothing and are no part of a name.
 bool IsInvisible(std::uint32_t code) { return code <= 0xA0 || code == 0xFEFF; }
@@ -52,12 +86,11 @@ bool FitsInteger(std::string_view digits) {
            (digits.size() == kLargestInteger.size() && digits <= kLargestInteger);
 }
 
-bool IsBlankAscii(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
 /// The length of the name's character at this place, 0 when there is none.
 std::size_t NameCharacterLength(std::string_view text, std::size_t at) {
     if (at >= text.size()) return 0;
-    if (Byte(text, at) < 0x80) return IsLetter(text[at]) || IsDigit(text[at]) ? 1 : 0;
+    if (Byte(text, at) < 0x80) return IsInName(RoleAt(text, at)) ? 1 : 0;
+    if (IsIdeograph(text, at)) return 3;
     const Character next = Decode(text, at);
     const bool other = IsInvisible(next.code) || next.code == kWideBlank || next.code == kWideEqual;
     return other ? 0 : next.length;
@@ -81,15 +114,13 @@ void Scanner::Fail(std::size_t at, std::size_t length, std::string_view complain
 
 bool Scanner::SkipBlanks() {
     const std::size_t start = at_;
-    while (at_ < text_.size()) {
-        if (IsBlankAscii(text_[at_]))
-            ++at_;
-        else if (text_.substr(at_, kWideBlankText.size()) == kWideBlankText)
-            at_ += kWideBlankText.size();
-        else
-            break;
+    for (;;) {
+        while (at_ < text_.size() && RoleAt(text_, at_) == Role::Blank) ++at_;
+        if (at_ == text_.size() || text_[at_] != kWideBlankText.front() ||
+            !text_.substr(at_).starts_with(kWideBlankText))
+            return at_ > start;
+        at_ += kWideBlankText.size();
     }
-    return at_ > start;
 }
 
 std::size_t Scanner::NameCharacter(std::size_t at) const {
@@ -98,27 +129,61 @@ std::size_t Scanner::NameCharacter(std::size_t at) const {
     return length;
 }
 
+std::size_t Scanner::EndOfName(std::size_t at) const {
+    while (at < text_.size()) {
+        const Role role = RoleAt(text_, at);
+        if (IsInName(role)) {
+            ++at;
+        } else if (role != Role::None) {
+            break;
+        } else if (IsIdeograph(text_, at)) {
+            at += 3;
+        } else {
+            const std::size_t length = NameCharacter(at);
+            if (length == 0) break;
+            at += length;
+        }
+    }
+    return at;
+}
+
 Lexeme Scanner::Next() {
     Lexeme piece;
     piece.blankBefore = SkipBlanks();
     piece.begin = piece.end = at_;
     if (at_ >= text_.size()) return piece;
     const bool touchesName = afterName_ && !piece.blankBefore;
-    const char c = text_[at_];
-    if (DigitAt(at_) || (c == '.' && DigitAt(at_ + 1) && !touchesName))
-        ScanNumber(piece);
-    else if (c == '\'')
-        ScanText(piece);
-    else if (c == '#')
-        ScanDate(piece);
-    else if (c == '[')
-        ScanQuotedName(piece);
-    else if (c == '@')
-        ScanVariable(piece);
-    else if (NameCharacter(at_) > 0)
-        ScanName(piece);
-    else
-        ScanOperator(piece);
+    switch (RoleAt(text_, at_)) {
+        case Role::Name:
+            ScanName(piece);
+            break;
+        case Role::Digit:
+            ScanNumber(piece);
+            break;
+        case Role::Quote:
+            ScanText(piece);
+            break;
+        case Role::DateSign:
+            ScanDate(piece);
+            break;
+        case Role::Bracket:
+            ScanQuotedName(piece);
+            break;
+        case Role::VariableSign:
+            ScanVariable(piece);
+            break;
+        case Role::Operator:
+            piece.kind = TokenKind::Operator;
+            ++piece.end;
+            break;
+        default:
+            if (text_[at_] == '.' && DigitAt(at_ + 1) && !touchesName)
+                ScanNumber(piece);
+            else if (NameCharacter(at_) > 0)
+                ScanName(piece);
+            else
+                ScanOperator(piece);
+    }
     at_ = piece.end;
     afterName_ = piece.kind == TokenKind::Word || piece.kind == TokenKind::QuotedName;
     return piece;
@@ -126,7 +191,7 @@ Lexeme Scanner::Next() {
 
 void Scanner::ScanName(Lexeme& piece) {
     piece.kind = TokenKind::Word;
-    while (const std::size_t length = NameCharacter(piece.end)) piece.end += length;
+    piece.end = EndOfName(piece.end);
 }
 
 void Scanner::ScanQuotedName(Lexeme& piece) {
@@ -149,7 +214,7 @@ void Scanner::ScanVariable(Lexeme& piece) {
     piece.end += 2;
     if (text_.substr(piece.begin, 2) != "@@" || NameCharacter(piece.end) == 0)
         Fail(piece.begin, 1, "expected a name such as @@IDENTITY");
-    while (const std::size_t length = NameCharacter(piece.end)) piece.end += length;
+    piece.end = EndOfName(piece.end);
 }
 
 void Scanner::ScanNumber(Lexeme& piece) {
@@ -205,7 +270,7 @@ void Scanner::ScanDate(Lexeme& piece) {
 
 void Scanner::ScanOperator(Lexeme& piece) {
     constexpr std::array<std::string_view, 7> kLong = {"<>", "<=", ">=", "!=", "<\uFF1D", ">\uFF1D", "\uFF1D"};
-    constexpr std::string_view kShort = "(),.;*/\\^+-&=<>";
+    constexpr std::string_view kShort = ".-<>";
     piece.kind = TokenKind::Operator;
     const std::string_view rest = text_.substr(piece.begin);
     if (rest.substr(0, 2) == "--")

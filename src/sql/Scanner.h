@@ -35,6 +35,7 @@ public:
 private:
     bool SkipBlanks();
     std::size_t NameCharacter(std::size_t at) const;
+    std::size_t EndOfName(std::size_t at) const;
     void ScanName(Lexeme& piece);
     void ScanQuotedName(Lexeme& piece);
     void ScanVariable(Lexeme& piece);

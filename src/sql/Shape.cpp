@@ -25,15 +25,24 @@ std::string Shape(std::string_view text, std::vector<LiteralValue>& values) {
     std::string shape;
     shape.reserve(text.size());
     Scanner scanner(text);
+    // Pieces that stand as the shape has them, with one blank between them or none, are copied together.
+    std::size_t begin = 0;
+    std::size_t end = 0;
     for (Lexeme piece = scanner.Next(); piece.kind != TokenKind::End; piece = scanner.Next()) {
-        if (piece.blankBefore && !shape.empty()) shape += ' ';
-        if (piece.kind == TokenKind::Literal) {
-            shape += Placeholder(piece.literal);
-            values.push_back({piece.literal, scanner.ValueOf(piece)});
-        } else {
-            shape += scanner.TextOf(piece);
+        const bool literal = piece.kind == TokenKind::Literal;
+        const bool together = piece.begin == end || (end > 0 && piece.begin == end + 1 && text[end] == ' ');
+        if (literal || !together) {
+            shape.append(text, begin, end - begin);
+            if (piece.blankBefore && !shape.empty()) shape += ' ';
+            begin = piece.begin;
         }
+        end = piece.end;
+        if (!literal) continue;
+        shape += Placeholder(piece.literal);
+        values.push_back({piece.literal, scanner.ValueOf(piece)});
+        begin = end;
     }
+    shape.append(text, begin, end - begin);
     return shape;
 }
 
