@@ -16,10 +16,10 @@ using db::RowStore;
 /// Beyond it, a double is no count of ten-thousandths any more.
 constexpr double kCurrencyLimit = 9223372036854775807.0;
 
-std::string_view TextAt(sqlite3_stmt* row, int column) noexcept {
+std::string_view TextOf(sqlite3_value* cell) noexcept {
     // A blob is read as the bytes of a text: it is not a value that a book stores.
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(row, column));
-    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(row, column));
+    const auto* bytes = static_cast<const char*>(sqlite3_value_blob(cell));
+    const auto size = static_cast<std::size_t>(sqlite3_value_bytes(cell));
     return bytes ? std::string_view(bytes, size) : std::string_view();
 }
 
@@ -52,18 +52,21 @@ void PutReal(RowStore& rows, int column, VarType type, double value, std::string
     rows.PutDouble(column, value);
 }
 
+/// Asks the statement once a cell, and the cell for the rest: a connection serves one thread at a time, so its values
+/// need no protection.
 void PutCell(RowStore& rows, int column, VarType type, sqlite3_stmt* row, std::string_view shown) {
-    switch (sqlite3_column_type(row, column)) {
+    sqlite3_value* const cell = sqlite3_column_value(row, column);
+    switch (sqlite3_value_type(cell)) {
         case SQLITE_NULL:
             return;  // a row begins with Nulls
         case SQLITE_INTEGER:
-            if (type == VarType::Currency) return rows.PutCurrency(column, sqlite3_column_int64(row, column));
-            return rows.PutLong(column, sqlite3_column_int64(row, column));
+            if (type == VarType::Currency) return rows.PutCurrency(column, sqlite3_value_int64(cell));
+            return rows.PutLong(column, sqlite3_value_int64(cell));
         case SQLITE_FLOAT:
-            return PutReal(rows, column, type, sqlite3_column_double(row, column), shown);
+            return PutReal(rows, column, type, sqlite3_value_double(cell), shown);
         default:
-            if (type == VarType::Date) return PutDateText(rows, column, TextAt(row, column));
-            return rows.PutText(column, TextAt(row, column));
+            if (type == VarType::Date) return PutDateText(rows, column, TextOf(cell));
+            return rows.PutText(column, TextOf(cell));
     }
 }
 
