@@ -158,7 +158,7 @@ void Make(const std::string& path, const BookSize& size) {
     database.Run("PRAGMA synchronous = OFF");
     database.Run("PRAGMA cache_size = -262144");
     database.Run("BEGIN");
-    const std::vector<std::string> indexes = DropIndexes(database);
+    const std::vector<std::string> indexes = size.grown ? std::vector<std::string>() : DropIndexes(database);
     FillMasterData(database, size);
     FillBalance(database, size);
     FillBills(database, size, true);

@@ -12,6 +12,7 @@ struct BookSize {
     int depots = 1;                   ///< that the bills are spread over
     int months = 11;                  ///< that the bills are spread over
     int balanceMonth = 11;            ///< the one that has the balance rows
+    bool grown = false;               ///< indexes as they come from entering row by row, not packed
 };
 
 constexpr int kBookYear = 2003;

@@ -11,8 +11,8 @@ namespace kpTables::bench {
 
 namespace {
 
-constexpr std::array<std::string_view, 9> kNames = {"closing", "year",  "listing", "reports", "calls",
-                                                    "import",  "start", "memory",  "table"};
+constexpr std::array<std::string_view, 10> kNames = {"closing", "year",   "listing", "reports", "calls",
+                                                     "entry",   "import", "start",   "memory",  "table"};
 
 void Set(Options& options, std::string_view name, const std::string& value) {
     if (name == "--lines") {
@@ -34,8 +34,9 @@ void Set(Options& options, std::string_view name, const std::string& value) {
 
 const char* const kUsage =
     "usage: kpbench [--lines N] [--products N] [--runs N] [--folder DIR] [--markdown FILE] [BENCHMARK]\n"
-    "  BENCHMARK  closing, year, listing, reports, calls, import, start or memory; without a name all but import and\n"
-    "             start, which need kpbook and the sqlite3 shell\n"
+    "  BENCHMARK  closing, year, listing, reports, calls, entry, import, start or memory; without a name all but "
+    "import\n"
+    "             and start, which need kpbook and the sqlite3 shell\n"
     "  table      all of them, and one table of every figure beside its rival's; --markdown puts it into a file,\n"
     "             in place of the one that is there between <!-- table --> and <!-- end -->\n"
     "Needs about 2 GB in DIR (the temporary directory), in a folder of its own that it removes at the end.\n";

@@ -8,6 +8,7 @@
 
 #include "CallBench.h"
 #include "ClosingBench.h"
+#include "EntryBench.h"
 #include "ImportBench.h"
 #include "ListingBench.h"
 #include "Machine.h"
@@ -96,6 +97,7 @@ bool RunBenchmarks(const Options& options, const Setting& setting) {
     if (wantsAlways("year")) sound = BenchYear(setting) && sound;
     if (wantsAlways("listing") || wants("reports")) sound = BenchListings(options, setting) && sound;
     if (wantsAlways("calls")) sound = BenchCalls(CallSetting(options, setting)) && sound;
+    if (wantsAlways("entry")) sound = BenchEntry(setting, options.only == "entry") && sound;
     if (wants("import")) sound = BenchImport(setting) && sound;
     if (wants("start")) sound = BenchStart(setting) && sound;
     if (wantsAlways("memory")) sound = BenchMemory(setting) && sound;

@@ -1,0 +1,46 @@
+// Inbound bills entered into a book, as a host enters them and by hand.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "BookMaker.h"
+#include "kpTables/Currency.h"
+
+namespace kpTables::bench {
+
+struct NewLine {
+    std::int32_t product;
+    double quantity;
+    Currency price;
+    Currency amount;
+    Currency tax;
+    Currency netPrice;
+    Currency netAmount;
+};
+
+struct NewBill {
+    std::int16_t day;
+    std::int32_t depot;
+    std::int32_t partner;
+    std::int32_t project;
+    std::string number;
+    std::vector<NewLine> lines;
+};
+
+/// Bills of ten lines of the month after the book's last, day by day, with any of its products. Every series has bills
+/// of its own.
+std::vector<NewBill> NewBills(const BookSize& size, int series, int count);
+
+struct Entered {
+    double microseconds;  ///< a bill
+    double pages;         ///< a bill, written to the log
+};
+
+/// With editable recordsets: one for the header, one for its lines. So many bills share a transaction.
+double EnterByRecordsets(const std::string& path, const std::vector<NewBill>& bills, int billsOfTransaction);
+/// With two statements that are prepared once.
+Entered EnterByHand(const std::string& path, const std::vector<NewBill>& bills, int billsOfTransaction);
+
+}  // namespace kpTables::bench
