@@ -65,7 +65,8 @@ int CompareBookText(std::string_view left, std::string_view right) noexcept {
     left = WithoutTrailingBlanks(left);
     right = WithoutTrailingBlanks(right);
     if (left == right) return 0;
-    if (IsRanked(left) && IsRanked(right)) return CompareRanked(left, right);
+    const std::size_t same = CommonBeginning(left, right);
+    if (IsRanked(left) && IsRanked(right.substr(same))) return CompareRanked(left.substr(same), right.substr(same));
     if (const UCollator* collator = Collator()) return CompareUnicode(collator, left, right);
     return left.compare(right);
 }

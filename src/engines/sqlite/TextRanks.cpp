@@ -2,6 +2,7 @@
 
 #include <unicode/uvernum.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -90,6 +91,10 @@ std::size_t AsciiPrefix(std::string_view text) noexcept {
     return at;
 }
 
+bool IsInsideCharacter(std::string_view text, std::size_t at) noexcept {
+    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+}
+
 }  // namespace
 
 bool IsRanked(std::string_view text) noexcept {
@@ -98,6 +103,19 @@ bool IsRanked(std::string_view text) noexcept {
         if (!kIsOrderOfIcu || TakeRank(text, at) == kUnranked) return false;
     }
     return true;
+}
+
+std::size_t CommonBeginning(std::string_view left, std::string_view right) noexcept {
+    const std::size_t size = std::min(left.size(), right.size());
+    std::size_t at = 0;
+    for (std::uint64_t l, r; at + sizeof l <= size; at += sizeof l) {
+        std::memcpy(&l, left.data() + at, sizeof l);
+        std::memcpy(&r, right.data() + at, sizeof r);
+        if (l != r) break;
+    }
+    while (at < size && left[at] == right[at]) ++at;
+    while (at > 0 && (IsInsideCharacter(left, at) || IsInsideCharacter(right, at))) --at;
+    return at;
 }
 
 int CompareRanked(std::string_view left, std::string_view right) noexcept {
