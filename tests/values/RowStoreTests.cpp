@@ -193,7 +193,7 @@ TEST(RowStore, LongTextsAndRepeatedTexts) {
 }
 
 TEST(RowStore, NoColumns) {
-    RowStore rows({});
+    RowStore rows(std::vector<FieldInfo>{});
     rows.BeginRow();
     EXPECT_EQ(rows.Rows(), 1u);
     EXPECT_EQ(rows.Columns(), 0);

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <cmath>
+#include <utility>
 
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
@@ -84,7 +85,7 @@ VarType TypeOfCell(sqlite3_stmt* row, int column) noexcept {
 }
 
 /// Finds the types that only the rows tell. It reads as far as it must, and the caller starts again.
-void DecideTypes(PreparedStatement& statement, std::vector<FieldInfo>& fields, std::string_view shown) {
+db::FieldsPtr WithDecidedTypes(PreparedStatement& statement, std::vector<FieldInfo> fields, std::string_view shown) {
     std::size_t open = 0;
     for (const FieldInfo& field : fields) open += field.type == VarType::Empty;
     while (open > 0 && statement.Step(shown)) {
@@ -95,6 +96,7 @@ void DecideTypes(PreparedStatement& statement, std::vector<FieldInfo>& fields, s
         }
     }
     statement.Reset();
+    return db::ShareFields(std::move(fields));
 }
 
 bool AnyUndecided(const std::vector<FieldInfo>& fields) noexcept {
@@ -105,30 +107,24 @@ bool AnyUndecided(const std::vector<FieldInfo>& fields) noexcept {
 }
 
 void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view shown) {
-    std::vector<VarType> types;
-    for (const FieldInfo& field : rows.Fields()) types.push_back(field.type);
+    const std::vector<FieldInfo>& fields = rows.Fields();
     const ResetAtEnd reset(statement);
     sqlite3_stmt* const row = statement.Get();
     while (statement.Step(shown)) {
         rows.BeginRow();
-        for (std::size_t i = 0; i < types.size(); ++i) PutCell(rows, static_cast<int>(i), types[i], row, shown);
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            PutCell(rows, static_cast<int>(i), fields[i].type, row, shown);
+        }
     }
 }
 
 }  // namespace
 
-std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, std::vector<FieldInfo> fields,
-                                   std::string_view shown) {
-    if (AnyUndecided(fields)) DecideTypes(statement, fields, shown);
+std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, db::FieldsPtr fields, std::string_view shown) {
+    if (AnyUndecided(*fields)) fields = WithDecidedTypes(statement, *fields, shown);
     auto rows = std::make_unique<RowStore>(std::move(fields));
     AppendRows(statement, *rows, shown);
     return rows;
-}
-
-std::unique_ptr<RowStore> ReadRowsWithId(PreparedStatement& statement, std::vector<FieldInfo> fields,
-                                         std::string_view shown) {
-    fields.push_back({"", VarType::Currency});
-    return ReadRows(statement, std::move(fields), shown);
 }
 
 }  // namespace kpTables::sqlite

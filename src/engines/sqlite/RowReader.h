@@ -3,10 +3,8 @@
 
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "Database.h"
-#include "kpTables/Recordset.h"
 #include "kpTables/db/RowStore.h"
 
 namespace kpTables::sqlite {
@@ -14,12 +12,6 @@ namespace kpTables::sqlite {
 /// Steps a bound statement through all its rows and resets it. A field whose type is Empty gets the type of its first
 /// value that is not Null. A cell that is not of its column's type, as a damaged book may hold, keeps what it is; only
 /// an amount of money out of range is an error. shown: the text for error messages.
-std::unique_ptr<db::RowStore> ReadRows(PreparedStatement& statement, std::vector<FieldInfo> fields,
-                                       std::string_view shown);
-
-/// As ReadRows, with the statement's last column, a row id, stored behind the fields: as the scaled value of a
-/// Currency, the only type that holds 64 bits.
-std::unique_ptr<db::RowStore> ReadRowsWithId(PreparedStatement& statement, std::vector<FieldInfo> fields,
-                                             std::string_view shown);
+std::unique_ptr<db::RowStore> ReadRows(PreparedStatement& statement, db::FieldsPtr fields, std::string_view shown);
 
 }  // namespace kpTables::sqlite

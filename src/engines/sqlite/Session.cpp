@@ -49,9 +49,11 @@ bool TakeReprepared(const PreparedStatement& statement) noexcept {
     return sqlite3_stmt_status(statement.Get(), SQLITE_STMTSTATUS_REPREPARE, kForget) > 0;
 }
 
+/// Both have the row id behind their fields.
 bool BeginsWith(const std::vector<FieldInfo>& fields, const std::vector<FieldInfo>& beginning) {
     const auto same = [](const FieldInfo& a, const FieldInfo& b) { return a.name == b.name && a.type == b.type; };
-    return fields.size() >= beginning.size() && std::equal(beginning.begin(), beginning.end(), fields.begin(), same);
+    return fields.size() >= beginning.size() &&
+           std::equal(beginning.begin(), beginning.end() - 1, fields.begin(), same);
 }
 
 std::shared_ptr<TableWriter> MakeWriter(const Database& database, const BookCatalog& catalog,
@@ -180,8 +182,7 @@ CachedStatementPtr Session::PrepareSource(std::string_view source, SourceKind ki
     }
     if (!table) return std::make_shared<CachedStatement>();
     sql::Translation translation = sql::TranslateForSqlite(*table->select, RowIdCatalog(catalog_, table->table));
-    translation.columns.pop_back();  // the row id
-    CachedStatementPtr statement = PrepareTranslation(std::move(translation));
+    CachedStatementPtr statement = PrepareTranslation(std::move(translation), true);
     statement->writer = MakeWriter(database_, catalog_, *table);
     return statement;
 }
@@ -189,7 +190,7 @@ CachedStatementPtr Session::PrepareSource(std::string_view source, SourceKind ki
 std::unique_ptr<db::RowStore> Session::RowsWithId(const BoundQuery& query) {
     PreparedStatement& prepared = query.statement->prepared;
     BindLiterals(prepared, query.statement->translation.parameters, query.literals, query.text);
-    return ReadRowsWithId(prepared, query.statement->fields, query.text);
+    return ReadRows(prepared, query.statement->fields, query.text);
 }
 
 std::unique_ptr<db::RowStore> Session::ReadEditable(BoundQuery& query) {
@@ -198,7 +199,8 @@ std::unique_ptr<db::RowStore> Session::ReadEditable(BoundQuery& query) {
         if (!TakeReprepared(query.statement->prepared)) return rows;
         RefreshCatalog();
         BoundQuery fresh{PrepareSource(query.text, query.kind), query.text, query.literals, query.kind};
-        const bool sameBegin = fresh.statement->writer && BeginsWith(fresh.statement->fields, query.statement->fields);
+        const bool sameBegin =
+            fresh.statement->writer && BeginsWith(*fresh.statement->fields, *query.statement->fields);
         if (!sameBegin) RaiseColumnsChanged(query.text);
         query = std::move(fresh);
         return RowsWithId(query);
@@ -229,12 +231,14 @@ CachedStatementPtr Session::Translate(sql::Statement& tree, std::string shape,
     return statement;
 }
 
-CachedStatementPtr Session::PrepareTranslation(sql::Translation translation) const {
+CachedStatementPtr Session::PrepareTranslation(sql::Translation translation, bool withRowId) const {
     auto statement = std::make_shared<CachedStatement>();
     statement->prepared = database_.Prepare(translation.text);
-    for (const sql::ResultColumn& column : translation.columns) {
-        statement->fields.push_back({column.name, FieldType(column.type)});
-    }
+    std::vector<FieldInfo> fields;
+    for (const sql::ResultColumn& column : translation.columns) fields.push_back({column.name, FieldType(column.type)});
+    // As the scaled value of a Currency, the only type that holds 64 bits.
+    if (withRowId) fields.back() = {"", VarType::Currency};
+    statement->fields = db::ShareFields(std::move(fields));
     statement->translation = std::move(translation);
     return statement;
 }

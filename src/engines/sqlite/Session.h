@@ -61,7 +61,8 @@ private:
     CachedStatementPtr Translate(sql::Statement& statement, std::string shape,
                                  const std::vector<sql::LiteralValue>& literals);
     CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind);
-    CachedStatementPtr PrepareTranslation(sql::Translation translation) const;
+    /// The last column of a translation with a row id is that.
+    CachedStatementPtr PrepareTranslation(sql::Translation translation, bool withRowId = false) const;
     void RefreshCatalog();
 
     Database database_;

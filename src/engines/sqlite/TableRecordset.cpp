@@ -10,23 +10,15 @@
 
 namespace kpTables::sqlite {
 
-namespace {
-
-std::vector<FieldInfo> WithRowId(std::vector<FieldInfo> fields) {
-    fields.push_back({"", VarType::Currency});
-    return fields;
-}
-
-}  // namespace
-
 struct TableRecordset::State {
     State(Session& theSession, BoundQuery theQuery)
         : session(theSession),
           query(std::move(theQuery)),
-          columns(static_cast<int>(query.statement->fields.size())),
-          rows(std::make_unique<MemoryRecordset>(WithRowId(query.statement->fields))),
-          set(query.statement->fields.size()) {}
+          columns(CountColumns()),
+          rows(std::make_unique<MemoryRecordset>(std::make_unique<db::RowStore>(query.statement->fields), true)),
+          set(static_cast<std::size_t>(columns)) {}
 
+    int CountColumns() const noexcept { return static_cast<int>(query.statement->fields->size()) - 1; }
     TableWriter& Writer() const noexcept { return *query.statement->writer; }
     void CheckColumn(int index) const {
         if (index < 0 || index >= columns) Raise(ErrorNumber::ItemNotFound, std::to_string(index));
@@ -61,11 +53,10 @@ struct TableRecordset::State {
 
 void TableRecordset::State::Fetch() {
     auto all = session.ReadEditable(query);
-    const auto found = static_cast<int>(query.statement->fields.size());
-    if (found != columns) {
+    if (CountColumns() != columns) {
         if (!added.empty()) RaiseColumnsChanged(query.text);
-        columns = found;
-        set = ColumnSet(query.statement->fields.size());
+        columns = CountColumns();
+        set = ColumnSet(static_cast<std::size_t>(columns));
     }
     if (!added.empty()) all = WithAddedBehind(*all);
     rows = std::make_unique<MemoryRecordset>(std::move(all), true, &kBookTexts);
@@ -175,9 +166,9 @@ const FieldInfo& TableRecordset::FieldAt(int index) const {
 int TableRecordset::FieldIndex(std::string_view name) const {
     const State& s = Opened();
     // Names mostly come as the table spells them, and a closing looks up millions.
-    const auto& fields = s.query.statement->fields;
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        if (fields[i].name == name) return static_cast<int>(i);
+    const auto& fields = *s.query.statement->fields;
+    for (int i = 0; i < s.columns; ++i) {
+        if (fields[static_cast<std::size_t>(i)].name == name) return i;
     }
     const int index = s.rows->FieldIndex(name);
     if (index == s.columns) Raise(ErrorNumber::ItemNotFound, std::string(name));

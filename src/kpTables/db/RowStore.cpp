@@ -35,11 +35,13 @@ std::string_view TextOf(std::uint64_t payload) {
 
 }  // namespace
 
-RowStore::RowStore(std::vector<FieldInfo> fields) : fields_(std::move(fields)) {
-    const std::size_t rows = kCellsPerBlock / (fields_.empty() ? 1 : fields_.size());
+RowStore::RowStore(FieldsPtr fields) : fields_(std::move(fields)) {
+    const std::size_t rows = kCellsPerBlock / (fields_->empty() ? 1 : fields_->size());
     rowShift_ = static_cast<unsigned>(std::bit_width(rows < 64 ? std::size_t{64} : rows) - 1);
     rowMask_ = (std::size_t{1} << rowShift_) - 1;
 }
+
+RowStore::RowStore(std::vector<FieldInfo> fields) : RowStore(ShareFields(std::move(fields))) {}
 
 std::size_t RowStore::Bytes() const noexcept {
     std::size_t bytes = sizeof *this + arenaBytes_ + blocks_.capacity() * sizeof(Block);
@@ -53,7 +55,7 @@ void RowStore::Reserve(std::size_t rows) {
     if (rows == 0) return;
     blocks_.reserve((rows >> rowShift_) + 1);
     if (blocks_.empty()) {
-        const std::size_t cells = std::min(rows, rowMask_ + 1) * fields_.size();
+        const std::size_t cells = std::min(rows, rowMask_ + 1) * fields_->size();
         blocks_.emplace_back();
         blocks_.back().payload.reserve(cells);
         blocks_.back().types.reserve(cells);
@@ -66,11 +68,11 @@ void RowStore::BeginRow() {
         blocks_.emplace_back();
         // The first block grows as needed: most results are small.
         if (block > 0) {
-            blocks_.back().payload.reserve((rowMask_ + 1) * fields_.size());
-            blocks_.back().types.reserve((rowMask_ + 1) * fields_.size());
+            blocks_.back().payload.reserve((rowMask_ + 1) * fields_->size());
+            blocks_.back().types.reserve((rowMask_ + 1) * fields_->size());
         }
     }
-    const std::size_t cells = blocks_[block].payload.size() + fields_.size();
+    const std::size_t cells = blocks_[block].payload.size() + fields_->size();
     blocks_[block].payload.resize(cells);
     blocks_[block].types.resize(cells, static_cast<std::uint8_t>(VarType::Null));
     current_ = rows_++;
@@ -90,7 +92,7 @@ void RowStore::PutNull(int column) { Put(column, VarType::Null, 0); }
 void RowStore::PutBoolean(int column, bool value) { Put(column, VarType::Boolean, value ? 1 : 0); }
 
 void RowStore::PutLong(int column, std::int64_t value) {
-    switch (fields_[static_cast<std::size_t>(column)].type) {
+    switch ((*fields_)[static_cast<std::size_t>(column)].type) {
         case VarType::Boolean:
             return PutBoolean(column, value != 0);
         case VarType::Double:

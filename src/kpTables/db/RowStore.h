@@ -5,20 +5,28 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "kpTables/Recordset.h"
 
 namespace kpTables::db {
 
+/// The columns of results, shared by those that have the same ones.
+using FieldsPtr = std::shared_ptr<const std::vector<FieldInfo>>;
+inline FieldsPtr ShareFields(std::vector<FieldInfo> fields) {
+    return std::make_shared<const std::vector<FieldInfo>>(std::move(fields));
+}
+
 /// Rows of cells: nine bytes a cell, and a text's bytes with four bytes for its length. A cell keeps the type of what
 /// was put into it, so a column may hold other types than its own.
 class RowStore {
 public:
+    explicit RowStore(FieldsPtr fields);
     explicit RowStore(std::vector<FieldInfo> fields);
 
-    const std::vector<FieldInfo>& Fields() const noexcept { return fields_; }
-    int Columns() const noexcept { return static_cast<int>(fields_.size()); }
+    const std::vector<FieldInfo>& Fields() const noexcept { return *fields_; }
+    int Columns() const noexcept { return static_cast<int>(fields_->size()); }
     std::size_t Rows() const noexcept { return rows_; }
     /// Bytes of memory held.
     std::size_t Bytes() const noexcept;
@@ -58,13 +66,13 @@ private:
     };
 
     std::size_t CellIndex(std::size_t row, int column) const noexcept {
-        return (row & rowMask_) * fields_.size() + static_cast<std::size_t>(column);
+        return (row & rowMask_) * fields_->size() + static_cast<std::size_t>(column);
     }
     const Block& BlockOf(std::size_t row) const noexcept { return blocks_[row >> rowShift_]; }
     void Put(int column, VarType type, std::uint64_t payload);
     char* Allocate(std::size_t bytes);
 
-    std::vector<FieldInfo> fields_;
+    FieldsPtr fields_;
     std::vector<Block> blocks_;
     unsigned rowShift_ = 0;  // rows of a block, as a power of two
     std::size_t rowMask_ = 0;
