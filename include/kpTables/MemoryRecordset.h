@@ -52,6 +52,9 @@ public:
     void Update() override;
     void Close() override;
 
+    /// What SetValue has given a field of the current row and Update has not yet written; null when it has not.
+    const Variant* PendingValue(int index) const;
+
 private:
     struct State;
     /// Error 3704 after Close.

@@ -169,6 +169,19 @@ TEST(MemoryRecordset, AnEditLeavesTheOtherFields) {
     EXPECT_TRUE(rs.GetValue(2).IsNull());
 }
 
+TEST(MemoryRecordset, WhatIsSetIsPendingUntilItIsWritten) {
+    MemoryRecordset rs(Fields());
+    Add(rs, 1, "水泥");
+    EXPECT_EQ(rs.PendingValue(1), nullptr);
+    rs.SetValue(2, "7");
+    ASSERT_NE(rs.PendingValue(2), nullptr);
+    EXPECT_TRUE(rs.PendingValue(2)->Is(7.0)) << "as the field's type";
+    EXPECT_EQ(rs.PendingValue(1), nullptr) << "not set in this edit";
+    EXPECT_EQ(Raised([&] { rs.PendingValue(9); }), 3265);
+    rs.Update();
+    EXPECT_EQ(rs.PendingValue(2), nullptr);
+}
+
 TEST(MemoryRecordset, ValuesTakeTheFieldsType) {
     struct Case {
         int field;

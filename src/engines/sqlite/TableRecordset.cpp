@@ -47,8 +47,8 @@ struct TableRecordset::State {
     std::vector<std::int64_t> added;      ///< row ids of those
     std::optional<std::int32_t> counted;  ///< what CountOthers has answered
     bool adding = false;
-    ColumnSet set;                ///< fields set since the edit began
-    std::vector<Variant> values;  ///< their values, while they are written
+    ColumnSet set;                       ///< fields set since the edit began
+    std::vector<const Variant*> values;  ///< their values, while they are written
 };
 
 void TableRecordset::State::Fetch() {
@@ -96,7 +96,7 @@ std::int32_t TableRecordset::State::CountOthers() {
 void TableRecordset::State::CollectValues() {
     values.clear();
     for (int column = 0; column < columns; ++column) {
-        if (set.Has(column)) values.push_back(rows->GetValue(column));
+        if (set.Has(column)) values.push_back(rows->PendingValue(column));
     }
 }
 

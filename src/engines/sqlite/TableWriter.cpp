@@ -21,9 +21,9 @@ void Bind(PreparedStatement& statement, int parameter, const Variant& value) {
     statement.BindNull(parameter);
 }
 
-int BindAll(PreparedStatement& statement, std::span<const Variant> values) {
+int BindAll(PreparedStatement& statement, std::span<const Variant* const> values) {
     int parameter = 0;
-    for (const Variant& value : values) Bind(statement, ++parameter, value);
+    for (const Variant* value : values) Bind(statement, ++parameter, *value);
     return parameter;
 }
 
@@ -43,7 +43,7 @@ std::int64_t TableWriter::CountRows() {
     return count_.Step() ? count_.Integer(0) : 0;
 }
 
-std::int64_t TableWriter::Insert(const ColumnSet& set, std::span<const Variant> values) {
+std::int64_t TableWriter::Insert(const ColumnSet& set, std::span<const Variant* const> values) {
     CheckLengths(set, values);
     PreparedStatement& insert = StatementFor(inserts_, set, &TableWriter::InsertText);
     const ResetAtEnd reset(insert);
@@ -54,11 +54,11 @@ std::int64_t TableWriter::Insert(const ColumnSet& set, std::span<const Variant> 
     return rowId;
 }
 
-void TableWriter::CheckLengths(const ColumnSet& set, std::span<const Variant> values) const {
+void TableWriter::CheckLengths(const ColumnSet& set, std::span<const Variant* const> values) const {
     auto value = values.begin();
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         if (!set.Has(static_cast<int>(i))) continue;
-        const auto* text = (value++)->If<std::string>();
+        const auto* text = (*value++)->If<std::string>();
         if (!text) continue;
         if (const auto complaint = LengthComplaint(*text, columns_[i].length, columns_[i].name)) {
             throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Overflow), *complaint);
@@ -75,7 +75,7 @@ void TableWriter::RefuseCounter(std::int64_t rowId) {
                         "Overflow: the counter '" + column + "' has no values left");
 }
 
-void TableWriter::Change(std::int64_t rowId, const ColumnSet& set, std::span<const Variant> values) {
+void TableWriter::Change(std::int64_t rowId, const ColumnSet& set, std::span<const Variant* const> values) {
     CheckLengths(set, values);
     PreparedStatement& update = StatementFor(updates_, set, &TableWriter::UpdateText);
     const ResetAtEnd reset(update);

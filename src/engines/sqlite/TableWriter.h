@@ -36,9 +36,9 @@ public:
     std::int64_t CountRows();
     /// Adds a row with values for the columns set, one each in their order, and answers its row id. Error Overflow when
     /// the engine would have to give a counter a value beyond 32 bits.
-    std::int64_t Insert(const ColumnSet& set, std::span<const Variant> values);
+    std::int64_t Insert(const ColumnSet& set, std::span<const Variant* const> values);
     /// Changes the columns set of a row. Raises an error when the row is no longer there.
-    void Change(std::int64_t rowId, const ColumnSet& set, std::span<const Variant> values);
+    void Change(std::int64_t rowId, const ColumnSet& set, std::span<const Variant* const> values);
 
 private:
     struct Kept {
@@ -47,7 +47,7 @@ private:
     };
 
     /// Error Overflow for a text that is too long for its column.
-    void CheckLengths(const ColumnSet& set, std::span<const Variant> values) const;
+    void CheckLengths(const ColumnSet& set, std::span<const Variant* const> values) const;
     /// Takes a row back whose counter value is out of range.
     [[noreturn]] void RefuseCounter(std::int64_t rowId);
     PreparedStatement& StatementFor(std::vector<Kept>& kept, const ColumnSet& set,

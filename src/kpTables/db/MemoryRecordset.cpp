@@ -32,7 +32,7 @@ constexpr TextOrder kFoldedTexts = {
 constexpr std::size_t kScansBeforeIndex = 4;
 
 Variant ConvertTo(VarType type, const Variant& value) {
-    if (value.IsNull()) return value;
+    if (value.IsNull() || value.Type() == type) return value;
     switch (type) {
         case VarType::Boolean:
             return CBool(value);
@@ -275,6 +275,14 @@ void MemoryRecordset::Update() {
 void MemoryRecordset::Close() {
     Opened();
     state_.reset();
+}
+
+const Variant* MemoryRecordset::PendingValue(int index) const {
+    const State& s = Opened();
+    s.CheckColumn(index);
+    if (!s.editing) return nullptr;
+    const auto& value = s.pending[static_cast<std::size_t>(index)];
+    return value ? &*value : nullptr;
 }
 
 }  // namespace kpTables
