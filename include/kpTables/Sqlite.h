@@ -4,6 +4,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kpTables/Connection.h"
@@ -29,6 +30,14 @@ struct SqliteOptions {
     std::chrono::milliseconds busyTimeout{5000};
 };
 
+/// Adds rows to some columns of one table without keeping them, for as many as an import has.
+class RowAppender : public Object {
+public:
+    /// Writes a row. values: one for each column, of its type or Null (error 13), or Missing where the engine fills it.
+    /// Outside a transaction of the host every row is one of its own.
+    virtual void Append(const std::vector<Variant>& values) = 0;
+};
+
 /// Two columns of the table Header have a name in each dialect: Table and Index in Jet's, TableName and ColIndex in SQL
 /// Server's, where the others are reserved. CTables::Header is told by its argument isSQL which names a book has.
 enum class HeaderDialect { Jet, SqlServer };
@@ -49,6 +58,8 @@ public:
 
     /// All tables of the book, in the schema's order.
     virtual std::vector<TableInfo> Tables() = 0;
+    /// Names without regard to case, each once; error 3265 for an unknown column.
+    virtual std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) = 0;
     /// Rows that the last Execute of an Insert, Update or Delete touched.
     virtual std::int64_t RecordsAffected() const = 0;
     virtual const std::string& Path() const = 0;

@@ -56,22 +56,19 @@ std::string Joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
-CsvImport::CsvImport(Connection& connection, const TableInfo& table, CsvReader& csv, const std::string& file)
-    : connection_(connection), table_(table), csv_(csv), file_(file), faults_(file) {}
+CsvImport::CsvImport(SqliteConnection& book, const TableInfo& table, CsvReader& csv, const std::string& file)
+    : book_(book), table_(table), csv_(csv), file_(file), faults_(file) {}
 
 std::int64_t CsvImport::Run() {
     ReadHeader();
-    Transaction transaction(connection_);
-    OpenRecordset();
+    Transaction transaction(book_);
     while (csv_.Next()) ImportRow();
     faults_.Finish();
     if (faults_.Count() > 0) {
-        recordset_.reset();
         const auto bad = faults_.BadRows();
         throw CommandError(file_ + ": " + std::to_string(bad) + (bad == 1 ? " bad row" : " bad rows") +
                            ", nothing was imported");
     }
-    recordset_->Close();
     transaction.Commit();
     return rows_;
 }
@@ -86,20 +83,23 @@ void CsvImport::ReadHeader() {
         const auto info = std::ranges::find_if(table_.columns, [&](const auto& c) { return SameName(c.name, name); });
         if (info == table_.columns.end()) {
             unknown.emplace_back(name);
-        } else if (std::ranges::any_of(columns_, [&](const auto& c) { return c.info == &*info; })) {
+        } else if (std::ranges::any_of(columns_, [&](const auto& c) { return c == &*info; })) {
             repeated.emplace_back(name);
         } else {
-            columns_.push_back({&*info, 0});
+            columns_.push_back(&*info);
         }
     }
     CheckHeader(unknown, repeated);
     values_.resize(columns_.size());
+    std::vector<std::string> names;
+    for (const auto* column : columns_) names.push_back(column->name);
+    appender_ = book_.AppendTo(table_.name, names);
 }
 
 void CsvImport::CheckHeader(const std::vector<std::string>& unknown, const std::vector<std::string>& repeated) const {
     std::vector<std::string> missing;
     for (const auto& column : table_.columns) {
-        const bool given = std::ranges::any_of(columns_, [&](const auto& c) { return c.info == &column; });
+        const bool given = std::ranges::any_of(columns_, [&](const auto& c) { return c == &column; });
         if (column.required && !column.counter && !given) missing.push_back(column.name);
     }
     std::string problems;
@@ -107,11 +107,6 @@ void CsvImport::CheckHeader(const std::vector<std::string>& unknown, const std::
     if (!repeated.empty()) problems += "; given more than once: " + Joined(repeated);
     if (!missing.empty()) problems += "; missing: " + Joined(missing);
     if (!problems.empty()) throw CommandError(file_ + ": line 1: wrong header" + problems);
-}
-
-void CsvImport::OpenRecordset() {
-    recordset_ = connection_.Open(table_.name, SourceKind::Table);
-    for (auto& column : columns_) column.field = recordset_->FieldIndex(column.info->name);
 }
 
 void CsvImport::ImportRow() {
@@ -129,7 +124,7 @@ void CsvImport::ImportRow() {
 bool CsvImport::ReadFields() {
     bool good = true;
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-        const auto& column = *columns_[i].info;
+        const auto& column = *columns_[i];
         const auto text = csv_.Field(i);
         const bool isText = column.type == VarType::String;
         if (text.empty() && !isText) {
@@ -152,27 +147,17 @@ bool CsvImport::ReadFields() {
 
 void CsvImport::AddRow() {
     try {
-        recordset_->AddNew();
-        for (std::size_t i = 0; i < columns_.size(); ++i) {
-            if (!values_[i].IsMissing()) recordset_->SetValue(columns_[i].field, values_[i]);
-        }
-        recordset_->Update();
-        if (++rows_ % kStep == 0) FinishStep();
+        appender_->Append(values_);
+        if (++rows_ % kStep == 0) ShowProgress();
     } catch (const DatabaseError& error) {
         if (!IsRowsFault(error)) throw;
         faults_.Add(csv_.Line(), "", error.Description());
-        // The row that was refused is still being added; a new recordset begins without it.
-        OpenRecordset();
     }
 }
 
-void CsvImport::FinishStep() {
-    // A recordset keeps the rows that were added to it; a new one keeps the import's memory small.
-    recordset_->Close();
-    OpenRecordset();
-    if (ErrorIsTerminal()) {
-        std::fprintf(stderr, "\r%s: %lld rows\r", table_.name.c_str(), static_cast<long long>(rows_));
-    }
+void CsvImport::ShowProgress() const {
+    if (!ErrorIsTerminal()) return;
+    std::fprintf(stderr, "\r%s: %lld rows\r", table_.name.c_str(), static_cast<long long>(rows_));
 }
 
 }  // namespace kpTables::kpbook

@@ -18,7 +18,7 @@ int Import(const ImportOptions& options, const GlobalOptions& global) {
 
     InputFile file(options.path);
     CsvReader csv([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); });
-    CsvImport import(*session.connection, *table, csv, options.path == "-" ? "standard input" : options.path);
+    CsvImport import(*session.book, *table, csv, options.path == "-" ? "standard input" : options.path);
     const auto rows = import.Run();
     std::fprintf(stderr, "%s: %lld %s imported\n", table->name.c_str(), static_cast<long long>(rows),
                  rows == 1 ? "row" : "rows");

@@ -4,6 +4,7 @@
 #include "BookSchema.h"
 #include "CollationVersion.h"
 #include "Session.h"
+#include "TableAppender.h"
 #include "TableRecordset.h"
 #include "kpTables/Sqlite.h"
 
@@ -37,6 +38,10 @@ public:
         std::vector<TableInfo> tables;
         for (const std::string& name : catalog.TableNames()) tables.push_back(catalog.Describe(name));
         return tables;
+    }
+
+    std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) override {
+        return std::make_unique<sqlite::TableAppender>(session_, table, columns);
     }
 
     std::int64_t RecordsAffected() const override { return session_->RecordsAffected(); }
