@@ -94,14 +94,23 @@ public:
             open.pop_back();
             const auto* call = If<Call>(&e);
             if (call && IsAggregate(call->name)) {
-                if (!SameName(call->name, "sum") || call->distinct || !IsSummable(*call->arguments.front()))
-                    return false;
+                if (!SameName(call->name, "sum") || call->distinct || call->arguments.size() != 1) return false;
+                if (!IsSummable(*call->arguments.front())) return false;
                 continue;
             }
             if (!IsPlainNode(e) || IsLineColumn(e)) return false;
             ForEachOperand(e, [&](const Expression& operand) { open.push_back(&operand); });
         }
         return true;
+    }
+
+    /// True for the column that tells one bill from another: with it among the keys, the groups are of single bills,
+    /// whose lines the query adds up itself.
+    bool IsBillKey(const Expression& expression) const {
+        const auto* column = If<Column>(&expression);
+        bool known = false;
+        const auto meaning = column ? MeaningOf(*column, known) : std::nullopt;
+        return meaning && meaning->table == lines_->bills && meaning->column->counter;
     }
 
     /// True for a column of bills all of which, as long as they have lines, are among the rows.
@@ -278,7 +287,8 @@ private:
 bool ReadsQuery(Addition& addition, const SelectCore& core, const std::vector<OrderItem>& order) {
     const auto reads = [&](const ExpressionPtr& e) { return addition.Reads(*e); };
     const auto readsItem = [&](const auto& item) { return reads(item.expression); };
-    return !core.groupBy.empty() && std::all_of(core.groupBy.begin(), core.groupBy.end(), reads) &&
+    const auto readsKey = [&](const ExpressionPtr& e) { return reads(e) && !addition.IsBillKey(*e); };
+    return !core.groupBy.empty() && std::all_of(core.groupBy.begin(), core.groupBy.end(), readsKey) &&
            std::all_of(core.items.begin(), core.items.end(), readsItem) && (!core.having || reads(core.having)) &&
            std::all_of(order.begin(), order.end(), readsItem);
 }

@@ -93,6 +93,8 @@ TEST(LineSums, NotWhereTheLinesAreNeeded) {
         "Select L.pjID, Sum(Distinct R.数量)" + bills + "Group By L.pjID",
         "Select L.pjID, Sum(R.数量*R.单价)" + bills + "Group By L.pjID",
         "Select L.pjID, Sum(R.数量+1)" + bills + "Group By L.pjID",
+        "Select L.pjID, Sum()" + bills + "Group By L.pjID",
+        "Select L.pjID, Sum(R.数量, R.金额)" + bills + "Group By L.pjID",
         // A sum of the bills counts each of their lines.
         "Select L.pjID, Sum(L.dpID)" + bills + "Group By L.pjID",
         "Select L.pjID, Sum(R.pdID)" + bills + "Group By L.pjID",
@@ -104,6 +106,9 @@ TEST(LineSums, NotWhereTheLinesAreNeeded) {
         "Select L.pjID, Sum(R.数量)" + bills + "Group By L.pjID Having Count(*)>1",
         "Select L.pjID, Sum(R.数量)" + bills + "Group By L.pjID Order By Max(R.pdID)",
         "Select L.pjID, Sum(R.数量)" + bills + "Where R.pdID=1 Group By L.pjID",
+        // Each bill's lines are added up as they are joined with it.
+        "Select L.BillID, L.pjID, Sum(R.数量)" + bills + "Group By L.BillID, L.pjID",
+        "Select B.BillID, Sum(B.q)" + From("Lst.BillID, Rec.数量 As q") + "Group By B.BillID",
         // Some of the bills are found by an index, and their lines too.
         "Select L.pjID, Sum(R.数量)" + bills + "Where L.月份=1 Group By L.pjID",
         "Select Sum(R.数量)" + bills,
