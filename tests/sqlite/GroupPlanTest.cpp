@@ -1,4 +1,4 @@
-// Reports whose groups come as the indexes hold the rows, however large the book is.
+// Reports whose groups come as the indexes hold the rows, or else are sorted from rows that are read as they lie.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -122,10 +122,24 @@ TEST_F(GroupPlan, LinesAreNotFetchedOneByOneInTheOrderOfTheirProducts) {
               "CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 出库目录.仓库月份 (dpID=? AND 月份=?); "
               "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?); USE TEMP B-TREE FOR GROUP BY; " +
                   lookup);
+    EXPECT_EQ(PlanOf(lines + "Where Lst.月份<=6" + groups),
+              "CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 出库目录.月份单据 (月份<?); "
+              "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?); USE TEMP B-TREE FOR GROUP BY; " +
+                  lookup);
     EXPECT_EQ(PlanOf(lines + "Where Rec.pdID=7" + groups),
               "CO-ROUTINE query 1; SEARCH Rec USING INDEX 出库记录.pdID (pdID=?); "
               "SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); " +
                   lookup);
+}
+
+TEST_F(GroupPlan, LinesAreReadAsTheyLieToBeSortedByPartners) {
+    EXPECT_EQ(
+        PlanOf("SELECT Lst.ksID,ks.ClassCode, Ks.企业名称,Sum(Rec.数量) AS 数量, Avg(Rec.除税单价) AS 除税单价 "
+               "FROM (出库记录 AS Rec INNER JOIN 出库目录 AS Lst ON Rec.BillID = Lst.BillID) LEFT JOIN 客户资料 AS "
+               "Ks ON Lst.ksID = Ks.KSID  GROUP BY Lst.ksID, Ks.企业名称,Ks.ClassCode"),
+        "CO-ROUTINE query 1; SCAN Rec; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
+        "USE TEMP B-TREE FOR GROUP BY; SCAN query 1; "
+        "SEARCH Ks USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN");
 }
 
 TEST_F(GroupPlan, BillsAreSortedByProjectsNotTheirLines) {
