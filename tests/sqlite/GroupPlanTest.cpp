@@ -132,6 +132,18 @@ TEST_F(GroupPlan, LinesAreNotFetchedOneByOneInTheOrderOfTheirProducts) {
                   lookup);
 }
 
+TEST_F(GroupPlan, AProductsLinesAreFoundBeforeAWarehousesBills) {
+    const std::string sum =
+        "SELECT Sum(Rec.数量) AS 数量 FROM 出库记录 AS Rec INNER JOIN 出库目录 AS Lst ON Rec.BillID = Lst.BillID ";
+    for (const char* condition : {"Where Lst.月份<=6 And Lst.dpID=1 And Rec.pdID=5",
+                                  "Where Lst.月份=6 And Lst.dpID=1 And Rec.pdID=5", "Where Lst.月份<=6 And Rec.pdID=5",
+                                  "Where Lst.月份<=6 And Lst.dpID=1 And Rec.pdID=5 And 单据类型='出库单'"}) {
+        EXPECT_EQ(PlanOf(sum + condition),
+                  "SEARCH Rec USING INDEX 出库记录.pdID (pdID=?); SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?)")
+            << condition;
+    }
+}
+
 TEST_F(GroupPlan, LinesAreReadAsTheyLieToBeSortedByPartners) {
     EXPECT_EQ(
         PlanOf("SELECT Lst.ksID,ks.ClassCode, Ks.企业名称,Sum(Rec.数量) AS 数量, Avg(Rec.除税单价) AS 除税单价 "

@@ -8,6 +8,7 @@
 #include "sql/sqlite/Conversion.h"
 #include "sql/sqlite/Dependence.h"
 #include "sql/sqlite/Grouping.h"
+#include "sql/sqlite/Likelihood.h"
 #include "sql/sqlite/Names.h"
 #include "sql/sqlite/SqliteTranslator.h"
 
@@ -49,7 +50,7 @@ bool SelectTranslator::Groups() const { return aggregated_ || !groups_.empty(); 
 
 void SelectTranslator::TranslateWhere() {
     if (!core_.where) return;
-    const Term condition = TranslateCondition(*core_.where, {session_, scope_, kNoAggregateInWhere});
+    const Term condition = TranslateRowCondition(*core_.where, {session_, scope_, kNoAggregateInWhere});
     if (condition.truth != true) where_ = " WHERE " + condition.text;
 }
 
