@@ -1,6 +1,6 @@
 """A book of empty tables that each test fills as it needs."""
 
-from kpbook_case import KpbookCase
+from host_case import HostCase
 
 
 def quoted(value):
@@ -15,7 +15,7 @@ def insert(table, columns, *rows):
     return [f"Insert into {table} ({columns}) Values ({','.join(map(quoted, row))})" for row in rows]
 
 
-class BareBookCase(KpbookCase):
+class BareBookCase(HostCase):
     def setUp(self):
         super().setUp()
         self.new_book()

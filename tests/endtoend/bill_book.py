@@ -3,7 +3,7 @@
 from decimal import Decimal
 from typing import NamedTuple, Optional
 
-from kpbook_case import KpbookCase
+from host_case import HostCase
 
 
 class Bill(NamedTuple):
@@ -114,7 +114,7 @@ def statements():
                          *line[:3], *figures, *line[9:])
 
 
-class BillBookCase(KpbookCase):
+class BillBookCase(HostCase):
     def setUp(self):
         super().setUp()
 

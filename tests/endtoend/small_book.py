@@ -1,6 +1,6 @@
 """A book small enough to work out by hand: two warehouses, three products, a few bills of months 1 to 3 of 2003."""
 
-from kpbook_case import KpbookCase
+from host_case import HostCase
 
 STATEMENTS = [
     "Insert into 仓库设置 (dpID,仓库名称) Values (1,'东库')",
@@ -33,7 +33,7 @@ STATEMENTS += [
 ]
 
 
-class SmallBookCase(KpbookCase):
+class SmallBookCase(HostCase):
     def setUp(self):
         super().setUp()
 

@@ -256,9 +256,8 @@ class BookLifeTest(BareBookCase):
 class ServerDialectLifeTest(BookLifeTest):
     """The same life of a host that speaks the server's dialect."""
 
-    def batch(self, *requests, options=()):
-        return super().batch(*({**request, "isSQL": True} if "method" in request else request for request in requests),
-                             options=options)
+    def batch(self, *requests):
+        return super().batch(*({**request, "isSQL": True} if "method" in request else request for request in requests))
 
     def close_month(self, month):
         super().close_month(month)
