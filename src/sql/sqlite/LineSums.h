@@ -11,8 +11,8 @@ namespace kpTables::sql {
 /// left as it is. Sums of money stay exact; those of doubles are added in another order.
 void AddUpLines(Statement& statement, const Catalog& catalog);
 
-/// For the query of the pivot values: where these are of the bills, it asks of a bill's lines no more than whether there
-/// are any.
+/// For the query of the pivot values: where these are of the bills, it asks of a bill's lines no more than whether
+/// there are any.
 void PassOverLines(TransformStatement& statement, const Catalog& catalog);
 
 }  // namespace kpTables::sql
