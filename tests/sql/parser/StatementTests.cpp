@@ -140,6 +140,21 @@ TEST(Limits, NestingUpToALimit) {
     }
 }
 
+TEST(Limits, SignsPrintNoDeeperThanTheyAre) {
+    int levels = 60;
+    for (; levels < 250; ++levels) {
+        StatementPtr tree;
+        try {
+            tree = Parse("Select " + Repeated("- ", levels) + "a");
+        } catch (const SqlError&) {
+            break;
+        }
+        EXPECT_EQ(Dump(*Parse(Print(*tree))), Dump(*tree)) << levels;
+    }
+    EXPECT_GT(levels, 90);
+    EXPECT_LT(levels, 250);
+}
+
 TEST(Limits, EveryLevelOfOperatorsAtTheDeepest) {
     const std::string open = "1 Imp 1 Eqv 1 Xor 1 Or 1 And 1 = 1 & 1 + 1 Mod 1 \\ 1 * 1 ^ (";
     const StatementPtr tree = Parse("Select " + Repeated(open, 190) + "1" + Repeated(")", 190));
