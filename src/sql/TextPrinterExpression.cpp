@@ -81,8 +81,8 @@ void WriteUnary(std::string& out, const Unary& e) {
         return;
     }
     out += e.op == UnaryOperator::Minus ? '-' : '+';
-    // Two signs without a blank would read as a comment in one of the dialects. In parentheses, a text as deep as may be
-    // would print as one that is too deep to be read again.
+    // Two signs without a blank would read as a comment in one of the dialects. In parentheses, a text as deep as may
+    // be would print as one that is too deep to be read again.
     if (PrecedenceOf(*e.operand) == Precedence::Sign) out += ' ';
     WriteExpression(out, *e.operand, Precedence::Sign);
 }
