@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "QueryPlan.h"
 #include "TestBook.h"
 #include "engines/sqlite/BookFile.h"
 #include "engines/sqlite/Session.h"
@@ -80,25 +81,17 @@ protected:
     std::string PlanOf(const std::string& text) {
         const sql::StatementPtr statement = sql::Parse(text);
         sql::AddUpLines(*statement, session_->GetCatalog());
-        return Plan(sql::TranslateForSqlite(*statement, session_->GetCatalog()).text);
+        return test::PlanOf(session_->GetDatabase(), sql::TranslateForSqlite(*statement, session_->GetCatalog()).text);
     }
 
     std::string PlanOfPivotValues(const std::string& text) {
         const sql::StatementPtr statement = sql::Parse(text);
         auto& transform = static_cast<sql::TransformStatement&>(*statement);
         sql::PassOverLines(transform, session_->GetCatalog());
-        return Plan(sql::PivotQuery(transform, session_->GetCatalog()).text);
+        return test::PlanOf(session_->GetDatabase(), sql::PivotQuery(transform, session_->GetCatalog()).text);
     }
 
 private:
-    std::string Plan(const std::string& translated) {
-        PreparedStatement explain = session_->GetDatabase().Prepare("EXPLAIN QUERY PLAN " + translated);
-        constexpr int kDetail = 3;
-        std::string plan;
-        while (explain.Step()) plan.append(plan.empty() ? "" : "; ").append(explain.Text(kDetail));
-        return plan;
-    }
-
     TemporaryDirectory directory_;
     std::unique_ptr<Session> session_;
 };

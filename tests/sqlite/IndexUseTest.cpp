@@ -4,12 +4,13 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <vector>
 
+#include "QueryPlan.h"
 #include "TestBook.h"
 #include "engines/sqlite/BookFile.h"
 #include "engines/sqlite/Session.h"
 #include "sql/Parser.h"
+#include "sql/sqlite/LineSums.h"
 #include "sql/sqlite/SqliteTranslator.h"
 
 namespace kpTables::sqlite {
@@ -105,19 +106,14 @@ protected:
         session_->GetCatalog().Refresh();
     }
 
-    std::vector<std::string> PlanOf(const char* text) const {
-        const std::string translated = sql::TranslateForSqlite(*sql::Parse(text), session_->GetCatalog()).text;
-        PreparedStatement explain = session_->GetDatabase().Prepare("EXPLAIN QUERY PLAN " + translated);
-        constexpr int kDetail = 3;
-        std::vector<std::string> steps;
-        while (explain.Step()) steps.emplace_back(explain.Text(kDetail));
-        return steps;
+    std::string PlanOf(const char* text) const {
+        const sql::StatementPtr statement = sql::Parse(text);
+        sql::AddUpLines(*statement, session_->GetCatalog());
+        return test::PlanOf(session_->GetDatabase(), sql::TranslateForSqlite(*statement, session_->GetCatalog()).text);
     }
-    static bool Uses(const std::vector<std::string>& plan, const std::string& index) {
-        for (const std::string& step : plan) {
-            if ((step + " ").find("INDEX " + index + " ") != std::string::npos) return true;
-        }
-        return false;
+    static bool Uses(const std::string& plan, const std::string& index) {
+        const std::string use = "INDEX " + index;
+        return (plan + ";").find(use + ";") != std::string::npos || plan.find(use + " ") != std::string::npos;
     }
 
     TemporaryDirectory directory_;
@@ -127,7 +123,7 @@ protected:
 TEST_F(IndexUseTest, EachServesAQuestion) {
     for (const auto& [index, text] : kUses) {
         const auto plan = PlanOf(text);
-        EXPECT_TRUE(Uses(plan, index)) << index << " is not used by " << text << testing::PrintToString(plan);
+        EXPECT_TRUE(Uses(plan, index)) << index << " is not used by " << text << ": " << plan;
     }
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "QueryPlan.h"
 #include "TestBook.h"
 #include "engines/sqlite/BookFile.h"
 #include "engines/sqlite/Session.h"
@@ -72,13 +73,7 @@ protected:
         directory.reset();
     }
 
-    static std::string PlanOf(std::string_view translated) {
-        PreparedStatement explain = session->GetDatabase().Prepare("EXPLAIN QUERY PLAN " + std::string(translated));
-        constexpr int kDetail = 3;
-        std::string plan;
-        while (explain.Step()) plan.append(plan.empty() ? "" : "; ").append(explain.Text(kDetail));
-        return plan;
-    }
+    static std::string PlanOf(std::string_view translated) { return test::PlanOf(session->GetDatabase(), translated); }
     static std::string PlanOfExecute(const std::string& text) {
         session->GetCatalog().Refresh();
         return PlanOf(sql::TranslateForSqlite(*sql::Parse(text), session->GetCatalog()).text);
