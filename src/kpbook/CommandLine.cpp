@@ -5,10 +5,11 @@
 #include <limits>
 #include <string_view>
 
-#include "kpbook/ArgumentText.h"
-#include "kpbook/CommandSyntax.h"
-#include "kpbook/Commands.h"
-#include "kpbook/ReportSyntax.h"
+#include "kpbook/batch/BatchCommand.h"
+#include "kpbook/commands/CommandSyntax.h"
+#include "kpbook/commands/Commands.h"
+#include "kpbook/commands/ReportSyntax.h"
+#include "kpbook/input/ArgumentText.h"
 
 namespace kpTables::kpbook {
 
@@ -17,18 +18,18 @@ namespace {
 /// Everything that the command line can set.
 struct Parsed {
     GlobalOptions global;
-    NewOptions create;
-    InfoOptions info;
-    StockOptions stock;
-    ReportWords report;
-    OperatorsOptions operators;
-    LogOptions log;
-    PayrollOptions payroll;
-    ImportOptions import;
-    CallOptions call;
-    SqlOptions sql;
-    CloseOptions close;
-    MethodsOptions methods;
+    commands::NewOptions create;
+    commands::InfoOptions info;
+    commands::StockOptions stock;
+    commands::ReportWords report;
+    commands::OperatorsOptions operators;
+    commands::LogOptions log;
+    commands::PayrollOptions payroll;
+    commands::ImportOptions import;
+    commands::CallOptions call;
+    commands::SqlOptions sql;
+    commands::CloseOptions close;
+    commands::MethodsOptions methods;
     bool batch = false;
     std::string format = "table";
     std::string today;
@@ -45,7 +46,7 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     app.add_option("-o,--output", global.outputPath, "Write results to a file (xlsx needs one)")->type_name("FILE");
     app.add_flag("--trace", global.trace, "Show every statement on standard error as it is sent");
     app.add_flag("--sql", global.isSQL, "Send statements in SQL Server's dialect (isSQL)");
-    app.add_option("--today", parsed.today, "The date that counts as today")->check(kDate)->type_name("DATE");
+    app.add_option("--today", parsed.today, "The date that counts as today")->check(commands::kDate)->type_name("DATE");
     app.add_option("--answer", parsed.answer, "Answer every question with yes or no")
         ->check(CLI::IsMember({"yes", "no"}))
         ->type_name("ANSWER");
@@ -53,12 +54,13 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
 }
 
 void AddNew(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(app, "new", "Make a book, ready for use",
-                               "It has all its tables, its names, today as the date on which it was set up, and the\n"
-                               "usual payment methods. An existing file is left as it is.\n\n"
-                               "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01\n"
-                               "  kpbook new shop.kpbook --dialect sql");
-    AddBook(*command, parsed.create.book);
+    auto* command =
+        commands::AddCommand(app, "new", "Make a book, ready for use",
+                             "It has all its tables, its names, today as the date on which it was set up, and the\n"
+                             "usual payment methods. An existing file is left as it is.\n\n"
+                             "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01\n"
+                             "  kpbook new shop.kpbook --dialect sql");
+    commands::AddBook(*command, parsed.create.book);
     command->add_flag("--bare", parsed.create.bare, "Make the tables only");
     command
         ->add_option("--dialect", parsed.dialect,
@@ -68,24 +70,25 @@ void AddNew(CLI::App& app, Parsed& parsed) {
 }
 
 void AddInfo(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(app, "info", "Show what a book is and holds",
-                               "Its information and dates as they are stored, the rows of its tables, the months of "
-                               "its\nbalance, and which warehouses are closed. Nothing in the book changes.\n\n"
-                               "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json");
-    AddBook(*command, parsed.info.book);
+    auto* command =
+        commands::AddCommand(app, "info", "Show what a book is and holds",
+                             "Its information and dates as they are stored, the rows of its tables, the months of "
+                             "its\nbalance, and which warehouses are closed. Nothing in the book changes.\n\n"
+                             "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json");
+    commands::AddBook(*command, parsed.info.book);
 }
 
 void AddStock(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(
+    auto* command = commands::AddCommand(
         app, "stock", "Show a month's stock figures of the products",
         "What was there, what came in, what went out and what is there, as balance rows and bills have it now,\n"
         "without a closing. Nothing in the book changes.\n\n"
         "Examples:\n  kpbook stock shop.kpbook --month 3\n"
         "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost");
-    AddBook(*command, parsed.stock.book);
+    commands::AddBook(*command, parsed.stock.book);
     command->add_option("--month", parsed.stock.month, "The month, 1 to 12")
         ->required()
-        ->check(CLI::Range(1, kLastMonth))
+        ->check(CLI::Range(1, commands::kLastMonth))
         ->type_name("M");
     command->add_option("--warehouse", parsed.stock.warehouse, "The warehouse's dpID; all together without it")
         ->type_name("D");
@@ -95,60 +98,61 @@ void AddStock(CLI::App& app, Parsed& parsed) {
 }
 
 void AddOperators(CLI::App& app, Parsed& parsed) {
-    auto* command =
-        AddCommand(app, "operators", "List the operators",
-                   "Their warehouses and rights, and whether they have a password. A right is named by its "
-                   "column:\n发货单位, 收货单位 and 部件管理 are 资产处理, 卡片打印 and 资产折旧. Nothing in the "
-                   "book changes.\n\nExample:\n  kpbook operators shop.kpbook");
-    AddBook(*command, parsed.operators.book);
+    auto* command = commands::AddCommand(
+        app, "operators", "List the operators",
+        "Their warehouses and rights, and whether they have a password. A right is named by its "
+        "column:\n发货单位, 收货单位 and 部件管理 are 资产处理, 卡片打印 and 资产折旧. Nothing in the "
+        "book changes.\n\nExample:\n  kpbook operators shop.kpbook");
+    commands::AddBook(*command, parsed.operators.book);
 }
 
 void AddLog(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(app, "log", "Show what operators did, newest first",
-                               "Nothing in the book changes.\n\n"
-                               "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv");
-    AddBook(*command, parsed.log.book);
+    auto* command =
+        commands::AddCommand(app, "log", "Show what operators did, newest first",
+                             "Nothing in the book changes.\n\n"
+                             "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv");
+    commands::AddBook(*command, parsed.log.book);
     command->add_option("--limit", parsed.log.limit, "How many entries at most; all without it")
         ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
         ->type_name("N");
 }
 
 void AddPayroll(CLI::App& app, Parsed& parsed) {
-    auto* command =
-        AddCommand(app, "payroll", "Show the drivers' pay",
-                   "The saved sheet of a month, a new one, or the sums of the saved ones per driver. A table ends with "
-                   "the totals\n"
-                   "of its amounts. Nothing in the book changes.\n\n"
-                   "Examples:\n  kpbook payroll shop.kpbook --month 3\n  kpbook payroll shop.kpbook --month 4 --new\n"
-                   "  kpbook payroll shop.kpbook --to-month 6");
-    AddBook(*command, parsed.payroll.book);
+    auto* command = commands::AddCommand(
+        app, "payroll", "Show the drivers' pay",
+        "The saved sheet of a month, a new one, or the sums of the saved ones per driver. A table ends with "
+        "the totals\n"
+        "of its amounts. Nothing in the book changes.\n\n"
+        "Examples:\n  kpbook payroll shop.kpbook --month 3\n  kpbook payroll shop.kpbook --month 4 --new\n"
+        "  kpbook payroll shop.kpbook --to-month 6");
+    commands::AddBook(*command, parsed.payroll.book);
     auto* month = command->add_option("--month", parsed.payroll.month, "The month of a sheet, 1 to 12")
-                      ->check(CLI::Range(1, kLastMonth))
+                      ->check(CLI::Range(1, commands::kLastMonth))
                       ->type_name("M");
     command->add_flag("--new", parsed.payroll.fresh, "A new sheet: what the drivers collected on the work orders")
         ->needs(month);
     command->add_option("--to-month", parsed.payroll.toMonth, "The last month to sum; all of them without it")
-        ->check(CLI::Range(1, kLastMonth))
+        ->check(CLI::Range(1, commands::kLastMonth))
         ->excludes(month)
         ->type_name("M");
 }
 
 void AddImport(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(
+    auto* command = commands::AddCommand(
         app, "import", "Add the rows of a CSV file to a table",
         "The first line names the columns. All rows are added or, when one is bad, none; every bad row is told with\n"
         "its line and reason. An empty field of a column without text takes the column's default.\n\n"
         "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n  produce | kpbook import shop.kpbook 入库记录 "
         "-");
-    AddBook(*command, parsed.import.book);
-    command->add_option("TABLE", parsed.import.table, "The table")->required()->check(kUtf8)->type_name("");
+    commands::AddBook(*command, parsed.import.book);
+    command->add_option("TABLE", parsed.import.table, "The table")->required()->check(commands::kUtf8)->type_name("");
     command->add_option("FILE", parsed.import.path, "The CSV file, - for standard input")->required()->type_name("");
 }
 
 void AddCall(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(
+    auto* command = commands::AddCommand(
         app, "call", "Call a method by name, or many with --batch",
-        "Arguments:\n" + std::string(kArgumentForms) +
+        "Arguments:\n" + std::string(input::kArgumentForms) +
             "\nPut -- before arguments that begin with a dash and a letter. What a method writes back is shown on\n"
             "standard error.\n\n"
             "A batch is one JSON object a line, answered with one a line:\n"
@@ -157,45 +161,46 @@ void AddCall(CLI::App& app, Parsed& parsed) {
             "Examples:\n  kpbook call shop.kpbook rs余额记录 1 3\n"
             "  kpbook call shop.kpbook Close_DepotBalance 1 3 False date:2004-03-31 progress:\n"
             "  kpbook call shop.kpbook --batch calls.jsonl");
-    AddBook(*command, parsed.call.book);
+    commands::AddBook(*command, parsed.call.book);
     command->add_option("METHOD", parsed.call.method, "The method; with --batch the file, standard input by default")
-        ->check(kUtf8)
+        ->check(commands::kUtf8)
         ->type_name("");
-    command->add_option("ARGS", parsed.call.arguments, "Its arguments")->check(kUtf8)->type_name("");
+    command->add_option("ARGS", parsed.call.arguments, "Its arguments")->check(commands::kUtf8)->type_name("");
     command->add_flag("--batch", parsed.batch, "Read calls as lines of JSON");
 }
 
 void AddSql(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(app, "sql", "Run one statement",
-                               "Example:\n  kpbook sql shop.kpbook \"Select * From 仓库设置 Order by dpID\" -O csv");
-    AddBook(*command, parsed.sql.book);
-    command->add_option("TEXT", parsed.sql.text, "The statement")->required()->check(kUtf8)->type_name("");
+    auto* command =
+        commands::AddCommand(app, "sql", "Run one statement",
+                             "Example:\n  kpbook sql shop.kpbook \"Select * From 仓库设置 Order by dpID\" -O csv");
+    commands::AddBook(*command, parsed.sql.book);
+    command->add_option("TEXT", parsed.sql.text, "The statement")->required()->check(commands::kUtf8)->type_name("");
 }
 
 void AddClose(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(
+    auto* command = commands::AddCommand(
         app, "close", "Close a month of one warehouse or of all",
         "First products on bills that have no balance row are looked for, and added when the question is answered\n"
         "with yes. Then each warehouse's balance rows of the month are filled and the next month's rows are made.\n\n"
         "Examples:\n  kpbook close shop.kpbook --month 3\n"
         "  kpbook close shop.kpbook --month 3 --warehouse 2 --cost --date 2004-03-31 --answer yes");
-    AddBook(*command, parsed.close.book);
+    commands::AddBook(*command, parsed.close.book);
     command->add_option("--month", parsed.close.month, "The month, 1 to 12")
         ->required()
-        ->check(CLI::Range(1, kLastMonth))
+        ->check(CLI::Range(1, commands::kLastMonth))
         ->type_name("M");
     command->add_option("--warehouse", parsed.close.warehouse, "The warehouse's dpID; all of them without it")
         ->type_name("D");
     command->add_flag("--cost", parsed.close.costUsed, "Take outbound amounts from the cost bills");
     command->add_option("--date", parsed.closingDate, "The date noted in the rows that are made; today without it")
-        ->check(kDate)
+        ->check(commands::kDate)
         ->type_name("DATE");
 }
 
 void AddMethods(CLI::App& app, Parsed& parsed) {
-    auto* command = AddCommand(app, "methods", "List the methods, or one with its parameters",
-                               "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance");
-    command->add_option("NAME", parsed.methods.name, "The method")->check(kUtf8)->type_name("");
+    auto* command = commands::AddCommand(app, "methods", "List the methods, or one with its parameters",
+                                         "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance");
+    command->add_option("NAME", parsed.methods.name, "The method")->check(commands::kUtf8)->type_name("");
 }
 
 struct CommandEntry {
@@ -205,25 +210,26 @@ struct CommandEntry {
 };
 
 int RunCall(const Parsed& parsed) {
-    if (!parsed.batch) return Call(parsed.call, parsed.global);
-    return Batch({parsed.call.book, parsed.call.method.empty() ? "-" : parsed.call.method}, parsed.global);
+    if (!parsed.batch) return commands::Call(parsed.call, parsed.global);
+    return batch::RunBatch({parsed.call.book, parsed.call.method.empty() ? "-" : parsed.call.method}, parsed.global);
 }
 
 // In the order of the help text.
 constexpr CommandEntry kCommands[] = {
-    {"new", AddNew, [](const Parsed& parsed) { return NewBook(parsed.create, parsed.global); }},
-    {"info", AddInfo, [](const Parsed& parsed) { return Info(parsed.info, parsed.global); }},
-    {"import", AddImport, [](const Parsed& parsed) { return Import(parsed.import, parsed.global); }},
+    {"new", AddNew, [](const Parsed& parsed) { return commands::NewBook(parsed.create, parsed.global); }},
+    {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
+    {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
     {"call", AddCall, RunCall},
-    {"sql", AddSql, [](const Parsed& parsed) { return Sql(parsed.sql, parsed.global); }},
-    {"close", AddClose, [](const Parsed& parsed) { return Close(parsed.close, parsed.global); }},
-    {"stock", AddStock, [](const Parsed& parsed) { return Stock(parsed.stock, parsed.global); }},
-    {"report", [](CLI::App& app, Parsed& parsed) { AddReport(app, parsed.report); },
-     [](const Parsed& parsed) { return Report(parsed.report.options, parsed.global); }},
-    {"operators", AddOperators, [](const Parsed& parsed) { return Operators(parsed.operators, parsed.global); }},
-    {"log", AddLog, [](const Parsed& parsed) { return Log(parsed.log, parsed.global); }},
-    {"payroll", AddPayroll, [](const Parsed& parsed) { return Payroll(parsed.payroll, parsed.global); }},
-    {"methods", AddMethods, [](const Parsed& parsed) { return Methods(parsed.methods, parsed.global); }},
+    {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
+    {"close", AddClose, [](const Parsed& parsed) { return commands::Close(parsed.close, parsed.global); }},
+    {"stock", AddStock, [](const Parsed& parsed) { return commands::Stock(parsed.stock, parsed.global); }},
+    {"report", [](CLI::App& app, Parsed& parsed) { commands::AddReport(app, parsed.report); },
+     [](const Parsed& parsed) { return commands::Report(parsed.report.options, parsed.global); }},
+    {"operators", AddOperators,
+     [](const Parsed& parsed) { return commands::Operators(parsed.operators, parsed.global); }},
+    {"log", AddLog, [](const Parsed& parsed) { return commands::Log(parsed.log, parsed.global); }},
+    {"payroll", AddPayroll, [](const Parsed& parsed) { return commands::Payroll(parsed.payroll, parsed.global); }},
+    {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
 };
 
 /// The commands that the words may ask for: making all of them takes longer than a short call's statement.
@@ -251,8 +257,8 @@ OutputFormat FormatOf(const std::string& name) {
 void Complete(const CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
     global.format = FormatOf(parsed.format);
-    global.today = DateOf(parsed.today);
-    parsed.close.date = DateOf(parsed.closingDate);
+    global.today = commands::DateOf(parsed.today);
+    parsed.close.date = commands::DateOf(parsed.closingDate);
     if (!parsed.answer.empty()) global.answer = parsed.answer == "yes" ? MessageAnswer::Yes : MessageAnswer::No;
     if (global.format == OutputFormat::Xlsx && global.outputPath.empty()) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
@@ -261,12 +267,12 @@ void Complete(const CLI::App& app, Parsed& parsed) {
                               &parsed.import.path, &parsed.call.book, &parsed.call.method, &parsed.sql.book,
                               &parsed.sql.text, &parsed.close.book, &parsed.methods.name, &parsed.info.book,
                               &parsed.stock.book, &parsed.operators.book, &parsed.log.book, &parsed.payroll.book}) {
-        Unmark(*word);
+        commands::Unmark(*word);
     }
-    for (auto& argument : parsed.call.arguments) Unmark(argument);
+    for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
     parsed.create.sqlNames = parsed.dialect == "sql";
     const CLI::App& command = *app.get_subcommands().front();
-    if (command.get_name() == "report") parsed.report.options = ReadReport(command, parsed.report);
+    if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
@@ -292,7 +298,7 @@ int RunCommandLine(int count, char** words) {
         return "kpbook: " + what + "\nkpbook --help tells how it is used.\n";
     });
     AddGlobalOptions(app, parsed);
-    std::vector<std::string> marked = MarkedWords(count, words);
+    std::vector<std::string> marked = commands::MarkedWords(count, words);
     AddCommands(app, parsed, marked);
     try {
         app.parse(marked);

@@ -3,8 +3,7 @@
 #include <exception>
 
 #include "kpbook/CommandLine.h"
-#include "kpbook/Commands.h"
-#include "kpbook/Output.h"
+#include "kpbook/Exit.h"
 #include "kpbook/Utf8.h"
 
 int main(int count, char** words) {

@@ -1,0 +1,80 @@
+#include "kpbook/Workspace.h"
+
+#include <cstdio>
+
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+#include "kpTables/LateBound.h"
+#include "kpbook/Exit.h"
+
+namespace kpTables::kpbook {
+
+namespace {
+
+void TraceSend(const SentStatement& statement) {
+    const char* op = statement.op == StatementOp::Execute  ? "execute"
+                     : statement.kind == SourceKind::Table ? "open table"
+                                                           : "open";
+    std::fprintf(stderr, "%s: %s\n", op, statement.text.c_str());
+}
+
+void TraceEnd(const SentStatement&, const StatementEnd& end) {
+    const std::chrono::duration<double, std::milli> elapsed = end.elapsed;
+    std::string outcome;
+    if (end.error) {
+        outcome = "failed: " + end.error->Description();
+    } else if (end.rows) {
+        outcome = std::to_string(*end.rows) + (*end.rows == 1 ? " row" : " rows");
+    } else {
+        outcome = "rows on demand";
+    }
+    std::fprintf(stderr, "  %.3f ms, %s\n", elapsed.count(), outcome.c_str());
+}
+
+/// A book opened for reading only leaves its log's files behind, so that is the second choice.
+std::shared_ptr<SqliteConnection> OpenToRead(const std::string& path) {
+    try {
+        return SqliteConnection::Open(path);
+    } catch (const DatabaseError&) {
+        return SqliteConnection::Open(path, {.readOnly = true});
+    }
+}
+
+}  // namespace
+
+void CheckBookName(const std::string& book) {
+    if (book.find("://") != book.npos) {
+        throw CommandError(book + ": a book on a server cannot be opened; a book is a file");
+    }
+}
+
+Workspace::Workspace(const std::string& path, std::shared_ptr<Host> host, const GlobalOptions& global, Access access)
+    : tables(std::move(host)) {
+    CheckBookName(path);
+    book = access == Access::Read ? OpenToRead(path) : SqliteConnection::Open(path);
+    connection = std::make_shared<TracingConnection>(book, [engine = book.get()] { return engine->RecordsAffected(); });
+    if (global.trace) {
+        connection->onSend = TraceSend;
+        connection->onEnd = TraceEnd;
+    }
+    tables.Cnn(connection);
+    tables.isSQL(global.isSQL);
+}
+
+std::string NameOf(Workspace& workspace, const std::string& statement, const std::string& what) {
+    const auto rows = workspace.connection->Execute(statement);
+    if (rows->Eof()) throw CommandError("the book has no " + what);
+    return Text(rows->GetValue(0));
+}
+
+Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant>& arguments) {
+    using Kind = _CTables::MemberKind;
+    const auto* getter = _CTables::Find(name, Kind::PropertyGet);
+    if (!getter) return _CTables::Call(tables, name, arguments);
+    if (getter->result == _CTables::ValueType::Connection) {
+        Raise(ErrorNumber::UnknownMember, name + ": the connection is kpbook's own");
+    }
+    return _CTables::Invoke(tables, arguments.empty() ? *getter : *_CTables::Find(name, Kind::PropertyLet), arguments);
+}
+
+}  // namespace kpTables::kpbook

@@ -1,0 +1,120 @@
+#include "kpbook/batch/BatchCommand.h"
+
+#include "kpTables/Error.h"
+#include "kpTables/LateBound.h"
+#include "kpbook/Exit.h"
+#include "kpbook/Host.h"
+#include "kpbook/Names.h"
+#include "kpbook/Workspace.h"
+#include "kpbook/batch/BatchAnswer.h"
+#include "kpbook/batch/BatchRequest.h"
+#include "kpbook/input/InputFile.h"
+#include "kpbook/input/LineReader.h"
+#include "kpbook/output/JsonText.h"
+#include "kpbook/output/Output.h"
+
+namespace kpTables::kpbook::batch {
+
+namespace {
+
+class BatchRunner : private __CTables {
+public:
+    BatchRunner(const BatchOptions& options, const GlobalOptions& global)
+        : global_(global), host_(std::make_shared<BatchHost>()), workspace_(options.book, host_, global) {
+        workspace_.tables.Advise(*this);
+        auto trace = workspace_.connection->onSend;
+        workspace_.connection->onSend = [this, trace](const SentStatement& sent) {
+            outcome_.sent.push_back(sent);
+            if (trace) trace(sent);
+        };
+    }
+
+    std::string AnswerTo(std::string_view line, std::int64_t lineNumber) {
+        outcome_ = {};
+        host_->messages.clear();
+        BatchRequest request;
+        if (Attempt([&] { Read(line, lineNumber, request); })) {
+            Attempt([&] { output::AppendJsonValue(outcome_.result, Run(request)); });
+            if (request.method) Attempt([&] { outcome_.arguments = ListText(request.arguments); });
+        }
+        // What was written of the result before its error.
+        if (outcome_.error) outcome_.result.clear();
+        outcome_.messages = std::move(host_->messages);
+        return AnswerLine(request, outcome_);
+    }
+
+private:
+    void TableChanged(const std::string& procName, const std::string& tableName, std::int32_t id) override {
+        outcome_.events.push_back({"TableChanged", {Variant(procName), Variant(tableName), Variant(id)}});
+    }
+
+    /// False after an error, of which the first is kept.
+    template <class Action>
+    bool Attempt(Action action) {
+        try {
+            action();
+            return true;
+        } catch (const Error& raised) {
+            if (!outcome_.error) outcome_.error = raised;
+        } catch (const std::exception& raised) {
+            if (!outcome_.error) outcome_.error = Error(static_cast<int>(ErrorNumber::InvalidCall), raised.what());
+        }
+        return false;
+    }
+
+    static void Read(std::string_view line, std::int64_t lineNumber, BatchRequest& request) {
+        try {
+            ReadRequest(line, request);
+        } catch (const Error& error) {
+            throw Error(error.Number(), "line " + std::to_string(lineNumber) + ": " + error.Description());
+        }
+    }
+
+    Variant Run(BatchRequest& request) {
+        host_->today = request.today ? request.today : global_.today;
+        host_->answer = request.answer ? request.answer : global_.answer;
+        if (request.execute) {
+            const auto recordset = workspace_.connection->Execute(*request.execute);
+            return recordset ? Variant(recordset) : Variant(nullptr);
+        }
+        if (!request.isSQL) return CallMember(workspace_.tables, *request.method, request.arguments);
+        return RunInDialect(*request.isSQL, request);
+    }
+
+    /// The line's dialect holds for its call alone, unless the call sets the property itself.
+    Variant RunInDialect(bool isSQL, BatchRequest& request) {
+        struct Restore {
+            CTables& tables;
+            bool isSQL;
+            ~Restore() { tables.isSQL(isSQL); }
+        };
+        if (SameName(*request.method, "isSQL") && !request.arguments.empty()) {
+            return CallMember(workspace_.tables, *request.method, request.arguments);
+        }
+        const Restore restore{workspace_.tables, workspace_.tables.isSQL()};
+        workspace_.tables.isSQL(isSQL);
+        return CallMember(workspace_.tables, *request.method, request.arguments);
+    }
+
+    const GlobalOptions& global_;
+    std::shared_ptr<BatchHost> host_;
+    BatchOutcome outcome_;
+    Workspace workspace_;
+};
+
+}  // namespace
+
+int RunBatch(const BatchOptions& options, const GlobalOptions& global) {
+    BatchRunner runner(options, global);
+    input::InputFile file(options.path);
+    input::LineReader lines(file);
+    output::Output output("");
+    while (const auto line = lines.Next()) {
+        if (line->find_first_not_of(" \t\r") == line->npos) continue;
+        output.Write(runner.AnswerTo(*line, lines.Number()));
+        output.Flush();
+    }
+    return kSucceeded;
+}
+
+}  // namespace kpTables::kpbook::batch

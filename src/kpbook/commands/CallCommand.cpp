@@ -1,0 +1,73 @@
+#include <cstdio>
+
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+#include "kpTables/LateBound.h"
+#include "kpbook/Host.h"
+#include "kpbook/Workspace.h"
+#include "kpbook/commands/Commands.h"
+#include "kpbook/input/ArgumentText.h"
+#include "kpbook/output/CellText.h"
+#include "kpbook/output/ResultWriter.h"
+
+namespace kpTables::kpbook::commands {
+
+namespace {
+
+using Parameter = _CTables::Parameter;
+using ValueType = _CTables::ValueType;
+
+/// The value as the parameter's type holds it.
+Variant Converted(const Variant& value, ValueType type) {
+    switch (type) {
+        case ValueType::Integer:
+            return CInt(value);
+        case ValueType::Long:
+            return CLng(value);
+        case ValueType::Double:
+            return CDbl(value);
+        case ValueType::Currency:
+            return CCur(value);
+        case ValueType::Date:
+            return CDate(value);
+        case ValueType::String:
+            return CStr(value);
+        case ValueType::Boolean:
+            return CBool(value);
+        default:
+            return value;
+    }
+}
+
+/// Arguments that were left out but may be written back are passed as Empty, so that what comes back can be shown.
+void AddWrittenBack(const std::vector<Parameter>& parameters, std::vector<Variant>& arguments) {
+    for (std::size_t i = arguments.size(); i < parameters.size(); ++i) {
+        if (!parameters[i].optional) return;
+        arguments.push_back(parameters[i].inOut ? Variant() : Variant::Missing());
+    }
+}
+
+void ShowWrittenBack(const std::vector<Parameter>& parameters, const std::vector<Variant>& before,
+                     const std::vector<Variant>& after) {
+    for (std::size_t i = 0; i < parameters.size() && i < after.size(); ++i) {
+        if (!parameters[i].inOut || after[i].Is(Converted(before[i], parameters[i].type))) continue;
+        std::fprintf(stderr, "%s = %s\n", parameters[i].name.c_str(), output::CellText(after[i]).c_str());
+    }
+}
+
+}  // namespace
+
+int Call(const CallOptions& options, const GlobalOptions& global) {
+    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
+    std::vector<Variant> arguments;
+    for (const auto& text : options.arguments) arguments.push_back(input::ReadArgument(text));
+    const auto* method = _CTables::Find(options.method);
+    if (method) AddWrittenBack(method->parameters, arguments);
+    const auto before = arguments;
+    const Variant result = CallMember(workspace.tables, options.method, arguments);
+    if (method) ShowWrittenBack(method->parameters, before, arguments);
+    output::WriteResult(options.method, result, global);
+    return kSucceeded;
+}
+
+}  // namespace kpTables::kpbook::commands

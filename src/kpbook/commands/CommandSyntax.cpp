@@ -1,0 +1,61 @@
+#include "kpbook/commands/CommandSyntax.h"
+
+#include "kpbook/Utf8.h"
+
+namespace kpTables::kpbook::commands {
+
+namespace {
+
+/// CLI11 takes "[a,b]" as a list of two words, "-.5" as an option and "++" as the end of a command. A mark in front
+/// keeps such a word as it is until Unmark takes it off.
+constexpr char kMark = '\x01';
+
+bool NeedsMark(std::string_view word) {
+    return (word.starts_with('[') && word.ends_with(']')) || word.starts_with("-.") || word == "++" ||
+           word.starts_with(kMark);
+}
+
+}  // namespace
+
+const CLI::Validator kDate(
+    [](std::string& text) {
+        if (Date::ParseIso(text) || Date::Parse(text)) return std::string();
+        return "'" + text + "' is no date";
+    },
+    "");
+
+const CLI::Validator kUtf8(
+    [](std::string& text) { return IsValidUtf8(text) ? std::string() : std::string("not valid UTF-8"); }, "");
+
+std::optional<Date> DateOf(const std::string& text) {
+    if (text.empty()) return std::nullopt;
+    const auto iso = Date::ParseIso(text);
+    return iso ? iso : Date::Parse(text);
+}
+
+std::vector<std::string> MarkedWords(int count, char** words) {
+    std::vector<std::string> marked;
+    for (int i = count - 1; i > 0; --i) {
+        std::string word = words[i];
+        if (NeedsMark(word)) word.insert(word.begin(), kMark);
+        marked.push_back(std::move(word));
+    }
+    return marked;
+}
+
+void Unmark(std::string& word) {
+    if (word.starts_with(kMark)) word.erase(0, 1);
+}
+
+void AddBook(CLI::App& command, std::string& book) {
+    command.add_option("BOOK", book, "The book's file")->required()->type_name("");
+}
+
+CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer) {
+    auto* command = app.add_subcommand(name, what);
+    command->fallthrough();
+    command->footer(footer + "\n\nOptions of every command (-O, -o, --trace, --sql, --today, --answer): kpbook --help");
+    return command;
+}
+
+}  // namespace kpTables::kpbook::commands

@@ -1,0 +1,23 @@
+// The commands. Each answers with the program's exit code; a failure is an Error or a CommandError.
+#pragma once
+
+#include "kpbook/Exit.h"
+#include "kpbook/GlobalOptions.h"
+#include "kpbook/commands/Options.h"
+
+namespace kpTables::kpbook::commands {
+
+int NewBook(const NewOptions& options, const GlobalOptions& global);
+int Info(const InfoOptions& options, const GlobalOptions& global);
+int Stock(const StockOptions& options, const GlobalOptions& global);
+int Report(const ReportOptions& options, const GlobalOptions& global);
+int Operators(const OperatorsOptions& options, const GlobalOptions& global);
+int Log(const LogOptions& options, const GlobalOptions& global);
+int Payroll(const PayrollOptions& options, const GlobalOptions& global);
+int Import(const ImportOptions& options, const GlobalOptions& global);
+int Call(const CallOptions& options, const GlobalOptions& global);
+int Sql(const SqlOptions& options, const GlobalOptions& global);
+int Close(const CloseOptions& options, const GlobalOptions& global);
+int Methods(const MethodsOptions& options, const GlobalOptions& global);
+
+}  // namespace kpTables::kpbook::commands

@@ -1,0 +1,101 @@
+#include <cstdio>
+
+#include "kpTables/Convert.h"
+#include "kpTables/MemoryRecordset.h"
+#include "kpbook/Host.h"
+#include "kpbook/Workspace.h"
+#include "kpbook/commands/Commands.h"
+#include "kpbook/output/ResultWriter.h"
+
+namespace kpTables::kpbook::commands {
+
+namespace {
+
+constexpr const char* kTextItems[] = {"帐簿名称",   "单位名称", "财务主管", "法人代表", "帐簿编号",
+                                      "单位地址",   "联系电话", "电子邮件", "网络地址", "工商登记号",
+                                      "税务登记号", "企业代码", "企业类型"};
+
+/// Get_AccInfo would make a date that is missing and store it, so the dates are read as plain settings.
+class BookInfo {
+public:
+    BookInfo(const InfoOptions& options, const GlobalOptions& global)
+        : workspace_(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read),
+          forPeople_(global.format == OutputFormat::Table || global.format == OutputFormat::Markdown) {}
+
+    std::vector<output::Section> Sections() {
+        return {{"information", Information()},
+                {"tables", Tables()},
+                {"balance months",
+                 workspace_.connection->Execute(
+                     "Select 年份,月份,Count(*) As 行数 From 仓库余额表 Group by 年份,月份 Order by 年份,月份")},
+                {"warehouses",
+                 workspace_.connection->Execute("Select dpID,仓库名称,结帐标志,结帐日期 From 仓库设置 Order by dpID")}};
+    }
+
+private:
+    RecordsetPtr Information() {
+        auto rows = std::make_shared<MemoryRecordset>(
+            std::vector<FieldInfo>{{"item", VarType::String}, {"value", VarType::String}});
+        for (const char* item : kTextItems) {
+            if (const auto value = Option(item); !value.empty()) Add(*rows, item, value);
+        }
+        const auto built = DateOption(*rows, "建帐日期");
+        const auto current = DateOption(*rows, "当前日期");
+        Add(*rows, "建帐月份", built ? Variant(std::to_string(built->Month())) : Variant::Null());
+        Add(*rows, "帐簿年份", current ? Variant(std::to_string(current->Year())) : Variant::Null());
+        Add(*rows, "当前月份", current ? Variant(std::to_string(current->Month())) : Variant::Null());
+        rows->MoveFirst();
+        return rows;
+    }
+
+    /// Get_Option answers "" after an error, which must not look like a setting that is not there.
+    std::string Option(const std::string& item) {
+        workspace_.connection->ForgetLastError();
+        std::string value = workspace_.tables.Get_Option(item);
+        if (const auto& error = workspace_.connection->LastError()) throw *error;
+        return value;
+    }
+
+    std::optional<Date> DateOption(Recordset& rows, const std::string& item) {
+        const auto value = Option(item);
+        const auto date = Date::Parse(value);
+        Add(rows, item, date ? Variant(date->ToIso()) : value.empty() ? Variant::Null() : Variant(value));
+        if (!date && !value.empty()) std::fprintf(stderr, "%s: %s is no date\n", item.c_str(), value.c_str());
+        return date;
+    }
+
+    void Add(Recordset& rows, const std::string& item, const Variant& value) const {
+        rows.AddNew();
+        rows.SetValue(0, item);
+        rows.SetValue(1, value.IsNull() && forPeople_ ? Variant("(not set)") : value);
+        rows.Update();
+    }
+
+    RecordsetPtr Tables() {
+        auto rows = std::make_shared<MemoryRecordset>(
+            std::vector<FieldInfo>{{"table", VarType::String}, {"rows", VarType::Long}});
+        for (const auto& table : workspace_.book->Tables()) {
+            const auto count =
+                workspace_.connection->Execute("Select Count(*) As n From [" + table.name + "]")->GetValue(0);
+            if (CLng(count) == 0) continue;
+            rows->AddNew();
+            rows->SetValue(0, table.name);
+            rows->SetValue(1, count);
+            rows->Update();
+        }
+        if (rows->RecordCount() > 0) rows->MoveFirst();
+        return rows;
+    }
+
+    Workspace workspace_;
+    bool forPeople_;  ///< what is not set is said in words
+};
+
+}  // namespace
+
+int Info(const InfoOptions& options, const GlobalOptions& global) {
+    output::WriteSections(BookInfo(options, global).Sections(), global);
+    return kSucceeded;
+}
+
+}  // namespace kpTables::kpbook::commands

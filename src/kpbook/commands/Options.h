@@ -1,0 +1,113 @@
+// What the command line asked of each command.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "kpTables/Currency.h"
+#include "kpTables/Date.h"
+
+namespace kpTables::kpbook::commands {
+
+inline constexpr int kLastMonth = 12;
+
+struct NewOptions {
+    std::string book;
+    bool bare = false;      ///< the tables only
+    bool sqlNames = false;  ///< the table Header as SQL Server's dialect names its columns
+};
+
+struct InfoOptions {
+    std::string book;
+};
+
+struct StockOptions {
+    std::string book;
+    std::int16_t month = 0;
+    std::optional<std::int32_t> warehouse;  ///< all of them together when not given
+    std::optional<std::int32_t> product;    ///< every one with figures when not given
+    bool costUsed = false;
+};
+
+/// What a report is asked for; what was not given is empty, 0 or nothing.
+struct ReportFilters {
+    std::string direction;  ///< 入库, 出库 or 成本
+    std::optional<Date> from;
+    std::optional<Date> to;
+    std::string fromNumber;
+    std::string toNumber;
+    std::optional<std::int32_t> warehouse;
+    std::optional<std::int32_t> partner;
+    std::optional<std::int32_t> project;
+    std::string type;
+    std::string handler;
+    std::string counterpart;
+    std::string packing;
+    std::optional<double> minQuantity;
+    std::optional<double> maxQuantity;
+    std::optional<Currency> minAmount;
+    std::optional<Currency> maxAmount;
+    std::int16_t month = 0;
+    std::int16_t fromMonth = 0;
+    std::int16_t toMonth = 0;
+    std::optional<Date> date;
+    bool before = false;
+    std::string measure;  ///< 金额 or 数量
+};
+
+struct ReportKind;
+
+struct ReportOptions {
+    const ReportKind* kind = nullptr;  ///< null: the list of the reports
+    std::string book;
+    ReportFilters filters;
+};
+
+struct OperatorsOptions {
+    std::string book;
+};
+
+struct LogOptions {
+    std::string book;
+    std::optional<std::int32_t> limit;
+};
+
+struct PayrollOptions {
+    std::string book;
+    std::optional<std::int16_t> month;    ///< the sheet of a month
+    std::optional<std::int16_t> toMonth;  ///< sums from the first month on; of all months when neither is given
+    bool fresh = false;                   ///< the month's sheet as the work orders have it
+};
+
+struct ImportOptions {
+    std::string book;
+    std::string table;
+    std::string path;  ///< "-" is standard input
+};
+
+struct CallOptions {
+    std::string book;
+    std::string method;
+    std::vector<std::string> arguments;
+};
+
+struct SqlOptions {
+    std::string book;
+    std::string text;
+};
+
+struct CloseOptions {
+    std::string book;
+    std::int16_t month = 0;
+    std::optional<std::int32_t> warehouse;  ///< all of them when not given
+    bool costUsed = false;
+    std::optional<Date> date;
+};
+
+struct MethodsOptions {
+    std::string name;  ///< empty: the whole list
+};
+
+}  // namespace kpTables::kpbook::commands

@@ -1,0 +1,175 @@
+#include "kpbook/commands/ReportSyntax.h"
+
+#include <charconv>
+#include <cmath>
+
+#include "kpTables/Error.h"
+#include "kpbook/commands/Reports.h"
+
+namespace kpTables::kpbook::commands {
+
+namespace {
+
+/// Bills carry days, so a time would only keep the last day's bills in or out by accident.
+const CLI::Validator kDay(
+    [](std::string& text) {
+        const auto date = DateOf(text);
+        return date && !date->HasTime() ? std::string() : "'" + text + "' is no day";
+    },
+    "");
+
+void AddText(CLI::App& command, const std::string& option, std::string& text, const std::string& what,
+             const std::string& type) {
+    command.add_option(option, text, what)->check(kUtf8)->type_name(type);
+}
+
+void AddDay(CLI::App& command, const std::string& option, std::string& text, const std::string& what) {
+    command.add_option(option, text, what)->check(kDay)->type_name("DATE");
+}
+
+void AddMonth(CLI::App& command, const std::string& option, std::int16_t& month, const std::string& what) {
+    command.add_option(option, month, what)->check(CLI::Range(1, kLastMonth))->type_name("M");
+}
+
+void AddId(CLI::App& command, const std::string& option, std::optional<std::int32_t>& id, const std::string& what,
+           const std::string& type) {
+    command.add_option(option, id, what)->type_name(type);
+}
+
+void AddFilters(CLI::App& command, ReportWords& words) {
+    auto& filters = words.options.filters;
+    command.add_option("--direction", words.direction, "in, out or cost: inbound, outbound or cost bills")
+        ->check(CLI::IsMember({"in", "out", "cost", "入库", "出库", "成本"}))
+        ->type_name("WAY");
+    AddDay(command, "--from", words.from, "The first day");
+    AddDay(command, "--to", words.to, "The last day");
+    AddText(command, "--from-number", filters.fromNumber, "The lowest bill number", "N");
+    AddText(command, "--to-number", filters.toNumber, "The highest bill number", "N");
+    AddId(command, "--warehouse", filters.warehouse, "The warehouse's dpID; all together without it", "D");
+    AddId(command, "--partner", filters.partner, "The supplier's (in) or customer's (out) KSID", "K");
+    AddId(command, "--project", filters.project, "The project's 项目ID", "P");
+    AddText(command, "--type", filters.type, "The 类型 of the bills; 购进 or 调拨 for products", "T");
+    AddText(command, "--handler", filters.handler, "The 经手人 of the lines", "TEXT");
+    AddText(command, "--counterpart", filters.counterpart, "The 交接人 of the lines", "TEXT");
+    AddText(command, "--packing", filters.packing, "The 包装 of the lines", "TEXT");
+    AddText(command, "--min-quantity", words.minQuantity, "The least quantity of a bill", "Q");
+    AddText(command, "--max-quantity", words.maxQuantity, "The greatest quantity of a bill", "Q");
+    AddText(command, "--min-amount", words.minAmount, "The least net amount of a bill", "A");
+    AddText(command, "--max-amount", words.maxAmount, "The greatest net amount of a bill", "A");
+    AddMonth(command, "--month", filters.month, "The month, 1 to 12");
+    AddMonth(command, "--from-month", filters.fromMonth, "The first month");
+    AddMonth(command, "--to-month", filters.toMonth, "The last month");
+    AddDay(command, "--date", words.date, "The day");
+    command.add_flag("--before", filters.before, "The days of the month before the day instead of the day");
+    command.add_option("--measure", words.measure, "What the months add up: amount or quantity")
+        ->check(CLI::IsMember({"amount", "quantity", "金额", "数量"}))
+        ->type_name("WHAT");
+}
+
+/// The filters that were given, by their names.
+std::vector<std::string> GivenFilters(const CLI::App& command) {
+    std::vector<std::string> given;
+    for (const CLI::Option* option : command.get_options()) {
+        const std::string name = option->get_name();
+        if (option->count() == 0 || option->get_positional() || name == "--list") continue;
+        // To the methods an empty text is a filter that was not given.
+        if (option->results().front().empty()) throw CLI::ValidationError(name + " is empty");
+        given.push_back(name);
+    }
+    return given;
+}
+
+std::string InChinese(const std::string& word) {
+    if (word == "in") return "入库";
+    if (word == "out") return "出库";
+    if (word == "cost") return "成本";
+    if (word == "amount") return "金额";
+    if (word == "quantity") return "数量";
+    return word;
+}
+
+[[noreturn]] void RefuseBound(const std::string& option, const std::string& text, const std::string& why) {
+    throw CLI::ValidationError(option + ": '" + text + "' " + why);
+}
+
+/// To the methods 0 is a bound that was not given.
+template <class T>
+T Bounding(const std::string& option, const std::string& text, T bound) {
+    if (bound == T()) RefuseBound(option, text, "sets no bound");
+    return bound;
+}
+
+std::optional<Currency> AmountOf(const std::string& option, std::string text) {
+    Unmark(text);
+    if (text.empty()) return std::nullopt;
+    try {
+        return Bounding(option, text, Currency::FromDecimalText(text));
+    } catch (const Error&) {
+        RefuseBound(option, text, "is no amount");
+    }
+}
+
+std::optional<double> QuantityOf(const std::string& option, std::string text) {
+    Unmark(text);
+    if (text.empty()) return std::nullopt;
+    double quantity = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, quantity);
+    if (read.ec != std::errc() || read.ptr != end || !std::isfinite(quantity)) {
+        RefuseBound(option, text, "is no quantity");
+    }
+    return Bounding(option, text, quantity);
+}
+
+}  // namespace
+
+CLI::App* AddReport(CLI::App& app, ReportWords& words) {
+    auto* command = AddCommand(
+        app, "report", "Show a report",
+        "The reports: bills, balance, products, partners, costs, daily, day, projects. kpbook report --list tells "
+        "what\n"
+        "each is and which filters it takes. A table ends with the totals of its amounts, and of quantities where the\n"
+        "report adds up different products itself. Nothing in the book changes.\n\n"
+        "Examples:\n  kpbook report balance shop.kpbook --month 3 --warehouse 2\n"
+        "  kpbook report bills shop.kpbook --direction out --from 2004-03-01 --to 2004-03-31 --min-amount 1000\n"
+        "  kpbook report day shop.kpbook --direction in --date 2004-03-15 --before -O csv");
+    command->add_option("NAME", words.name, "The report")->check(kUtf8)->type_name("");
+    command->add_option("BOOK", words.options.book, "The book's file")->type_name("");
+    command->add_flag("--list", words.list, "List the reports with their methods and filters");
+    AddFilters(*command, words);
+    return command;
+}
+
+ReportOptions ReadReport(const CLI::App& command, ReportWords words) {
+    auto& filters = words.options.filters;
+    for (std::string* word : {&words.name, &words.options.book, &filters.fromNumber, &filters.toNumber, &filters.type,
+                              &filters.handler, &filters.counterpart, &filters.packing}) {
+        Unmark(*word);
+    }
+    const auto given = GivenFilters(command);
+    if (words.list) {
+        if (!given.empty() || !words.name.empty()) throw CLI::ValidationError("report --list takes nothing else");
+        return {};
+    }
+    if (words.name.empty()) throw CLI::RequiredError("NAME or --list");
+    words.options.kind = FindReport(words.name);
+    if (!words.options.kind) {
+        throw CLI::ValidationError("there is no report " + words.name + "; kpbook report --list tells which there are");
+    }
+    filters.from = DateOf(words.from);
+    filters.to = DateOf(words.to);
+    filters.date = DateOf(words.date);
+    filters.direction = InChinese(words.direction);
+    filters.measure = InChinese(words.measure);
+    filters.minQuantity = QuantityOf("--min-quantity", words.minQuantity);
+    filters.maxQuantity = QuantityOf("--max-quantity", words.maxQuantity);
+    filters.minAmount = AmountOf("--min-amount", words.minAmount);
+    filters.maxAmount = AmountOf("--max-amount", words.maxAmount);
+    if (const auto fault = UsageFault(*words.options.kind, given, filters); !fault.empty()) {
+        throw CLI::ValidationError(fault);
+    }
+    if (words.options.book.empty()) throw CLI::RequiredError("BOOK");
+    return words.options;
+}
+
+}  // namespace kpTables::kpbook::commands

@@ -1,0 +1,220 @@
+#include "kpbook/commands/Reports.h"
+
+#include <algorithm>
+
+namespace kpTables::kpbook::commands {
+
+namespace {
+
+/// The methods put a text between quotes as it is, so a quote in it is doubled here.
+Variant Quotable(const std::string& text) {
+    std::string doubled;
+    for (const char c : text) doubled.append(c == '\'' ? 2 : 1, c);
+    return doubled;
+}
+
+template <class T>
+Variant OrEmpty(const std::optional<T>& value) {
+    return value ? Variant(*value) : Variant();
+}
+
+RecordsetPtr Bills(CTables& tables, ReportFilters& f) {
+    const Variant ignored;
+    return tables.rs单据列表(Variant(f.direction), Quotable(f.type), OrEmpty(f.from), OrEmpty(f.to),
+                             Quotable(f.fromNumber), Quotable(f.toNumber), OrEmpty(f.warehouse), OrEmpty(f.partner),
+                             f.project.value_or(0), Quotable(f.handler), Quotable(f.counterpart), Quotable(f.packing),
+                             ignored, ignored, ignored, ignored, ignored, OrEmpty(f.minQuantity),
+                             OrEmpty(f.maxQuantity), OrEmpty(f.minAmount), OrEmpty(f.maxAmount));
+}
+
+RecordsetPtr Balance(CTables& tables, ReportFilters& f) {
+    constexpr std::int16_t kAnyMonth = 1;
+    auto rows = tables.rs余额记录(f.warehouse.value_or(0), f.month);
+    // Nothing is asked of a book without balance rows; the columns are wanted all the same.
+    return rows ? rows : tables.rs余额记录(f.warehouse.value_or(0), kAnyMonth);
+}
+
+RecordsetPtr Products(CTables& tables, ReportFilters& f) {
+    return tables.rs商品汇总(f.direction, f.fromMonth, f.toMonth, f.warehouse.value_or(0), f.partner.value_or(0),
+                             f.type);
+}
+
+RecordsetPtr Partners(CTables& tables, ReportFilters& f) {
+    return tables.rs单位汇总(f.fromMonth, f.toMonth, std::string(f.direction == "入库" ? "厂商" : "客户"));
+}
+
+RecordsetPtr Costs(CTables& tables, ReportFilters& f) {
+    return tables.rs成本汇总(f.fromMonth, f.toMonth, f.warehouse.value_or(0));
+}
+
+RecordsetPtr Daily(CTables& tables, ReportFilters& f) { return tables.rs日报列表(f.month, f.warehouse.value_or(0)); }
+
+RecordsetPtr Day(CTables& tables, ReportFilters& f) {
+    return tables.rs日报记录(f.warehouse.value_or(0), f.partner.value_or(0), f.date.value_or(Date()), f.direction,
+                             f.before);
+}
+
+std::string_view DayInSql(const ReportFilters& f) {
+    return f.direction == "入库" ? "in SQL Server's dialect these are outbound figures, whatever the direction" : "";
+}
+
+RecordsetPtr Projects(CTables& tables, ReportFilters& f) { return tables.rs项目汇总表(f.measure); }
+
+std::string_view ProjectsInSql(const ReportFilters& f) {
+    return f.measure == "金额" ? "in SQL Server's dialect the months are quantities, whatever the measure" : "";
+}
+
+bool Takes(const ReportKind& kind, std::string_view option) {
+    return std::ranges::find(kind.filters, option, &ReportFilter::Option) != kind.filters.end();
+}
+
+bool IsGiven(const std::vector<std::string>& given, std::string_view option) {
+    return std::ranges::find(given, option) != given.end();
+}
+
+std::string ValueFault(const ReportKind& kind, const std::vector<std::string>& given, const ReportFilters& filters) {
+    const bool isCost = filters.direction == "成本";
+    if (kind.name != "products") return isCost ? "knows the directions in and out" : "";
+    if (isCost && (IsGiven(given, "--partner") || IsGiven(given, "--type"))) {
+        return "takes no --partner and no --type for cost bills";
+    }
+    if (IsGiven(given, "--type") && filters.type != "购进" && filters.type != "调拨") {
+        return "knows the types 购进 and 调拨";
+    }
+    return "";
+}
+
+constexpr ReportFilter kDirection{"--direction in|out", true};
+
+ReportKind BillsKind() {
+    return {"bills",
+            "rs单据列表",
+            "Bills of a direction with the sums of their lines",
+            {kDirection,
+             {"--from DATE"},
+             {"--to DATE"},
+             {"--from-number N"},
+             {"--to-number N"},
+             {"--warehouse D"},
+             {"--partner K"},
+             {"--project P"},
+             {"--type T"},
+             {"--handler TEXT"},
+             {"--counterpart TEXT"},
+             {"--packing TEXT"},
+             {"--min-quantity Q"},
+             {"--max-quantity Q"},
+             {"--min-amount A"},
+             {"--max-amount A"}},
+            {"数量", "金额", "税额", "合计"},
+            Bills};
+}
+
+ReportKind BalanceKind() {
+    return {"balance",
+            "rs余额记录",
+            "Balance figures per product of a month, the first one without --month",
+            {{"--month M"}, {"--warehouse D"}},
+            {"上期库存金额", "本期入库金额", "累计入库金额", "本期出库金额", "累计出库金额", "本期库存金额"},
+            Balance};
+}
+
+ReportKind ProductsKind() {
+    return {"products",
+            "rs商品汇总",
+            "Sums per product of inbound, outbound or cost bills",
+            {{"--direction in|out|cost", true},
+             {"--from-month M"},
+             {"--to-month M"},
+             {"--warehouse D"},
+             {"--partner K"},
+             {"--type 购进|调拨"}},
+            {"金额", "税额", "合计"},
+            Products};
+}
+
+ReportKind PartnersKind() {
+    return {"partners",
+            "rs单位汇总",
+            "Sums per supplier (in) or per customer (out)",
+            {kDirection, {"--from-month M"}, {"--to-month M"}},
+            {"数量", "除税金额", "金额", "税额"},
+            Partners};
+}
+
+ReportKind CostsKind() {
+    return {"costs",
+            "rs成本汇总",
+            "Sums per product of the cost bills",
+            {{"--from-month M"}, {"--to-month M"}, {"--warehouse D"}},
+            {"金额"},
+            Costs};
+}
+
+ReportKind DailyKind() {
+    return {"daily",
+            "rs日报列表",
+            "Opening stock, movements and closing stock per day of a month",
+            {{"--month M", true}, {"--warehouse D"}},
+            {"入库数量", "入库金额", "出库数量", "出库金额"},
+            Daily};
+}
+
+ReportKind DayKind() {
+    return {"day",
+            "rs日报记录",
+            "Sums per product of a day or, with --before, of its month up to the day before",
+            {{"--date DATE", true}, kDirection, {"--before"}, {"--warehouse D"}, {"--partner K"}},
+            {"金额", "税额", "合计"},
+            Day,
+            DayInSql};
+}
+
+ReportKind ProjectsKind() {
+    return {"projects",
+            "rs项目汇总表",
+            "Outbound goods per project, a column a month; quantities without --measure",
+            {{"--measure amount|quantity"}},
+            {"合计", "月合计", "1",  "2",  "3",  "4",  "5",  "6",  "7",  "8",  "9",  "10",   "11",
+             "12",   "一",     "二", "三", "四", "五", "六", "七", "八", "九", "十", "十一", "十二"},
+            Projects,
+            ProjectsInSql};
+}
+
+}  // namespace
+
+const std::vector<ReportKind>& ReportKinds() {
+    static const std::vector<ReportKind> kinds = {BillsKind(), BalanceKind(), ProductsKind(), PartnersKind(),
+                                                  CostsKind(), DailyKind(),   DayKind(),      ProjectsKind()};
+    return kinds;
+}
+
+const ReportKind* FindReport(std::string_view name) {
+    const auto found = std::ranges::find(ReportKinds(), name, &ReportKind::name);
+    return found == ReportKinds().end() ? nullptr : &*found;
+}
+
+std::string FilterList(const ReportKind& kind) {
+    std::string list;
+    for (const auto& filter : kind.filters) {
+        if (!list.empty()) list += ", ";
+        list += filter.form;
+        if (filter.required) list += " (required)";
+    }
+    return list;
+}
+
+std::string UsageFault(const ReportKind& kind, const std::vector<std::string>& given, const ReportFilters& filters) {
+    std::string fault;
+    for (const auto& filter : kind.filters) {
+        if (filter.required && !IsGiven(given, filter.Option())) fault = "needs " + std::string(filter.Option());
+    }
+    for (const auto& option : given) {
+        if (!Takes(kind, option)) fault = "takes no " + option;
+    }
+    if (fault.empty()) fault = ValueFault(kind, given, filters);
+    if (fault.empty()) return fault;
+    return "report " + std::string(kind.name) + " " + fault + "; its filters: " + FilterList(kind);
+}
+
+}  // namespace kpTables::kpbook::commands

@@ -1,0 +1,137 @@
+#include "kpbook/input/CsvReader.h"
+
+#include <cstring>
+
+namespace kpTables::kpbook::input {
+
+namespace {
+
+constexpr std::size_t kBufferSize = 1 << 18;
+
+/// Characters that end a run of plain text in a field without quotes.
+bool IsSpecial(char character) noexcept {
+    return character == ',' || character == '"' || character == '\n' || character == '\r';
+}
+
+}  // namespace
+
+CsvReader::CsvReader(Source source) : source_(std::move(source)), buffer_(kBufferSize) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    while (filled_ < kByteOrderMark.size() && !ended_) {
+        const auto count = source_(buffer_.data() + filled_, buffer_.size() - filled_);
+        filled_ += count;
+        ended_ = count == 0;
+    }
+    if (std::string_view(buffer_.data(), filled_).starts_with(kByteOrderMark)) position_ = kByteOrderMark.size();
+}
+
+int CsvReader::Peek() {
+    if (position_ == filled_) {
+        if (!ended_) {
+            position_ = 0;
+            filled_ = source_(buffer_.data(), buffer_.size());
+            ended_ = filled_ == 0;
+        }
+        if (ended_) return kEnd;
+    }
+    return static_cast<unsigned char>(buffer_[position_]);
+}
+
+int CsvReader::Take() {
+    const int character = Peek();
+    if (character != kEnd) ++position_;
+    if (character == '\n') ++nextLine_;
+    return character;
+}
+
+bool CsvReader::Next() {
+    while (Peek() == '\n' || Peek() == '\r') TakeLineEnd();
+    if (Peek() == kEnd) return false;
+    text_.clear();
+    starts_.clear();
+    problem_.clear();
+    line_ = nextLine_;
+    for (;;) {
+        StartField();
+        if (Peek() == '"') {
+            Take();
+            ReadQuoted();
+        } else {
+            ReadPlain();
+        }
+        if (Peek() != ',') break;
+        Take();
+    }
+    TakeLineEnd();
+    return true;
+}
+
+std::string_view CsvReader::Field(std::size_t index) const noexcept {
+    const auto start = starts_[index];
+    const auto end = index + 1 < starts_.size() ? starts_[index + 1] : text_.size();
+    return std::string_view(text_).substr(start, end - start);
+}
+
+void CsvReader::StartField() { starts_.push_back(text_.size()); }
+
+void CsvReader::AppendPlainRun() {
+    const auto start = position_;
+    while (position_ < filled_ && !IsSpecial(buffer_[position_])) ++position_;
+    text_.append(buffer_.data() + start, position_ - start);
+}
+
+void CsvReader::ReadPlain() {
+    for (;;) {
+        const int next = Peek();
+        if (next == kEnd || next == ',' || next == '\n') return;
+        if (next == '"') {
+            Report("a quote in the middle of a field without quotes");
+            text_ += static_cast<char>(Take());
+        } else if (next == '\r') {
+            Take();
+            if (AtLineEnd()) return;
+            Report("a carriage return that no line feed follows");
+            text_ += '\r';
+        } else {
+            AppendPlainRun();
+        }
+    }
+}
+
+void CsvReader::ReadQuoted() {
+    const auto beganAt = nextLine_;
+    for (;;) {
+        if (Peek() == kEnd) {
+            Report("the quote that opens on line " + std::to_string(beganAt) + " is never closed");
+            return;
+        }
+        if (Peek() != '"') {
+            const auto* start = buffer_.data() + position_;
+            const auto* quote = static_cast<const char*>(std::memchr(start, '"', filled_ - position_));
+            const auto* end = quote ? quote : buffer_.data() + filled_;
+            for (const auto* at = start; at != end; ++at) nextLine_ += *at == '\n';
+            text_.append(start, end);
+            position_ += static_cast<std::size_t>(end - start);
+            continue;
+        }
+        Take();
+        if (Peek() != '"') break;
+        text_ += static_cast<char>(Take());
+    }
+    if (Peek() == ',' || AtLineEnd()) return;
+    if (Peek() != '\r') Report("text after a closing quote");
+    ReadPlain();
+}
+
+bool CsvReader::AtLineEnd() { return Peek() == '\n' || Peek() == kEnd; }
+
+void CsvReader::TakeLineEnd() {
+    if (Peek() == '\r') Take();
+    if (Peek() == '\n') Take();
+}
+
+void CsvReader::Report(const std::string& problem) {
+    if (problem_.empty()) problem_ = "field " + std::to_string(starts_.size()) + ": " + problem;
+}
+
+}  // namespace kpTables::kpbook::input

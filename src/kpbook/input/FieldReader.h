@@ -1,0 +1,20 @@
+// One field of a CSV file, read as a column's type.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "kpTables/Variant.h"
+
+namespace kpTables::kpbook::input {
+
+struct FieldValue {
+    Variant value;
+    std::string problem;  ///< why the text is no value of the type; empty when it is one
+};
+
+/// Reads a field's text (not empty) as a value of the column's type. Numbers are plain decimal, whole ones within their
+/// column's range, money with at most four decimals; flags are True, False, yes, no, -1, 1 or 0; texts are UTF-8.
+FieldValue ReadField(std::string_view text, VarType type);
+
+}  // namespace kpTables::kpbook::input

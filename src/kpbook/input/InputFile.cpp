@@ -1,0 +1,31 @@
+#include "kpbook/input/InputFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "kpbook/Exit.h"
+
+namespace kpTables::kpbook::input {
+
+InputFile::InputFile(const std::string& path)
+    : name_(path == "-" ? "standard input" : path),
+      descriptor_(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (descriptor_ < 0) throw CommandError(name_ + ": cannot be opened: " + std::strerror(errno));
+}
+
+InputFile::~InputFile() {
+    if (descriptor_ != STDIN_FILENO) ::close(descriptor_);
+}
+
+std::size_t InputFile::Read(char* buffer, std::size_t size) {
+    for (;;) {
+        const auto count = ::read(descriptor_, buffer, size);
+        if (count >= 0) return static_cast<std::size_t>(count);
+        if (errno != EINTR) throw CommandError(name_ + ": cannot be read: " + std::strerror(errno));
+    }
+}
+
+}  // namespace kpTables::kpbook::input

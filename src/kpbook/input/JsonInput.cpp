@@ -1,0 +1,203 @@
+#include "kpbook/input/JsonInput.h"
+
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "kpTables/Error.h"
+#include "kpTables/MemoryGrid.h"
+#include "kpbook/HostObjects.h"
+
+namespace kpTables::kpbook::input {
+
+namespace {
+
+[[noreturn]] void Refuse(const std::string& what) {
+    throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall), what);
+}
+
+Variant ReadCurrency(const Json& value) {
+    if (value.is_string()) return Currency::FromDecimalText(value.get_ref<const std::string&>());
+    if (value.is_number_integer()) return Currency::FromDecimalText(value.dump());
+    if (value.is_number()) return Currency::FromDouble(value.get<double>());
+    Refuse("\"currency\" takes a decimal text or a number, not " + Shown(value));
+}
+
+Variant ReadArray(const Json& value) {
+    if (!value.is_array()) Refuse("\"array\" takes a list, not " + Shown(value));
+    std::vector<Variant> items;
+    for (const auto& item : value) items.push_back(VariantOf(item));
+    return std::make_shared<VariantArray>(std::move(items));
+}
+
+Variant ReadRow(const Json& value) {
+    if (!value.is_object()) Refuse("\"row\" takes an object of columns and values, not " + Shown(value));
+    std::vector<std::pair<std::string, Variant>> row;
+    for (const auto& [column, cell] : value.items()) {
+        const Variant read = VariantOf(cell);
+        switch (read.Type()) {
+            case VarType::Object:
+            case VarType::Array:
+            case VarType::Missing:
+                Refuse("column \"" + column + "\" of a row cannot hold " + Shown(cell));
+            default:
+                row.emplace_back(column, read);
+        }
+    }
+    return std::make_shared<RowArgument>(row);
+}
+
+MemoryGrid::Column ReadGridColumn(const Json& value) {
+    if (!value.is_object()) Refuse("a grid's column takes an object, not " + Shown(value));
+    MemoryGrid::Column column;
+    for (const auto& [key, content] : value.items()) {
+        if (key == "key") {
+            column.key = TextOf(content, key);
+        } else if (key == "title") {
+            column.title = TextOf(content, key);
+        } else if (key == "hidden") {
+            if (!content.is_boolean()) Refuse("\"hidden\" takes true or false, not " + Shown(content));
+            column.hidden = content.get<bool>();
+        } else if (key == "width") {
+            if (!content.is_number()) Refuse("\"width\" takes a number, not " + Shown(content));
+            column.width = content.get<double>();
+        } else {
+            Refuse("unknown key \"" + key + "\" of a grid's column");
+        }
+    }
+    return column;
+}
+
+std::vector<Variant> ReadGridRow(const Json& value) {
+    if (!value.is_array()) Refuse("a grid's row takes a list, not " + Shown(value));
+    std::vector<Variant> cells;
+    for (const auto& cell : value) {
+        cells.push_back(VariantOf(cell));
+        const auto type = cells.back().Type();
+        if (type == VarType::Object || type == VarType::Array || type == VarType::Missing) {
+            Refuse("a grid's cell cannot hold " + Shown(cell));
+        }
+    }
+    return cells;
+}
+
+std::int32_t ReadFixedRows(const Json& value) {
+    constexpr std::int32_t kMost = 1000;
+    if (!value.is_number_integer() || value < 0 || value > kMost) {
+        Refuse("\"FixedRows\" takes a number from 0 to " + std::to_string(kMost) + ", not " + Shown(value));
+    }
+    return value.get<std::int32_t>();
+}
+
+const Json& ListOf(const Json& value, std::string_view key) {
+    if (!value.is_array()) Refuse("\"" + std::string(key) + "\" takes a list, not " + Shown(value));
+    return value;
+}
+
+Variant ReadGrid(const Json& value) {
+    if (!value.is_object()) Refuse("\"grid\" takes an object, not " + Shown(value));
+    for (const auto& [key, content] : value.items()) {
+        if (key != "FixedRows" && key != "cols" && key != "rows") Refuse("unknown key \"" + key + "\" of a grid");
+    }
+    auto grid = std::make_shared<MemoryGrid>(value.contains("FixedRows") ? ReadFixedRows(value["FixedRows"]) : 1);
+    if (value.contains("cols")) {
+        for (const auto& column : ListOf(value["cols"], "cols")) grid->AddColumn(ReadGridColumn(column));
+    }
+    if (value.contains("rows")) {
+        for (const auto& row : ListOf(value["rows"], "rows")) {
+            const auto cells = ReadGridRow(row);
+            if (cells.size() > static_cast<std::size_t>(grid->Cols())) {
+                Refuse("a grid's row has more cells than there are columns: " + Shown(row));
+            }
+            grid->AddRow(cells);
+        }
+    }
+    return grid;
+}
+
+/// The forms that are an object of one key.
+Variant ReadForm(const Json& value) {
+    if (value.size() != 1) Refuse("no such value form: " + Shown(value));
+    const std::string& form = value.begin().key();
+    const Json& content = value.begin().value();
+    if (form == "date") return DateOf(content, form);
+    if (form == "currency") return ReadCurrency(content);
+    if (form == "array") return ReadArray(content);
+    if (form == "row") return ReadRow(content);
+    if (form == "grid") return ReadGrid(content);
+    const bool isTrue = content.is_boolean() && content.get<bool>();
+    if (isTrue && form == "empty") return Variant();
+    if (isTrue && form == "missing") return Variant::Missing();
+    if (isTrue && form == "nothing") return nullptr;
+    if (isTrue && form == "progress") return std::make_shared<RecordingProgressBar>();
+    Refuse("no such value form: " + Shown(value));
+}
+
+}  // namespace
+
+Json ParseJson(std::string_view text) {
+    // Far more than any call needs, and far less than what would exhaust the stack.
+    constexpr int kDeepest = 100;
+    const auto checkDepth = [](int depth, Json::parse_event_t, Json&) {
+        if (depth > kDeepest) Refuse("values nested too deep");
+        return true;
+    };
+    try {
+        return Json::parse(text, checkDepth);
+    } catch (const Json::parse_error& error) {
+        // Its text begins with "[name] parse error at line 1, column 8: "; the line is known better here.
+        std::string reason = error.what();
+        const auto colon = reason.find(": ");
+        if (colon != reason.npos) reason = reason.substr(colon + 2);
+        Refuse("not JSON at column " + std::to_string(error.byte) + ": " + reason);
+    } catch (const Json::out_of_range&) {
+        Raise(ErrorNumber::Overflow, "a number beyond any Double");
+    }
+}
+
+const std::string& TextOf(const Json& value, std::string_view key) {
+    if (!value.is_string()) Refuse("\"" + std::string(key) + "\" takes a text, not " + Shown(value));
+    return value.get_ref<const std::string&>();
+}
+
+Date DateOf(const Json& value, std::string_view key) {
+    const auto date = Date::ParseIso(TextOf(value, key));
+    if (!date) Refuse("\"" + std::string(key) + "\": " + Shown(value) + " is no date (YYYY-MM-DD[THH:MM[:SS]])");
+    return *date;
+}
+
+std::string Shown(const Json& value) {
+    constexpr std::size_t kLongest = 80;
+    std::string text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    if (text.size() > kLongest) text = text.substr(0, kLongest) + "...";
+    return text;
+}
+
+Variant VariantOf(const Json& value) {
+    using LongLimits = std::numeric_limits<std::int32_t>;
+    switch (value.type()) {
+        case Json::value_t::null:
+            return Variant::Null();
+        case Json::value_t::boolean:
+            return value.get<bool>();
+        case Json::value_t::string:
+            return value.get_ref<const std::string&>();
+        case Json::value_t::number_float:
+            return value.get<double>();
+        case Json::value_t::number_unsigned:
+            if (value.get<std::uint64_t>() <= static_cast<std::uint64_t>(LongLimits::max())) {
+                return value.get<std::int32_t>();
+            }
+            return value.get<double>();
+        case Json::value_t::number_integer:
+            if (value.get<std::int64_t>() >= LongLimits::min()) return value.get<std::int32_t>();
+            return value.get<double>();
+        case Json::value_t::object:
+            return ReadForm(value);
+        default:
+            Refuse("no such value form: " + Shown(value) + "; a list is written {\"array\":[...]}");
+    }
+}
+
+Variant ReadJsonValue(std::string_view text) { return VariantOf(ParseJson(text)); }
+
+}  // namespace kpTables::kpbook::input

@@ -1,0 +1,46 @@
+// Sums below a column.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "kpTables/Recordset.h"
+
+namespace kpTables::kpbook::output {
+
+/// The sum of a column's values, Null left out. Currency is added exactly. A sum of Doubles keeps as many decimals as
+/// the longest of them has in fifteen digits, as when the figures are added up by hand: 0.1 and 0.2 make 0.3.
+class ColumnTotal {
+public:
+    /// A value that is no number raises error 13, a sum that does not fit error 6.
+    void Add(const Variant& value);
+    /// Currency for a column of Currency, otherwise a Double.
+    Variant Value() const;
+
+private:
+    Currency money_;
+    double number_ = 0;
+    double lost_ = 0;  ///< what rounding has cut off number_ so far
+    bool isMoney_ = true;
+    int decimals_ = 0;
+};
+
+/// The row of totals under a recordset: the sums of some columns and, in the first of the others, a label.
+class TotalsRow {
+public:
+    TotalsRow(const Recordset& recordset, const std::vector<int>& columns);
+
+    /// Counts the recordset's current row in.
+    void Add(const Recordset& recordset);
+    /// There is nothing to show without a column to sum, or without a row.
+    bool IsShown() const noexcept { return !columns_.empty() && hasRows_; }
+    std::string Cell(int column) const;
+
+private:
+    std::vector<int> columns_;
+    std::vector<ColumnTotal> totals_;
+    int labelled_;  ///< position of the label; -1 where every column is summed
+    bool hasRows_ = false;
+};
+
+}  // namespace kpTables::kpbook::output

@@ -1,0 +1,96 @@
+#include <algorithm>
+#include <vector>
+
+#include "kpbook/Utf8.h"
+#include "kpbook/output/CellText.h"
+#include "kpbook/output/ColumnTotal.h"
+#include "kpbook/output/Output.h"
+#include "kpbook/output/RowWriters.h"
+
+namespace kpTables::kpbook::output {
+
+namespace {
+
+struct Column {
+    std::string title;
+    std::size_t width = 0;
+    bool flushRight = false;
+};
+
+std::vector<Column> ColumnsOf(const Recordset& recordset) {
+    std::vector<Column> columns;
+    for (int i = 0; i < recordset.FieldCount(); ++i) {
+        const auto& field = recordset.FieldAt(i);
+        const std::string title = Printable(field.name);
+        columns.push_back({title, DisplayWidth(title), IsNumber(field.type)});
+    }
+    return columns;
+}
+
+/// One line; the last column is not padded, so that no line ends in blanks.
+class LineWriter {
+public:
+    LineWriter(const std::vector<Column>& columns, Output& output) : columns_(columns), output_(output) {}
+
+    void Cell(const std::string& text) {
+        const auto& column = columns_[next_++];
+        const auto padding = std::string(column.width - std::min(DisplayWidth(text), column.width), ' ');
+        const bool last = next_ == columns_.size();
+        line_ += column.flushRight ? padding + text : last ? text : text + padding;
+        if (!last) {
+            line_ += "  ";
+            return;
+        }
+        line_.resize(line_.find_last_not_of(' ') + 1);
+        line_ += '\n';
+        output_.Write(line_);
+        line_.clear();
+        next_ = 0;
+    }
+
+private:
+    const std::vector<Column>& columns_;
+    Output& output_;
+    std::string line_;
+    std::size_t next_ = 0;
+};
+
+}  // namespace
+
+std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<int>& totalled) {
+    auto columns = ColumnsOf(recordset);
+    TotalsRow totals(recordset, totalled);
+    const auto cell = [&](std::size_t column) {
+        return Printable(ShownText(recordset.GetValue(static_cast<int>(column))));
+    };
+    std::int64_t rows = 0;
+    for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            columns[i].width = std::max(columns[i].width, DisplayWidth(cell(i)));
+        }
+        totals.Add(recordset);
+    }
+    const auto total = [&](std::size_t column) {
+        return totals.IsShown() ? totals.Cell(static_cast<int>(column)) : std::string();
+    };
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        columns[i].width = std::max(columns[i].width, DisplayWidth(total(i)));
+    }
+    LineWriter line(columns, output);
+    for (const auto& column : columns) line.Cell(column.title);
+    const auto rule = [&] {
+        for (const auto& column : columns) line.Cell(std::string(column.width, '-'));
+    };
+    rule();
+    if (rows > 0) recordset.MoveFirst();
+    for (; !recordset.Eof(); recordset.MoveNext()) {
+        for (std::size_t i = 0; i < columns.size(); ++i) line.Cell(cell(i));
+    }
+    if (totals.IsShown()) {
+        rule();
+        for (std::size_t i = 0; i < columns.size(); ++i) line.Cell(total(i));
+    }
+    return rows;
+}
+
+}  // namespace kpTables::kpbook::output

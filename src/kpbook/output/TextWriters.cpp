@@ -1,0 +1,99 @@
+#include "kpbook/Utf8.h"
+#include "kpbook/output/CellText.h"
+#include "kpbook/output/ColumnTotal.h"
+#include "kpbook/output/JsonText.h"
+#include "kpbook/output/Output.h"
+#include "kpbook/output/RowWriters.h"
+
+namespace kpTables::kpbook::output {
+
+namespace {
+
+std::string CsvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == text.npos) return text;
+    std::string quoted = "\"";
+    for (const char character : text) {
+        if (character == '"') quoted += '"';
+        quoted += character;
+    }
+    return quoted + '"';
+}
+
+std::string MarkdownCell(const std::string& text) {
+    std::string escaped;
+    for (const char character : ReplaceInvalidUtf8(text)) {
+        if (character == '\n') {
+            escaped += "<br>";
+        } else if (character != '\r') {
+            if (character == '|' || character == '\\') escaped += '\\';
+            escaped += character;
+        }
+    }
+    return escaped;
+}
+
+/// A line for the titles, one for each row and one for the totals, made of what text makes of each.
+template <class LineOf>
+std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<int>& totalled,
+                        std::string (*textOf)(const Variant&), LineOf lineOf) {
+    const int count = recordset.FieldCount();
+    TotalsRow totals(recordset, totalled);
+    const auto line = [&](auto textAt) {
+        std::string text;
+        for (int i = 0; i < count; ++i) text += lineOf(textAt(i), i, i + 1 == count);
+        output.Write(text);
+    };
+    line([&](int i) { return recordset.FieldAt(i).name; });
+    std::int64_t rows = 0;
+    for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
+        line([&](int i) { return textOf(recordset.GetValue(i)); });
+        totals.Add(recordset);
+    }
+    if (totals.IsShown()) line([&](int i) { return totals.Cell(i); });
+    return rows;
+}
+
+}  // namespace
+
+std::int64_t WriteCsv(Recordset& recordset, Output& output) {
+    // An empty field alone on its line would read as no row at all.
+    const bool single = recordset.FieldCount() == 1;
+    return WriteLines(recordset, output, {}, CellText, [single](const std::string& text, int, bool last) {
+        return (single && text.empty() ? "\"\"" : CsvField(text)) + (last ? '\n' : ',');
+    });
+}
+
+std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const std::vector<int>& totalled) {
+    std::string rule = "|";
+    for (int i = 0; i < recordset.FieldCount(); ++i) {
+        rule += IsNumber(recordset.FieldAt(i).type) ? " ---: |" : " --- |";
+    }
+    rule += '\n';
+    bool isTitle = true;
+    return WriteLines(recordset, output, totalled, ShownText, [&](const std::string& text, int column, bool last) {
+        std::string cell = (column == 0 ? "| " : " ") + MarkdownCell(text) + " |";
+        if (last) {
+            cell += '\n';
+            if (isTitle) cell += rule;
+            isTitle = false;
+        }
+        return cell;
+    });
+}
+
+std::int64_t WriteJson(Recordset& recordset, Output& output) {
+    std::string text = "{\"columns\":";
+    AppendJsonColumns(text, recordset);
+    text += ",\"rows\":[";
+    std::int64_t rows = 0;
+    for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
+        text += rows > 0 ? ",\n" : "\n";
+        AppendJsonRow(text, recordset);
+        output.Write(text);
+        text.clear();
+    }
+    output.Write(text + "\n]}\n");
+    return rows;
+}
+
+}  // namespace kpTables::kpbook::output

@@ -1,0 +1,124 @@
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+
+#include "kpbook/Exit.h"
+#include "kpbook/Utf8.h"
+#include "kpbook/output/CellText.h"
+#include "kpbook/output/RowWriters.h"
+#include "kpbook/output/SheetLibrary.h"
+
+namespace kpTables::kpbook::output {
+
+namespace {
+
+struct Formats {
+    lxw_format* title;
+    lxw_format* money;
+    lxw_format* date;
+    lxw_format* dateTime;
+};
+
+lxw_format* NumberFormat(lxw_workbook* workbook, const char* pattern) {
+    lxw_format* format = Sheets().addFormat(workbook);
+    Sheets().setNumberFormat(format, pattern);
+    return format;
+}
+
+Formats AddFormats(lxw_workbook* workbook) {
+    const Formats formats{Sheets().addFormat(workbook), NumberFormat(workbook, "0.0000"),
+                          NumberFormat(workbook, "yyyy-mm-dd"), NumberFormat(workbook, "yyyy-mm-dd hh:mm:ss")};
+    Sheets().setBold(formats.title);
+    return formats;
+}
+
+/// For a workbook that is given up; one that is closed frees itself.
+struct FreeWorkbook {
+    void operator()(lxw_workbook* workbook) const noexcept { Sheets().freeWorkbook(workbook); }
+};
+
+/// Day 61 is 1900-03-01; before it the sheet's calendar has a day too many.
+constexpr double kFirstSheetDay = 61;
+/// Amounts up to here, in ten-thousandths, have at most 15 digits, which a sheet's numbers keep.
+constexpr std::int64_t kLargestSheetMoney = 999'999'999'999'999;
+
+lxw_error WriteText(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const std::string& text,
+                    lxw_format* format) {
+    return Sheets().writeString(sheet, row, column, ReplaceInvalidUtf8(text).c_str(), format);
+}
+
+lxw_error WriteCell(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const Variant& value,
+                    const Formats& formats) {
+    switch (value.Type()) {
+        case VarType::Empty:
+        case VarType::Null:
+            return LXW_NO_ERROR;
+        case VarType::Boolean:
+            return Sheets().writeBoolean(sheet, row, column, *value.If<bool>(), nullptr);
+        case VarType::Integer:
+            return Sheets().writeNumber(sheet, row, column, *value.If<std::int16_t>(), nullptr);
+        case VarType::Long:
+            return Sheets().writeNumber(sheet, row, column, *value.If<std::int32_t>(), nullptr);
+        case VarType::Double:
+            if (!std::isfinite(*value.If<double>())) break;
+            return Sheets().writeNumber(sheet, row, column, *value.If<double>(), nullptr);
+        case VarType::Currency:
+            if (std::llabs(value.If<Currency>()->Scaled()) <= kLargestSheetMoney) {
+                return Sheets().writeNumber(sheet, row, column, value.If<Currency>()->ToDouble(), formats.money);
+            }
+            break;
+        case VarType::Date:
+            if (const Date date = *value.If<Date>(); date.Serial() >= kFirstSheetDay) {
+                return Sheets().writeNumber(sheet, row, column, date.Serial(),
+                                            date.HasTime() ? formats.dateTime : formats.date);
+            }
+            break;
+        default:
+            break;
+    }
+    return WriteText(sheet, row, column, CellText(value), nullptr);
+}
+
+void Check(lxw_error error, const std::string& path) {
+    if (error != LXW_NO_ERROR) throw CommandError(path + ": cannot be written: " + Sheets().errorText(error));
+}
+
+std::int64_t WriteSheet(lxw_worksheet* sheet, Recordset& recordset, const Formats& formats, const std::string& path) {
+    const auto count = static_cast<lxw_col_t>(recordset.FieldCount());
+    for (lxw_col_t i = 0; i < count; ++i) {
+        Check(WriteText(sheet, 0, i, recordset.FieldAt(i).name, formats.title), path);
+    }
+    lxw_row_t rows = 0;
+    for (; !recordset.Eof(); recordset.MoveNext()) {
+        ++rows;
+        for (lxw_col_t i = 0; i < count; ++i) Check(WriteCell(sheet, rows, i, recordset.GetValue(i), formats), path);
+    }
+    return rows;
+}
+
+}  // namespace
+
+std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& path) {
+    lxw_workbook_options options{};
+    options.constant_memory = LXW_TRUE;
+    const auto openFailed = [&] { return CommandError(path + ": cannot be written"); };
+    std::unique_ptr<lxw_workbook, FreeWorkbook> workbook(Sheets().newWorkbook(path.c_str(), &options));
+    if (!workbook) throw openFailed();
+    const Formats formats = AddFormats(workbook.get());
+    std::int64_t rows = 0;
+    for (const Section& section : sections) {
+        const char* title = section.title.empty() ? nullptr : section.title.c_str();
+        lxw_worksheet* const sheet = Sheets().addSheet(workbook.get(), title);
+        if (!sheet) throw openFailed();
+        rows += WriteSheet(sheet, *section.rows, formats, path);
+    }
+    Check(Sheets().closeWorkbook(workbook.release()), path);
+    return rows;
+}
+
+std::int64_t WriteXlsx(Recordset& recordset, const std::string& path) {
+    // An untitled section that does not own its rows.
+    return WriteXlsx({{"", RecordsetPtr(RecordsetPtr(), &recordset)}}, path);
+}
+
+}  // namespace kpTables::kpbook::output
