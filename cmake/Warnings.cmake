@@ -1,6 +1,6 @@
 # Flags that every target of this project is built with: link kpTablesFlags privately.
 add_library(kpTablesFlags INTERFACE)
-target_compile_options(kpTablesFlags INTERFACE -Wall -Wextra -Wpedantic -Werror)
+target_compile_options(kpTablesFlags INTERFACE -Wall -Wextra -Wpedantic $<$<BOOL:${KPTABLES_WERROR}>:-Werror>)
 # g++ 12 takes the optimized code of "text" + std::string for an overlapping copy, in the standard library's own header.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(kpTablesFlags INTERFACE -Wno-restrict)
