@@ -1,4 +1,4 @@
-// Whatever is read must print and read again as the same text; everything else must be an SqlError.
+// Every statement that is read must print, and read again as the same text; any other text must raise an SqlError.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const kpTables::sql::SqlError&) {
         return 0;
     }
+    // What was printed must be read: an SqlError here ends the fuzzer, too.
     if (Print(*kpTables::sql::Parse(printed)) != printed) std::abort();
     return 0;
 }

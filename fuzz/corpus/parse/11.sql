@@ -1,0 +1,1 @@
+Update T Set a=1

@@ -1,0 +1,1 @@
+Drop Index i On T

@@ -1,0 +1,1 @@
+Update T Set c=c+c2

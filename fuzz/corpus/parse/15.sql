@@ -1,0 +1,1 @@
+Select Sum(a) From T

@@ -1,0 +1,1 @@
+Select 1.5e-3 From T

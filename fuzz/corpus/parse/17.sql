@@ -1,0 +1,1 @@
+Select [Order] From T

@@ -1,0 +1,1 @@
+Select Not a=b From T

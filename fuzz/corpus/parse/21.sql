@@ -1,0 +1,1 @@
+Create Table T (a LONG)

@@ -1,0 +1,1 @@
+Select @@identity From T

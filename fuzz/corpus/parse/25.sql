@@ -1,0 +1,1 @@
+Select [And姓名] From T

@@ -1,0 +1,1 @@
+Select Cast(a As int) From T

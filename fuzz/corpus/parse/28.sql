@@ -1,0 +1,1 @@
+Select CAST(a AS TEXT) From T

@@ -1,0 +1,1 @@
+Select (decimal <1E5>) From T

@@ -1,0 +1,1 @@
+Create Unique Index i On T (a)

@@ -1,0 +1,1 @@
+Select Count(DISTINCT a) From T

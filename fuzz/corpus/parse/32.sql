@@ -1,0 +1,1 @@
+Select Exists (Select 1) From T

@@ -1,0 +1,1 @@
+Select a Not Like '%''%' From T

@@ -1,0 +1,1 @@
+Delete From 操作员 Where ID=5

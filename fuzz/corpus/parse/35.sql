@@ -1,0 +1,1 @@
+Select a IN (SELECT b FROM T) From T

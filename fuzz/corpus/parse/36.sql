@@ -1,0 +1,1 @@
+Insert Into T (a,[b c]) Values (1,2)

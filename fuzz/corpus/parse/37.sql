@@ -1,0 +1,1 @@
+Select a Between 1 And 2 And b From T

@@ -1,0 +1,1 @@
+Select a In ((Select b From T),2) From T

@@ -1,0 +1,1 @@
+Select a＝b And a>＝b And a<＝b From T

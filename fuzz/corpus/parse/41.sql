@@ -1,0 +1,1 @@
+Update 操作员 Set 密码='' Where ID=5

@@ -1,0 +1,1 @@
+Select ((Select Max(a) From T)+1)*2 From T

@@ -1,0 +1,1 @@
+Insert Into T Values (True,1,Null,2,False)

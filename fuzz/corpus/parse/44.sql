@@ -1,0 +1,1 @@
+Select CASE [When] WHEN 1 THEN 2 END From T

@@ -1,0 +1,1 @@
+Select * From 操作员 Where姓名='王芳'

@@ -1,0 +1,1 @@
+Select CASE a WHEN 1 THEN b ELSE 0 END From T

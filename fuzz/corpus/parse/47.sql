@@ -1,0 +1,1 @@
+Select Top -2 * From Log Order by logDate DESC

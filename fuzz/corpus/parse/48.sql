@@ -1,0 +1,1 @@
+CREATE INDEX TableFlag ON Header ([Table], Flag)

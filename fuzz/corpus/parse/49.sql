@@ -1,0 +1,1 @@
+CREATE INDEX ListID ON 销售汇总记录 (ListID)

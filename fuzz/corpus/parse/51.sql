@@ -1,0 +1,3 @@
+CREATE TABLE 销售汇总记录 (
+    ListID LONG
+)

@@ -1,0 +1,1 @@
+CREATE INDEX pdID ON 仓库余额表 (pdID, dpID, 月份)

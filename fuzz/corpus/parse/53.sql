@@ -1,0 +1,1 @@
+Select billID From 入库记录 Where True  And 包装'箱'

@@ -1,0 +1,1 @@
+Select Top 66.6666666666667 * From Log Order by logDate DESC

@@ -1,0 +1,1 @@
+Select Top 2 年份 From 仓库余额表 Order by 年份 DESC

@@ -1,0 +1,1 @@
+Select * From 仓库设置 Where 仓库名称='一号'仓库'

@@ -1,0 +1,1 @@
+Create Table T (a COUNTER(1,1),b TEXT(50) DEFAULT 'x',c CHAR(3))

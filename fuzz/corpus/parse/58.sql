@@ -1,0 +1,1 @@
+Select Case When a>1 Then 'x' When a Is Null Then 'y' End From T

@@ -1,0 +1,1 @@
+Insert into 仓库余额表 (年份,月份,pdID,dpID) Values (,3,5,2)

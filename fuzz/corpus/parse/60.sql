@@ -1,0 +1,1 @@
+TRANSFORM Sum(c) SELECT l FROM T GROUP BY l PIVOT c2 IN (2.5, 1, Null)

@@ -1,0 +1,1 @@
+Update 入库目录 Set 审核员='王芳',审核日期=## Where BillID=5

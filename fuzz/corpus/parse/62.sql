@@ -1,0 +1,1 @@
+Select * From 商品设置 Where pdID in () Order by ClassCode,商品编号

@@ -1,0 +1,4 @@
+CREATE TABLE 系统选项 (
+    Item TEXT(255) PRIMARY KEY,
+    Discription MEMO
+)

@@ -1,0 +1,1 @@
+Update 入库目录 Set 审核员='王芳',Lst.审核日期=#2004-3-7# Where BillID=-5

@@ -1,0 +1,1 @@
+Select LCase(t), Left(t,1), Log(d), Mid(t,1), Minute(at), Month(at), Now(), Right(t,1), Second(at) From T

@@ -1,0 +1,1 @@
+Select Lst.BillID FROM 派遣目录 AS Lst Where (( Lst.司机='周勇'Sum(Rec.数量)>=5))ORDER BY Lst.年份

@@ -1,0 +1,1 @@
+Select * From 销售汇总记录 Where ListID in (Select ID As ListID From 销售汇总目录 Where 月份=2 And dpID=3)

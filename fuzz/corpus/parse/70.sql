@@ -1,0 +1,7 @@
+CREATE TABLE 成本记录 (
+    CostID LONG,
+    pdID LONG,
+    单价 CURRENCY DEFAULT 0,
+    数量 DOUBLE DEFAULT 0,
+    金额 CURRENCY DEFAULT 0
+)

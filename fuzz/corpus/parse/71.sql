@@ -1,0 +1,1 @@
+SELECT Rec.pdID, Avg(Rec.单价) AS 单价, Sum(Rec.数量) AS 数量, Sum(Rec.金额) AS 金额 FROM 成本记录 As Rec INNER JOIN 成本目录 As Lst ON Rec.CostID = Lst.CostID  GROUP BY Rec.pdID 

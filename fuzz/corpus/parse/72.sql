@@ -1,0 +1,1 @@
+Select 成本目录.*,成本目录.CostID as CostID,成本记录.* from 成本目录,成本记录 Where 成本目录.costid=成本记录.costid  And 成本记录.pdID=5 Order by 月份,成本目录.costID

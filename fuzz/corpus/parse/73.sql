@@ -1,0 +1,1 @@
+Select * From 商品设置 Where pdID in (Select pdID From 成本记录 Where CostID in (Select CostID From 成本目录 Where True  And (月份>=1 And 月份<=3) And dpID=2)) Order by ClassCode,商品编号

@@ -1,0 +1,1 @@
+Select Count(单据类型) As 单据计数 FROM 入库目录 Where billID in (Select billID From 入库记录 Where True )  And CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)>=CAST('2004-3-7' AS DATETIME) 

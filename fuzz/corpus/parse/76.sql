@@ -1,0 +1,1 @@
+SELECT Lst.BillID As BillID, Lst.*, Rec.*, Dp.仓库名称, Ks.企业名称 FROM ((入库记录 AS Rec INNER JOIN 入库目录 AS Lst ON Rec.BillID = Lst.BillID) INNER JOIN 仓库设置 AS Dp ON Rec.dpID = Dp.dpID) LEFT JOIN 厂商资料 AS Ks ON Lst.ksID = Ks.KSID  Order by Lst.年份,Lst.月份,Lst.日子,Lst.单据类型,Lst.单据编号 

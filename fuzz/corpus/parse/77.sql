@@ -1,0 +1,1 @@
+SELECT Distinct CDATE([list1].年份 & '-' &  [list1].月份 & '-' & [list1].日子) AS 日期 FROM 入库目录 as list1  ORDER BY CDATE([list1].年份 & '-' &  [list1].月份 & '-' & [list1].日子) UNION (SELECT Distinct CDATE([list2].年份 & '-' &  [list2].月份 & '-' & [list2].日子) AS 日期 FROM 出库目录 AS list2 ORDER BY CDATE([list2].年份 & '-' &  [list2].月份 & '-' & [list2].日子))

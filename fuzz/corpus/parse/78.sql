@@ -1,0 +1,20 @@
+CREATE TABLE 出库目录 (
+    BillID COUNTER PRIMARY KEY,
+    年份 SHORT,
+    月份 SHORT,
+    日子 SHORT,
+    单据类型 TEXT(255),
+    类型 TEXT(255),
+    单据编号 TEXT(255),
+    编号 TEXT(255),
+    BillType TEXT(255),
+    dpID LONG,
+    ksID LONG DEFAULT 0,
+    pjID LONG DEFAULT 0,
+    录入员 TEXT(255),
+    录入日期 DATETIME,
+    审核员 TEXT(255),
+    审核日期 DATETIME,
+    说明 TEXT(255),
+    项目ID LONG AS (pjID)
+)
