@@ -1,4 +1,4 @@
-// The rows that the component answers and those of a statement, boiled down alike.
+// Digests of the component's rows and of a statement's, computed in the same way.
 #pragma once
 
 #include <string_view>
@@ -9,8 +9,8 @@
 
 namespace kpTables::bench {
 
-/// What each column is, a letter each: k a key or a text, d a date, q a number, m money, which a book counts in
-/// ten-thousandths. Throws where there are more or fewer columns.
+/// kinds has a letter for each column: k for a key or a text, d for a date, q for a number, m for money, which a book
+/// stores in ten-thousandths. Throws when the number of columns differs.
 using ColumnKinds = std::string_view;
 
 std::vector<double> DigestOf(Recordset& rows, ColumnKinds kinds, bool ordered);

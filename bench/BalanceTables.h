@@ -1,12 +1,12 @@
-// The balance tables of two books beside each other.
+// Compares the balance tables of two books.
 #pragma once
 
 #include <filesystem>
 
 namespace kpTables::bench {
 
-/// Compares every figure of every row, in a process of its own. Answers the number of rows, or -1 after having said
-/// what differs.
+/// Compares every figure of every row, in a separate process. Returns the number of rows, or prints the difference and
+/// returns -1.
 double CompareBalances(const std::filesystem::path& left, const std::filesystem::path& right);
 
 }  // namespace kpTables::bench

@@ -87,7 +87,7 @@ void AddLines(Connection& book, std::int32_t billId, const NewBill& bill) {
     lines->Close();
 }
 
-/// Enters all bills between begin and commit; answers the microseconds of one.
+/// Enters all bills between begin and commit; returns the microseconds per bill.
 template <class Begin, class Enter, class Commit>
 double Microseconds(const std::vector<NewBill>& bills, int billsOfTransaction, Begin begin, Enter enter,
                     Commit commit) {
@@ -101,7 +101,7 @@ double Microseconds(const std::vector<NewBill>& bills, int billsOfTransaction, B
     return watch.Seconds() * kMicroseconds / static_cast<double>(bills.size());
 }
 
-/// The book's statements, kept for all its bills.
+/// The book's statements, prepared once for all bills.
 class HandEntry {
 public:
     explicit HandEntry(const RawDatabase& database)

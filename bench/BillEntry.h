@@ -1,4 +1,4 @@
-// Inbound bills entered into a book, as a host enters them and by hand.
+// Enters inbound bills into a book, as a host does and by hand.
 #pragma once
 
 #include <cstdint>
@@ -29,18 +29,19 @@ struct NewBill {
     std::vector<NewLine> lines;
 };
 
-/// Bills of ten lines of the month after the book's last, day by day, with any of its products. Every series has bills
-/// of its own.
+/// Bills of ten lines in the month after the book's last, day by day, spread over its products. Every series has
+/// different bills.
 std::vector<NewBill> NewBills(const BookSize& size, int series, int count);
 
 struct Entered {
-    double microseconds;  ///< a bill
-    double pages;         ///< a bill, written to the log
+    double microseconds;  ///< per bill
+    double pages;         ///< per bill, written to the log
 };
 
-/// With editable recordsets: one for the header, one for its lines. So many bills share a transaction.
+/// Enters bills with editable recordsets, one for the header and one for its lines; billsOfTransaction bills share a
+/// transaction.
 double EnterByRecordsets(const std::string& path, const std::vector<NewBill>& bills, int billsOfTransaction);
-/// With two statements that are prepared once.
+/// Enters bills with two statements that are prepared once.
 Entered EnterByHand(const std::string& path, const std::vector<NewBill>& bills, int billsOfTransaction);
 
 }  // namespace kpTables::bench

@@ -5,7 +5,7 @@
 
 namespace kpTables::bench {
 
-/// A fresh copy that is on the disk already, so that no run pays for writing it.
+/// A fresh copy that is already flushed to disk, so that no run pays for writing it.
 void CopyBook(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace kpTables::bench

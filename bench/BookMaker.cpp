@@ -24,7 +24,7 @@ std::uint64_t Mix(std::uint64_t value) {
     return value ^ (value >> 31);
 }
 
-/// The indexes are made anew when the rows are in: faster than keeping them up to date row by row.
+/// The indexes are rebuilt after all rows are inserted: faster than updating them row by row.
 std::vector<std::string> DropIndexes(const RawDatabase& database) {
     std::vector<std::string> made;
     std::vector<std::string> names;
@@ -72,7 +72,7 @@ void FillMasterData(const RawDatabase& database, const BookSize& size) {
         product.Bind(5, static_cast<double>(id % 1000) / 8).Bind(6, names.barCode.c_str());
         product.Bind(7, names.shortCode.c_str()).Bind(8, 1 + id % kPartners).Run();
     }
-    // With a blank behind each text, as settings are stored.
+    // With a blank after each text, as settings are stored.
     RawStatement option = database.Prepare("INSERT INTO 系统选项 (Item, Discription) VALUES (?, ?)");
     for (std::int64_t id = 1; id <= kOptions; ++id) {
         const std::string item = NameOfOption(id) + " ";
@@ -153,7 +153,7 @@ void Make(const std::string& path, const BookSize& size) {
     std::filesystem::remove(path);
     SqliteConnection::Create(path);
     const RawDatabase database(path);
-    // Nothing to protect: a book that is not finished is made anew.
+    // No journal is needed: an unfinished book is made anew.
     database.Run("PRAGMA journal_mode = OFF");
     database.Run("PRAGMA synchronous = OFF");
     database.Run("PRAGMA cache_size = -262144");

@@ -26,10 +26,10 @@ namespace kpTables::bench {
 namespace {
 
 constexpr std::size_t kCalls = 20'000;
-/// A series of calls that take long ends earlier.
+/// A series of long calls ends earlier.
 constexpr double kSeconds = 1;
 
-/// What is asked for, made before the clock runs. One in twenty does not exist.
+/// The arguments of the calls, made before the clock starts. One in twenty does not exist.
 struct Arguments {
     explicit Arguments(const BookSize& size);
 
@@ -42,7 +42,7 @@ struct Arguments {
     std::vector<std::string> options;
 };
 
-/// A number from 1 to count, or sometimes one that is not in the book, in an order that no cache profits from.
+/// A number from 1 to count, or sometimes one that is not in the book, in an order that no cache benefits from.
 std::int64_t Scattered(std::size_t call, std::int64_t count) {
     constexpr std::size_t kMultiplier = 0x9E3779B97F4A7C15ULL;
     constexpr int kShift = 33;
@@ -66,7 +66,7 @@ Arguments::Arguments(const BookSize& size) : month(static_cast<std::int16_t>(siz
     }
 }
 
-/// Nanoseconds of a call in a series with other arguments each time or with the first ones every time.
+/// Nanoseconds per call in a series, with changing arguments or always with the first ones.
 template <class Side, class Ask>
 double Nanoseconds(Side& side, const Ask& ask, bool varied) {
     constexpr std::size_t kBetweenLooks = 16;
@@ -96,7 +96,7 @@ public:
     explicit ComponentLookups(const std::string& path) { Cnn(SqliteConnection::Open(path)); }
 };
 
-/// Calls that were answered alike; throws where the answers differ, or where they are all the same and so say nothing.
+/// The number of calls with equal answers; throws when answers differ, or when all are the same and so prove nothing.
 template <class Rival, class Ask>
 double Compare(const std::string& path, const Ask& ask) {
     ComponentLookups component(path);
@@ -121,7 +121,7 @@ double Compare(const std::string& path, const Ask& ask) {
 using SqliteCppLookups = ComposedLookups<SqliteCppDatabase>;
 using SociLookups = ComposedLookups<SociDatabase>;
 
-/// Throws where a user of the wrapper would send other texts than the component.
+/// Throws when the wrapper's side sends other texts than the component.
 template <class Rival, class Ask>
 void CompareTexts(const std::string& path, const Ask& ask) {
     std::vector<std::string> sent;

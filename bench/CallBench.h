@@ -1,11 +1,11 @@
-// Calls that give one answer beside statements prepared once over SQLite's C API, and beside wrappers around it.
+// Compares calls with a single answer with statements prepared once through SQLite's C API, and with wrappers of it.
 #pragma once
 
 #include "Setting.h"
 
 namespace kpTables::bench {
 
-/// Measures a call, with other arguments each time and with the same ones; false when answers or texts differ.
+/// Measures calls with changing and with constant arguments; false when answers or texts differ.
 bool BenchCalls(const Setting& setting);
 
 }  // namespace kpTables::bench

@@ -1,4 +1,4 @@
-// Measures in a process of its own, so that one run's memory does not count for the next one's.
+// Measures in a separate process, so that the memory of one run does not count in the next.
 #pragma once
 
 #include <chrono>
@@ -8,7 +8,7 @@
 namespace kpTables::bench {
 
 struct Measured {
-    std::vector<double> figures;  ///< what the work answered
+    std::vector<double> figures;  ///< the result of the work
     double peakMebibytes = 0;     ///< largest resident set of the process
 };
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kByHand = "set-based SQL by hand";
 
-/// The exponent of the power of the lines that the seconds grow with: the slope of the line through their logarithms.
+/// The exponent with which the seconds grow with the lines: the slope of the line through their logarithms.
 double Exponent(const std::vector<double>& lines, const std::vector<double>& seconds) {
     const auto count = static_cast<double>(lines.size());
     double sumX = 0;
@@ -33,7 +33,7 @@ double Exponent(const std::vector<double>& lines, const std::vector<double>& sec
     return (count * sumXY - sumX * sumY) / (count * sumXX - sumX * sumX);
 }
 
-/// One exponent a run.
+/// One exponent per run.
 std::vector<double> Exponents(const std::vector<double>& lines, const std::vector<std::vector<double>>& seconds) {
     std::vector<double> exponents;
     for (std::size_t run = 0; run < seconds.front().size(); ++run) {
@@ -46,7 +46,7 @@ std::vector<double> Exponents(const std::vector<double>& lines, const std::vecto
     return exponents;
 }
 
-/// A year of ten warehouses: a hundred lines a direction for each product, so that all tables grow alike.
+/// A year of ten warehouses: a hundred lines per direction for each product, so that all tables grow together.
 BookSize YearSize(std::int64_t lines) {
     constexpr std::int64_t kLinesOfAProduct = 100;
     return {lines, std::max<std::int64_t>(1, lines / kLinesOfAProduct), 10, 12, 1};
@@ -71,7 +71,7 @@ bool BenchClosing(const Setting& setting) {
 }
 
 bool BenchYear(const Setting& all) {
-    // A year takes as long as dozens of the other runs.
+    // A year takes as long as dozens of other runs.
     constexpr int kMostRuns = 3;
     Setting setting = all;
     setting.runs = std::min(all.runs, kMostRuns);

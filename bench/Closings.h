@@ -16,19 +16,19 @@ struct Months {
     int depots;
 };
 
-/// What the runs of both took.
+/// The measurements of both sides' runs.
 struct ClosingRuns {
     std::vector<double> component;       ///< seconds
     std::vector<double> hand;            ///< seconds
     std::vector<double> componentPeaks;  ///< MiB
     std::vector<double> handPeaks;       ///< MiB
-    double rows = 0;                     ///< of balances that agree; -1 when they do not
+    double rows = 0;                     ///< number of balance rows when they agree; otherwise -1
 };
 
-/// Closes copies of a book in turns.
+/// Closes copies of a book, both sides in turn.
 ClosingRuns RunClosings(const Setting& setting, const std::filesystem::path& book, const Months& months);
 
-/// Prints the runs and whether the balances agree; answers the latter.
+/// Prints the runs; returns whether the balances agree.
 bool PrintClosings(const Setting& setting, const ClosingRuns& runs);
 
 }  // namespace kpTables::bench

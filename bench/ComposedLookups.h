@@ -1,4 +1,4 @@
-// Single answers as a user of a wrapper around SQLite gets them who composes the texts that the component composes.
+// Single answers through a wrapper around SQLite, with the texts that the component composes.
 #pragma once
 
 #include <cmath>
@@ -13,13 +13,13 @@
 
 namespace kpTables::bench {
 
-/// Answers like the members of CTables of the same names; Get商品资料 for the attributes of HandLookups alone.
+/// The same answers as the members of CTables of the same names; Get商品资料 only for the attributes of HandLookups.
 template <class Database>
 class ComposedLookups {
 public:
     explicit ComposedLookups(const std::string& path) : database_(path) { database_.Run("PRAGMA cache_size = -16384"); }
 
-    /// Every text from now on is also added to texts.
+    /// From now on every text is also added to texts.
     void Record(std::vector<std::string>& texts) { recorded_ = &texts; }
 
     std::string Get仓库名称(std::int32_t dpID) {

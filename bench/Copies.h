@@ -1,4 +1,4 @@
-// Rows of a statement copied as plainly as they can be kept.
+// Copies a statement's rows in the plainest possible form.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@ struct sqlite3_stmt;
 
 namespace kpTables::bench {
 
-/// Every value of every row, one behind the other.
+/// All values of all rows, one after the other.
 class Copies {
 public:
     void Add(sqlite3_stmt* row, int column);

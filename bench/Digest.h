@@ -1,4 +1,4 @@
-// Boils rows down to a few figures, in which any two different results differ.
+// Condenses rows to a few figures that differ when the rows do.
 #pragma once
 
 #include <cstddef>
@@ -8,10 +8,10 @@
 
 namespace kpTables::bench {
 
-/// A row's keys and its place decide how much its figures weigh, so that rows that have changed figures or places show.
+/// A row's figures are weighted by its keys and its place, so that exchanged figures or rows change the result.
 class Digest {
 public:
-    /// Whether the rows have an order of their own.
+    /// Whether the order of the rows is defined.
     explicit Digest(bool ordered) : ordered_(ordered) {}
 
     // A row's cells, in order.
@@ -20,7 +20,7 @@ public:
     void Null();
     void EndRow();
 
-    /// The number of rows, the sum of their weights, the weighed sum of each figure.
+    /// The number of rows, the sum of their weights, the weighted sum of each figure.
     std::vector<double> Figures() const;
     double Rows() const noexcept { return rows_; }
 
@@ -35,7 +35,7 @@ private:
     double weights_ = 0;
 };
 
-/// True when all figures agree but for the rounding of doubles.
+/// True when all figures agree except for the rounding of doubles.
 bool SameFigures(const std::vector<double>& left, const std::vector<double>& right);
 
 }  // namespace kpTables::bench

@@ -21,8 +21,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Bills that share a transaction, and how many are entered a run. Waiting for the disk takes most of the time of one
-/// that is alone.
+/// How many bills share a transaction, and how many are entered per run. A bill in its own transaction mostly waits for
+/// the disk.
 struct EntryCase {
     int billsOfTransaction;
     int bills;
@@ -30,11 +30,11 @@ struct EntryCase {
 constexpr EntryCase kAlone{1, 300};
 constexpr EntryCase kTogether{100, 1'000};
 
-/// The books that the same bills are entered into.
+/// The books into which the same bills are entered.
 struct Books {
     std::string ours;
     std::string hand;
-    std::string bare;  ///< with the keys alone
+    std::string bare;  ///< without indexes except the keys
 };
 
 std::vector<std::string> IndexesOfBills(const std::string& path) {
@@ -54,7 +54,7 @@ void CopyWithout(const std::string& book, const std::string& copy, const std::ve
     for (const std::string& name : indexes) database.Run("DROP INDEX \"" + name + "\"");
 }
 
-/// What was entered, in the order of entry.
+/// The entered rows, in the order of entry.
 std::vector<double> DigestOfEntered(const std::string& path, std::int64_t lastBill) {
     const auto digest = [&](const char* table, const char* kinds) {
         return InChild([&] {
@@ -125,8 +125,8 @@ void EnterInTurns(const Setting& setting, const Books& books, const EntryCase& e
     setting.results->Add({work, "the same without the indexes", "us", 1, ours.microseconds, bare.microseconds, {}});
 }
 
-/// With each index dropped in its turn, beside the whole book. By hand, as what is left differs the least then. The
-/// time of bills that are alone is the disk's, but not the pages that it waits for.
+/// Measures the book without each index in turn, beside the whole book: by hand, where the rest of the work varies
+/// least. Bills in their own transactions take the disk's time, but the number of pages written is exact.
 void PrintEachIndex(const Setting& setting, const std::string& whole) {
     std::vector<std::vector<std::string>> table = {
         {"", "alone: pages", "together: pages", "microseconds, of medians", "of minima"}};

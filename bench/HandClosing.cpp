@@ -6,7 +6,7 @@ namespace kpTables::bench {
 
 namespace {
 
-/// One family's month or year to date, written into the balance rows of the products that it has.
+/// Writes the month or the year to date of one family of bills into the balance rows of its products.
 std::string MovementUpdate(const std::string& family, const std::string& assignments, const std::string& compare) {
     return "UPDATE 仓库余额表 SET " + assignments +
            " FROM (SELECT pdID AS product, AVG(除税单价) / 10000.0 AS price, SUM(数量) AS quantity, SUM(除税金额) AS "

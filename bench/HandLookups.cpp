@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kScale = 10'000;
 
-/// Lets go of the row, and with it of the lock on the book, at the end of a call.
+/// Resets the statement at the end of a call, which releases the lock on the book.
 class Row {
 public:
     explicit Row(RawStatement& statement) : statement_(statement), found_(statement.Step()) {}
@@ -84,7 +84,7 @@ Variant HandLookups::Get商品资料(std::int32_t rpdID, const std::string& rWhi
     while (which < kAttributes.size() && rWhich != kAttributes[which]) ++which;
     if (which == kAttributes.size()) return "";
     const Row row(attributes_[which].Bind(1, std::int64_t{rpdID}));
-    // Of these names none is a piece of the text whose pieces answer 0 without a product.
+    // None of these names is part of the text whose parts give 0 without a product.
     if (!row.Found()) return "";
     if (which < kPrice) return Trim(row.Text(0));
     if (row.IsNull(0)) return which == kSupplier ? Variant::Null() : Variant(std::int16_t{0});

@@ -1,4 +1,4 @@
-// Single answers as a specialist would ask for them: statements prepared once, bound anew for each call.
+// Single answers as a specialist would query them: statements prepared once and bound anew for each call.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 
 namespace kpTables::bench {
 
-/// Answers like the members of CTables of the same names; Get商品资料 for the attributes in kAttributes alone.
+/// The same answers as the members of CTables of the same names; Get商品资料 only for the attributes in kAttributes.
 class HandLookups {
 public:
     static constexpr std::array kAttributes = {"商品名称", "计量单位", "规格", "默认单价", "生产厂商"};
@@ -27,7 +27,7 @@ private:
     RawDatabase database_;
     RawStatement depotName_;
     std::array<RawStatement, kAttributes.size()> attributes_;
-    std::array<RawStatement, 4> productIds_;  ///< in the order in which they are asked
+    std::array<RawStatement, 4> productIds_;  ///< in the order in which they are queried
     RawStatement quantity_;
     RawStatement amount_;
     RawStatement option_;

@@ -22,13 +22,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A table that lines are imported into. All columns are in the file, in the table's order.
+/// A table to import into. The file has all columns, in the table's order.
 struct ImportCase {
     const char* table;
-    std::int64_t share;  ///< one row for so many lines of the benchmark
+    std::int64_t share;  ///< one row per this many lines of the benchmark
     void (*writeRow)(std::FILE* file, long long row);
-    const char* kinds;        ///< of a book's columns, as in Answers.h
-    const char* copiedKinds;  ///< of the copied table's, which holds money as it stands in the file
+    const char* kinds;        ///< kinds of the book's columns, as in Answers.h
+    const char* copiedKinds;  ///< kinds of the copy's columns, which hold money as the file has it
 };
 
 void WriteLine(std::FILE* file, long long row) {

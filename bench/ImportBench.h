@@ -1,4 +1,4 @@
-// kpbook import beside the import of the sqlite3 shell.
+// Compares kpbook import with the import of the sqlite3 shell.
 #pragma once
 
 #include "Setting.h"

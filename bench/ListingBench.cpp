@@ -41,7 +41,8 @@ std::vector<double> ListByComponent(const std::string& path, int depot) {
     return {fetched, read, bytes, cells / columns, columns};
 }
 
-/// The headers' columns are named: Lst.* would have the second name of pjID too, which the component does not list.
+/// The headers' columns are listed: Lst.* would also include the second name of pjID, which the component does not
+/// list.
 std::string LinesByHand(int depot) {
     return std::string(
                "SELECT Lst.BillID, Lst.BillID, Lst.年份, Lst.月份, Lst.日子, Lst.单据类型, Lst.类型, Lst.单据编号, "
@@ -73,14 +74,14 @@ std::vector<double> ListByHand(const std::string& path, int depot) {
     return {watch.Seconds(), 0, ResidentBytes() - before, rows, static_cast<double>(columns), copies.TextBytes()};
 }
 
-/// What each column of rs入库记录 is: the bill's id, the bill, the line, the warehouse and the supplier.
+/// The kinds of the columns of rs入库记录: the bill's id, the bill, the line, the warehouse and the supplier.
 constexpr const char* kColumns =
     "k"
     "kkkkkkkkkkkkkdkdk"
     "kkkmqmmmmkkkkqk"
     "kk";
 
-/// Whether both answer the same cells.
+/// Whether both sides have the same cells.
 bool SameLines(const std::string& path, int depot) {
     const auto component = InChild([&] {
         CTables tables;

@@ -1,4 +1,4 @@
-// rs入库记录 beside a loop over SQLite's C API that copies every column.
+// Compares rs入库记录 with a loop over SQLite's C API that copies every column.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace kpTables::bench {
 
-/// Measures time and bytes a cell of both over the book at path, for one warehouse and for all; false when the cells
+/// Measures time and bytes per cell of both on the book at path, for one warehouse and for all; false when the cells
 /// differ.
 bool BenchListing(const Setting& setting, const std::string& path);
 

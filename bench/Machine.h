@@ -1,4 +1,4 @@
-// What the figures were measured on.
+// The machine that the figures were measured on.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 
 namespace kpTables::bench {
 
-/// Processor, memory, compiler and SQLite's version, a sentence each.
+/// Processor, memory, compiler and SQLite's version.
 std::vector<std::string> DescribeMachine();
 
-/// The average number of processes that wanted to run in the last minute.
+/// The load average of the last minute.
 double LoadOfLastMinute();
 
 /// "2026-11-21".

@@ -26,7 +26,7 @@ double PeakMebibytes() {
     return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
-/// One of seven kinds of calls, with a number, a text or both that no other call has.
+/// One of seven kinds of calls, with a number, a text or both that no other call uses.
 void Call(CTables& tables, std::int64_t call) {
     constexpr int kKinds = 7;
     const std::string number = std::to_string(call);
@@ -48,7 +48,7 @@ void Call(CTables& tables, std::int64_t call) {
             tables.Get_Option("选项" + number);
             break;
         case 5:
-            // Each needs a statement of its own: how many rows there are at most shapes it.
+            // Each needs its own statement: the number after Top is not a parameter.
             tables.Cnn()->Execute("Select Top " + std::to_string(call + 1) + " dpID From 仓库设置");
             break;
         default:

@@ -13,14 +13,14 @@ struct Options {
     BookSize size;
     std::optional<std::int64_t> lines;
     int runs = 5;
-    std::filesystem::path folder;    ///< for the books; a new one
-    std::filesystem::path markdown;  ///< gets the table of all; empty: none
+    std::filesystem::path folder;    ///< a new folder for the books
+    std::filesystem::path markdown;  ///< the page that receives the whole table; empty: none
     std::string only;                ///< one benchmark by name, or "table"
 };
 
 extern const char* const kUsage;
 
-/// Throws std::exception when the words are wrong.
+/// Throws std::exception when the command line is wrong.
 Options ReadOptions(int argc, char** argv);
 
 }  // namespace kpTables::bench

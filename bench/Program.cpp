@@ -15,7 +15,7 @@ namespace kpTables::bench {
 
 namespace {
 
-/// Starts a program whose output goes to the pipe.
+/// Starts a program and redirects its output to the pipe.
 pid_t Start(const std::vector<std::string>& words, const std::array<int, 2>& ends) {
     std::vector<std::string> copies = words;
     std::vector<char*> arguments;

@@ -1,4 +1,4 @@
-// Another program's run.
+// Runs another program.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@ namespace kpTables::bench {
 struct Ended {
     double seconds;  ///< from its start to its end
     double peakMebibytes;
-    std::string output;  ///< what it printed, errors among it
+    std::string output;  ///< its output, with its errors
 };
 
 /// Runs a program with arguments. Throws std::runtime_error with what it printed when it fails.

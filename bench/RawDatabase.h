@@ -1,4 +1,4 @@
-// SQLite's C API with nothing of this project around it but the order of text.
+// SQLite's C API, with nothing of this project but the order of texts.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ public:
     RawStatement& Bind(int parameter, std::string_view text);
     /// True when there is a row.
     bool Step();
-    /// Runs to the end and makes ready for the next run.
+    /// Runs to the end and resets the statement.
     void Run();
 
 private:
@@ -39,7 +39,7 @@ public:
     sqlite3* Get() const noexcept { return handle_.get(); }
     RawStatement Prepare(const std::string& text) const { return RawStatement(handle_.get(), text); }
     void Run(const std::string& text) const;
-    /// The journal settings and the cache of an open book.
+    /// Sets the journal mode and the cache that an open book has.
     void SetLikeABook() const;
 
 private:

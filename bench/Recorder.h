@@ -1,4 +1,4 @@
-// A connection that keeps the texts that are sent over it.
+// A connection that records the texts that are sent through it.
 #pragma once
 
 #include <string>

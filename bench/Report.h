@@ -14,7 +14,7 @@ double Maximum(const std::vector<double>& values);
 /// "12.34".
 std::string Fixed(double value, int decimals);
 
-/// Prints rows of cells aligned; the first row is the heading, the first columns are texts.
+/// Prints rows with aligned cells; the first row is the heading, the first columns are texts.
 void PrintTable(std::FILE* file, const std::vector<std::vector<std::string>>& rows, std::size_t textColumns = 1);
 
 }  // namespace kpTables::bench

@@ -20,7 +20,7 @@ namespace kpTables::bench {
 
 namespace {
 
-/// Runs and reads a report; answers its seconds.
+/// Runs and reads a report; returns the seconds.
 template <class Use>
 double Ask(const std::string& path, const ReportCase& report, Use use) {
     const auto book = SqliteConnection::Open(path);

@@ -1,4 +1,4 @@
-// The bill lists and the reports beside the same questions in SQLite's own SQL.
+// Compares the bill lists and the reports with the same queries in SQLite's own SQL.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace kpTables::bench {
 
-/// Measures both for every report of the book at path; false when their rows differ.
+/// Measures both sides of every report on the book at path; false when their rows differ.
 bool BenchReports(const Setting& setting, const std::string& path);
 
 }  // namespace kpTables::bench

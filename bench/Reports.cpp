@@ -19,7 +19,7 @@ RecordsetPtr BillList(CTables& tables, const BillFilter& filter) {
                              {}, 0, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {});
 }
 
-/// The lines are added up with nothing but their keys, and the rest is looked up for what is left.
+/// The lines are added up by their keys only; the rest is looked up for the sums.
 std::string BillListByHand(const std::string& where) {
     return "SELECT L.年份, L.月份, L.日子, L.单据类型, L.类型, L.单据编号, S.q, S.net, S.tax, S.gross, L.BillID, "
            "L.录入员, "
@@ -99,7 +99,7 @@ std::string ProjectsByHand(const std::string& sums, const std::string& shown) {
            "LEFT JOIN 项目设置 AS P ON P.项目ID = S.pjID";
 }
 
-/// What the months' columns are made of.
+/// The expression of the months' columns.
 struct MonthColumns {
     std::string sums;
     std::string shown;

@@ -14,9 +14,9 @@ struct ReportCase {
     bool isSQL;
     std::function<RecordsetPtr(CTables&)> ask;
     std::string byHand;
-    std::string columns;  ///< what each of them is, as in Answers.h
+    std::string columns;  ///< their kinds, as in Answers.h
     bool ordered;
-    double goal;  ///< largest ratio that is meant to be reached; 0: none
+    double goal;  ///< the largest acceptable ratio; 0: none
     std::string rival;
 };
 

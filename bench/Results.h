@@ -1,4 +1,4 @@
-// What was measured beside what, as the rows of one table.
+// All measurements, as the rows of one table.
 #pragma once
 
 #include <string>
@@ -6,12 +6,12 @@
 
 namespace kpTables::bench {
 
-/// What a row is meant to reach.
+/// The goal of a row.
 struct Goal {
     enum class Of { Nothing, Ratio, Figure };
     Of of = Of::Nothing;
     double limit = 0;
-    bool below = false;  ///< the limit itself is too much
+    bool below = false;  ///< the limit itself is excluded
 };
 constexpr Goal RatioUpTo(double limit) { return {Goal::Of::Ratio, limit, false}; }
 constexpr Goal RatioBelow(double limit) { return {Goal::Of::Ratio, limit, true}; }
@@ -23,12 +23,12 @@ struct Row {
     std::string rival;
     std::string unit;
     int decimals = 3;
-    std::vector<double> ours;    ///< one figure a run
-    std::vector<double> theirs;  ///< one figure a run, measured in turns with ours
+    std::vector<double> ours;    ///< one figure per run
+    std::vector<double> theirs;  ///< one figure per run, measured alternately with ours
     Goal goal = {};
 };
 
-/// Medians decide about goals. The minima stand beside them: on a busy machine they say more about the work itself.
+/// Goals apply to the medians. The minima are shown beside them: on a busy machine they say more about the work itself.
 class Results {
 public:
     void Add(Row row) { rows_.push_back(std::move(row)); }

@@ -1,4 +1,4 @@
-// What every benchmark is told.
+// The settings of every benchmark.
 #pragma once
 
 #include <cstdio>
@@ -13,8 +13,8 @@ struct Setting {
     std::filesystem::path folder;  ///< for the books
     BookSize size;
     int runs = 1;
-    std::FILE* details = stdout;  ///< gets each benchmark's own table
-    Results* results = nullptr;   ///< gets the rows of the table of all
+    std::FILE* details = stdout;  ///< receives each benchmark's own table
+    Results* results = nullptr;   ///< receives the rows of the whole table
 };
 
 }  // namespace kpTables::bench

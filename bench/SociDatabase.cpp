@@ -1,6 +1,6 @@
 #include "SociDatabase.h"
 
-// Debian's SOCI includes Boost's headers, which it does not bring along and which nothing here uses.
+// Debian's SOCI includes Boost's headers, which it does not depend on and which nothing here uses.
 #include <soci/soci-config.h>
 #undef SOCI_HAVE_BOOST
 #undef SOCI_HAVE_BOOST_DATE_TIME

@@ -18,7 +18,7 @@ public:
     ~SqliteCppDatabase();
 
     void Run(const std::string& text);
-    /// Prepares and runs a text and looks the column up by name.
+    /// Prepares and runs a text and looks up the column by name.
     Cell First(const std::string& text, const char* column);
 
 private:

@@ -5,7 +5,7 @@
 
 namespace kpTables::bench {
 
-/// Starts kpbook and the sqlite3 shell in turns for one answer from a small book; false when the answers differ.
+/// Starts kpbook and the sqlite3 shell in turn for one answer from a small book; false when the answers differ.
 bool BenchStart(const Setting& setting);
 
 }  // namespace kpTables::bench

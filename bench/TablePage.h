@@ -1,4 +1,4 @@
-// The table of all figures on a page of its own.
+// Writes the table of all figures into a page.
 #pragma once
 
 #include <filesystem>
@@ -6,7 +6,7 @@
 
 namespace kpTables::bench {
 
-/// Puts text between the page's marks in place of what is there. Throws std::runtime_error when the page has none.
+/// Replaces the text between the page's marks. Throws std::runtime_error when the page has none.
 void WriteTable(const std::filesystem::path& page, const std::string& text);
 
 }  // namespace kpTables::bench

@@ -1,4 +1,4 @@
-// kpbench: times and memory of the component beside its rivals'. kpbench --help tells the options.
+// kpbench: compares time and memory of the component with its rivals. kpbench --help lists the options.
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -24,7 +24,7 @@ namespace {
 
 using namespace kpTables::bench;
 
-/// Removes the books also when a benchmark fails.
+/// Removes the books even when a benchmark fails.
 class Folder {
 public:
     explicit Folder(const std::filesystem::path& path) : path_(path) { std::filesystem::create_directories(path); }
@@ -49,7 +49,7 @@ Setting SettingOf(const Options& options, Results& results) {
     return setting;
 }
 
-/// A shop of ten warehouses; of a modest size unless another is asked for.
+/// A shop with ten warehouses; of modest size unless --lines says otherwise.
 Setting CallSetting(const Options& options, Setting setting) {
     constexpr std::int64_t kLines = 200'000;
     setting.size.lines = options.lines.value_or(kLines);
@@ -57,7 +57,7 @@ Setting CallSetting(const Options& options, Setting setting) {
     return setting;
 }
 
-/// A shop of four warehouses; of a modest size unless another is asked for.
+/// A shop with four warehouses; of modest size unless --lines says otherwise.
 Setting ReportSetting(const Options& options, Setting setting) {
     constexpr std::int64_t kLines = 100'000;
     constexpr std::int64_t kLinesOfAProduct = 10;

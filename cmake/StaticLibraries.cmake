@@ -13,8 +13,8 @@ function(find_static variable)
   set(${variable} ${found} PARENT_SCOPE)
 endfunction()
 
-# link_either(TARGET SHARED STATIC): TARGET links the list STATIC, if there is one, into programs that have the property
-# KPTABLES_STATIC, and the list SHARED into all else.
+# link_either(TARGET SHARED STATIC): programs that link TARGET get the libraries in STATIC if they have the property
+# KPTABLES_STATIC and the list is not empty, otherwise those in SHARED.
 function(link_either target shared static)
   set(asked $<BOOL:$<TARGET_PROPERTY:KPTABLES_STATIC>>)
   if(NOT static)

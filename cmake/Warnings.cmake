@@ -1,13 +1,13 @@
 # Flags that every target of this project is built with: link kpTablesFlags privately.
 add_library(kpTablesFlags INTERFACE)
 target_compile_options(kpTablesFlags INTERFACE -Wall -Wextra -Wpedantic $<$<BOOL:${KPTABLES_WERROR}>:-Werror>)
-# g++ 12 takes the optimized code of "text" + std::string for an overlapping copy, in the standard library's own header.
+# g++ 12 mistakes the optimized code of "text" + std::string for an overlapping copy, in the standard library's header.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(kpTablesFlags INTERFACE -Wno-restrict)
 endif()
 if(KPTABLES_SANITIZE)
   target_compile_options(kpTablesFlags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                  -fno-omit-frame-pointer)
-  # Without -no-pie a program relocates a million pointers of the sanitizers' before its main begins.
+  # Without -no-pie a program relocates a million pointers of the sanitizers before main begins.
   target_link_options(kpTablesFlags INTERFACE -fsanitize=address,undefined -no-pie)
 endif()

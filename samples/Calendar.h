@@ -1,4 +1,4 @@
-// The working days of the sample's year.
+// The working days of the sample year.
 #pragma once
 
 #include <array>
@@ -23,9 +23,9 @@ std::string IsoText(Day day);
 class Calendar {
 public:
     Calendar();
-    /// Of a month, 1 to 12, in order.
+    /// The working days of a month, 1 to 12, in order.
     const std::vector<Day>& WorkingDays(int month) const { return months_[static_cast<std::size_t>(month - 1)]; }
-    /// The working day that lies count working days later; false when the year has ended by then.
+    /// The working day that is count working days later; false when that is after the end of the year.
     bool Later(Day day, int count, Day& result) const;
 
 private:

@@ -13,10 +13,10 @@ namespace kpTables::sample {
 /// Writes UTF-8 with LF line ends; a field is quoted only where it must be.
 class CsvFile {
 public:
-    /// Makes FOLDER/TABLE.csv with its header row.
+    /// Creates FOLDER/TABLE.csv with its header row.
     CsvFile(const std::filesystem::path& folder, std::string_view table,
             std::initializer_list<std::string_view> columns);
-    /// Ends the file; throws std::runtime_error when it could not be written.
+    /// Closes the file; throws std::runtime_error when it could not be written.
     void Close();
 
     CsvFile& operator<<(std::string_view text);

@@ -12,7 +12,7 @@ using Quantity = std::int64_t;  ///< thousandths of the product's unit
 constexpr Money kYuan = 10000;
 constexpr Quantity kUnit = 1000;
 
-/// Quotient of two non-negative numbers, a tie going to the even one.
+/// The quotient of two non-negative numbers, rounded half to even.
 constexpr std::int64_t DivideHalfEven(std::int64_t dividend, std::int64_t divisor) noexcept {
     const std::int64_t quotient = dividend / divisor;
     const std::int64_t twice = 2 * (dividend % divisor);
@@ -34,7 +34,7 @@ constexpr Money RoundPrice(Money price) noexcept {
 
 /// Shortest decimal form of a count of 10^-decimals.
 std::string DecimalText(std::int64_t value, int decimals);
-/// At least width digits, filled up with zeros.
+/// At least width digits, padded with zeros.
 std::string Digits(int value, int width);
 inline std::string MoneyText(Money value) { return DecimalText(value, 4); }
 inline std::string QuantityText(Quantity value) { return DecimalText(value, 3); }

@@ -18,7 +18,7 @@ struct Depot {
     int id;
     std::string name;
     std::string shelfPrefix;
-    std::vector<std::string> productClasses;  ///< those that have their home here
+    std::vector<std::string> productClasses;  ///< those that are kept here
 };
 
 struct Partner {
@@ -26,9 +26,9 @@ struct Partner {
     std::string classCode;
     std::string company;
     std::string unitName;
-    std::vector<std::string> productClasses;  ///< that a supplier sells or a customer buys
+    std::vector<std::string> productClasses;  ///< classes that a supplier sells or a customer buys
     int taxRate;                              ///< 17, or 6 for a small-scale taxpayer
-    bool wholeRange = true;                   ///< a supplier: sells other makers' goods too
+    bool wholeRange = true;                   ///< of a supplier: also sells other makers' goods
 };
 
 struct Project {
@@ -63,14 +63,14 @@ struct Product {
     std::string slot;          ///< "B-07-2"
     int supplier = 0;          ///< id of its maker
     int homeDepot = 0;         ///< id
-    bool inMainDepot = false;  ///< kept in warehouse 1 too
-    int firstMonth = 1;        ///< 2 or 3: taken into the range then
-    Quantity step = 0;         ///< smallest quantity that is handed out
+    bool inMainDepot = false;  ///< also kept in warehouse 1
+    int firstMonth = 1;        ///< 2 or 3: joins the range in that month
+    Quantity step = 0;         ///< smallest quantity that is issued
     Quantity typical = 0;      ///< of one bill line
     Money purchasePrice = 0;   ///< tax included
     Money salePrice = 0;       ///< tax included
 
-    /// The shelf in a warehouse: its home shelf, or the like-numbered one of the main warehouse.
+    /// The shelf in a warehouse: its home shelf, or the shelf of the same number in the main warehouse.
     std::string SlotIn(int depot) const;
 };
 
@@ -85,7 +85,7 @@ struct Firm {
     std::vector<std::string> NamesByDuty(const std::string& duty) const;
 };
 
-/// The firm as the lists in samples/names describe it.
+/// The firm that the lists in samples/names describe.
 Firm LoadFirm(Random& random);
 
 /// The products of the catalogue; needs the warehouses and the suppliers.

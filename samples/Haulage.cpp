@@ -13,7 +13,7 @@ constexpr const char* kHiredPlate = "浙D-18342";
 
 Money WholeYuan(Money amount) { return amount / kYuan * kYuan; }
 
-/// Two percent of the goods' value, within what a trip can cost.
+/// Two percent of the goods' value, within the limits of what a trip costs.
 Money Freight(const Line& line) { return WholeYuan(std::clamp(line.netAmount * 2 / 100, 20 * kYuan, 320 * kYuan)); }
 
 std::string Numbered(const char* prefix, int month, int number) {
@@ -51,7 +51,7 @@ Pay PayOf(int month, const std::string& driver, Money income, int violations) {
     pay.totalCost = Sum(pay.costs) + Sum(pay.otherCosts);
     pay.allowances = {150 * kYuan, 88 * kYuan, 60 * kYuan};
     pay.payable = pay.income - pay.totalCost + Sum(pay.allowances);
-    // The income tax of the day: free up to 800 yuan, then 5 percent.
+    // The income tax of 2003: free up to 800 yuan, then 5 percent.
     pay.incomeTax = std::max<Money>(0, pay.payable - 800 * kYuan) * 5 / 100 / (kYuan / 100) * (kYuan / 100);
     pay.telephone = 50 * kYuan;
     pay.deductions = {violations * (100 * kYuan), 12 * kYuan, 5 * kYuan};

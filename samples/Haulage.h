@@ -56,10 +56,10 @@ struct Pay {
     std::string remark;
 };
 
-/// Deliveries of part of the year's sales.
+/// Deliveries for a part of the year's sales.
 std::vector<WorkOrder> DispatchYear(const Firm& firm, const Calendar& calendar, const Year& year, Random& random);
 
-/// A row a driver and month with work orders.
+/// One row per driver and month with work orders.
 std::vector<Pay> PayYear(const Firm& firm, const std::vector<WorkOrder>& orders);
 
 }  // namespace kpTables::sample

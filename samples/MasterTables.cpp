@@ -14,7 +14,7 @@ namespace {
 
 using std::filesystem::path;
 
-/// What the book's own information and the options of the same names hold.
+/// The book's information and the options of the same names.
 constexpr std::array<std::pair<const char*, const char*>, 15> kBook = {{{"帐簿名称", "2003年度库存帐"},
                                                                         {"单位名称", "杭州运河建材批发有限公司"},
                                                                         {"财务主管", "胡美娟"},
@@ -112,7 +112,7 @@ struct Operator {
     const char* name;
     const char* password;
     int depot;
-    const char* rights;  ///< one digit a right, in the table's order
+    const char* rights;  ///< one digit per right, in the table's order
 };
 constexpr std::array<Operator, 8> kOperators = {{{"系统操作员", "8801", 0, "1111111111111111"},
                                                  {"胡美娟", "hmj63", 0, "1111111111110101"},
@@ -138,7 +138,7 @@ void WriteOperators(const path& folder) {
     file.Close();
 }
 
-/// A morning's entries of every clerk on the last working day of each month.
+/// Every clerk's log entries on the morning of the last working day of each month.
 void WriteLog(const path& folder) {
     constexpr std::array<const char*, 4> kActions = {"登录", "录入入库单", "录入出库单", "退出"};
     CsvFile file(folder, "Log", {"logID", "Operator", "logDate", "内容"});
@@ -160,7 +160,7 @@ void WriteLog(const path& folder) {
 }
 
 void WriteBook(const path& folder) {
-    // The component writes an option with a blank after its name and one after its value; the sample does the same.
+    // The component writes a blank after an option's name and after its value; the sample does the same.
     CsvFile options(folder, "系统选项", {"Item", "Discription"});
     for (const auto& [item, value] : kBook) {
         options << std::string(item) + " " << std::string(value) + " ";

@@ -1,4 +1,4 @@
-// A generator of its own, so that every machine and library draws the same numbers.
+// A random number generator that gives the same numbers on every machine and with every library.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace kpTables::sample {
 
-/// SplitMix64 with whole-number draws only.
+/// SplitMix64; draws whole numbers only.
 class Random {
 public:
     explicit Random(std::uint64_t seed) noexcept : state_(seed) {}
@@ -22,7 +22,7 @@ public:
     std::int64_t Below(std::int64_t count) noexcept {
         return static_cast<std::int64_t>((Next() >> 33) * static_cast<std::uint64_t>(count) >> 31);
     }
-    /// low to high, both included.
+    /// low to high, both inclusive.
     std::int64_t Between(std::int64_t low, std::int64_t high) noexcept { return low + Below(high - low + 1); }
     bool Percent(int chance) noexcept { return Below(100) < chance; }
 

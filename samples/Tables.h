@@ -1,4 +1,4 @@
-// Writes the sample as one CSV file a table.
+// Writes the sample as one CSV file per table.
 #pragma once
 
 #include <filesystem>

@@ -16,7 +16,7 @@ constexpr int kLastCostedMonth = 9;
 /// Building is quiet around the Spring Festival and brisk in spring and autumn. Sums to 1200.
 constexpr std::array<int, 12> kSeason = {85, 45, 105, 120, 95, 100, 90, 95, 120, 115, 125, 105};
 
-/// How many of a year's events fall into a month, so that the months' shares add up to all of them.
+/// How many of a year's events fall into a month; the months' shares add up to the total.
 int Share(int events, int month) {
     int before = 0;
     for (int m = 1; m < month; ++m) {
@@ -211,7 +211,7 @@ void Trade::Transfer(Day day) {
         for (const int id : products) {
             const Product& product = ProductOf(id);
             const Quantity quantity = Floor(At(id, from).stock / 3, product.step);
-            // At the purchase price without tax: a transfer is no sale.
+            // At the purchase price without tax, since a transfer is not a sale.
             const Money price = DivideHalfEven(product.purchasePrice * 100, 117);
             bill.lines.push_back(vouchers_.TaxedLine(bill, false, product, price, quantity, 0));
             Issue(bill.lines.back(), from);
@@ -293,7 +293,7 @@ void Trade::Cost(int month) {
             Shelf& shelf = At(product.id, depot.id);
             const Money value = shelf.amount + shelf.received;
             const Money price = UnitPrice(value, shelf.available);
-            // What is sold out takes the rest of the value, so that no amount stays without a quantity.
+            // A product that is sold out takes the rest of the value, so that no amount remains without a quantity.
             const Money cost = shelf.issued == shelf.available ? value : std::min(value, Amount(price, shelf.issued));
             shelf.amount = value - cost;
             if (shelf.issued > 0) {

@@ -1,4 +1,4 @@
-// A year of purchases, transfers and sales, played day by day against the stock.
+// A year of purchases, transfers and sales, simulated day by day against the stock.
 #pragma once
 
 #include <array>
@@ -48,7 +48,7 @@ public:
     Year Run();
 
 private:
-    /// What lies of a product in a warehouse, and what the month did to it.
+    /// The stock of a product in a warehouse, and its movements in the month.
     struct Shelf {
         bool used = false;
         Quantity stock = 0;

@@ -164,7 +164,7 @@ std::string Vouchers::Handler(const Bill& bill, bool inbound) const {
 }
 
 std::string Vouchers::Keeper(const Bill& bill) const {
-    // The first warehouse has two keepers who share the days, each other one has one.
+    // The first warehouse has two keepers who share the days, every other warehouse has one.
     const int keeper = bill.depot == 1 ? bill.date.day % 2 : bill.depot;
     return keepers_[static_cast<std::size_t>(keeper)];
 }

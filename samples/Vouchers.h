@@ -33,8 +33,8 @@ struct Bill {
     Day date;
     std::string kind;    ///< 入库单, 出库单, 普通发票, 增值税发票 or 调拨单
     std::string type;    ///< 赊购, 批发, ...
-    std::string number;  ///< by kind, warehouse and month
-    std::string serial;  ///< through the year
+    std::string number;  ///< counted by kind, warehouse and month
+    std::string serial;  ///< counted through the year
     std::string kindCode;
     int depot = 0;
     int partner = 0;
@@ -52,11 +52,11 @@ public:
 
     Bill Purchase(Day day, const Partner& supplier, int depot);
     Bill Sale(Day day, const Partner& customer, int depot);
-    /// The outbound half; Counterpart makes the inbound one of it.
+    /// The outbound half; Counterpart derives the inbound one from it.
     Bill Transfer(Day day, int from, int to);
     Bill Counterpart(const Bill& outbound, int to);
 
-    /// A line at a price with tax included; net price, net amount, tax and amount follow from it.
+    /// A line at a price that includes tax, from which net price, net amount, tax and amount are computed.
     Line TaxedLine(const Bill& bill, bool inbound, const Product& product, Money price, Quantity quantity, int taxRate);
 
 private:

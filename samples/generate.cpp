@@ -1,4 +1,4 @@
-// kpsample FOLDER: writes a building-materials wholesaler's year as one CSV file a table. The same on every machine.
+// kpsample FOLDER: writes a building-materials wholesaler's year as one CSV file per table, the same on every machine.
 #include <cstdio>
 #include <exception>
 #include <filesystem>

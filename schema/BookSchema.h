@@ -1,4 +1,4 @@
-// The statements that make the tables of a book, in Jet's DDL.
+// The statements that create the tables of a book, in Jet's DDL.
 #pragma once
 
 #include <string_view>
@@ -6,10 +6,10 @@
 
 namespace kpTables::schema {
 
-/// The CREATE statements of every table and index of a book, one text each, in the order in which they are to be run.
+/// The CREATE statements of all tables and indexes of a book, in the order in which they must run.
 std::vector<std::string_view> BookSchema();
 
-/// A column that SQL Server's dialect calls by another name than the statements above.
+/// A column that has another name in SQL Server's dialect than in the statements above.
 struct SqlServerName {
     std::string_view table;
     std::string_view name;

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes src/kpTables/values/CodePage936Table.cpp: one bit a character, set for the double-byte ones of code page 936.
+"""Writes src/kpTables/values/CodePage936Table.cpp: one bit per character, set for the double-byte characters of code page 936.
 
 Usage: tools/make_codepage936.py > src/kpTables/values/CodePage936Table.cpp
 """

@@ -1,4 +1,4 @@
-// A host at its smallest: makes a book in memory, enters two bills, closes the month and prints the balance.
+// A minimal host: creates a book in memory, enters two bills, closes the month and prints the balance.
 #include <cstdio>
 #include <memory>
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A progress bar of the host's own: a line of dots on stderr.
+/// The host's own progress bar: a line of dots on stderr.
 class DotBar : public kpTables::ProgressBar {
 public:
     void SetVisible(bool visible) override {

@@ -15,7 +15,7 @@ namespace kpTables::kpbook {
 
 namespace {
 
-/// Everything that the command line can set.
+/// Everything that can be set on the command line.
 struct Parsed {
     GlobalOptions global;
     commands::NewOptions create;
@@ -40,7 +40,7 @@ struct Parsed {
 
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
-    app.add_option("-O,--output-format", parsed.format, "How results are written: table, csv, json, markdown or xlsx")
+    app.add_option("-O,--output-format", parsed.format, "The output format: table, csv, json, markdown or xlsx")
         ->check(CLI::IsMember({"table", "csv", "json", "markdown", "xlsx"}))
         ->type_name("FORMAT");
     app.add_option("-o,--output", global.outputPath, "Write results to a file (xlsx needs one)")->type_name("FILE");
@@ -54,35 +54,35 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
 }
 
 void AddNew(CLI::App& app, Parsed& parsed) {
-    auto* command =
-        commands::AddCommand(app, "new", "Make a book, ready for use",
-                             "It has all its tables, its names, today as the date on which it was set up, and the\n"
-                             "usual payment methods. An existing file is left as it is.\n\n"
-                             "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01\n"
-                             "  kpbook new shop.kpbook --dialect sql");
+    auto* command = commands::AddCommand(
+        app, "new", "Create a book, ready for data entry",
+        "The book has all its tables, its names, today as the date on which it was set up, and the\n"
+        "usual payment methods. An existing file is not changed.\n\n"
+        "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01\n"
+        "  kpbook new shop.kpbook --dialect sql");
     commands::AddBook(*command, parsed.create.book);
-    command->add_flag("--bare", parsed.create.bare, "Make the tables only");
+    command->add_flag("--bare", parsed.create.bare, "Create the tables only");
     command
         ->add_option("--dialect", parsed.dialect,
-                     "Whose names the table Header has: Table and Index (jet) or TableName and ColIndex (sql)")
+                     "Column names of the table Header: Table and Index (jet) or TableName and ColIndex (sql)")
         ->check(CLI::IsMember({"jet", "sql"}))
         ->type_name("DIALECT");
 }
 
 void AddInfo(CLI::App& app, Parsed& parsed) {
     auto* command =
-        commands::AddCommand(app, "info", "Show what a book is and holds",
-                             "Its information and dates as they are stored, the rows of its tables, the months of "
-                             "its\nbalance, and which warehouses are closed. Nothing in the book changes.\n\n"
+        commands::AddCommand(app, "info", "Describe a book and its contents",
+                             "Its information and dates as they are stored, the row counts of its tables, the months\n"
+                             "of its balance, and which warehouses are closed. The book is not changed.\n\n"
                              "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json");
     commands::AddBook(*command, parsed.info.book);
 }
 
 void AddStock(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
-        app, "stock", "Show a month's stock figures of the products",
-        "What was there, what came in, what went out and what is there, as balance rows and bills have it now,\n"
-        "without a closing. Nothing in the book changes.\n\n"
+        app, "stock", "Show the products' stock figures for a month",
+        "Opening, inbound, outbound and closing stock, from the balance rows and bills as they are now, without a\n"
+        "closing. The book is not changed.\n\n"
         "Examples:\n  kpbook stock shop.kpbook --month 3\n"
         "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost");
     commands::AddBook(*command, parsed.stock.book);
@@ -90,9 +90,9 @@ void AddStock(CLI::App& app, Parsed& parsed) {
         ->required()
         ->check(CLI::Range(1, commands::kLastMonth))
         ->type_name("M");
-    command->add_option("--warehouse", parsed.stock.warehouse, "The warehouse's dpID; all together without it")
+    command->add_option("--warehouse", parsed.stock.warehouse, "The warehouse's dpID; default: all of them together")
         ->type_name("D");
-    command->add_option("--product", parsed.stock.product, "The product's pdID; all with figures without it")
+    command->add_option("--product", parsed.stock.product, "The product's pdID; default: all that have figures")
         ->type_name("P");
     command->add_flag("--cost", parsed.stock.costUsed, "Take outbound amounts from the cost bills");
 }
@@ -100,19 +100,19 @@ void AddStock(CLI::App& app, Parsed& parsed) {
 void AddOperators(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
         app, "operators", "List the operators",
-        "Their warehouses and rights, and whether they have a password. A right is named by its "
-        "column:\n发货单位, 收货单位 and 部件管理 are 资产处理, 卡片打印 and 资产折旧. Nothing in the "
-        "book changes.\n\nExample:\n  kpbook operators shop.kpbook");
+        "Their warehouses and rights, and whether they have a password. A right is named by its column:\n"
+        "发货单位, 收货单位 and 部件管理 mean 资产处理, 卡片打印 and 资产折旧. The book is not changed.\n\n"
+        "Example:\n  kpbook operators shop.kpbook");
     commands::AddBook(*command, parsed.operators.book);
 }
 
 void AddLog(CLI::App& app, Parsed& parsed) {
     auto* command =
-        commands::AddCommand(app, "log", "Show what operators did, newest first",
-                             "Nothing in the book changes.\n\n"
+        commands::AddCommand(app, "log", "List what the operators did, newest first",
+                             "The book is not changed.\n\n"
                              "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv");
     commands::AddBook(*command, parsed.log.book);
-    command->add_option("--limit", parsed.log.limit, "How many entries at most; all without it")
+    command->add_option("--limit", parsed.log.limit, "The largest number of entries; default: all")
         ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
         ->type_name("N");
 }
@@ -120,18 +120,17 @@ void AddLog(CLI::App& app, Parsed& parsed) {
 void AddPayroll(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
         app, "payroll", "Show the drivers' pay",
-        "The saved sheet of a month, a new one, or the sums of the saved ones per driver. A table ends with "
-        "the totals\n"
-        "of its amounts. Nothing in the book changes.\n\n"
+        "The saved sheet of a month, a new sheet, or the sums of the saved sheets per driver. A table ends with the\n"
+        "totals of its amounts. The book is not changed.\n\n"
         "Examples:\n  kpbook payroll shop.kpbook --month 3\n  kpbook payroll shop.kpbook --month 4 --new\n"
         "  kpbook payroll shop.kpbook --to-month 6");
     commands::AddBook(*command, parsed.payroll.book);
     auto* month = command->add_option("--month", parsed.payroll.month, "The month of a sheet, 1 to 12")
                       ->check(CLI::Range(1, commands::kLastMonth))
                       ->type_name("M");
-    command->add_flag("--new", parsed.payroll.fresh, "A new sheet: what the drivers collected on the work orders")
+    command->add_flag("--new", parsed.payroll.fresh, "Make a new sheet from the work orders, without saving it")
         ->needs(month);
-    command->add_option("--to-month", parsed.payroll.toMonth, "The last month to sum; all of them without it")
+    command->add_option("--to-month", parsed.payroll.toMonth, "The last month to sum; default: all months")
         ->check(CLI::Range(1, commands::kLastMonth))
         ->excludes(month)
         ->type_name("M");
@@ -140,10 +139,10 @@ void AddPayroll(CLI::App& app, Parsed& parsed) {
 void AddImport(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
         app, "import", "Add the rows of a CSV file to a table",
-        "The first line names the columns. All rows are added or, when one is bad, none; every bad row is told with\n"
-        "its line and reason. An empty field of a column without text takes the column's default.\n\n"
-        "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n  produce | kpbook import shop.kpbook 入库记录 "
-        "-");
+        "The first line names the columns. Either all rows are added or, if any row is bad, none; every bad row is\n"
+        "reported with its line and the reason. An empty field takes the column's default, except in text columns.\n\n"
+        "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n"
+        "  produce | kpbook import shop.kpbook 入库记录 -");
     commands::AddBook(*command, parsed.import.book);
     command->add_option("TABLE", parsed.import.table, "The table")->required()->check(commands::kUtf8)->type_name("");
     command->add_option("FILE", parsed.import.path, "The CSV file, - for standard input")->required()->type_name("");
@@ -153,9 +152,9 @@ void AddCall(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
         app, "call", "Call a method by name, or many with --batch",
         "Arguments:\n" + std::string(input::kArgumentForms) +
-            "\nPut -- before arguments that begin with a dash and a letter. What a method writes back is shown on\n"
+            "\nPut -- before arguments that begin with a dash and a letter. Values that a method writes back are shown on\n"
             "standard error.\n\n"
-            "A batch is one JSON object a line, answered with one a line:\n"
+            "A batch has one JSON object per line, and each is answered with one line:\n"
             "  {\"method\":NAME,\"args\":[...],\"isSQL\":bool,\"today\":\"2026-11-21\",\"answer\":\"yes\"|\"no\"}\n"
             "  {\"execute\":TEXT}\n\n"
             "Examples:\n  kpbook call shop.kpbook rs余额记录 1 3\n"
@@ -179,9 +178,9 @@ void AddSql(CLI::App& app, Parsed& parsed) {
 
 void AddClose(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
-        app, "close", "Close a month of one warehouse or of all",
-        "First products on bills that have no balance row are looked for, and added when the question is answered\n"
-        "with yes. Then each warehouse's balance rows of the month are filled and the next month's rows are made.\n\n"
+        app, "close", "Close a month for one warehouse or for all",
+        "First, products on bills that have no balance row are searched for, and added if the question is answered\n"
+        "with yes. Then each warehouse's balance rows of the month are filled and the next month's rows are created.\n\n"
         "Examples:\n  kpbook close shop.kpbook --month 3\n"
         "  kpbook close shop.kpbook --month 3 --warehouse 2 --cost --date 2004-03-31 --answer yes");
     commands::AddBook(*command, parsed.close.book);
@@ -189,10 +188,10 @@ void AddClose(CLI::App& app, Parsed& parsed) {
         ->required()
         ->check(CLI::Range(1, commands::kLastMonth))
         ->type_name("M");
-    command->add_option("--warehouse", parsed.close.warehouse, "The warehouse's dpID; all of them without it")
+    command->add_option("--warehouse", parsed.close.warehouse, "The warehouse's dpID; default: all of them")
         ->type_name("D");
     command->add_flag("--cost", parsed.close.costUsed, "Take outbound amounts from the cost bills");
-    command->add_option("--date", parsed.closingDate, "The date noted in the rows that are made; today without it")
+    command->add_option("--date", parsed.closingDate, "The date noted in the rows that are created; default: today")
         ->check(commands::kDate)
         ->type_name("DATE");
 }
@@ -232,7 +231,7 @@ constexpr CommandEntry kCommands[] = {
     {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
 };
 
-/// The commands that the words may ask for: making all of them takes longer than a short call's statement.
+/// Adds only the commands that the words may name: adding all of them takes longer than the statement of a short call.
 void AddCommands(CLI::App& app, Parsed& parsed, const std::vector<std::string>& words) {
     const auto isHelp = [](const std::string& word) { return word.starts_with("-h") || word.starts_with("--help"); };
     const auto isNamed = [&words](const CommandEntry& command) {
@@ -253,7 +252,7 @@ OutputFormat FormatOf(const std::string& name) {
     return OutputFormat::Table;
 }
 
-/// What one option alone cannot tell.
+/// Converts the options, and checks what depends on more than one of them.
 void Complete(const CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
     global.format = FormatOf(parsed.format);
@@ -285,17 +284,17 @@ void Complete(const CLI::App& app, Parsed& parsed) {
 
 int RunCommandLine(int count, char** words) {
     Parsed parsed;
-    CLI::App app("Works on an account book: imports, calls methods, closes months.", "kpbook");
+    CLI::App app("Works with account books: imports data, calls methods, closes months.", "kpbook");
     app.require_subcommand(1);
     app.footer(
         "Results go to standard output; messages, questions and progress to standard error.\n"
-        "Exit code: 0 done, 1 the call failed, 2 wrong usage. kpbook COMMAND --help tells more.\n\n"
+        "Exit code: 0 success, 1 the call failed, 2 wrong usage. For more, see kpbook COMMAND --help.\n\n"
         "Examples:\n  kpbook new shop.kpbook\n  kpbook import shop.kpbook 商品设置 products.csv\n"
         "  kpbook close shop.kpbook --month 1\n  kpbook call shop.kpbook rs余额记录 1 2");
     app.failure_message([](const CLI::App* asked, const CLI::Error& error) {
         const auto unknown = asked->get_subcommands().empty() ? asked->remaining() : std::vector<std::string>();
         const std::string what = unknown.empty() ? error.what() : "there is no command or option " + unknown.front();
-        return "kpbook: " + what + "\nkpbook --help tells how it is used.\n";
+        return "kpbook: " + what + "\nFor help, see kpbook --help.\n";
     });
     AddGlobalOptions(app, parsed);
     std::vector<std::string> marked = commands::MarkedWords(count, words);

@@ -1,9 +1,9 @@
-// What was typed, read and carried out.
+// Reads the command line and runs the command.
 #pragma once
 
 namespace kpTables::kpbook {
 
-/// Answers with the program's exit code. Errors of a command that was understood pass to the caller.
+/// Returns the program's exit code. Errors of the command itself pass to the caller.
 int RunCommandLine(int count, char** words);
 
 }  // namespace kpTables::kpbook

@@ -8,7 +8,7 @@ namespace kpTables::kpbook {
 
 enum ExitCode : int { kSucceeded = 0, kFailed = 1, kWrongUsage = 2 };
 
-/// A command cannot go on; the text says why.
+/// A command cannot continue; the text says why.
 class CommandError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

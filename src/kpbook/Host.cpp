@@ -10,7 +10,7 @@ namespace kpTables::kpbook {
 
 namespace {
 
-/// The date that was said may have a time.
+/// The date given as today, without its time.
 Date DayOf(Date said) { return Date::FromSerial(std::trunc(said.Serial())); }
 
 }  // namespace
@@ -27,7 +27,7 @@ MessageAnswer ConsoleHost::MsgBox(const std::string& text, MessageButtons button
     const auto answer = answer_ ? answer_ : AskYesNo(question);
     if (!answer) {
         std::fprintf(stderr, "%s\n", question.c_str());
-        Raise(ErrorNumber::InvalidCall, "there is nobody to answer this question; --answer yes or --answer no would");
+        Raise(ErrorNumber::InvalidCall, "nobody can answer this question; give --answer yes or --answer no");
     }
     if (answer_) std::fprintf(stderr, "%s %s\n", question.c_str(), *answer == MessageAnswer::Yes ? "yes" : "no");
     return *answer;
@@ -36,7 +36,7 @@ MessageAnswer ConsoleHost::MsgBox(const std::string& text, MessageButtons button
 MessageAnswer BatchHost::MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) {
     const auto given = buttons == MessageButtons::OkOnly ? MessageAnswer::Ok : answer;
     messages.push_back({text, title, buttons, given});
-    if (!given) Raise(ErrorNumber::InvalidCall, "the line gives no answer to the question: " + text);
+    if (!given) Raise(ErrorNumber::InvalidCall, "the line has no answer to the question: " + text);
     return *given;
 }
 

@@ -1,4 +1,4 @@
-// The two hosts that the component meets here: a person at the command line, and a program that sends lines.
+// The two hosts of the component: a user at the command line, and a program that sends a batch.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,8 @@
 
 namespace kpTables::kpbook {
 
-/// Shows message boxes on standard error and asks at the terminal. An answer given beforehand answers every question.
+/// Shows message boxes on standard error and asks at the terminal. An answer from the command line answers every
+/// question.
 class ConsoleHost : public Host {
 public:
     ConsoleHost(std::optional<Date> today, std::optional<MessageAnswer> answer) : today_(today), answer_(answer) {}
@@ -25,10 +26,10 @@ struct ShownMessage {
     std::string text;
     std::string title;
     MessageButtons buttons = MessageButtons::OkOnly;
-    std::optional<MessageAnswer> answer;  ///< nothing when nobody answered
+    std::optional<MessageAnswer> answer;  ///< nothing when there was no answer
 };
 
-/// Answers with what the line says and keeps what was shown.
+/// Takes date and answer from the request and records the messages.
 class BatchHost : public Host {
 public:
     MessageAnswer MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) override;

@@ -1,4 +1,4 @@
-// The objects that a line's arguments stand for.
+// The objects that arguments stand for.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ public:
     explicit RowArgument(const std::vector<std::pair<std::string, Variant>>& row);
 };
 
-/// {"progress":true}: keeps what was set, in order.
+/// {"progress":true}: records every change, in order.
 class RecordingProgressBar : public ProgressBar {
 public:
     struct Change {

@@ -40,7 +40,7 @@ bool ErrorIsTerminal() noexcept { return ::isatty(STDERR_FILENO) == 1; }
 
 std::optional<MessageAnswer> AskYesNo(const std::string& question) {
     if (::isatty(STDIN_FILENO) != 1) return std::nullopt;
-    // Standard error may have been sent to a file; the question goes to the person.
+    // Standard error may be redirected to a file; the question must reach the user.
     const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
     if (!terminal) return ReadAnswer(question, stdin, stderr);
     std::setbuf(terminal.get(), nullptr);
@@ -50,7 +50,7 @@ std::optional<MessageAnswer> AskYesNo(const std::string& question) {
 TerminalProgressBar::TerminalProgressBar(std::string label) : label_(std::move(label)) {}
 
 TerminalProgressBar::~TerminalProgressBar() {
-    // A closing that failed leaves the bar visible: what is printed next goes below it.
+    // A closing that failed leaves the bar visible; the next output goes below it.
     if (visible_) std::fputc('\n', stderr);
 }
 

@@ -1,4 +1,4 @@
-// The person at the terminal, if there is one.
+// The user at the terminal, if there is one.
 #pragma once
 
 #include <optional>
@@ -8,10 +8,10 @@
 
 namespace kpTables::kpbook {
 
-/// Whether somebody watches standard error.
+/// Whether standard error is a terminal.
 bool ErrorIsTerminal() noexcept;
 
-/// Asks a question until y or n is typed. Nothing when standard input is no terminal or ends.
+/// Asks a question until y or n is typed. Returns nothing when standard input is not a terminal or ends.
 std::optional<MessageAnswer> AskYesNo(const std::string& question);
 
 /// A bar drawn on standard error: "label [#####-----]  50%".

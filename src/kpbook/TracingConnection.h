@@ -1,4 +1,4 @@
-// A connection that tells what is sent through it.
+// A connection that reports the statements sent through it.
 #pragma once
 
 #include <chrono>
@@ -22,15 +22,16 @@ struct SentStatement {
 /// How a statement ended.
 struct StatementEnd {
     std::chrono::steady_clock::duration elapsed{};
-    std::optional<std::int64_t> rows;  ///< rows answered or changed; nothing for an editable recordset, not yet fetched
-    const Error* error = nullptr;      ///< why it failed, when it did
+    std::optional<std::int64_t>
+        rows;  ///< rows returned or changed; nothing for an editable recordset, which has fetched none
+    const Error* error = nullptr;  ///< why it failed; null when it did not
 };
 
-/// Decorates a connection: every statement is reported before it is sent and after it has ended, and the last error
-/// that a database raised is kept, also of the recordsets opened for editing.
+/// Decorates a connection: reports every statement before it is sent and after it has ended, and keeps the last error
+/// that the database raised, including errors of editable recordsets.
 class TracingConnection : public Connection {
 public:
-    /// rowsAffected tells what the last statement without a recordset changed.
+    /// rowsAffected returns how many rows the last statement without a recordset changed.
     TracingConnection(ConnectionPtr target, std::function<std::int64_t()> rowsAffected);
 
     std::function<void(const SentStatement&)> onSend;

@@ -31,7 +31,7 @@ void TraceEnd(const SentStatement&, const StatementEnd& end) {
     std::fprintf(stderr, "  %.3f ms, %s\n", elapsed.count(), outcome.c_str());
 }
 
-/// A book opened for reading only leaves its log's files behind, so that is the second choice.
+/// Opening a book read-only leaves the files of its log behind, so that is the second choice.
 std::shared_ptr<SqliteConnection> OpenToRead(const std::string& path) {
     try {
         return SqliteConnection::Open(path);

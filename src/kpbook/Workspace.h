@@ -1,4 +1,4 @@
-// An open book with the component on it.
+// An open book and the component that works on it.
 #pragma once
 
 #include <memory>
@@ -11,11 +11,11 @@
 
 namespace kpTables::kpbook {
 
-/// A command that only reads takes a book in a place where nothing can be written, too.
+/// A command that only reads also opens a book that cannot be written.
 enum class Access { Read, Change };
 
 struct Workspace {
-    /// Opens the book at a path. With --trace every statement is written to standard error.
+    /// Opens the book at a path. With --trace, every statement is written to standard error.
     Workspace(const std::string& book, std::shared_ptr<Host> host, const GlobalOptions& global,
               Access access = Access::Change);
 
@@ -27,11 +27,11 @@ struct Workspace {
 /// A book is a file; the address of a server is refused with a CommandError.
 void CheckBookName(const std::string& book);
 
-/// First column of the row that a statement finds; without one a CommandError: the book has no "warehouse 9".
+/// The first column of the row that a statement finds; if there is none, a CommandError: the book has no "warehouse 9".
 std::string NameOf(Workspace& workspace, const std::string& statement, const std::string& what);
 
 /// Calls a method or a property by name: a property with one argument is set, without one it is read. Error 438 for an
-/// unknown name and for Cnn, which is this program's own.
+/// unknown name and for Cnn, which this program manages.
 Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant>& arguments);
 
 }  // namespace kpTables::kpbook

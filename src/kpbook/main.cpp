@@ -8,7 +8,8 @@
 
 int main(int count, char** words) {
     using namespace kpTables::kpbook;
-    // A reader that goes away (head) is seen as a failed write, after which the book is closed in order.
+    // A reader that goes away (head) must fail a write instead of killing the program, so that the book is closed
+    // properly.
     std::signal(SIGPIPE, SIG_IGN);
     try {
         return RunCommandLine(count, words);

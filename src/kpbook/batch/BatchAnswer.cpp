@@ -9,10 +9,10 @@ namespace kpTables::kpbook::batch {
 
 namespace {
 
-/// The members of an answer line, in order.
+/// Composes a JSON object member by member.
 class Answer {
 public:
-    /// Appends "key":; the value is to follow.
+    /// Appends the key; the caller appends the value.
     std::string& Member(std::string_view key) {
         text_ += text_.empty() ? "{" : ",";
         output::AppendJsonString(text_, key);
@@ -29,7 +29,7 @@ public:
         }
         out += ']';
     }
-    /// Values that were made before; nothing where there are none.
+    /// Appends a value that is JSON already, unless it is empty.
     void MemberText(std::string_view key, const std::string& json) {
         if (!json.empty()) Member(key) += json;
     }

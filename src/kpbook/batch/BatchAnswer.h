@@ -18,7 +18,7 @@ struct RaisedEvent {
     std::vector<Variant> arguments;
 };
 
-/// What came of a request.
+/// The outcome of a request.
 struct BatchOutcome {
     std::string result;     ///< as JSON; empty after an error
     std::string arguments;  ///< after the call, as JSON; empty where there was no call
@@ -30,7 +30,7 @@ struct BatchOutcome {
 
 /// One JSON object and a line feed.
 std::string AnswerLine(const BatchRequest& request, const BatchOutcome& outcome);
-/// [value,...] in the form in which arguments are written.
+/// [value,...] in the form of arguments.
 std::string ListText(const std::vector<Variant>& values);
 
 }  // namespace kpTables::kpbook::batch

@@ -37,7 +37,7 @@ public:
             Attempt([&] { output::AppendJsonValue(outcome_.result, Run(request)); });
             if (request.method) Attempt([&] { outcome_.arguments = ListText(request.arguments); });
         }
-        // What was written of the result before its error.
+        // The part of the result that was written before the error.
         if (outcome_.error) outcome_.result.clear();
         outcome_.messages = std::move(host_->messages);
         return AnswerLine(request, outcome_);
@@ -48,7 +48,7 @@ private:
         outcome_.events.push_back({"TableChanged", {Variant(procName), Variant(tableName), Variant(id)}});
     }
 
-    /// False after an error, of which the first is kept.
+    /// Runs an action; false when it failed. The first error of a line is kept.
     template <class Action>
     bool Attempt(Action action) {
         try {
@@ -81,7 +81,7 @@ private:
         return RunInDialect(*request.isSQL, request);
     }
 
-    /// The line's dialect holds for its call alone, unless the call sets the property itself.
+    /// The dialect of a line applies to its call only, unless the call sets the property itself.
     Variant RunInDialect(bool isSQL, BatchRequest& request) {
         struct Restore {
             CTables& tables;

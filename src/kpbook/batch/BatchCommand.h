@@ -1,4 +1,4 @@
-// Calls read as lines of JSON, each answered with a line.
+// Reads calls as lines of JSON and answers each with a line.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ struct BatchOptions {
     std::string path;  ///< "-" is standard input
 };
 
-/// Answers with the program's exit code. A line that fails is answered with its error and does not end the batch.
+/// Returns the program's exit code. A line that fails is answered with its error and does not end the batch.
 int RunBatch(const BatchOptions& options, const GlobalOptions& global);
 
 }  // namespace kpTables::kpbook::batch

@@ -50,9 +50,9 @@ void ReadMember(const std::string& key, const Json& value, BatchRequest& request
 void ReadRequest(std::string_view line, BatchRequest& request) {
     const Json json = input::ParseJson(line);
     if (!json.is_object()) Refuse("a line takes an object, not " + input::Shown(json));
-    // A host that writes every member writes null for those it leaves out.
+    // A host that always writes every member writes null for those without a value.
     const auto isGiven = [&](const char* key) { return json.contains(key) && !json[key].is_null(); };
-    // First what is called, so that an answer can name it whatever is wrong with the rest.
+    // First the method, so that the answer can name it whatever is wrong with the other members.
     if (isGiven("method")) request.method = input::TextOf(json["method"], "method");
     if (isGiven("execute")) request.execute = input::TextOf(json["execute"], "execute");
     if (request.method && request.execute) Refuse("a line takes \"method\" or \"execute\", not both");

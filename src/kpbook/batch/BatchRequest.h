@@ -1,4 +1,4 @@
-// One line of a batch, read.
+// A line of a batch.
 #pragma once
 
 #include <optional>
@@ -11,7 +11,7 @@
 
 namespace kpTables::kpbook::batch {
 
-/// A method's call, or a statement of the host's own.
+/// The call of a method, or a statement that the host composed.
 struct BatchRequest {
     std::optional<std::string> method;
     std::optional<std::string> execute;
@@ -21,8 +21,8 @@ struct BatchRequest {
     std::optional<MessageAnswer> answer;
 };
 
-/// Reads a line. Error 5 says what is wrong with it and where; "method" and "execute" are in the request even then, if
-/// they could be read.
+/// Reads a line. Error 5 says what is wrong and where; the request then still has "method" and "execute" if they could
+/// be read.
 void ReadRequest(std::string_view line, BatchRequest& request);
 
 }  // namespace kpTables::kpbook::batch

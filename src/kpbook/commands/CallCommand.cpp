@@ -17,7 +17,7 @@ namespace {
 using Parameter = _CTables::Parameter;
 using ValueType = _CTables::ValueType;
 
-/// The value as the parameter's type holds it.
+/// The value converted to the parameter's type.
 Variant Converted(const Variant& value, ValueType type) {
     switch (type) {
         case ValueType::Integer:
@@ -39,7 +39,7 @@ Variant Converted(const Variant& value, ValueType type) {
     }
 }
 
-/// Arguments that were left out but may be written back are passed as Empty, so that what comes back can be shown.
+/// Omitted arguments that may be written back are passed as Empty, so that their new values can be shown.
 void AddWrittenBack(const std::vector<Parameter>& parameters, std::vector<Variant>& arguments) {
     for (std::size_t i = arguments.size(); i < parameters.size(); ++i) {
         if (!parameters[i].optional) return;

@@ -12,14 +12,14 @@ namespace kpTables::kpbook::commands {
 
 namespace {
 
-/// A warehouse and what is to be done with it.
+/// A warehouse and how it is to be closed.
 struct Warehouse {
     std::int32_t id = 0;
     std::string name;
     std::int32_t products = 0;  ///< balance rows of the month
     std::int32_t year = 0;
-    bool replaceNext = false;  ///< the next month's rows are there already and are to be made anew
-    bool leaveOut = false;     ///< they are there and are to stay
+    bool replaceNext = false;  ///< the next month's rows exist and are to be replaced
+    bool leaveOut = false;     ///< they exist and are to be kept
 };
 
 class Closing {
@@ -33,7 +33,7 @@ public:
     int Run() {
         ReadWarehouses();
         workspace_.tables.CheckBnProduct(options_.month);
-        // All questions come before the first change, so that one without an answer leaves the book as it was.
+        // All questions are asked before the first change, so that one without an answer leaves the book unchanged.
         for (auto& warehouse : warehouses_) Examine(warehouse);
         int exitCode = kSucceeded;
         for (const auto& warehouse : warehouses_) {
@@ -54,7 +54,7 @@ private:
                                               : "the book has no warehouses");
     }
 
-    /// Count and latest year of a month's balance rows.
+    /// The number of a month's balance rows, and their latest year.
     std::pair<std::int32_t, std::int32_t> BalanceRows(const Warehouse& warehouse, int month) {
         const auto rows = workspace_.connection->Execute(
             "Select Count(*) As n, Max(年份) As y From 仓库余额表 Where dpID=" + std::to_string(warehouse.id) +
@@ -65,7 +65,7 @@ private:
 
     void Examine(Warehouse& warehouse) {
         std::tie(warehouse.products, warehouse.year) = BalanceRows(warehouse, options_.month);
-        // The closing adds the next month's rows whether or not there are some.
+        // Closing adds the next month's rows even if they exist.
         if (warehouse.products == 0 || options_.month == kLastMonth) return;
         const int next = options_.month + 1;
         const auto count = BalanceRows(warehouse, next).first;
@@ -77,7 +77,7 @@ private:
         warehouse.leaveOut = !warehouse.replaceNext;
     }
 
-    /// False when the warehouse was left out or its closing failed.
+    /// False when the warehouse was skipped or its closing failed.
     bool Close(const Warehouse& warehouse) {
         const std::string month = std::to_string(options_.month);
         if (warehouse.products == 0) {

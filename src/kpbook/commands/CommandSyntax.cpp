@@ -6,8 +6,8 @@ namespace kpTables::kpbook::commands {
 
 namespace {
 
-/// CLI11 takes "[a,b]" as a list of two words, "-.5" as an option and "++" as the end of a command. A mark in front
-/// keeps such a word as it is until Unmark takes it off.
+/// CLI11 takes "[a,b]" as a list of two words, "-.5" as an option and "++" as the end of a command. A mark in front of
+/// such a word prevents that; Unmark removes it.
 constexpr char kMark = '\x01';
 
 bool NeedsMark(std::string_view word) {

@@ -1,4 +1,4 @@
-// What the commands' descriptions on the command line have in common.
+// What the definitions of the commands on the command line share.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -15,13 +15,13 @@ namespace kpTables::kpbook::commands {
 extern const CLI::Validator kDate;
 extern const CLI::Validator kUtf8;
 
-/// The date that kDate let pass; nothing for an empty text.
+/// The date of a text that kDate accepted; nothing for an empty text.
 std::optional<Date> DateOf(const std::string& text);
 
-/// The words after the program's name, in the reverse order that CLI11 wants, each that it would take for something
-/// else with a mark in front.
+/// The words after the program's name, in the reverse order that CLI11 expects; words that it would misread have a mark
+/// in front.
 std::vector<std::string> MarkedWords(int count, char** words);
-/// Takes the mark off.
+/// Removes the mark.
 void Unmark(std::string& word);
 
 CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer);

@@ -1,4 +1,4 @@
-// The commands. Each answers with the program's exit code; a failure is an Error or a CommandError.
+// The commands. Each returns the program's exit code; a failure is an Error or a CommandError.
 #pragma once
 
 #include "kpbook/Exit.h"

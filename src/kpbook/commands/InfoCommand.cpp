@@ -15,7 +15,7 @@ constexpr const char* kTextItems[] = {"帐簿名称",   "单位名称", "财务�
                                       "单位地址",   "联系电话", "电子邮件", "网络地址", "工商登记号",
                                       "税务登记号", "企业代码", "企业类型"};
 
-/// Get_AccInfo would make a date that is missing and store it, so the dates are read as plain settings.
+/// Get_AccInfo would store a date that is missing, so the dates are read as plain settings.
 class BookInfo {
 public:
     BookInfo(const InfoOptions& options, const GlobalOptions& global)
@@ -48,7 +48,7 @@ private:
         return rows;
     }
 
-    /// Get_Option answers "" after an error, which must not look like a setting that is not there.
+    /// Get_Option returns "" after an error, which must not look like a missing setting.
     std::string Option(const std::string& item) {
         workspace_.connection->ForgetLastError();
         std::string value = workspace_.tables.Get_Option(item);
@@ -88,7 +88,7 @@ private:
     }
 
     Workspace workspace_;
-    bool forPeople_;  ///< what is not set is said in words
+    bool forPeople_;  ///< missing values are shown in words
 };
 
 }  // namespace

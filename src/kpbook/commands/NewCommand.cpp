@@ -11,7 +11,7 @@ namespace kpTables::kpbook::commands {
 
 namespace {
 
-/// Removes a book that was begun, unless it is kept.
+/// Removes a book whose creation was begun, unless it is kept.
 class BegunBook {
 public:
     explicit BegunBook(const std::string& path) : path_(path) {}
@@ -30,7 +30,7 @@ private:
     bool kept_ = false;
 };
 
-/// Create_NewBook shows an error in a message box and SetDefaultSFK answers false; here either ends the command.
+/// Create_NewBook reports an error in a message box, SetDefaultSFK by returning false; here either ends the command.
 void MakeReady(const std::string& book, const GlobalOptions& global) {
     const auto host = std::make_shared<BatchHost>();
     host->today = global.today;
@@ -38,7 +38,8 @@ void MakeReady(const std::string& book, const GlobalOptions& global) {
     const bool named = workspace.tables.Create_NewBook() && host->messages.empty();
     if (named && workspace.tables.SetDefaultSFK()) return;
     if (const auto& error = workspace.connection->LastError()) throw *error;
-    throw CommandError(book + ": cannot be made ready" + (host->messages.empty() ? "" : ": " + host->messages[0].text));
+    throw CommandError(book + ": cannot be prepared for use" +
+                       (host->messages.empty() ? "" : ": " + host->messages[0].text));
 }
 
 }  // namespace

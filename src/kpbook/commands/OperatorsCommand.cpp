@@ -10,7 +10,7 @@ namespace kpTables::kpbook::commands {
 
 namespace {
 
-/// Every column but these is a right.
+/// All other columns are rights.
 constexpr const char* kOtherColumns[] = {"ID", "姓名", "密码", "dpID"};
 
 bool IsRight(const std::string& column) {
@@ -45,7 +45,7 @@ void AddOperator(MemoryRecordset& list, Recordset& row, CTables& tables) {
 
 int Operators(const OperatorsOptions& options, const GlobalOptions& global) {
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
-    // rs操作员 would add an operator to an empty table, and looking must not change a book.
+    // rs操作员 would add an operator to an empty table, but listing must not change the book.
     const auto rows = workspace.connection->Execute("Select * From 操作员 Order By ID");
     MemoryRecordset list({{"ID", VarType::Long},
                           {"姓名", VarType::String},

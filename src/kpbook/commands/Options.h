@@ -1,4 +1,4 @@
-// What the command line asked of each command.
+// The options of each command.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ inline constexpr int kLastMonth = 12;
 struct NewOptions {
     std::string book;
     bool bare = false;      ///< the tables only
-    bool sqlNames = false;  ///< the table Header as SQL Server's dialect names its columns
+    bool sqlNames = false;  ///< the table Header has SQL Server's column names
 };
 
 struct InfoOptions {
@@ -26,12 +26,12 @@ struct InfoOptions {
 struct StockOptions {
     std::string book;
     std::int16_t month = 0;
-    std::optional<std::int32_t> warehouse;  ///< all of them together when not given
-    std::optional<std::int32_t> product;    ///< every one with figures when not given
+    std::optional<std::int32_t> warehouse;  ///< empty: all of them together
+    std::optional<std::int32_t> product;    ///< empty: all that have figures
     bool costUsed = false;
 };
 
-/// What a report is asked for; what was not given is empty, 0 or nothing.
+/// The filters of a report; those that were not given are empty or 0.
 struct ReportFilters {
     std::string direction;  ///< 入库, 出库 or 成本
     std::optional<Date> from;
@@ -60,7 +60,7 @@ struct ReportFilters {
 struct ReportKind;
 
 struct ReportOptions {
-    const ReportKind* kind = nullptr;  ///< null: the list of the reports
+    const ReportKind* kind = nullptr;  ///< null: list the reports
     std::string book;
     ReportFilters filters;
 };
@@ -77,8 +77,8 @@ struct LogOptions {
 struct PayrollOptions {
     std::string book;
     std::optional<std::int16_t> month;    ///< the sheet of a month
-    std::optional<std::int16_t> toMonth;  ///< sums from the first month on; of all months when neither is given
-    bool fresh = false;                   ///< the month's sheet as the work orders have it
+    std::optional<std::int16_t> toMonth;  ///< sums from the first month to this one; empty: of all months
+    bool fresh = false;                   ///< make the month's sheet from the work orders
 };
 
 struct ImportOptions {
@@ -101,7 +101,7 @@ struct SqlOptions {
 struct CloseOptions {
     std::string book;
     std::int16_t month = 0;
-    std::optional<std::int32_t> warehouse;  ///< all of them when not given
+    std::optional<std::int32_t> warehouse;  ///< empty: all of them
     bool costUsed = false;
     std::optional<Date> date;
 };

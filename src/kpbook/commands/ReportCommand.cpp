@@ -13,7 +13,7 @@ namespace kpTables::kpbook::commands {
 
 namespace {
 
-/// A text in lines of a width that suits a terminal, broken after commas.
+/// The text in lines that fit a terminal, broken after commas.
 std::string Wrapped(const std::string& text, const std::string& indent) {
     constexpr std::size_t kWidth = 100;
     std::string wrapped;
@@ -58,7 +58,7 @@ int ListReports(const GlobalOptions& global) {
     return kSucceeded;
 }
 
-/// An id that nothing has would give an empty report, which looks like a true one.
+/// An unknown id would give an empty report, which looks like a valid one.
 void CheckIds(Workspace& workspace, const ReportFilters& filters) {
     const auto check = [&](const std::optional<std::int32_t>& id, const std::string& table, const std::string& key,
                            const std::string& what) {
@@ -89,7 +89,7 @@ int Report(const ReportOptions& options, const GlobalOptions& global) {
     CheckIds(workspace, options.filters);
     auto filters = options.filters;
     const auto rows = kind.run(workspace.tables, filters);
-    if (!rows) throw CommandError(std::string(kind.method) + " answers no rows");
+    if (!rows) throw CommandError(std::string(kind.method) + " returned no recordset");
     if (filters.month != options.filters.month) {
         std::fprintf(stderr, "month %d, the first with balance rows\n", static_cast<int>(filters.month));
     }

@@ -10,7 +10,7 @@ namespace kpTables::kpbook::commands {
 
 namespace {
 
-/// Bills carry days, so a time would only keep the last day's bills in or out by accident.
+/// Bills have no time of day, so a time would include or exclude the last day's bills arbitrarily.
 const CLI::Validator kDay(
     [](std::string& text) {
         const auto date = DateOf(text);
@@ -45,7 +45,7 @@ void AddFilters(CLI::App& command, ReportWords& words) {
     AddDay(command, "--to", words.to, "The last day");
     AddText(command, "--from-number", filters.fromNumber, "The lowest bill number", "N");
     AddText(command, "--to-number", filters.toNumber, "The highest bill number", "N");
-    AddId(command, "--warehouse", filters.warehouse, "The warehouse's dpID; all together without it", "D");
+    AddId(command, "--warehouse", filters.warehouse, "The warehouse's dpID; default: all of them together", "D");
     AddId(command, "--partner", filters.partner, "The supplier's (in) or customer's (out) KSID", "K");
     AddId(command, "--project", filters.project, "The project's 项目ID", "P");
     AddText(command, "--type", filters.type, "The 类型 of the bills; 购进 or 调拨 for products", "T");
@@ -60,19 +60,19 @@ void AddFilters(CLI::App& command, ReportWords& words) {
     AddMonth(command, "--from-month", filters.fromMonth, "The first month");
     AddMonth(command, "--to-month", filters.toMonth, "The last month");
     AddDay(command, "--date", words.date, "The day");
-    command.add_flag("--before", filters.before, "The days of the month before the day instead of the day");
+    command.add_flag("--before", filters.before, "The days of the month before --date, instead of that day");
     command.add_option("--measure", words.measure, "What the months add up: amount or quantity")
         ->check(CLI::IsMember({"amount", "quantity", "金额", "数量"}))
         ->type_name("WHAT");
 }
 
-/// The filters that were given, by their names.
+/// The names of the given filters.
 std::vector<std::string> GivenFilters(const CLI::App& command) {
     std::vector<std::string> given;
     for (const CLI::Option* option : command.get_options()) {
         const std::string name = option->get_name();
         if (option->count() == 0 || option->get_positional() || name == "--list") continue;
-        // To the methods an empty text is a filter that was not given.
+        // The methods take an empty text for a filter that was not given.
         if (option->results().front().empty()) throw CLI::ValidationError(name + " is empty");
         given.push_back(name);
     }
@@ -92,7 +92,7 @@ std::string InChinese(const std::string& word) {
     throw CLI::ValidationError(option + ": '" + text + "' " + why);
 }
 
-/// To the methods 0 is a bound that was not given.
+/// The methods take 0 for a bound that was not given.
 template <class T>
 T Bounding(const std::string& option, const std::string& text, T bound) {
     if (bound == T()) RefuseBound(option, text, "sets no bound");
@@ -126,10 +126,9 @@ std::optional<double> QuantityOf(const std::string& option, std::string text) {
 CLI::App* AddReport(CLI::App& app, ReportWords& words) {
     auto* command = AddCommand(
         app, "report", "Show a report",
-        "The reports: bills, balance, products, partners, costs, daily, day, projects. kpbook report --list tells "
-        "what\n"
-        "each is and which filters it takes. A table ends with the totals of its amounts, and of quantities where the\n"
-        "report adds up different products itself. Nothing in the book changes.\n\n"
+        "The reports are bills, balance, products, partners, costs, daily, day and projects; kpbook report --list\n"
+        "describes each with its filters. A table ends with the totals of its amounts, and of quantities where the\n"
+        "report itself adds up different products. The book is not changed.\n\n"
         "Examples:\n  kpbook report balance shop.kpbook --month 3 --warehouse 2\n"
         "  kpbook report bills shop.kpbook --direction out --from 2004-03-01 --to 2004-03-31 --min-amount 1000\n"
         "  kpbook report day shop.kpbook --direction in --date 2004-03-15 --before -O csv");
@@ -154,7 +153,7 @@ ReportOptions ReadReport(const CLI::App& command, ReportWords words) {
     if (words.name.empty()) throw CLI::RequiredError("NAME or --list");
     words.options.kind = FindReport(words.name);
     if (!words.options.kind) {
-        throw CLI::ValidationError("there is no report " + words.name + "; kpbook report --list tells which there are");
+        throw CLI::ValidationError("there is no report " + words.name + "; kpbook report --list shows the reports");
     }
     filters.from = DateOf(words.from);
     filters.to = DateOf(words.to);

@@ -1,4 +1,4 @@
-// The report command as it is typed.
+// The report command on the command line.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace kpTables::kpbook::commands {
 
-/// What was typed; some of it needs reading that depends on the report.
+/// The words as typed; how some of them are read depends on the report.
 struct ReportWords {
     std::string name;
     bool list = false;
@@ -25,7 +25,7 @@ struct ReportWords {
 };
 
 CLI::App* AddReport(CLI::App& app, ReportWords& words);
-/// Throws CLI::ParseError on what one option alone cannot tell.
+/// Throws CLI::ParseError when the options do not go together or do not suit the report.
 ReportOptions ReadReport(const CLI::App& command, ReportWords words);
 
 }  // namespace kpTables::kpbook::commands

@@ -6,7 +6,7 @@ namespace kpTables::kpbook::commands {
 
 namespace {
 
-/// The methods put a text between quotes as it is, so a quote in it is doubled here.
+/// The methods put a text between quotes unchanged, so quotes in it are doubled here.
 Variant Quotable(const std::string& text) {
     std::string doubled;
     for (const char c : text) doubled.append(c == '\'' ? 2 : 1, c);
@@ -30,7 +30,7 @@ RecordsetPtr Bills(CTables& tables, ReportFilters& f) {
 RecordsetPtr Balance(CTables& tables, ReportFilters& f) {
     constexpr std::int16_t kAnyMonth = 1;
     auto rows = tables.rs余额记录(f.warehouse.value_or(0), f.month);
-    // Nothing is asked of a book without balance rows; the columns are wanted all the same.
+    // Without balance rows the method sends no statement, but the report needs its columns.
     return rows ? rows : tables.rs余额记录(f.warehouse.value_or(0), kAnyMonth);
 }
 

@@ -1,4 +1,4 @@
-// The reports: which of the component's methods each shows, and what it can be asked for.
+// The reports: the method of the component behind each, and its filters.
 #pragma once
 
 #include <string>
@@ -23,21 +23,21 @@ struct ReportKind {
     std::string_view method;
     std::string_view answers;
     std::vector<ReportFilter> filters;
-    /// Columns whose sum means something: amounts, and quantities where a row of the report has added up different
-    /// products already. Unit prices are never among them, nor are pieces added to tons.
+    /// Columns whose sum is meaningful: amounts, and quantities if the report's rows add up different products already.
+    /// Unit prices are never summed, nor are pieces added to tons.
     std::vector<std::string_view> totalled;
-    /// Asks the method; what it writes back comes back in the filters.
+    /// Calls the method; values that it writes back are put into the filters.
     RecordsetPtr (*run)(CTables& tables, ReportFilters& filters);
-    /// What SQL Server's dialect leaves out of account; "" when nothing of what is asked for.
+    /// Which of the given filters has no effect in SQL Server's dialect; "" when all have.
     std::string_view (*sqlNote)(const ReportFilters& filters) = nullptr;
 };
 
 const std::vector<ReportKind>& ReportKinds();
-/// Null when there is none of that name.
+/// The report of that name, or null.
 const ReportKind* FindReport(std::string_view name);
 /// "--month M (required), --warehouse D"
 std::string FilterList(const ReportKind& kind);
-/// Why the options that were given ("--month") and their values do not go with the report; "" when they do.
+/// Why the given options ("--month") and their values do not suit the report; "" when they do.
 std::string UsageFault(const ReportKind& kind, const std::vector<std::string>& given, const ReportFilters& filters);
 
 }  // namespace kpTables::kpbook::commands

@@ -18,7 +18,7 @@ double Quotient(const Variant& amount, const Variant& quantity) {
     return divisor == 0 ? 0 : Number(amount) / divisor;
 }
 
-/// Calls use for every product with its sums.
+/// Calls use with every product and its sums.
 template <class Use>
 void ForEachProduct(Workspace& workspace, const std::string& text, Use use) {
     const auto rows = workspace.connection->Execute(text);
@@ -67,7 +67,7 @@ StockFigures FiguresOf(Workspace& workspace, const StockOptions& options, std::i
     figures.outbound.quantity = outbound("数量");
     figures.outbound.price = options.costUsed ? cost("单价") : outbound("单价");
     figures.outbound.amount = options.costUsed ? cost("金额") : outbound("金额");
-    // The methods answer 0 after an error.
+    // The methods return 0 after an error.
     if (const auto& error = workspace.connection->LastError()) throw *error;
     return figures;
 }

@@ -13,7 +13,7 @@ namespace kpTables::kpbook::input {
 namespace {
 
 [[noreturn]] void Refuse(std::string_view argument) {
-    Raise(ErrorNumber::InvalidCall, "'" + std::string(argument) + "' has no such value");
+    Raise(ErrorNumber::InvalidCall, "'" + std::string(argument) + "' does not have a value of that type");
 }
 
 Variant ReadDate(std::string_view argument, std::string_view text) {

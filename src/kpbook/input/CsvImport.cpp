@@ -15,7 +15,7 @@ namespace kpTables::kpbook::input {
 
 namespace {
 
-/// Rows after which progress is shown.
+/// Progress is shown after this many rows.
 constexpr std::int64_t kStep = 10'000;
 
 /// Rolls back unless it was committed.
@@ -27,7 +27,7 @@ public:
         try {
             connection_->RollbackTrans();
         } catch (const Error&) {
-            // The engine has rolled back by itself; the error that led here says why.
+            // The engine has rolled back by itself; the original error says why.
         }
     }
     Transaction(const Transaction&) = delete;
@@ -41,7 +41,7 @@ private:
     Connection* connection_;
 };
 
-/// Whether a database refuses this row, but would take another.
+/// Whether the error is about this row only, so that other rows can still be added.
 bool IsRowsFault(const DatabaseError& error) noexcept {
     const auto number = static_cast<DatabaseErrorNumber>(error.Number());
     return number == DatabaseErrorNumber::ConstraintViolated || number == DatabaseErrorNumber::TypeMismatch ||

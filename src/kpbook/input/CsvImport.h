@@ -1,4 +1,4 @@
-// The rows of a CSV file, added to a table: all or none.
+// Adds the rows of a CSV file to a table: all or none.
 #pragma once
 
 #include <memory>
@@ -13,18 +13,18 @@ namespace kpTables::kpbook::input {
 
 class CsvImport {
 public:
-    /// file is the name that messages give the source.
+    /// file is the name of the source in messages.
     CsvImport(SqliteConnection& book, const TableInfo& table, CsvReader& csv, const std::string& file);
 
-    /// Adds every row in one transaction and answers their number. When anything is wrong every fault goes to standard
-    /// error, nothing is added and a CommandError is raised.
+    /// Adds all rows in one transaction and returns their number. If there are faults, writes each to standard error,
+    /// adds nothing and raises a CommandError.
     std::int64_t Run();
 
 private:
     void ReadHeader();
     void CheckHeader(const std::vector<std::string>& unknown, const std::vector<std::string>& repeated) const;
     void ImportRow();
-    /// Reads the row's fields into values_; false when one is no value of its column.
+    /// Reads the row's fields into values_; false when one is not a value of its column's type.
     bool ReadFields();
     void AddRow();
     void ShowProgress() const;
@@ -36,7 +36,7 @@ private:
     ImportFaults faults_;
     std::unique_ptr<RowAppender> appender_;
     std::vector<const TableInfo::Column*> columns_;
-    std::vector<Variant> values_;  ///< of the current row; Missing where the column is left to the engine
+    std::vector<Variant> values_;  ///< of the current row; Missing where the engine fills the column
     std::int64_t rows_ = 0;
 };
 

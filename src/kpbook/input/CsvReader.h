@@ -1,4 +1,4 @@
-// CSV as RFC 4180 has it, read as a stream.
+// Reads CSV (RFC 4180) as a stream.
 #pragma once
 
 #include <cstdint>
@@ -9,12 +9,11 @@
 
 namespace kpTables::kpbook::input {
 
-/// Reads records separated by LF or CRLF (a byte order mark before the first is skipped), fields separated by commas,
-/// fields between double quotes with quotes doubled inside and line breaks allowed. Lines without any character between
-/// records are skipped.
+/// Records end with LF or CRLF, fields are separated by commas; a field in double quotes may contain line breaks and
+/// doubled quotes. A byte order mark at the beginning and empty lines between records are skipped.
 class CsvReader {
 public:
-    /// Gives the next bytes, at most size, 0 at the end.
+    /// Reads the next bytes, at most size; returns their number, 0 at the end.
     using Source = std::function<std::size_t(char* buffer, std::size_t size)>;
 
     explicit CsvReader(Source source);
@@ -27,7 +26,7 @@ public:
     std::size_t FieldCount() const noexcept { return starts_.size(); }
     /// Valid until Next.
     std::string_view Field(std::size_t index) const noexcept;
-    /// What is wrong with the record's form, with the field (counted from 1) where it is; empty when nothing is.
+    /// What is malformed in the record, with the number of the field, counted from 1; empty when nothing is.
     const std::string& Problem() const noexcept { return problem_; }
 
 private:
@@ -38,10 +37,10 @@ private:
     void StartField();
     /// The rest of a field that began without a quote, up to the separator.
     void ReadPlain();
-    /// A field from after its opening quote on, up to the separator.
+    /// The rest of a field after its opening quote, up to the separator.
     void ReadQuoted();
     void AppendPlainRun();
-    /// Whether a line end stands here; takes nothing.
+    /// Whether the record ends here; reads nothing.
     bool AtLineEnd();
     void TakeLineEnd();
     void Report(const std::string& problem);
@@ -51,7 +50,7 @@ private:
     std::size_t position_ = 0;
     std::size_t filled_ = 0;
     bool ended_ = false;
-    std::string text_;                 ///< the record's fields, one after the other
+    std::string text_;                 ///< the record's fields, concatenated
     std::vector<std::size_t> starts_;  ///< where each begins in text_
     std::string problem_;
     std::int64_t line_ = 0;

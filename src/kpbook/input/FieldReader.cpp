@@ -26,7 +26,7 @@ FieldValue Problem(std::string_view text, const std::string& reason) {
 
 bool IsDigit(char character) noexcept { return character >= '0' && character <= '9'; }
 
-/// The text without its sign, when what follows looks like a number.
+/// The text without a plus sign; nothing when no number can follow.
 std::optional<std::string_view> WithoutPlus(std::string_view text) {
     if (text.starts_with('+')) {
         text.remove_prefix(1);
@@ -48,7 +48,7 @@ bool IsPlainDecimal(std::string_view text) noexcept {
     return digits > 0 && points <= 1 && digits + points == text.size();
 }
 
-/// Reads the whole text, or tells what was in the way.
+/// Reads the whole text as a number, or returns the error.
 template <class Number>
 std::errc ReadNumber(std::string_view text, Number& value) noexcept {
     const auto* end = text.data() + text.size();

@@ -10,11 +10,11 @@ namespace kpTables::kpbook::input {
 
 struct FieldValue {
     Variant value;
-    std::string problem;  ///< why the text is no value of the type; empty when it is one
+    std::string problem;  ///< why the text is not a value of the type; empty when it is
 };
 
-/// Reads a field's text (not empty) as a value of the column's type. Numbers are plain decimal, whole ones within their
-/// column's range, money with at most four decimals; flags are True, False, yes, no, -1, 1 or 0; texts are UTF-8.
+/// Reads a field's text (not empty) as a value of the column's type. Numbers are plain decimals, whole numbers within
+/// the column's range, money with at most four decimals; flags are True, False, yes, no, -1, 1 or 0; texts are UTF-8.
 FieldValue ReadField(std::string_view text, VarType type);
 
 }  // namespace kpTables::kpbook::input

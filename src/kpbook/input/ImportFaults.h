@@ -1,4 +1,4 @@
-// What is wrong with the rows of an import.
+// The faults of an import's rows.
 #pragma once
 
 #include <cstdint>
@@ -11,11 +11,11 @@ class ImportFaults {
 public:
     explicit ImportFaults(std::string file) : file_(std::move(file)) {}
 
-    /// A fault of the row that begins on a line; column may be empty.
+    /// Adds a fault of the row that begins on a line; column may be empty.
     void Add(std::int64_t line, const std::string& column, const std::string& reason);
     std::int64_t Count() const noexcept { return count_; }
     std::int64_t BadRows() const noexcept { return badRows_; }
-    /// Tells how many faults were not shown.
+    /// Reports how many faults were not shown.
     void Finish() const;
 
 private:

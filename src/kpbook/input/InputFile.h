@@ -14,7 +14,7 @@ public:
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
-    /// Reads what is there, at most size bytes; 0 at the end.
+    /// Reads what is available, at most size bytes; returns 0 at the end.
     std::size_t Read(char* buffer, std::size_t size);
 
 private:

@@ -114,7 +114,7 @@ Variant ReadGrid(const Json& value) {
     return grid;
 }
 
-/// The forms that are an object of one key.
+/// The forms that are an object with one key.
 Variant ReadForm(const Json& value) {
     if (value.size() != 1) Refuse("no such value form: " + Shown(value));
     const std::string& form = value.begin().key();
@@ -135,7 +135,7 @@ Variant ReadForm(const Json& value) {
 }  // namespace
 
 Json ParseJson(std::string_view text) {
-    // Far more than any call needs, and far less than what would exhaust the stack.
+    // Far more than any call needs, and far less than would exhaust the stack.
     constexpr int kDeepest = 100;
     const auto checkDepth = [](int depth, Json::parse_event_t, Json&) {
         if (depth > kDeepest) Refuse("values nested too deep");
@@ -144,7 +144,7 @@ Json ParseJson(std::string_view text) {
     try {
         return Json::parse(text, checkDepth);
     } catch (const Json::parse_error& error) {
-        // Its text begins with "[name] parse error at line 1, column 8: "; the line is known better here.
+        // Its text begins with "[name] parse error at line 1, column 8: "; only the reason is needed here.
         std::string reason = error.what();
         const auto colon = reason.find(": ");
         if (colon != reason.npos) reason = reason.substr(colon + 2);

@@ -18,7 +18,7 @@ Variant ReadJsonValue(std::string_view text);
 
 /// Parses a text; values may be nested 100 deep.
 Json ParseJson(std::string_view text);
-/// As ReadJsonValue, of a value that was parsed.
+/// As ReadJsonValue, for a parsed value.
 Variant VariantOf(const Json& value);
 /// The value as a text; key names it in the error.
 const std::string& TextOf(const Json& value, std::string_view key);

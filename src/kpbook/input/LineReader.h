@@ -1,4 +1,4 @@
-// The lines of a file, each as soon as it has come.
+// The lines of a file, each as soon as it has arrived.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +15,13 @@ public:
 
     /// The next line without its end; nothing after the last.
     std::optional<std::string> Next();
-    /// Number of the line that Next gave, counted from 1.
+    /// Number of the line that Next returned, counted from 1.
     std::int64_t Number() const noexcept { return number_; }
 
 private:
     InputFile& file_;
     std::string pending_;
-    std::size_t start_ = 0;  ///< of what was not given yet
+    std::size_t start_ = 0;  ///< where the text not yet returned begins
     bool ended_ = false;
     std::int64_t number_ = 0;
 };

@@ -6,7 +6,7 @@
 namespace kpTables::kpbook::output {
 
 std::string NumberText(double value) {
-    // Up to here every digit before the point is wanted; beyond, an exponent reads better.
+    // Up to here all digits before the point are written; beyond, an exponent reads better.
     constexpr double kLargestPlain = 1e17;
     constexpr double kSmallestPlain = 1e-6;
     char buffer[64];

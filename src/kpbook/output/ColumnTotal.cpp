@@ -12,10 +12,11 @@ namespace kpTables::kpbook::output {
 namespace {
 
 constexpr const char* kLabel = "合计";
-/// More places than a Double has that is written without an exponent.
+/// More decimals than a Double written without an exponent can have.
 constexpr int kAllDecimals = 400;
 
-/// Of fifteen digits: those behind them are what a database's own sums have left over, 1565.1049999999998 for 1565.105.
+/// Counted in fifteen digits: further digits are rounding errors of the database's own sums, 1565.1049999999998 for
+/// 1565.105.
 int DecimalsOf(double value) {
     const std::string text = Text(value);
     if (text.find("E+") != text.npos) return 0;
@@ -43,7 +44,7 @@ void ColumnTotal::Add(const Variant& value) {
     const double number = CDbl(value);
     isMoney_ = false;
     decimals_ = std::max(decimals_, DecimalsOf(number));
-    // Adding as Neumaier does: what the larger of the two cannot hold of the smaller is kept aside.
+    // Neumaier's summation: the part of the smaller number that the larger one cannot hold is added up separately.
     const double sum = number_ + number;
     lost_ += std::fabs(number_) >= std::fabs(number) ? (number_ - sum) + number : (number - sum) + number_;
     number_ = sum;

@@ -8,11 +8,11 @@
 
 namespace kpTables::kpbook::output {
 
-/// The sum of a column's values, Null left out. Currency is added exactly. A sum of Doubles keeps as many decimals as
-/// the longest of them has in fifteen digits, as when the figures are added up by hand: 0.1 and 0.2 make 0.3.
+/// The sum of a column's values without Nulls. Currency is added exactly. A sum of Doubles has as many decimals as the
+/// summand with the most in fifteen digits, as in adding up by hand: 0.1 and 0.2 make 0.3.
 class ColumnTotal {
 public:
-    /// A value that is no number raises error 13, a sum that does not fit error 6.
+    /// A value that is not a number raises error 13, an overflow error 6.
     void Add(const Variant& value);
     /// Currency for a column of Currency, otherwise a Double.
     Variant Value() const;
@@ -20,19 +20,19 @@ public:
 private:
     Currency money_;
     double number_ = 0;
-    double lost_ = 0;  ///< what rounding has cut off number_ so far
+    double lost_ = 0;  ///< accumulated rounding error of number_
     bool isMoney_ = true;
     int decimals_ = 0;
 };
 
-/// The row of totals under a recordset: the sums of some columns and, in the first of the others, a label.
+/// The row of totals below a recordset: the sums of some columns and, in the first of the others, a label.
 class TotalsRow {
 public:
     TotalsRow(const Recordset& recordset, const std::vector<int>& columns);
 
-    /// Counts the recordset's current row in.
+    /// Adds the recordset's current row.
     void Add(const Recordset& recordset);
-    /// There is nothing to show without a column to sum, or without a row.
+    /// False without a column to sum, or without a row.
     bool IsShown() const noexcept { return !columns_.empty() && hasRows_; }
     std::string Cell(int column) const;
 

@@ -47,10 +47,10 @@ void AppendTextForm(std::string& out, std::string_view form, std::string_view te
     out += '}';
 }
 
-/// The items of one dimension; an inner dimension's lists stand where its values would.
+/// The items of one dimension; those of an outer dimension are the lists of the next one.
 void AppendDimension(std::string& out, const VariantArray& array, std::size_t dimension, std::size_t& next) {
     out += '[';
-    // An array that was never dimensioned has no bounds at all.
+    // An array that was never dimensioned has no bounds.
     const std::int32_t count = array.bounds.empty() ? 0 : array.bounds[dimension].count;
     for (std::int32_t i = 0; i < count; ++i) {
         if (i > 0) out += ',';
@@ -110,7 +110,7 @@ void AppendGridRow(std::string& out, const MemoryGrid& grid, std::int32_t row) {
     for (std::int32_t col = 0; col < grid.Cols(); ++col) {
         if (col > 0) out += ',';
         const Variant& cell = grid.Cell(row, col);
-        // An empty cell has an empty text.
+        // An empty cell is written as an empty text.
         AppendJsonValue(out, cell.IsEmpty() ? Variant("") : cell);
     }
     out += ']';

@@ -17,7 +17,7 @@ public:
 
     void Write(std::string_view text);
     void Flush();
-    /// Flushes and closes; without it a late failure (a full disk) would go unseen.
+    /// Flushes and closes; without it a late failure (a full disk) would go unnoticed.
     void Close();
 
 private:

@@ -1,4 +1,5 @@
-// One function a format: a recordset's columns and rows, from its current row to Eof. Each answers the number of rows.
+// One function per format: each writes a recordset's columns and its rows from the current row to Eof, and returns the
+// number of rows.
 #pragma once
 
 #include <cstdint>
@@ -11,28 +12,28 @@ namespace kpTables::kpbook::output {
 
 class Output;
 
-// For people to read. A last row has the totals of the columns that are totalled, unless there are no rows.
+// For people to read. The last row contains the totals of the columns listed in totalled, unless there are no rows.
 
-/// Columns aligned by their width on a terminal, numbers flush right.
+/// Columns aligned by their width on a terminal, numbers to the right.
 std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<int>& totalled);
 std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const std::vector<int>& totalled);
 
 // For programs to read.
 
-/// RFC 4180 with LF as the line end.
+/// RFC 4180, with LF as the line end.
 std::int64_t WriteCsv(Recordset& recordset, Output& output);
-/// {"columns":[...],"rows":[...]}, one row a line.
+/// {"columns":[...],"rows":[...]}, one row per line.
 std::int64_t WriteJson(Recordset& recordset, Output& output);
-/// A recordset under its title.
+/// A recordset with a title.
 struct Section {
     std::string title;
     RecordsetPtr rows;
 };
 
-/// A workbook at path with a sheet for each section. Money is a number with four decimals where a Double holds it
-/// exactly, else text.
+/// A workbook with a sheet for each section. Money is a number with four decimals where a sheet's numbers can hold it,
+/// otherwise text.
 std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& path);
-/// A workbook of one sheet.
+/// A workbook with one sheet.
 std::int64_t WriteXlsx(Recordset& recordset, const std::string& path);
 
 }  // namespace kpTables::kpbook::output

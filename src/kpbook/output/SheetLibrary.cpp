@@ -10,7 +10,7 @@ namespace kpTables::kpbook::output {
 
 namespace {
 
-/// Of the version that the declarations are of.
+/// The version that the declarations belong to.
 constexpr const char* kFileName = "libxlsxwriter.so." LXW_SOVERSION;
 
 [[noreturn]] void Fail() {

@@ -1,5 +1,5 @@
-// The library that writes workbooks. It is loaded when the first one is written: the cryptography that it brings along
-// takes longer to load than a short call takes.
+// The library that writes workbooks, loaded when the first one is written: loading it and the cryptography that it
+// depends on takes longer than a short call.
 #pragma once
 
 #include <xlsxwriter.h>

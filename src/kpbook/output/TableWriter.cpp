@@ -27,7 +27,7 @@ std::vector<Column> ColumnsOf(const Recordset& recordset) {
     return columns;
 }
 
-/// One line; the last column is not padded, so that no line ends in blanks.
+/// Writes lines cell by cell; the last column is not padded, so that no line ends in blanks.
 class LineWriter {
 public:
     LineWriter(const std::vector<Column>& columns, Output& output) : columns_(columns), output_(output) {}

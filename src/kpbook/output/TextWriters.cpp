@@ -32,7 +32,8 @@ std::string MarkdownCell(const std::string& text) {
     return escaped;
 }
 
-/// A line for the titles, one for each row and one for the totals, made of what text makes of each.
+/// Writes a line for the titles, one for each row and one for the totals. textOf converts a value, lineOf formats a
+/// cell.
 template <class LineOf>
 std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<int>& totalled,
                         std::string (*textOf)(const Variant&), LineOf lineOf) {
@@ -56,7 +57,7 @@ std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<
 }  // namespace
 
 std::int64_t WriteCsv(Recordset& recordset, Output& output) {
-    // An empty field alone on its line would read as no row at all.
+    // A line with a single empty field would be read as an empty line.
     const bool single = recordset.FieldCount() == 1;
     return WriteLines(recordset, output, {}, CellText, [single](const std::string& text, int, bool last) {
         return (single && text.empty() ? "\"\"" : CsvField(text)) + (last ? '\n' : ',');

@@ -32,14 +32,14 @@ Formats AddFormats(lxw_workbook* workbook) {
     return formats;
 }
 
-/// For a workbook that is given up; one that is closed frees itself.
+/// For a workbook that is abandoned; closing one frees it.
 struct FreeWorkbook {
     void operator()(lxw_workbook* workbook) const noexcept { Sheets().freeWorkbook(workbook); }
 };
 
-/// Day 61 is 1900-03-01; before it the sheet's calendar has a day too many.
+/// Day 61 is 1900-03-01; before it, a sheet's calendar has one day too many.
 constexpr double kFirstSheetDay = 61;
-/// Amounts up to here, in ten-thousandths, have at most 15 digits, which a sheet's numbers keep.
+/// The largest amount, in ten-thousandths, of 15 digits, the precision of a sheet's numbers.
 constexpr std::int64_t kLargestSheetMoney = 999'999'999'999'999;
 
 lxw_error WriteText(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const std::string& text,
