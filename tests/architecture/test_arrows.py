@@ -1,4 +1,4 @@
-"""The check of the arrows sees what it is there to see: each kind of violation in a tree of a few lines."""
+"""Tests of arrows.py: every kind of violation is found, each in a small tree."""
 
 import pathlib
 import subprocess
@@ -41,7 +41,7 @@ class ArrowsTest(unittest.TestCase):
             file.write_text(text, encoding="utf-8")
 
     def expect(self, rule, path, line, part, exceptions=()):
-        """That violation, and no other."""
+        """Expects exactly this violation."""
         found = arrows.violations(self.root, exceptions)
         self.assertEqual([(v.rule, v.path, v.line) for v in found], [(rule, path, line)], found)
         self.assertIn(part, found[0].message)
@@ -119,7 +119,7 @@ class ArrowsTest(unittest.TestCase):
         self.expect("engine", "src/text/Like.cpp", 2, "sqlite", [("arrow", "src/text/", "sql/Tree.h")])
 
     def test_exception_that_nothing_needs(self):
-        self.expect("exception", "src/text/", 1, "nothing needs", [("arrow", "src/text/", "sql/Tree.h")])
+        self.expect("exception", "src/text/", 1, "no longer needed", [("arrow", "src/text/", "sql/Tree.h")])
 
     def test_program_prints_and_fails(self):
         self.write({"src/text/Like.cpp": '\n#include "sql/Tree.h"\n'})
