@@ -7,15 +7,16 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/db/FoldedText.h"
-#include "kpTables/values/Ascii.h"
+#include "text/Ascii.h"
+#include "text/FoldedText.h"
 
 namespace kpTables::db {
 
 namespace {
 
-using values::EqualsIgnoringCase;
-using values::Lower;
+using text::EqualsIgnoringCase;
+using text::Lower;
+using text::WithoutTrailingBlanks;
 
 /// % and * stand for any characters.
 bool MatchesPattern(std::string_view text, std::string_view pattern) {

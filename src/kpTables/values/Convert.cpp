@@ -3,8 +3,9 @@
 #include <cmath>
 
 #include "kpTables/Error.h"
-#include "kpTables/values/Ascii.h"
 #include "kpTables/values/Decimal.h"
+#include "text/Ascii.h"
+#include "text/CodePage936.h"
 
 namespace kpTables {
 
@@ -21,8 +22,8 @@ double ReadNumber(std::string_view text) {
 }
 
 std::optional<bool> ReadBoolean(std::string_view text) {
-    if (values::EqualsIgnoringCase(text, "true")) return true;
-    if (values::EqualsIgnoringCase(text, "false")) return false;
+    if (text::EqualsIgnoringCase(text, "true")) return true;
+    if (text::EqualsIgnoringCase(text, "false")) return false;
     return std::nullopt;
 }
 
@@ -164,5 +165,7 @@ std::string_view Trim(std::string_view text) noexcept {
     while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
     return text;
 }
+
+bool IsDoubleByte936(char32_t character) noexcept { return text::IsDoubleByte936(character); }
 
 }  // namespace kpTables

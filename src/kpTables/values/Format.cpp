@@ -3,7 +3,7 @@
 #include <string>
 
 #include "kpTables/Convert.h"
-#include "kpTables/values/Ascii.h"
+#include "text/Ascii.h"
 
 namespace kpTables {
 
@@ -14,7 +14,7 @@ enum class PatternKind { Literal, Text, Number, Date };
 PatternKind KindOf(std::string_view pattern) {
     auto kind = PatternKind::Literal;
     for (char c : pattern) {
-        switch (values::Lower(c)) {
+        switch (text::Lower(c)) {
             case 'y':
             case 'm':
             case 'd':
@@ -46,9 +46,9 @@ std::string FormatDate(Date date, std::string_view pattern) {
     std::string out;
     bool afterHour = false;
     for (std::size_t i = 0; i < pattern.size();) {
-        const char letter = values::Lower(pattern[i]);
+        const char letter = text::Lower(pattern[i]);
         std::size_t end = i + 1;
-        while (end < pattern.size() && values::Lower(pattern[end]) == letter) ++end;
+        while (end < pattern.size() && text::Lower(pattern[end]) == letter) ++end;
         const std::size_t width = end - i;
         const std::size_t padding = width > 1 ? 2 : 1;
         switch (letter) {

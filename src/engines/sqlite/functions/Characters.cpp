@@ -2,17 +2,19 @@
 
 #include <unicode/uchar.h>
 #include <unicode/ucnv.h>
-#include <unicode/utf8.h>
 
 #include <memory>
 
 #include "kpTables/Error.h"
+#include "text/Utf8.h"
 
 namespace kpTables::sqlite {
 
 namespace {
 
-constexpr char32_t kLastAscii = 0x7F;
+using text::AppendCharacter;
+using text::kLastAscii;
+using text::NextCharacter;
 
 std::string Mapped(std::string_view text, char32_t (*map)(char32_t)) {
     std::string out;
@@ -44,44 +46,6 @@ std::unique_ptr<UConverter, CloseConverter> CodePage936() {
 }
 
 }  // namespace
-
-std::size_t CharacterSize(std::string_view text, std::size_t at) noexcept {
-    std::size_t end = at;
-    NextCharacter(text, end);
-    return end - at;
-}
-
-std::size_t CountCharacters(std::string_view text) noexcept {
-    std::size_t count = 0;
-    for (std::size_t at = 0; at < text.size(); ++count) at += CharacterSize(text, at);
-    return count;
-}
-
-std::size_t OffsetOfCharacter(std::string_view text, std::size_t number) noexcept {
-    std::size_t at = 0;
-    for (; number > 0 && at < text.size(); --number) at += CharacterSize(text, at);
-    return at;
-}
-
-char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
-    const auto first = static_cast<unsigned char>(text[at]);
-    if (first <= kLastAscii) {
-        ++at;
-        return first;
-    }
-    auto i = static_cast<std::int64_t>(at);
-    UChar32 c = 0;
-    U8_NEXT_OR_FFFD(reinterpret_cast<const std::uint8_t*>(text.data()), i, static_cast<std::int64_t>(text.size()), c);
-    at = static_cast<std::size_t>(i);
-    return static_cast<char32_t>(c);
-}
-
-void AppendCharacter(std::string& text, char32_t character) {
-    char bytes[U8_MAX_LENGTH];
-    int size = 0;
-    U8_APPEND_UNSAFE(bytes, size, static_cast<UChar32>(character));
-    text.append(bytes, static_cast<std::size_t>(size));
-}
 
 char32_t FoldCase(char32_t c) noexcept {
     if (c <= kLastAscii) return Lower(c);

@@ -7,7 +7,7 @@
 
 #include "FormatPattern.h"
 #include "kpTables/Convert.h"
-#include "kpTables/values/Ascii.h"
+#include "text/Ascii.h"
 
 namespace kpTables::sqlite {
 
@@ -51,9 +51,9 @@ public:
                 WriteMark(mark);
                 at += mark.size();
             } else {
-                const char letter = values::Lower(pattern_[at]);
+                const char letter = text::Lower(pattern_[at]);
                 std::size_t end = at + 1;
-                while (end < pattern_.size() && values::Lower(pattern_[end]) == letter) ++end;
+                while (end < pattern_.size() && text::Lower(pattern_[end]) == letter) ++end;
                 if (!WriteCalendar(letter, end - at) && !WriteClock(letter, end - at)) {
                     out_ += pattern_.substr(at, end - at);
                 }

@@ -6,6 +6,7 @@
 #include "Characters.h"
 #include "Function.h"
 #include "kpTables/Error.h"
+#include "text/Utf8.h"
 
 namespace kpTables::sqlite {
 
@@ -16,11 +17,11 @@ std::int64_t PositionOf(std::string_view text, std::string_view find, std::int32
     const std::string foldedText = ignoreCase ? Folded(text) : std::string(text);
     const std::string foldedFind = ignoreCase ? Folded(find) : std::string(find);
     const auto first = static_cast<std::size_t>(start - 1);
-    const std::size_t from = OffsetOfCharacter(foldedText, first);
+    const std::size_t from = text::OffsetOfCharacter(foldedText, first);
     if (first > 0 && from == foldedText.size()) return 0;
     const auto at = foldedText.find(foldedFind, from);
     if (at == std::string::npos || foldedText.empty()) return 0;
-    return static_cast<std::int64_t>(CountCharacters(std::string_view(foldedText).substr(0, at))) + 1;
+    return static_cast<std::int64_t>(text::CountCharacters(std::string_view(foldedText).substr(0, at))) + 1;
 }
 
 bool IgnoresCase(const Arguments& a, int index) { return a.Count() <= index || a.Whole(index) != 0; }
@@ -40,21 +41,21 @@ void InStrRev(const Arguments& a, Answer& answer) {
     const bool ignoreCase = IgnoresCase(a, 3);
     const std::string text = ignoreCase ? Folded(a.Text(0)) : std::string(a.Text(0));
     const std::string find = ignoreCase ? Folded(a.Text(1)) : std::string(a.Text(1));
-    const auto length = static_cast<std::int64_t>(CountCharacters(text));
+    const auto length = static_cast<std::int64_t>(text::CountCharacters(text));
     if (last > length || text.empty()) return answer.Whole(0);
     const std::int64_t end = last < 0 ? length : last;
     if (find.empty()) return answer.Whole(end);
-    const std::string_view searched = std::string_view(text).substr(0, OffsetOfCharacter(text, std::size_t(end)));
+    const std::string_view searched = std::string_view(text).substr(0, text::OffsetOfCharacter(text, std::size_t(end)));
     const auto at = searched.rfind(find);
     if (at == searched.npos) return answer.Whole(0);
-    answer.Whole(static_cast<std::int64_t>(CountCharacters(searched.substr(0, at))) + 1);
+    answer.Whole(static_cast<std::int64_t>(text::CountCharacters(searched.substr(0, at))) + 1);
 }
 
 /// The bytes at the text's start that are the folded find; 0 when it begins otherwise.
 std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
     std::size_t at = 0;
     for (const char32_t character : find) {
-        if (at >= text.size() || FoldCase(NextCharacter(text, at)) != character) return 0;
+        if (at >= text.size() || FoldCase(text::NextCharacter(text, at)) != character) return 0;
     }
     return at;
 }
@@ -62,11 +63,11 @@ std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
 void Replace(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     std::u32string find;
-    for (std::size_t at = 0; at < a.Text(1).size();) find += FoldCase(NextCharacter(a.Text(1), at));
+    for (std::size_t at = 0; at < a.Text(1).size();) find += FoldCase(text::NextCharacter(a.Text(1), at));
     std::string out;
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t matched = MatchedSize(text.substr(at), find);
-        const std::size_t size = matched > 0 ? matched : CharacterSize(text, at);
+        const std::size_t size = matched > 0 ? matched : text::CharacterSize(text, at);
         out += matched > 0 ? a.Text(2) : text.substr(at, size);
         at += size;
     }
@@ -94,11 +95,11 @@ std::optional<bool> InClass(std::string_view pattern, std::size_t& at, char32_t 
     if (negated) members.remove_prefix(1);
     bool found = false;
     for (std::size_t i = 0; i < members.size();) {
-        const char32_t low = FoldCase(NextCharacter(members, i));
+        const char32_t low = FoldCase(text::NextCharacter(members, i));
         char32_t high = low;
         if (i + 1 < members.size() && members[i] == '-') {
             ++i;
-            high = FoldCase(NextCharacter(members, i));
+            high = FoldCase(text::NextCharacter(members, i));
         }
         found = found || (character >= low && character <= high);
     }
@@ -107,8 +108,8 @@ std::optional<bool> InClass(std::string_view pattern, std::size_t& at, char32_t 
 
 /// Whether one pattern element matches the text's next character; both positions move behind it.
 bool MatchesOne(std::string_view text, std::size_t& textAt, std::string_view pattern, std::size_t& patternAt) {
-    const char32_t character = FoldCase(NextCharacter(text, textAt));
-    const char32_t element = FoldCase(NextCharacter(pattern, patternAt));
+    const char32_t character = FoldCase(text::NextCharacter(text, textAt));
+    const char32_t element = FoldCase(text::NextCharacter(pattern, patternAt));
     if (element == '_') return true;
     if (element == '[') {
         if (const auto in = InClass(pattern, patternAt, character)) return *in;
@@ -132,7 +133,7 @@ bool Matches(std::string_view text, std::string_view pattern) {
         if (patternAt < pattern.size() && MatchesOne(text, textAt, pattern, patternAt)) continue;
         if (!lastPercent) return false;
         patternAt = *lastPercent;
-        retry += CharacterSize(text, retry);
+        retry += text::CharacterSize(text, retry);
         textAt = retry;
     }
     return pattern.find_first_not_of('%', patternAt) == pattern.npos;

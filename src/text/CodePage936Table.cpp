@@ -1,7 +1,7 @@
 // Written by tools/make_codepage936.py.
-#include "kpTables/values/CodePage936Table.h"
+#include "text/CodePage936Table.h"
 
-namespace kpTables::values {
+namespace kpTables::text {
 
 // clang-format off
 const std::uint64_t kDoubleByte936[1024] = {
@@ -264,4 +264,4 @@ const std::uint64_t kDoubleByte936[1024] = {
 };
 // clang-format on
 
-}  // namespace kpTables::values
+}  // namespace kpTables::text

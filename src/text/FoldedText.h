@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <string_view>
 
-namespace kpTables::db {
+namespace kpTables::text {
 
 std::string_view WithoutTrailingBlanks(std::string_view text) noexcept;
 std::strong_ordering CompareFolded(std::string_view left, std::string_view right) noexcept;
 /// Equal for texts that CompareFolded finds equal.
 std::uint64_t HashFolded(std::string_view text) noexcept;
 
-}  // namespace kpTables::db
+}  // namespace kpTables::text

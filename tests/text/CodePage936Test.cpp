@@ -1,8 +1,10 @@
+#include "text/CodePage936.h"
+
 #include <gtest/gtest.h>
 
-#include "kpTables/Convert.h"
+#include <string_view>
 
-namespace kpTables {
+namespace kpTables::text {
 namespace {
 
 TEST(CodePage936, DoubleByteCharacters) {
@@ -39,4 +41,4 @@ TEST(CodePage936, NumberOfCharacters) {
 }
 
 }  // namespace
-}  // namespace kpTables
+}  // namespace kpTables::text

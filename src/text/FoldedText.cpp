@@ -1,14 +1,14 @@
-#include "kpTables/db/FoldedText.h"
+#include "text/FoldedText.h"
 
 #include <algorithm>
 
-#include "kpTables/values/Ascii.h"
+#include "text/Ascii.h"
 
-namespace kpTables::db {
+namespace kpTables::text {
 
 namespace {
 
-unsigned char Folded(char c) noexcept { return static_cast<unsigned char>(values::Lower(c)); }
+unsigned char Folded(char c) noexcept { return static_cast<unsigned char>(Lower(c)); }
 
 }  // namespace
 
@@ -34,4 +34,4 @@ std::uint64_t HashFolded(std::string_view text) noexcept {
     return hash;
 }
 
-}  // namespace kpTables::db
+}  // namespace kpTables::text

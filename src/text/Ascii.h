@@ -4,9 +4,11 @@
 #include <cstddef>
 #include <string_view>
 
-namespace kpTables::values {
+namespace kpTables::text {
 
 constexpr char Lower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+constexpr bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 constexpr bool EqualsIgnoringCase(std::string_view a, std::string_view b) noexcept {
     if (a.size() != b.size()) return false;
@@ -16,4 +18,4 @@ constexpr bool EqualsIgnoringCase(std::string_view a, std::string_view b) noexce
     return true;
 }
 
-}  // namespace kpTables::values
+}  // namespace kpTables::text
