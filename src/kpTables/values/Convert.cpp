@@ -3,9 +3,10 @@
 #include <cmath>
 
 #include "kpTables/Error.h"
-#include "kpTables/values/Decimal.h"
 #include "text/Ascii.h"
 #include "text/CodePage936.h"
+#include "text/Decimal.h"
+#include "text/NumberText.h"
 
 namespace kpTables {
 
@@ -14,7 +15,7 @@ namespace {
 [[noreturn]] void Mismatch() { Raise(ErrorNumber::TypeMismatch); }
 
 double ReadNumber(std::string_view text) {
-    const auto number = values::Decimal::Read(text);
+    const auto number = text::Decimal::Read(text);
     if (!number) Mismatch();
     const double value = number->ToDouble();
     if (std::isinf(value)) Raise(ErrorNumber::Overflow);
@@ -86,9 +87,11 @@ double CDbl(const Variant& value) { return NumberOf(value); }
 Currency CCur(const Variant& value) {
     if (const auto* currency = value.If<Currency>()) return *currency;
     if (const auto* text = value.If<std::string>()) {
-        const auto number = values::Decimal::Read(*text);
+        const auto number = text::Decimal::Read(*text);
         if (!number) Mismatch();
-        return number->ToCurrency();
+        const auto amount = number->ToAmount();
+        if (!amount) Raise(ErrorNumber::Overflow);
+        return Currency::FromScaled(*amount);
     }
     return Currency::FromDouble(NumberOf(value));
 }
@@ -131,13 +134,11 @@ std::string CStr(const Variant& value) {
 
 std::string Text(const Variant& value) { return value.IsNull() ? std::string() : CStr(value); }
 
-std::optional<double> ParseNumber(std::string_view text) {
-    const auto number = values::Decimal::Read(text);
-    if (!number) return std::nullopt;
-    const double value = number->ToDouble();
-    if (std::isinf(value)) return std::nullopt;
-    return value;
-}
+std::string Text(std::int32_t value) { return text::WholeText(value); }
+std::string Text(double value) { return text::NumberText(value); }
+std::string Text(bool value) { return text::BooleanText(value); }
+
+std::optional<double> ParseNumber(std::string_view text) { return text::ParseNumber(text); }
 
 bool IsNumeric(const Variant& value) {
     switch (value.Type()) {

@@ -1,6 +1,5 @@
 #include "Characters.h"
 
-#include <unicode/uchar.h>
 #include <unicode/ucnv.h>
 
 #include <memory>
@@ -14,24 +13,6 @@ namespace {
 
 using text::AppendCharacter;
 using text::kLastAscii;
-using text::NextCharacter;
-
-std::string Mapped(std::string_view text, char32_t (*map)(char32_t)) {
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) AppendCharacter(out, map(NextCharacter(text, at)));
-    return out;
-}
-
-char32_t Upper(char32_t c) {
-    if (c <= kLastAscii) return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c;
-    return static_cast<char32_t>(u_toupper(static_cast<UChar32>(c)));
-}
-
-char32_t Lower(char32_t c) {
-    if (c <= kLastAscii) return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c;
-    return static_cast<char32_t>(u_tolower(static_cast<UChar32>(c)));
-}
 
 struct CloseConverter {
     void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
@@ -46,17 +27,6 @@ std::unique_ptr<UConverter, CloseConverter> CodePage936() {
 }
 
 }  // namespace
-
-char32_t FoldCase(char32_t c) noexcept {
-    if (c <= kLastAscii) return Lower(c);
-    return static_cast<char32_t>(u_foldCase(static_cast<UChar32>(c), U_FOLD_CASE_DEFAULT));
-}
-
-std::string Folded(std::string_view text) {
-    return Mapped(text, [](char32_t c) { return FoldCase(c); });
-}
-std::string UpperCase(std::string_view text) { return Mapped(text, Upper); }
-std::string LowerCase(std::string_view text) { return Mapped(text, Lower); }
 
 std::int16_t AnsiCode(char32_t character) {
     if (character <= kLastAscii) return static_cast<std::int16_t>(character);

@@ -6,6 +6,7 @@
 #include "Characters.h"
 #include "Function.h"
 #include "kpTables/Error.h"
+#include "text/CaseMapping.h"
 #include "text/Utf8.h"
 
 namespace kpTables::sqlite {
@@ -67,8 +68,8 @@ void String(const Arguments& a, Answer& answer) {
     answer.Text(out);
 }
 
-void Upper(const Arguments& a, Answer& answer) { answer.Text(UpperCase(a.Text(0))); }
-void Lower(const Arguments& a, Answer& answer) { answer.Text(LowerCase(a.Text(0))); }
+void Upper(const Arguments& a, Answer& answer) { answer.Text(text::UpperCase(a.Text(0))); }
+void Lower(const Arguments& a, Answer& answer) { answer.Text(text::LowerCase(a.Text(0))); }
 
 void Reverse(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);

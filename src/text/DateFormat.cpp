@@ -1,20 +1,19 @@
-#include "DateFormat.h"
+#include "text/DateFormat.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
-#include "FormatPattern.h"
-#include "kpTables/Convert.h"
 #include "text/Ascii.h"
+#include "text/Calendar.h"
+#include "text/DateText.h"
+#include "text/FormatPattern.h"
+#include "text/NumberText.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::text {
 
 namespace {
 
-constexpr int kDaysPerWeek = 7;
-constexpr int kMonthsPerQuarter = 3;
 constexpr int kNoon = 12;
 
 constexpr std::string_view kWeekdays[] = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
@@ -23,19 +22,14 @@ constexpr std::string_view kMonths[] = {"January", "February", "March",     "Apr
 constexpr std::size_t kShortName = 3;
 
 std::string Padded(int value, std::size_t width) {
-    std::string digits = Text(std::int32_t{value});
+    std::string digits = WholeText(value);
     if (digits.size() < width) digits.insert(0, width - digits.size(), '0');
     return digits;
 }
 
-/// 1 Sunday to 7 Saturday; 1899-12-30 was a Saturday.
-int WeekdayOf(int day) { return ((day - 1) % kDaysPerWeek + kDaysPerWeek) % kDaysPerWeek + 1; }
-
-int DayNumber(Date date) { return static_cast<int>(std::trunc(date.Serial())); }
-
 class DateWriter {
 public:
-    DateWriter(Date date, std::string_view pattern) : date_(date), parts_(date.ToParts()), pattern_(pattern) {
+    DateWriter(double serial, std::string_view pattern) : serial_(serial), parts_(PartsOf(serial)), pattern_(pattern) {
         for (std::size_t at = 0; at < pattern.size();) {
             if (TakeLiteral(pattern, at)) continue;
             twelveHours_ = twelveHours_ || !ClockMarkAt(pattern, at).empty();
@@ -51,9 +45,9 @@ public:
                 WriteMark(mark);
                 at += mark.size();
             } else {
-                const char letter = text::Lower(pattern_[at]);
+                const char letter = Lower(pattern_[at]);
                 std::size_t end = at + 1;
-                while (end < pattern_.size() && text::Lower(pattern_[end]) == letter) ++end;
+                while (end < pattern_.size() && Lower(pattern_[end]) == letter) ++end;
                 if (!WriteCalendar(letter, end - at) && !WriteClock(letter, end - at)) {
                     out_ += pattern_.substr(at, end - at);
                 }
@@ -78,8 +72,8 @@ private:
         const bool minutes = letter == 'm' && afterHour_ && width <= 2;
         if (std::string_view("ymdwqc").find(letter) == std::string_view::npos || minutes) return false;
         afterHour_ = false;
-        const int january = DayNumber(Date::FromYearMonthDay(parts_.year, 1, 1));
-        const int dayOfYear = DayNumber(date_) - january + 1;
+        const std::int64_t january = DayNumber(*SerialOf({parts_.year, 1, 1, 0, 0, 0}));
+        const auto dayOfYear = static_cast<int>(DayNumber(serial_) - january) + 1;
         switch (letter) {
             case 'y':
                 out_ += width == 1   ? Padded(dayOfYear, 1)
@@ -96,15 +90,15 @@ private:
                 WriteDay(width);
                 break;
             case 'w':
-                out_ += Padded(
-                    width == 1 ? WeekdayOf(DayNumber(date_)) : (dayOfYear + WeekdayOf(january) - 2) / kDaysPerWeek + 1,
-                    1);
+                out_ += Padded(width == 1 ? WeekdayOf(DayNumber(serial_))
+                                          : (dayOfYear + WeekdayOf(january) - 2) / kDaysPerWeek + 1,
+                               1);
                 break;
             case 'q':
                 out_ += Padded((parts_.month - 1) / kMonthsPerQuarter + 1, 1);
                 break;
             default:
-                out_ += date_.ToText();
+                out_ += DateText(serial_);
                 break;
         }
         return true;
@@ -116,7 +110,7 @@ private:
         if (width <= 2)
             out_ += Padded(parts_.day, width);
         else if (width <= kDayName)
-            WriteNamed(kWeekdays[static_cast<std::size_t>(WeekdayOf(DayNumber(date_)) - 1)], width);
+            WriteNamed(kWeekdays[static_cast<std::size_t>(WeekdayOf(DayNumber(serial_)) - 1)], width);
         else if (width == kShortDate)
             out_ += Padded(parts_.year, 1) + '-' + Padded(parts_.month, 1) + '-' + Padded(parts_.day, 1);
         else
@@ -136,8 +130,8 @@ private:
         return written;
     }
 
-    Date date_;
-    Date::Parts parts_;
+    double serial_;
+    DateParts parts_;
     std::string_view pattern_;
     std::string out_;
     bool twelveHours_ = false;
@@ -146,6 +140,6 @@ private:
 
 }  // namespace
 
-std::string DateByPattern(Date date, std::string_view pattern) { return DateWriter(date, pattern).Write(); }
+std::string DateByPattern(double serial, std::string_view pattern) { return DateWriter(serial, pattern).Write(); }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::text

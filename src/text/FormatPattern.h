@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kpTables::sqlite {
+namespace kpTables::text {
 
 enum class PatternKind { Literal, Number, Date, Text };
 
@@ -28,4 +28,4 @@ std::optional<std::string_view> TakeLiteral(std::string_view pattern, std::size_
 /// The mark of a twelve-hour clock (AM/PM, A/P, AMPM) at that position, as it is written; empty when there is none.
 std::string_view ClockMarkAt(std::string_view pattern, std::size_t at);
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::text

@@ -1,27 +1,26 @@
-// Reading dates.
-#include <optional>
-#include <string_view>
+#include "text/DateText.h"
 
-#include "kpTables/Date.h"
+#include <charconv>
 
-namespace kpTables {
+#include "text/Ascii.h"
+#include "text/Calendar.h"
+
+namespace kpTables::text {
 
 namespace {
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// Goes once over a text.
 class DateReader {
 public:
     explicit DateReader(std::string_view text) : rest_(text) {}
 
-    std::optional<Date> Read() {
+    std::optional<double> Read() {
         while (!rest_.empty() && rest_.back() == ' ') rest_.remove_suffix(1);
         SkipBlanks();
         const std::string_view start = rest_;
         if (ReadCalendarDay()) {
             const bool blank = SkipBlanks();
-            if (rest_.empty()) return Date::FromParts(parts_);
+            if (rest_.empty()) return SerialOf(parts_);
             // Only 日 may be followed by the time directly.
             if (!blank && !chinese_) return std::nullopt;
         } else {
@@ -29,7 +28,7 @@ public:
             parts_ = {1899, 12, 30, 0, 0, 0};
         }
         if (!ReadTime() || !rest_.empty()) return std::nullopt;
-        return Date::FromParts(parts_);
+        return SerialOf(parts_);
     }
 
 private:
@@ -78,8 +77,7 @@ private:
     bool SetDay(Number year, Number month, Number day) {
         const auto oneOrTwo = [](Number n) { return n.digits == 1 || n.digits == 2; };
         if (year.digits > 4 || !oneOrTwo(month) || !oneOrTwo(day)) return false;
-        parts_.year = year.value;
-        if (year.digits <= 2) parts_.year += year.value < 30 ? 2000 : 1900;
+        parts_.year = year.digits <= 2 ? FullYear(year.value) : year.value;
         parts_.month = month.value;
         parts_.day = day.value;
         return true;
@@ -113,7 +111,7 @@ private:
     }
 
     std::string_view rest_;
-    Date::Parts parts_{};
+    DateParts parts_{};
     bool chinese_ = false;
 };
 
@@ -128,14 +126,28 @@ int FixedDigits(std::string_view text, std::size_t at, int count) {
     return value;
 }
 
+char* PutPadded(char* at, int value, int width) noexcept {
+    for (int i = width - 1; i >= 0; --i, value /= 10) at[i] = static_cast<char>('0' + value % 10);
+    return at + width;
+}
+
+char* PutNumber(char* at, int value) noexcept { return std::to_chars(at, at + 8, value).ptr; }
+
+char* PutTime(char* at, const DateParts& p) noexcept {
+    *at++ = ':';
+    at = PutPadded(at, p.minute, 2);
+    *at++ = ':';
+    return PutPadded(at, p.second, 2);
+}
+
 }  // namespace
 
-std::optional<Date> Date::Parse(std::string_view text) { return DateReader(text).Read(); }
+std::optional<double> ParseDate(std::string_view text) noexcept { return DateReader(text).Read(); }
 
-std::optional<Date> Date::ParseIso(std::string_view text) {
+std::optional<double> ParseIsoDate(std::string_view text) noexcept {
     const auto size = text.size();
     if ((size != 10 && size != 16 && size != 19) || text[4] != '-' || text[7] != '-') return std::nullopt;
-    Parts p{FixedDigits(text, 0, 4), FixedDigits(text, 5, 2), FixedDigits(text, 8, 2), 0, 0, 0};
+    DateParts p{FixedDigits(text, 0, 4), FixedDigits(text, 5, 2), FixedDigits(text, 8, 2), 0, 0, 0};
     if (size > 10) {
         if ((text[10] != ' ' && text[10] != 'T') || text[13] != ':' || (size == 19 && text[16] != ':')) {
             return std::nullopt;
@@ -144,7 +156,41 @@ std::optional<Date> Date::ParseIso(std::string_view text) {
         p.minute = FixedDigits(text, 14, 2);
         if (size == 19) p.second = FixedDigits(text, 17, 2);
     }
-    return FromParts(p);
+    return SerialOf(p);
 }
 
-}  // namespace kpTables
+std::string DateText(double serial) {
+    const DateParts p = PartsOf(serial);
+    const bool zeroDay = p.year == 1899 && p.month == 12 && p.day == 30;
+    char text[32];
+    char* at = text;
+    if (!zeroDay) {
+        at = PutNumber(at, p.year);
+        *at++ = '-';
+        at = PutNumber(at, p.month);
+        *at++ = '-';
+        at = PutNumber(at, p.day);
+    }
+    if (zeroDay || p.hour != 0 || p.minute != 0 || p.second != 0) {
+        if (!zeroDay) *at++ = ' ';
+        at = PutTime(PutNumber(at, p.hour), p);
+    }
+    return {text, at};
+}
+
+std::string IsoDateText(double serial, char separator) {
+    const DateParts p = PartsOf(serial);
+    char text[24];
+    char* at = PutPadded(text, p.year, 4);
+    *at++ = '-';
+    at = PutPadded(at, p.month, 2);
+    *at++ = '-';
+    at = PutPadded(at, p.day, 2);
+    if (p.hour != 0 || p.minute != 0 || p.second != 0) {
+        *at++ = separator;
+        at = PutTime(PutPadded(at, p.hour, 2), p);
+    }
+    return {text, at};
+}
+
+}  // namespace kpTables::text

@@ -1,4 +1,4 @@
-#include "NumberFormat.h"
+#include "text/NumberFormat.h"
 
 #include <algorithm>
 #include <charconv>
@@ -10,16 +10,15 @@
 #include <utility>
 #include <vector>
 
-#include "FormatPattern.h"
-#include "kpTables/Convert.h"
-#include "kpTables/Error.h"
+#include "text/Decimal.h"
+#include "text/FormatPattern.h"
+#include "text/NumberText.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::text {
 
 namespace {
 
 bool IsDigitPlace(char c) noexcept { return c == '0' || c == '#'; }
-bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 enum class Sign { Literal, Place, Point, DecimalPlace, Exponent };
 
@@ -115,7 +114,7 @@ std::string FixedDigits(double number, int decimals) {
     double rounded = number;
     if (std::isfinite(number * factor)) {
         // Fifteen digits decide whether it is a half, so that 2.675 counts as one although its double lies below.
-        const auto shown = ParseNumber(Text(number * factor));
+        const auto shown = ParseNumber(NumberText(number * factor));
         rounded = std::floor(shown.value_or(number * factor) + 0.5) / factor;
     }
     char buffer[400];
@@ -209,7 +208,7 @@ private:
             out_ += '-';
         else if (mark[1] == '+')
             out_ += '+';
-        const std::string digits = Text(std::int32_t{std::abs(digits_.exponent)});
+        const std::string digits = WholeText(std::abs(digits_.exponent));
         const auto least = static_cast<std::size_t>(layout_.exponentDigits);
         if (digits.size() < least) out_.append(least - digits.size(), '0');
         out_ += digits;
@@ -222,53 +221,27 @@ private:
     std::size_t decimal_ = 0;
 };
 
-std::string FormatPart(double magnitude, std::string_view part) {
+std::optional<std::string> FormatPart(double magnitude, std::string_view part) {
     const Layout layout = LayoutReader(part).Read();
     magnitude *= std::pow(10.0, layout.powerOfTen);
-    if (!std::isfinite(magnitude)) Raise(ErrorNumber::Overflow);
+    if (!std::isfinite(magnitude)) return std::nullopt;
     Digits digits = layout.exponentDigits > 0 ? ScientificDigits(magnitude, layout) : DigitsOf(magnitude, layout);
     return NumberWriter(layout, std::move(digits)).Write();
 }
 
-double HexOrOctal(std::string_view digits, int base) noexcept {
-    std::uint64_t value = 0;
-    std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
-    return static_cast<double>(value);
-}
-
 }  // namespace
 
-std::string NumberByPattern(double number, std::string_view pattern) {
-    if (pattern.empty()) return Text(number);
+std::optional<std::string> NumberByPattern(double number, std::string_view pattern) {
+    if (pattern.empty()) return NumberText(number);
     const auto parts = PartsOf(pattern);
     // A part that is empty leaves its numbers to the first one.
     const auto given = [&parts](std::size_t part) { return parts.size() > part && !parts[part].empty(); };
     if (number < 0 && given(1)) return FormatPart(-number, parts[1]);
     if (number == 0 && given(2)) return FormatPart(0, parts[2]);
-    const std::string text = FormatPart(std::abs(number), parts[0]);
-    const bool shownNegative = number < 0 && text.find_first_of("123456789") != text.npos;
-    return shownNegative ? '-' + text : text;
+    auto text = FormatPart(std::abs(number), parts[0]);
+    const bool shownNegative = number < 0 && text && text->find_first_of("123456789") != std::string::npos;
+    if (shownNegative) text->insert(0, 1, '-');
+    return text;
 }
 
-double LeadingNumber(std::string_view text) {
-    std::string digits;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
-                 [](char c) { return c != ' ' && c != '\t' && c != '\n' && c != '\r'; });
-    if (digits.size() > 1 && digits[0] == '&') {
-        const std::string_view rest = std::string_view(digits).substr(2);
-        if (digits[1] == 'H' || digits[1] == 'h') return HexOrOctal(rest, 16);
-        if (digits[1] == 'O' || digits[1] == 'o') return HexOrOctal(rest, 8);
-    }
-    // The reader takes no plus sign, and E alone as an exponent's letter.
-    if (digits.starts_with('+')) digits.erase(0, 1);
-    std::replace_if(
-        digits.begin(), digits.end(), [](char c) { return c == 'd' || c == 'D'; }, 'e');
-    const bool number = digits.find_first_of("0123456789") <= digits.find_first_not_of("-.");
-    double value = 0;
-    if (number && !digits.empty() && (IsDigit(digits[0]) || digits[0] == '-' || digits[0] == '.')) {
-        std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    }
-    return value;
-}
-
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::text

@@ -1,11 +1,10 @@
-// Text forms of numbers.
+#include "text/NumberText.h"
+
 #include <charconv>
 #include <cmath>
 #include <cstring>
 
-#include "kpTables/Convert.h"
-
-namespace kpTables {
+namespace kpTables::text {
 
 namespace {
 
@@ -71,29 +70,33 @@ char* PutNumber(char* at, const char* digits, int count, int exponent) {
 
 }  // namespace
 
-std::string Text(std::int32_t value) {
-    char text[12];
-    return {text, std::to_chars(text, text + sizeof text, value).ptr};
+char* WriteWhole(char* buffer, std::int64_t value) noexcept {
+    return std::to_chars(buffer, buffer + kLongestNumberText, value).ptr;
 }
 
-std::string Text(double value) {
-    if (std::isnan(value)) return "-1.#IND";
-    if (std::isinf(value)) return value < 0 ? "-1.#INF" : "1.#INF";
-    if (value == 0) return "0";
+char* WriteNumber(char* buffer, double value) noexcept {
+    if (std::isnan(value)) return Put(buffer, "-1.#IND", 7);
+    if (std::isinf(value)) return value < 0 ? Put(buffer, "-1.#INF", 7) : Put(buffer, "1.#INF", 6);
     if (value == std::trunc(value) && std::fabs(value) < 1e15) {
-        char whole[20];
-        return {whole, std::to_chars(whole, whole + sizeof whole, static_cast<std::int64_t>(value)).ptr};
+        return WriteWhole(buffer, static_cast<std::int64_t>(value));
     }
     char digits[kDigits];
     int count = 0;
     int exponent = 0;
     ReadDigits(std::fabs(value), digits, count, exponent);
-    char text[40];
-    char* at = text;
+    char* at = buffer;
     if (value < 0) *at++ = '-';
-    return {text, PutNumber(at, digits, count, exponent)};
+    return PutNumber(at, digits, count, exponent);
 }
 
-std::string Text(bool value) { return value ? "True" : "False"; }
+std::string WholeText(std::int64_t value) {
+    char text[kLongestNumberText];
+    return {text, WriteWhole(text, value)};
+}
 
-}  // namespace kpTables
+std::string NumberText(double value) {
+    char text[kLongestNumberText];
+    return {text, WriteNumber(text, value)};
+}
+
+}  // namespace kpTables::text

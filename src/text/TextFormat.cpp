@@ -1,13 +1,13 @@
-#include "TextFormat.h"
+#include "text/TextFormat.h"
 
 #include <algorithm>
 #include <cstddef>
 
-#include "Characters.h"
-#include "FormatPattern.h"
+#include "text/CaseMapping.h"
+#include "text/FormatPattern.h"
 #include "text/Utf8.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::text {
 
 namespace {
 
@@ -42,13 +42,13 @@ std::string TextByPattern(std::string_view text, std::string_view pattern) {
     const Places places = PlacesOf(part);
     const std::string value = InCase(text, places.letterCase);
     const bool whole = places.count == 0 && places.letterCase != 0;
-    const std::size_t length = text::CountCharacters(value);
+    const std::size_t length = CountCharacters(value);
     std::size_t blanks = places.count - std::min(places.count, length);
     std::size_t next = 0;
     std::string out;
     const auto take = [&](std::size_t characters) {
         const std::string_view rest = std::string_view(value).substr(next);
-        const std::size_t size = text::OffsetOfCharacter(rest, characters);
+        const std::size_t size = OffsetOfCharacter(rest, characters);
         out += rest.substr(0, size);
         next += size;
     };
@@ -74,4 +74,4 @@ std::string TextByPattern(std::string_view text, std::string_view pattern) {
     return out;
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::text

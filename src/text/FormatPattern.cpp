@@ -1,10 +1,10 @@
-#include "FormatPattern.h"
+#include "text/FormatPattern.h"
 
 #include <algorithm>
 
 #include "text/Ascii.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::text {
 
 namespace {
 
@@ -37,10 +37,10 @@ constexpr std::string_view kClockMarks[] = {"AM/PM", "AMPM", "A/P"};
 PatternKind KindOf(std::string_view pattern) {
     for (std::size_t at = 0; at < pattern.size();) {
         if (TakeLiteral(pattern, at)) continue;
-        const char sign = text::Lower(pattern[at]);
+        const char sign = Lower(pattern[at]);
         if (std::string_view("0#.%").find(sign) != std::string_view::npos) return PatternKind::Number;
         if (std::string_view("ymdhnswqc").find(sign) != std::string_view::npos) return PatternKind::Date;
-        if (text::EqualsIgnoringCase(pattern.substr(at, 5), "ttttt")) return PatternKind::Date;
+        if (EqualsIgnoringCase(pattern.substr(at, 5), "ttttt")) return PatternKind::Date;
         if (!ClockMarkAt(pattern, at).empty()) return PatternKind::Date;
         if (std::string_view("@&<>!").find(sign) != std::string_view::npos) return PatternKind::Text;
         ++at;
@@ -52,7 +52,7 @@ PatternKind KindOf(std::string_view pattern) {
 
 Pattern PatternOf(std::string_view text) {
     for (const NamedPattern& named : kNamed) {
-        if (text::EqualsIgnoringCase(named.name, text)) return named.pattern;
+        if (EqualsIgnoringCase(named.name, text)) return named.pattern;
     }
     return {KindOf(text), text};
 }
@@ -85,9 +85,9 @@ std::optional<std::string_view> TakeLiteral(std::string_view pattern, std::size_
 std::string_view ClockMarkAt(std::string_view pattern, std::size_t at) {
     for (const std::string_view mark : kClockMarks) {
         const std::string_view there = pattern.substr(at, mark.size());
-        if (text::EqualsIgnoringCase(there, mark)) return there;
+        if (EqualsIgnoringCase(there, mark)) return there;
     }
     return {};
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::text

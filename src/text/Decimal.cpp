@@ -1,18 +1,26 @@
-#include "kpTables/values/Decimal.h"
+#include "text/Decimal.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <limits>
+#include <string>
 
-#include "kpTables/Error.h"
+#include "text/Ascii.h"
 
-namespace kpTables::values {
+namespace kpTables::text {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+double HexOrOctal(std::string_view digits, int base) noexcept {
+    std::uint64_t value = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
+    return static_cast<double>(value);
+}
 
 }  // namespace
 
@@ -59,11 +67,11 @@ double Decimal::ToDouble() const noexcept {
     return negative_ ? -value : value;
 }
 
-Currency Decimal::ToCurrency() const {
+std::optional<std::int64_t> Decimal::ToAmount() const noexcept {
     constexpr std::uint64_t kLimit = std::uint64_t{1} << 63;
     const std::int64_t shift = exponent_ + 4;
     const std::int64_t wholeDigits = count_ == 0 ? 0 : count_ + shift;
-    if (wholeDigits > 19) Raise(ErrorNumber::Overflow);
+    if (wholeDigits > 19) return std::nullopt;
     std::uint64_t scaled = 0;
     for (std::int64_t i = 0; i < wholeDigits; ++i) {
         scaled =
@@ -75,8 +83,8 @@ Currency Decimal::ToCurrency() const {
         for (std::size_t i = first + 1; i < static_cast<std::size_t>(count_); ++i) more = more || digits_[i] != '0';
         if (digits_[first] > '5' || (digits_[first] == '5' && (more || (scaled & 1)))) ++scaled;
     }
-    if (scaled > (negative_ ? kLimit : kLimit - 1)) Raise(ErrorNumber::Overflow);
-    return Currency::FromScaled(static_cast<std::int64_t>(negative_ ? 0 - scaled : scaled));
+    if (scaled > (negative_ ? kLimit : kLimit - 1)) return std::nullopt;
+    return static_cast<std::int64_t>(negative_ ? 0 - scaled : scaled);
 }
 
 /// Goes once over a text.
@@ -202,4 +210,33 @@ private:
 std::optional<Decimal> Decimal::Read(std::string_view text) { return DecimalReader(text).Read(); }
 std::optional<Decimal> Decimal::ReadPlain(std::string_view text) { return DecimalReader(text).ReadPlain(); }
 
-}  // namespace kpTables::values
+std::optional<double> ParseNumber(std::string_view text) {
+    const auto number = Decimal::Read(text);
+    if (!number) return std::nullopt;
+    const double value = number->ToDouble();
+    if (std::isinf(value)) return std::nullopt;
+    return value;
+}
+
+double LeadingNumber(std::string_view text) {
+    std::string digits;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
+                 [](char c) { return c != ' ' && c != '\t' && c != '\n' && c != '\r'; });
+    if (digits.size() > 1 && digits[0] == '&') {
+        const std::string_view rest = std::string_view(digits).substr(2);
+        if (digits[1] == 'H' || digits[1] == 'h') return HexOrOctal(rest, 16);
+        if (digits[1] == 'O' || digits[1] == 'o') return HexOrOctal(rest, 8);
+    }
+    // The reader takes no plus sign, and E alone as an exponent's letter.
+    if (digits.starts_with('+')) digits.erase(0, 1);
+    std::replace_if(
+        digits.begin(), digits.end(), [](char c) { return c == 'd' || c == 'D'; }, 'e');
+    const bool number = digits.find_first_of("0123456789") <= digits.find_first_not_of("-.");
+    double value = 0;
+    if (number && !digits.empty() && (IsDigit(digits[0]) || digits[0] == '-' || digits[0] == '.')) {
+        std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    }
+    return value;
+}
+
+}  // namespace kpTables::text

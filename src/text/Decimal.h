@@ -6,9 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "kpTables/Currency.h"
-
-namespace kpTables::values {
+namespace kpTables::text {
 
 /// Sign, significant digits and a power of ten: digits * 10^exponent. Keeps enough digits to round every type right.
 class Decimal {
@@ -21,8 +19,8 @@ public:
 
     /// Infinite when too large for a Double.
     double ToDouble() const noexcept;
-    /// Half to even at the fourth decimal; error 6 when out of range.
-    Currency ToCurrency() const;
+    /// As ten-thousandths, half to even; nothing when out of range.
+    std::optional<std::int64_t> ToAmount() const noexcept;
 
 private:
     friend class DecimalReader;
@@ -38,4 +36,10 @@ private:
     std::array<char, kMaxDigits> digits_{};
 };
 
-}  // namespace kpTables::values
+/// Reads a text as Decimal::Read does; nothing when it is no number or too large for a Double.
+std::optional<double> ParseNumber(std::string_view text);
+
+/// What Val answers: blanks skipped, digits as far as they make a number, &H and &O; 0 when there is none.
+double LeadingNumber(std::string_view text);
+
+}  // namespace kpTables::text
