@@ -1,6 +1,8 @@
 #include "text/CodePage936.h"
 
 #include <gtest/gtest.h>
+#include <unicode/ucnv.h>
+#include <unicode/utf16.h>
 
 #include <string_view>
 
@@ -38,6 +40,60 @@ TEST(CodePage936, NumberOfCharacters) {
     int count = 0;
     for (char32_t c = 0; c < 0x10000; ++c) count += IsDoubleByte936(c);
     EXPECT_EQ(count, 21791 + 1894);
+}
+
+/// ICU's table of the code page.
+class IcuCodePage {
+public:
+    IcuCodePage() {
+        UErrorCode status = U_ZERO_ERROR;
+        converter_ = ucnv_open("windows-936", &status);
+        ucnv_setSubstChars(converter_, "?", 1, &status);
+        EXPECT_TRUE(U_SUCCESS(status));
+    }
+    ~IcuCodePage() { ucnv_close(converter_); }
+    IcuCodePage(const IcuCodePage&) = delete;
+    IcuCodePage& operator=(const IcuCodePage&) = delete;
+
+    /// 0 for a character that ICU leaves out, as some without a form.
+    int CodeOf(char32_t character) const {
+        UChar units[U16_MAX_LENGTH];
+        int count = 0;
+        U16_APPEND_UNSAFE(units, count, static_cast<UChar32>(character));
+        unsigned char bytes[8] = {};
+        UErrorCode status = U_ZERO_ERROR;
+        const int size =
+            ucnv_fromUChars(converter_, reinterpret_cast<char*>(bytes), sizeof bytes, units, count, &status);
+        return size == 2 ? bytes[0] << 8 | bytes[1] : bytes[0];
+    }
+
+    char32_t CharacterOf(int code) const {
+        const char bytes[] = {static_cast<char>(code >> 8), static_cast<char>(code & 0xFF)};
+        const char* source = code > 0xFF ? bytes : bytes + 1;
+        ucnv_reset(converter_);
+        UErrorCode status = U_ZERO_ERROR;
+        return static_cast<char32_t>(ucnv_getNextUChar(converter_, &source, bytes + sizeof bytes, &status));
+    }
+
+private:
+    UConverter* converter_;
+};
+
+TEST(CodePage936, CodeOfEveryCharacterAsIcu) {
+    const IcuCodePage icu;
+    for (char32_t c = 0; c <= 0x10FFFF; ++c) {
+        if (c >= 0xD800 && c <= 0xDFFF) continue;
+        const int code = icu.CodeOf(c);
+        ASSERT_EQ(CodeOf936(c), code == 0 && c != 0 ? '?' : code) << static_cast<std::uint32_t>(c);
+    }
+    EXPECT_EQ(CodeOf936(0xFFFFFFFF), '?');
+}
+
+TEST(CodePage936, CharacterOfEveryCodeAsIcu) {
+    const IcuCodePage icu;
+    for (int code = 0; code <= 0xFFFF; ++code) {
+        ASSERT_EQ(CharacterOf936(static_cast<std::uint16_t>(code)), icu.CharacterOf(code)) << code;
+    }
 }
 
 }  // namespace
