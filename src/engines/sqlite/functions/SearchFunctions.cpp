@@ -1,11 +1,11 @@
 // Functions that look for text in text.
 #include <string>
 
-#include "../Collation.h"
 #include "Function.h"
 #include "kpTables/Error.h"
 #include "text/CaseMapping.h"
 #include "text/Like.h"
+#include "text/TextOrder.h"
 #include "text/Utf8.h"
 
 namespace kpTables::sqlite {
@@ -75,7 +75,7 @@ void Replace(const Arguments& a, Answer& answer) {
 }
 
 void StrComp(const Arguments& a, Answer& answer) {
-    const int order = IgnoresCase(a, 2) ? CompareBookText(a.Text(0), a.Text(1)) : a.Text(0).compare(a.Text(1));
+    const int order = IgnoresCase(a, 2) ? text::CompareTexts(a.Text(0), a.Text(1)) : a.Text(0).compare(a.Text(1));
     answer.Whole((order > 0) - (order < 0));
 }
 
