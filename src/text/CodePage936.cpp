@@ -17,7 +17,7 @@ constexpr std::uint32_t kLastLead = 0xFE;
 constexpr std::uint32_t kFirstTrail = 0x40;
 constexpr std::uint32_t kNoTrail = 0x7F;
 constexpr std::uint32_t kLastTrail = 0xFE;
-constexpr std::uint32_t kTrails = kLastTrail - kFirstTrail;
+constexpr std::size_t kTrails = kLastTrail - kFirstTrail;
 constexpr std::size_t kCells = std::size(kCells936) - 1;
 static_assert(kCells == (kLastLead - kFirstLead + 1) * kTrails);
 

@@ -1,10 +1,10 @@
 #include "text/TextOrder.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <tuple>
 
+#include "text/FoldedText.h"
 #include "text/TextOrderTable.h"
 #include "text/Utf8.h"
 
@@ -15,11 +15,6 @@ namespace {
 constexpr char32_t kFirstHangul = 0xAC00;
 constexpr char32_t kLastHangul = 0xD7A3;
 
-std::string_view WithoutTrailingBlanks(std::string_view text) noexcept {
-    const auto last = text.find_last_not_of(' ');
-    return last == text.npos ? std::string_view() : text.substr(0, last + 1);
-}
-
 std::uint32_t EntryOf(char32_t c) noexcept {
     constexpr char32_t kInBlock = (1U << kBlockBits) - 1;
     constexpr char32_t kFirstOther = 0x10000;
@@ -29,20 +24,17 @@ std::uint32_t EntryOf(char32_t c) noexcept {
 
 std::uint8_t ByteAt(std::string_view text, std::size_t at) noexcept { return static_cast<std::uint8_t>(text[at]); }
 
-/// The next character beyond ASCII, behind which the place is moved. Most have three bytes.
-char32_t TakeCharacter(std::string_view text, std::size_t& at) noexcept {
+/// The character there, beyond ASCII. Most have three bytes.
+DecodedCharacter DecodeAt(std::string_view text, std::size_t at) noexcept {
     const std::uint8_t lead = ByteAt(text, at);
     if ((lead & 0xF0) == 0xE0 && text.size() - at >= 3) {
         const std::uint8_t second = ByteAt(text, at + 1);
         const std::uint8_t third = ByteAt(text, at + 2);
         const char32_t c = (lead & 0x0FU) << 12 | (second & 0x3FU) << 6 | (third & 0x3FU);
         const bool isSurrogate = (c & 0xF800) == 0xD800;
-        if ((second & 0xC0) == 0x80 && (third & 0xC0) == 0x80 && c > 0x7FF && !isSurrogate) {
-            at += 3;
-            return c;
-        }
+        if ((second & 0xC0) == 0x80 && (third & 0xC0) == 0x80 && c > 0x7FF && !isSurrogate) return {c, 3};
     }
-    return NextCharacter(text, at);
+    return DecodeUtf8(text.substr(at));
 }
 
 const Contraction* FindContraction(char32_t first, char32_t second, char32_t third) noexcept {
@@ -54,7 +46,7 @@ const Contraction* FindContraction(char32_t first, char32_t second, char32_t thi
     return found != end && text(*found) == sought ? found : nullptr;
 }
 
-/// The longest contraction of a character and what follows it, behind which the place is moved; null for none.
+/// The longest contraction of a character and what stands at a place, which moves past it; null for none.
 const Contraction* TakeContraction(char32_t first, std::string_view text, std::size_t& at) noexcept {
     if (at == text.size()) return nullptr;
     std::size_t secondEnd = at;
@@ -72,7 +64,7 @@ const Contraction* TakeContraction(char32_t first, std::string_view text, std::s
     return found;
 }
 
-/// A weight, and those of the same character that are to follow it.
+/// The weights of a character or a contraction: the first, and those that follow it.
 struct Weights {
     std::uint32_t first;
     const std::uint32_t* rest = nullptr;
@@ -84,17 +76,18 @@ Weights Expand(std::uint32_t expansion) noexcept {
     return {*first, first + 1, first + (expansion & ((1U << kExpansionLengthBits) - 1))};
 }
 
-/// A syllable is its two or three letters.
+/// A syllable counts as its two or three letters.
 Weights ExpandHangul(char32_t c) noexcept {
     constexpr char32_t kFirstLetter = 0x1100;
-    constexpr char32_t kEndings = 21 * 28;
-    constexpr char32_t kTrails = 28;
-    const char32_t number = c - kFirstHangul;
+    constexpr std::size_t kTrails = 28;  // none among them
+    constexpr std::size_t kEndings = 21 * kTrails;
+    const std::size_t number = c - kFirstHangul;
     const std::uint32_t* rest = kHangulEndings + 2 * (number % kEndings);
-    return {EntryOf(kFirstLetter + number / kEndings), rest, rest + (number % kTrails == 0 ? 1 : 2)};
+    return {EntryOf(kFirstLetter + static_cast<char32_t>(number / kEndings)), rest,
+            rest + (number % kTrails == 0 ? 1 : 2)};
 }
 
-/// The weights of a character with its entry and of what it contracts with, behind which the place is moved.
+/// The weights of a character, given its entry, and of what it contracts with at a place, which moves past it.
 Weights TakeWeights(char32_t c, std::uint32_t entry, std::string_view text, std::size_t& at) noexcept {
     if ((entry & kStarts) != 0) {
         if (const Contraction* found = TakeContraction(c, text, at)) return Expand(found->expansion);
@@ -150,7 +143,9 @@ private:
             ++at_;
             if (!MarkFollows()) return entry & kPrimaryMask;
         } else {
-            c = TakeCharacter(text_, at_);
+            const DecodedCharacter decoded = DecodeAt(text_, at_);
+            at_ += decoded.bytes;
+            c = decoded.character;
             entry = EntryOf(c);
         }
         if (entry < kExpansion) return entry;
@@ -174,11 +169,11 @@ private:
     bool hasAccents_ = false;
 };
 
-/// Whether the character there, or the byte, belongs to what stands before it.
+/// Whether the weights of what stands before a place may depend on the character or byte there.
 bool Joins(std::string_view text, std::size_t at) noexcept {
     if (at == text.size() || ByteAt(text, at) <= kLastAscii) return false;
     if ((ByteAt(text, at) & 0xC0) == 0x80) return true;
-    return (EntryOf(TakeCharacter(text, at)) & kJoins) != 0;
+    return (EntryOf(DecodeAt(text, at).character) & kJoins) != 0;
 }
 
 std::uint32_t AsciiPrimary(char c) noexcept { return kBasicPlane[static_cast<std::uint8_t>(c)] & kPrimaryMask; }
@@ -187,7 +182,7 @@ bool AreSameAscii(char left, char right) noexcept {
     return ((left | right) & 0x80) == 0 && AsciiPrimary(left) == AsciiPrimary(right);
 }
 
-/// Bytes with the same weights in both, which do not depend on what follows.
+/// Length of a beginning with the same weights in both, whatever follows.
 std::size_t CommonBeginning(std::string_view left, std::string_view right) noexcept {
     const std::size_t size = std::min(left.size(), right.size());
     std::size_t at = 0;

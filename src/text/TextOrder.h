@@ -1,4 +1,4 @@
-// The order of texts in a book: by letters, Chinese characters in pinyin order after all others, then by accents.
+// The order of texts in a book.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +9,10 @@ namespace kpTables::text {
 /// Version of the order. It is part of a book's format: another order, another version.
 inline constexpr int kTextOrderVersion = 1;
 
-/// Negative, 0 or positive. Case, width (half or full), control characters and trailing blanks do not count; symbols
-/// come before digits, letters and Chinese characters, which Unicode has not assigned last. Bytes that are no UTF-8
-/// count as replacement characters.
+/// Negative, 0 or positive. Case, width (half or full), control characters and trailing blanks do not count. Symbols
+/// come first, then digits, letters by script, Chinese characters by pinyin and last, by code point, what Unicode
+/// 15 has not assigned. Accents decide between texts that are equal without them. A byte that belongs to no character
+/// counts as a replacement character.
 int CompareTexts(std::string_view left, std::string_view right) noexcept;
 
 /// Equal for texts that compare equal.
