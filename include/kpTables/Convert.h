@@ -51,10 +51,11 @@ std::optional<bool> EqualsNumber(const Variant& left, double right);
 /// Removes blanks (U+0020 only) at both ends, as Trim does.
 std::string_view Trim(std::string_view text) noexcept;
 
-/// Format(value, pattern) for the patterns that the component uses: "yyyy-M-d", "yyyy年MM月dd日", "00月", "00日",
-/// "##### 张", "&". Built of d, dd, M, MM, yyyy, H, HH, mm (after an hour), ss for dates, 0 and # for whole numbers, &
-/// for text; every other character stands for itself. A date pattern on a text that is no date, and a digit pattern on
-/// a text that is no number, give the text unchanged; Null gives "".
+/// Format(value, pattern) as Visual Basic has it: "yyyy-M-d", "00月", "##### 张", "#,##0.00", "Short Date". A pattern
+/// of dates is built of y, m, d, h, n, s (m after an hour is minutes), one of numbers of 0 and # with a point, commas,
+/// % or an exponent, one of texts of @ and &, with < or > for the case; parts after semicolons are for negative
+/// numbers, zero and empty texts; \x and "x" stand for themselves, as does every other character. A date pattern on a
+/// text that is no date, and a digit pattern on a text that is no number, give the text unchanged; Null gives "".
 std::string Format(const Variant& value, std::string_view pattern);
 
 /// True when the character is a double-byte one in code page 936 (its ANSI code, as a signed 16-bit value, is

@@ -6,9 +6,10 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/Fragments.h"
-#include "kpTables/Utf8.h"
 #include "kpTables/Version.h"
 #include "kpTables/VersionRecord.h"
+#include "text/CodePage936.h"
+#include "text/Utf8.h"
 
 namespace kpTables {
 
@@ -53,11 +54,12 @@ Variant CTables::Update(const std::string& ProcName, const std::string& TableNam
 std::string CTables::AllTrim(const std::string& rStr) const {
     // The position counter is a 16-bit one, and it counts UTF-16 units.
     constexpr std::size_t kLongest = 32767;
-    if (Utf16Length(rStr) > kLongest) Raise(ErrorNumber::Overflow);
+    if (text::Utf16Length(rStr) > kLongest) Raise(ErrorNumber::Overflow);
     std::string kept;
     for (std::string_view rest = rStr; !rest.empty();) {
-        const auto [character, bytes] = DecodeUtf8(rest);
-        const bool passes = character == U'-' || (character >= U'A' && character <= U'Z') || IsDoubleByte936(character);
+        const auto [character, bytes] = text::DecodeUtf8(rest);
+        const bool passes =
+            character == U'-' || (character >= U'A' && character <= U'Z') || text::IsDoubleByte936(character);
         if (passes) kept += rest.substr(0, bytes);
         rest.remove_prefix(bytes);
     }

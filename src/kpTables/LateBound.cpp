@@ -4,14 +4,14 @@
 #include <algorithm>
 
 #include "kpTables/Error.h"
-#include "kpTables/values/Ascii.h"
+#include "text/Ascii.h"
 
 namespace kpTables {
 
 const _CTables::Member* _CTables::Find(std::string_view name, MemberKind kind) {
     const auto members = Members();
     const auto found = std::find_if(members.begin(), members.end(), [name, kind](const Member& member) {
-        return member.kind == kind && values::EqualsIgnoringCase(member.name, name);
+        return member.kind == kind && text::EqualsIgnoringCase(member.name, name);
     });
     return found == members.end() ? nullptr : &*found;
 }

@@ -1,15 +1,17 @@
-// UTF-8: is it valid, what to show where it is not, and how many columns of a terminal it takes.
+// UTF-8 text as a terminal shows it.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "text/Utf8.h"
+
 namespace kpTables::kpbook {
 
-bool IsValidUtf8(std::string_view text) noexcept;
-/// The text with every byte that belongs to no character replaced by U+FFFD.
-std::string ReplaceInvalidUtf8(std::string_view text);
+using text::IsValidUtf8;
+using text::ReplaceInvalidUtf8;
+
 /// Columns that the text takes on a terminal: two for Chinese characters, none for combining marks.
 std::size_t DisplayWidth(std::string_view text) noexcept;
 /// The text on one line: control characters as \n, \t, \xHH, invalid bytes as U+FFFD.

@@ -78,6 +78,10 @@ protected:
         session_->GetCatalog().Refresh();
     }
 
+    void SetUp() override {
+        if (const std::string reason = OtherPlans(); !reason.empty()) GTEST_SKIP() << reason;
+    }
+
     std::string PlanOf(const std::string& text) {
         const sql::StatementPtr statement = sql::Parse(text);
         sql::AddUpLines(*statement, session_->GetCatalog());

@@ -2,10 +2,10 @@
 
 #include "BookFile.h"
 #include "BookSchema.h"
-#include "CollationVersion.h"
 #include "Session.h"
 #include "TableAppender.h"
 #include "TableRecordset.h"
+#include "TextOrderVersion.h"
 #include "kpTables/Sqlite.h"
 
 namespace kpTables {
@@ -65,7 +65,7 @@ void TakeSqlServerNames(const sqlite::Database& database) {
 void MakeTables(Session& session, HeaderDialect dialect) {
     session.GetTransaction().Begin();
     sqlite::MarkAsBook(session.GetDatabase());
-    sqlite::RecordCollationVersion(session.GetDatabase());
+    sqlite::RecordTextOrderVersion(session.GetDatabase());
     for (const std::string_view statement : schema::BookSchema()) session.Execute(statement);
     if (dialect == HeaderDialect::SqlServer) TakeSqlServerNames(session.GetDatabase());
     session.GetTransaction().Commit();
@@ -75,7 +75,7 @@ void MakeTables(Session& session, HeaderDialect dialect) {
 
 std::shared_ptr<SqliteConnection> SqliteConnection::Open(const std::string& path, const SqliteOptions& options) {
     auto session = std::make_shared<Session>(sqlite::OpenBookFile(path, options));
-    if (!options.readOnly) sqlite::BringIndexesUpToDate(session->GetDatabase());
+    sqlite::BringIndexesUpToDate(session->GetDatabase(), path);
     return std::make_shared<Book>(path, std::move(session));
 }
 

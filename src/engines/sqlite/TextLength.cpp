@@ -1,6 +1,6 @@
 #include "TextLength.h"
 
-#include "functions/Characters.h"
+#include "text/Utf8.h"
 
 namespace kpTables::sqlite {
 
@@ -8,7 +8,7 @@ std::optional<std::string> LengthComplaint(std::string_view text, int length, st
     // No text has more characters than bytes.
     const auto limit = static_cast<std::size_t>(length);
     if (limit == 0 || text.size() <= limit) return std::nullopt;
-    const std::size_t characters = CountCharacters(text);
+    const std::size_t characters = text::CountCharacters(text);
     if (characters <= limit) return std::nullopt;
     std::string complaint = "The field '";
     complaint.append(column).append("' is too small for a text of ").append(std::to_string(characters));

@@ -7,37 +7,16 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/db/FoldedText.h"
-#include "kpTables/values/Ascii.h"
+#include "text/Ascii.h"
+#include "text/FoldedText.h"
+#include "text/Like.h"
 
 namespace kpTables::db {
 
 namespace {
 
-using values::EqualsIgnoringCase;
-using values::Lower;
-
-/// % and * stand for any characters.
-bool MatchesPattern(std::string_view text, std::string_view pattern) {
-    const auto isRun = [](char c) { return c == '%' || c == '*'; };
-    std::size_t t = 0, p = 0, runAt = std::string_view::npos, runText = 0;
-    while (t < text.size()) {
-        if (p < pattern.size() && isRun(pattern[p])) {
-            runAt = p++;
-            runText = t;
-        } else if (p < pattern.size() && Lower(pattern[p]) == Lower(text[t])) {
-            ++p;
-            ++t;
-        } else if (runAt != std::string_view::npos) {
-            p = runAt + 1;
-            t = ++runText;
-        } else {
-            return false;
-        }
-    }
-    while (p < pattern.size() && isRun(pattern[p])) ++p;
-    return p == pattern.size();
-}
+using text::EqualsIgnoringCase;
+using text::WithoutTrailingBlanks;
 
 bool Meets(std::partial_ordering order, Comparison comparison) {
     switch (comparison) {
@@ -213,7 +192,7 @@ bool Criteria::Matches(const RowStore& rows, std::size_t row) const {
 
 bool Criteria::MatchesText(std::string_view cell) const {
     if (comparison_ == Comparison::Like) {
-        return MatchesPattern(WithoutTrailingBlanks(cell), WithoutTrailingBlanks(text_));
+        return text::LikeInCriteria(WithoutTrailingBlanks(cell), WithoutTrailingBlanks(text_));
     }
     return Meets(texts_->compare(cell, text_) <=> 0, comparison_);
 }

@@ -7,10 +7,10 @@
 #include "kpTables/Error.h"
 #include "kpTables/db/Criteria.h"
 #include "kpTables/db/FindIndex.h"
-#include "kpTables/db/FoldedText.h"
 #include "kpTables/db/RowOrder.h"
 #include "kpTables/db/RowStore.h"
-#include "kpTables/values/Ascii.h"
+#include "text/Ascii.h"
+#include "text/FoldedText.h"
 
 namespace kpTables {
 
@@ -23,10 +23,10 @@ namespace {
 constexpr std::int32_t kPositionEof = -3;
 constexpr TextOrder kFoldedTexts = {
     [](std::string_view left, std::string_view right) noexcept {
-        const auto order = db::CompareFolded(left, right);
+        const auto order = text::CompareFolded(left, right);
         return order < 0 ? -1 : order > 0 ? 1 : 0;
     },
-    [](std::string_view text) noexcept { return std::optional(db::HashFolded(text)); },
+    [](std::string_view text) noexcept { return std::optional(text::HashFolded(text)); },
 };
 // An index costs about as much as this many searches that read every row.
 constexpr std::size_t kScansBeforeIndex = 4;
@@ -176,7 +176,7 @@ const FieldInfo& MemoryRecordset::FieldAt(int index) const {
 int MemoryRecordset::FieldIndex(std::string_view name) const {
     const auto& fields = Opened().rows->Fields();
     for (std::size_t i = 0; i < fields.size(); ++i) {
-        if (values::EqualsIgnoringCase(fields[i].name, name)) return static_cast<int>(i);
+        if (text::EqualsIgnoringCase(fields[i].name, name)) return static_cast<int>(i);
     }
     Raise(ErrorNumber::ItemNotFound, std::string(name));
 }

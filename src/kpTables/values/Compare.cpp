@@ -1,7 +1,7 @@
 // Comparing Variants.
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/values/Ascii.h"
+#include "text/Ascii.h"
 
 namespace kpTables {
 
@@ -20,8 +20,8 @@ std::partial_ordering CompareTexts(std::string_view left, std::string_view right
 /// A text as the number that it means beside a value of the given type.
 double NumberBeside(const std::string& text, VarType other) {
     if (other == VarType::Boolean) {
-        if (values::EqualsIgnoringCase(text, "true")) return -1;
-        if (values::EqualsIgnoringCase(text, "false")) return 0;
+        if (text::EqualsIgnoringCase(text, "true")) return -1;
+        if (text::EqualsIgnoringCase(text, "false")) return 0;
     }
     if (other == VarType::Date) return CDate(text).Serial();
     return CDbl(text);

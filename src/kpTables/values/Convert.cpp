@@ -3,8 +3,10 @@
 #include <cmath>
 
 #include "kpTables/Error.h"
-#include "kpTables/values/Ascii.h"
-#include "kpTables/values/Decimal.h"
+#include "text/Ascii.h"
+#include "text/CodePage936.h"
+#include "text/Decimal.h"
+#include "text/NumberText.h"
 
 namespace kpTables {
 
@@ -13,7 +15,7 @@ namespace {
 [[noreturn]] void Mismatch() { Raise(ErrorNumber::TypeMismatch); }
 
 double ReadNumber(std::string_view text) {
-    const auto number = values::Decimal::Read(text);
+    const auto number = text::Decimal::Read(text);
     if (!number) Mismatch();
     const double value = number->ToDouble();
     if (std::isinf(value)) Raise(ErrorNumber::Overflow);
@@ -21,8 +23,8 @@ double ReadNumber(std::string_view text) {
 }
 
 std::optional<bool> ReadBoolean(std::string_view text) {
-    if (values::EqualsIgnoringCase(text, "true")) return true;
-    if (values::EqualsIgnoringCase(text, "false")) return false;
+    if (text::EqualsIgnoringCase(text, "true")) return true;
+    if (text::EqualsIgnoringCase(text, "false")) return false;
     return std::nullopt;
 }
 
@@ -85,9 +87,11 @@ double CDbl(const Variant& value) { return NumberOf(value); }
 Currency CCur(const Variant& value) {
     if (const auto* currency = value.If<Currency>()) return *currency;
     if (const auto* text = value.If<std::string>()) {
-        const auto number = values::Decimal::Read(*text);
+        const auto number = text::Decimal::Read(*text);
         if (!number) Mismatch();
-        return number->ToCurrency();
+        const auto amount = number->ToAmount();
+        if (!amount) Raise(ErrorNumber::Overflow);
+        return Currency::FromScaled(*amount);
     }
     return Currency::FromDouble(NumberOf(value));
 }
@@ -130,13 +134,11 @@ std::string CStr(const Variant& value) {
 
 std::string Text(const Variant& value) { return value.IsNull() ? std::string() : CStr(value); }
 
-std::optional<double> ParseNumber(std::string_view text) {
-    const auto number = values::Decimal::Read(text);
-    if (!number) return std::nullopt;
-    const double value = number->ToDouble();
-    if (std::isinf(value)) return std::nullopt;
-    return value;
-}
+std::string Text(std::int32_t value) { return text::WholeText(value); }
+std::string Text(double value) { return text::NumberText(value); }
+std::string Text(bool value) { return text::BooleanText(value); }
+
+std::optional<double> ParseNumber(std::string_view text) { return text::ParseNumber(text); }
 
 bool IsNumeric(const Variant& value) {
     switch (value.Type()) {
@@ -164,5 +166,7 @@ std::string_view Trim(std::string_view text) noexcept {
     while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
     return text;
 }
+
+bool IsDoubleByte936(char32_t character) noexcept { return text::IsDoubleByte936(character); }
 
 }  // namespace kpTables

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpbook/Host.h"

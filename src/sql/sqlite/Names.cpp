@@ -3,12 +3,11 @@
 #include <algorithm>
 
 #include "sql/sqlite/SqliteTranslator.h"
+#include "text/Ascii.h"
 
 namespace kpTables::sql {
 
 namespace {
-
-char Folded(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 std::string Quoted(std::string_view text, char quote) {
     std::string quoted(1, quote);
@@ -22,13 +21,11 @@ std::string Quoted(std::string_view text, char quote) {
 
 }  // namespace
 
-bool SameName(std::string_view a, std::string_view b) noexcept {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Folded(x) == Folded(y); });
-}
+bool SameName(std::string_view a, std::string_view b) noexcept { return text::EqualsIgnoringCase(a, b); }
 
 std::string FoldedName(std::string_view name) {
     std::string folded(name);
-    std::transform(folded.begin(), folded.end(), folded.begin(), Folded);
+    std::transform(folded.begin(), folded.end(), folded.begin(), text::Lower);
     return folded;
 }
 

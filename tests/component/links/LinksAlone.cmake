@@ -1,9 +1,9 @@
-# Links every object of the component's library into a program with the C++ runtime's libraries alone, runs it, and
-# looks at what it needs at run time.
+# Links every object of the component's library and of the ground floor's into a program with the C++ runtime's libraries
+# alone, runs it, and looks at what it needs at run time.
 set(program ${WORK}/linksAlone)
 file(REMOVE ${program})
 execute_process(
-  COMMAND ${COMPILER} -std=c++20 -I${INCLUDE} ${MAIN} -Wl,--whole-archive ${LIBRARY} -Wl,--no-whole-archive
+  COMMAND ${COMPILER} -std=c++20 -I${INCLUDE} ${MAIN} -Wl,--whole-archive ${LIBRARIES} -Wl,--no-whole-archive
           -Wl,--no-undefined -nodefaultlibs -lstdc++ -lm -lgcc_s -lgcc -lc -o ${program}
   RESULT_VARIABLE failed
   ERROR_VARIABLE messages)

@@ -1,127 +1,17 @@
 #include "Characters.h"
 
-#include <unicode/uchar.h>
-#include <unicode/ucnv.h>
-#include <unicode/utf8.h>
-
-#include <memory>
-
 #include "kpTables/Error.h"
+#include "text/CodePage936.h"
+#include "text/Utf8.h"
 
 namespace kpTables::sqlite {
 
-namespace {
-
-constexpr char32_t kLastAscii = 0x7F;
-
-std::string Mapped(std::string_view text, char32_t (*map)(char32_t)) {
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) AppendCharacter(out, map(NextCharacter(text, at)));
-    return out;
-}
-
-char32_t Upper(char32_t c) {
-    if (c <= kLastAscii) return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c;
-    return static_cast<char32_t>(u_toupper(static_cast<UChar32>(c)));
-}
-
-char32_t Lower(char32_t c) {
-    if (c <= kLastAscii) return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c;
-    return static_cast<char32_t>(u_tolower(static_cast<UChar32>(c)));
-}
-
-struct CloseConverter {
-    void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
-};
-
-/// A converter keeps state, so each call has its own.
-std::unique_ptr<UConverter, CloseConverter> CodePage936() {
-    UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<UConverter, CloseConverter> converter(ucnv_open("windows-936", &status));
-    if (U_FAILURE(status)) Raise(ErrorNumber::InvalidCall, "code page 936 is not installed");
-    return converter;
-}
-
-}  // namespace
-
-std::size_t CharacterSize(std::string_view text, std::size_t at) noexcept {
-    std::size_t end = at;
-    NextCharacter(text, end);
-    return end - at;
-}
-
-std::size_t CountCharacters(std::string_view text) noexcept {
-    std::size_t count = 0;
-    for (std::size_t at = 0; at < text.size(); ++count) at += CharacterSize(text, at);
-    return count;
-}
-
-std::size_t OffsetOfCharacter(std::string_view text, std::size_t number) noexcept {
-    std::size_t at = 0;
-    for (; number > 0 && at < text.size(); --number) at += CharacterSize(text, at);
-    return at;
-}
-
-char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
-    const auto first = static_cast<unsigned char>(text[at]);
-    if (first <= kLastAscii) {
-        ++at;
-        return first;
-    }
-    auto i = static_cast<std::int64_t>(at);
-    UChar32 c = 0;
-    U8_NEXT_OR_FFFD(reinterpret_cast<const std::uint8_t*>(text.data()), i, static_cast<std::int64_t>(text.size()), c);
-    at = static_cast<std::size_t>(i);
-    return static_cast<char32_t>(c);
-}
-
-void AppendCharacter(std::string& text, char32_t character) {
-    char bytes[U8_MAX_LENGTH];
-    int size = 0;
-    U8_APPEND_UNSAFE(bytes, size, static_cast<UChar32>(character));
-    text.append(bytes, static_cast<std::size_t>(size));
-}
-
-char32_t FoldCase(char32_t c) noexcept {
-    if (c <= kLastAscii) return Lower(c);
-    return static_cast<char32_t>(u_foldCase(static_cast<UChar32>(c), U_FOLD_CASE_DEFAULT));
-}
-
-std::string Folded(std::string_view text) {
-    return Mapped(text, [](char32_t c) { return FoldCase(c); });
-}
-std::string UpperCase(std::string_view text) { return Mapped(text, Upper); }
-std::string LowerCase(std::string_view text) { return Mapped(text, Lower); }
-
-std::int16_t AnsiCode(char32_t character) {
-    if (character <= kLastAscii) return static_cast<std::int16_t>(character);
-    const auto converter = CodePage936();
-    UChar units[U16_MAX_LENGTH];
-    int count = 0;
-    U16_APPEND_UNSAFE(units, count, static_cast<UChar32>(character));
-    char bytes[8];
-    UErrorCode status = U_ZERO_ERROR;
-    ucnv_setSubstChars(converter.get(), "?", 1, &status);
-    const int size = ucnv_fromUChars(converter.get(), bytes, sizeof bytes, units, count, &status);
-    const auto first = static_cast<unsigned char>(bytes[0]);
-    if (size < 2) return static_cast<std::int16_t>(first);
-    return static_cast<std::int16_t>(static_cast<std::uint16_t>(first << 8 | static_cast<unsigned char>(bytes[1])));
-}
+std::int16_t AnsiCode(char32_t character) { return static_cast<std::int16_t>(text::CodeOf936(character)); }
 
 std::string TextOfAnsiCode(std::int32_t code) {
-    constexpr int kByte = 0x100;
     if (code < INT16_MIN || code > UINT16_MAX) Raise(ErrorNumber::InvalidCall);
-    const auto unsignedCode = static_cast<std::uint16_t>(code);
-    if (unsignedCode <= kLastAscii) return std::string(1, static_cast<char>(unsignedCode));
-    const char bytes[] = {static_cast<char>(unsignedCode / kByte), static_cast<char>(unsignedCode % kByte)};
-    const bool oneByte = unsignedCode < kByte;
-    const auto converter = CodePage936();
-    UErrorCode status = U_ZERO_ERROR;
-    const char* source = oneByte ? bytes + 1 : bytes;
-    const UChar32 c = ucnv_getNextUChar(converter.get(), &source, bytes + sizeof bytes, &status);
     std::string text;
-    if (U_SUCCESS(status)) AppendCharacter(text, static_cast<char32_t>(c));
+    text::AppendCharacter(text, text::CharacterOf936(static_cast<std::uint16_t>(code)));
     return text;
 }
 

@@ -4,14 +4,15 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <utility>
 
-#include "Format.h"
 #include "Function.h"
-#include "NumberFormat.h"
 #include "ServerDate.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Currency.h"
 #include "kpTables/Error.h"
+#include "text/Decimal.h"
+#include "text/Format.h"
 
 namespace kpTables::sqlite {
 
@@ -64,7 +65,7 @@ void Str(const Arguments& a, Answer& answer) {
     answer.Text(text.starts_with('-') ? text : ' ' + text);
 }
 
-void Val(const Arguments& a, Answer& answer) { answer.Number(LeadingNumber(a.Text(0))); }
+void Val(const Arguments& a, Answer& answer) { answer.Number(text::LeadingNumber(a.Text(0))); }
 
 void IsDateText(const Arguments& a, Answer& answer) { answer.Whole(a.IsText(0) && IsDate(Variant(a.Text(0))) ? 1 : 0); }
 
@@ -72,19 +73,24 @@ void IsNumericText(const Arguments& a, Answer& answer) {
     answer.Whole(!a.AnyNull() && (!a.IsText(0) || ParseNumber(a.Text(0))) ? 1 : 0);
 }
 
+std::string Fitting(std::optional<std::string> formatted) {
+    if (!formatted) Raise(ErrorNumber::Overflow);
+    return *std::move(formatted);
+}
+
 void FormatOfDate(const Arguments& a, Answer& answer) {
     if (a.AnyNull()) return answer.Text("");
-    answer.Text(a.Count() > 1 ? FormatDate(a.Date(0), a.Text(1)) : a.Date(0).ToText());
+    answer.Text(a.Count() > 1 ? Fitting(text::FormatDate(a.Date(0).Serial(), a.Text(1))) : a.Date(0).ToText());
 }
 
 void FormatOfNumber(const Arguments& a, Answer& answer) {
     if (a.AnyNull()) return answer.Text("");
-    answer.Text(a.Count() > 1 ? FormatNumber(a.Number(0), a.Text(1)) : Text(a.Number(0)));
+    answer.Text(a.Count() > 1 ? Fitting(text::FormatNumber(a.Number(0), a.Text(1))) : Text(a.Number(0)));
 }
 
 void FormatOfText(const Arguments& a, Answer& answer) {
     if (a.AnyNull()) return answer.Text("");
-    answer.Text(a.Count() > 1 ? FormatText(a.Text(0), a.Text(1)) : std::string(a.Text(0)));
+    answer.Text(a.Count() > 1 ? Fitting(text::FormatText(a.Text(0), a.Text(1))) : std::string(a.Text(0)));
 }
 
 constexpr bool kNullToo = true;

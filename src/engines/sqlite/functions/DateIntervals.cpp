@@ -2,9 +2,9 @@
 #include <cmath>
 #include <cstdint>
 
-#include "Characters.h"
 #include "Function.h"
 #include "kpTables/Error.h"
+#include "text/Ascii.h"
 
 namespace kpTables::sqlite {
 
@@ -32,9 +32,8 @@ Interval IntervalOf(std::string_view text) {
         {"d", Interval::Day},     {"w", Interval::Weekday}, {"ww", Interval::Week}, {"h", Interval::Hour},
         {"n", Interval::Minute},  {"s", Interval::Second},
     };
-    const std::string folded = Folded(text);
     for (const Name& name : kNames) {
-        if (name.text == folded) return name.interval;
+        if (text::EqualsIgnoringCase(name.text, text)) return name.interval;
     }
     Raise(ErrorNumber::InvalidCall, std::string(text) + " is no interval");
 }

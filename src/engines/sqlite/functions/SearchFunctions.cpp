@@ -1,11 +1,12 @@
 // Functions that look for text in text.
-#include <optional>
 #include <string>
 
-#include "../Collation.h"
-#include "Characters.h"
 #include "Function.h"
 #include "kpTables/Error.h"
+#include "text/CaseMapping.h"
+#include "text/Like.h"
+#include "text/TextOrder.h"
+#include "text/Utf8.h"
 
 namespace kpTables::sqlite {
 
@@ -13,14 +14,14 @@ namespace {
 
 /// Position from 1 of find in text at or after the character start (from 1), 0 when it is not there.
 std::int64_t PositionOf(std::string_view text, std::string_view find, std::int32_t start, bool ignoreCase) {
-    const std::string foldedText = ignoreCase ? Folded(text) : std::string(text);
-    const std::string foldedFind = ignoreCase ? Folded(find) : std::string(find);
+    const std::string foldedText = ignoreCase ? text::FoldCase(text) : std::string(text);
+    const std::string foldedFind = ignoreCase ? text::FoldCase(find) : std::string(find);
     const auto first = static_cast<std::size_t>(start - 1);
-    const std::size_t from = OffsetOfCharacter(foldedText, first);
+    const std::size_t from = text::OffsetOfCharacter(foldedText, first);
     if (first > 0 && from == foldedText.size()) return 0;
     const auto at = foldedText.find(foldedFind, from);
     if (at == std::string::npos || foldedText.empty()) return 0;
-    return static_cast<std::int64_t>(CountCharacters(std::string_view(foldedText).substr(0, at))) + 1;
+    return static_cast<std::int64_t>(text::CountCharacters(std::string_view(foldedText).substr(0, at))) + 1;
 }
 
 bool IgnoresCase(const Arguments& a, int index) { return a.Count() <= index || a.Whole(index) != 0; }
@@ -38,23 +39,23 @@ void InStrRev(const Arguments& a, Answer& answer) {
     const std::int32_t last = a.Count() > 2 ? a.Whole(2) : -1;
     if (last == 0 || last < -1) Raise(ErrorNumber::InvalidCall);
     const bool ignoreCase = IgnoresCase(a, 3);
-    const std::string text = ignoreCase ? Folded(a.Text(0)) : std::string(a.Text(0));
-    const std::string find = ignoreCase ? Folded(a.Text(1)) : std::string(a.Text(1));
-    const auto length = static_cast<std::int64_t>(CountCharacters(text));
+    const std::string text = ignoreCase ? text::FoldCase(a.Text(0)) : std::string(a.Text(0));
+    const std::string find = ignoreCase ? text::FoldCase(a.Text(1)) : std::string(a.Text(1));
+    const auto length = static_cast<std::int64_t>(text::CountCharacters(text));
     if (last > length || text.empty()) return answer.Whole(0);
     const std::int64_t end = last < 0 ? length : last;
     if (find.empty()) return answer.Whole(end);
-    const std::string_view searched = std::string_view(text).substr(0, OffsetOfCharacter(text, std::size_t(end)));
+    const std::string_view searched = std::string_view(text).substr(0, text::OffsetOfCharacter(text, std::size_t(end)));
     const auto at = searched.rfind(find);
     if (at == searched.npos) return answer.Whole(0);
-    answer.Whole(static_cast<std::int64_t>(CountCharacters(searched.substr(0, at))) + 1);
+    answer.Whole(static_cast<std::int64_t>(text::CountCharacters(searched.substr(0, at))) + 1);
 }
 
 /// The bytes at the text's start that are the folded find; 0 when it begins otherwise.
 std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
     std::size_t at = 0;
     for (const char32_t character : find) {
-        if (at >= text.size() || FoldCase(NextCharacter(text, at)) != character) return 0;
+        if (at >= text.size() || text::FoldCase(text::NextCharacter(text, at)) != character) return 0;
     }
     return at;
 }
@@ -62,11 +63,11 @@ std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
 void Replace(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     std::u32string find;
-    for (std::size_t at = 0; at < a.Text(1).size();) find += FoldCase(NextCharacter(a.Text(1), at));
+    for (std::size_t at = 0; at < a.Text(1).size();) find += text::FoldCase(text::NextCharacter(a.Text(1), at));
     std::string out;
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t matched = MatchedSize(text.substr(at), find);
-        const std::size_t size = matched > 0 ? matched : CharacterSize(text, at);
+        const std::size_t size = matched > 0 ? matched : text::CharacterSize(text, at);
         out += matched > 0 ? a.Text(2) : text.substr(at, size);
         at += size;
     }
@@ -74,7 +75,7 @@ void Replace(const Arguments& a, Answer& answer) {
 }
 
 void StrComp(const Arguments& a, Answer& answer) {
-    const int order = IgnoresCase(a, 2) ? CompareBookText(a.Text(0), a.Text(1)) : a.Text(0).compare(a.Text(1));
+    const int order = IgnoresCase(a, 2) ? text::CompareTexts(a.Text(0), a.Text(1)) : a.Text(0).compare(a.Text(1));
     answer.Whole((order > 0) - (order < 0));
 }
 
@@ -83,62 +84,7 @@ void CharIndex(const Arguments& a, Answer& answer) {
     answer.Whole(a.Text(0).empty() ? 0 : PositionOf(a.Text(1), a.Text(0), start < 1 ? 1 : start, true));
 }
 
-/// Whether the class that begins behind the bracket at at holds the character; at moves behind the class. Nothing when
-/// the bracket is never closed, and then stands for itself.
-std::optional<bool> InClass(std::string_view pattern, std::size_t& at, char32_t character) {
-    const auto close = pattern.find(']', at + 1);
-    if (close == pattern.npos) return std::nullopt;
-    std::string_view members = pattern.substr(at, close - at);
-    at = close + 1;
-    const bool negated = members.size() > 1 && (members[0] == '!' || members[0] == '^');
-    if (negated) members.remove_prefix(1);
-    bool found = false;
-    for (std::size_t i = 0; i < members.size();) {
-        const char32_t low = FoldCase(NextCharacter(members, i));
-        char32_t high = low;
-        if (i + 1 < members.size() && members[i] == '-') {
-            ++i;
-            high = FoldCase(NextCharacter(members, i));
-        }
-        found = found || (character >= low && character <= high);
-    }
-    return found != negated;
-}
-
-/// Whether one pattern element matches the text's next character; both positions move behind it.
-bool MatchesOne(std::string_view text, std::size_t& textAt, std::string_view pattern, std::size_t& patternAt) {
-    const char32_t character = FoldCase(NextCharacter(text, textAt));
-    const char32_t element = FoldCase(NextCharacter(pattern, patternAt));
-    if (element == '_') return true;
-    if (element == '[') {
-        if (const auto in = InClass(pattern, patternAt, character)) return *in;
-    }
-    return element == character;
-}
-
-/// Each % is tried at the shortest stretch that lets the rest match, and only the last one is taken back: no pattern
-/// takes longer than the product of both lengths.
-bool Matches(std::string_view text, std::string_view pattern) {
-    std::size_t textAt = 0;
-    std::size_t patternAt = 0;
-    std::optional<std::size_t> lastPercent;
-    std::size_t retry = 0;
-    while (textAt < text.size()) {
-        if (patternAt < pattern.size() && pattern[patternAt] == '%') {
-            lastPercent = ++patternAt;
-            retry = textAt;
-            continue;
-        }
-        if (patternAt < pattern.size() && MatchesOne(text, textAt, pattern, patternAt)) continue;
-        if (!lastPercent) return false;
-        patternAt = *lastPercent;
-        retry += CharacterSize(text, retry);
-        textAt = retry;
-    }
-    return pattern.find_first_not_of('%', patternAt) == pattern.npos;
-}
-
-void Like(const Arguments& a, Answer& answer) { answer.Whole(Matches(a.Text(0), a.Text(1)) ? 1 : 0); }
+void Like(const Arguments& a, Answer& answer) { answer.Whole(text::Like(a.Text(0), a.Text(1)) ? 1 : 0); }
 
 constexpr ScalarFunction kFunctions[] = {
     {"kp_charindex", CharIndex}, {"kp_instr", InStr},     {"kp_instrrev", InStrRev},

@@ -6,6 +6,8 @@
 #include "Characters.h"
 #include "Function.h"
 #include "kpTables/Error.h"
+#include "text/CaseMapping.h"
+#include "text/Utf8.h"
 
 namespace kpTables::sqlite {
 
@@ -28,28 +30,28 @@ std::size_t MadeLength(const Arguments& a, int index) {
 
 void Left(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
-    answer.Text(text.substr(0, OffsetOfCharacter(text, Length(a, 1))));
+    answer.Text(text.substr(0, text::OffsetOfCharacter(text, Length(a, 1))));
 }
 
 void Right(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
-    const std::size_t count = CountCharacters(text);
+    const std::size_t count = text::CountCharacters(text);
     const std::size_t wanted = Length(a, 1);
-    answer.Text(wanted >= count ? text : text.substr(OffsetOfCharacter(text, count - wanted)));
+    answer.Text(wanted >= count ? text : text.substr(text::OffsetOfCharacter(text, count - wanted)));
 }
 
 void Mid(const Arguments& a, Answer& answer) {
     const std::size_t start = Length(a, 1);
     if (start == 0) Raise(ErrorNumber::InvalidCall);
-    const std::string_view rest = a.Text(0).substr(OffsetOfCharacter(a.Text(0), start - 1));
-    answer.Text(a.Count() > 2 ? rest.substr(0, OffsetOfCharacter(rest, Length(a, 2))) : rest);
+    const std::string_view rest = a.Text(0).substr(text::OffsetOfCharacter(a.Text(0), start - 1));
+    answer.Text(a.Count() > 2 ? rest.substr(0, text::OffsetOfCharacter(rest, Length(a, 2))) : rest);
 }
 
 void Char(const Arguments& a, Answer& answer) {
     const std::size_t wanted = MadeLength(a, 1);
     const std::string_view text = a.Text(0);
-    const std::size_t count = CountCharacters(text);
-    if (count >= wanted) return answer.Text(text.substr(0, OffsetOfCharacter(text, wanted)));
+    const std::size_t count = text::CountCharacters(text);
+    if (count >= wanted) return answer.Text(text.substr(0, text::OffsetOfCharacter(text, wanted)));
     answer.Text(std::string(text).append(wanted - count, ' '));
 }
 
@@ -59,21 +61,21 @@ void String(const Arguments& a, Answer& answer) {
     const std::size_t count = MadeLength(a, 0);
     const std::string_view text = a.Text(1);
     if (text.empty()) Raise(ErrorNumber::InvalidCall);
-    const std::string_view character = text.substr(0, CharacterSize(text, 0));
+    const std::string_view character = text.substr(0, text::CharacterSize(text, 0));
     std::string out;
     out.reserve(count * character.size());
     for (std::size_t i = 0; i < count; ++i) out += character;
     answer.Text(out);
 }
 
-void Upper(const Arguments& a, Answer& answer) { answer.Text(UpperCase(a.Text(0))); }
-void Lower(const Arguments& a, Answer& answer) { answer.Text(LowerCase(a.Text(0))); }
+void Upper(const Arguments& a, Answer& answer) { answer.Text(text::UpperCase(a.Text(0))); }
+void Lower(const Arguments& a, Answer& answer) { answer.Text(text::LowerCase(a.Text(0))); }
 
 void Reverse(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     std::string out;
-    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text, at)) {
-        out.insert(0, text.substr(at, CharacterSize(text, at)));
+    for (std::size_t at = 0; at < text.size(); at += text::CharacterSize(text, at)) {
+        out.insert(0, text.substr(at, text::CharacterSize(text, at)));
     }
     answer.Text(out);
 }
@@ -94,7 +96,7 @@ void Asc(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     if (text.empty()) Raise(ErrorNumber::InvalidCall);
     std::size_t at = 0;
-    answer.Whole(AnsiCode(NextCharacter(text, at)));
+    answer.Whole(AnsiCode(text::NextCharacter(text, at)));
 }
 
 void Chr(const Arguments& a, Answer& answer) { answer.Text(TextOfAnsiCode(a.Whole(0))); }

@@ -1,0 +1,47 @@
+#include "TextOrderVersion.h"
+
+#include "kpTables/Error.h"
+#include "sql/sqlite/FunctionList.h"
+#include "text/TextOrder.h"
+
+namespace kpTables::sqlite {
+
+namespace {
+
+std::string Version() { return std::to_string(text::kTextOrderVersion); }
+
+/// Earlier books have other texts than numbers there; some have no such table.
+bool IsUpToDate(const Database& database) {
+    if (database.IntegerOf("SELECT COUNT(*) FROM sqlite_schema WHERE name = 'kp_collation'") == 0) return false;
+    PreparedStatement recorded = database.Prepare("SELECT version FROM kp_collation");
+    return recorded.Step() && recorded.Text(0) == Version();
+}
+
+void CheckIndexes(const Database& database, const std::string& path) {
+    // It looks up every row in every index.
+    PreparedStatement check = database.Prepare("PRAGMA integrity_check(1)");
+    if (check.Step() && check.Text(0) == "ok") return;
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                        "The book '" + path +
+                            "' cannot be opened: its indexes have another order of texts; open it for writing once, "
+                            "and they are made anew");
+}
+
+}  // namespace
+
+void RecordTextOrderVersion(const Database& database) {
+    database.Run("CREATE TABLE IF NOT EXISTS kp_collation (version TEXT)");
+    database.Run("DELETE FROM kp_collation");
+    database.Run("INSERT INTO kp_collation VALUES ('" + Version() + "')");
+}
+
+void BringIndexesUpToDate(const Database& database, const std::string& path) {
+    if (IsUpToDate(database)) return;
+    if (database.IsReadOnly()) return CheckIndexes(database, path);
+    database.Run("BEGIN IMMEDIATE");
+    database.Run("REINDEX " + std::string(sql::kTextCollation));
+    RecordTextOrderVersion(database);
+    database.Run("COMMIT");
+}
+
+}  // namespace kpTables::sqlite

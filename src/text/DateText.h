@@ -1,0 +1,22 @@
+// Text forms of dates, which are serial numbers: see Calendar.h.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kpTables::text {
+
+/// Reads y-m-d, y/m/d, y.m.d, yyyy年M月d日, m/d/y (the year last, four digits), with or without H:mm[:ss] [AM|PM], or a
+/// time alone, blanks around allowed. Two-digit years are a FullYear. Nothing when it is no date.
+std::optional<double> ParseDate(std::string_view text) noexcept;
+/// Reads YYYY-MM-DD[{T| }HH:MM[:SS]] only, as stored and as JSON carries it.
+std::optional<double> ParseIsoDate(std::string_view text) noexcept;
+
+/// The default text form: "2004-3-7", with " 12:30:00" (hour without a leading zero) when there is a time; a time alone
+/// (day 0) is just "12:30:00", and the zero date is "0:00:00".
+std::string DateText(double serial);
+/// "2004-03-07", with separator and "12:30:00" after it when there is a time. Sorts as text in order of time.
+std::string IsoDateText(double serial, char separator = ' ');
+
+}  // namespace kpTables::text

@@ -1,0 +1,21 @@
+// The order of texts in a book.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace kpTables::text {
+
+/// Version of the order. It is part of a book's format: another order, another version.
+inline constexpr int kTextOrderVersion = 1;
+
+/// Negative, 0 or positive. Case, width (half or full), control characters and trailing blanks do not count. Symbols
+/// come first, then digits, letters by script, Chinese characters by pinyin and last, by code point, what Unicode
+/// 15 has not assigned. Accents decide between texts that are equal without them. A byte that belongs to no character
+/// counts as a replacement character.
+int CompareTexts(std::string_view left, std::string_view right) noexcept;
+
+/// Equal for texts that compare equal.
+std::uint64_t HashOfText(std::string_view text) noexcept;
+
+}  // namespace kpTables::text
