@@ -8,7 +8,6 @@
 #include "kpTables/Fragments.h"
 #include "kpTables/Utf8.h"
 #include "kpTables/Version.h"
-#include "kpTables/VersionRecord.h"
 
 namespace kpTables {
 
