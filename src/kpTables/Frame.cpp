@@ -5,7 +5,7 @@
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/Fragments.h"
+#include "kpTables/Numbers.h"
 #include "kpTables/Utf8.h"
 #include "kpTables/Version.h"
 
