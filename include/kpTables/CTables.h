@@ -45,7 +45,7 @@ public:
     /// A free text of the host's; nothing here reads it.
     const std::string& Speciality() const;
     void Speciality(const std::string& value);
-    /// The dialect: true for SQL Server, false (at first) for Jet. Counts from the next call on.
+    /// The dialect: true for SQL Server, false (at first) for Jet. Takes effect with the next call.
     bool isSQL() const;
     void isSQL(bool value);
 
