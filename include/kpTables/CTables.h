@@ -45,7 +45,7 @@ public:
     /// A free text of the host's; nothing here reads it.
     const std::string& Speciality() const;
     void Speciality(const std::string& value);
-    /// The dialect: true for SQL Server, false (at first) for Jet. Counts from the next call on.
+    /// The dialect: true for SQL Server, false (at first) for Jet. Takes effect with the next call.
     bool isSQL() const;
     void isSQL(bool value);
 
@@ -341,10 +341,6 @@ public:
     /// Sums per product of a bill family ("入库", "出库", "成本"); rType "购进" or "调拨" picks bill kinds.
     RecordsetPtr rs商品汇总(const std::string& rWhich, std::int16_t rBeginMonth, std::int16_t rEndMonth,
                             std::int32_t rdpID, std::int32_t rksID, const std::string& rType);
-    /// Cost sums per product; a negative month leaves both sides open.
-    RecordsetPtr rs成本汇总(InOut<std::int16_t> rBeginMonth, InOut<std::int16_t> rEndMonth, InOut<std::int32_t> rdpID);
-    /// Sums per supplier ("厂商") or else per customer; a negative month leaves both sides open.
-    RecordsetPtr rs单位汇总(InOut<std::int16_t> rBeginMonth, InOut<std::int16_t> rEndMonth, InOut<std::string> rWhich);
     /// Distinct values of a free-text column (经手人, 交接人, 包装 or 货位) of a month's inbound lines; null for
     /// another.
     RecordsetPtr rs入库扩展列表(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID);
@@ -353,6 +349,10 @@ public:
     /// Outbound quantity and net amount per product and value of such a column in a month, 0 included; null for
     /// another.
     RecordsetPtr rs出库扩展合计(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID);
+    /// Cost sums per product; a negative month leaves both sides open.
+    RecordsetPtr rs成本汇总(InOut<std::int16_t> rBeginMonth, InOut<std::int16_t> rEndMonth, InOut<std::int32_t> rdpID);
+    /// Sums per supplier ("厂商") or else per customer; a negative month leaves both sides open.
+    RecordsetPtr rs单位汇总(InOut<std::int16_t> rBeginMonth, InOut<std::int16_t> rEndMonth, InOut<std::string> rWhich);
     /// Sums per product of a bill family on a day or, with rTotal, in its month before it; ids below 1 mean all.
     /// Inbound for a rWhich within "入库、购进、调入", but always outbound in SQL Server's dialect.
     RecordsetPtr rs日报记录(InOut<std::int32_t> rdpID, InOut<std::int32_t> rksID, InOut<Date> rDate,

@@ -30,7 +30,7 @@ public:
     virtual void SetColPosition(std::int32_t col, std::int32_t position) = 0;
     virtual bool ColHidden(std::int32_t col) const = 0;
     virtual void SetColHidden(std::int32_t col, bool hidden) = 0;
-    /// In units of the grid's own.
+    /// In the grid's own units.
     virtual double ColWidth(std::int32_t col) const = 0;
     virtual void SetColWidth(std::int32_t col, double width) = 0;
 

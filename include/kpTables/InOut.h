@@ -6,8 +6,8 @@
 
 namespace kpTables {
 
-/// A by-reference parameter: bind a variable to receive what the method writes, a value to pass one and not hear back,
-/// or nothing.
+/// A by-reference parameter: bind a variable to receive what the method writes, a value when the caller needs none of
+/// it, or nothing.
 template <class T>
 class InOut {
 public:

@@ -5,6 +5,8 @@
 
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
+#include "kpTables/Fill.h"
+#include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -23,20 +25,12 @@ bool IsTextItem(std::string_view which) {
 
 bool IsStoredItem(std::string_view which) { return IsTextItem(which) || which == kBuiltDate || which == kCurrentDate; }
 
-/// Runs one step and goes on when it fails.
-template <class Step>
-void SkippingErrors(Step step) {
-    try {
-        step();
-    } catch (const std::exception&) {
-        return;
-    }
-}
-
 /// The date that a value reads as, or else the zero date.
 Date AsDate(const Variant& value) { return IsDate(value) ? CDate(value) : Date(); }
 
-Date FirstOfMonth(std::int32_t year, std::int32_t month) { return CDate(Text(year) + "-" + Text(month) + "-1"); }
+Date FirstOfMonth(std::int32_t year, std::int32_t month) {
+    return CDate(Fill("{year}-{month}-1", "year"_gap(year), "month"_gap(month)));
+}
 
 /// First day of a balance row's month; today stands in for what the row lacks.
 Date StartOfPeriod(Recordset& row, Date today) {
@@ -69,23 +63,23 @@ Variant CTables::Get_AccInfo(const std::string& rWhich) {
 bool CTables::Update_AccInfo(const std::string& rWhich, InOut<Variant> rValue) {
     Update_Option(rWhich, rValue.get());
     RecordsetPtr info;
-    SkippingErrors([&] { info = db::OpenTable(cnn_, "AccInfo"); });
-    if (!info) return false;
-    SkippingErrors([&] {
+    if (!Done([&] { info = db::OpenTable(cnn_, "AccInfo"); })) return false;
+    // A step that fails is skipped, and the next one goes on.
+    Done([&] {
         if (info->RecordCount() < 1) info->AddNew();
     });
-    SkippingErrors([&] {
+    Done([&] {
         if (IsStoredItem(rWhich)) info->Fields(rWhich).SetValue(rValue.get());
     });
-    SkippingErrors([&] { info->Update(); });
-    SkippingErrors([&] { info->Close(); });
+    Done([&] { info->Update(); });
+    Done([&] { info->Close(); });
     return false;
 }
 
 Date CTables::Get_BuiltDate() {
     constexpr int kEarliestYear = 2000;
     Date built;
-    try {
+    return Trapped(built, [&] {
         const std::string stored = Get_Option(std::string(kBuiltDate));
         if (IsDate(stored) && CDate(stored).Year() >= kEarliestYear) return CDate(stored);
 
@@ -93,15 +87,13 @@ Date CTables::Get_BuiltDate() {
         const Date today = host_->Today();
         built = earliest->Eof() ? today : StartOfPeriod(*earliest, today);
         Update_Option(std::string(kBuiltDate), Variant(Format(built, "yyyy年MM月dd日")));
-    } catch (const std::exception&) {
         return built;
-    }
-    return built;
+    });
 }
 
 Date CTables::Get_CurrentDate() {
     Variant current;
-    try {
+    Done([&] {
         current = Get_Option(std::string(kCurrentDate));
         const Variant built = Get_Option(std::string(kBuiltDate));
         const bool needsRepair = !IsDate(current) || (IsDate(built) && (CDate(built).Year() != CDate(current).Year() ||
@@ -117,9 +109,7 @@ Date CTables::Get_CurrentDate() {
                 Update_Option(std::string(kCurrentDate), current);
             }
         }
-    } catch (const std::exception&) {
-        return AsDate(current);
-    }
+    });
     return AsDate(current);
 }
 

@@ -1,6 +1,8 @@
 // Account book creation and clearing.
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
+#include "kpTables/Fill.h"
+#include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -8,8 +10,8 @@ namespace {
 
 /// Deletes all headers of a bill family, then all lines.
 void ClearBills(const ConnectionPtr& cnn, const std::string& kind) {
-    db::Execute(cnn, "Delete from " + kind + "目录");
-    db::Execute(cnn, "Delete from " + kind + "记录");
+    db::Execute(cnn, Fill("Delete from {kind}目录", "kind"_gap(kind)));
+    db::Execute(cnn, Fill("Delete from {kind}记录", "kind"_gap(kind)));
 }
 
 }  // namespace
@@ -27,16 +29,13 @@ bool CTables::CancCreateBook() {
 }
 
 bool CTables::SetDefaultSFK() {
-    try {
+    return Done([&] {
         const auto methods = db::Query(cnn_, "Select * From 收付款方式");
         if (methods->Eof()) {
             db::Execute(cnn_, "Insert into 收付款方式 (收付款方式,科目名称,科目代码) Values (' ',' ',' ')");
             db::Execute(cnn_, "Insert into 收付款方式 (收付款方式,科目名称,科目代码) Values ('现金','现金','101')");
         }
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    });
 }
 
 bool CTables::ClearInputRecs() {
@@ -49,18 +48,13 @@ bool CTables::ClearOutputRecs() {
     return true;
 }
 
-// Unlike the other two on purpose: an error is trapped here and reaches the caller there.
+// Unlike in the other two, an error is trapped; kept for compatibility.
 bool CTables::ClearCostRecs() {
-    try {
-        ClearBills(cnn_, "成本");
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    return Done([&] { ClearBills(cnn_, "成本"); });
 }
 
 bool CTables::SetBnCurrentDate(std::int16_t rYear, InOut<std::int16_t> rMonth) {
-    db::Execute(cnn_, "Update 仓库余额表 Set 年份=" + Text(rYear) + " ,月份=" + Text(rMonth.get()));
+    db::Execute(cnn_, Fill("Update 仓库余额表 Set 年份={year} ,月份={month}", "year"_gap(rYear), "month"_gap(rMonth)));
     return true;
 }
 

@@ -5,7 +5,9 @@
 
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
-#include "kpTables/Fragments.h"
+#include "kpTables/Fill.h"
+#include "kpTables/Numbers.h"
+#include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -55,14 +57,32 @@ private:
     std::vector<Column> columns_;
 };
 
+// Figures per product of a warehouse's bills: a month's, and the year's up to it. kind is "入库" or "出库".
+using FiguresText = Template<"kind", "warehouse", "month">;
+constexpr FiguresText kMonthFigures =
+    "Select pdID,Avg(除税单价) As 单价,Sum(数量) As 数量,Sum(除税金额) As 金额 From {kind}记录 "
+    "Where BillID in (Select BillID From {kind}目录 Where dpID={warehouse} And 月份={month}) Group by pdID";
+constexpr FiguresText kYearFigures =
+    "Select pdID,Sum(数量) As 数量,Sum(除税金额) As 金额 From {kind}记录 "
+    "Where BillID in (Select BillID From {kind}目录 Where dpID={warehouse} And 月份<={month}) Group by pdID";
+// The same of the cost bills.
+using CostFiguresText = Template<"warehouse", "month">;
+constexpr CostFiguresText kMonthCosts =
+    "Select pdID,Avg(单价) As 单价,Sum(数量) As 数量,Sum(金额) As 金额 From 成本记录 "
+    "Where CostID in (Select CostID From 成本目录 Where dpID={warehouse} And 月份={month}) Group by pdID";
+constexpr CostFiguresText kYearCosts =
+    "Select pdID,Avg(单价) As 单价,Sum(数量) As 数量,Sum(金额) As 金额 From 成本记录 "
+    "Where CostID in (Select CostID From 成本目录 Where dpID={warehouse} And 月份<={month}) Group by pdID";
+
 /// One closing of one warehouse and month.
 class Closing {
 public:
     Closing(ConnectionPtr cnn, std::int32_t warehouse, std::int16_t month, ProgressBar* bar)
-        : cnn_(std::move(cnn)), warehouse_(Text(warehouse)), month_(Text(month)), bar_(bar) {}
+        : cnn_(std::move(cnn)), warehouse_(warehouse), month_(month), bar_(bar) {}
 
     void Run(bool costUsed, const Variant& note, bool carryForward) {
-        balance_ = db::OpenText(cnn_, "Select * From 仓库余额表 Where dpID=" + warehouse_ + " And 月份=" + month_);
+        balance_ = db::OpenText(cnn_, Fill("Select * From 仓库余额表 Where dpID={warehouse} And 月份={month}",
+                                           "warehouse"_gap(warehouse_), "month"_gap(month_)));
         if (balance_->RecordCount() < 1) return;
         if (bar_) bar_->SetVisible(true);
         ReadMovements(costUsed);
@@ -78,44 +98,35 @@ private:
     void FillMonth();
     void AddNextMonth(const Variant& note);
 
-    RecordsetPtr BillFigures(const std::string& columns, const std::string& kind, const std::string& monthOp) const {
-        return Figures(columns, kind, "BillID", monthOp);
-    }
-    RecordsetPtr CostFigures(const std::string& monthOp) const {
-        return Figures("Avg(单价) As 单价,Sum(数量) As 数量,Sum(金额) As 金额", "成本", "CostID", monthOp);
-    }
-    RecordsetPtr Figures(const std::string& columns, const std::string& kind, const std::string& key,
-                         const std::string& monthOp) const {
-        return db::Query(cnn_, "Select pdID," + columns + " From " + kind + "记录 Where " + key + " in (Select " + key +
-                                   " From " + kind + "目录 Where dpID=" + warehouse_ + " And 月份" + monthOp + month_ +
-                                   ") Group by pdID");
-    }
     void ShowProgress(const Recordset& rows, double from) const {
         if (bar_) bar_->SetValue(static_cast<double>(rows.AbsolutePosition()) / rows.RecordCount() * 50 + from);
     }
 
     ConnectionPtr cnn_;
-    std::string warehouse_;
-    std::string month_;
+    std::int32_t warehouse_;
+    std::int16_t month_;
     ProgressBar* bar_;
     RecordsetPtr balance_;
     std::vector<Movement> movements_;
 };
 
 void Closing::ReadMovements(bool costUsed) {
-    const std::string monthFigures = "Avg(除税单价) As 单价,Sum(数量) As 数量,Sum(除税金额) As 金额";
-    const std::string totals = "Sum(数量) As 数量,Sum(除税金额) As 金额";
-    const auto add = [this](RecordsetPtr figures, const Targets& targets) {
-        movements_.emplace_back(std::move(figures), *balance_, targets);
+    const auto warehouse = "warehouse"_gap(warehouse_);
+    const auto month = "month"_gap(month_);
+    const auto add = [&](const std::string& figures, const Targets& targets) {
+        movements_.emplace_back(db::Query(cnn_, figures), *balance_, targets);
     };
-    add(BillFigures(monthFigures, "入库", "="), {"本期入库单价", "本期入库数量", "本期入库金额"});
-    add(BillFigures(monthFigures, "出库", "="), {"本期出库单价", "本期出库数量", "本期出库金额"});
-    add(BillFigures(totals, "入库", "<="), {nullptr, "累计入库数量", "累计入库金额"});
-    add(BillFigures(totals, "出库", "<="), {nullptr, "累计出库数量", "累计出库金额"});
+    const auto addBills = [&](const FiguresText& text, std::string_view kind, const Targets& targets) {
+        add(Fill(text, "kind"_gap(kind), warehouse, month), targets);
+    };
+    addBills(kMonthFigures, "入库", {"本期入库单价", "本期入库数量", "本期入库金额"});
+    addBills(kMonthFigures, "出库", {"本期出库单价", "本期出库数量", "本期出库金额"});
+    addBills(kYearFigures, "入库", {nullptr, "累计入库数量", "累计入库金额"});
+    addBills(kYearFigures, "出库", {nullptr, "累计出库数量", "累计出库金额"});
     if (!costUsed) return;
     // Costs replace the outbound amounts; price and quantity stay those of the outbound bills.
-    add(CostFigures("="), {nullptr, nullptr, "本期出库金额"});
-    add(CostFigures("<="), {nullptr, nullptr, "累计出库金额"});
+    add(Fill(kMonthCosts, warehouse, month), {nullptr, nullptr, "本期出库金额"});
+    add(Fill(kYearCosts, warehouse, month), {nullptr, nullptr, "累计出库金额"});
 }
 
 void Closing::FillMonth() {
@@ -133,7 +144,7 @@ void Closing::FillMonth() {
 
     for (; !row.Eof(); row.MoveNext()) {
         ShowProgress(row, 0);
-        const std::string findProduct = "pdID=" + Text(row.GetValue(product));
+        const std::string findProduct = Fill("pdID={product}", "product"_gap(row.GetValue(product)));
         for (const Movement& each : movements_) each.WriteTo(row, findProduct);
 
         row.SetValue(closingQuantity, Finite(vDbl(row.GetValue(openingQuantity)) + vDbl(row.GetValue(inQuantity)) -
@@ -185,7 +196,8 @@ private:
 };
 
 void Closing::AddNextMonth(const Variant& note) {
-    const auto source = db::Query(cnn_, "Select * From 仓库余额表 Where 月份=" + month_ + " And dpID=" + warehouse_);
+    const auto source = db::Query(cnn_, Fill("Select * From 仓库余额表 Where 月份={month} And dpID={warehouse}",
+                                             "month"_gap(month_), "warehouse"_gap(warehouse_)));
     if (source->Eof()) return;
     const CarriedColumns keys(kKeys, *source, *balance_);
     const CarriedColumns figures(kFigures, *source, *balance_);
@@ -206,12 +218,10 @@ void Closing::AddNextMonth(const Variant& note) {
 
 /// Whether a query has rows; one that fails has none.
 bool HasRows(const ConnectionPtr& cnn, const std::string& text) {
-    try {
+    return Trapped(false, [&] {
         const auto rows = db::Execute(cnn, text);
         return rows && rows->RecordCount() >= 1;
-    } catch (const std::exception&) {
-        return false;
-    }
+    });
 }
 
 }  // namespace
@@ -219,25 +229,24 @@ bool HasRows(const ConnectionPtr& cnn, const std::string& text) {
 bool CTables::Close_DepotBalance(std::int32_t rdpID, std::int16_t rMonth, InOut<bool> rCostUsed,
                                  InOut<Variant> rBookCurrentDate, ProgressBar* rpgBar) {
     constexpr std::int16_t kLastMonth = 12;
-    try {
-        Closing(cnn_, rdpID, rMonth, rpgBar).Run(rCostUsed, rBookCurrentDate, rMonth < kLastMonth);
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    return Done([&] { Closing(cnn_, rdpID, rMonth, rpgBar).Run(rCostUsed, rBookCurrentDate, rMonth < kLastMonth); });
 }
 
 void CTables::UpdateDepotClosedFlag(InOut<std::int32_t> rdpID, InOut<Date> rDate, InOut<bool> rClosed) {
     const std::string flag = isSQL_ ? (rClosed ? "1" : "0") : Text(rClosed.get());
-    db::Execute(cnn_, "Update 仓库设置 Set 结帐日期='" + rDate.get().ToText() + "',结帐标志=" + flag +
-                          " Where dpID=" + Text(rdpID.get()));
+    db::Execute(cnn_, Fill("Update 仓库设置 Set 结帐日期='{date}',结帐标志={flag} Where dpID={warehouse}",
+                           "date"_gap(rDate), "flag"_gap(flag), "warehouse"_gap(rdpID)));
 }
 
 bool CTables::isSaled(std::int32_t dpID, std::int16_t Month) {
-    const std::string bills = "月份=" + Text(Month) + " And dpID=" + Text(dpID);
-    return HasRows(cnn_, "Select * from 出库记录 Where billID in (Select billID From 出库目录 Where " + bills + ")") ||
-           HasRows(cnn_, "Select * From 销售汇总记录 Where ListID in (Select ID As ListID From 销售汇总目录 Where " +
-                             bills + ")");
+    const auto month = "month"_gap(Month);
+    const auto warehouse = "warehouse"_gap(dpID);
+    return HasRows(cnn_, Fill("Select * from 出库记录 Where billID in (Select billID From 出库目录 "
+                              "Where 月份={month} And dpID={warehouse})",
+                              month, warehouse)) ||
+           HasRows(cnn_, Fill("Select * From 销售汇总记录 Where ListID in (Select ID As ListID From 销售汇总目录 "
+                              "Where 月份={month} And dpID={warehouse})",
+                              month, warehouse));
 }
 
 }  // namespace kpTables

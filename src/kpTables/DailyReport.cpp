@@ -3,55 +3,60 @@
 #include <utility>
 
 #include "kpTables/CTables.h"
+#include "kpTables/Clauses.h"
 #include "kpTables/Convert.h"
-#include "kpTables/Fragments.h"
 #include "kpTables/MemoryRecordset.h"
+#include "kpTables/Numbers.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
 namespace {
 
 /// The day itself or, with total, its month before it.
-std::string DayCondition(Date day, bool total, bool isSQL) {
+std::string WhereDay(Date day, bool total, bool isSQL) {
     const Date first = Date::FromSerial(day.Serial() - day.Day() + 1);
-    const std::string date = "(" + BillDate(isSQL);
+    const auto date = "date"_gap(BillDate(isSQL));
+    const auto last = "day"_gap(day);
     if (isSQL) {
-        const std::string upTo = "CAST('" + Text(day) + "' AS DATETIME)) ";
-        if (!total) return "Where " + date + "=" + upTo;
-        // The first date stands without quotes on purpose.
-        return "Where " + date + ">=CAST(" + Text(first) + " AS DATETIME)) And " + date + "<" + upTo;
+        if (!total) return Fill("Where ({date}=CAST('{day}' AS DATETIME)) ", date, last);
+        // The first date stands without quotes, kept for compatibility.
+        return Fill("Where ({date}>=CAST({first} AS DATETIME)) And ({date}<CAST('{day}' AS DATETIME)) ", date,
+                    "first"_gap(first), last);
     }
-    const std::string upTo = "#" + Text(day) + "#) ";
-    if (!total) return "Where " + date + "=" + upTo;
-    return "Where " + date + ">=#" + Text(first) + "#) And " + date + "<" + upTo;
+    if (!total) return Fill("Where ({date}=#{day}#) ", date, last);
+    return Fill("Where ({date}>=#{first}#) And ({date}<#{day}#) ", date, "first"_gap(first), last);
 }
 
-std::string KindPiece(std::string_view which) {
+std::string_view OfKind(std::string_view which) {
     if (which == "调拨") return " And (Lst.单据类型='调拨单') ";
     if (which == "购进" || which == "销售") return " And (Lst.单据类型='普通发票' OR Lst.单据类型='增值税发票') ";
     return "";
 }
 
-/// Always of the outbound lines, on purpose.
-std::string ServerRecords(const std::string& condition) {
-    return "SELECT Prod.ClassCode, rec.pdID, Prod.商品名称, Prod.商品编号, Prod.规格, Prod.型号,Prod.计量单位 , "
-           "Prod.进位方法, Prod.最低库存, Prod.最高库存, Sum(rec.数量) AS 数量, AVG(rec.除税单价) AS 单价, "
-           "SUM(rec.除税金额) AS 金额, SUM(rec.税额) AS 税额, SUM(rec.金额) AS 合计 "
-           " FROM 出库记录 rec INNER JOIN  出库目录 lst ON rec.BillID = lst.BillID INNER JOIN "
-           " 商品设置 Prod ON rec.pdID = Prod.pdID " +
-           condition +
-           " GROUP BY Prod.ClassCode, rec.pdID, Prod.商品名称, Prod.商品编号, Prod.规格,Prod.型号 , Prod.计量单位, "
-           "Prod.进位方法, Prod.最低库存, Prod.最高库存  ORDER BY Prod.ClassCode, Prod.商品编号";
+/// Always of the outbound lines, kept for compatibility.
+std::string ServerRecords(const std::string& where) {
+    return Fill(
+        "SELECT Prod.ClassCode, rec.pdID, Prod.商品名称, Prod.商品编号, Prod.规格, Prod.型号,Prod.计量单位 , "
+        "Prod.进位方法, Prod.最低库存, Prod.最高库存, Sum(rec.数量) AS 数量, AVG(rec.除税单价) AS 单价, "
+        "SUM(rec.除税金额) AS 金额, SUM(rec.税额) AS 税额, SUM(rec.金额) AS 合计  "
+        "FROM 出库记录 rec INNER JOIN  出库目录 lst ON rec.BillID = lst.BillID "
+        "INNER JOIN  商品设置 Prod ON rec.pdID = Prod.pdID {where} "
+        "GROUP BY Prod.ClassCode, rec.pdID, Prod.商品名称, Prod.商品编号, Prod.规格,Prod.型号 , Prod.计量单位, "
+        "Prod.进位方法, Prod.最低库存, Prod.最高库存  ORDER BY Prod.ClassCode, Prod.商品编号",
+        "where"_gap(where));
 }
 
-std::string JetRecords(const std::string& kind, const std::string& condition) {
-    return "SELECT Prod.ClassCode, rec.pdID,Prod.商品名称,Prod.商品编号, Prod.规格, Prod.型号, Prod.计量单位,"
-           "Prod.进位方法,Prod.最低库存,Prod.最高库存, Sum(Rec.数量) AS 数量, Avg(Rec.除税单价) AS 单价, "
-           "Sum(Rec.除税金额) AS 金额, Sum(Rec.税额) AS 税额, Sum(Rec.金额) AS 合计 FROM (" +
-           kind + "记录 AS rec INNER JOIN " + kind +
-           "目录 AS lst ON Rec.BillID = Lst.BillID) INNER JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID " + condition +
-           " GROUP BY Prod.ClassCode, rec.pdID,Prod.商品名称,Prod.商品编号,Prod.规格, Prod.型号, Prod.计量单位, "
-           "Prod.进位方法,Prod.最低库存,Prod.最高库存  ORDER BY Prod.ClassCode,Prod.商品编号 ";
+/// kind is "入库" or "出库".
+std::string JetRecords(std::string_view kind, const std::string& where) {
+    return Fill(
+        "SELECT Prod.ClassCode, rec.pdID,Prod.商品名称,Prod.商品编号, Prod.规格, Prod.型号, Prod.计量单位,"
+        "Prod.进位方法,Prod.最低库存,Prod.最高库存, Sum(Rec.数量) AS 数量, Avg(Rec.除税单价) AS 单价, "
+        "Sum(Rec.除税金额) AS 金额, Sum(Rec.税额) AS 税额, Sum(Rec.金额) AS 合计 "
+        "FROM ({kind}记录 AS rec INNER JOIN {kind}目录 AS lst ON Rec.BillID = Lst.BillID) "
+        "INNER JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID {where} "
+        "GROUP BY Prod.ClassCode, rec.pdID,Prod.商品名称,Prod.商品编号,Prod.规格, Prod.型号, Prod.计量单位, "
+        "Prod.进位方法,Prod.最低库存,Prod.最高库存  ORDER BY Prod.ClassCode,Prod.商品编号 ",
+        "kind"_gap(kind), "where"_gap(where));
 }
 
 /// Fields of a day's row, in order.
@@ -75,14 +80,16 @@ void AddDay(Recordset& days, std::int32_t day) {
 bool FindDay(Recordset& days, std::int32_t day) {
     if (days.RecordCount() == 0) return false;
     days.MoveFirst();
-    days.Find("日子=" + Text(day));
+    days.Find(Fill("日子={day}", "day"_gap(day)));
     return !days.Eof();
 }
 
-RecordsetPtr DayMovements(const ConnectionPtr& cnn, const std::string& kind, const std::string& condition) {
-    return db::Query(cnn, "SELECT Lst.月份, Lst.日子, Sum(Rec.除税金额) AS 金额, Sum(Rec.数量) AS 数量 FROM " + kind +
-                              "目录 AS Lst INNER JOIN " + kind + "记录 AS Rec ON Lst.BillID = Rec.BillID " + condition +
-                              " GROUP BY Lst.月份, Lst.日子 Order by 日子");
+/// Movements of one kind ("入库" or "出库") per day; where bounds the headers, aliased Lst.
+RecordsetPtr DayMovements(const ConnectionPtr& cnn, std::string_view kind, const std::string& where) {
+    return db::Query(cnn, Fill("SELECT Lst.月份, Lst.日子, Sum(Rec.除税金额) AS 金额, Sum(Rec.数量) AS 数量 "
+                               "FROM {kind}目录 AS Lst INNER JOIN {kind}记录 AS Rec ON Lst.BillID = Rec.BillID {where} "
+                               "GROUP BY Lst.月份, Lst.日子 Order by 日子",
+                               "kind"_gap(kind), "where"_gap(where)));
 }
 
 /// Writes each day's quantity and amount into the day's row, which is added at the end when there is none.
@@ -116,22 +123,27 @@ void CarryStock(Recordset& days, double quantity, Currency amount) {
 RecordsetPtr CTables::rs日报记录(InOut<std::int32_t> rdpID, InOut<std::int32_t> rksID, InOut<Date> rDate,
                                  InOut<std::string> rWhich, InOut<bool> rTotal) {
     const std::string& which = rWhich;
-    const std::string condition = DayCondition(rDate, rTotal, isSQL_) + IdPiece(" And Lst.dpID=", rdpID) +
-                                  IdPiece(" And Lst.ksID=", rksID) + KindPiece(which);
-    if (isSQL_) return db::Query(cnn_, ServerRecords(condition));
+    const std::string where =
+        Fill("{ofDay}{ofWarehouse}{ofPartner}{ofKind}", "ofDay"_gap(WhereDay(rDate, rTotal, isSQL_)),
+             "ofWarehouse"_gap(IdClause(" And Lst.dpID={id}", rdpID)),
+             "ofPartner"_gap(IdClause(" And Lst.ksID={id}", rksID)), "ofKind"_gap(OfKind(which)));
+    if (isSQL_) return db::Query(cnn_, ServerRecords(where));
     const bool inbound = std::string_view("入库、购进、调入").find(which) != std::string_view::npos;
-    return db::Query(cnn_, JetRecords(inbound ? "入库" : "出库", condition));
+    return db::Query(cnn_, JetRecords(inbound ? "入库" : "出库", where));
 }
 
 RecordsetPtr CTables::rs日报列表(InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID) {
     auto days = std::make_shared<MemoryRecordset>(DayFields());
-    const std::string month = "Where 月份=" + Text(rMonth.get());
-    const std::string condition = month + IdPiece(" And Lst.dpID=", rdpID);
-    WriteMovements(*days, *DayMovements(cnn_, "入库", condition), kIn, kInAmount);
-    // A day without inbound movements comes after all that have some, on purpose.
-    WriteMovements(*days, *DayMovements(cnn_, "出库", condition), kOut, kOutAmount);
-    const auto opening = db::Query(cnn_, "Select Sum(上期库存数量) As 数量,Sum(上期库存金额) As 金额 From 仓库余额表 " +
-                                             month + IdPiece(" And dpID=", rdpID));
+    const auto month = "month"_gap(rMonth);
+    const std::string where =
+        Fill("Where 月份={month}{ofWarehouse}", month, "ofWarehouse"_gap(IdClause(" And Lst.dpID={id}", rdpID)));
+    WriteMovements(*days, *DayMovements(cnn_, "入库", where), kIn, kInAmount);
+    // A day without inbound movements comes after all that have some, kept for compatibility.
+    WriteMovements(*days, *DayMovements(cnn_, "出库", where), kOut, kOutAmount);
+    const auto opening =
+        db::Query(cnn_, Fill("Select Sum(上期库存数量) As 数量,Sum(上期库存金额) As 金额 From 仓库余额表 "
+                             "Where 月份={month}{ofWarehouse}",
+                             month, "ofWarehouse"_gap(IdClause(" And dpID={id}", rdpID))));
     if (days->RecordCount() > 0)
         CarryStock(*days, vDbl(opening->Fields("数量").Value()), vCur(opening->Fields("金额").Value()));
     return days;

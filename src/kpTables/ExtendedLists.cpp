@@ -4,8 +4,7 @@
 #include <string_view>
 
 #include "kpTables/CTables.h"
-#include "kpTables/Convert.h"
-#include "kpTables/Fragments.h"
+#include "kpTables/Clauses.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -17,9 +16,9 @@ bool IsFreeText(std::string_view column) {
 }
 
 /// Distinct dates of both directions in SQL Server's dialect; label names the column.
-std::string ServerDates(const std::string& label) {
-    const std::string date = BillDate(true);
-    return "select distinct " + date + label + " from 入库目录 union select distinct " + date + " from 出库目录";
+std::string ServerDates(std::string_view label) {
+    return Fill("select distinct {date}{label} from 入库目录 union select distinct {date} from 出库目录",
+                "date"_gap(BillDate(true)), "label"_gap(label));
 }
 
 }  // namespace
@@ -43,27 +42,29 @@ RecordsetPtr CTables::rs单据日期列表() {
 RecordsetPtr CTables::rs入库扩展列表(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID) {
     const std::string& column = rWho;
     if (!IsFreeText(column)) return nullptr;
-    return db::Query(cnn_, "Select Distinct " + column +
-                               " From 入库记录 Where BillID in (Select billID From 入库目录 Where True " +
-                               IdPiece(" And 月份=", rMonth) + IdPiece(" And dpID=", rdpID) + ") Order by " + column);
+    return db::Query(cnn_, Fill("Select Distinct {column} From 入库记录 Where BillID in (Select billID From 入库目录 "
+                                "Where True {ofMonth}{ofWarehouse}) Order by {column}",
+                                "column"_gap(column), "ofMonth"_gap(IdClause(" And 月份={id}", rMonth)),
+                                "ofWarehouse"_gap(IdClause(" And dpID={id}", rdpID))));
 }
 
-// Unlike the inbound list on purpose: all lines, whatever the month and the warehouse.
+// Unlike in the inbound list, all lines count, whatever the month and the warehouse; kept for compatibility.
 RecordsetPtr CTables::rs出库扩展列表(InOut<std::string> rWho, InOut<std::int16_t> /*rMonth*/,
                                      InOut<std::int32_t> /*rdpID*/) {
     const std::string& column = rWho;
     if (!IsFreeText(column)) return nullptr;
-    return db::Query(cnn_, "Select Distinct " + column + " From 出库记录  Order by " + column);
+    return db::Query(cnn_, Fill("Select Distinct {column} From 出库记录  Order by {column}", "column"_gap(column)));
 }
 
-// Unlike the inbound list on purpose: the month counts even when it is 0.
+// Unlike in the inbound list, the month counts even when it is 0; kept for compatibility.
 RecordsetPtr CTables::rs出库扩展合计(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID) {
     const std::string& column = rWho;
     if (!IsFreeText(column)) return nullptr;
-    return db::Query(cnn_, "Select pdID," + column +
-                               ",Sum(数量) as 数量,sum(除税金额) as 金额 From 出库记录 Where BillID in "
-                               "(Select billID From 出库目录 Where True  And 月份=" +
-                               Text(rMonth.get()) + IdPiece(" And dpID=", rdpID) + ") Group by pdID," + column);
+    return db::Query(
+        cnn_, Fill("Select pdID,{column},Sum(数量) as 数量,sum(除税金额) as 金额 From 出库记录 "
+                   "Where BillID in (Select billID From 出库目录 Where True  And 月份={month}{ofWarehouse}) "
+                   "Group by pdID,{column}",
+                   "column"_gap(column), "month"_gap(rMonth), "ofWarehouse"_gap(IdClause(" And dpID={id}", rdpID))));
 }
 
 }  // namespace kpTables

@@ -5,9 +5,8 @@
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/Fragments.h"
+#include "kpTables/Numbers.h"
 #include "kpTables/Version.h"
-#include "kpTables/VersionRecord.h"
 #include "text/CodePage936.h"
 #include "text/Utf8.h"
 

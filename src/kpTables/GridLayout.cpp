@@ -4,7 +4,8 @@
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/Fragments.h"
+#include "kpTables/Fill.h"
+#include "kpTables/Numbers.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -83,15 +84,18 @@ bool CTables::Header(InOut<GridPtr> rfg, InOut<std::string> rTableName, InOut<st
                      bool isSQL) {
     if (rFlag.get().empty()) rFlag = std::string("Default");
     const HeaderNames names = NamesOf(isSQL);
-    const std::string layout =
-        std::string(" From Header Where ") + names.table + "='" + rTableName.get() + "' And Flag='" + rFlag.get() + "'";
+    const auto tableName = "tableName"_gap(names.table);
+    const auto table = "table"_gap(rTableName);
+    const auto flag = "flag"_gap(rFlag);
     if (rSetting) {
-        db::Execute(cnn_, "Delete" + layout);
+        db::Execute(cnn_,
+                    Fill("Delete From Header Where {tableName}='{table}' And Flag='{flag}'", tableName, table, flag));
         const auto rows = db::OpenTable(cnn_, "Header");
         SaveLayout(*rows, Required(rfg), names, rTableName, rFlag);
         rows->Close();
     } else {
-        const auto rows = db::OpenText(cnn_, "Select *" + layout);
+        const auto rows = db::OpenText(
+            cnn_, Fill("Select * From Header Where {tableName}='{table}' And Flag='{flag}'", tableName, table, flag));
         Grid& grid = Required(rfg);
         for (; !rows->Eof(); rows->MoveNext()) ApplyRow(grid, *rows, names.position);
         rows->Close();

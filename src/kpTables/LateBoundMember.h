@@ -185,24 +185,24 @@ Shape<Result, P...> ShapeOf(Result (CTables::*)(P...));
 template <class Result, class... P>
 Shape<Result, P...> ShapeOf(Result (CTables::*)(P...) const);
 
+/// A row of the table, without its subsystem.
 template <auto kFunction, class... Name>
-Member MakeMember(std::string_view name, MemberKind kind, std::string_view subsystem, std::string_view answers,
-                  Name... parameters) {
+Member MakeMember(std::string_view name, MemberKind kind, std::string_view answers, Name... parameters) {
     using Made = decltype(ShapeOf(kFunction));
     static_assert(Made::kParameters == sizeof...(Name), "one name for each parameter");
     return {name,
             kind,
-            subsystem,
+            {},
             answers,
             Made::Parameters(parameters...),
             Made::ResultType(),
             &Made::template Invoke<kFunction>};
 }
 
-/// A row for a method: Method<&CTables::rs月份列表>("rs月份列表", subsystem, answers, "rDESC?").
+/// A row for a method: Method<&CTables::rs月份列表>("rs月份列表", answers, "rDESC?").
 template <auto kFunction, class... Name>
-Member Method(std::string_view name, std::string_view subsystem, std::string_view answers, Name... parameters) {
-    return MakeMember<kFunction>(name, MemberKind::Method, subsystem, answers, parameters...);
+Member Method(std::string_view name, std::string_view answers, Name... parameters) {
+    return MakeMember<kFunction>(name, MemberKind::Method, answers, parameters...);
 }
 
 // A property's accessors are overloads, chosen by type: Getter<bool>(&CTables::isSQL).

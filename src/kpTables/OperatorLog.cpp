@@ -4,6 +4,8 @@
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/Fill.h"
+#include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -20,7 +22,8 @@ double TwoThirds(std::int32_t count) {
 }  // namespace
 
 bool CTables::AllowDelOperator(std::int32_t Opr) {
-    return db::Query(cnn_, "Select * From Log Where Operator='" + Text(Opr) + "'")->RecordCount() == 0;
+    const auto entries = db::Query(cnn_, Fill("Select * From Log Where Operator='{operator}'", "operator"_gap(Opr)));
+    return entries->RecordCount() == 0;
 }
 
 RecordsetPtr CTables::rsLog() { return db::Execute(cnn_, "Select * From Log Order by logDate DESC"); }
@@ -28,14 +31,11 @@ RecordsetPtr CTables::rsLog() { return db::Execute(cnn_, "Select * From Log Orde
 // Only the newest entry is looked at: whatever rMaxRecs says, all entries with a lower id go. A fraction after Top is
 // refused by the database, and nothing is deleted then.
 bool CTables::Delete_LogRecs(std::int32_t rMaxRecs) {
-    try {
-        const auto newest =
-            db::Query(cnn_, "Select Top " + Text(TwoThirds(rMaxRecs)) + " * From Log Order by logDate DESC");
-        db::Execute(cnn_, "Delete From Log Where logID<" + Text(newest->Fields("logID").Value()));
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    return Done([&] {
+        const auto newest = db::Query(
+            cnn_, Fill("Select Top {count} * From Log Order by logDate DESC", "count"_gap(TwoThirds(rMaxRecs))));
+        db::Execute(cnn_, Fill("Delete From Log Where logID<{newest}", "newest"_gap(newest->Fields("logID").Value())));
+    });
 }
 
 }  // namespace kpTables

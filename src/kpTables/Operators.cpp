@@ -3,6 +3,8 @@
 
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
+#include "kpTables/Fill.h"
+#include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -16,16 +18,11 @@ std::string RightColumn(const std::string& right) {
     return right;
 }
 
-std::string OperatorText(std::int32_t id) { return "Select * From 操作员 Where ID=" + Text(id); }
+std::string OperatorText(std::int32_t id) { return Fill("Select * From 操作员 Where ID={id}", "id"_gap(id)); }
 
 /// Runs a statement; false when it fails.
-bool Done(const ConnectionPtr& cnn, const std::string& text) {
-    try {
-        db::Execute(cnn, text);
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+bool Executed(const ConnectionPtr& cnn, const std::string& text) {
+    return Done([&] { db::Execute(cnn, text); });
 }
 
 void SetColumnsFrom(Recordset& row, int first, const Variant& value) {
@@ -36,7 +33,7 @@ void SetColumnsFrom(Recordset& row, int first, const Variant& value) {
 
 RecordsetPtr CTables::rs操作员(std::int32_t rID) {
     if (rID >= 1) return db::Execute(cnn_, OperatorText(rID));
-    const std::string all = "Select * From 操作员 Order By ID";
+    constexpr std::string_view all = "Select * From 操作员 Order By ID";
     auto operators = db::Execute(cnn_, all);
     if (operators && operators->Eof()) {
         操作员_Append("系统操作员");
@@ -51,7 +48,7 @@ std::int32_t CTables::操作员_Append(const std::string& rName) {
     operators->AddNew();
     operators->Fields("姓名").SetValue(rName);
     operators->Fields("密码").SetValue("");
-    // The new row counts already, on purpose: the first operator too is added without rights.
+    // The new row counts already, so that the first operator too is added without rights; kept for compatibility.
     const bool first = operators->RecordCount() == 0;
     SetColumnsFrom(*operators, kFirstRight, std::int16_t{first});
     operators->Fields("凭证处理").SetValue(std::int16_t{1});
@@ -62,75 +59,66 @@ std::int32_t CTables::操作员_Append(const std::string& rName) {
 }
 
 bool CTables::操作员_Update(std::int32_t rID, const std::string& rName) {
-    return Done(cnn_, "Update 操作员 set 姓名='" + rName + "' Where ID=" + Text(rID));
+    return Executed(cnn_, Fill("Update 操作员 set 姓名='{name}' Where ID={id}", "name"_gap(rName), "id"_gap(rID)));
 }
 
 bool CTables::操作权限_Update(std::int32_t rID, const std::string& rRightName, InOut<bool> rValue) {
-    return Done(cnn_,
-                "Update 操作员 Set " + RightColumn(rRightName) + "=" + Text(rValue.get()) + " Where ID=" + Text(rID));
+    return Executed(cnn_, Fill("Update 操作员 Set {right}={value} Where ID={id}", "right"_gap(RightColumn(rRightName)),
+                               "value"_gap(rValue), "id"_gap(rID)));
 }
 
 bool CTables::管理仓库_Update(std::int32_t rID, InOut<std::int32_t> rdpID) {
-    return Done(cnn_, "Update 操作员 Set dpID=" + Text(rdpID.get()) + " Where ID=" + Text(rID));
+    return Executed(cnn_,
+                    Fill("Update 操作员 Set dpID={warehouse} Where ID={id}", "warehouse"_gap(rdpID), "id"_gap(rID)));
 }
 
-bool CTables::操作员_Delete(std::int32_t rID) { return Done(cnn_, "Delete From 操作员 Where ID=" + Text(rID)); }
+bool CTables::操作员_Delete(std::int32_t rID) {
+    return Executed(cnn_, Fill("Delete From 操作员 Where ID={id}", "id"_gap(rID)));
+}
 
 bool CTables::操作权限_Clear(std::int32_t rID) {
-    // One column later than 操作员_Append on purpose: the column at position 3 is left as it is.
+    // One column later than in 操作员_Append, kept for compatibility: the column at position 3 is left as it is.
     constexpr int kFirstCleared = 4;
-    try {
+    return Done([&] {
         const auto row = db::OpenText(cnn_, OperatorText(rID));
         if (row->RecordCount() == 1) {
             SetColumnsFrom(*row, kFirstCleared, false);
             row->Update();
         }
         row->Close();
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+    });
 }
 
 std::string CTables::GetPassword(const std::string& rName, std::int32_t rID) {
-    try {
-        const auto row =
-            db::OpenText(cnn_, rID < 1 ? "Select * From 操作员 Where姓名='" + rName + "'" : OperatorText(rID));
+    return Trapped(std::string(), [&] {
+        const auto row = db::OpenText(
+            cnn_, rID < 1 ? Fill("Select * From 操作员 Where姓名='{name}'", "name"_gap(rName)) : OperatorText(rID));
         return row->RecordCount() >= 1 ? db::TextField(*row, "密码") : "";
-    } catch (const std::exception&) {
-        return "";
-    }
+    });
 }
 
 bool CTables::Update_Password(const std::string& rName, InOut<std::string> rPassWord, std::int32_t rID) {
-    return Done(cnn_, "Update 操作员 Set 密码='" + rPassWord.get() +
-                          (rID >= 1 ? "' Where ID=" + Text(rID) : "' Where 姓名='" + rName + "'"));
+    const auto password = "password"_gap(rPassWord);
+    if (rID >= 1)
+        return Executed(cnn_, Fill("Update 操作员 Set 密码='{password}' Where ID={id}", password, "id"_gap(rID)));
+    return Executed(cnn_, Fill("Update 操作员 Set 密码='{password}' Where 姓名='{name}'", password, "name"_gap(rName)));
 }
 
-bool CTables::Clear_Password(std::int32_t rID) { return Done(cnn_, "Update 操作员 Set 密码='' Where ID=" + Text(rID)); }
+bool CTables::Clear_Password(std::int32_t rID) {
+    return Executed(cnn_, Fill("Update 操作员 Set 密码='' Where ID={id}", "id"_gap(rID)));
+}
 
 bool CTables::Get操作权限(std::int32_t rID, const std::string& rFieldName) {
-    try {
-        return CBool(db::OpenText(cnn_, OperatorText(rID))->Fields(RightColumn(rFieldName)).Value());
-    } catch (const std::exception&) {
-        return false;
-    }
+    return Trapped(
+        false, [&] { return CBool(db::OpenText(cnn_, OperatorText(rID))->Fields(RightColumn(rFieldName)).Value()); });
 }
 
 std::int32_t CTables::Get管理仓库(std::int32_t rID) {
-    try {
-        return CLng(db::OpenText(cnn_, OperatorText(rID))->Fields("dpID").Value());
-    } catch (const std::exception&) {
-        return 0;
-    }
+    return Trapped(0, [&] { return CLng(db::OpenText(cnn_, OperatorText(rID))->Fields("dpID").Value()); });
 }
 
 std::string CTables::Get操作员(std::int32_t rID, const std::string& rFieldName) {
-    try {
-        return db::TextField(*db::OpenText(cnn_, OperatorText(rID)), rFieldName);
-    } catch (const std::exception&) {
-        return "";
-    }
+    return Trapped(std::string(), [&] { return db::TextField(*db::OpenText(cnn_, OperatorText(rID)), rFieldName); });
 }
 
 }  // namespace kpTables

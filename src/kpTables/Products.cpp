@@ -4,8 +4,9 @@
 #include <string_view>
 
 #include "kpTables/CTables.h"
+#include "kpTables/Clauses.h"
 #include "kpTables/Convert.h"
-#include "kpTables/Fragments.h"
+#include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -71,17 +72,16 @@ Variant Read(const Variant& value, Reading reading) {
 
 // Keeps the cache size that the connection gave.
 RecordsetPtr CTables::rs商品分类(const std::string& rClass) {
-    const std::string condition = Trim(rClass).empty() ? "" : "Where ClassCode='" + rClass + "'";
-    return db::Execute(cnn_, "Select * from 商品分类 " + condition + " Order by ClassCode");
+    return db::Execute(cnn_, Fill("Select * from 商品分类 {where} Order by ClassCode",
+                                  "where"_gap(TrimmedTextClause("Where ClassCode='{text}'", rClass))));
 }
 
-// The pieces are joined as they are: only a call with a product's id makes a valid statement.
+// Only a call with a product's id makes a valid statement; kept for compatibility.
 RecordsetPtr CTables::rs商品资料(std::int32_t rpdID, const std::string& rClass, const std::string& rOrder) {
-    std::string condition;
-    if (rpdID > 0) condition += " pdID=" + Text(rpdID);
-    if (!Trim(rClass).empty()) condition += "And  ClassCode='" + rClass + "'";
-    const std::string order = Trim(rOrder).empty() ? "" : " Order by " + rOrder;
-    return db::Query(cnn_, "Select * from 商品设置 Where " + condition + order);
+    return db::Query(cnn_, Fill("Select * from 商品设置 Where {ofProduct}{ofClass}{order}",
+                                "ofProduct"_gap(IdClause(" pdID={id}", rpdID)),
+                                "ofClass"_gap(TrimmedTextClause("And  ClassCode='{text}'", rClass)),
+                                "order"_gap(TrimmedTextClause(" Order by {text}", rOrder))));
 }
 
 RecordsetPtr CTables::rs生产厂家() {
@@ -96,12 +96,13 @@ RecordsetPtr CTables::rs存放位置() {
 bool CTables::商品已被使用(InOut<std::int32_t> /*rpdID*/, InOut<std::int32_t> rdpID) {
     const std::int32_t warehouse = rdpID;
     const auto rows =
-        db::Query(cnn_, "Select pdID From 仓库余额表 Where dpID=" + Text(warehouse) + IdPiece(" And dpID=", warehouse));
+        db::Query(cnn_, Fill("Select pdID From 仓库余额表 Where dpID={warehouse}{again}", "warehouse"_gap(warehouse),
+                             "again"_gap(IdClause(" And dpID={id}", warehouse))));
     return rows->RecordCount() >= 1;
 }
 
 Variant CTables::Get商品资料(std::int32_t rpdID, const std::string& rWhich) {
-    const auto product = db::Query(cnn_, "Select * From 商品设置 Where pdID=" + Text(rpdID));
+    const auto product = db::Query(cnn_, Fill("Select * From 商品设置 Where pdID={product}", "product"_gap(rpdID)));
     if (product->Eof()) {
         constexpr std::string_view kNumbers = "单价,税率,库存,数量";
         return kNumbers.find(rWhich) != kNumbers.npos ? Variant(std::int16_t{0}) : Variant("");
@@ -112,43 +113,38 @@ Variant CTables::Get商品资料(std::int32_t rpdID, const std::string& rWhich) 
 }
 
 std::string CTables::Get商品分类名称(const std::string& rClassCode) {
-    const auto row = db::Query(cnn_, "Select * From 商品分类 Where ClassCode='" + rClassCode + "'");
+    const auto row = db::Query(cnn_, Fill("Select * From 商品分类 Where ClassCode='{class}'", "class"_gap(rClassCode)));
     return row->Eof() ? "" : Text(row->Fields("ClassName").Value());
 }
 
 std::int16_t CTables::Get商品数量(const std::string& rClassCode) {
-    try {
-        const std::string condition = rClassCode.empty() ? "" : " Where ClassCode='" + rClassCode + "'";
-        return CInt(db::Query(cnn_, "Select * from 商品设置" + condition)->RecordCount());
-    } catch (const std::exception&) {
-        return 0;
-    }
+    return Trapped(std::int16_t{0}, [&] {
+        const auto products = db::Query(cnn_, Fill("Select * from 商品设置{where}",
+                                                   "where"_gap(TextClause(" Where ClassCode='{text}'", rClassCode))));
+        return CInt(products->RecordCount());
+    });
 }
 
 std::int32_t CTables::Get商品ID(const std::string& theName) {
-    try {
+    return Trapped(0, [&] {
         for (const char* column : {"商品条码", "输入简码", "商品编号", "商品名称"}) {
-            const auto row =
-                db::Query(cnn_, std::string("Select * From 商品设置 Where ") + column + "='" + theName + "'");
+            const auto row = db::Query(cnn_, Fill("Select * From 商品设置 Where {column}='{name}'",
+                                                  "column"_gap(column), "name"_gap(theName)));
             if (!row->Eof()) return CLng(row->Fields("pdID").Value());
         }
         return 0;
-    } catch (const std::exception&) {
-        return 0;
-    }
+    });
 }
 
 // Ascending and cut to two rows: the price is that of the oldest lines before the date, not of the latest.
 double CTables::Get客户单价(std::int32_t rksID, std::int32_t rpdID, Date BillDate) {
-    const auto prices = db::Query(cnn_,
-                                  "SELECT TOP 2 R.单价, CDate(L.年份 & '-' & L.月份 & '-' & L.日子) AS 日期 "
-                                  "FROM (出库目录 AS L INNER JOIN 出库记录 AS R ON L.BillID = R.BillID) INNER JOIN "
-                                  "客户资料 AS C ON L.ksID = C.KSID "
-                                  "WHERE ((R.pdID=" +
-                                      Text(rpdID) + ") AND (C.KSID=" + Text(rksID) +
-                                      ") AND CDate(L.年份 & '-' & L.月份 & '-' & L.日子)<'" + BillDate.ToText() +
-                                      "') "
-                                      "ORDER BY CDate(L.年份 & '-' & L.月份 & '-' & L.日子)");
+    const auto prices =
+        db::Query(cnn_, Fill("SELECT TOP 2 R.单价, CDate(L.年份 & '-' & L.月份 & '-' & L.日子) AS 日期 "
+                             "FROM (出库目录 AS L INNER JOIN 出库记录 AS R ON L.BillID = R.BillID) "
+                             "INNER JOIN 客户资料 AS C ON L.ksID = C.KSID WHERE ((R.pdID={product}) "
+                             "AND (C.KSID={customer}) AND CDate(L.年份 & '-' & L.月份 & '-' & L.日子)<'{date}') "
+                             "ORDER BY CDate(L.年份 & '-' & L.月份 & '-' & L.日子)",
+                             "product"_gap(rpdID), "customer"_gap(rksID), "date"_gap(BillDate)));
     for (; !prices->Eof(); prices->MoveNext()) {
         const Variant price = prices->Fields("单价").Value();
         if (!price.IsNull() && CDbl(price) != 0) return CDbl(price);

@@ -2,9 +2,11 @@
 #include <string_view>
 
 #include "kpTables/CTables.h"
+#include "kpTables/Clauses.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/Fragments.h"
+#include "kpTables/Numbers.h"
+#include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
@@ -24,88 +26,84 @@ double UnitPrice(Recordset& row) {
     return Finite(CDbl(amount) / CDbl(quantity));
 }
 
-/// The bill kinds of a selector; `direct` is the direction's own kind. "%发票" is compared with =, so it matches that
-/// text alone.
-std::string KindPiece(std::string_view which, const std::string& direct) {
-    if (which == "直接") return " And 单据类型='" + direct + "'";
+/// The bill kinds of a selector; direct is the clause with the direction's own kind. "%发票" is compared with =, so it
+/// matches that text alone.
+std::string_view OfKind(std::string_view which, std::string_view direct) {
+    if (which == "直接") return direct;
     if (which == "购进") return " And 单据类型='%发票'";
     if (which == "调拨") return " And 单据类型='调拨单'";
     return "";
 }
 
 /// One figure of the lines of a direction; kind is "入库" or "出库".
-Currency MovementFigure(const ConnectionPtr& cnn, const std::string& kind, const std::string& pieces,
+Currency MovementFigure(const ConnectionPtr& cnn, std::string_view kind, const std::string& conditions,
                         std::string_view what) {
-    const auto row = db::Query(cnn,
-                               "SELECT Sum(Rec.数量) AS 数量, Sum(Rec.除税金额) AS 金额, Sum(Rec.税额) AS 税额, "
-                               "Sum(Rec.金额) AS 合计 FROM " +
-                                   kind + "记录 AS Rec INNER JOIN " + kind + "目录 AS Lst ON Rec.BillID = Lst.BillID " +
-                                   WhereClause(pieces, "Where "));
+    const auto row = db::Query(
+        cnn,
+        Fill("SELECT Sum(Rec.数量) AS 数量, Sum(Rec.除税金额) AS 金额, Sum(Rec.税额) AS 税额, Sum(Rec.金额) AS 合计 "
+             "FROM {kind}记录 AS Rec INNER JOIN {kind}目录 AS Lst ON Rec.BillID = Lst.BillID {where}",
+             "kind"_gap(kind), "where"_gap(WhereClause("Where {conditions}", conditions))));
     if (row->Eof()) return Currency();
     if (what == kQuantity || what == kAmount || what == kTax || what == kGross) return vCur(row->Fields(what).Value());
     if (what == kPrice) return CCur(UnitPrice(*row));
     return Currency();
 }
 
-std::string MovementPieces(std::int32_t warehouse, std::int32_t product, std::int16_t month, bool isTotal) {
-    return IdPiece(isTotal ? " And Lst.月份<=" : " And Lst.月份=", month) + IdPiece(" And Lst.dpID=", warehouse) +
-           IdPiece(" And Rec.pdID=", product);
+std::string Conditions(std::int32_t warehouse, std::int32_t product, std::int16_t month, bool isTotal,
+                       std::string_view ofKind) {
+    return Fill("{ofMonth}{ofWarehouse}{ofProduct}{ofKind}",
+                "ofMonth"_gap(isTotal ? IdClause(" And Lst.月份<={id}", month) : IdClause(" And Lst.月份={id}", month)),
+                "ofWarehouse"_gap(IdClause(" And Lst.dpID={id}", warehouse)),
+                "ofProduct"_gap(IdClause(" And Rec.pdID={id}", product)), "ofKind"_gap(ofKind));
 }
 
 }  // namespace
 
 double CTables::Get上期库存(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What) {
-    try {
-        const std::string pieces =
-            IdPiece(" And bn.月份=", rMonth) + IdPiece(" And bn.dpID=", rdpID) + IdPiece(" And bn.pdID=", rpdID);
-        const auto row = db::Query(cnn_,
-                                   "SELECT Sum(Bn.上期库存数量) AS 数量, Sum(Bn.上期库存金额) AS 金额 "
-                                   "FROM 仓库余额表 AS Bn " +
-                                       WhereClause(pieces, "Where "));
+    return Trapped(0.0, [&]() -> double {
+        const std::string conditions = IdClause(" And bn.月份={id}", rMonth) + IdClause(" And bn.dpID={id}", rdpID) +
+                                       IdClause(" And bn.pdID={id}", rpdID);
+        const auto row = db::Query(cnn_, Fill("SELECT Sum(Bn.上期库存数量) AS 数量, Sum(Bn.上期库存金额) AS 金额 "
+                                              "FROM 仓库余额表 AS Bn {where}",
+                                              "where"_gap(WhereClause("Where {conditions}", conditions))));
         if (row->Eof()) return 0;
         if (What == kQuantity || What == kAmount) return vDbl(row->Fields(What).Value());
         return UnitPrice(*row);
-    } catch (const std::exception&) {
-        return 0;
-    }
+    });
 }
 
 Currency CTables::Get商品入库(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What,
                               const std::string& Which, bool isTotal) {
-    try {
-        return MovementFigure(cnn_, "入库", MovementPieces(rdpID, rpdID, rMonth, isTotal) + KindPiece(Which, "入库单"),
-                              What);
-    } catch (const std::exception&) {
-        return Currency();
-    }
+    return Trapped(Currency(), [&] {
+        const std::string_view ofKind = OfKind(Which, " And 单据类型='入库单'");
+        return MovementFigure(cnn_, "入库", Conditions(rdpID, rpdID, rMonth, isTotal, ofKind), What);
+    });
 }
 
 Currency CTables::Get商品出库(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What,
                               const std::string& Which, bool isTotal) {
-    try {
-        return MovementFigure(cnn_, "出库", MovementPieces(rdpID, rpdID, rMonth, isTotal) + KindPiece(Which, "出库单"),
-                              What);
-    } catch (const std::exception&) {
-        return Currency();
-    }
+    return Trapped(Currency(), [&] {
+        const std::string_view ofKind = OfKind(Which, " And 单据类型='出库单'");
+        return MovementFigure(cnn_, "出库", Conditions(rdpID, rpdID, rMonth, isTotal, ofKind), What);
+    });
 }
 
 Currency CTables::Get商品成本(std::int32_t rdpID, std::int32_t rpdID, const std::string& rMonth,
                               const std::string& What, bool isTotal) {
-    try {
+    return Trapped(Currency(), [&] {
         const bool hasMonth = !rMonth.empty() && CDbl(rMonth) > 0;
-        const std::string month = hasMonth ? (isTotal ? " And 月份<=" : " And 月份=") + rMonth : "";
-        const auto row =
-            db::Query(cnn_,
-                      "Select pdID,Sum(数量) As 数量,Sum(金额) As 金额 From 成本记录 Where 成本记录.CostID in "
-                      "(Select CostID From 成本目录 Where True " +
-                          IdPiece(" And dpID=", rdpID) + month + ")" + IdPiece(" And pdID=", rpdID) + " Group by pdID");
+        const std::string_view month = hasMonth ? std::string_view(rMonth) : "";
+        const auto row = db::Query(
+            cnn_, Fill("Select pdID,Sum(数量) As 数量,Sum(金额) As 金额 From 成本记录 Where 成本记录.CostID in "
+                       "(Select CostID From 成本目录 Where True {ofWarehouse}{ofMonth}){ofProduct} Group by pdID",
+                       "ofWarehouse"_gap(IdClause(" And dpID={id}", rdpID)),
+                       "ofMonth"_gap(isTotal ? TextClause(" And 月份<={text}", month)
+                                             : TextClause(" And 月份={text}", month)),
+                       "ofProduct"_gap(IdClause(" And pdID={id}", rpdID))));
         if (row->Eof()) return Currency();
         if (What == kQuantity || What == kAmount) return vCur(row->Fields(What).Value());
         return CCur(UnitPrice(*row));
-    } catch (const std::exception&) {
-        return Currency();
-    }
+    });
 }
 
 // The figures below are added up in Currency, the opening one being converted first.
@@ -114,15 +112,11 @@ double CTables::Get本期库存(std::int32_t rdpID, std::int32_t rpdID, std::int
                             bool CostUsed) {
     if (rMonth == 0) return 0;
     if (What != kQuantity && What != kAmount) return 0;
-    try {
-        return StockFigure(rdpID, rpdID, rMonth, What, CostUsed).ToDouble();
-    } catch (const std::exception&) {
-        return 0;
-    }
+    return Trapped(0.0, [&] { return StockFigure(rdpID, rpdID, rMonth, What, CostUsed).ToDouble(); });
 }
 
-// Unlike Get本期库存 on purpose: month 0 is no special case, and nothing is trapped here. The quotient is made before a
-// zero quantity is looked at, so that it ends in the division error.
+// Unlike in Get本期库存, month 0 is no special case, nothing is trapped, and a quantity of 0 ends in the division
+// error; kept for compatibility.
 double CTables::Get商品库存(std::int32_t rdpID, std::int32_t rpdID, std::int16_t rMonth, const std::string& What,
                             bool CostUsed) {
     if (What == kQuantity || What == kAmount) return StockFigure(rdpID, rpdID, rMonth, What, CostUsed).ToDouble();

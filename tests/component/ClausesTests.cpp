@@ -1,9 +1,7 @@
-// Clause builders and value functions.
-#include "kpTables/Fragments.h"
+// Optional clauses of statements.
+#include "kpTables/Clauses.h"
 
 #include <gtest/gtest.h>
-
-#include <new>
 
 #include "support/Failure.h"
 #include "support/ScriptedRecordset.h"
@@ -98,54 +96,25 @@ TEST(NumberClause, EveryCase) {
         EXPECT_EQ(Get_NoSql(each.first, each.last), each.clause) << Shown(each.first) << " to " << Shown(each.last);
 }
 
-TEST(ValueFunctions, NumericOrZero) {
-    struct Case {
-        Variant value;
-        double number;
-        std::int64_t scaled;
-    };
-    const Case cases[] = {
-        {Variant::Null(), 0, 0},
-        {Variant(), 0, 0},
-        {"", 0, 0},
-        {"abc", 0, 0},
-        {"12.5", 12.5, 125000},
-        {" 1,234.5 ", 1234.5, 12345000},
-        {"1e3", 1000, 10000000},
-        {7, 7, 70000},
-        {std::int16_t{-3}, -3, -30000},
-        {0.03125, 0.03125, 312},  // half to even
-        {0.09375, 0.09375, 938},
-        {Currency::FromScaled(12345), 1.2345, 12345},
-        {true, -1, -10000},
-        {Day("2004-03-07"), 0, 0},
-        {Variant(nullptr), 0, 0},
-    };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(Shown(each.value));
-        EXPECT_EQ(vDbl(each.value), each.number);
-        EXPECT_EQ(vCur(each.value).Scaled(), each.scaled);
-    }
+TEST(Conditions, IdClauseOnlyAboveZero) {
+    EXPECT_EQ(IdClause(" And dpID={id}", 1), " And dpID=1");
+    EXPECT_EQ(IdClause(" And dpID={id}", 2147483647), " And dpID=2147483647");
+    EXPECT_EQ(IdClause(" And dpID={id}", 0), "");
+    EXPECT_EQ(IdClause(" And dpID={id}", -1), "");
+    EXPECT_EQ(IdClause(" And dpID={id}", -2147483647 - 1), "");
 }
 
-TEST(ValueFunctions, CurrencyOverflows) {
-    EXPECT_EQ(vDbl(1e15), 1e15);
-    EXPECT_EQ(FailureOf([] { vCur(1e15); }), 6);
+TEST(Conditions, TextClauseOnlyForAText) {
+    EXPECT_EQ(TextClause(" And 类型='{text}'", "采购"), " And 类型='采购'");
+    EXPECT_EQ(TextClause(" And 类型='{text}'", " "), " And 类型=' '");
+    EXPECT_EQ(TextClause(" And 类型='{text}'", "O'X"), " And 类型='O'X'");  // nothing is escaped
+    EXPECT_EQ(TextClause(" And 类型='{text}'", ""), "");
 }
 
-TEST(Conditions, IdPieceOnlyAboveZero) {
-    EXPECT_EQ(IdPiece(" And dpID=", 1), " And dpID=1");
-    EXPECT_EQ(IdPiece(" And dpID=", 2147483647), " And dpID=2147483647");
-    EXPECT_EQ(IdPiece(" And dpID=", 0), "");
-    EXPECT_EQ(IdPiece(" And dpID=", -1), "");
-    EXPECT_EQ(IdPiece(" And dpID=", -2147483647 - 1), "");
-}
-
-TEST(Conditions, TextPieceOnlyForAText) {
-    EXPECT_EQ(TextPiece(" And 类型='", "采购"), " And 类型='采购'");
-    EXPECT_EQ(TextPiece(" And 类型='", " "), " And 类型=' '");
-    EXPECT_EQ(TextPiece(" And 类型='", "O'X"), " And 类型='O'X'");  // nothing is escaped
-    EXPECT_EQ(TextPiece(" And 类型='", ""), "");
+TEST(Conditions, TrimmedTextClauseOnlyForMoreThanBlanks) {
+    EXPECT_EQ(TrimmedTextClause(" And 类型='{text}'", " 采购 "), " And 类型=' 采购 '");
+    EXPECT_EQ(TrimmedTextClause(" And 类型='{text}'", "  "), "");
+    EXPECT_EQ(TrimmedTextClause(" And 类型='{text}'", ""), "");
 }
 
 TEST(Conditions, SumBounds) {
@@ -186,18 +155,12 @@ TEST(Conditions, BillDateFollowsTheDialect) {
               "CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + CAST(日子 AS char(2)) AS DATETIME)");
 }
 
-TEST(Composed, IsNothingAfterAnError) {
-    EXPECT_EQ(Composed([] { return std::string("Select 1"); }), "Select 1");
-    EXPECT_EQ(Composed([] { return std::string(); }), "");
-    EXPECT_EQ(Composed([]() -> std::string { Raise(ErrorNumber::TypeMismatch); }), std::nullopt);
-    EXPECT_EQ(Composed([]() -> std::string { throw std::bad_alloc(); }), std::nullopt);
-}
-
 TEST(Conditions, WhereClauseCutsTheLeadingAnd) {
-    EXPECT_EQ(WhereClause(" And a=1 And b=2", " Where "), " Where  a=1 And b=2");
-    EXPECT_EQ(WhereClause(" And a=1", "Where "), "Where  a=1");
-    EXPECT_EQ(WhereClause("", " Where "), "");
-    EXPECT_EQ(WhereClause("a=1", " Where "), "a=1");
+    EXPECT_EQ(WhereClause(" Where {conditions}", " And a=1 And b=2"), " Where  a=1 And b=2");
+    EXPECT_EQ(WhereClause("Where {conditions}", " And a=1"), "Where  a=1");
+    EXPECT_EQ(WhereClause(" Where (({conditions}))", " And a=1"), " Where (( a=1))");
+    EXPECT_EQ(WhereClause(" Where {conditions}", ""), "");
+    EXPECT_EQ(WhereClause(" Where {conditions}", "a=1"), "a=1");
 }
 
 }  // namespace
