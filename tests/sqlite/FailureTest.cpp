@@ -144,16 +144,16 @@ TEST(ReadRows, ACellCostsSixteenBytesAtMostBesideItsText) {
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000) "
         "SELECT i, i * 2.5, i * 10000, printf('%012d', i), NULL, i % 2, i + 1, i * 0.5, -i, '1997-01-02' FROM n");
     const auto rows = sqlite::ReadRows(statement,
-                                       db::ShareFields({{"a", VarType::Long},
-                                                        {"b", VarType::Double},
-                                                        {"c", VarType::Currency},
-                                                        {"d", VarType::String},
-                                                        {"e", VarType::Empty},
-                                                        {"f", VarType::Boolean},
-                                                        {"g", VarType::Integer},
-                                                        {"h", VarType::Double},
-                                                        {"i", VarType::Long},
-                                                        {"j", VarType::Date}}),
+                                       recordset::ShareFields({{"a", VarType::Long},
+                                                               {"b", VarType::Double},
+                                                               {"c", VarType::Currency},
+                                                               {"d", VarType::String},
+                                                               {"e", VarType::Empty},
+                                                               {"f", VarType::Boolean},
+                                                               {"g", VarType::Integer},
+                                                               {"h", VarType::Double},
+                                                               {"i", VarType::Long},
+                                                               {"j", VarType::Date}}),
                                        "");
     ASSERT_EQ(rows->Rows(), kRows);
     EXPECT_LE(rows->Bytes(), kRows * 10 * 16 + kRows * kTextBytes);

@@ -51,7 +51,7 @@ std::string SourceOf(const Database& database, std::string_view table, std::stri
 /// The value of a declared default, which is an expression of SQLite's.
 Variant DefaultValue(const Database& database, const std::string& expression, VarType type) {
     PreparedStatement statement = database.Prepare("SELECT " + expression);
-    const auto rows = ReadRows(statement, db::ShareFields({{"", type}}), statement.Text());
+    const auto rows = ReadRows(statement, recordset::ShareFields({{"", type}}), statement.Text());
     return rows->GetValue(0, 0);
 }
 

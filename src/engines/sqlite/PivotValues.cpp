@@ -27,7 +27,7 @@ sql::LiteralKind KindOf(VarType type) noexcept {
 
 }  // namespace
 
-std::vector<sql::LiteralValue> PivotValues(const db::RowStore& rows) {
+std::vector<sql::LiteralValue> PivotValues(const recordset::RowStore& rows) {
     std::vector<sql::LiteralValue> values;
     for (std::size_t row = 0; row < rows.Rows(); ++row) {
         values.push_back({KindOf(rows.TypeAt(row, 0)), Text(rows.GetValue(row, 0))});

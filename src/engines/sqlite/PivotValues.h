@@ -3,12 +3,12 @@
 
 #include <vector>
 
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 #include "sql/Lexer.h"
 
 namespace kpTables::sqlite {
 
 /// The first column's cells as literals.
-std::vector<sql::LiteralValue> PivotValues(const db::RowStore& rows);
+std::vector<sql::LiteralValue> PivotValues(const recordset::RowStore& rows);
 
 }  // namespace kpTables::sqlite

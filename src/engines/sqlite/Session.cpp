@@ -117,8 +117,8 @@ RecordsetPtr Session::RunQuery(const BoundQuery& query) {
     return std::make_shared<MemoryRecordset>(std::move(rows), false, &kBookTexts);
 }
 
-std::unique_ptr<db::RowStore> Session::Rows(CachedStatement& statement, std::string_view text,
-                                            const std::vector<sql::LiteralValue>& literals) {
+std::unique_ptr<recordset::RowStore> Session::Rows(CachedStatement& statement, std::string_view text,
+                                                   const std::vector<sql::LiteralValue>& literals) {
     BindLiterals(statement.prepared, statement.translation.parameters, literals, text);
     return ReadRows(statement.prepared, statement.fields, text);
 }
@@ -187,13 +187,13 @@ CachedStatementPtr Session::PrepareSource(std::string_view source, SourceKind ki
     return statement;
 }
 
-std::unique_ptr<db::RowStore> Session::RowsWithId(const BoundQuery& query) {
+std::unique_ptr<recordset::RowStore> Session::RowsWithId(const BoundQuery& query) {
     PreparedStatement& prepared = query.statement->prepared;
     BindLiterals(prepared, query.statement->translation.parameters, query.literals, query.text);
     return ReadRows(prepared, query.statement->fields, query.text);
 }
 
-std::unique_ptr<db::RowStore> Session::ReadEditable(BoundQuery& query) {
+std::unique_ptr<recordset::RowStore> Session::ReadEditable(BoundQuery& query) {
     try {
         auto rows = RowsWithId(query);
         if (!TakeReprepared(query.statement->prepared)) return rows;
@@ -238,7 +238,7 @@ CachedStatementPtr Session::PrepareTranslation(sql::Translation translation, boo
     for (const sql::ResultColumn& column : translation.columns) fields.push_back({column.name, FieldType(column.type)});
     // As the scaled value of a Currency, the only type that holds 64 bits.
     if (withRowId) fields.back() = {"", VarType::Currency};
-    statement->fields = db::ShareFields(std::move(fields));
+    statement->fields = recordset::ShareFields(std::move(fields));
     statement->translation = std::move(translation);
     return statement;
 }

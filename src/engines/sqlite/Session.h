@@ -12,7 +12,7 @@
 #include "StatementCache.h"
 #include "Transaction.h"
 #include "kpTables/Connection.h"
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 
 namespace kpTables::sqlite {
 
@@ -44,7 +44,7 @@ public:
     /// Runs a query that PrepareOpen has answered; the row ids stand behind the fields. When another program has
     /// changed the schema in between, the query gets a statement of its new form: more fields, perhaps, but error
     /// unless they begin as before.
-    std::unique_ptr<db::RowStore> ReadEditable(BoundQuery& query);
+    std::unique_ptr<recordset::RowStore> ReadEditable(BoundQuery& query);
     /// How many rows it answers whose row ids are not among excluded.
     std::size_t CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded);
 
@@ -54,9 +54,9 @@ private:
                               const std::vector<sql::LiteralValue>& literals);
     RecordsetPtr RunQuery(const BoundQuery& query);
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
-    static std::unique_ptr<db::RowStore> RowsWithId(const BoundQuery& query);
-    std::unique_ptr<db::RowStore> Rows(CachedStatement& statement, std::string_view text,
-                                       const std::vector<sql::LiteralValue>& literals);
+    static std::unique_ptr<recordset::RowStore> RowsWithId(const BoundQuery& query);
+    std::unique_ptr<recordset::RowStore> Rows(CachedStatement& statement, std::string_view text,
+                                              const std::vector<sql::LiteralValue>& literals);
 
     CachedStatementPtr Translate(sql::Statement& statement, std::string shape,
                                  const std::vector<sql::LiteralValue>& literals);

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "Database.h"
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 #include "sql/Lexer.h"
 #include "sql/Translation.h"
 
@@ -21,7 +21,7 @@ class TableWriter;
 struct CachedStatement {
     sql::Translation translation;
     PreparedStatement prepared;
-    db::FieldsPtr fields;                 ///< of a query; with a writer, the row id behind them
+    recordset::FieldsPtr fields;          ///< of a query; with a writer, the row id behind them
     std::shared_ptr<TableWriter> writer;  ///< of a query whose rows can be edited
 };
 using CachedStatementPtr = std::shared_ptr<CachedStatement>;

@@ -6,7 +6,7 @@
 #include "Collation.h"
 #include "Failure.h"
 #include "kpTables/Error.h"
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 
 namespace kpTables::sqlite {
 
@@ -15,7 +15,7 @@ struct TableRecordset::State {
         : session(theSession),
           query(std::move(theQuery)),
           columns(CountColumns()),
-          rows(std::make_unique<MemoryRecordset>(std::make_unique<db::RowStore>(query.statement->fields), true)),
+          rows(std::make_unique<MemoryRecordset>(std::make_unique<recordset::RowStore>(query.statement->fields), true)),
           set(static_cast<std::size_t>(columns)) {}
 
     int CountColumns() const noexcept { return static_cast<int>(query.statement->fields->size()) - 1; }
@@ -27,7 +27,7 @@ struct TableRecordset::State {
 
     /// The rows of the table, with those added before any was fetched behind them.
     void Fetch();
-    std::unique_ptr<db::RowStore> WithAddedBehind(const db::RowStore& all);
+    std::unique_ptr<recordset::RowStore> WithAddedBehind(const recordset::RowStore& all);
     /// Fetches unless the current row is one that was added before.
     void NeedCurrentRow() {
         if (!fetched && rows->Eof()) Fetch();
@@ -67,8 +67,8 @@ void TableRecordset::State::Fetch() {
     added = {};
 }
 
-std::unique_ptr<db::RowStore> TableRecordset::State::WithAddedBehind(const db::RowStore& all) {
-    auto ordered = std::make_unique<db::RowStore>(all.Fields());
+std::unique_ptr<recordset::RowStore> TableRecordset::State::WithAddedBehind(const recordset::RowStore& all) {
+    auto ordered = std::make_unique<recordset::RowStore>(all.Fields());
     std::sort(added.begin(), added.end());
     for (std::size_t row = 0; row < all.Rows(); ++row) {
         const std::int64_t id = all.GetValue(row, columns).If<Currency>()->Scaled();

@@ -10,7 +10,7 @@
 
 #include "kpTables/Recordset.h"
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 
 /// The columns of results, shared by those that have the same ones.
 using FieldsPtr = std::shared_ptr<const std::vector<FieldInfo>>;
@@ -86,4 +86,4 @@ private:
     std::size_t arenaLeft_ = 0;
 };
 
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset

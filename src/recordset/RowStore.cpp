@@ -1,4 +1,4 @@
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 
 #include <algorithm>
 #include <bit>
@@ -7,7 +7,7 @@
 
 #include "kpTables/Error.h"
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 
 namespace {
 
@@ -221,4 +221,4 @@ std::string_view RowStore::TextAt(std::size_t row, int column) const noexcept {
     return TextOf(BlockOf(row).payload[CellIndex(row, column)]);
 }
 
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset

@@ -1,8 +1,8 @@
-#include "kpTables/db/FindIndex.h"
+#include "recordset/FindIndex.h"
 
 #include <algorithm>
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 
 FindIndex::FindIndex(std::size_t rows, const std::function<std::uint64_t(std::size_t)>& keyAt) {
     entries_.reserve(rows);
@@ -20,4 +20,4 @@ std::optional<std::size_t> FindIndex::FirstFrom(std::size_t start, std::uint64_t
     return std::nullopt;
 }
 
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset

@@ -1,4 +1,4 @@
-#include "kpTables/db/Criteria.h"
+#include "recordset/Criteria.h"
 
 #include <algorithm>
 #include <bit>
@@ -10,7 +10,7 @@
 #include "kpTables/db/FoldedText.h"
 #include "kpTables/values/Ascii.h"
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 
 namespace {
 
@@ -213,7 +213,7 @@ bool Criteria::Matches(const RowStore& rows, std::size_t row) const {
 
 bool Criteria::MatchesText(std::string_view cell) const {
     if (comparison_ == Comparison::Like) {
-        return MatchesPattern(WithoutTrailingBlanks(cell), WithoutTrailingBlanks(text_));
+        return MatchesPattern(db::WithoutTrailingBlanks(cell), db::WithoutTrailingBlanks(text_));
     }
     return Meets(texts_->compare(cell, text_) <=> 0, comparison_);
 }
@@ -244,4 +244,4 @@ std::vector<SortColumn> ParseSort(std::string_view text) {
     return columns;
 }
 
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "kpTables/MemoryRecordset.h"
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 
 enum class Comparison { Equal, NotEqual, Less, LessOrEqual, Greater, GreaterOrEqual, Like };
 
@@ -57,4 +57,4 @@ struct SortColumn {
 /// Reads "column [ASC|DESC], ..."; error 3001 when the text is no such list.
 std::vector<SortColumn> ParseSort(std::string_view text);
 
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset

@@ -5,18 +5,18 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/db/Criteria.h"
-#include "kpTables/db/FindIndex.h"
 #include "kpTables/db/FoldedText.h"
-#include "kpTables/db/RowOrder.h"
-#include "kpTables/db/RowStore.h"
 #include "kpTables/values/Ascii.h"
+#include "recordset/Criteria.h"
+#include "recordset/FindIndex.h"
+#include "recordset/RowOrder.h"
+#include "recordset/RowStore.h"
 
 namespace kpTables {
 
-using db::Criteria;
-using db::FindIndex;
-using db::RowStore;
+using recordset::Criteria;
+using recordset::FindIndex;
+using recordset::RowStore;
 
 namespace {
 
@@ -231,7 +231,7 @@ void MemoryRecordset::MoveNext() {
 void MemoryRecordset::Find(std::string_view criteriaText, std::int32_t skip, int direction) {
     State& s = Opened();
     if (direction != 1 && direction != -1) Raise(ErrorNumber::InvalidArgument, "direction");
-    const auto text = db::CriteriaText::Parse(criteriaText);
+    const auto text = recordset::CriteriaText::Parse(criteriaText);
     const int column = FieldIndex(text.column);
     const Criteria criteria(column, FieldAt(column), text, s.texts);
     s.CheckRow();
@@ -249,10 +249,11 @@ void MemoryRecordset::Find(std::string_view criteriaText, std::int32_t skip, int
 
 void MemoryRecordset::Sort(std::string_view orderText) {
     State& s = Opened();
-    std::vector<db::SortKey> keys;
-    for (const auto& column : db::ParseSort(orderText)) keys.push_back({FieldIndex(column.name), column.descending});
+    std::vector<recordset::SortKey> keys;
+    for (const auto& column : recordset::ParseSort(orderText))
+        keys.push_back({FieldIndex(column.name), column.descending});
     s.Settle();
-    s.order = keys.empty() ? std::vector<std::uint32_t>() : db::OrderRows(*s.rows, keys, s.texts);
+    s.order = keys.empty() ? std::vector<std::uint32_t>() : recordset::OrderRows(*s.rows, keys, s.texts);
     for (State::Finder& finder : s.finders) finder = {};
     s.position = 0;
 }

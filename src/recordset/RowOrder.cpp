@@ -1,11 +1,11 @@
-#include "kpTables/db/RowOrder.h"
+#include "recordset/RowOrder.h"
 
 #include <algorithm>
 #include <bit>
 #include <compare>
 #include <numeric>
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<Sor
     return order;
 }
 
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "kpTables/MemoryRecordset.h"
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 
 struct SortKey {
     int column = 0;
@@ -19,4 +19,4 @@ struct SortKey {
 /// that are equal keep their order.
 std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts);
 
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 
 /// Positions of a recordset's rows by the key of one column. Rows that were appended later are not in it.
 class FindIndex {
@@ -28,4 +28,4 @@ private:
     std::vector<Entry> entries_;
 };
 
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset
