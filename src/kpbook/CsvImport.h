@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "kpTables/Sqlite.h"
+#include "kpTables/Book.h"
 #include "kpbook/CsvReader.h"
 #include "kpbook/ImportFaults.h"
 
@@ -14,7 +14,7 @@ namespace kpTables::kpbook {
 class CsvImport {
 public:
     /// file is the name that messages give the source.
-    CsvImport(SqliteConnection& book, const TableInfo& table, CsvReader& csv, const std::string& file);
+    CsvImport(Book& book, const TableInfo& table, CsvReader& csv, const std::string& file);
 
     /// Adds every row in one transaction and answers their number. When anything is wrong every fault goes to standard
     /// error, nothing is added and a CommandError is raised.
@@ -29,7 +29,7 @@ private:
     void AddRow();
     void ShowProgress() const;
 
-    SqliteConnection& book_;
+    Book& book_;
     const TableInfo& table_;
     CsvReader& csv_;
     std::string file_;

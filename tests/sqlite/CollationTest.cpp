@@ -203,7 +203,7 @@ TEST(Collation, ABookOfAnotherVersionGetsItsIndexesAnew) {
     const test::TemporaryDirectory directory;
     const std::string path = directory.File("book");
     {
-        const auto book = SqliteConnection::Create(path);
+        const auto book = CreateBook(path);
         for (const char* name : {"张三", "李四", "阿大"}) {
             book->Execute(std::string("Insert Into 仓库设置 (仓库名称) Values ('").append(name).append("')"));
         }
@@ -219,7 +219,7 @@ TEST(Collation, ABookOfAnotherVersionGetsItsIndexesAnew) {
         other.Run("REINDEX KPTEXT");
         other.Run("UPDATE kp_collation SET version = '1.0'");
     }
-    const auto book = SqliteConnection::Open(path);
+    const auto book = OpenBook(path);
     EXPECT_EQ(test::RowsOf(*book, "Select 仓库名称 From 仓库设置 Order By 仓库名称"), "阿大 / 李四 / 张三");
     EXPECT_EQ(test::ValueOf(*book, "Select dpID From 仓库设置 Where 仓库名称='张三'"), "1");
     const Database check(path, SQLITE_OPEN_READONLY);

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 class ColumnSet {
 public:
@@ -36,4 +36,4 @@ private:
     std::vector<std::uint64_t> words_;
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

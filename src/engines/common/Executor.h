@@ -1,4 +1,4 @@
-// What a connection and the recordsets that it opened share.
+// Runs the statements of one connection.
 #pragma once
 
 #include <cstdint>
@@ -7,33 +7,24 @@
 #include <string_view>
 #include <vector>
 
-#include "BookCatalog.h"
-#include "Database.h"
-#include "StatementCache.h"
-#include "Transaction.h"
+#include "engines/common/Driver.h"
+#include "engines/common/Statement.h"
+#include "engines/common/StatementCache.h"
 #include "kpTables/Connection.h"
 #include "recordset/RowStore.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
-/// A statement with the text and the literals that it was asked for with.
-struct BoundQuery {
-    CachedStatementPtr statement;
-    std::string text;
-    std::vector<sql::LiteralValue> literals;
-    SourceKind kind = SourceKind::Text;
-};
-
-/// An open database with its catalog, its prepared statements and its transaction. Recordsets keep it alive.
-class Session {
+/// Turns the texts of both dialects into statements of a driver's, keeps these prepared and runs them. Recordsets keep
+/// it alive.
+class Executor {
 public:
-    explicit Session(Database database);
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
+    explicit Executor(std::unique_ptr<Driver> driver);
+    Executor(const Executor&) = delete;
+    Executor& operator=(const Executor&) = delete;
 
-    const Database& GetDatabase() const noexcept { return database_; }
-    Transaction& GetTransaction() noexcept { return transaction_; }
-    BookCatalog& GetCatalog() noexcept { return catalog_; }
+    Driver& GetDriver() const noexcept { return *driver_; }
+    Transaction& GetTransaction() const noexcept { return driver_->GetTransaction(); }
     std::int64_t RecordsAffected() const noexcept { return recordsAffected_; }
     std::size_t CachedStatements() const noexcept { return cache_.Size(); }
 
@@ -53,11 +44,15 @@ private:
     RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string_view text,
                               const std::vector<sql::LiteralValue>& literals);
     RecordsetPtr RunQuery(const BoundQuery& query);
+    RecordsetPtr Answer(std::unique_ptr<recordset::RowStore> rows) const;
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
-    static std::unique_ptr<recordset::RowStore> RowsWithId(const BoundQuery& query);
-    std::unique_ptr<recordset::RowStore> Rows(CachedStatement& statement, std::string_view text,
-                                              const std::vector<sql::LiteralValue>& literals);
+    static std::unique_ptr<recordset::RowStore> Rows(CachedStatement& statement, std::string_view text,
+                                                     const std::vector<sql::LiteralValue>& literals);
+    static std::unique_ptr<recordset::RowStore> Rows(const BoundQuery& query) {
+        return Rows(*query.statement, query.text, query.literals);
+    }
 
+    /// Kept unless shape is empty.
     CachedStatementPtr Translate(sql::Statement& statement, std::string shape,
                                  const std::vector<sql::LiteralValue>& literals);
     CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind);
@@ -65,12 +60,11 @@ private:
     CachedStatementPtr PrepareTranslation(sql::Translation translation, bool withRowId = false) const;
     void RefreshCatalog();
 
-    Database database_;
-    BookCatalog catalog_;
-    Transaction transaction_;
+    std::unique_ptr<Driver> driver_;
+    Catalog& catalog_;
     StatementCache cache_;
     std::int64_t recordsAffected_ = 0;
 };
-using SessionPtr = std::shared_ptr<Session>;
+using ExecutorPtr = std::shared_ptr<Executor>;
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

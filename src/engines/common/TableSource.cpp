@@ -1,27 +1,13 @@
-#include "TableSource.h"
+#include "engines/common/TableSource.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "sql/SqlError.h"
 #include "sql/sqlite/Names.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 namespace {
-
-bool HasColumn(const sql::CatalogTable& table, std::string_view name) {
-    return std::any_of(table.columns.begin(), table.columns.end(),
-                       [&](const sql::CatalogColumn& column) { return sql::SameName(column.name, name); });
-}
-
-/// One of the names that SQLite gives its row id, which is none of the table's own.
-std::string_view RowIdName(const sql::CatalogTable& table) {
-    for (const std::string_view name : {"rowid", "_rowid_"}) {
-        if (!HasColumn(table, name)) return name;
-    }
-    return "oid";
-}
 
 sql::SelectItem ColumnItem(std::string table, std::string name, std::size_t offset = 0) {
     sql::SelectItem item;
@@ -48,12 +34,6 @@ std::vector<std::string> StoredColumns(const sql::CatalogTable& table) {
     return names;
 }
 
-bool IsComputed(const sql::CatalogTable& table, std::string_view name) {
-    return std::any_of(table.columns.begin(), table.columns.end(), [&](const sql::CatalogColumn& column) {
-        return column.computed && sql::SameName(column.name, name);
-    });
-}
-
 /// The names of the columns that the items list, stars expanded; nothing when an item is no stored column or comes
 /// twice.
 std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& core, const sql::CatalogTable& table) {
@@ -62,7 +42,8 @@ std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& cor
         if (const auto* column = sql::If<sql::Column>(item.expression.get())) {
             // A column renamed would be found under one name and written under another.
             if (!item.alias.empty() && !sql::SameName(item.alias, column->name)) return std::nullopt;
-            if (IsComputed(table, column->name)) return std::nullopt;
+            const sql::CatalogColumn* known = FindColumn(table, column->name);
+            if (known && known->computed) return std::nullopt;
             names.push_back(column->name);
         } else if (sql::If<sql::Star>(item.expression.get())) {
             for (std::string& listed : StoredColumns(table)) names.push_back(std::move(listed));
@@ -79,7 +60,8 @@ std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& cor
 }
 
 /// The items with every star replaced by the columns that it stands for, and the row id at the end.
-std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, const sql::CatalogTable& table) {
+std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, const sql::CatalogTable& table,
+                                            std::string rowIdName) {
     std::vector<sql::SelectItem> all;
     for (sql::SelectItem& item : items) {
         const auto* star = sql::If<sql::Star>(item.expression.get());
@@ -91,13 +73,13 @@ std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, 
             all.push_back(ColumnItem(star->table, std::move(column), star->offset));
         }
     }
-    all.push_back(ColumnItem("", std::string(RowIdName(table))));
+    all.push_back(ColumnItem("", std::move(rowIdName)));
     return all;
 }
 
 }  // namespace
 
-TableSource SourceOfTable(std::string_view name, const sql::Catalog& catalog) {
+TableSource SourceOfTable(std::string_view name, const Catalog& catalog) {
     const sql::CatalogTable* table = catalog.Find(name);
     if (!table) {
         throw sql::SqlError(sql::ErrorKind::UnknownTable, "There is no table '" + std::string(name) + "'", 0);
@@ -105,7 +87,7 @@ TableSource SourceOfTable(std::string_view name, const sql::Catalog& catalog) {
     TableSource source{table->name, StoredColumns(*table), true, nullptr};
     auto core = std::make_unique<sql::SelectCore>();
     core->items.push_back({std::make_unique<sql::Star>(""), ""});
-    core->items = ItemsWithRowId(std::move(core->items), *table);
+    core->items = ItemsWithRowId(std::move(core->items), *table, catalog.RowIdName(*table));
     core->from.push_back(std::make_unique<sql::NamedTable>(table->name, ""));
     auto select = std::make_unique<sql::SelectStatement>();
     select->query = std::make_unique<sql::Query>();
@@ -115,7 +97,7 @@ TableSource SourceOfTable(std::string_view name, const sql::Catalog& catalog) {
     return source;
 }
 
-std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const sql::Catalog& catalog) {
+std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const Catalog& catalog) {
     sql::SelectCore* core = PlainCore(*statement);
     if (!core) return std::nullopt;
     const auto& named = static_cast<const sql::NamedTable&>(*core->from[0]);
@@ -123,14 +105,30 @@ std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const sq
     if (!table) return std::nullopt;
     auto columns = ListedColumns(*core, *table);
     if (!columns) return std::nullopt;
-    core->items = ItemsWithRowId(std::move(core->items), *table);
+    core->items = ItemsWithRowId(std::move(core->items), *table, catalog.RowIdName(*table));
     return TableSource{table->name, std::move(*columns), !core->where && !core->top, std::move(statement)};
 }
 
-RowIdCatalog::RowIdCatalog(const sql::Catalog& catalog, std::string_view table) : catalog_(catalog) {
+WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog) {
+    WrittenTable written{source.table, {}, std::nullopt, source.wholeTable};
+    const TableInfo info = catalog.Describe(source.table);
+    const sql::CatalogTable& table = *catalog.Find(source.table);
+    const std::string rowId = catalog.RowIdColumn(source.table);
+    for (const std::string& name : source.columns) {
+        WrittenTable::Column column{name, Variant::Null(), FindColumn(table, name)->length};
+        for (const TableInfo::Column& known : info.columns) {
+            if (sql::SameName(known.name, name)) column.defaultValue = known.defaultValue;
+        }
+        if (sql::SameName(name, rowId)) written.rowIdColumn = static_cast<int>(written.columns.size());
+        written.columns.push_back(std::move(column));
+    }
+    return written;
+}
+
+RowIdCatalog::RowIdCatalog(const engines::Catalog& catalog, std::string_view table) : catalog_(catalog) {
     if (const sql::CatalogTable* found = catalog.Find(table)) table_ = *found;
     sql::CatalogColumn rowId;
-    rowId.name = RowIdName(table_);
+    rowId.name = catalog.RowIdName(table_);
     table_.columns.push_back(std::move(rowId));
 }
 
@@ -138,4 +136,4 @@ const sql::CatalogTable* RowIdCatalog::Find(std::string_view table) const {
     return sql::SameName(table, table_.name) ? &table_ : catalog_.Find(table);
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

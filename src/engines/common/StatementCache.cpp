@@ -1,8 +1,8 @@
-#include "StatementCache.h"
+#include "engines/common/StatementCache.h"
 
 #include <utility>
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 namespace {
 
@@ -52,4 +52,4 @@ void StatementCache::RemoveOldest() {
     entries_.erase(oldest);
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

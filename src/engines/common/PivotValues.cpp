@@ -1,8 +1,8 @@
-#include "PivotValues.h"
+#include "engines/common/PivotValues.h"
 
 #include "kpTables/Convert.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 namespace {
 
@@ -35,4 +35,4 @@ std::vector<sql::LiteralValue> PivotValues(const recordset::RowStore& rows) {
     return values;
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

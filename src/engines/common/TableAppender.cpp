@@ -1,19 +1,18 @@
-#include "TableAppender.h"
+#include "engines/common/TableAppender.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "TableWriter.h"
 #include "kpTables/Error.h"
 #include "sql/sqlite/Names.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
-TableAppender::TableAppender(SessionPtr session, std::string_view table, const std::vector<std::string>& columns)
-    : session_(std::move(session)), statement_(session_->PrepareOpen(table, SourceKind::Table).statement) {
-    const auto& known = statement_->writer->Columns();
+TableAppender::TableAppender(ExecutorPtr executor, std::string_view table, const std::vector<std::string>& columns)
+    : executor_(std::move(executor)), statement_(executor_->PrepareOpen(table, SourceKind::Table).statement) {
+    const auto& known = statement_->writer->Table().columns;
     for (std::size_t value = 0; value < columns.size(); ++value) {
-        const auto found = std::find_if(known.begin(), known.end(), [&](const TableWriter::Column& column) {
+        const auto found = std::find_if(known.begin(), known.end(), [&](const WrittenTable::Column& column) {
             return sql::SameName(column.name, columns[value]);
         });
         if (found == known.end()) Raise(ErrorNumber::ItemNotFound, columns[value]);
@@ -39,8 +38,8 @@ void TableAppender::Append(const std::vector<Variant>& values) {
         set_.Add(target.column);
         given_.push_back(&value);
     }
-    session_->GetTransaction().BeforeChange();
+    executor_->GetTransaction().BeforeChange();
     statement_->writer->Insert(set_, given_);
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

@@ -1,15 +1,10 @@
-#include "Transaction.h"
-
-#include <sqlite3.h>
+#include "engines/common/Transaction.h"
 
 #include "kpTables/Error.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 namespace {
-
-// The lock is taken at once: a transaction that reads first and writes later could not wait for another writer.
-constexpr std::string_view kBegin = "BEGIN IMMEDIATE";
 
 [[noreturn]] void RaiseMisuse(const char* text) {
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), text);
@@ -21,7 +16,7 @@ void Transaction::Begin() {
     if (StillOpen(Owner::Host)) RaiseMisuse("A transaction is open already; transactions do not nest");
     RequireHostTransactionAlive();
     CommitRows();
-    database_.Run(database_.IsReadOnly() ? "BEGIN" : kBegin);
+    Start(Use::ReadOrWrite);
     owner_ = Owner::Host;
 }
 
@@ -29,25 +24,25 @@ void Transaction::Commit() {
     if (owner_ != Owner::Host) RaiseMisuse("There is no transaction to commit");
     RequireHostTransactionAlive();
     // A commit that finds the book busy may be tried again: the transaction stays open.
-    database_.Run("COMMIT");
+    Save();
     owner_ = Owner::None;
 }
 
 void Transaction::Rollback() {
     if (owner_ != Owner::Host) RaiseMisuse("There is no transaction to roll back");
-    if (StillOpen(Owner::Host)) database_.Run("ROLLBACK");
+    if (StillOpen(Owner::Host)) Undo();
     owner_ = Owner::None;
 }
 
 void Transaction::BeginForRows() {
     RequireHostTransactionAlive();
-    if (database_.InTransaction()) return;
-    database_.Run(kBegin);
+    if (IsOpen()) return;
+    Start(Use::Write);
     owner_ = Owner::Recordsets;
 }
 
 bool Transaction::TakeLossOfRows() noexcept {
-    const bool lost = owner_ == Owner::Recordsets && !database_.InTransaction();
+    const bool lost = owner_ == Owner::Recordsets && !IsOpen();
     if (lost) owner_ = Owner::None;
     return lost;
 }
@@ -60,22 +55,27 @@ void Transaction::BeforeChange() {
 void Transaction::CommitRows() {
     if (owner_ != Owner::Recordsets) return;
     owner_ = Owner::None;
-    if (!database_.InTransaction()) {
+    if (!IsOpen()) {
         RaiseMisuse("Rows written through a recordset were lost when an earlier failure ended their transaction");
     }
     try {
-        database_.Run("COMMIT");
+        Save();
     } catch (const DatabaseError&) {
         // A commit that failed may leave the transaction open, and it would hold the book's lock for ever.
-        if (database_.InTransaction()) sqlite3_exec(database_.Get(), "ROLLBACK", nullptr, nullptr, nullptr);
+        if (IsOpen()) Abandon();
         throw;
     }
 }
 
+void Transaction::RequireNone() {
+    if (owner_ == Owner::Host) RaiseMisuse("A transaction is open; commit it or roll it back first");
+    CommitRows();
+}
+
 void Transaction::RequireHostTransactionAlive() const {
-    if (owner_ == Owner::Host && !database_.InTransaction()) {
+    if (owner_ == Owner::Host && !IsOpen()) {
         RaiseMisuse("The transaction was ended by an earlier failure and nothing of it was saved; roll it back first");
     }
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

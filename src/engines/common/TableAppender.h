@@ -1,20 +1,18 @@
 // Adds rows to one table, one statement a row.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "ColumnSet.h"
-#include "Session.h"
-#include "kpTables/Sqlite.h"
+#include "engines/common/Executor.h"
+#include "kpTables/Book.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 class TableAppender : public RowAppender {
 public:
-    TableAppender(SessionPtr session, std::string_view table, const std::vector<std::string>& columns);
+    TableAppender(ExecutorPtr executor, std::string_view table, const std::vector<std::string>& columns);
 
     void Append(const std::vector<Variant>& values) override;
 
@@ -26,7 +24,7 @@ private:
         VarType type;
     };
 
-    SessionPtr session_;
+    ExecutorPtr executor_;
     CachedStatementPtr statement_;
     std::vector<Target> targets_;  ///< in the table's order
     // Of the current row.
@@ -34,4 +32,4 @@ private:
     std::vector<const Variant*> given_;
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

@@ -3,24 +3,19 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
 
-#include "ColumnSet.h"
-#include "Session.h"
-#include "TableWriter.h"
-#include "kpTables/MemoryRecordset.h"
+#include "engines/common/Executor.h"
+#include "kpTables/Recordset.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 /// Fetches its rows when one of them is asked for, keeps them in memory, and writes what Update is called for to the
 /// table at once. A change that Update could not write stays pending, and Close drops it.
-class TableRecordset : public Recordset {
+class EditableRecordset : public Recordset {
 public:
-    TableRecordset(SessionPtr session, BoundQuery query);
-    ~TableRecordset() override;
+    EditableRecordset(ExecutorPtr executor, BoundQuery query);
+    ~EditableRecordset() override;
 
     int FieldCount() const override;
     const FieldInfo& FieldAt(int index) const override;
@@ -43,8 +38,8 @@ private:
     /// Error 3704 after Close.
     State& Opened() const;
 
-    SessionPtr session_;
+    ExecutorPtr executor_;
     std::unique_ptr<State> state_;  ///< null after Close
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

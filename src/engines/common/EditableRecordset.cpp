@@ -1,25 +1,28 @@
-#include "TableRecordset.h"
+#include "engines/common/EditableRecordset.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
-#include "Collation.h"
-#include "Failure.h"
+#include "engines/common/Failure.h"
 #include "kpTables/Error.h"
+#include "kpTables/MemoryRecordset.h"
 #include "recordset/RowStore.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
-struct TableRecordset::State {
-    State(Session& theSession, BoundQuery theQuery)
-        : session(theSession),
+struct EditableRecordset::State {
+    State(Executor& theExecutor, BoundQuery theQuery)
+        : executor(theExecutor),
           query(std::move(theQuery)),
           columns(CountColumns()),
           rows(std::make_unique<MemoryRecordset>(std::make_unique<recordset::RowStore>(query.statement->fields), true)),
           set(static_cast<std::size_t>(columns)) {}
 
     int CountColumns() const noexcept { return static_cast<int>(query.statement->fields->size()) - 1; }
-    TableWriter& Writer() const noexcept { return *query.statement->writer; }
+    RowWriter& Writer() const noexcept { return *query.statement->writer; }
     void CheckColumn(int index) const {
         if (index < 0 || index >= columns) Raise(ErrorNumber::ItemNotFound, std::to_string(index));
     }
@@ -39,7 +42,7 @@ struct TableRecordset::State {
     void WriteChanges();
     void Write();
 
-    Session& session;
+    Executor& executor;
     BoundQuery query;
     int columns;                            ///< without the row id, which stands behind them in rows
     std::unique_ptr<MemoryRecordset> rows;  ///< before the fetch, the rows that were added
@@ -51,15 +54,15 @@ struct TableRecordset::State {
     std::vector<const Variant*> values;  ///< their values, while they are written
 };
 
-void TableRecordset::State::Fetch() {
-    auto all = session.ReadEditable(query);
+void EditableRecordset::State::Fetch() {
+    auto all = executor.ReadEditable(query);
     if (CountColumns() != columns) {
         if (!added.empty()) RaiseColumnsChanged(query.text);
         columns = CountColumns();
         set = ColumnSet(static_cast<std::size_t>(columns));
     }
     if (!added.empty()) all = WithAddedBehind(*all);
-    rows = std::make_unique<MemoryRecordset>(std::move(all), true, &kBookTexts);
+    rows = std::make_unique<MemoryRecordset>(std::move(all), true, &executor.GetDriver().Texts());
     fetched = true;
     if (added.empty()) return;
     // The row added last is the current one.
@@ -67,7 +70,7 @@ void TableRecordset::State::Fetch() {
     added = {};
 }
 
-std::unique_ptr<recordset::RowStore> TableRecordset::State::WithAddedBehind(const recordset::RowStore& all) {
+std::unique_ptr<recordset::RowStore> EditableRecordset::State::WithAddedBehind(const recordset::RowStore& all) {
     auto ordered = std::make_unique<recordset::RowStore>(all.Fields());
     std::sort(added.begin(), added.end());
     for (std::size_t row = 0; row < all.Rows(); ++row) {
@@ -83,45 +86,45 @@ std::unique_ptr<recordset::RowStore> TableRecordset::State::WithAddedBehind(cons
     return ordered;
 }
 
-std::int32_t TableRecordset::State::CountOthers() {
+std::int32_t EditableRecordset::State::CountOthers() {
     if (!counted) {
-        const bool whole = Writer().IsWholeTable();
-        const std::size_t others =
-            whole ? static_cast<std::size_t>(Writer().CountRows()) - added.size() : session.CountEditable(query, added);
+        const bool whole = Writer().Table().whole;
+        const std::size_t others = whole ? static_cast<std::size_t>(Writer().CountRows()) - added.size()
+                                         : executor.CountEditable(query, added);
         counted = static_cast<std::int32_t>(others);
     }
     return *counted;
 }
 
-void TableRecordset::State::CollectValues() {
+void EditableRecordset::State::CollectValues() {
     values.clear();
     for (int column = 0; column < columns; ++column) {
         if (set.Has(column)) values.push_back(rows->PendingValue(column));
     }
 }
 
-void TableRecordset::State::WriteNew() {
+void EditableRecordset::State::WriteNew() {
     CollectValues();
-    session.GetTransaction().BeginForRows();
+    executor.GetTransaction().BeginForRows();
     const std::int64_t id = Writer().Insert(set, values);
     if (!fetched) added.push_back(id);
     rows->SetValue(columns, Currency::FromScaled(id));
-    if (const auto column = Writer().RowIdColumn()) rows->SetValue(*column, static_cast<double>(id));
+    if (const auto column = Writer().Table().rowIdColumn) rows->SetValue(*column, static_cast<double>(id));
     adding = false;
 }
 
-void TableRecordset::State::WriteChanges() {
+void EditableRecordset::State::WriteChanges() {
     CollectValues();
-    session.GetTransaction().BeginForRows();
+    executor.GetTransaction().BeginForRows();
     Writer().Change(RowId(), set, values);
-    const auto key = Writer().RowIdColumn();
+    const auto key = Writer().Table().rowIdColumn;
     if (key && set.Has(*key)) {
         const Variant id = rows->GetValue(*key);
         if (const auto* whole = id.If<std::int32_t>()) rows->SetValue(columns, Currency::FromScaled(*whole));
     }
 }
 
-void TableRecordset::State::Write() {
+void EditableRecordset::State::Write() {
     try {
         if (adding) {
             WriteNew();
@@ -129,7 +132,7 @@ void TableRecordset::State::Write() {
             WriteChanges();
         }
     } catch (const DatabaseError& error) {
-        if (!session.GetTransaction().TakeLossOfRows()) throw;
+        if (!executor.GetTransaction().TakeLossOfRows()) throw;
         throw DatabaseError(error.Number(),
                             error.Description() + "; rows that were written before it since the last save are lost too",
                             error.Statement());
@@ -138,32 +141,32 @@ void TableRecordset::State::Write() {
     rows->Update();
 }
 
-TableRecordset::TableRecordset(SessionPtr session, BoundQuery query)
-    : session_(std::move(session)), state_(std::make_unique<State>(*session_, std::move(query))) {}
+EditableRecordset::EditableRecordset(ExecutorPtr executor, BoundQuery query)
+    : executor_(std::move(executor)), state_(std::make_unique<State>(*executor_, std::move(query))) {}
 
-TableRecordset::~TableRecordset() {
+EditableRecordset::~EditableRecordset() {
     if (!state_) return;
     try {
-        session_->GetTransaction().CommitRows();
+        executor_->GetTransaction().CommitRows();
     } catch (const Error&) {
         // A destructor has nobody to tell; Close has.
     }
 }
 
-TableRecordset::State& TableRecordset::Opened() const {
+EditableRecordset::State& EditableRecordset::Opened() const {
     if (!state_) Raise(ErrorNumber::ObjectClosed);
     return *state_;
 }
 
-int TableRecordset::FieldCount() const { return Opened().columns; }
+int EditableRecordset::FieldCount() const { return Opened().columns; }
 
-const FieldInfo& TableRecordset::FieldAt(int index) const {
+const FieldInfo& EditableRecordset::FieldAt(int index) const {
     const State& s = Opened();
     s.CheckColumn(index);
     return s.rows->FieldAt(index);
 }
 
-int TableRecordset::FieldIndex(std::string_view name) const {
+int EditableRecordset::FieldIndex(std::string_view name) const {
     const State& s = Opened();
     // Names mostly come as the table spells them, and a closing looks up millions.
     const auto& fields = *s.query.statement->fields;
@@ -175,14 +178,14 @@ int TableRecordset::FieldIndex(std::string_view name) const {
     return index;
 }
 
-Variant TableRecordset::GetValue(int index) const {
+Variant EditableRecordset::GetValue(int index) const {
     State& s = Opened();
     s.CheckColumn(index);
     s.NeedCurrentRow();
     return s.rows->GetValue(index);
 }
 
-void TableRecordset::SetValue(int index, const Variant& value) {
+void EditableRecordset::SetValue(int index, const Variant& value) {
     State& s = Opened();
     s.CheckColumn(index);
     s.NeedCurrentRow();
@@ -190,14 +193,14 @@ void TableRecordset::SetValue(int index, const Variant& value) {
     s.set.Add(index);
 }
 
-std::int32_t TableRecordset::RecordCount() const {
+std::int32_t EditableRecordset::RecordCount() const {
     State& s = Opened();
     // Who counts the rows of a Select will read them; who adds rows may want no others.
-    if (!s.fetched && s.rows->Eof() && !s.Writer().IsWholeTable()) s.Fetch();
+    if (!s.fetched && s.rows->Eof() && !s.Writer().Table().whole) s.Fetch();
     return (s.fetched ? 0 : s.CountOthers()) + s.rows->RecordCount();
 }
 
-std::int32_t TableRecordset::AbsolutePosition() const {
+std::int32_t EditableRecordset::AbsolutePosition() const {
     State& s = Opened();
     s.NeedCurrentRow();
     const std::int32_t position = s.rows->AbsolutePosition();
@@ -205,60 +208,60 @@ std::int32_t TableRecordset::AbsolutePosition() const {
     return s.CountOthers() + position;
 }
 
-bool TableRecordset::Eof() const {
+bool EditableRecordset::Eof() const {
     State& s = Opened();
     s.NeedCurrentRow();
     return s.rows->Eof();
 }
 
-void TableRecordset::MoveFirst() {
+void EditableRecordset::MoveFirst() {
     Update();
     State& s = Opened();
     if (!s.fetched) s.Fetch();
     s.rows->MoveFirst();
 }
 
-void TableRecordset::MoveNext() {
+void EditableRecordset::MoveNext() {
     Update();
     State& s = Opened();
     if (!s.fetched) s.Fetch();
     s.rows->MoveNext();
 }
 
-void TableRecordset::Find(std::string_view criteria, std::int32_t skip, int direction) {
+void EditableRecordset::Find(std::string_view criteria, std::int32_t skip, int direction) {
     Update();
     State& s = Opened();
     if (!s.fetched) s.Fetch();
     s.rows->Find(criteria, skip, direction);
 }
 
-void TableRecordset::Sort(std::string_view order) {
+void EditableRecordset::Sort(std::string_view order) {
     Update();
     State& s = Opened();
     if (!s.fetched) s.Fetch();
     s.rows->Sort(order);
 }
 
-void TableRecordset::AddNew() {
+void EditableRecordset::AddNew() {
     Update();
     State& s = Opened();
     s.rows->AddNew();
     s.adding = true;
     for (int column = 0; column < s.columns; ++column) {
-        const Variant& value = s.Writer().Columns()[static_cast<std::size_t>(column)].defaultValue;
+        const Variant& value = s.Writer().Table().columns[static_cast<std::size_t>(column)].defaultValue;
         if (!value.IsNull()) s.rows->SetValue(column, value);
     }
 }
 
-void TableRecordset::Update() {
+void EditableRecordset::Update() {
     State& s = Opened();
     if (s.adding || !s.set.Empty()) s.Write();
 }
 
-void TableRecordset::Close() {
+void EditableRecordset::Close() {
     Opened();
     state_.reset();
-    session_->GetTransaction().CommitRows();
+    executor_->GetTransaction().CommitRows();
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

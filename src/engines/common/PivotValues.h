@@ -6,9 +6,9 @@
 #include "recordset/RowStore.h"
 #include "sql/Lexer.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 /// The first column's cells as literals.
 std::vector<sql::LiteralValue> PivotValues(const recordset::RowStore& rows);
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

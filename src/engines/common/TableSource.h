@@ -6,10 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "sql/Catalog.h"
+#include "engines/common/Catalog.h"
+#include "engines/common/RowWriter.h"
 #include "sql/Tree.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines {
 
 struct TableSource {
     std::string table;                 ///< as the book spells it
@@ -19,21 +20,24 @@ struct TableSource {
 };
 
 /// The Select of all columns and rows of a table. Raises SqlError when there is none of that name.
-TableSource SourceOfTable(std::string_view table, const sql::Catalog& catalog);
+TableSource SourceOfTable(std::string_view table, const Catalog& catalog);
 
 /// The source that a statement's rows can be edited by, made out of its tree; nothing, and the tree untouched, when
 /// they cannot: more tables than one, computed or repeated columns, DISTINCT, groups.
-std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const sql::Catalog& catalog);
+std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const Catalog& catalog);
 
-/// A catalog in which every table has its row id as one more column.
+/// What a writer has to know of the source's table.
+WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog);
+
+/// A catalog in which one table has its row id as one more column.
 class RowIdCatalog : public sql::Catalog {
 public:
-    RowIdCatalog(const sql::Catalog& catalog, std::string_view table);
+    RowIdCatalog(const engines::Catalog& catalog, std::string_view table);
     const sql::CatalogTable* Find(std::string_view table) const override;
 
 private:
-    const sql::Catalog& catalog_;
+    const engines::Catalog& catalog_;
     sql::CatalogTable table_;
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines

@@ -3,28 +3,15 @@
 
 #include <cstddef>
 #include <list>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "Database.h"
-#include "recordset/RowStore.h"
+#include "engines/common/Statement.h"
 #include "sql/Lexer.h"
-#include "sql/Translation.h"
 
-namespace kpTables::sqlite {
-
-class TableWriter;
-
-struct CachedStatement {
-    sql::Translation translation;
-    PreparedStatement prepared;
-    recordset::FieldsPtr fields;          ///< of a query; with a writer, the row id behind them
-    std::shared_ptr<TableWriter> writer;  ///< of a query whose rows can be edited
-};
-using CachedStatementPtr = std::shared_ptr<CachedStatement>;
+namespace kpTables::engines {
 
 /// Keeps the statements that were used last.
 class StatementCache {
@@ -51,4 +38,4 @@ private:
     std::unordered_multimap<std::string_view, Entries::iterator> byShape_;
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines
