@@ -1,11 +1,11 @@
-#include "BookCatalog.h"
+#include "engines/sqlite/BookCatalog.h"
 
 #include <sqlite3.h>
 
 #include <utility>
 
-#include "RowReader.h"
-#include "TableDefinition.h"
+#include "engines/sqlite/RowReader.h"
+#include "engines/sqlite/TableDefinition.h"
 #include "sql/sqlite/DeclaredType.h"
 #include "sql/sqlite/Names.h"
 #include "sql/sqlite/SqliteTranslator.h"

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Database.h"
 #include "engines/common/Catalog.h"
+#include "engines/sqlite/Database.h"
 
 namespace kpTables::sqlite {
 

@@ -1,4 +1,4 @@
-#include "BookFile.h"
+#include "engines/sqlite/BookFile.h"
 
 #include <sqlite3.h>
 
@@ -7,7 +7,7 @@
 #include <optional>
 #include <system_error>
 
-#include "Failure.h"
+#include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
 
 namespace kpTables::sqlite {

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <string>
 
-#include "Database.h"
+#include "engines/sqlite/Database.h"
 #include "kpTables/Book.h"
 
 namespace kpTables::sqlite {

@@ -1,4 +1,4 @@
-#include "Failure.h"
+#include "engines/sqlite/Failure.h"
 
 #include <sqlite3.h>
 

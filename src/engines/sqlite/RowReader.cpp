@@ -1,4 +1,4 @@
-#include "RowReader.h"
+#include "engines/sqlite/RowReader.h"
 
 #include <sqlite3.h>
 

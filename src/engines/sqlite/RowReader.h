@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "Database.h"
+#include "engines/sqlite/Database.h"
 #include "recordset/RowStore.h"
 
 namespace kpTables::sqlite {

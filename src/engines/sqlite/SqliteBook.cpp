@@ -1,12 +1,12 @@
-#include "SqliteBook.h"
+#include "engines/sqlite/SqliteBook.h"
 
 #include <utility>
 
-#include "BookFile.h"
 #include "BookSchema.h"
-#include "CollationVersion.h"
-#include "SqliteDriver.h"
 #include "engines/common/EngineBook.h"
+#include "engines/sqlite/BookFile.h"
+#include "engines/sqlite/CollationVersion.h"
+#include "engines/sqlite/SqliteDriver.h"
 #include "kpTables/Error.h"
 
 namespace kpTables::sqlite {

@@ -1,15 +1,15 @@
-#include "SqliteDriver.h"
+#include "engines/sqlite/SqliteDriver.h"
 
 #include <sqlite3.h>
 
 #include <utility>
 
-#include "BookFile.h"
-#include "Collation.h"
-#include "RowReader.h"
-#include "TableWriter.h"
 #include "engines/common/LiteralBinding.h"
-#include "functions/Function.h"
+#include "engines/sqlite/BookFile.h"
+#include "engines/sqlite/Collation.h"
+#include "engines/sqlite/RowReader.h"
+#include "engines/sqlite/TableWriter.h"
+#include "engines/sqlite/functions/Function.h"
 #include "sql/sqlite/LineSums.h"
 #include "sql/sqlite/SqliteTranslator.h"
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "BookCatalog.h"
-#include "Database.h"
 #include "engines/common/Driver.h"
+#include "engines/sqlite/BookCatalog.h"
+#include "engines/sqlite/Database.h"
 
 namespace kpTables::sqlite {
 

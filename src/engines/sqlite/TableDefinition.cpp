@@ -1,4 +1,4 @@
-#include "TableDefinition.h"
+#include "engines/sqlite/TableDefinition.h"
 
 #include <algorithm>
 #include <cctype>

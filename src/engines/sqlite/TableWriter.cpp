@@ -1,4 +1,4 @@
-#include "TableWriter.h"
+#include "engines/sqlite/TableWriter.h"
 
 #include <utility>
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Database.h"
 #include "engines/common/RowWriter.h"
+#include "engines/sqlite/Database.h"
 
 namespace kpTables::sqlite {
 
