@@ -36,7 +36,8 @@ void RowWriter::CheckLengths(const ColumnSet& set, WrittenValues values) const {
         const auto* text = (*value++)->If<std::string>();
         if (!text) continue;
         const WrittenTable::Column& column = table_.columns[i];
-        if (const auto complaint = sqlite::LengthComplaint(*text, column.length, column.name)) RaiseOverflow(*complaint);
+        if (const auto complaint = sqlite::LengthComplaint(*text, column.length, column.name))
+            RaiseOverflow(*complaint);
     }
 }
 

@@ -38,9 +38,9 @@ void AddSources(const Database& database, sql::CatalogTable& table) {
     PreparedStatement find = database.Prepare("SELECT sql FROM sqlite_schema WHERE type = 'table' AND name = ?1");
     find.BindText(1, table.name);
     if (!find.Step()) return;
-    for (auto& [name, source] : SecondNames(find.Text(0))) {
+    for (const auto& [name, source] : SecondNames(find.Text(0))) {
         for (sql::CatalogColumn& column : table.columns) {
-            if (column.computed && sql::SameName(column.name, name)) column.source = std::move(source);
+            if (column.computed && sql::SameName(column.name, name)) column.source = source;
         }
     }
 }
