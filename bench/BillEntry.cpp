@@ -7,7 +7,7 @@
 
 #include "Child.h"
 #include "RawDatabase.h"
-#include "kpTables/Sqlite.h"
+#include "kpTables/Book.h"
 
 namespace kpTables::bench {
 
@@ -164,7 +164,7 @@ std::vector<NewBill> NewBills(const BookSize& size, int series, int count) {
 }
 
 double EnterByRecordsets(const std::string& path, const std::vector<NewBill>& bills, int billsOfTransaction) {
-    const auto book = SqliteConnection::Open(path);
+    const auto book = OpenBook(path);
     return Microseconds(
         bills, billsOfTransaction, [&] { book->BeginTrans(); },
         [&](const NewBill& bill) { AddLines(*book, AddHeader(*book, bill), bill); }, [&] { book->CommitTrans(); });

@@ -8,7 +8,7 @@
 
 #include "Child.h"
 #include "RawDatabase.h"
-#include "kpTables/Sqlite.h"
+#include "kpTables/Book.h"
 
 namespace kpTables::bench {
 
@@ -151,7 +151,7 @@ void FillBills(const RawDatabase& database, const BookSize& size, bool inbound) 
 
 void Make(const std::string& path, const BookSize& size) {
     std::filesystem::remove(path);
-    SqliteConnection::Create(path);
+    CreateBook(path);
     const RawDatabase database(path);
     // No journal is needed: an unfinished book is made anew.
     database.Run("PRAGMA journal_mode = OFF");

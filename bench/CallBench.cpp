@@ -12,8 +12,8 @@
 #include "Child.h"
 #include "HandLookups.h"
 #include "Report.h"
+#include "kpTables/Book.h"
 #include "kpTables/CTables.h"
-#include "kpTables/Sqlite.h"
 #ifdef KPBENCH_WRAPPERS
 #include "ComposedLookups.h"
 #include "Recorder.h"
@@ -93,7 +93,7 @@ std::vector<double> Measure(Side& side, const Ask& ask) {
 /// The component's side, opened like the others.
 class ComponentLookups : public CTables {
 public:
-    explicit ComponentLookups(const std::string& path) { Cnn(SqliteConnection::Open(path)); }
+    explicit ComponentLookups(const std::string& path) { Cnn(OpenBook(path)); }
 };
 
 /// The number of calls with equal answers; throws when answers differ, or when all are the same and so prove nothing.
@@ -127,7 +127,7 @@ void CompareTexts(const std::string& path, const Ask& ask) {
     std::vector<std::string> sent;
     std::vector<std::string> composed;
     CTables tables;
-    tables.Cnn(std::make_shared<Recorder>(SqliteConnection::Open(path), sent));
+    tables.Cnn(std::make_shared<Recorder>(OpenBook(path), sent));
     Rival rival(path);
     rival.Record(composed);
     constexpr std::size_t kTexts = 200;

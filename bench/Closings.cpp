@@ -7,8 +7,8 @@
 #include "Child.h"
 #include "HandClosing.h"
 #include "Report.h"
+#include "kpTables/Book.h"
 #include "kpTables/CTables.h"
-#include "kpTables/Sqlite.h"
 
 namespace kpTables::bench {
 
@@ -17,7 +17,7 @@ namespace {
 std::string NoteOf(int month) { return std::to_string(kBookYear) + "-" + std::to_string(month) + "-28"; }
 
 double CloseByComponent(const std::string& path, const Months& months) {
-    const auto book = SqliteConnection::Open(path);
+    const auto book = OpenBook(path);
     CTables tables;
     tables.Cnn(book);
     const Stopwatch watch;

@@ -14,7 +14,7 @@
 #include "Program.h"
 #include "RawDatabase.h"
 #include "Report.h"
-#include "kpTables/Sqlite.h"
+#include "kpTables/Book.h"
 
 namespace kpTables::bench {
 
@@ -113,7 +113,7 @@ bool ImportInTurns(const Setting& setting, const ImportCase& import, std::vector
     const fs::path file = setting.folder / "import.csv";
     const std::int64_t rows = std::max<std::int64_t>(1, setting.size.lines / import.share);
     fs::remove(emptyBook);
-    SqliteConnection::Create(emptyBook.string());
+    CreateBook(emptyBook.string());
     CopyTables(emptyBook, emptyCopy);
     WriteFile(file, import, rows, emptyBook);
     Row row{"kpbook import, " + std::to_string(rows) + " CSV lines into " + import.table,

@@ -12,8 +12,8 @@
 #include "Digest.h"
 #include "RawDatabase.h"
 #include "Report.h"
+#include "kpTables/Book.h"
 #include "kpTables/CTables.h"
-#include "kpTables/Sqlite.h"
 
 namespace kpTables::bench {
 
@@ -21,7 +21,7 @@ namespace {
 
 /// Seconds to the recordset, seconds to read its cells, bytes it occupies, rows, columns.
 std::vector<double> ListByComponent(const std::string& path, int depot) {
-    const auto book = SqliteConnection::Open(path);
+    const auto book = OpenBook(path);
     CTables tables;
     tables.Cnn(book);
     const double before = ResidentBytes();
@@ -85,7 +85,7 @@ constexpr const char* kColumns =
 bool SameLines(const std::string& path, int depot) {
     const auto component = InChild([&] {
         CTables tables;
-        tables.Cnn(SqliteConnection::Open(path));
+        tables.Cnn(OpenBook(path));
         return DigestOf(*tables.rs入库记录(depot, 0), kColumns, false);
     });
     const auto hand = InChild([&] {

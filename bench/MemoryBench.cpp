@@ -10,9 +10,9 @@
 
 #include "Child.h"
 #include "Report.h"
+#include "kpTables/Book.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
-#include "kpTables/Sqlite.h"
 
 namespace kpTables::bench {
 
@@ -61,7 +61,7 @@ void Call(CTables& tables, std::int64_t call) {
 /// Peak memory after the first calls and after all of them.
 std::vector<double> Peaks(const std::string& path, std::int64_t calls) {
     CTables tables;
-    tables.Cnn(SqliteConnection::Open(path));
+    tables.Cnn(OpenBook(path));
     if (tables.Get仓库名称(1) != "1号仓库" || tables.Get商品ID("商品7") != 7) {
         throw std::runtime_error("the book does not answer");
     }

@@ -14,7 +14,7 @@
 #include "RawDatabase.h"
 #include "Report.h"
 #include "Reports.h"
-#include "kpTables/Sqlite.h"
+#include "kpTables/Book.h"
 
 namespace kpTables::bench {
 
@@ -23,7 +23,7 @@ namespace {
 /// Runs and reads a report; returns the seconds.
 template <class Use>
 double Ask(const std::string& path, const ReportCase& report, Use use) {
-    const auto book = SqliteConnection::Open(path);
+    const auto book = OpenBook(path);
     CTables tables;
     tables.Cnn(book);
     tables.isSQL(report.isSQL);

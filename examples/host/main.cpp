@@ -2,10 +2,10 @@
 #include <cstdio>
 #include <memory>
 
+#include "kpTables/Book.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "kpTables/Sqlite.h"
 
 namespace {
 
@@ -48,7 +48,7 @@ void EnterMonth(kpTables::Connection& book) {
 
 int main() {
     try {
-        const auto book = kpTables::SqliteConnection::CreateInMemory();
+        const auto book = kpTables::CreateBook("memory:");
         EnterMonth(*book);
 
         kpTables::CTables tables;

@@ -12,7 +12,7 @@
 
 namespace kpTables {
 
-namespace db {
+namespace recordset {
 class RowStore;
 }
 
@@ -32,7 +32,7 @@ public:
     explicit MemoryRecordset(std::vector<FieldInfo> fields);
     /// A recordset over the rows of a store, positioned on the first; read-only unless editable. Without an order of
     /// their own, texts compare without regard to the case of ASCII letters and to trailing blanks.
-    explicit MemoryRecordset(std::unique_ptr<db::RowStore> rows, bool editable = false,
+    explicit MemoryRecordset(std::unique_ptr<recordset::RowStore> rows, bool editable = false,
                              const TextOrder* texts = nullptr);
     ~MemoryRecordset() override;
 

@@ -1,6 +1,7 @@
 #include "kpbook/Workspace.h"
 
 #include <cstdio>
+#include <utility>
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
@@ -32,26 +33,21 @@ void TraceEnd(const SentStatement&, const StatementEnd& end) {
 }
 
 /// Opening a book read-only leaves the files of its log behind, so that is the second choice.
-std::shared_ptr<SqliteConnection> OpenToRead(const std::string& path) {
+BookPtr OpenToRead(const std::string& url) {
     try {
-        return SqliteConnection::Open(path);
+        return OpenBook(url);
     } catch (const DatabaseError&) {
-        return SqliteConnection::Open(path, {.readOnly = true});
+        return OpenBook(url, {.readOnly = true});
     }
 }
 
 }  // namespace
 
-void CheckBookName(const std::string& book) {
-    if (book.find("://") != book.npos) {
-        throw CommandError(book + ": a book on a server cannot be opened; a book is a file");
-    }
-}
+Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global, Access access)
+    : Workspace(access == Access::Read ? OpenToRead(url) : OpenBook(url), std::move(host), global) {}
 
-Workspace::Workspace(const std::string& path, std::shared_ptr<Host> host, const GlobalOptions& global, Access access)
-    : tables(std::move(host)) {
-    CheckBookName(path);
-    book = access == Access::Read ? OpenToRead(path) : SqliteConnection::Open(path);
+Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global)
+    : book(std::move(opened)), tables(std::move(host)) {
     connection = std::make_shared<TracingConnection>(book, [engine = book.get()] { return engine->RecordsAffected(); });
     if (global.trace) {
         connection->onSend = TraceSend;

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "kpTables/Book.h"
 #include "kpTables/CTables.h"
-#include "kpTables/Sqlite.h"
 #include "kpbook/GlobalOptions.h"
 #include "kpbook/TracingConnection.h"
 
@@ -15,17 +15,15 @@ namespace kpTables::kpbook {
 enum class Access { Read, Change };
 
 struct Workspace {
-    /// Opens the book at a path. With --trace, every statement is written to standard error.
-    Workspace(const std::string& book, std::shared_ptr<Host> host, const GlobalOptions& global,
+    /// Opens the book at a path or URL. With --trace, every statement is written to standard error.
+    Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global,
               Access access = Access::Change);
+    Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global);
 
-    std::shared_ptr<SqliteConnection> book;
+    BookPtr book;
     std::shared_ptr<TracingConnection> connection;
     CTables tables;
 };
-
-/// A book is a file; the address of a server is refused with a CommandError.
-void CheckBookName(const std::string& book);
 
 /// The first column of the row that a statement finds; if there is none, a CommandError: the book has no "warehouse 9".
 std::string NameOf(Workspace& workspace, const std::string& statement, const std::string& what);

@@ -40,6 +40,13 @@ class NewTest(KpbookCase):
     def test_folder_that_is_not_there(self):
         self.run_kpbook("new", self.folder / "none" / "shop.kpbook", code=1)
 
+    def test_file_url(self):
+        self.book = self.folder / "my shop.kpbook"
+        self.run_kpbook("new", self.book.as_uri())
+        self.assertTrue(self.book.is_file())
+        self.run_kpbook("sql", self.book.as_uri(), "Insert Into 仓库设置 (仓库名称) Values ('东库')")
+        self.assertEqual(self.rows("Select 仓库名称 From 仓库设置"), [["东库"]])
+
     def test_server_is_refused(self):
         done = self.run_kpbook("new", "postgres://host/shop", code=1)
         self.assertIn("a book is a file", done.stderr)

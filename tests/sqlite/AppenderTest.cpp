@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "TestBook.h"
-#include "kpTables/Sqlite.h"
+#include "kpTables/Book.h"
 
 namespace kpTables {
 namespace {
@@ -15,7 +15,7 @@ using namespace test;
 
 class Appender : public testing::Test {
 protected:
-    std::shared_ptr<SqliteConnection> book_ = SqliteConnection::CreateInMemory();
+    BookPtr book_ = CreateBook("memory:");
 };
 
 std::int32_t Id(int id) { return id; }
@@ -71,8 +71,8 @@ TEST_F(Appender, ItsRowsBelongToTheHostsTransaction) {
 
 TEST(AppenderOfAFile, SavesWhatAnOpenRecordsetHasWritten) {
     const TemporaryDirectory directory;
-    const auto book = SqliteConnection::Create(directory.File("book"));
-    const auto reader = SqliteConnection::Open(directory.File("book"));
+    const auto book = CreateBook(directory.File("book"));
+    const auto reader = OpenBook(directory.File("book"));
     const auto opened = book->Open("系统选项", SourceKind::Table);
     opened->AddNew();
     opened->Fields("Item").SetValue("a");

@@ -24,19 +24,19 @@ TEST(BookFile, WhatWasWrittenIsThereAfterOpening) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("帐套1997.kpb");
     {
-        const auto book = SqliteConnection::Create(path);
-        EXPECT_EQ(book->Path(), path);
+        const auto book = CreateBook(path);
+        EXPECT_EQ(book->Url(), path);
         book->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
     }
-    const auto book = SqliteConnection::Open(path);
+    const auto book = OpenBook(path);
     EXPECT_EQ(ValueOf(*book, "Select 仓库名称 From 仓库设置"), "中心仓库");
-    EXPECT_EQ(book->Path(), path);
+    EXPECT_EQ(book->Url(), path);
 }
 
 TEST(BookFile, CarriesTheMarksOfABook) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
-    SqliteConnection::Create(path);
+    CreateBook(path);
     const sqlite::Database database(path, SQLITE_OPEN_READONLY);
     EXPECT_EQ(database.IntegerOf("PRAGMA application_id"), 0x6B705462);
     EXPECT_EQ(database.IntegerOf("PRAGMA user_version"), 1);
@@ -49,7 +49,7 @@ TEST(BookFile, CreateRefusesAnExistingFileAndLeavesIt) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
     WriteFile(path, "other");
-    const auto error = Refused([&] { SqliteConnection::Create(path); });
+    const auto error = Refused([&] { CreateBook(path); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("already"), std::string::npos) << error->what();
     EXPECT_EQ(ReadFile(path), "other");
@@ -57,11 +57,11 @@ TEST(BookFile, CreateRefusesAnExistingFileAndLeavesIt) {
 
 TEST(BookFile, CreateRefusesADirectoryAndAMissingFolder) {
     const TemporaryDirectory directory;
-    EXPECT_TRUE(Refused([&] { SqliteConnection::Create(directory.Path().string()); }));
-    const auto error = Refused([&] { SqliteConnection::Create(directory.File("no/such/book")); });
+    EXPECT_TRUE(Refused([&] { CreateBook(directory.Path().string()); }));
+    const auto error = Refused([&] { CreateBook(directory.File("no/such/book")); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("No such file"), std::string::npos) << error->what();
-    EXPECT_TRUE(Refused([&] { SqliteConnection::Create(""); }));
+    EXPECT_TRUE(Refused([&] { CreateBook(""); }));
 }
 
 struct NoBook {
@@ -79,7 +79,7 @@ TEST_P(BookFileRefuses, WithAClearTextAndLeavesTheFile) {
     const std::string path = directory.File("book");
     WriteFile(path, GetParam().bytes);
     for (const bool readOnly : {false, true}) {
-        const auto error = Refused([&] { SqliteConnection::Open(path, {.readOnly = readOnly}); });
+        const auto error = Refused([&] { OpenBook(path, {.readOnly = readOnly}); });
         ASSERT_TRUE(error);
         EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::Failure));
         EXPECT_NE(error->Description().find(GetParam().complaint), std::string::npos) << error->what();
@@ -97,7 +97,7 @@ TEST(BookFile, RefusesAnotherProgramsDatabase) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("other.db");
     sqlite::Database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE).Run("CREATE TABLE t (a)");
-    const auto error = Refused([&] { SqliteConnection::Open(path); });
+    const auto error = Refused([&] { OpenBook(path); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("but not a book"), std::string::npos) << error->what();
 }
@@ -105,9 +105,9 @@ TEST(BookFile, RefusesAnotherProgramsDatabase) {
 TEST(BookFile, RefusesAnotherFormat) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
-    SqliteConnection::Create(path);
+    CreateBook(path);
     sqlite::Database(path, SQLITE_OPEN_READWRITE).Run("PRAGMA user_version = 2");
-    const auto error = Refused([&] { SqliteConnection::Open(path); });
+    const auto error = Refused([&] { OpenBook(path); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("format is 2"), std::string::npos) << error->what();
 }
@@ -115,11 +115,11 @@ TEST(BookFile, RefusesAnotherFormat) {
 TEST(BookFile, RefusesATruncatedBook) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
-    SqliteConnection::Create(path);
+    CreateBook(path);
     const std::string whole = ReadFile(path);
     for (const std::size_t size : {whole.size() / 2, whole.size() - 1, std::size_t{4096}, std::size_t{100}}) {
         WriteFile(path, std::string_view(whole).substr(0, size));
-        const auto error = Refused([&] { SqliteConnection::Open(path); });
+        const auto error = Refused([&] { OpenBook(path); });
         ASSERT_TRUE(error) << size;
         EXPECT_NE(error->Description().find(path), std::string::npos) << error->what();
     }
@@ -127,25 +127,25 @@ TEST(BookFile, RefusesATruncatedBook) {
 
 TEST(BookFile, RefusesWhatIsNoFile) {
     const TemporaryDirectory directory;
-    const auto missing = Refused([&] { SqliteConnection::Open(directory.File("missing")); });
+    const auto missing = Refused([&] { OpenBook(directory.File("missing")); });
     ASSERT_TRUE(missing);
     EXPECT_NE(missing->Description().find("no such file"), std::string::npos) << missing->what();
     EXPECT_FALSE(fs::exists(directory.File("missing")));
-    const auto folder = Refused([&] { SqliteConnection::Open(directory.Path().string()); });
+    const auto folder = Refused([&] { OpenBook(directory.Path().string()); });
     ASSERT_TRUE(folder);
     EXPECT_NE(folder->Description().find("directory"), std::string::npos) << folder->what();
-    EXPECT_TRUE(Refused([] { SqliteConnection::Open(""); }));
-    EXPECT_TRUE(Refused([] { SqliteConnection::Open(":memory:"); }));
-    EXPECT_TRUE(Refused([&] { SqliteConnection::Open("file:" + directory.File("missing") + "?mode=memory"); }));
+    EXPECT_TRUE(Refused([] { OpenBook(""); }));
+    EXPECT_TRUE(Refused([] { OpenBook(":memory:"); }));
+    EXPECT_TRUE(Refused([&] { OpenBook("file:" + directory.File("missing") + "?mode=memory"); }));
 }
 
 TEST(BookFile, AFileThatCannotBeReadIsRefused) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
-    SqliteConnection::Create(path);
+    CreateBook(path);
     fs::permissions(path, fs::perms::none);
     const WithoutRootRights user;
-    const auto error = Refused([&] { SqliteConnection::Open(path); });
+    const auto error = Refused([&] { OpenBook(path); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("cannot be opened"), std::string::npos) << error->what();
 }
@@ -153,28 +153,28 @@ TEST(BookFile, AFileThatCannotBeReadIsRefused) {
 TEST(BookFile, AReadOnlyFileOpensForReadingOnly) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
-    SqliteConnection::Create(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
+    CreateBook(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
     fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
     const WithoutRootRights user;
-    const auto error = Refused([&] { SqliteConnection::Open(path); });
+    const auto error = Refused([&] { OpenBook(path); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::NotPermitted));
     EXPECT_NE(error->Description().find("read-only"), std::string::npos) << error->what();
 
-    const auto book = SqliteConnection::Open(path, {.readOnly = true});
+    const auto book = OpenBook(path, {.readOnly = true});
     EXPECT_EQ(ValueOf(*book, "Select 仓库名称 From 仓库设置"), "中心仓库");
 }
 
 TEST(BookFile, AReadOnlyFolderOpensForReadingOnly) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("bo#ok %3f?");
-    SqliteConnection::Create(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
+    CreateBook(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
     fs::permissions(directory.Path(), fs::perms(0555));
     {
         const WithoutRootRights user;
-        const auto error = Refused([&] { SqliteConnection::Open(path); });
+        const auto error = Refused([&] { OpenBook(path); });
         ASSERT_TRUE(error);
-        const auto book = SqliteConnection::Open(path, {.readOnly = true});
+        const auto book = OpenBook(path, {.readOnly = true});
         EXPECT_EQ(ValueOf(*book, "Select 仓库名称 From 仓库设置"), "中心仓库");
     }
     EXPECT_EQ(ReadFile(path).substr(0, 6), "SQLite");
@@ -183,8 +183,8 @@ TEST(BookFile, AReadOnlyFolderOpensForReadingOnly) {
 TEST(BookFile, OpenForReadingOnlyRefusesEveryChange) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
-    SqliteConnection::Create(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
-    const auto book = SqliteConnection::Open(path, {.readOnly = true});
+    CreateBook(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
+    const auto book = OpenBook(path, {.readOnly = true});
     for (const char* text : {"Insert Into 仓库设置 (仓库名称) Values ('北仓')", "Update 仓库设置 Set 仓库名称='x'",
                              "Delete From 仓库设置", "CREATE TABLE t (a LONG)"}) {
         const auto error = Refused([&] { book->Execute(text); });
@@ -202,8 +202,8 @@ TEST(BookFile, OpenForReadingOnlyRefusesEveryChange) {
 TEST(BookFile, ABusyBookWaitsAndThenSaysSo) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
-    const auto first = SqliteConnection::Create(path);
-    const auto second = SqliteConnection::Open(path, {.busyTimeout = std::chrono::milliseconds(50)});
+    const auto first = CreateBook(path);
+    const auto second = OpenBook(path, {.busyTimeout = std::chrono::milliseconds(50)});
     first->BeginTrans();
     first->Execute("Insert Into 仓库设置 (仓库名称) Values ('甲')");
 
@@ -223,11 +223,11 @@ TEST(BookFile, ABusyBookWaitsAndThenSaysSo) {
 TEST(BookFile, AnotherProgramsLockOnOpeningIsTold) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
-    SqliteConnection::Create(path);
+    CreateBook(path);
     const sqlite::Database other(path, SQLITE_OPEN_READWRITE);
     other.Run("PRAGMA locking_mode = EXCLUSIVE");
     other.Run("BEGIN EXCLUSIVE");
-    const auto error = Refused([&] { SqliteConnection::Open(path, {.busyTimeout = std::chrono::milliseconds(20)}); });
+    const auto error = Refused([&] { OpenBook(path, {.busyTimeout = std::chrono::milliseconds(20)}); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::Locked)) << error->what();
 }

@@ -43,7 +43,7 @@ TEST(Collation, EqualTextsHaveOneKey) {
 class BookOfAnotherVersion : public testing::Test {
 protected:
     BookOfAnotherVersion() {
-        const auto book = SqliteConnection::Create(path_);
+        const auto book = CreateBook(path_);
         for (const char* name : {"张三", "李四", "阿大"}) {
             book->Execute(std::string("Insert Into 仓库设置 (仓库名称) Values ('").append(name).append("')"));
         }
@@ -66,7 +66,7 @@ protected:
     }
 
     void ExpectOrderAndVersion() const {
-        const auto book = SqliteConnection::Open(path_);
+        const auto book = OpenBook(path_);
         EXPECT_EQ(test::RowsOf(*book, "Select 仓库名称 From 仓库设置 Order By 仓库名称"), "阿大 / 李四 / 张三");
         EXPECT_EQ(test::ValueOf(*book, "Select dpID From 仓库设置 Where 仓库名称='张三'"), "1");
         const Database check(path_, SQLITE_OPEN_READONLY);
@@ -75,10 +75,8 @@ protected:
         for (const TableInfo& table : book->Tables()) EXPECT_NE(table.name, "kp_collation");
     }
 
-    std::shared_ptr<SqliteConnection> OpenForReading() const {
-        SqliteOptions options;
-        options.readOnly = true;
-        return SqliteConnection::Open(path_, options);
+    BookPtr OpenForReading() const {
+        return OpenBook(path_, {.readOnly = true});
     }
 
 private:

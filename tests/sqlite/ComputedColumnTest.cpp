@@ -32,7 +32,7 @@ protected:
     }
     void Run(std::string_view text) { book->Execute(text); }
 
-    std::shared_ptr<SqliteConnection> book = SqliteConnection::CreateInMemory();
+    BookPtr book = CreateBook("memory:");
 };
 
 TEST_F(ProjectNames, AMonthListsTheProjectsOfItsBills) {
@@ -133,7 +133,7 @@ TEST_F(ProjectNames, ABookWithoutThemOpensAndCanGetThem) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("older");
     {
-        const auto older = SqliteConnection::Create(path);
+        const auto older = CreateBook(path);
         for (const std::string table : {"入库目录", "出库目录"}) {
             older->Execute("Drop Table " + table);
             older->Execute("Create Table " + table + " (BillID COUNTER PRIMARY KEY, 月份 SHORT, pjID LONG DEFAULT 0)");
@@ -141,7 +141,7 @@ TEST_F(ProjectNames, ABookWithoutThemOpensAndCanGetThem) {
         }
         AddProjects(*older);
     }
-    const auto book = SqliteConnection::Open(path);
+    const auto book = OpenBook(path);
     EXPECT_EQ(RowsOf(*book, "Select * From 入库目录"), "1|3|2");
     book->Execute("Alter Table 入库目录 Add Column 项目ID LONG AS (pjID)");
     book->Execute("Alter Table 出库目录 Add Column 项目ID LONG AS (pjID)");

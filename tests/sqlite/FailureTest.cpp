@@ -5,28 +5,28 @@
 #include <optional>
 
 #include "TestBook.h"
+#include "TestDatabase.h"
+#include "engines/common/EditableRecordset.h"
 #include "engines/sqlite/Database.h"
 #include "engines/sqlite/RowReader.h"
-#include "engines/sqlite/Session.h"
-#include "engines/sqlite/TableRecordset.h"
 #include "kpTables/Convert.h"
 
 namespace kpTables {
 namespace {
 
 using namespace test;
-using sqlite::Session;
 
 class Failures : public testing::Test {
 protected:
     Failures()
-        : session(std::make_shared<Session>(sqlite::Database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE))) {
+        : session(std::make_shared<TestDatabase>(sqlite::Database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE))) {
         session->GetDatabase().Run("PRAGMA journal_mode = WAL");
         session->Execute(
             "CREATE TABLE T (k COUNTER PRIMARY KEY, c CURRENCY, d DATETIME, b YESNO, n LONG, x TEXT(250))");
     }
-    std::shared_ptr<sqlite::TableRecordset> OpenTable() {
-        return std::make_shared<sqlite::TableRecordset>(session, session->PrepareOpen("T", SourceKind::Table));
+    std::shared_ptr<engines::EditableRecordset> OpenTable() {
+        return std::make_shared<engines::EditableRecordset>(session->GetExecutor(),
+                                                            session->PrepareOpen("T", SourceKind::Table));
     }
     static void Add(Recordset& rows) {
         rows.AddNew();
@@ -37,7 +37,7 @@ protected:
 
     TemporaryDirectory directory;
     std::string path = directory.File("db");
-    std::shared_ptr<Session> session;
+    std::shared_ptr<TestDatabase> session;
 };
 
 TEST_F(Failures, AFullDiskIsToldWithTheRowsThatItCost) {
@@ -130,7 +130,7 @@ TEST_F(Failures, ADamagedPageIsAnErrorAndNoCrash) {
         ASSERT_EQ(std::fwrite(junk.data(), 1, junk.size(), file), junk.size());
         std::fclose(file);
     }
-    Session damaged(sqlite::Database(path, SQLITE_OPEN_READWRITE));
+    const TestDatabase damaged(sqlite::Database(path, SQLITE_OPEN_READWRITE));
     const auto error = Refused([&] { damaged.Execute("Select * From T"); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("damaged"), std::string::npos) << error->what();
@@ -144,16 +144,16 @@ TEST(ReadRows, ACellCostsSixteenBytesAtMostBesideItsText) {
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000) "
         "SELECT i, i * 2.5, i * 10000, printf('%012d', i), NULL, i % 2, i + 1, i * 0.5, -i, '1997-01-02' FROM n");
     const auto rows = sqlite::ReadRows(statement,
-                                       db::ShareFields({{"a", VarType::Long},
-                                                        {"b", VarType::Double},
-                                                        {"c", VarType::Currency},
-                                                        {"d", VarType::String},
-                                                        {"e", VarType::Empty},
-                                                        {"f", VarType::Boolean},
-                                                        {"g", VarType::Integer},
-                                                        {"h", VarType::Double},
-                                                        {"i", VarType::Long},
-                                                        {"j", VarType::Date}}),
+                                       recordset::ShareFields({{"a", VarType::Long},
+                                                               {"b", VarType::Double},
+                                                               {"c", VarType::Currency},
+                                                               {"d", VarType::String},
+                                                               {"e", VarType::Empty},
+                                                               {"f", VarType::Boolean},
+                                                               {"g", VarType::Integer},
+                                                               {"h", VarType::Double},
+                                                               {"i", VarType::Long},
+                                                               {"j", VarType::Date}}),
                                        "");
     ASSERT_EQ(rows->Rows(), kRows);
     EXPECT_LE(rows->Bytes(), kRows * 10 * 16 + kRows * kTextBytes);

@@ -6,8 +6,8 @@
 
 #include "QueryPlan.h"
 #include "TestBook.h"
+#include "TestDatabase.h"
 #include "engines/sqlite/BookFile.h"
-#include "engines/sqlite/Session.h"
 #include "sql/Parser.h"
 #include "sql/sqlite/LineSums.h"
 #include "sql/sqlite/SqliteTranslator.h"
@@ -73,8 +73,8 @@ constexpr const char* kPlanOfProjects =
 class GroupPlan : public testing::Test {
 protected:
     GroupPlan() {
-        SqliteConnection::Create(directory_.File("book"));
-        session_ = std::make_unique<Session>(OpenBookFile(directory_.File("book"), {}));
+        CreateBook(directory_.File("book"));
+        session_ = std::make_unique<TestDatabase>(OpenBookFile(directory_.File("book"), {}));
         session_->GetCatalog().Refresh();
     }
 
@@ -97,7 +97,7 @@ protected:
 
 private:
     TemporaryDirectory directory_;
-    std::unique_ptr<Session> session_;
+    std::unique_ptr<TestDatabase> session_;
 };
 
 TEST_F(GroupPlan, NothingIsSortedToBeGrouped) {

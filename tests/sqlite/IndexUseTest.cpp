@@ -7,8 +7,8 @@
 
 #include "QueryPlan.h"
 #include "TestBook.h"
+#include "TestDatabase.h"
 #include "engines/sqlite/BookFile.h"
-#include "engines/sqlite/Session.h"
 #include "sql/Parser.h"
 #include "sql/sqlite/LineSums.h"
 #include "sql/sqlite/SqliteTranslator.h"
@@ -101,8 +101,8 @@ constexpr IndexUse kUses[] = {
 class IndexUseTest : public testing::Test {
 protected:
     IndexUseTest() {
-        SqliteConnection::Create(directory_.File("book"));
-        session_ = std::make_unique<Session>(OpenBookFile(directory_.File("book"), {}));
+        CreateBook(directory_.File("book"));
+        session_ = std::make_unique<TestDatabase>(OpenBookFile(directory_.File("book"), {}));
         session_->GetCatalog().Refresh();
     }
 
@@ -117,7 +117,7 @@ protected:
     }
 
     TemporaryDirectory directory_;
-    std::unique_ptr<Session> session_;
+    std::unique_ptr<TestDatabase> session_;
 };
 
 TEST_F(IndexUseTest, EachServesAQuestion) {

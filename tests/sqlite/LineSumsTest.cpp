@@ -46,7 +46,7 @@ protected:
     }
     std::string Rows(const std::string& text) { return RowsOf(*book_, text); }
 
-    std::shared_ptr<SqliteConnection> book_ = SqliteConnection::CreateInMemory();
+    BookPtr book_ = CreateBook("memory:");
 };
 
 TEST_F(LineSums, CrosstabOfProjectsAndMonths) {

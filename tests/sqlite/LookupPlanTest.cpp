@@ -6,8 +6,8 @@
 
 #include "QueryPlan.h"
 #include "TestBook.h"
+#include "TestDatabase.h"
 #include "engines/sqlite/BookFile.h"
-#include "engines/sqlite/Session.h"
 #include "kpTables/Convert.h"
 #include "sql/Parser.h"
 #include "sql/sqlite/SqliteTranslator.h"
@@ -64,8 +64,8 @@ class LookupPlan : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         directory = std::make_unique<TemporaryDirectory>();
-        SqliteConnection::Create(directory->File("book"));
-        session = std::make_unique<Session>(OpenBookFile(directory->File("book"), {}));
+        CreateBook(directory->File("book"));
+        session = std::make_unique<TestDatabase>(OpenBookFile(directory->File("book"), {}));
         Fill(session->GetDatabase());
     }
     static void TearDownTestSuite() {
@@ -84,11 +84,11 @@ protected:
     }
 
     static std::unique_ptr<TemporaryDirectory> directory;
-    static std::unique_ptr<Session> session;
+    static std::unique_ptr<TestDatabase> session;
 };
 
 std::unique_ptr<TemporaryDirectory> LookupPlan::directory;
-std::unique_ptr<Session> LookupPlan::session;
+std::unique_ptr<TestDatabase> LookupPlan::session;
 
 TEST_F(LookupPlan, EveryLookupSearchesItsIndex) {
     if (const std::string reason = OtherPlans(); !reason.empty()) GTEST_SKIP() << reason;
@@ -99,8 +99,8 @@ TEST_F(LookupPlan, EveryLookupSearchesItsIndex) {
             const std::string text = std::string(lookup.beforeValue) + value + "'";
             EXPECT_EQ(PlanOfExecute(text), expected) << text;
             if (!*lookup.key) continue;
-            const BoundQuery opened = session->PrepareOpen(text, SourceKind::Text);
-            EXPECT_EQ(PlanOf(opened.statement->prepared.Text()), expected) << text;
+            const engines::BoundQuery opened = session->PrepareOpen(text, SourceKind::Text);
+            EXPECT_EQ(PlanOf(opened.statement->translation.text), expected) << text;
         }
     }
 }

@@ -3,7 +3,7 @@
 #include <sqlite3.h>
 
 #include "TestBook.h"
-#include "engines/sqlite/Session.h"
+#include "TestDatabase.h"
 
 namespace kpTables {
 namespace {
@@ -20,7 +20,7 @@ protected:
         return test::RowsOf(*rows);
     }
 
-    sqlite::Session session;
+    TestDatabase session;
 };
 
 TEST_F(Cache, DistinctLiteralsShareAStatement) {
@@ -51,9 +51,9 @@ TEST_F(Cache, IsBounded) {
     for (int i = 0; i < 1000; ++i) {
         EXPECT_EQ(Value(text + " From T"), i == 0 ? "1" : Value(text + " From T"));
         text = "Select a As n" + std::to_string(i);
-        ASSERT_LE(session.CachedStatements(), sqlite::StatementCache::kCapacity);
+        ASSERT_LE(session.CachedStatements(), engines::StatementCache::kCapacity);
     }
-    EXPECT_EQ(session.CachedStatements(), sqlite::StatementCache::kCapacity);
+    EXPECT_EQ(session.CachedStatements(), engines::StatementCache::kCapacity);
     EXPECT_EQ(Value("Select a As n0 From T"), "1");
 }
 

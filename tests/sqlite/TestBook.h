@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "kpTables/Book.h"
 #include "kpTables/Error.h"
-#include "kpTables/Sqlite.h"
 
 namespace kpTables::test {
 

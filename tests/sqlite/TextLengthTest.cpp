@@ -25,7 +25,7 @@ protected:
         EXPECT_EQ(error->Description(), complaint);
     }
 
-    std::shared_ptr<SqliteConnection> book = SqliteConnection::CreateInMemory();
+    BookPtr book = CreateBook("memory:");
 };
 
 TEST_F(TextLength, ALongerTextIsRefusedInEveryStatement) {

@@ -23,9 +23,8 @@ protected:
 
     TemporaryDirectory directory;
     std::string path = directory.File("book");
-    std::shared_ptr<SqliteConnection> book = SqliteConnection::Create(path);
-    std::shared_ptr<SqliteConnection> other =
-        SqliteConnection::Open(path, {.busyTimeout = std::chrono::milliseconds(20)});
+    BookPtr book = CreateBook(path);
+    BookPtr other = OpenBook(path, {.busyTimeout = std::chrono::milliseconds(20)});
 };
 
 TEST_F(Transactions, AStatementIsSeenAtOnce) {

@@ -7,19 +7,19 @@
 #include "Raised.h"
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 
 namespace kpTables {
 namespace {
 
 std::unique_ptr<MemoryRecordset> Products() {
-    auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{{"pdID", VarType::Long},
-                                                                      {"商品 名称", VarType::String},
-                                                                      {"单价", VarType::Double},
-                                                                      {"金额", VarType::Currency},
-                                                                      {"日期", VarType::Date},
-                                                                      {"停用", VarType::Boolean},
-                                                                      {"other", VarType::Empty}});
+    auto rows = std::make_unique<recordset::RowStore>(std::vector<FieldInfo>{{"pdID", VarType::Long},
+                                                                             {"商品 名称", VarType::String},
+                                                                             {"单价", VarType::Double},
+                                                                             {"金额", VarType::Currency},
+                                                                             {"日期", VarType::Date},
+                                                                             {"停用", VarType::Boolean},
+                                                                             {"other", VarType::Empty}});
     struct Row {
         int id;
         const char* name;
@@ -195,7 +195,7 @@ TEST(Find, RefusesOtherConditions) {
 }
 
 TEST(Find, AMixedColumnIsSearchedByTheTypeOfTheValue) {
-    auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{{"a", VarType::Empty}});
+    auto rows = std::make_unique<recordset::RowStore>(std::vector<FieldInfo>{{"a", VarType::Empty}});
     for (const Variant& value : {Variant("5"), Variant::Null(), Variant(std::int32_t{5}), Variant("x")}) {
         rows->BeginRow();
         rows->PutValue(0, value);
@@ -305,7 +305,7 @@ TEST(Find, TheIndexFindsWhatAScanFindsThroughEditsAndSorts) {
 
 TEST(Find, RepeatedSearchesAreNotQuadratic) {
     constexpr int kRows = 100000;
-    auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{{"pdID", VarType::Long}});
+    auto rows = std::make_unique<recordset::RowStore>(std::vector<FieldInfo>{{"pdID", VarType::Long}});
     for (int i = 0; i < kRows; ++i) {
         rows->BeginRow();
         rows->PutLong(0, i);
@@ -322,7 +322,7 @@ TEST(Find, RepeatedSearchesAreNotQuadratic) {
 }
 
 TEST(Find, TheIndexKnowsEqualTextsOfDifferentForm) {
-    auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{{"name", VarType::String}});
+    auto rows = std::make_unique<recordset::RowStore>(std::vector<FieldInfo>{{"name", VarType::String}});
     for (const char* name : {"a", "Red Brick ", "b", "red brick", "RED BRICK   ", "c"}) {
         rows->BeginRow();
         rows->PutText(0, name);
@@ -368,7 +368,7 @@ TEST(Find, TextsCompareInTheOrderOfTheStore) {
         {{"ax", "b", "c"}, "name<>'a'", 2},       {{"ax", "b", "c"}, "name>'by'", 3},
     };
     for (const Case& c : cases) {
-        auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{{"name", VarType::String}});
+        auto rows = std::make_unique<recordset::RowStore>(std::vector<FieldInfo>{{"name", VarType::String}});
         for (const char* name : c.names) {
             rows->BeginRow();
             rows->PutText(0, name);
@@ -384,7 +384,7 @@ TEST(Find, TextsCompareInTheOrderOfTheStore) {
 
 TEST(Find, StepsThroughManyEqualRowsAtOnceEach) {
     constexpr int kRows = 100000;
-    auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{{"pdID", VarType::Long}});
+    auto rows = std::make_unique<recordset::RowStore>(std::vector<FieldInfo>{{"pdID", VarType::Long}});
     for (int i = 0; i < kRows; ++i) {
         rows->BeginRow();
         rows->PutLong(0, i % 2);

@@ -7,7 +7,7 @@
 
 #include "Raised.h"
 #include "kpTables/Convert.h"
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 
 namespace kpTables {
 namespace {
@@ -34,8 +34,8 @@ std::string Ids(Recordset& rs) {
     return ids;
 }
 
-std::unique_ptr<db::RowStore> Store(int rows) {
-    auto store = std::make_unique<db::RowStore>(Fields());
+std::unique_ptr<recordset::RowStore> Store(int rows) {
+    auto store = std::make_unique<recordset::RowStore>(Fields());
     for (int i = 1; i <= rows; ++i) {
         store->BeginRow();
         store->PutLong(0, i);
@@ -255,7 +255,7 @@ TEST(MemoryRecordset, CacheSizeIsKept) {
 }
 
 TEST(Sort, BySeveralColumns) {
-    auto rows = std::make_unique<db::RowStore>(std::vector<FieldInfo>{
+    auto rows = std::make_unique<recordset::RowStore>(std::vector<FieldInfo>{
         {"id", VarType::Long}, {"类别", VarType::String}, {"amount of money", VarType::Currency}});
     struct Row {
         int id;
@@ -308,7 +308,7 @@ struct Disorder {
         double number;
     };
     std::vector<Row> rows;
-    std::unique_ptr<db::RowStore> store = std::make_unique<db::RowStore>(
+    std::unique_ptr<recordset::RowStore> store = std::make_unique<recordset::RowStore>(
         std::vector<FieldInfo>{{"id", VarType::Long}, {"text", VarType::String}, {"number", VarType::Double}});
 
     Disorder() {

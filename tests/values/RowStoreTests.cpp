@@ -1,4 +1,4 @@
-#include "kpTables/db/RowStore.h"
+#include "recordset/RowStore.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include "Raised.h"
 
-namespace kpTables::db {
+namespace kpTables::recordset {
 namespace {
 
 using Limits16 = std::numeric_limits<std::int16_t>;
@@ -200,4 +200,4 @@ TEST(RowStore, NoColumns) {
 }
 
 }  // namespace
-}  // namespace kpTables::db
+}  // namespace kpTables::recordset

@@ -1,10 +1,11 @@
-#include "BookCatalog.h"
+#include "engines/sqlite/BookCatalog.h"
 
 #include <sqlite3.h>
 
-#include <algorithm>
+#include <utility>
 
-#include "RowReader.h"
+#include "engines/sqlite/RowReader.h"
+#include "engines/sqlite/TableDefinition.h"
 #include "sql/sqlite/DeclaredType.h"
 #include "sql/sqlite/Names.h"
 #include "sql/sqlite/SqliteTranslator.h"
@@ -32,72 +33,43 @@ bool IsAutoincrement(const Database& database, const std::string& table, const s
     return code == SQLITE_OK && autoincrement != 0;
 }
 
-/// The column whose second name a computed one is, from the text that made the table; "" when it is none.
-std::string SourceOf(const Database& database, std::string_view table, std::string_view column) {
+/// Of the computed ones that are second names, the columns that they stand for.
+void AddSources(const Database& database, sql::CatalogTable& table) {
     PreparedStatement find = database.Prepare("SELECT sql FROM sqlite_schema WHERE type = 'table' AND name = ?1");
-    find.BindText(1, table);
-    if (!find.Step()) return {};
-    const std::string_view text = find.Text(0);
-    constexpr std::string_view kBefore = " AS (\"";
-    constexpr std::string_view kBehind = "\")";
-    const auto defined = text.find(sql::QuoteForSqlite(column) + " ");
-    const auto as = text.find(kBefore, defined);
-    if (as == text.npos) return {};
-    const std::string_view source = text.substr(as + kBefore.size());
-    const auto end = source.find('"');
-    return source.substr(std::min(end, source.size())).starts_with(kBehind) ? std::string(source.substr(0, end)) : "";
+    find.BindText(1, table.name);
+    if (!find.Step()) return;
+    for (const auto& [name, source] : SecondNames(find.Text(0))) {
+        for (sql::CatalogColumn& column : table.columns) {
+            if (column.computed && sql::SameName(column.name, name)) column.source = source;
+        }
+    }
 }
 
 /// The value of a declared default, which is an expression of SQLite's.
 Variant DefaultValue(const Database& database, const std::string& expression, VarType type) {
     PreparedStatement statement = database.Prepare("SELECT " + expression);
-    const auto rows = ReadRows(statement, db::ShareFields({{"", type}}), statement.Text());
+    const auto rows = ReadRows(statement, recordset::ShareFields({{"", type}}), statement.Text());
     return rows->GetValue(0, 0);
 }
 
 }  // namespace
 
-VarType FieldType(sql::Type type) noexcept {
-    switch (type) {
-        case sql::Type::Boolean:
-            return VarType::Boolean;
-        case sql::Type::Short:
-            return VarType::Integer;
-        case sql::Type::Long:
-            return VarType::Long;
-        case sql::Type::Double:
-            return VarType::Double;
-        case sql::Type::Currency:
-            return VarType::Currency;
-        case sql::Type::Date:
-            return VarType::Date;
-        case sql::Type::Text:
-            return VarType::String;
-        case sql::Type::Unknown:
-        case sql::Type::Null:
-            break;
-    }
-    return VarType::Empty;
-}
-
-const sql::CatalogTable* BookCatalog::Find(std::string_view name) const {
-    for (const sql::CatalogTable& table : known_) {
-        if (sql::SameName(table.name, name)) return &table;
-    }
+std::optional<sql::CatalogTable> BookCatalog::ReadTable(std::string_view name) const {
     PreparedStatement find = database_.Prepare(std::string(kTables) + " AND name = ?1 COLLATE NOCASE");
     find.BindText(1, name);
-    if (!find.Step()) return nullptr;
+    if (!find.Step()) return std::nullopt;
     sql::CatalogTable table{std::string(find.Text(0)), {}};
     PreparedStatement columns = PrepareColumns(database_, table.name);
+    bool anyComputed = false;
     while (columns.Step()) {
         const std::string column(columns.Text(kName));
         table.columns.push_back(
             sql::ColumnOfDeclaredType(column, columns.Text(kType), IsAutoincrement(database_, table.name, column)));
         table.columns.back().computed = columns.Integer(kHidden) != 0;
-        if (table.columns.back().computed) table.columns.back().source = SourceOf(database_, table.name, column);
+        anyComputed = anyComputed || table.columns.back().computed;
     }
-    known_.push_back(std::move(table));
-    return &known_.back();
+    if (anyComputed) AddSources(database_, table);
+    return table;
 }
 
 TableInfo BookCatalog::Describe(std::string_view name) const {
@@ -109,7 +81,7 @@ TableInfo BookCatalog::Describe(std::string_view name) const {
     for (const sql::CatalogColumn& known : table->columns) {
         if (!columns.Step()) break;
         if (known.computed) continue;
-        TableInfo::Column column{known.name, FieldType(known.type), Variant::Null(), false, known.counter};
+        TableInfo::Column column{known.name, engines::FieldType(known.type), Variant::Null(), false, known.counter};
         if (!columns.IsNull(kDefault)) {
             column.defaultValue = DefaultValue(database_, std::string(columns.Text(kDefault)), column.type);
         }
@@ -132,6 +104,13 @@ std::string BookCatalog::RowIdColumn(std::string_view table) const {
     return keys == 1 ? rowId : std::string();
 }
 
+std::string BookCatalog::RowIdName(const sql::CatalogTable& table) const {
+    for (const char* name : {"rowid", "_rowid_"}) {
+        if (!engines::FindColumn(table, name)) return name;
+    }
+    return "oid";
+}
+
 std::vector<std::string> BookCatalog::TableNames() const {
     std::vector<std::string> names;
     PreparedStatement tables = database_.Prepare(std::string(kTables) + " ORDER BY rowid");
@@ -139,14 +118,10 @@ std::vector<std::string> BookCatalog::TableNames() const {
     return names;
 }
 
-bool BookCatalog::Refresh() {
+std::int64_t BookCatalog::ReadVersion() {
     if (!readVersion_) readVersion_ = database_.Prepare("PRAGMA schema_version");
     const ResetAtEnd reset(readVersion_);
-    const std::int64_t version = readVersion_.Step() ? readVersion_.Integer(0) : 0;
-    if (version == version_) return false;
-    version_ = version;
-    known_.clear();
-    return true;
+    return readVersion_.Step() ? readVersion_.Integer(0) : 0;
 }
 
 }  // namespace kpTables::sqlite

@@ -1,42 +1,32 @@
-// The tables of an open book.
+// The tables of an open book, as SQLite knows them.
 #pragma once
 
-#include <cstdint>
-#include <list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "Database.h"
-#include "kpTables/Sqlite.h"
-#include "sql/Catalog.h"
+#include "engines/common/Catalog.h"
+#include "engines/sqlite/Database.h"
 
 namespace kpTables::sqlite {
 
-/// The field type that a column's type gives; Empty for Unknown and Null.
-VarType FieldType(sql::Type type) noexcept;
-
-/// What the file says about its tables, read when it is asked for.
-class BookCatalog : public sql::Catalog {
+class BookCatalog final : public engines::Catalog {
 public:
     explicit BookCatalog(const Database& database) noexcept : database_(database) {}
 
-    const sql::CatalogTable* Find(std::string_view table) const override;
-    /// With keys and defaults; without computed columns.
-    TableInfo Describe(std::string_view table) const;
-    /// The column that is SQLite's row id, a counter or a whole number as the only key; "" when there is none.
-    std::string RowIdColumn(std::string_view table) const;
-    /// Of all tables, in the order in which they were made.
-    std::vector<std::string> TableNames() const;
-
-    /// True when the schema has changed since it was read: then all of it will be read anew.
-    bool Refresh();
+    TableInfo Describe(std::string_view table) const override;
+    std::vector<std::string> TableNames() const override;
+    /// A counter, or a whole number as the only key.
+    std::string RowIdColumn(std::string_view table) const override;
+    std::string RowIdName(const sql::CatalogTable& table) const override;
 
 private:
+    std::optional<sql::CatalogTable> ReadTable(std::string_view name) const override;
+    std::int64_t ReadVersion() override;
+
     const Database& database_;
-    mutable std::list<sql::CatalogTable> known_;
     PreparedStatement readVersion_;
-    std::int64_t version_ = -1;
 };
 
 }  // namespace kpTables::sqlite

@@ -1,4 +1,4 @@
-#include "BookFile.h"
+#include "engines/sqlite/BookFile.h"
 
 #include <sqlite3.h>
 
@@ -7,7 +7,7 @@
 #include <optional>
 #include <system_error>
 
-#include "Failure.h"
+#include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
 
 namespace kpTables::sqlite {
@@ -51,9 +51,9 @@ void CheckIsFile(const std::string& path) {
     if (fs::file_size(ToPath(path), error) == 0) Refuse(path, "the file is empty and so is not a book");
 }
 
-void Configure(const Database& database, const SqliteOptions& options) {
+void Configure(const Database& database, std::chrono::milliseconds busyTimeout) {
     sqlite3* const handle = database.Get();
-    Check(handle, sqlite3_busy_timeout(handle, static_cast<int>(options.busyTimeout.count())));
+    Check(handle, sqlite3_busy_timeout(handle, static_cast<int>(busyTimeout.count())));
     // A damaged or malicious file must not do more than give wrong values.
     Check(handle, sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr));
     Check(handle, sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr));
@@ -103,11 +103,11 @@ std::optional<Database> OpenUnchanging(const std::string& name) {
     return Database(uri + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
 }
 
-Database OpenForReading(const std::string& path, const SqliteOptions& options) {
+Database OpenForReading(const std::string& path, const BookOptions& options) {
     const std::string name = AbsoluteName(path);
     Database database(name, SQLITE_OPEN_READONLY);
     try {
-        Configure(database, options);
+        Configure(database, options.busyTimeout);
         CheckIsBook(database, path);
         return database;
     } catch (const DatabaseError&) {
@@ -116,19 +116,19 @@ Database OpenForReading(const std::string& path, const SqliteOptions& options) {
         auto unchanging =
             code == SQLITE_CANTOPEN || code == SQLITE_READONLY ? OpenUnchanging(name) : std::optional<Database>();
         if (!unchanging) throw;
-        Configure(*unchanging, options);
+        Configure(*unchanging, options.busyTimeout);
         CheckIsBook(*unchanging, path);
         return std::move(*unchanging);
     }
 }
 
-Database OpenForWriting(const std::string& path, const SqliteOptions& options) {
+Database OpenForWriting(const std::string& path, const BookOptions& options) {
     Database database(AbsoluteName(path), SQLITE_OPEN_READWRITE);
     if (database.IsReadOnly()) {
         Refuse(path, "the file is read-only; open it for reading only, or make it writable",
                DatabaseErrorNumber::NotPermitted);
     }
-    Configure(database, options);
+    Configure(database, options.busyTimeout);
     CheckIsBook(database, path);
     MakeDurable(database);
     return database;
@@ -136,7 +136,7 @@ Database OpenForWriting(const std::string& path, const SqliteOptions& options) {
 
 }  // namespace
 
-Database OpenBookFile(const std::string& path, const SqliteOptions& options) {
+Database OpenBookFile(const std::string& path, const BookOptions& options) {
     CheckIsFile(path);
     try {
         return options.readOnly ? OpenForReading(path, options) : OpenForWriting(path, options);
@@ -169,16 +169,31 @@ NewBookFile::~NewBookFile() {
     for (const char* suffix : {"", "-journal", "-wal", "-shm"}) fs::remove(ToPath(path_ + suffix), ignored);
 }
 
-Database OpenNewFile(const std::string& path, const SqliteOptions& options) {
+Database OpenNewFile(const std::string& path, std::chrono::milliseconds busyTimeout) {
     Database database(AbsoluteName(path), SQLITE_OPEN_READWRITE);
-    Configure(database, options);
+    Configure(database, busyTimeout);
     return database;
 }
 
 Database OpenMemory() {
     Database database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY);
-    Configure(database, {});
+    Configure(database, BookOptions().busyTimeout);
     return database;
+}
+
+void CopyToNewFile(const Database& database, const std::string& path) {
+    NewBookFile file(path);
+    {
+        const Database copy(AbsoluteName(path), SQLITE_OPEN_READWRITE);
+        sqlite3_backup* const backup = sqlite3_backup_init(copy.Get(), "main", database.Get(), "main");
+        if (!backup) RaiseFailure(copy.Get(), sqlite3_errcode(copy.Get()), {});
+        constexpr int kAllPages = -1;
+        const int code = sqlite3_backup_step(backup, kAllPages);
+        // Finishing answers a failure of the step, but not that the source was in use.
+        Check(copy.Get(), sqlite3_backup_finish(backup));
+        if (code != SQLITE_DONE) RaiseFailure(copy.Get(), code, {});
+    }
+    file.Keep();
 }
 
 void MarkAsBook(const Database& database) {

@@ -1,16 +1,17 @@
 // A book's file: opening, checking and making it.
 #pragma once
 
+#include <chrono>
 #include <string>
 
-#include "Database.h"
-#include "kpTables/Sqlite.h"
+#include "engines/sqlite/Database.h"
+#include "kpTables/Book.h"
 
 namespace kpTables::sqlite {
 
 /// Opens an existing book. Refuses what is no book, and a file that cannot be written unless options ask for reading
 /// only.
-Database OpenBookFile(const std::string& path, const SqliteOptions& options);
+Database OpenBookFile(const std::string& path, const BookOptions& options);
 
 /// Claims a path where no file is, removes the file again unless Keep was called.
 class NewBookFile {
@@ -28,8 +29,11 @@ private:
 };
 
 /// Opens the empty file that NewBookFile made.
-Database OpenNewFile(const std::string& path, const SqliteOptions& options);
+Database OpenNewFile(const std::string& path, std::chrono::milliseconds busyTimeout);
 Database OpenMemory();
+
+/// Copies a database, as it stands, into a file that must not be there yet.
+void CopyToNewFile(const Database& database, const std::string& path);
 
 /// Writes down, inside the transaction that makes the tables, that the file is a book.
 void MarkAsBook(const Database& database);

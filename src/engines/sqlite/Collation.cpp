@@ -1,10 +1,10 @@
-#include "Collation.h"
+#include "engines/sqlite/Collation.h"
 
 #include <sqlite3.h>
 
 #include <string>
 
-#include "Failure.h"
+#include "engines/sqlite/Failure.h"
 #include "kpTables/MemoryRecordset.h"
 #include "sql/sqlite/FunctionList.h"
 #include "text/TextOrder.h"

@@ -1,8 +1,8 @@
-#include "Database.h"
+#include "engines/sqlite/Database.h"
 
 #include <sqlite3.h>
 
-#include "Failure.h"
+#include "engines/sqlite/Failure.h"
 
 namespace kpTables::sqlite {
 

@@ -6,6 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "kpTables/Currency.h"
+#include "kpTables/Date.h"
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -23,6 +26,11 @@ public:
     void BindNull(int parameter);
     void BindInteger(int parameter, std::int64_t value);
     void BindReal(int parameter, double value);
+    // As a book stores them: -1 and 0, counts of ten-thousandths, ISO text.
+    void BindBoolean(int parameter, bool value) { BindInteger(parameter, value ? -1 : 0); }
+    void BindCurrency(int parameter, Currency value) { BindInteger(parameter, value.Scaled()); }
+    void BindCurrencyBound(int parameter, double tenThousandths) { BindReal(parameter, tenThousandths); }
+    void BindDate(int parameter, Date value) { BindTextCopy(parameter, value.ToIso()); }
     /// The text must live until the next Step has answered.
     void BindText(int parameter, std::string_view text);
     void BindTextCopy(int parameter, std::string_view text);

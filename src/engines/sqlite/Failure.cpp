@@ -1,9 +1,10 @@
-#include "Failure.h"
+#include "engines/sqlite/Failure.h"
 
 #include <sqlite3.h>
 
+#include <string>
+
 #include "kpTables/Error.h"
-#include "sql/Position.h"
 
 namespace kpTables::sqlite {
 
@@ -101,23 +102,6 @@ Meaning MeaningOf(int code, std::string_view message) {
     }
 }
 
-DatabaseErrorNumber NumberOf(sql::ErrorKind kind) noexcept {
-    switch (kind) {
-        case sql::ErrorKind::UnknownTable:
-            return DatabaseErrorNumber::UnknownTable;
-        case sql::ErrorKind::UnknownColumn:
-            return DatabaseErrorNumber::UnknownColumn;
-        case sql::ErrorKind::TypeMismatch:
-            return DatabaseErrorNumber::TypeMismatch;
-        case sql::ErrorKind::Overflow:
-            return DatabaseErrorNumber::Overflow;
-        case sql::ErrorKind::Syntax:
-        case sql::ErrorKind::Unsupported:
-            break;
-    }
-    return DatabaseErrorNumber::Syntax;
-}
-
 }  // namespace
 
 void RaiseFailure(sqlite3* database, int code, std::string_view statement) {
@@ -126,22 +110,6 @@ void RaiseFailure(sqlite3* database, int code, std::string_view statement) {
     const int extended = own ? sqlite3_extended_errcode(database) : code;
     const Meaning meaning = MeaningOf(extended, own ? sqlite3_errmsg(database) : sqlite3_errstr(code));
     throw DatabaseError(static_cast<std::int32_t>(meaning.number), meaning.text, std::string(statement));
-}
-
-void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement) {
-    std::string message = refusal.what();
-    if (!refusal.Located()) {
-        const sql::Position at = sql::Locate(statement, refusal.Offset());
-        message += " (line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ")";
-    }
-    throw DatabaseError(static_cast<std::int32_t>(NumberOf(refusal.Kind())), message, std::string(statement),
-                        refusal.Offset());
-}
-
-void RaiseColumnsChanged(std::string_view statement) {
-    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                        "another program has changed the table's columns; open the recordset again",
-                        std::string(statement));
 }
 
 bool Succeeded(int code) noexcept { return code == SQLITE_OK || code == SQLITE_ROW || code == SQLITE_DONE; }

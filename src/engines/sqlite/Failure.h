@@ -1,10 +1,7 @@
-// How SQLite's result codes and the front end's refusals become this library's errors.
+// How SQLite's result codes become this library's errors.
 #pragma once
 
-#include <string>
 #include <string_view>
-
-#include "sql/SqlError.h"
 
 struct sqlite3;
 
@@ -12,12 +9,6 @@ namespace kpTables::sqlite {
 
 /// Raises the DatabaseError that a failed call stands for. statement is the text that the caller sent.
 [[noreturn]] void RaiseFailure(sqlite3* database, int code, std::string_view statement);
-
-/// Raises the front end's refusal of statement as a DatabaseError.
-[[noreturn]] void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement);
-
-/// Raises the error of a recordset that no longer fits its table.
-[[noreturn]] void RaiseColumnsChanged(std::string_view statement);
 
 /// True for OK, ROW and DONE.
 bool Succeeded(int code) noexcept;

@@ -1,4 +1,4 @@
-#include "RowReader.h"
+#include "engines/sqlite/RowReader.h"
 
 #include <sqlite3.h>
 
@@ -12,7 +12,7 @@ namespace kpTables::sqlite {
 
 namespace {
 
-using db::RowStore;
+using recordset::RowStore;
 
 /// Beyond it, a double is no count of ten-thousandths any more.
 constexpr double kCurrencyLimit = 9223372036854775807.0;
@@ -85,7 +85,8 @@ VarType TypeOfCell(sqlite3_stmt* row, int column) noexcept {
 }
 
 /// Finds the types that only the rows tell. It reads as far as it must, and the caller starts again.
-db::FieldsPtr WithDecidedTypes(PreparedStatement& statement, std::vector<FieldInfo> fields, std::string_view shown) {
+recordset::FieldsPtr WithDecidedTypes(PreparedStatement& statement, std::vector<FieldInfo> fields,
+                                      std::string_view shown) {
     std::size_t open = 0;
     for (const FieldInfo& field : fields) open += field.type == VarType::Empty;
     while (open > 0 && statement.Step(shown)) {
@@ -96,7 +97,7 @@ db::FieldsPtr WithDecidedTypes(PreparedStatement& statement, std::vector<FieldIn
         }
     }
     statement.Reset();
-    return db::ShareFields(std::move(fields));
+    return recordset::ShareFields(std::move(fields));
 }
 
 bool AnyUndecided(const std::vector<FieldInfo>& fields) noexcept {
@@ -120,7 +121,7 @@ void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view s
 
 }  // namespace
 
-std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, db::FieldsPtr fields, std::string_view shown) {
+std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, recordset::FieldsPtr fields, std::string_view shown) {
     if (AnyUndecided(*fields)) fields = WithDecidedTypes(statement, *fields, shown);
     auto rows = std::make_unique<RowStore>(std::move(fields));
     AppendRows(statement, *rows, shown);

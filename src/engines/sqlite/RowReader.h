@@ -4,14 +4,15 @@
 #include <memory>
 #include <string_view>
 
-#include "Database.h"
-#include "kpTables/db/RowStore.h"
+#include "engines/sqlite/Database.h"
+#include "recordset/RowStore.h"
 
 namespace kpTables::sqlite {
 
 /// Steps a bound statement through all its rows and resets it. A field whose type is Empty gets the type of its first
 /// value that is not Null. A cell that is not of its column's type, as a damaged book may hold, keeps what it is; only
 /// an amount of money out of range is an error. shown: the text for error messages.
-std::unique_ptr<db::RowStore> ReadRows(PreparedStatement& statement, db::FieldsPtr fields, std::string_view shown);
+std::unique_ptr<recordset::RowStore> ReadRows(PreparedStatement& statement, recordset::FieldsPtr fields,
+                                              std::string_view shown);
 
 }  // namespace kpTables::sqlite

@@ -1,4 +1,4 @@
-#include "TextOrderVersion.h"
+#include "engines/sqlite/TextOrderVersion.h"
 
 #include "kpTables/Error.h"
 #include "sql/sqlite/FunctionList.h"

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "Database.h"
+#include "engines/sqlite/Database.h"
 
 namespace kpTables::sqlite {
 

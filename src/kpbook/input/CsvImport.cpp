@@ -56,7 +56,7 @@ std::string Joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
-CsvImport::CsvImport(SqliteConnection& book, const TableInfo& table, CsvReader& csv, const std::string& file)
+CsvImport::CsvImport(Book& book, const TableInfo& table, CsvReader& csv, const std::string& file)
     : book_(book), table_(table), csv_(csv), file_(file), faults_(file) {}
 
 std::int64_t CsvImport::Run() {

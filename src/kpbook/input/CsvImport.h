@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "kpTables/Sqlite.h"
+#include "kpTables/Book.h"
 #include "kpbook/input/CsvReader.h"
 #include "kpbook/input/ImportFaults.h"
 
@@ -14,7 +14,7 @@ namespace kpTables::kpbook::input {
 class CsvImport {
 public:
     /// file is the name of the source in messages.
-    CsvImport(SqliteConnection& book, const TableInfo& table, CsvReader& csv, const std::string& file);
+    CsvImport(Book& book, const TableInfo& table, CsvReader& csv, const std::string& file);
 
     /// Adds all rows in one transaction and returns their number. If there are faults, writes each to standard error,
     /// adds nothing and raises a CommandError.
@@ -29,7 +29,7 @@ private:
     void AddRow();
     void ShowProgress() const;
 
-    SqliteConnection& book_;
+    Book& book_;
     const TableInfo& table_;
     CsvReader& csv_;
     std::string file_;

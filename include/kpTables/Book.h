@@ -1,0 +1,78 @@
+// A book of accounts: a connection that knows its tables, whatever engine keeps it.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kpTables/Connection.h"
+
+namespace kpTables {
+
+/// A table of a book as a host sees it.
+struct TableInfo {
+    struct Column {
+        std::string name;
+        VarType type = VarType::Empty;
+        Variant defaultValue;   ///< Null when the column has none
+        bool required = false;  ///< a key or NOT NULL column that the engine does not fill by itself
+        bool counter = false;   ///< the engine assigns the value when none is given
+    };
+    std::string name;
+    std::vector<Column> columns;
+};
+
+/// Adds rows to some columns of one table without keeping them, for as many as an import has.
+class RowAppender : public Object {
+public:
+    /// Writes a row. values: one for each column, of its type or Null (error 13), or Missing where the engine fills it.
+    /// Outside a transaction of the host every row is one of its own.
+    virtual void Append(const std::vector<Variant>& values) = 0;
+};
+
+/// An open book. Runs the texts of both dialects as they stand. One thread at a time.
+class Book : public Connection {
+public:
+    /// The URL or path that it was opened or made with.
+    virtual const std::string& Url() const = 0;
+    /// All tables of the book, in the schema's order.
+    virtual std::vector<TableInfo> Tables() = 0;
+    /// Names without regard to case, each once; error 3265 for an unknown column.
+    virtual std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) = 0;
+    /// Rows that the last Execute of an Insert, Update or Delete touched.
+    virtual std::int64_t RecordsAffected() const = 0;
+    /// Copies the book as it stands into a new file, which is a book too; other programs may go on using this one. An
+    /// existing file is refused, and so is a copy while a transaction of the host is open.
+    virtual void BackUp(const std::string& path) = 0;
+};
+using BookPtr = std::shared_ptr<Book>;
+
+struct BookOptions {
+    bool readOnly = false;
+    /// How long a statement waits for another program's lock before it fails.
+    std::chrono::milliseconds busyTimeout{5000};
+};
+
+/// Two columns of the table Header have a name in each dialect: Table and Index in Jet's, TableName and ColIndex in SQL
+/// Server's, where the others are reserved. CTables::Header is told by its argument isSQL which names a book has.
+enum class HeaderDialect { Jet, SqlServer };
+
+struct NewBookOptions {
+    std::chrono::milliseconds busyTimeout{5000};
+    HeaderDialect header = HeaderDialect::Jet;
+    /// Called with the new book before it is kept: what it raises removes the book again.
+    std::function<void(const BookPtr& book)> prepare = {};
+};
+
+/// Opens the book at url: a path, or file: with a path as URLs write it. A DatabaseError says what is wrong: a scheme
+/// that no engine has, no such file, a directory, no book, not readable, in use.
+BookPtr OpenBook(const std::string& url, const BookOptions& options = {});
+/// Makes a new book with every table of the schema, all or nothing: at a path, where an existing file is refused and
+/// left as it is, or in memory (memory:).
+BookPtr CreateBook(const std::string& url, const NewBookOptions& options = {});
+
+}  // namespace kpTables

@@ -1,0 +1,47 @@
+// The engines that are built in, by the schemes of their books' URLs.
+#include <algorithm>
+#include <string_view>
+
+#include "engines/BookUrl.h"
+#include "engines/sqlite/SqliteBook.h"
+#include "kpTables/Book.h"
+#include "kpTables/Error.h"
+
+namespace kpTables {
+
+namespace {
+
+struct Engine {
+    std::string_view scheme;
+    std::string_view books;  ///< what its books are, for messages
+    BookPtr (*open)(const std::string& address, const std::string& url, const BookOptions& options);
+    BookPtr (*create)(const std::string& address, const std::string& url, const NewBookOptions& options);
+};
+
+constexpr Engine kEngines[] = {
+    {"file", "a book is a file (its path, or file: and its path)", sqlite::OpenFile, sqlite::CreateFile},
+    {"memory", "a book in memory is made anew each time (memory:)", sqlite::OpenInMemory, sqlite::CreateInMemory},
+};
+
+const Engine& EngineFor(const std::string& scheme, const std::string& url) {
+    const auto found = std::find_if(std::begin(kEngines), std::end(kEngines),
+                                    [&](const Engine& engine) { return engine.scheme == scheme; });
+    if (found != std::end(kEngines)) return *found;
+    std::string message = "The book '" + url + "' cannot be opened: there is no engine for '" + scheme + ":'";
+    for (const Engine& engine : kEngines) message.append("; ").append(engine.books);
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), message);
+}
+
+}  // namespace
+
+BookPtr OpenBook(const std::string& url, const BookOptions& options) {
+    const engines::BookUrl parts = engines::ParseBookUrl(url);
+    return EngineFor(parts.scheme, url).open(parts.address, url, options);
+}
+
+BookPtr CreateBook(const std::string& url, const NewBookOptions& options) {
+    const engines::BookUrl parts = engines::ParseBookUrl(url);
+    return EngineFor(parts.scheme, url).create(parts.address, url, options);
+}
+
+}  // namespace kpTables

@@ -1,0 +1,57 @@
+#include "engines/common/Catalog.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "sql/sqlite/Names.h"
+
+namespace kpTables::engines {
+
+VarType FieldType(sql::Type type) noexcept {
+    switch (type) {
+        case sql::Type::Boolean:
+            return VarType::Boolean;
+        case sql::Type::Short:
+            return VarType::Integer;
+        case sql::Type::Long:
+            return VarType::Long;
+        case sql::Type::Double:
+            return VarType::Double;
+        case sql::Type::Currency:
+            return VarType::Currency;
+        case sql::Type::Date:
+            return VarType::Date;
+        case sql::Type::Text:
+            return VarType::String;
+        case sql::Type::Unknown:
+        case sql::Type::Null:
+            break;
+    }
+    return VarType::Empty;
+}
+
+const sql::CatalogColumn* FindColumn(const sql::CatalogTable& table, std::string_view name) noexcept {
+    const auto found = std::find_if(table.columns.begin(), table.columns.end(),
+                                    [&](const sql::CatalogColumn& column) { return sql::SameName(column.name, name); });
+    return found == table.columns.end() ? nullptr : &*found;
+}
+
+const sql::CatalogTable* Catalog::Find(std::string_view name) const {
+    for (const sql::CatalogTable& table : known_) {
+        if (sql::SameName(table.name, name)) return &table;
+    }
+    auto table = ReadTable(name);
+    if (!table) return nullptr;
+    known_.push_back(std::move(*table));
+    return &known_.back();
+}
+
+bool Catalog::Refresh() {
+    const std::int64_t version = ReadVersion();
+    if (version == version_) return false;
+    version_ = version;
+    known_.clear();
+    return true;
+}
+
+}  // namespace kpTables::engines

@@ -1,0 +1,47 @@
+// The tables of an open book.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kpTables/Book.h"
+#include "sql/Catalog.h"
+
+namespace kpTables::engines {
+
+/// The field type that a column's type gives; Empty for Unknown and Null.
+VarType FieldType(sql::Type type) noexcept;
+
+/// The column of that name, letters without regard to case, or nullptr.
+const sql::CatalogColumn* FindColumn(const sql::CatalogTable& table, std::string_view name) noexcept;
+
+/// What a database says about its tables, read when it is asked for and kept until the schema changes.
+class Catalog : public sql::Catalog {
+public:
+    const sql::CatalogTable* Find(std::string_view table) const override;
+    /// True when the schema has changed since it was read: then all of it will be read anew.
+    bool Refresh();
+
+    /// With keys and defaults; without computed columns.
+    virtual TableInfo Describe(std::string_view table) const = 0;
+    /// Of all tables, in the order in which they were made.
+    virtual std::vector<std::string> TableNames() const = 0;
+    /// The column of the table's own that is the row id; "" when there is none.
+    virtual std::string RowIdColumn(std::string_view table) const = 0;
+    /// The name under which a statement reads a table's row id, which is none of the table's own columns'.
+    virtual std::string RowIdName(const sql::CatalogTable& table) const = 0;
+
+private:
+    virtual std::optional<sql::CatalogTable> ReadTable(std::string_view name) const = 0;
+    /// A number that is another one when the schema has changed.
+    virtual std::int64_t ReadVersion() = 0;
+
+    mutable std::list<sql::CatalogTable> known_;
+    std::int64_t version_ = -1;
+};
+
+}  // namespace kpTables::engines

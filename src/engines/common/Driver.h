@@ -1,0 +1,47 @@
+// What an engine has to bring along.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/common/Catalog.h"
+#include "engines/common/RowWriter.h"
+#include "engines/common/Statement.h"
+#include "engines/common/Transaction.h"
+#include "kpTables/MemoryRecordset.h"
+#include "sql/Translation.h"
+#include "sql/Tree.h"
+
+namespace kpTables::engines {
+
+/// An open database. Every failure is a DatabaseError.
+class Driver {
+public:
+    Driver() = default;
+    virtual ~Driver() = default;
+    Driver(const Driver&) = delete;
+    Driver& operator=(const Driver&) = delete;
+
+    virtual Catalog& GetCatalog() noexcept = 0;
+    virtual Transaction& GetTransaction() noexcept = 0;
+    /// The order of a book's texts, for what is found and sorted in a recordset.
+    virtual const TextOrder& Texts() const noexcept = 0;
+
+    /// Prepares a translated text.
+    virtual std::unique_ptr<Statement> Prepare(std::string_view text) = 0;
+    virtual std::shared_ptr<RowWriter> MakeWriter(WrittenTable table) = 0;
+    /// See Book::BackUp; no transaction is open.
+    virtual void BackUp(const std::string& path) = 0;
+
+    // The front end for this engine. Both may rewrite the tree and raise SqlError.
+    /// pivotValues: of a TRANSFORM without an IN list; else empty.
+    virtual sql::Translation Translate(sql::Statement& statement, const sql::Catalog& catalog,
+                                       const std::vector<sql::LiteralValue>& pivotValues) const = 0;
+    /// The query that lists a TRANSFORM's pivot values in ascending order.
+    virtual sql::Translation TranslatePivotValues(sql::TransformStatement& statement,
+                                                  const sql::Catalog& catalog) const = 0;
+};
+
+}  // namespace kpTables::engines

@@ -1,0 +1,267 @@
+#include "engines/common/EditableRecordset.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "engines/common/Failure.h"
+#include "kpTables/Error.h"
+#include "kpTables/MemoryRecordset.h"
+#include "recordset/RowStore.h"
+
+namespace kpTables::engines {
+
+struct EditableRecordset::State {
+    State(Executor& theExecutor, BoundQuery theQuery)
+        : executor(theExecutor),
+          query(std::move(theQuery)),
+          columns(CountColumns()),
+          rows(std::make_unique<MemoryRecordset>(std::make_unique<recordset::RowStore>(query.statement->fields), true)),
+          set(static_cast<std::size_t>(columns)) {}
+
+    int CountColumns() const noexcept { return static_cast<int>(query.statement->fields->size()) - 1; }
+    RowWriter& Writer() const noexcept { return *query.statement->writer; }
+    void CheckColumn(int index) const {
+        if (index < 0 || index >= columns) Raise(ErrorNumber::ItemNotFound, std::to_string(index));
+    }
+    std::int64_t RowId() const { return rows->GetValue(columns).If<Currency>()->Scaled(); }
+
+    /// The rows of the table, with those added before any was fetched behind them.
+    void Fetch();
+    std::unique_ptr<recordset::RowStore> WithAddedBehind(const recordset::RowStore& all);
+    /// Fetches unless the current row is one that was added before.
+    void NeedCurrentRow() {
+        if (!fetched && rows->Eof()) Fetch();
+    }
+    /// The rows that were not added here, before the fetch.
+    std::int32_t CountOthers();
+    void CollectValues();
+    void WriteNew();
+    void WriteChanges();
+    void Write();
+
+    Executor& executor;
+    BoundQuery query;
+    int columns;                            ///< without the row id, which stands behind them in rows
+    std::unique_ptr<MemoryRecordset> rows;  ///< before the fetch, the rows that were added
+    bool fetched = false;
+    std::vector<std::int64_t> added;      ///< row ids of those
+    std::optional<std::int32_t> counted;  ///< what CountOthers has answered
+    bool adding = false;
+    ColumnSet set;                       ///< fields set since the edit began
+    std::vector<const Variant*> values;  ///< their values, while they are written
+};
+
+void EditableRecordset::State::Fetch() {
+    auto all = executor.ReadEditable(query);
+    if (CountColumns() != columns) {
+        if (!added.empty()) RaiseColumnsChanged(query.text);
+        columns = CountColumns();
+        set = ColumnSet(static_cast<std::size_t>(columns));
+    }
+    if (!added.empty()) all = WithAddedBehind(*all);
+    rows = std::make_unique<MemoryRecordset>(std::move(all), true, &executor.GetDriver().Texts());
+    fetched = true;
+    if (added.empty()) return;
+    // The row added last is the current one.
+    for (std::int32_t step = rows->RecordCount(); step > 1; --step) rows->MoveNext();
+    added = {};
+}
+
+std::unique_ptr<recordset::RowStore> EditableRecordset::State::WithAddedBehind(const recordset::RowStore& all) {
+    auto ordered = std::make_unique<recordset::RowStore>(all.Fields());
+    std::sort(added.begin(), added.end());
+    for (std::size_t row = 0; row < all.Rows(); ++row) {
+        const std::int64_t id = all.GetValue(row, columns).If<Currency>()->Scaled();
+        if (std::binary_search(added.begin(), added.end(), id)) continue;
+        ordered->BeginRow();
+        for (int column = 0; column <= columns; ++column) ordered->PutValue(column, all.GetValue(row, column));
+    }
+    for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) {
+        ordered->BeginRow();
+        for (int column = 0; column <= columns; ++column) ordered->PutValue(column, rows->GetValue(column));
+    }
+    return ordered;
+}
+
+std::int32_t EditableRecordset::State::CountOthers() {
+    if (!counted) {
+        const bool whole = Writer().Table().whole;
+        const std::size_t others = whole ? static_cast<std::size_t>(Writer().CountRows()) - added.size()
+                                         : executor.CountEditable(query, added);
+        counted = static_cast<std::int32_t>(others);
+    }
+    return *counted;
+}
+
+void EditableRecordset::State::CollectValues() {
+    values.clear();
+    for (int column = 0; column < columns; ++column) {
+        if (set.Has(column)) values.push_back(rows->PendingValue(column));
+    }
+}
+
+void EditableRecordset::State::WriteNew() {
+    CollectValues();
+    executor.GetTransaction().BeginForRows();
+    const std::int64_t id = Writer().Insert(set, values);
+    if (!fetched) added.push_back(id);
+    rows->SetValue(columns, Currency::FromScaled(id));
+    if (const auto column = Writer().Table().rowIdColumn) rows->SetValue(*column, static_cast<double>(id));
+    adding = false;
+}
+
+void EditableRecordset::State::WriteChanges() {
+    CollectValues();
+    executor.GetTransaction().BeginForRows();
+    Writer().Change(RowId(), set, values);
+    const auto key = Writer().Table().rowIdColumn;
+    if (key && set.Has(*key)) {
+        const Variant id = rows->GetValue(*key);
+        if (const auto* whole = id.If<std::int32_t>()) rows->SetValue(columns, Currency::FromScaled(*whole));
+    }
+}
+
+void EditableRecordset::State::Write() {
+    try {
+        if (adding) {
+            WriteNew();
+        } else {
+            WriteChanges();
+        }
+    } catch (const DatabaseError& error) {
+        if (!executor.GetTransaction().TakeLossOfRows()) throw;
+        throw DatabaseError(error.Number(),
+                            error.Description() + "; rows that were written before it since the last save are lost too",
+                            error.Statement());
+    }
+    set.Clear();
+    rows->Update();
+}
+
+EditableRecordset::EditableRecordset(ExecutorPtr executor, BoundQuery query)
+    : executor_(std::move(executor)), state_(std::make_unique<State>(*executor_, std::move(query))) {}
+
+EditableRecordset::~EditableRecordset() {
+    if (!state_) return;
+    try {
+        executor_->GetTransaction().CommitRows();
+    } catch (const Error&) {
+        // A destructor has nobody to tell; Close has.
+    }
+}
+
+EditableRecordset::State& EditableRecordset::Opened() const {
+    if (!state_) Raise(ErrorNumber::ObjectClosed);
+    return *state_;
+}
+
+int EditableRecordset::FieldCount() const { return Opened().columns; }
+
+const FieldInfo& EditableRecordset::FieldAt(int index) const {
+    const State& s = Opened();
+    s.CheckColumn(index);
+    return s.rows->FieldAt(index);
+}
+
+int EditableRecordset::FieldIndex(std::string_view name) const {
+    const State& s = Opened();
+    // Names mostly come as the table spells them, and a closing looks up millions.
+    const auto& fields = *s.query.statement->fields;
+    for (int i = 0; i < s.columns; ++i) {
+        if (fields[static_cast<std::size_t>(i)].name == name) return i;
+    }
+    const int index = s.rows->FieldIndex(name);
+    if (index == s.columns) Raise(ErrorNumber::ItemNotFound, std::string(name));
+    return index;
+}
+
+Variant EditableRecordset::GetValue(int index) const {
+    State& s = Opened();
+    s.CheckColumn(index);
+    s.NeedCurrentRow();
+    return s.rows->GetValue(index);
+}
+
+void EditableRecordset::SetValue(int index, const Variant& value) {
+    State& s = Opened();
+    s.CheckColumn(index);
+    s.NeedCurrentRow();
+    s.rows->SetValue(index, value);
+    s.set.Add(index);
+}
+
+std::int32_t EditableRecordset::RecordCount() const {
+    State& s = Opened();
+    // Who counts the rows of a Select will read them; who adds rows may want no others.
+    if (!s.fetched && s.rows->Eof() && !s.Writer().Table().whole) s.Fetch();
+    return (s.fetched ? 0 : s.CountOthers()) + s.rows->RecordCount();
+}
+
+std::int32_t EditableRecordset::AbsolutePosition() const {
+    State& s = Opened();
+    s.NeedCurrentRow();
+    const std::int32_t position = s.rows->AbsolutePosition();
+    if (s.fetched || position < 0) return position;
+    return s.CountOthers() + position;
+}
+
+bool EditableRecordset::Eof() const {
+    State& s = Opened();
+    s.NeedCurrentRow();
+    return s.rows->Eof();
+}
+
+void EditableRecordset::MoveFirst() {
+    Update();
+    State& s = Opened();
+    if (!s.fetched) s.Fetch();
+    s.rows->MoveFirst();
+}
+
+void EditableRecordset::MoveNext() {
+    Update();
+    State& s = Opened();
+    if (!s.fetched) s.Fetch();
+    s.rows->MoveNext();
+}
+
+void EditableRecordset::Find(std::string_view criteria, std::int32_t skip, int direction) {
+    Update();
+    State& s = Opened();
+    if (!s.fetched) s.Fetch();
+    s.rows->Find(criteria, skip, direction);
+}
+
+void EditableRecordset::Sort(std::string_view order) {
+    Update();
+    State& s = Opened();
+    if (!s.fetched) s.Fetch();
+    s.rows->Sort(order);
+}
+
+void EditableRecordset::AddNew() {
+    Update();
+    State& s = Opened();
+    s.rows->AddNew();
+    s.adding = true;
+    for (int column = 0; column < s.columns; ++column) {
+        const Variant& value = s.Writer().Table().columns[static_cast<std::size_t>(column)].defaultValue;
+        if (!value.IsNull()) s.rows->SetValue(column, value);
+    }
+}
+
+void EditableRecordset::Update() {
+    State& s = Opened();
+    if (s.adding || !s.set.Empty()) s.Write();
+}
+
+void EditableRecordset::Close() {
+    Opened();
+    state_.reset();
+    executor_->GetTransaction().CommitRows();
+}
+
+}  // namespace kpTables::engines

@@ -1,0 +1,65 @@
+#include "engines/common/EngineBook.h"
+
+#include <utility>
+
+#include "BookSchema.h"
+#include "engines/common/EditableRecordset.h"
+#include "engines/common/TableAppender.h"
+
+namespace kpTables::engines {
+
+namespace {
+
+class EngineBook : public Book {
+public:
+    EngineBook(std::string url, ExecutorPtr executor) : url_(std::move(url)), executor_(std::move(executor)) {}
+
+    RecordsetPtr Execute(std::string_view text) override { return executor_->Execute(text); }
+
+    RecordsetPtr Open(std::string_view source, SourceKind kind) override {
+        BoundQuery query = executor_->PrepareOpen(source, kind);
+        if (!query.statement->writer) return executor_->Execute(source);
+        return std::make_shared<EditableRecordset>(executor_, std::move(query));
+    }
+
+    void BeginTrans() override { executor_->GetTransaction().Begin(); }
+    void CommitTrans() override { executor_->GetTransaction().Commit(); }
+    void RollbackTrans() override { executor_->GetTransaction().Rollback(); }
+
+    const std::string& Url() const override { return url_; }
+
+    std::vector<TableInfo> Tables() override {
+        Catalog& catalog = executor_->GetDriver().GetCatalog();
+        catalog.Refresh();
+        std::vector<TableInfo> tables;
+        for (const std::string& name : catalog.TableNames()) tables.push_back(catalog.Describe(name));
+        return tables;
+    }
+
+    std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) override {
+        return std::make_unique<TableAppender>(executor_, table, columns);
+    }
+
+    std::int64_t RecordsAffected() const override { return executor_->RecordsAffected(); }
+
+    void BackUp(const std::string& path) override {
+        executor_->GetTransaction().RequireNone();
+        executor_->GetDriver().BackUp(path);
+    }
+
+private:
+    std::string url_;
+    ExecutorPtr executor_;
+};
+
+}  // namespace
+
+BookPtr MakeBook(std::string url, ExecutorPtr executor) {
+    return std::make_shared<EngineBook>(std::move(url), std::move(executor));
+}
+
+void CreateBookTables(Executor& executor) {
+    for (const std::string_view statement : schema::BookSchema()) executor.Execute(statement);
+}
+
+}  // namespace kpTables::engines

@@ -1,0 +1,205 @@
+#include "engines/common/Executor.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "engines/common/Failure.h"
+#include "engines/common/PivotValues.h"
+#include "engines/common/TableSource.h"
+#include "kpTables/MemoryRecordset.h"
+#include "sql/Parser.h"
+
+namespace kpTables::engines {
+
+namespace {
+
+// What Open asks for is kept beside what Execute asks for: the same text gives other statements.
+constexpr char kOpenedText = '\1';
+constexpr char kOpenedTable = '\2';
+
+bool ChangesSchema(sql::StatementKind kind) noexcept {
+    switch (kind) {
+        case sql::StatementKind::CreateTable:
+        case sql::StatementKind::CreateIndex:
+        case sql::StatementKind::DropTable:
+        case sql::StatementKind::DropIndex:
+        case sql::StatementKind::AddColumn:
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// Both have the row id behind their fields.
+bool BeginsWith(const std::vector<FieldInfo>& fields, const std::vector<FieldInfo>& beginning) {
+    const auto same = [](const FieldInfo& a, const FieldInfo& b) { return a.name == b.name && a.type == b.type; };
+    return fields.size() >= beginning.size() &&
+           std::equal(beginning.begin(), beginning.end() - 1, fields.begin(), same);
+}
+
+}  // namespace
+
+Executor::Executor(std::unique_ptr<Driver> driver) : driver_(std::move(driver)), catalog_(driver_->GetCatalog()) {}
+
+RecordsetPtr Executor::Execute(std::string_view text) {
+    try {
+        return Run(text);
+    } catch (const sql::SqlError& refusal) {
+        RaiseRefusal(refusal, text);
+    }
+}
+
+RecordsetPtr Executor::Run(std::string_view text) {
+    std::vector<sql::LiteralValue> literals;
+    std::string shape = sql::Shape(text, literals);
+    CachedStatementPtr statement = cache_.Find(shape, literals);
+    if (!statement) {
+        const sql::StatementPtr tree = sql::Parse(text);
+        if (tree->kind == sql::StatementKind::Transform) {
+            return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
+        }
+        statement = Translate(*tree, std::move(shape), literals);
+    }
+    if (!statement->translation.columns.empty()) {
+        return RunQuery({std::move(statement), std::string(text), std::move(literals)});
+    }
+    RunChange(*statement, text, literals);
+    return nullptr;
+}
+
+RecordsetPtr Executor::RunQuery(const BoundQuery& query) {
+    auto rows = Rows(query);
+    if (query.statement->prepared->TakeSchemaChange()) {
+        RefreshCatalog();
+        const auto fresh = Translate(*sql::Parse(query.text), {}, query.literals);
+        rows = Rows(*fresh, query.text, query.literals);
+    }
+    return Answer(std::move(rows));
+}
+
+RecordsetPtr Executor::Answer(std::unique_ptr<recordset::RowStore> rows) const {
+    return std::make_shared<MemoryRecordset>(std::move(rows), false, &driver_->Texts());
+}
+
+std::unique_ptr<recordset::RowStore> Executor::Rows(CachedStatement& statement, std::string_view text,
+                                                    const std::vector<sql::LiteralValue>& literals) {
+    statement.prepared->Bind(statement.translation.parameters, literals, text);
+    return statement.prepared->ReadRows(statement.fields, text);
+}
+
+void Executor::RunChange(CachedStatement& statement, std::string_view text,
+                         const std::vector<sql::LiteralValue>& literals) {
+    statement.prepared->Bind(statement.translation.parameters, literals, text);
+    GetTransaction().BeforeChange();
+    const std::int64_t changed = statement.prepared->Run(text);
+    if (ChangesSchema(statement.translation.kind)) {
+        RefreshCatalog();
+    } else {
+        recordsAffected_ = changed;
+    }
+}
+
+RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::string_view text,
+                                    const std::vector<sql::LiteralValue>& literals) {
+    RefreshCatalog();
+    std::vector<sql::LiteralValue> values;
+    if (statement.values.empty()) {
+        const sql::StatementPtr again = sql::Parse(text);
+        const CachedStatementPtr pivot =
+            PrepareTranslation(driver_->TranslatePivotValues(static_cast<sql::TransformStatement&>(*again), catalog_));
+        values = PivotValues(*Rows(*pivot, text, literals));
+    }
+    const CachedStatementPtr table = PrepareTranslation(driver_->Translate(statement, catalog_, values));
+    return Answer(Rows(*table, text, literals));
+}
+
+BoundQuery Executor::PrepareOpen(std::string_view source, SourceKind kind) {
+    BoundQuery query{nullptr, std::string(source), {}, kind};
+    try {
+        const bool table = kind == SourceKind::Table;
+        std::string shape = table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals);
+        // A table's rows may be added before any is read; whoever opens a text reads it, and ReadEditable looks then.
+        if (table) RefreshCatalog();
+        query.statement = cache_.Find(shape, query.literals);
+        if (!query.statement) {
+            if (!table) RefreshCatalog();
+            query.statement = PrepareSource(source, kind);
+            cache_.Add(std::move(shape), query.literals, query.statement);
+        }
+        return query;
+    } catch (const sql::SqlError& refusal) {
+        RaiseRefusal(refusal, source);
+    }
+}
+
+CachedStatementPtr Executor::PrepareSource(std::string_view source, SourceKind kind) {
+    std::optional<TableSource> table;
+    sql::StatementPtr tree;
+    if (kind == SourceKind::Table) {
+        table = SourceOfTable(source, catalog_);
+    } else {
+        tree = sql::Parse(source);
+        table = SourceOfSelect(tree, catalog_);
+    }
+    if (!table) return std::make_shared<CachedStatement>();
+    CachedStatementPtr statement =
+        PrepareTranslation(driver_->Translate(*table->select, RowIdCatalog(catalog_, table->table), {}), true);
+    statement->writer = driver_->MakeWriter(WrittenTableOf(*table, catalog_));
+    return statement;
+}
+
+std::unique_ptr<recordset::RowStore> Executor::ReadEditable(BoundQuery& query) {
+    try {
+        auto rows = Rows(query);
+        if (!query.statement->prepared->TakeSchemaChange()) return rows;
+        RefreshCatalog();
+        BoundQuery fresh{PrepareSource(query.text, query.kind), query.text, query.literals, query.kind};
+        const bool sameBegin =
+            fresh.statement->writer && BeginsWith(*fresh.statement->fields, *query.statement->fields);
+        if (!sameBegin) RaiseColumnsChanged(query.text);
+        query = std::move(fresh);
+        return Rows(query);
+    } catch (const sql::SqlError& refusal) {
+        RaiseRefusal(refusal, query.text);
+    }
+}
+
+std::size_t Executor::CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded) {
+    const auto rows = ReadEditable(query);
+    const int idColumn = rows->Columns() - 1;
+    std::vector<std::int64_t> sorted = excluded;
+    std::sort(sorted.begin(), sorted.end());
+    std::size_t count = 0;
+    for (std::size_t row = 0; row < rows->Rows(); ++row) {
+        const std::int64_t id = rows->GetValue(row, idColumn).If<Currency>()->Scaled();
+        count += !std::binary_search(sorted.begin(), sorted.end(), id);
+    }
+    return count;
+}
+
+CachedStatementPtr Executor::Translate(sql::Statement& tree, std::string shape,
+                                       const std::vector<sql::LiteralValue>& literals) {
+    RefreshCatalog();
+    CachedStatementPtr statement = PrepareTranslation(driver_->Translate(tree, catalog_, {}));
+    if (!ChangesSchema(tree.kind) && !shape.empty()) cache_.Add(std::move(shape), literals, statement);
+    return statement;
+}
+
+CachedStatementPtr Executor::PrepareTranslation(sql::Translation translation, bool withRowId) const {
+    auto statement = std::make_shared<CachedStatement>();
+    statement->prepared = driver_->Prepare(translation.text);
+    std::vector<FieldInfo> fields;
+    for (const sql::ResultColumn& column : translation.columns) fields.push_back({column.name, FieldType(column.type)});
+    // As the scaled value of a Currency, the only type that holds 64 bits.
+    if (withRowId) fields.back() = {"", VarType::Currency};
+    statement->fields = recordset::ShareFields(std::move(fields));
+    statement->translation = std::move(translation);
+    return statement;
+}
+
+void Executor::RefreshCatalog() {
+    if (catalog_.Refresh()) cache_.Clear();
+}
+
+}  // namespace kpTables::engines

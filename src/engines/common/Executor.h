@@ -1,0 +1,70 @@
+// Runs the statements of one connection.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/common/Driver.h"
+#include "engines/common/Statement.h"
+#include "engines/common/StatementCache.h"
+#include "kpTables/Connection.h"
+#include "recordset/RowStore.h"
+
+namespace kpTables::engines {
+
+/// Turns the texts of both dialects into statements of a driver's, keeps these prepared and runs them. Recordsets keep
+/// it alive.
+class Executor {
+public:
+    explicit Executor(std::unique_ptr<Driver> driver);
+    Executor(const Executor&) = delete;
+    Executor& operator=(const Executor&) = delete;
+
+    Driver& GetDriver() const noexcept { return *driver_; }
+    Transaction& GetTransaction() const noexcept { return driver_->GetTransaction(); }
+    std::int64_t RecordsAffected() const noexcept { return recordsAffected_; }
+    std::size_t CachedStatements() const noexcept { return cache_.Size(); }
+
+    /// Runs one statement of either dialect; null unless it is a query.
+    RecordsetPtr Execute(std::string_view text);
+    /// The query behind an editable recordset, with a writer in its statement; without one, its rows cannot be edited.
+    BoundQuery PrepareOpen(std::string_view source, SourceKind kind);
+    /// Runs a query that PrepareOpen has answered; the row ids stand behind the fields. When another program has
+    /// changed the schema in between, the query gets a statement of its new form: more fields, perhaps, but error
+    /// unless they begin as before.
+    std::unique_ptr<recordset::RowStore> ReadEditable(BoundQuery& query);
+    /// How many rows it answers whose row ids are not among excluded.
+    std::size_t CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded);
+
+private:
+    RecordsetPtr Run(std::string_view text);
+    RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string_view text,
+                              const std::vector<sql::LiteralValue>& literals);
+    RecordsetPtr RunQuery(const BoundQuery& query);
+    RecordsetPtr Answer(std::unique_ptr<recordset::RowStore> rows) const;
+    void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
+    static std::unique_ptr<recordset::RowStore> Rows(CachedStatement& statement, std::string_view text,
+                                                     const std::vector<sql::LiteralValue>& literals);
+    static std::unique_ptr<recordset::RowStore> Rows(const BoundQuery& query) {
+        return Rows(*query.statement, query.text, query.literals);
+    }
+
+    /// Kept unless shape is empty.
+    CachedStatementPtr Translate(sql::Statement& statement, std::string shape,
+                                 const std::vector<sql::LiteralValue>& literals);
+    CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind);
+    /// The last column of a translation with a row id is that.
+    CachedStatementPtr PrepareTranslation(sql::Translation translation, bool withRowId = false) const;
+    void RefreshCatalog();
+
+    std::unique_ptr<Driver> driver_;
+    Catalog& catalog_;
+    StatementCache cache_;
+    std::int64_t recordsAffected_ = 0;
+};
+using ExecutorPtr = std::shared_ptr<Executor>;
+
+}  // namespace kpTables::engines

@@ -1,0 +1,53 @@
+#include "engines/common/Failure.h"
+
+#include <string>
+
+#include "kpTables/Error.h"
+#include "sql/Position.h"
+
+namespace kpTables::engines {
+
+namespace {
+
+DatabaseErrorNumber NumberOf(sql::ErrorKind kind) noexcept {
+    switch (kind) {
+        case sql::ErrorKind::UnknownTable:
+            return DatabaseErrorNumber::UnknownTable;
+        case sql::ErrorKind::UnknownColumn:
+            return DatabaseErrorNumber::UnknownColumn;
+        case sql::ErrorKind::TypeMismatch:
+            return DatabaseErrorNumber::TypeMismatch;
+        case sql::ErrorKind::Overflow:
+            return DatabaseErrorNumber::Overflow;
+        case sql::ErrorKind::Syntax:
+        case sql::ErrorKind::Unsupported:
+            break;
+    }
+    return DatabaseErrorNumber::Syntax;
+}
+
+[[noreturn]] void RaiseFailure(const char* message, std::string_view statement) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), message, std::string(statement));
+}
+
+}  // namespace
+
+void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement) {
+    std::string message = refusal.what();
+    if (!refusal.Located()) {
+        const sql::Position at = sql::Locate(statement, refusal.Offset());
+        message += " (line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ")";
+    }
+    throw DatabaseError(static_cast<std::int32_t>(NumberOf(refusal.Kind())), message, std::string(statement),
+                        refusal.Offset());
+}
+
+void RaiseColumnsChanged(std::string_view statement) {
+    RaiseFailure("another program has changed the table's columns; open the recordset again", statement);
+}
+
+void RaiseRowGone(std::string_view statement) {
+    RaiseFailure("The row cannot be found for updating: it was deleted after it had been read", statement);
+}
+
+}  // namespace kpTables::engines

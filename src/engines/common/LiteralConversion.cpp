@@ -1,0 +1,145 @@
+#include "engines/common/LiteralConversion.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "engines/sqlite/functions/ServerDate.h"
+#include "kpTables/Convert.h"
+#include "sql/Position.h"
+#include "sql/SqlError.h"
+
+namespace kpTables::engines {
+
+namespace {
+
+using sql::Binding;
+using sql::LiteralKind;
+using sql::LiteralValue;
+
+Date DateFrom(const LiteralValue& literal, double dayZero) {
+    if (literal.kind == LiteralKind::Text || literal.kind == LiteralKind::Date) {
+        if (const auto date = Date::Parse(literal.text)) return *date;
+    }
+    // Both dialects' casts of a text are bound alike; Jet has no use for the server's forms.
+    if (literal.kind == LiteralKind::Text) {
+        if (const auto date = sqlite::ReadServerDate(literal.text)) return *date;
+    }
+    const auto days = literal.kind == LiteralKind::Date ? std::nullopt : ParseNumber(literal.text);
+    if (!days) Raise(ErrorNumber::TypeMismatch);
+    return Date::FromSerial(*days + dayZero);
+}
+
+/// The value as an exact Currency when it is written as a plain decimal, else nothing.
+std::optional<Currency> PlainDecimal(const LiteralValue& literal) {
+    const std::string_view text = Trim(literal.text);
+    if (text.empty() || text.find_first_not_of("+-.0123456789") != text.npos) return std::nullopt;
+    if (literal.kind == LiteralKind::Date || !ParseNumber(text)) return std::nullopt;
+    // A sign behind the digits is a number too, but not for Currency's reader.
+    if (text.find_first_of("+-", 1) != text.npos) return std::nullopt;
+    return Currency::FromDecimalText(text);
+}
+
+const char* Wanted(Binding binding) noexcept {
+    switch (binding) {
+        case Binding::Short:
+        case Binding::Long:
+            return "a whole number";
+        case Binding::Number:
+        case Binding::CurrencyBound:
+            return "a number";
+        case Binding::Currency:
+            return "an amount of money";
+        case Binding::Boolean:
+            return "True or False";
+        case Binding::Text:
+            return "a text";
+        default:
+            return "a date";
+    }
+}
+
+std::size_t OffsetOfLiteral(int ordinal, std::string_view text) {
+    for (const sql::Token& token : sql::Tokenize(text).tokens) {
+        if (token.ordinal == ordinal) return token.offset;
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::optional<std::int64_t> WrittenWhole(const LiteralValue& literal) noexcept {
+    const std::string_view text = literal.text;
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
+std::int64_t WholeOf(const LiteralValue& literal, double lowest, double highest) {
+    const auto whole = WrittenWhole(literal);
+    const double value = whole ? static_cast<double>(*whole) : std::nearbyint(NumberOf(literal));
+    if (!(value >= lowest && value <= highest)) Raise(ErrorNumber::Overflow);
+    return static_cast<std::int64_t>(value);
+}
+
+double NumberOf(const LiteralValue& literal) {
+    if (literal.kind == LiteralKind::Date) return DateOf(literal).Serial();
+    if (literal.kind == LiteralKind::Boolean) return CBool(literal.text) ? -1 : 0;
+    const auto number = ParseNumber(literal.text);
+    if (!number) Raise(ErrorNumber::TypeMismatch);
+    return *number;
+}
+
+bool BooleanOf(const LiteralValue& literal) {
+    return literal.kind == LiteralKind::Text ? CBool(literal.text) : NumberOf(literal) != 0;
+}
+
+Currency CurrencyOf(const LiteralValue& literal) {
+    if (const auto exact = PlainDecimal(literal)) return *exact;
+    return Currency::FromDouble(NumberOf(literal));
+}
+
+std::optional<Currency> ExactCurrencyOf(const LiteralValue& literal) {
+    constexpr std::size_t kPointAndDecimals = 5;
+    const std::string_view text = Trim(literal.text);
+    const auto point = std::min(text.find('.'), text.size());
+    if (text.size() - point > kPointAndDecimals) return std::nullopt;
+    try {
+        return PlainDecimal(literal);
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+}
+
+Date DateOf(const LiteralValue& literal) { return DateFrom(literal, 0); }
+
+Date ServerDateOf(const LiteralValue& literal) { return DateFrom(literal, sqlite::kServerDayZero); }
+
+std::string TextOf(const LiteralValue& literal) {
+    switch (literal.kind) {
+        case LiteralKind::Date:
+            return DateOf(literal).ToText();
+        case LiteralKind::Decimal:
+            return Text(NumberOf(literal));
+        default:
+            return literal.text;
+    }
+}
+
+LiteralValue Negated(const LiteralValue& literal) { return {literal.kind, "-" + literal.text}; }
+
+void RaiseNotConverted(const Error& error, const sql::Parameter& parameter, const LiteralValue& literal,
+                       std::string_view text) {
+    const bool overflow = error.Number() == static_cast<std::int32_t>(ErrorNumber::Overflow);
+    const std::size_t offset = OffsetOfLiteral(parameter.literal, text);
+    const sql::Position at = sql::Locate(text, offset);
+    std::string message = overflow ? "Overflow" : "Type mismatch";
+    message += " at line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " +
+               (literal.kind == LiteralKind::Text ? "'" + literal.text + "'"
+                                                  : (parameter.negative ? "-" : "") + literal.text) +
+               (overflow ? " is too large for " : " is not ") + Wanted(parameter.binding);
+    throw sql::SqlError(overflow ? sql::ErrorKind::Overflow : sql::ErrorKind::TypeMismatch, message, offset, true);
+}
+
+}  // namespace kpTables::engines

@@ -1,0 +1,38 @@
+// The value that a literal has as a parameter of each kind. Every function raises error 13 or 6 when it has none.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "kpTables/Currency.h"
+#include "kpTables/Date.h"
+#include "kpTables/Error.h"
+#include "sql/Lexer.h"
+#include "sql/Translation.h"
+
+namespace kpTables::engines {
+
+/// The whole number as it is written; nothing for any other literal.
+std::optional<std::int64_t> WrittenWhole(const sql::LiteralValue& literal) noexcept;
+/// Rounded half to even.
+std::int64_t WholeOf(const sql::LiteralValue& literal, double lowest, double highest);
+double NumberOf(const sql::LiteralValue& literal);
+bool BooleanOf(const sql::LiteralValue& literal);
+Currency CurrencyOf(const sql::LiteralValue& literal);
+/// The amount when it is written with four decimals or fewer; nothing for any other, and beyond Currency's range.
+std::optional<Currency> ExactCurrencyOf(const sql::LiteralValue& literal);
+Date DateOf(const sql::LiteralValue& literal);
+/// As DateOf, a number counting days from 1900-01-01.
+Date ServerDateOf(const sql::LiteralValue& literal);
+std::string TextOf(const sql::LiteralValue& literal);
+
+/// The literal with a minus before it.
+sql::LiteralValue Negated(const sql::LiteralValue& literal);
+
+/// Raises the SqlError (TypeMismatch, Overflow) for a literal of text that did not convert.
+[[noreturn]] void RaiseNotConverted(const Error& error, const sql::Parameter& parameter,
+                                    const sql::LiteralValue& literal, std::string_view text);
+
+}  // namespace kpTables::engines

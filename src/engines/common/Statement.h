@@ -1,0 +1,55 @@
+// A statement as an engine has prepared it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/common/RowWriter.h"
+#include "kpTables/Connection.h"
+#include "recordset/RowStore.h"
+#include "sql/Lexer.h"
+#include "sql/Translation.h"
+
+namespace kpTables::engines {
+
+/// A prepared statement. shown is the text for error messages, as the caller sent it.
+class Statement {
+public:
+    Statement() = default;
+    virtual ~Statement() = default;
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    /// Gives every parameter its value: BindLiterals with the engine's own sink.
+    virtual void Bind(const std::vector<sql::Parameter>& parameters, const std::vector<sql::LiteralValue>& literals,
+                      std::string_view shown) = 0;
+    /// All rows of the bound query. A field whose type is Empty gets the type of its first value that is not Null.
+    virtual std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) = 0;
+    /// Runs the bound statement, which answers no rows; the number of rows that it changed.
+    virtual std::int64_t Run(std::string_view shown) = 0;
+    /// Whether the schema that it ran against last is another than the one it was prepared for, so that the translation
+    /// may be of the old one. Answers true once.
+    virtual bool TakeSchemaChange() noexcept = 0;
+};
+
+/// A statement with its translation.
+struct CachedStatement {
+    sql::Translation translation;
+    std::unique_ptr<Statement> prepared;
+    recordset::FieldsPtr fields;        ///< of a query; with a writer, the row id behind them
+    std::shared_ptr<RowWriter> writer;  ///< of a query whose rows can be edited
+};
+using CachedStatementPtr = std::shared_ptr<CachedStatement>;
+
+/// A statement with the text and the literals that it was asked for with.
+struct BoundQuery {
+    CachedStatementPtr statement;
+    std::string text;
+    std::vector<sql::LiteralValue> literals;
+    SourceKind kind = SourceKind::Text;
+};
+
+}  // namespace kpTables::engines

@@ -1,0 +1,139 @@
+#include "engines/common/TableSource.h"
+
+#include <utility>
+
+#include "sql/SqlError.h"
+#include "sql/sqlite/Names.h"
+
+namespace kpTables::engines {
+
+namespace {
+
+sql::SelectItem ColumnItem(std::string table, std::string name, std::size_t offset = 0) {
+    sql::SelectItem item;
+    item.expression = std::make_unique<sql::Column>(std::move(table), std::move(name), offset);
+    return item;
+}
+
+/// The one core of a statement that reads one named table and keeps its rows apart; null for any other.
+sql::SelectCore* PlainCore(sql::Statement& statement) {
+    if (statement.kind != sql::StatementKind::Select) return nullptr;
+    const sql::Query& query = *static_cast<sql::SelectStatement&>(statement).query;
+    if (query.members.size() != 1 || !query.members[0].core) return nullptr;
+    sql::SelectCore& core = *query.members[0].core;
+    const bool plain = !core.distinct && core.groupBy.empty() && !core.having && core.from.size() == 1;
+    return plain && core.from[0]->kind == sql::TableKind::Named ? &core : nullptr;
+}
+
+/// The names of the stored columns, which a star stands for.
+std::vector<std::string> StoredColumns(const sql::CatalogTable& table) {
+    std::vector<std::string> names;
+    for (const sql::CatalogColumn& column : table.columns) {
+        if (!column.computed) names.push_back(column.name);
+    }
+    return names;
+}
+
+/// The names of the columns that the items list, stars expanded; nothing when an item is no stored column or comes
+/// twice.
+std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& core, const sql::CatalogTable& table) {
+    std::vector<std::string> names;
+    for (const sql::SelectItem& item : core.items) {
+        if (const auto* column = sql::If<sql::Column>(item.expression.get())) {
+            // A column renamed would be found under one name and written under another.
+            if (!item.alias.empty() && !sql::SameName(item.alias, column->name)) return std::nullopt;
+            const sql::CatalogColumn* known = FindColumn(table, column->name);
+            if (known && known->computed) return std::nullopt;
+            names.push_back(column->name);
+        } else if (sql::If<sql::Star>(item.expression.get())) {
+            for (std::string& listed : StoredColumns(table)) names.push_back(std::move(listed));
+        } else {
+            return std::nullopt;
+        }
+    }
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (sql::SameName(names[i], names[j])) return std::nullopt;
+        }
+    }
+    return names;
+}
+
+/// The items with every star replaced by the columns that it stands for, and the row id at the end.
+std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, const sql::CatalogTable& table,
+                                            std::string rowIdName) {
+    std::vector<sql::SelectItem> all;
+    for (sql::SelectItem& item : items) {
+        const auto* star = sql::If<sql::Star>(item.expression.get());
+        if (!star) {
+            all.push_back(std::move(item));
+            continue;
+        }
+        for (std::string& column : StoredColumns(table)) {
+            all.push_back(ColumnItem(star->table, std::move(column), star->offset));
+        }
+    }
+    all.push_back(ColumnItem("", std::move(rowIdName)));
+    return all;
+}
+
+}  // namespace
+
+TableSource SourceOfTable(std::string_view name, const Catalog& catalog) {
+    const sql::CatalogTable* table = catalog.Find(name);
+    if (!table) {
+        throw sql::SqlError(sql::ErrorKind::UnknownTable, "There is no table '" + std::string(name) + "'", 0);
+    }
+    TableSource source{table->name, StoredColumns(*table), true, nullptr};
+    auto core = std::make_unique<sql::SelectCore>();
+    core->items.push_back({std::make_unique<sql::Star>(""), ""});
+    core->items = ItemsWithRowId(std::move(core->items), *table, catalog.RowIdName(*table));
+    core->from.push_back(std::make_unique<sql::NamedTable>(table->name, ""));
+    auto select = std::make_unique<sql::SelectStatement>();
+    select->query = std::make_unique<sql::Query>();
+    select->query->members.emplace_back();
+    select->query->members.back().core = std::move(core);
+    source.select = std::move(select);
+    return source;
+}
+
+std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const Catalog& catalog) {
+    sql::SelectCore* core = PlainCore(*statement);
+    if (!core) return std::nullopt;
+    const auto& named = static_cast<const sql::NamedTable&>(*core->from[0]);
+    const sql::CatalogTable* table = catalog.Find(named.name);
+    if (!table) return std::nullopt;
+    auto columns = ListedColumns(*core, *table);
+    if (!columns) return std::nullopt;
+    core->items = ItemsWithRowId(std::move(core->items), *table, catalog.RowIdName(*table));
+    return TableSource{table->name, std::move(*columns), !core->where && !core->top, std::move(statement)};
+}
+
+WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog) {
+    WrittenTable written{source.table, {}, std::nullopt, source.wholeTable};
+    const TableInfo info = catalog.Describe(source.table);
+    const sql::CatalogTable& table = *catalog.Find(source.table);
+    const std::string rowId = catalog.RowIdColumn(source.table);
+    for (const std::string& name : source.columns) {
+        WrittenTable::Column column{name, Variant::Null(), FindColumn(table, name)->length};
+        for (const TableInfo::Column& known : info.columns) {
+            if (sql::SameName(known.name, name)) column.defaultValue = known.defaultValue;
+        }
+        if (sql::SameName(name, rowId)) written.rowIdColumn = static_cast<int>(written.columns.size());
+        written.columns.push_back(std::move(column));
+    }
+    return written;
+}
+
+RowIdCatalog::RowIdCatalog(const engines::Catalog& catalog, std::string_view table) : catalog_(catalog) {
+    if (const sql::CatalogTable* found = catalog.Find(table)) table_ = *found;
+    sql::CatalogColumn rowId;
+    rowId.name = catalog.RowIdName(table_);
+    table_.columns.push_back(std::move(rowId));
+}
+
+const sql::CatalogTable* RowIdCatalog::Find(std::string_view table) const {
+    return sql::SameName(table, table_.name) ? &table_ : catalog_.Find(table);
+}
+
+}  // namespace kpTables::engines

@@ -1,0 +1,43 @@
+// Which sources of a recordset can be edited: the rows of one table, with columns as they stand in it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/common/Catalog.h"
+#include "engines/common/RowWriter.h"
+#include "sql/Tree.h"
+
+namespace kpTables::engines {
+
+struct TableSource {
+    std::string table;                 ///< as the book spells it
+    std::vector<std::string> columns;  ///< in the order of the recordset's fields
+    bool wholeTable = false;           ///< no condition and no TOP
+    sql::StatementPtr select;          ///< the columns and, behind them, the row id
+};
+
+/// The Select of all columns and rows of a table. Raises SqlError when there is none of that name.
+TableSource SourceOfTable(std::string_view table, const Catalog& catalog);
+
+/// The source that a statement's rows can be edited by, made out of its tree; nothing, and the tree untouched, when
+/// they cannot: more tables than one, computed or repeated columns, DISTINCT, groups.
+std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const Catalog& catalog);
+
+/// What a writer has to know of the source's table.
+WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog);
+
+/// A catalog in which one table has its row id as one more column.
+class RowIdCatalog : public sql::Catalog {
+public:
+    RowIdCatalog(const engines::Catalog& catalog, std::string_view table);
+    const sql::CatalogTable* Find(std::string_view table) const override;
+
+private:
+    const engines::Catalog& catalog_;
+    sql::CatalogTable table_;
+};
+
+}  // namespace kpTables::engines

@@ -1,0 +1,86 @@
+#include "engines/sqlite/SqliteBook.h"
+
+#include <utility>
+
+#include "BookSchema.h"
+#include "engines/common/EngineBook.h"
+#include "engines/sqlite/BookFile.h"
+#include "engines/sqlite/SqliteDriver.h"
+#include "engines/sqlite/TextOrderVersion.h"
+#include "kpTables/Error.h"
+
+namespace kpTables::sqlite {
+
+namespace {
+
+/// Takes the indexes on the columns along.
+void TakeSqlServerNames(const Database& database) {
+    const auto quoted = [](std::string_view name) { return '"' + std::string(name) + '"'; };
+    for (const auto& column : schema::kSqlServerNames) {
+        database.Run("ALTER TABLE " + quoted(column.table) + " RENAME COLUMN " + quoted(column.name) + " TO " +
+                     quoted(column.sqlServerName));
+    }
+}
+
+/// An executor with the database that it works on.
+struct OpenedDatabase {
+    explicit OpenedDatabase(Database opened) {
+        auto driver = std::make_unique<SqliteDriver>(std::move(opened));
+        database = &driver->GetDatabase();
+        executor = std::make_shared<engines::Executor>(std::move(driver));
+    }
+
+    const Database* database;
+    engines::ExecutorPtr executor;
+};
+
+/// Makes every table of the schema, or none.
+void MakeTables(const OpenedDatabase& empty, HeaderDialect header) {
+    empty.executor->GetTransaction().Begin();
+    MarkAsBook(*empty.database);
+    RecordTextOrderVersion(*empty.database);
+    engines::CreateBookTables(*empty.executor);
+    if (header == HeaderDialect::SqlServer) TakeSqlServerNames(*empty.database);
+    empty.executor->GetTransaction().Commit();
+}
+
+[[noreturn]] void Refuse(const std::string& url, const char* complaint) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                        "The book '" + url + "' cannot be " + complaint);
+}
+
+BookPtr Prepared(BookPtr book, const NewBookOptions& options) {
+    if (options.prepare) options.prepare(book);
+    return book;
+}
+
+}  // namespace
+
+BookPtr OpenFile(const std::string& path, const std::string& url, const BookOptions& options) {
+    OpenedDatabase opened(OpenBookFile(path, options));
+    BringIndexesUpToDate(*opened.database, path);
+    return engines::MakeBook(url, std::move(opened.executor));
+}
+
+BookPtr CreateFile(const std::string& path, const std::string& url, const NewBookOptions& options) {
+    NewBookFile file(path);
+    OpenedDatabase made(OpenNewFile(path, options.busyTimeout));
+    MakeTables(made, options.header);
+    MakeDurable(*made.database);
+    BookPtr book = Prepared(engines::MakeBook(url, std::move(made.executor)), options);
+    file.Keep();
+    return book;
+}
+
+BookPtr OpenInMemory(const std::string& /*name*/, const std::string& url, const BookOptions& /*options*/) {
+    Refuse(url, "opened: a book in memory ends with its connection; it can only be made");
+}
+
+BookPtr CreateInMemory(const std::string& name, const std::string& url, const NewBookOptions& options) {
+    if (!name.empty()) Refuse(url, "made: a book in memory has no name");
+    OpenedDatabase made(OpenMemory());
+    MakeTables(made, options.header);
+    return Prepared(engines::MakeBook(url, std::move(made.executor)), options);
+}
+
+}  // namespace kpTables::sqlite

@@ -1,0 +1,53 @@
+// SQLite as the engine of a book.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/common/Driver.h"
+#include "engines/sqlite/BookCatalog.h"
+#include "engines/sqlite/Database.h"
+
+namespace kpTables::sqlite {
+
+/// A transaction of a database's. SQLite ends one by itself after some failures of the disk.
+class DatabaseTransaction final : public engines::Transaction {
+public:
+    explicit DatabaseTransaction(const Database& database) noexcept : database_(database) {}
+
+private:
+    void Start(Use use) override;
+    void Save() override { database_.Run("COMMIT"); }
+    void Undo() override { database_.Run("ROLLBACK"); }
+    void Abandon() noexcept override;
+    bool IsOpen() const noexcept override { return database_.InTransaction(); }
+
+    const Database& database_;
+};
+
+class SqliteDriver final : public engines::Driver {
+public:
+    explicit SqliteDriver(Database database);
+
+    const Database& GetDatabase() const noexcept { return database_; }
+    engines::Catalog& GetCatalog() noexcept override { return catalog_; }
+    engines::Transaction& GetTransaction() noexcept override { return transaction_; }
+    const TextOrder& Texts() const noexcept override;
+    std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
+    std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
+    void BackUp(const std::string& path) override;
+
+    sql::Translation Translate(sql::Statement& statement, const sql::Catalog& catalog,
+                               const std::vector<sql::LiteralValue>& pivotValues) const override;
+    sql::Translation TranslatePivotValues(sql::TransformStatement& statement,
+                                          const sql::Catalog& catalog) const override;
+
+private:
+    Database database_;
+    BookCatalog catalog_;
+    DatabaseTransaction transaction_;
+};
+
+}  // namespace kpTables::sqlite

@@ -1,0 +1,71 @@
+// Whose transaction is open, and what becomes of it.
+#include <gtest/gtest.h>
+
+#include "engines/FakeDriver.h"
+#include "kpTables/Error.h"
+#include "sqlite/TestBook.h"
+
+namespace kpTables {
+namespace {
+
+using namespace test;
+
+class Owners : public testing::Test {
+protected:
+    FakeDatabase database;
+    FakeTransaction transaction{database};
+};
+
+TEST_F(Owners, RowsShareATransactionThatAnyOtherChangeEnds) {
+    transaction.BeginForRows();
+    transaction.BeginForRows();
+    transaction.BeforeChange();
+    transaction.BeforeChange();
+    EXPECT_EQ(database.TakeJournal(), "start to write; save");
+}
+
+TEST_F(Owners, RowsInTheHostsTransactionStayInIt) {
+    transaction.Begin();
+    transaction.BeginForRows();
+    transaction.CommitRows();
+    transaction.BeforeChange();
+    transaction.Rollback();
+    EXPECT_EQ(database.TakeJournal(), "start; undo");
+}
+
+TEST_F(Owners, TheHostsTransactionSavesTheRowsBefore) {
+    transaction.BeginForRows();
+    transaction.Begin();
+    transaction.Commit();
+    EXPECT_EQ(database.TakeJournal(), "start to write; save; start; save");
+}
+
+TEST_F(Owners, ARefusedSaveOfRowsIsAbandonedAndOneOfTheHostsIsKept) {
+    transaction.refuseSave = true;
+    transaction.BeginForRows();
+    EXPECT_EQ(NumberOf([&] { transaction.CommitRows(); }), Code(DatabaseErrorNumber::Locked));
+    EXPECT_EQ(database.TakeJournal(), "start to write; save; abandon");
+    transaction.Begin();
+    EXPECT_EQ(NumberOf([&] { transaction.Commit(); }), Code(DatabaseErrorNumber::Locked));
+    transaction.refuseSave = false;
+    transaction.Commit();
+    EXPECT_EQ(database.TakeJournal(), "start; save; save");
+}
+
+TEST_F(Owners, ALostTransactionIsToldOnce) {
+    transaction.BeginForRows();
+    EXPECT_FALSE(transaction.TakeLossOfRows());
+    database.open = false;
+    EXPECT_TRUE(transaction.TakeLossOfRows());
+    EXPECT_FALSE(transaction.TakeLossOfRows());
+    transaction.Begin();
+    database.open = false;
+    EXPECT_TRUE(Refused([&] { transaction.BeforeChange(); }));
+    EXPECT_TRUE(Refused([&] { transaction.Commit(); }));
+    transaction.Rollback();
+    transaction.BeforeChange();
+    EXPECT_EQ(database.TakeJournal(), "start to write; start");
+}
+
+}  // namespace
+}  // namespace kpTables
