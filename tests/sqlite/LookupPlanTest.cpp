@@ -9,8 +9,8 @@
 #include "engines/sqlite/BookFile.h"
 #include "engines/sqlite/Session.h"
 #include "kpTables/Convert.h"
-#include "sql/Parser.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/parse/Parser.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 namespace {
@@ -76,7 +76,7 @@ protected:
     static std::string PlanOf(std::string_view translated) { return test::PlanOf(session->GetDatabase(), translated); }
     static std::string PlanOfExecute(const std::string& text) {
         session->GetCatalog().Refresh();
-        return PlanOf(sql::TranslateForSqlite(*sql::Parse(text), session->GetCatalog()).text);
+        return PlanOf(sql::TranslateForSqlite(*sql::parse::Parse(text), session->GetCatalog()).text);
     }
     static std::string IndexOf(const Lookup& lookup) {
         const std::string table = lookup.table;

@@ -13,6 +13,7 @@
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
 #include "sql/Position.h"
+#include "sql/parse/Lexer.h"
 
 namespace kpTables::sqlite {
 
@@ -177,7 +178,7 @@ const char* Wanted(Binding binding) noexcept {
 
 /// Where the literal of that number stands in the text.
 std::size_t OffsetOf(int ordinal, std::string_view text) {
-    for (const sql::Token& token : sql::Tokenize(text).tokens) {
+    for (const sql::parse::Token& token : sql::parse::Tokenize(text).tokens) {
         if (token.ordinal == ordinal) return token.offset;
     }
     return 0;

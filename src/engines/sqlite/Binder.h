@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Database.h"
-#include "sql/Lexer.h"
+#include "sql/Tree.h"
 #include "sql/Translation.h"
 
 namespace kpTables::sqlite {

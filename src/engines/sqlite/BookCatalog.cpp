@@ -5,9 +5,9 @@
 #include <algorithm>
 
 #include "RowReader.h"
-#include "sql/sqlite/DeclaredType.h"
-#include "sql/sqlite/Names.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/print/sqlite/DeclaredType.h"
+#include "sql/Names.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 
@@ -21,7 +21,7 @@ constexpr std::string_view kTables =
 /// A row for each column of a table. The table-valued form of the pragma takes four times as long, because SQLite first
 /// makes a virtual table of it.
 PreparedStatement PrepareColumns(const Database& database, std::string_view table) {
-    return database.Prepare("PRAGMA table_xinfo(" + sql::QuoteText(table) + ")");
+    return database.Prepare("PRAGMA table_xinfo(" + sql::print::sqlite::QuotedText(table) + ")");
 }
 enum ColumnsOfColumns { kName = 1, kType, kNotNull, kDefault, kKey, kHidden };
 
@@ -40,7 +40,7 @@ std::string SourceOf(const Database& database, std::string_view table, std::stri
     const std::string_view text = find.Text(0);
     constexpr std::string_view kBefore = " AS (\"";
     constexpr std::string_view kBehind = "\")";
-    const auto defined = text.find(sql::QuoteForSqlite(column) + " ");
+    const auto defined = text.find(sql::print::sqlite::QuotedName(column) + " ");
     const auto as = text.find(kBefore, defined);
     if (as == text.npos) return {};
     const std::string_view source = text.substr(as + kBefore.size());
@@ -92,7 +92,7 @@ const sql::CatalogTable* BookCatalog::Find(std::string_view name) const {
     while (columns.Step()) {
         const std::string column(columns.Text(kName));
         table.columns.push_back(
-            sql::ColumnOfDeclaredType(column, columns.Text(kType), IsAutoincrement(database_, table.name, column)));
+            sql::print::sqlite::ColumnOfDeclaredType(column, columns.Text(kType), IsAutoincrement(database_, table.name, column)));
         table.columns.back().computed = columns.Integer(kHidden) != 0;
         if (table.columns.back().computed) table.columns.back().source = SourceOf(database_, table.name, column);
     }

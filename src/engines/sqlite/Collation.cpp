@@ -10,7 +10,7 @@
 #include "Failure.h"
 #include "TextRanks.h"
 #include "kpTables/MemoryRecordset.h"
-#include "sql/sqlite/FunctionList.h"
+#include "sql/print/sqlite/FunctionList.h"
 
 namespace kpTables::sqlite {
 
@@ -74,7 +74,7 @@ int CompareBookText(std::string_view left, std::string_view right) noexcept {
 const TextOrder kBookTexts = {CompareBookText, KeyOfText};
 
 void RegisterCollation(sqlite3* database) {
-    const std::string name(sql::kTextCollation);
+    const std::string name(sql::print::sqlite::kTextCollation);
     Check(database,
           sqlite3_create_collation_v2(database, name.c_str(), SQLITE_UTF8, nullptr, CollateCallback, nullptr));
 }

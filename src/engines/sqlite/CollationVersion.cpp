@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "sql/sqlite/FunctionList.h"
+#include "sql/print/sqlite/FunctionList.h"
 
 namespace kpTables::sqlite {
 
@@ -39,7 +39,7 @@ void BringIndexesUpToDate(const Database& database) {
         if (recorded.Step() && recorded.Text(0) == RunningVersion()) return;
     }
     database.Run("BEGIN IMMEDIATE");
-    database.Run("REINDEX " + std::string(sql::kTextCollation));
+    database.Run("REINDEX " + std::string(sql::print::sqlite::kTextCollation));
     Store(database, "UPDATE kp_collation SET version = ?1");
     database.Run("COMMIT");
 }

@@ -15,11 +15,11 @@
 #include "functions/Function.h"
 #include "kpTables/Error.h"
 #include "kpTables/MemoryRecordset.h"
-#include "sql/Parser.h"
-#include "sql/sqlite/LineSums.h"
-#include "sql/sqlite/Names.h"
-#include "sql/sqlite/Session.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/Shape.h"
+#include "sql/Translate.h"
+#include "sql/parse/Parser.h"
+#include "sql/Names.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 
@@ -28,6 +28,8 @@ namespace {
 // What Open asks for is kept beside what Execute asks for: the same text gives other statements.
 constexpr char kOpenedText = '\1';
 constexpr char kOpenedTable = '\2';
+
+const sql::print::Engine& kEngine = sql::print::sqlite::SqliteEngine();
 
 bool ChangesSchema(sql::StatementKind kind) noexcept {
     switch (kind) {
@@ -94,7 +96,7 @@ RecordsetPtr Session::Run(std::string_view text) {
     std::string shape = sql::Shape(text, literals);
     CachedStatementPtr statement = cache_.Find(shape, literals);
     if (!statement) {
-        const sql::StatementPtr tree = sql::Parse(text);
+        const sql::StatementPtr tree = sql::parse::Parse(text);
         if (tree->kind == sql::StatementKind::Transform) {
             return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
         }
@@ -111,7 +113,7 @@ RecordsetPtr Session::RunQuery(const BoundQuery& query) {
     auto rows = Rows(*query.statement, query.text, query.literals);
     if (TakeReprepared(query.statement->prepared)) {
         RefreshCatalog();
-        auto fresh = Translate(*sql::Parse(query.text), {}, query.literals);
+        auto fresh = Translate(*sql::parse::Parse(query.text), {}, query.literals);
         rows = Rows(*fresh, query.text, query.literals);
     }
     return std::make_shared<MemoryRecordset>(std::move(rows), false, &kBookTexts);
@@ -141,14 +143,10 @@ RecordsetPtr Session::RunTransform(sql::TransformStatement& statement, std::stri
     RefreshCatalog();
     std::vector<sql::LiteralValue> values;
     if (statement.values.empty()) {
-        const sql::StatementPtr again = sql::Parse(text);
-        auto& ofPivot = static_cast<sql::TransformStatement&>(*again);
-        sql::PassOverLines(ofPivot, catalog_);
-        const CachedStatementPtr pivot = PrepareTranslation(sql::PivotQuery(ofPivot, catalog_));
+        const CachedStatementPtr pivot = PrepareTranslation(sql::TranslatePivotQuery(statement, catalog_, kEngine));
         values = PivotValues(*Rows(*pivot, text, literals));
     }
-    sql::AddUpLines(statement, catalog_);
-    const CachedStatementPtr table = PrepareTranslation(sql::TranslateForSqlite(statement, catalog_, values));
+    const CachedStatementPtr table = PrepareTranslation(sql::Translate(statement, catalog_, kEngine, values));
     return std::make_shared<MemoryRecordset>(Rows(*table, text, literals), false, &kBookTexts);
 }
 
@@ -177,11 +175,11 @@ CachedStatementPtr Session::PrepareSource(std::string_view source, SourceKind ki
     if (kind == SourceKind::Table) {
         table = SourceOfTable(source, catalog_);
     } else {
-        tree = sql::Parse(source);
+        tree = sql::parse::Parse(source);
         table = SourceOfSelect(tree, catalog_);
     }
     if (!table) return std::make_shared<CachedStatement>();
-    sql::Translation translation = sql::TranslateForSqlite(*table->select, RowIdCatalog(catalog_, table->table));
+    sql::Translation translation = sql::Translate(*table->select, RowIdCatalog(catalog_, table->table), kEngine);
     CachedStatementPtr statement = PrepareTranslation(std::move(translation), true);
     statement->writer = MakeWriter(database_, catalog_, *table);
     return statement;
@@ -225,8 +223,7 @@ std::size_t Session::CountEditable(BoundQuery& query, const std::vector<std::int
 CachedStatementPtr Session::Translate(sql::Statement& tree, std::string shape,
                                       const std::vector<sql::LiteralValue>& literals) {
     RefreshCatalog();
-    sql::AddUpLines(tree, catalog_);
-    CachedStatementPtr statement = PrepareTranslation(sql::TranslateForSqlite(tree, catalog_));
+    CachedStatementPtr statement = PrepareTranslation(sql::Translate(tree, catalog_, kEngine));
     if (!ChangesSchema(tree.kind) && !shape.empty()) cache_.Add(std::move(shape), literals, statement);
     return statement;
 }

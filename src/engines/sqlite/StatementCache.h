@@ -11,7 +11,7 @@
 
 #include "Database.h"
 #include "kpTables/db/RowStore.h"
-#include "sql/Lexer.h"
+#include "sql/Tree.h"
 #include "sql/Translation.h"
 
 namespace kpTables::sqlite {

@@ -5,7 +5,7 @@
 
 #include "TableWriter.h"
 #include "kpTables/Error.h"
-#include "sql/sqlite/Names.h"
+#include "sql/Names.h"
 
 namespace kpTables::sqlite {
 

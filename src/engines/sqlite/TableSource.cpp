@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "sql/SqlError.h"
-#include "sql/sqlite/Names.h"
+#include "sql/Names.h"
 
 namespace kpTables::sqlite {
 

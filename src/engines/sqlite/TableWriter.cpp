@@ -4,7 +4,7 @@
 
 #include "TextLength.h"
 #include "kpTables/Error.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 
@@ -38,7 +38,7 @@ TableWriter::TableWriter(const Database& database, std::string table, std::vecto
       wholeTable_(wholeTable) {}
 
 std::int64_t TableWriter::CountRows() {
-    if (!count_) count_ = database_.Prepare("SELECT COUNT(*) FROM " + sql::QuoteForSqlite(table_));
+    if (!count_) count_ = database_.Prepare("SELECT COUNT(*) FROM " + sql::print::sqlite::QuotedName(table_));
     const ResetAtEnd reset(count_);
     return count_.Step() ? count_.Integer(0) : 0;
 }
@@ -67,7 +67,7 @@ void TableWriter::CheckLengths(const ColumnSet& set, std::span<const Variant* co
 }
 
 void TableWriter::RefuseCounter(std::int64_t rowId) {
-    PreparedStatement remove = database_.Prepare("DELETE FROM " + sql::QuoteForSqlite(table_) + " WHERE rowid = ?1");
+    PreparedStatement remove = database_.Prepare("DELETE FROM " + sql::print::sqlite::QuotedName(table_) + " WHERE rowid = ?1");
     remove.BindInteger(1, rowId);
     remove.Run();
     const std::string& column = columns_[static_cast<std::size_t>(*rowIdColumn_)].name;
@@ -99,7 +99,7 @@ PreparedStatement& TableWriter::StatementFor(std::vector<Kept>& kept, const Colu
 }
 
 std::string TableWriter::InsertText(const ColumnSet& set) const {
-    if (set.Empty()) return "INSERT INTO " + sql::QuoteForSqlite(table_) + " DEFAULT VALUES";
+    if (set.Empty()) return "INSERT INTO " + sql::print::sqlite::QuotedName(table_) + " DEFAULT VALUES";
     std::string names;
     std::string values;
     for (std::size_t i = 0; i < columns_.size(); ++i) {
@@ -108,19 +108,19 @@ std::string TableWriter::InsertText(const ColumnSet& set) const {
             names += ", ";
             values += ", ";
         }
-        names += sql::QuoteForSqlite(columns_[i].name);
+        names += sql::print::sqlite::QuotedName(columns_[i].name);
         values += '?';
     }
-    return "INSERT INTO " + sql::QuoteForSqlite(table_) + " (" + names + ") VALUES (" + values + ")";
+    return "INSERT INTO " + sql::print::sqlite::QuotedName(table_) + " (" + names + ") VALUES (" + values + ")";
 }
 
 std::string TableWriter::UpdateText(const ColumnSet& set) const {
     std::string text;
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         if (!set.Has(static_cast<int>(i))) continue;
-        text += (text.empty() ? "" : ", ") + sql::QuoteForSqlite(columns_[i].name) + " = ?";
+        text += (text.empty() ? "" : ", ") + sql::print::sqlite::QuotedName(columns_[i].name) + " = ?";
     }
-    return "UPDATE " + sql::QuoteForSqlite(table_) + " SET " + text + " WHERE rowid = ?";
+    return "UPDATE " + sql::print::sqlite::QuotedName(table_) + " SET " + text + " WHERE rowid = ?";
 }
 
 }  // namespace kpTables::sqlite
