@@ -4,18 +4,18 @@
 #include <cstdlib>
 #include <string>
 
-#include "sql/Parser.h"
 #include "sql/SqlError.h"
-#include "sql/TextPrinter.h"
+#include "sql/parse/Parser.h"
+#include "sql/parse/TextPrinter.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string printed;
     try {
-        printed = Print(*kpTables::sql::Parse({reinterpret_cast<const char*>(data), size}));
+        printed = Print(*kpTables::sql::parse::Parse({reinterpret_cast<const char*>(data), size}));
     } catch (const kpTables::sql::SqlError&) {
         return 0;
     }
     // What was printed must be read: an SqlError here ends the fuzzer, too.
-    if (Print(*kpTables::sql::Parse(printed)) != printed) std::abort();
+    if (Print(*kpTables::sql::parse::Parse(printed)) != printed) std::abort();
     return 0;
 }

@@ -1,6 +1,7 @@
 // What the front end asks an engine about the tables of its book.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,5 +30,14 @@ public:
     /// The table of that name, letters without regard to case, or nullptr. Stays valid until the schema changes.
     virtual const CatalogTable* Find(std::string_view table) const = 0;
 };
+
+/// The table, or SqlError UnknownTable.
+const CatalogTable& RequireTable(const Catalog& catalog, const std::string& name, std::size_t offset);
+/// The column of that name, letters without regard to case, or nullptr.
+const CatalogColumn* FindColumn(const CatalogTable& table, std::string_view name);
+/// The column, or SqlError UnknownColumn.
+const CatalogColumn& RequireColumn(const CatalogTable& table, const std::string& name, std::size_t offset);
+/// The column that stores what is written under the name; SqlError Unsupported when there is none.
+const CatalogColumn& RequireStoredColumn(const CatalogTable& table, const std::string& name, std::size_t offset);
 
 }  // namespace kpTables::sql

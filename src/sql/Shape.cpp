@@ -1,5 +1,6 @@
-#include "sql/Lexer.h"
-#include "sql/Scanner.h"
+#include "sql/Shape.h"
+
+#include "sql/parse/Scanner.h"
 
 namespace kpTables::sql {
 
@@ -24,12 +25,12 @@ std::string_view Placeholder(LiteralKind kind) {
 std::string Shape(std::string_view text, std::vector<LiteralValue>& values) {
     std::string shape;
     shape.reserve(text.size());
-    Scanner scanner(text);
+    parse::Scanner scanner(text);
     // Pieces that stand as the shape has them, with one blank between them or none, are copied together.
     std::size_t begin = 0;
     std::size_t end = 0;
-    for (Lexeme piece = scanner.Next(); piece.kind != TokenKind::End; piece = scanner.Next()) {
-        const bool literal = piece.kind == TokenKind::Literal;
+    for (parse::Lexeme piece = scanner.Next(); piece.kind != parse::TokenKind::End; piece = scanner.Next()) {
+        const bool literal = piece.kind == parse::TokenKind::Literal;
         const bool together = piece.begin == end || (end > 0 && piece.begin == end + 1 && text[end] == ' ');
         if (literal || !together) {
             shape.append(text, begin, end - begin);

@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "sql/Catalog.h"
-#include "sql/Lexer.h"
 #include "sql/Tree.h"
 #include "sql/Type.h"
 
@@ -43,8 +41,8 @@ struct ResultColumn {
 
 struct Translation {
     StatementKind kind = StatementKind::Select;
-    std::string text;                   ///< with parameters ?1 ... ?n
-    std::vector<Parameter> parameters;  ///< ?1 is the first
+    std::string text;                   ///< with numbered parameters
+    std::vector<Parameter> parameters;  ///< by their numbers, from 1
     std::vector<ResultColumn> columns;  ///< of a query, in order; else empty
     /// Literals whose value shaped the text (a TOP, an ordinal, a pattern that a rewrite looked at): the translation
     /// serves another text of the same shape only when these have the same values.

@@ -66,6 +66,12 @@ Node* If(Expression* e) {
 
 enum class LiteralKind { Null, Boolean, Integer, Decimal, Text, Date };
 
+/// The value of one literal of a statement's text, as Literal::text holds it.
+struct LiteralValue {
+    LiteralKind kind;
+    std::string text;
+};
+
 /// A constant. text is its value, not its spelling: 12.5, it's (quotes undoubled), True; of a date what stands between
 /// the # signs, which the engine reads.
 struct Literal : Expression {

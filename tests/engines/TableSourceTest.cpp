@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "engines/FakeDriver.h"
-#include "sql/Parser.h"
 #include "sql/SqlError.h"
+#include "sql/parse/Parser.h"
 
 namespace kpTables {
 namespace {
@@ -17,7 +17,7 @@ protected:
     /// The columns that are written, "*" before them when the recordset holds the whole table; "(none)" when its rows
     /// cannot be edited.
     std::string Written(std::string_view text) {
-        sql::StatementPtr tree = sql::Parse(text);
+        sql::StatementPtr tree = sql::parse::Parse(text);
         const auto source = engines::SourceOfSelect(tree, catalog);
         if (!source) return tree ? "(none)" : "(the tree is gone)";
         std::string columns = source->wholeTable ? "*" : "";

@@ -9,7 +9,7 @@
 #include "engines/sqlite/Database.h"
 #include "engines/sqlite/functions/Function.h"
 #include "kpTables/Error.h"
-#include "sql/sqlite/FunctionList.h"
+#include "sql/print/sqlite/FunctionList.h"
 
 namespace kpTables::sqlite {
 namespace {
@@ -28,7 +28,7 @@ TEST(Functions, EveryListedOneIsRegisteredWithItsArity) {
         database.Prepare("SELECT name, narg FROM pragma_function_list WHERE name LIKE 'kp\\_%' ESCAPE '\\'");
     while (list.Step()) registered.emplace(std::string(list.Text(0)), static_cast<int>(list.Integer(1)));
     std::size_t expected = 0;
-    for (const sql::EngineFunction& function : sql::EngineFunctions()) {
+    for (const sql::print::sqlite::EngineFunction& function : sql::print::sqlite::EngineFunctions()) {
         for (int count = function.minimumArguments; count <= function.maximumArguments; ++count, ++expected) {
             EXPECT_TRUE(registered.contains({std::string(function.name), count})) << function.name << '/' << count;
         }

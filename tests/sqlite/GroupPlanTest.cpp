@@ -8,9 +8,9 @@
 #include "TestBook.h"
 #include "TestDatabase.h"
 #include "engines/sqlite/BookFile.h"
-#include "sql/Parser.h"
-#include "sql/sqlite/LineSums.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/Translate.h"
+#include "sql/parse/Parser.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 namespace {
@@ -83,13 +83,14 @@ protected:
     }
 
     std::string PlanOf(const std::string& text) {
-        const sql::StatementPtr statement = sql::Parse(text);
-        sql::AddUpLines(*statement, session_->GetCatalog());
-        return test::PlanOf(session_->GetDatabase(), sql::TranslateForSqlite(*statement, session_->GetCatalog()).text);
+        const sql::StatementPtr statement = sql::parse::Parse(text);
+        return test::PlanOf(
+            session_->GetDatabase(),
+            sql::Translate(*statement, session_->GetCatalog(), sql::print::sqlite::SqliteEngine()).text);
     }
 
     std::string PlanOfPivotValues(const std::string& text) {
-        const sql::StatementPtr statement = sql::Parse(text);
+        const sql::StatementPtr statement = sql::parse::Parse(text);
         auto& transform = static_cast<sql::TransformStatement&>(*statement);
         sql::PassOverLines(transform, session_->GetCatalog());
         return test::PlanOf(session_->GetDatabase(), sql::PivotQuery(transform, session_->GetCatalog()).text);

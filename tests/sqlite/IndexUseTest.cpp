@@ -9,9 +9,9 @@
 #include "TestBook.h"
 #include "TestDatabase.h"
 #include "engines/sqlite/BookFile.h"
-#include "sql/Parser.h"
-#include "sql/sqlite/LineSums.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/Translate.h"
+#include "sql/parse/Parser.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 namespace {
@@ -107,9 +107,10 @@ protected:
     }
 
     std::string PlanOf(const char* text) const {
-        const sql::StatementPtr statement = sql::Parse(text);
-        sql::AddUpLines(*statement, session_->GetCatalog());
-        return test::PlanOf(session_->GetDatabase(), sql::TranslateForSqlite(*statement, session_->GetCatalog()).text);
+        const sql::StatementPtr statement = sql::parse::Parse(text);
+        return test::PlanOf(
+            session_->GetDatabase(),
+            sql::Translate(*statement, session_->GetCatalog(), sql::print::sqlite::SqliteEngine()).text);
     }
     static bool Uses(const std::string& plan, const std::string& index) {
         const std::string use = "INDEX " + index;

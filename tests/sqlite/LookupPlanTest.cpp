@@ -9,8 +9,9 @@
 #include "TestDatabase.h"
 #include "engines/sqlite/BookFile.h"
 #include "kpTables/Convert.h"
-#include "sql/Parser.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/Translate.h"
+#include "sql/parse/Parser.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 namespace {
@@ -76,7 +77,8 @@ protected:
     static std::string PlanOf(std::string_view translated) { return test::PlanOf(session->GetDatabase(), translated); }
     static std::string PlanOfExecute(const std::string& text) {
         session->GetCatalog().Refresh();
-        return PlanOf(sql::TranslateForSqlite(*sql::Parse(text), session->GetCatalog()).text);
+        return PlanOf(
+            sql::Translate(*sql::parse::Parse(text), session->GetCatalog(), sql::print::sqlite::SqliteEngine()).text);
     }
     static std::string IndexOf(const Lookup& lookup) {
         const std::string table = lookup.table;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "sql/sqlite/Names.h"
+#include "sql/Names.h"
 
 namespace kpTables::engines {
 

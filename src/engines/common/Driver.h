@@ -11,8 +11,7 @@
 #include "engines/common/Statement.h"
 #include "engines/common/Transaction.h"
 #include "kpTables/MemoryRecordset.h"
-#include "sql/Translation.h"
-#include "sql/Tree.h"
+#include "sql/print/Engine.h"
 
 namespace kpTables::engines {
 
@@ -35,13 +34,8 @@ public:
     /// See Book::BackUp; no transaction is open.
     virtual void BackUp(const std::string& path) = 0;
 
-    // The front end for this engine. Both may rewrite the tree and raise SqlError.
-    /// pivotValues: of a TRANSFORM without an IN list; else empty.
-    virtual sql::Translation Translate(sql::Statement& statement, const sql::Catalog& catalog,
-                                       const std::vector<sql::LiteralValue>& pivotValues) const = 0;
-    /// The query that lists a TRANSFORM's pivot values in ascending order.
-    virtual sql::Translation TranslatePivotValues(sql::TransformStatement& statement,
-                                                  const sql::Catalog& catalog) const = 0;
+    /// How the front end prints statements for this engine.
+    virtual const sql::print::Engine& Dialect() const noexcept = 0;
 };
 
 }  // namespace kpTables::engines

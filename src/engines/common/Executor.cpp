@@ -8,7 +8,9 @@
 #include "engines/common/PivotValues.h"
 #include "engines/common/TableSource.h"
 #include "kpTables/MemoryRecordset.h"
-#include "sql/Parser.h"
+#include "sql/Shape.h"
+#include "sql/Translate.h"
+#include "sql/parse/Parser.h"
 
 namespace kpTables::engines {
 
@@ -55,7 +57,7 @@ RecordsetPtr Executor::Run(std::string_view text) {
     std::string shape = sql::Shape(text, literals);
     CachedStatementPtr statement = cache_.Find(shape, literals);
     if (!statement) {
-        const sql::StatementPtr tree = sql::Parse(text);
+        const sql::StatementPtr tree = sql::parse::Parse(text);
         if (tree->kind == sql::StatementKind::Transform) {
             return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
         }
@@ -72,7 +74,7 @@ RecordsetPtr Executor::RunQuery(const BoundQuery& query) {
     auto rows = Rows(query);
     if (query.statement->prepared->TakeSchemaChange()) {
         RefreshCatalog();
-        const auto fresh = Translate(*sql::Parse(query.text), {}, query.literals);
+        const auto fresh = Translate(*sql::parse::Parse(query.text), {}, query.literals);
         rows = Rows(*fresh, query.text, query.literals);
     }
     return Answer(std::move(rows));
@@ -105,12 +107,12 @@ RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::str
     RefreshCatalog();
     std::vector<sql::LiteralValue> values;
     if (statement.values.empty()) {
-        const sql::StatementPtr again = sql::Parse(text);
         const CachedStatementPtr pivot =
-            PrepareTranslation(driver_->TranslatePivotValues(static_cast<sql::TransformStatement&>(*again), catalog_));
+            PrepareTranslation(sql::TranslatePivotQuery(statement, catalog_, driver_->Dialect()));
         values = PivotValues(*Rows(*pivot, text, literals));
     }
-    const CachedStatementPtr table = PrepareTranslation(driver_->Translate(statement, catalog_, values));
+    const CachedStatementPtr table =
+        PrepareTranslation(sql::Translate(statement, catalog_, driver_->Dialect(), values));
     return Answer(Rows(*table, text, literals));
 }
 
@@ -139,12 +141,12 @@ CachedStatementPtr Executor::PrepareSource(std::string_view source, SourceKind k
     if (kind == SourceKind::Table) {
         table = SourceOfTable(source, catalog_);
     } else {
-        tree = sql::Parse(source);
+        tree = sql::parse::Parse(source);
         table = SourceOfSelect(tree, catalog_);
     }
     if (!table) return std::make_shared<CachedStatement>();
-    CachedStatementPtr statement =
-        PrepareTranslation(driver_->Translate(*table->select, RowIdCatalog(catalog_, table->table), {}), true);
+    CachedStatementPtr statement = PrepareTranslation(
+        sql::Translate(*table->select, RowIdCatalog(catalog_, table->table), driver_->Dialect()), true);
     statement->writer = driver_->MakeWriter(WrittenTableOf(*table, catalog_));
     return statement;
 }
@@ -181,7 +183,7 @@ std::size_t Executor::CountEditable(BoundQuery& query, const std::vector<std::in
 CachedStatementPtr Executor::Translate(sql::Statement& tree, std::string shape,
                                        const std::vector<sql::LiteralValue>& literals) {
     RefreshCatalog();
-    CachedStatementPtr statement = PrepareTranslation(driver_->Translate(tree, catalog_, {}));
+    CachedStatementPtr statement = PrepareTranslation(sql::Translate(tree, catalog_, driver_->Dialect()));
     if (!ChangesSchema(tree.kind) && !shape.empty()) cache_.Add(std::move(shape), literals, statement);
     return statement;
 }

@@ -9,8 +9,8 @@
 #include "engines/common/LiteralConversion.h"
 #include "engines/common/ValueSink.h"
 #include "kpTables/Error.h"
-#include "sql/Lexer.h"
 #include "sql/Translation.h"
+#include "sql/Tree.h"
 
 namespace kpTables::engines {
 

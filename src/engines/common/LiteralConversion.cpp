@@ -60,7 +60,7 @@ const char* Wanted(Binding binding) noexcept {
 }
 
 std::size_t OffsetOfLiteral(int ordinal, std::string_view text) {
-    for (const sql::Token& token : sql::Tokenize(text).tokens) {
+    for (const sql::parse::Token& token : sql::parse::Tokenize(text).tokens) {
         if (token.ordinal == ordinal) return token.offset;
     }
     return 0;

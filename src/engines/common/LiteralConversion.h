@@ -9,8 +9,8 @@
 #include "kpTables/Currency.h"
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
-#include "sql/Lexer.h"
 #include "sql/Translation.h"
+#include "sql/Tree.h"
 
 namespace kpTables::engines {
 

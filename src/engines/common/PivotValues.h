@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "recordset/RowStore.h"
-#include "sql/Lexer.h"
+#include "sql/Tree.h"
 
 namespace kpTables::engines {
 

@@ -10,8 +10,8 @@
 #include "engines/common/RowWriter.h"
 #include "kpTables/Connection.h"
 #include "recordset/RowStore.h"
-#include "sql/Lexer.h"
 #include "sql/Translation.h"
+#include "sql/Tree.h"
 
 namespace kpTables::engines {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "engines/common/Statement.h"
-#include "sql/Lexer.h"
+#include "sql/Tree.h"
 
 namespace kpTables::engines {
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "kpTables/Error.h"
-#include "sql/sqlite/Names.h"
+#include "sql/Names.h"
 
 namespace kpTables::engines {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "sql/Names.h"
 #include "sql/SqlError.h"
-#include "sql/sqlite/Names.h"
 
 namespace kpTables::engines {
 

@@ -6,9 +6,9 @@
 
 #include "engines/sqlite/RowReader.h"
 #include "engines/sqlite/TableDefinition.h"
-#include "sql/sqlite/DeclaredType.h"
-#include "sql/sqlite/Names.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/Names.h"
+#include "sql/print/sqlite/DeclaredType.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 
@@ -22,7 +22,7 @@ constexpr std::string_view kTables =
 /// A row for each column of a table. The table-valued form of the pragma takes four times as long, because SQLite first
 /// makes a virtual table of it.
 PreparedStatement PrepareColumns(const Database& database, std::string_view table) {
-    return database.Prepare("PRAGMA table_xinfo(" + sql::QuoteText(table) + ")");
+    return database.Prepare("PRAGMA table_xinfo(" + sql::print::sqlite::QuotedText(table) + ")");
 }
 enum ColumnsOfColumns { kName = 1, kType, kNotNull, kDefault, kKey, kHidden };
 
@@ -63,8 +63,8 @@ std::optional<sql::CatalogTable> BookCatalog::ReadTable(std::string_view name) c
     bool anyComputed = false;
     while (columns.Step()) {
         const std::string column(columns.Text(kName));
-        table.columns.push_back(
-            sql::ColumnOfDeclaredType(column, columns.Text(kType), IsAutoincrement(database_, table.name, column)));
+        table.columns.push_back(sql::print::sqlite::ColumnOfDeclaredType(
+            column, columns.Text(kType), IsAutoincrement(database_, table.name, column)));
         table.columns.back().computed = columns.Integer(kHidden) != 0;
         anyComputed = anyComputed || table.columns.back().computed;
     }

@@ -6,7 +6,7 @@
 
 #include "engines/sqlite/Failure.h"
 #include "kpTables/MemoryRecordset.h"
-#include "sql/sqlite/FunctionList.h"
+#include "sql/print/sqlite/FunctionList.h"
 #include "text/TextOrder.h"
 
 namespace kpTables::sqlite {
@@ -25,7 +25,7 @@ int CollateCallback(void*, int leftSize, const void* left, int rightSize, const 
 const TextOrder kBookTexts = {text::CompareTexts, KeyOfText};
 
 void RegisterCollation(sqlite3* database) {
-    const std::string name(sql::kTextCollation);
+    const std::string name(sql::print::sqlite::kTextCollation);
     Check(database,
           sqlite3_create_collation_v2(database, name.c_str(), SQLITE_UTF8, nullptr, CollateCallback, nullptr));
 }

@@ -10,8 +10,7 @@
 #include "engines/sqlite/RowReader.h"
 #include "engines/sqlite/TableWriter.h"
 #include "engines/sqlite/functions/Function.h"
-#include "sql/sqlite/LineSums.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 
@@ -75,16 +74,6 @@ std::shared_ptr<engines::RowWriter> SqliteDriver::MakeWriter(engines::WrittenTab
 
 void SqliteDriver::BackUp(const std::string& path) { CopyToNewFile(database_, path); }
 
-sql::Translation SqliteDriver::Translate(sql::Statement& statement, const sql::Catalog& catalog,
-                                         const std::vector<sql::LiteralValue>& pivotValues) const {
-    sql::AddUpLines(statement, catalog);
-    return sql::TranslateForSqlite(statement, catalog, pivotValues);
-}
-
-sql::Translation SqliteDriver::TranslatePivotValues(sql::TransformStatement& statement,
-                                                    const sql::Catalog& catalog) const {
-    sql::PassOverLines(statement, catalog);
-    return sql::PivotQuery(statement, catalog);
-}
+const sql::print::Engine& SqliteDriver::Dialect() const noexcept { return sql::print::sqlite::SqliteEngine(); }
 
 }  // namespace kpTables::sqlite

@@ -39,10 +39,7 @@ public:
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     void BackUp(const std::string& path) override;
 
-    sql::Translation Translate(sql::Statement& statement, const sql::Catalog& catalog,
-                               const std::vector<sql::LiteralValue>& pivotValues) const override;
-    sql::Translation TranslatePivotValues(sql::TransformStatement& statement,
-                                          const sql::Catalog& catalog) const override;
+    const sql::print::Engine& Dialect() const noexcept override;
 
 private:
     Database database_;

@@ -4,7 +4,7 @@
 
 #include "engines/common/Failure.h"
 #include "engines/common/ValueSink.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
 
@@ -23,7 +23,7 @@ int BindAll(PreparedStatement& statement, WrittenValues values) {
 }  // namespace
 
 TableWriter::TableWriter(const Database& database, WrittenTable table)
-    : RowWriter(std::move(table)), database_(database), quotedName_(sql::QuoteForSqlite(Table().name)) {}
+    : RowWriter(std::move(table)), database_(database), quotedName_(sql::print::sqlite::QuotedName(Table().name)) {}
 
 std::int64_t TableWriter::CountRows() {
     if (!count_) count_ = database_.Prepare("SELECT COUNT(*) FROM " + quotedName_);
@@ -74,7 +74,7 @@ std::string TableWriter::InsertText(const ColumnSet& set) const {
             names += ", ";
             values += ", ";
         }
-        names += sql::QuoteForSqlite(columns[i].name);
+        names += sql::print::sqlite::QuotedName(columns[i].name);
         values += '?';
     }
     return "INSERT INTO " + quotedName_ + " (" + names + ") VALUES (" + values + ")";
@@ -85,7 +85,7 @@ std::string TableWriter::UpdateText(const ColumnSet& set) const {
     std::string text;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (!set.Has(static_cast<int>(i))) continue;
-        text += (text.empty() ? "" : ", ") + sql::QuoteForSqlite(columns[i].name) + " = ?";
+        text += (text.empty() ? "" : ", ") + sql::print::sqlite::QuotedName(columns[i].name) + " = ?";
     }
     return "UPDATE " + quotedName_ + " SET " + text + " WHERE rowid = ?";
 }

@@ -1,7 +1,7 @@
 #include "engines/sqlite/TextOrderVersion.h"
 
 #include "kpTables/Error.h"
-#include "sql/sqlite/FunctionList.h"
+#include "sql/print/sqlite/FunctionList.h"
 #include "text/TextOrder.h"
 
 namespace kpTables::sqlite {
@@ -39,7 +39,7 @@ void BringIndexesUpToDate(const Database& database, const std::string& path) {
     if (IsUpToDate(database)) return;
     if (database.IsReadOnly()) return CheckIndexes(database, path);
     database.Run("BEGIN IMMEDIATE");
-    database.Run("REINDEX " + std::string(sql::kTextCollation));
+    database.Run("REINDEX " + std::string(sql::print::sqlite::kTextCollation));
     RecordTextOrderVersion(database);
     database.Run("COMMIT");
 }

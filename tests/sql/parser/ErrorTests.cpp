@@ -3,11 +3,11 @@
 
 #include <string>
 
-#include "sql/Parser.h"
 #include "sql/SqlError.h"
+#include "sql/parse/Parser.h"
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 namespace {
 
 struct Row {
@@ -204,4 +204,4 @@ TEST(Errors, Unsupported) {
 }
 
 }  // namespace
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -4,10 +4,10 @@
 #include <string>
 
 #include "TreeDump.h"
-#include "sql/Parser.h"
-#include "sql/TextPrinter.h"
+#include "sql/parse/Parser.h"
+#include "sql/parse/TextPrinter.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 namespace {
 
 struct Row {
@@ -185,4 +185,4 @@ TEST(Expression, TreesByHand) {
 }
 
 }  // namespace
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

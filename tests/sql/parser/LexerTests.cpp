@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "sql/Lexer.h"
+#include "sql/parse/Lexer.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 namespace {
 
 /// W:word Q:quoted name O:operator V:variable, literals by their kind; one blank between two tokens.
@@ -125,4 +125,4 @@ TEST(Lexer, OffsetsAndOrdinals) {
 }
 
 }  // namespace
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -7,13 +7,14 @@
 #include <vector>
 
 #include "TreeDump.h"
-#include "sql/Lexer.h"
-#include "sql/Parser.h"
+#include "sql/Shape.h"
 #include "sql/SqlError.h"
-#include "sql/TextPrinter.h"
+#include "sql/parse/Lexer.h"
+#include "sql/parse/Parser.h"
+#include "sql/parse/TextPrinter.h"
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 namespace {
 
 constexpr int kMutationsPerText = 60;
@@ -140,4 +141,4 @@ TEST(Mutation, ShapeAgreesWithTokenize) {
 }
 
 }  // namespace
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -4,11 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "sql/Lexer.h"
+#include "sql/Shape.h"
 #include "sql/SqlError.h"
+#include "sql/parse/Lexer.h"
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 namespace {
 
 struct Row {
@@ -114,4 +115,4 @@ TEST(Shape, TellsKindsApart) {
 }
 
 }  // namespace
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "TreeDump.h"
-#include "sql/Parser.h"
 #include "sql/SqlError.h"
-#include "sql/TextPrinter.h"
+#include "sql/parse/Parser.h"
+#include "sql/parse/TextPrinter.h"
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 namespace {
 
 TEST(Statements, EveryTextReadsAndPrints) {
@@ -195,4 +195,4 @@ TEST(Limits, TooDeep) {
 }
 
 }  // namespace
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

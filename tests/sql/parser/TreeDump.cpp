@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -200,4 +200,4 @@ std::string Dump(const Expression& expression) { return DumpOpen(expression) + "
 
 std::string Dump(const Statement& statement) { return DumpOpen(statement) + ")"; }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

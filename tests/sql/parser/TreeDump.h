@@ -6,9 +6,9 @@
 
 #include "sql/Tree.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 std::string Dump(const Statement& statement);
 std::string Dump(const Expression& expression);
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

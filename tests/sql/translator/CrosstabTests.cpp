@@ -2,8 +2,9 @@
 
 #include "TestCatalog.h"
 #include "TranslationText.h"
-#include "sql/Parser.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/Translate.h"
+#include "sql/parse/Parser.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sql::test {
 
@@ -13,8 +14,9 @@ const std::vector<LiteralValue> kMonths = {{LiteralKind::Null, ""}, {LiteralKind
 
 Translation PivotQueryOf(std::string_view text) {
     const TestCatalog catalog;
-    const auto statement = Parse(text);
-    return PivotQuery(static_cast<const TransformStatement&>(*statement), catalog);
+    const auto statement = parse::Parse(text);
+    return TranslatePivotQuery(static_cast<const TransformStatement&>(*statement), catalog,
+                               print::sqlite::SqliteEngine());
 }
 
 }  // namespace

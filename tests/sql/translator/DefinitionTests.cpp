@@ -1,7 +1,9 @@
 #include "ExpressionCases.h"
-#include "sql/sqlite/DeclaredType.h"
+#include "sql/print/sqlite/DeclaredType.h"
 
 namespace kpTables::sql::test {
+
+using namespace print::sqlite;
 
 TEST(Definitions, Tables) {
     CheckStatements({

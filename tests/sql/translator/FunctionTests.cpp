@@ -5,9 +5,11 @@
 #include <vector>
 
 #include "ExpressionCases.h"
-#include "sql/sqlite/FunctionList.h"
+#include "sql/print/sqlite/FunctionList.h"
 
 namespace kpTables::sql::test {
+
+using namespace print::sqlite;
 
 TEST(Functions, Conversions) {
     CheckExpressions({

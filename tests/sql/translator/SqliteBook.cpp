@@ -2,21 +2,23 @@
 
 #include <stdexcept>
 
-#include "sql/Parser.h"
-#include "sql/sqlite/DeclaredType.h"
-#include "sql/sqlite/FunctionList.h"
-#include "sql/sqlite/LineSums.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/Translate.h"
+#include "sql/parse/Parser.h"
+#include "sql/print/sqlite/DeclaredType.h"
+#include "sql/print/sqlite/FunctionList.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sql::test {
+
+using print::sqlite::DeclaredType;
+using print::sqlite::EngineFunctions;
+using print::sqlite::QuotedName;
 
 namespace {
 
 Translation TranslatedAsForABook(const std::string& text, const Catalog& catalog,
                                  const std::vector<LiteralValue>& pivotValues = {}) {
-    const StatementPtr statement = Parse(text);
-    AddUpLines(*statement, catalog);
-    return TranslateForSqlite(*statement, catalog, pivotValues);
+    return Translate(*parse::Parse(text), catalog, print::sqlite::SqliteEngine(), pivotValues);
 }
 
 int CompareTexts(void*, int leftSize, const void* left, int rightSize, const void* right) {
@@ -80,9 +82,9 @@ SqliteBook::SqliteBook() {
             TypeName type;
             type.type = column.type;
             type.counter = column.counter;
-            columns += (columns.empty() ? "" : ", ") + QuoteForSqlite(column.name) + " " + DeclaredType(type, false);
+            columns += (columns.empty() ? "" : ", ") + QuotedName(column.name) + " " + DeclaredType(type, false);
         }
-        RunPlain("CREATE TABLE " + QuoteForSqlite(table.name) + " (" + columns + ")");
+        RunPlain("CREATE TABLE " + QuotedName(table.name) + " (" + columns + ")");
     }
 }
 
@@ -119,7 +121,7 @@ std::string SqliteBook::RunPlain(const std::string& sql, const std::vector<Bound
 
 std::string SqliteBook::Run(const std::string& text, const std::vector<LiteralValue>& pivotValues) {
     const auto translation = TranslatedAsForABook(text, catalog_, pivotValues);
-    const auto literals = Tokenize(text).literals;
+    const auto literals = parse::Tokenize(text).literals;
     std::vector<BoundValue> parameters;
     for (const auto& parameter : translation.parameters)
         parameters.push_back(Bound(literals.at(static_cast<std::size_t>(parameter.literal)), parameter.binding));

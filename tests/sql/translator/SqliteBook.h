@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "TestCatalog.h"
-#include "sql/Lexer.h"
+#include "sql/parse/Lexer.h"
 
 namespace kpTables::sql::test {
 

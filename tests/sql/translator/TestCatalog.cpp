@@ -1,6 +1,6 @@
 #include "TestCatalog.h"
 
-#include "sql/sqlite/Names.h"
+#include "sql/Names.h"
 
 namespace kpTables::sql::test {
 

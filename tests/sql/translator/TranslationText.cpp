@@ -3,8 +3,9 @@
 #include <algorithm>
 
 #include "TestCatalog.h"
-#include "sql/Parser.h"
-#include "sql/sqlite/SqliteTranslator.h"
+#include "sql/Translate.h"
+#include "sql/parse/Parser.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sql::test {
 
@@ -50,8 +51,25 @@ std::string Between(const std::string& text, std::string_view before, std::strin
 }  // namespace
 
 Translation Translated(std::string_view text, const std::vector<LiteralValue>& pivotValues) {
+    return TranslatedBut("eager aggregation", text, pivotValues);
+}
+
+Translation TranslatedWhole(std::string_view text, const std::vector<LiteralValue>& pivotValues) {
+    return TranslatedBut("", text, pivotValues);
+}
+
+Translation TranslatedBut(std::string_view rule, std::string_view text, const std::vector<LiteralValue>& pivotValues) {
     const TestCatalog catalog;
-    return TranslateForSqlite(*Parse(text), catalog, pivotValues);
+    const auto statement = parse::Parse(text);
+    const auto rules = RulesBut(rule);
+    return Translate(*statement, catalog, print::sqlite::SqliteEngine(), pivotValues, rules);
+}
+
+std::vector<rewrite::Rule> RulesBut(std::string_view name) {
+    std::vector<rewrite::Rule> rules;
+    for (const auto& rule : rewrite::Rules())
+        if (rule.name != name) rules.push_back(rule);
+    return rules;
 }
 
 std::string ParametersOf(const Translation& translation) {

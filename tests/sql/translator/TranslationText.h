@@ -6,11 +6,19 @@
 #include <vector>
 
 #include "sql/Translation.h"
+#include "sql/rewrite/Rules.h"
 
 namespace kpTables::sql::test {
 
-/// The translation of a text against the test catalog.
+/// The translation of a text against the test catalog by all rules but eager aggregation, so that texts with sums show
+/// what the other rules make of them.
 Translation Translated(std::string_view text, const std::vector<LiteralValue>& pivotValues = {});
+/// By all rules.
+Translation TranslatedWhole(std::string_view text, const std::vector<LiteralValue>& pivotValues = {});
+/// By all rules but the one of that name.
+Translation TranslatedBut(std::string_view rule, std::string_view text,
+                          const std::vector<LiteralValue>& pivotValues = {});
+std::vector<rewrite::Rule> RulesBut(std::string_view name);
 
 /// "0 Text, 1 Long": the literal and the binding of ?1, ?2, ...
 std::string ParametersOf(const Translation& translation);

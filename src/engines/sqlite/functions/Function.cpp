@@ -8,7 +8,7 @@
 #include "../Failure.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
-#include "sql/sqlite/FunctionList.h"
+#include "sql/print/sqlite/FunctionList.h"
 
 namespace kpTables::sqlite {
 
@@ -33,7 +33,8 @@ void CallScalar(sqlite3_context* context, int count, sqlite3_value** values) noe
     }
 }
 
-void RegisterScalar(sqlite3* database, const sql::EngineFunction& listed, const ScalarFunction& function) {
+void RegisterScalar(sqlite3* database, const sql::print::sqlite::EngineFunction& listed,
+                    const ScalarFunction& function) {
     const int flags = SQLITE_UTF8 | SQLITE_INNOCUOUS | (listed.deterministic ? SQLITE_DETERMINISTIC : 0);
     const std::string name(listed.name);
     // SQLite hands the pointer back as it is. NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
@@ -132,7 +133,7 @@ void Answer::Date(kpTables::Date date) { Text(date.ToIso()); }
 void RegisterFunctions(sqlite3* database) {
     RegisterFirstAndLast(database);
     RegisterSpread(database);
-    for (const sql::EngineFunction& listed : sql::EngineFunctions()) {
+    for (const sql::print::sqlite::EngineFunction& listed : sql::print::sqlite::EngineFunctions()) {
         if (const ScalarFunction* function = FindScalar(listed.name)) RegisterScalar(database, listed, *function);
     }
 }

@@ -2,7 +2,7 @@
 
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 std::vector<std::string> AllTexts() {
     std::vector<std::string> all;
@@ -15,4 +15,4 @@ std::vector<std::string> AllTexts() {
     return all;
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -1,7 +1,7 @@
 // The balance table: its lists, its repair and the figures of one product.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -102,4 +102,4 @@ std::vector<std::string> BalanceTexts() {
     return texts;
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -1,7 +1,7 @@
 // The filtered bill list with each of its filters.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -77,4 +77,4 @@ std::vector<std::string> BillListTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

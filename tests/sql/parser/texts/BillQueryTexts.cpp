@@ -1,7 +1,7 @@
 // The query form: product summary, lines, bill numbers and bill count.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -92,4 +92,4 @@ std::vector<std::string> BillQueryTexts() {
     return texts;
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

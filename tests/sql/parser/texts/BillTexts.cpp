@@ -1,7 +1,7 @@
 // Lines, totals, audit and deletion of bills; bill numbers and counts.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -90,4 +90,4 @@ std::vector<std::string> BillTexts() {
     return texts;
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

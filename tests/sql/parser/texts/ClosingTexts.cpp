@@ -1,7 +1,7 @@
 // The month-end closing.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 std::vector<std::string> ClosingTexts() {
     return {
@@ -34,4 +34,4 @@ std::vector<std::string> ClosingTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -1,7 +1,7 @@
 // The daily report.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -55,4 +55,4 @@ std::vector<std::string> DailyTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -1,7 +1,7 @@
 // Options, the book's period, a new book.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 std::vector<std::string> FrameTexts() {
     return {
@@ -22,4 +22,4 @@ std::vector<std::string> FrameTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

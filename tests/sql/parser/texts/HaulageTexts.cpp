@@ -1,7 +1,7 @@
 // Work orders and the drivers' pay sheet.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::vector<std::string> HaulageTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

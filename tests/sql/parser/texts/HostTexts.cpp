@@ -1,7 +1,7 @@
 // Operators, the log, grid layouts and saved report settings.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 std::vector<std::string> HostTexts() {
     return {
@@ -30,4 +30,4 @@ std::vector<std::string> HostTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -1,7 +1,7 @@
 // Reference lists, lookups and the product catalogue.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -87,4 +87,4 @@ std::vector<std::string> MasterTexts() {
     return texts;
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

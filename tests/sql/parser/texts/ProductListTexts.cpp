@@ -1,7 +1,7 @@
 // The products that occur in a source.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 std::vector<std::string> ProductListTexts() {
     return {
@@ -29,4 +29,4 @@ std::vector<std::string> ProductListTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

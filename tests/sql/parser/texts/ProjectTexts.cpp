@@ -1,7 +1,7 @@
 // The cross-tab of projects and months.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -37,4 +37,4 @@ std::vector<std::string> ProjectTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

@@ -1,6 +1,6 @@
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 std::vector<RejectedText> RejectedTexts() {
     return {
@@ -44,4 +44,4 @@ std::vector<RejectedText> RejectedTexts() {
     };
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

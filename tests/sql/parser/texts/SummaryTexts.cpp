@@ -1,7 +1,7 @@
 // Reports: bill dates, one product's balance, totals by product, partner and free-text column.
 #include "texts/Texts.h"
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 namespace {
 
@@ -133,4 +133,4 @@ std::vector<std::string> SummaryTexts() {
     return texts;
 }
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

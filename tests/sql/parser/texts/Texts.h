@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace kpTables::sql {
+namespace kpTables::sql::parse {
 
 std::vector<std::string> FrameTexts();
 std::vector<std::string> MasterTexts();
@@ -30,4 +30,4 @@ struct RejectedText {
 };
 std::vector<RejectedText> RejectedTexts();
 
-}  // namespace kpTables::sql
+}  // namespace kpTables::sql::parse

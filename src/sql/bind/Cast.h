@@ -1,0 +1,17 @@
+// Conversions that a statement asks for.
+#pragma once
+
+#include "sql/Tree.h"
+#include "sql/bind/Context.h"
+#include "sql/bind/Term.h"
+
+namespace kpTables::sql::bind {
+
+/// CAST(operand AS type) as the server does it: a number becomes a date counting from 1900-01-01, a double is cut to a
+/// whole number, char(n) is padded.
+TermPtr BindCast(Context& context, TermPtr operand, const TypeName& type);
+
+/// CDATE(operand): a literal stays one, so that a comparison can bind it as it needs it.
+TermPtr BindDate(Context& context, TermPtr operand);
+
+}  // namespace kpTables::sql::bind

@@ -1,0 +1,130 @@
+#include <algorithm>
+#include <utility>
+
+#include "sql/bind/Conversions.h"
+#include "sql/bind/Operators.h"
+
+namespace kpTables::sql::bind {
+
+namespace {
+
+// What values are compared as.
+enum class Domain { Number, Boolean, Money, Date, Text };
+
+struct Seen {
+    bool date = false;
+    bool money = false;
+    bool text = false;    // other than a literal
+    bool number = false;  // other than Boolean
+    bool boolean = false;
+    bool textLiteral = false;  // which reads as whatever stands on the other side
+};
+
+Domain DomainOf(const Seen& seen, const Term& first) {
+    if (seen.date) return Domain::Date;
+    if (seen.text && (seen.number || seen.boolean)) RaiseMismatch(first, "a text is compared with a number");
+    if (seen.money) return Domain::Money;
+    if (seen.number) return Domain::Number;
+    if (seen.boolean) return Domain::Boolean;
+    return seen.text || seen.textLiteral ? Domain::Text : Domain::Number;
+}
+
+void Look(Seen& seen, Type type, bool literal) {
+    seen.date |= type == Type::Date;
+    seen.money |= type == Type::Currency;
+    seen.boolean |= type == Type::Boolean;
+    seen.number |= IsNumeric(type) && type != Type::Boolean;
+    (literal ? seen.textLiteral : seen.text) |= type == Type::Text;
+}
+
+// Currency is stored in ten-thousandths: whatever it meets is brought to them, so that a column of it keeps its index.
+TermPtr InMoney(Context& context, TermPtr term) {
+    if (const auto* literal = If<LiteralTerm>(term)) return Bound(context, *literal, Binding::CurrencyBound);
+    if (term->type != Type::Double) return Converted(context, std::move(term), Type::Currency);
+    auto money = std::make_shared<Conversion>(std::move(term), Type::Currency);
+    money->rounded = false;
+    return money;
+}
+
+TermPtr InDomain(Context& context, TermPtr term, Domain domain) {
+    switch (domain) {
+        case Domain::Money:
+            return InMoney(context, std::move(term));
+        case Domain::Date:
+            return Converted(context, std::move(term), Type::Date);
+        case Domain::Text:
+            return Converted(context, std::move(term), Type::Text);
+        case Domain::Boolean:
+            if (const auto* literal = If<LiteralTerm>(term)) return Bound(context, *literal, Binding::Boolean);
+            return AsValue(context, std::move(term));
+        case Domain::Number:
+            break;
+    }
+    return AsNumber(context, std::move(term));
+}
+
+ComparisonOperator OperatorOf(BinaryOperator op) {
+    switch (op) {
+        case BinaryOperator::Equal:
+            return ComparisonOperator::Equal;
+        case BinaryOperator::NotEqual:
+            return ComparisonOperator::NotEqual;
+        case BinaryOperator::Less:
+            return ComparisonOperator::Less;
+        case BinaryOperator::LessEqual:
+            return ComparisonOperator::LessEqual;
+        case BinaryOperator::Greater:
+            return ComparisonOperator::Greater;
+        default:
+            return ComparisonOperator::GreaterEqual;
+    }
+}
+
+}  // namespace
+
+void MakeComparable(Context& context, TermPtr& operand, std::vector<TermPtr*> values) {
+    values.insert(values.begin(), &operand);
+    Seen seen;
+    for (const TermPtr* value : values) Look(seen, (*value)->type, (*value)->kind == TermKind::Literal);
+    const Domain domain = DomainOf(seen, *operand);
+    for (TermPtr* value : values) *value = InDomain(context, std::move(*value), domain);
+    // The collation is that of the side that is a column, the left one first.
+    const bool collated =
+        std::any_of(values.begin(), values.end(), [](const TermPtr* value) { return StoredColumn(**value); });
+    if (!collated || values.size() > 2) operand = Collated(std::move(operand));
+}
+
+TermPtr BindComparison(Context& context, BinaryOperator op, TermPtr left, TermPtr right) {
+    MakeComparable(context, left, {&right});
+    return Compare(OperatorOf(op), std::move(left), std::move(right));
+}
+
+TermPtr BindBetween(Context& context, TermPtr operand, TermPtr low, TermPtr high, bool negated) {
+    MakeComparable(context, operand, {&low, &high});
+    return std::make_shared<BetweenTerm>(std::move(operand), std::move(low), std::move(high), negated);
+}
+
+TermPtr BindInList(Context& context, TermPtr operand, Terms items, bool negated) {
+    std::vector<TermPtr*> values;
+    for (TermPtr& item : items) values.push_back(&item);
+    MakeComparable(context, operand, values);
+    // One value compares with = to the same effect, but only the operand's collation counts in a list.
+    return std::make_shared<InListTerm>(Collated(std::move(operand)), std::move(items), negated);
+}
+
+TermPtr MembershipOperand(Context& context, TermPtr operand, Type column) {
+    Seen seen;
+    Look(seen, operand->type, operand->kind == TermKind::Literal);
+    Look(seen, column, false);
+    const Domain domain = DomainOf(seen, *operand);
+    // The query stays as it is, so that an index answers it: only the operand can be brought to the column's type.
+    if (domain == Domain::Date) {
+        if (column == Type::Text) RaiseMismatch(*operand, "a date is looked for among texts");
+        return Converted(context, std::move(operand), Type::Date);
+    }
+    if (column == Type::Currency) return InMoney(context, std::move(operand));
+    if (domain == Domain::Text) return Collated(AsText(context, std::move(operand)));
+    return AsNumber(context, std::move(operand));
+}
+
+}  // namespace kpTables::sql::bind

@@ -1,0 +1,33 @@
+#include "sql/bind/Context.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "sql/SqlError.h"
+
+namespace kpTables::sql::bind {
+
+void FixLiteral(std::vector<int>& fixedLiterals, int ordinal) {
+    if (ordinal >= 0 && std::find(fixedLiterals.begin(), fixedLiterals.end(), ordinal) == fixedLiterals.end())
+        fixedLiterals.push_back(ordinal);
+}
+
+std::shared_ptr<ParameterTerm> Context::Parameter(const Literal& literal, Binding binding, Type type) {
+    return std::make_shared<ParameterTerm>(literal, binding, type, kSequenceStep * ++parameters_);
+}
+
+long long Context::WholeNumber(const Expression& expression) {
+    const auto* literal = sql::If<Literal>(&expression);
+    long long value = 0;
+    if (literal && literal->literal == LiteralKind::Integer) {
+        const char* end = literal->text.data() + literal->text.size();
+        const auto read = std::from_chars(literal->text.data(), end, value);
+        if (read.ec == std::errc() && read.ptr == end) {
+            Fix(*literal);
+            return value;
+        }
+    }
+    throw SqlError(ErrorKind::Syntax, "a whole number is expected", expression.offset);
+}
+
+}  // namespace kpTables::sql::bind

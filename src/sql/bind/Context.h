@@ -1,0 +1,61 @@
+// What the binding of one statement shares, and where an expression stands.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "sql/Catalog.h"
+#include "sql/Translation.h"
+#include "sql/Tree.h"
+#include "sql/bind/Term.h"
+
+namespace kpTables::sql::bind {
+
+class Scope;
+
+/// Notes that a statement's meaning depends on a literal's value.
+void FixLiteral(std::vector<int>& fixedLiterals, int ordinal);
+
+class Context {
+public:
+    Context(const Catalog& catalog, std::vector<int>& fixedLiterals)
+        : catalog_(catalog), fixedLiterals_(fixedLiterals) {}
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+
+    const Catalog& Tables() const noexcept { return catalog_; }
+    /// The table, or SqlError UnknownTable.
+    const CatalogTable& Table(const std::string& name, std::size_t offset) const {
+        return RequireTable(catalog_, name, offset);
+    }
+
+    /// A parameter that is given the literal's value.
+    std::shared_ptr<ParameterTerm> Parameter(const Literal& literal, Binding binding, Type type);
+    void Fix(const Literal& literal) { FixLiteral(fixedLiterals_, literal.ordinal); }
+    /// The value of a whole-number literal that shapes the text (it is fixed), or SqlError Syntax.
+    long long WholeNumber(const Expression& expression);
+
+private:
+    const Catalog& catalog_;
+    std::vector<int>& fixedLiterals_;
+    int parameters_ = 0;
+};
+
+/// Where an expression stands.
+struct Place {
+    Context& context;
+    const Scope& scope;
+    /// Why an aggregate may not stand here, nullptr when it may.
+    const char* aggregateRefusal = nullptr;
+    /// The condition of the rows that aggregates look at, null for all.
+    TermPtr aggregateFilter = nullptr;
+};
+
+/// SqlError for an unknown name, a function that is not known and operands that do not go together. A literal is not
+/// yet a parameter: see Settled.
+TermPtr BindExpression(const Expression& expression, const Place& place);
+
+/// A whole condition, to stand after WHERE or beside AND.
+TermPtr BindCondition(const Expression& expression, const Place& place);
+
+}  // namespace kpTables::sql::bind

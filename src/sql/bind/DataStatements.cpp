@@ -1,0 +1,151 @@
+// INSERT, UPDATE and DELETE.
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "sql/Names.h"
+#include "sql/SqlError.h"
+#include "sql/bind/Conversions.h"
+#include "sql/bind/QueryBinder.h"
+#include "sql/bind/StatementBinder.h"
+
+namespace kpTables::sql::bind {
+
+namespace {
+
+constexpr const char* kNoAggregate = "cannot have an aggregate function in the statement";
+
+// Whether a name is a second one for a column that the statement names as well, whose value counts then.
+bool IsRepeated(const CatalogTable& table, const std::string& name, const std::vector<std::string>& names) {
+    const CatalogColumn* column = FindColumn(table, name);
+    return column && column->computed && std::any_of(names.begin(), names.end(), [&](const std::string& other) {
+               return SameName(other, column->source);
+           });
+}
+
+// A column for each value; null for a value that does not count.
+std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const InsertStatement& statement) {
+    std::vector<const CatalogColumn*> columns;
+    for (std::size_t i = 0; i < statement.columns.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j)
+            if (SameName(statement.columns[i], statement.columns[j]))
+                throw SqlError(ErrorKind::Syntax, "the column '" + statement.columns[j] + "' is given twice",
+                               statement.columnOffsets[i]);
+        const CatalogColumn& column = RequireStoredColumn(table, statement.columns[i], statement.columnOffsets[i]);
+        columns.push_back(IsRepeated(table, statement.columns[i], statement.columns) ? nullptr : &column);
+    }
+    if (statement.columns.empty())
+        for (const auto& column : table.columns)
+            if (!column.computed) columns.push_back(&column);
+    return columns;
+}
+
+// The value as the column stores it; a text must not be longer than it takes.
+TermPtr ColumnValue(Context& context, TermPtr value, const CatalogColumn& column) {
+    value = AsStored(context, std::move(value), column.type);
+    if (column.length == 0 || value->type == Type::Null) return value;
+    return Call(
+        "fit", {std::move(value), NumberConstant(std::to_string(column.length), Type::Long), TextConstant(column.name)},
+        Type::Text);
+}
+
+void CheckCount(std::size_t columns, std::size_t values, std::size_t offset) {
+    if (columns != values)
+        throw SqlError(ErrorKind::Syntax,
+                       "there are " + std::to_string(values) + " values for " + std::to_string(columns) + " columns",
+                       offset);
+}
+
+std::vector<TermPtr> BindValues(Context& context, const InsertStatement& statement,
+                                const std::vector<const CatalogColumn*>& columns) {
+    CheckCount(columns.size(), statement.values.size(), statement.offset);
+    const Scope none(nullptr);
+    std::vector<TermPtr> values;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (!columns[i]) continue;
+        TermPtr value = BindExpression(*statement.values[i], {context, none, kNoAggregate});
+        values.push_back(ColumnValue(context, std::move(value), *columns[i]));
+    }
+    return values;
+}
+
+// The query whose columns are converted to the table's; one that is more than a SELECT stands in FROM for that.
+QueryPtr BindRows(Context& context, const sql::Query& query, const std::vector<const CatalogColumn*>& columns,
+                  std::size_t offset) {
+    const auto& first = query.members.front();
+    const bool plain = query.members.size() == 1 && first.core && !first.core->top && !first.core->distinct;
+    Select select;
+    if (plain) {
+        SelectBinder binder(context, *first.core, nullptr);
+        select = binder.Take();
+    } else {
+        select = SelectFrom(SourceOf(std::make_shared<Query>(BindQuery(context, query, nullptr, QueryUse::Table))));
+    }
+    CheckCount(columns.size(), select.items.size(), offset);
+    std::vector<Output> items;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (!columns[i]) continue;
+        items.push_back(std::move(select.items[i]));
+        items.back().term = ColumnValue(context, std::move(items.back().term), *columns[i]);
+    }
+    select.items = std::move(items);
+    return std::make_shared<Query>(QueryOf(std::move(select), QueryUse::Value));
+}
+
+// The one table that a statement changes.
+SourcePtr Target(const CatalogTable& table, const std::string& written, const std::string& alias, Scope& scope,
+                 std::size_t offset) {
+    SourcePtr source = SourceOfTable(table, written, alias);
+    scope.Add(source, offset);
+    return source;
+}
+
+TermPtr BindWhere(Context& context, const ExpressionPtr& where, const Scope& scope) {
+    if (!where) return nullptr;
+    TermPtr condition = BindCondition(*where, {context, scope, kNoAggregate});
+    return IsTrue(*condition) ? nullptr : condition;
+}
+
+}  // namespace
+
+Insert BindInsert(Context& context, const InsertStatement& statement) {
+    const CatalogTable& table = context.Table(statement.table, statement.offset);
+    Insert insert;
+    insert.target = SourceOfTable(table, statement.table, {});
+    insert.columns = InsertColumns(table, statement);
+    if (statement.query)
+        insert.query = BindRows(context, *statement.query, insert.columns, statement.offset);
+    else
+        insert.values = BindValues(context, statement, insert.columns);
+    std::erase(insert.columns, nullptr);
+    return insert;
+}
+
+Update BindUpdate(Context& context, const UpdateStatement& statement) {
+    const CatalogTable& table = context.Table(statement.table, statement.offset);
+    Scope scope(nullptr);
+    Update update;
+    update.target = Target(table, statement.table, statement.alias, scope, statement.offset);
+    std::vector<std::string> names;
+    for (const auto& assignment : statement.assignments) names.push_back(assignment.column);
+    for (const auto& assignment : statement.assignments) {
+        if (IsRepeated(table, assignment.column, names)) continue;
+        scope.Resolve(Column(assignment.table, assignment.column, assignment.offset));
+        const CatalogColumn& column = RequireStoredColumn(table, assignment.column, assignment.offset);
+        TermPtr value = BindExpression(*assignment.value, {context, scope, kNoAggregate});
+        update.assignments.push_back({&column, ColumnValue(context, std::move(value), column)});
+    }
+    update.where = BindWhere(context, statement.where, scope);
+    return update;
+}
+
+Delete BindDelete(Context& context, const DeleteStatement& statement) {
+    const CatalogTable& table = context.Table(statement.table, statement.offset);
+    Scope scope(nullptr);
+    Delete erase;
+    erase.target = Target(table, statement.table, statement.alias, scope, statement.offset);
+    erase.where = BindWhere(context, statement.where, scope);
+    return erase;
+}
+
+}  // namespace kpTables::sql::bind

@@ -1,0 +1,133 @@
+// CREATE and ALTER, checked against the catalog.
+#include <algorithm>
+#include <vector>
+
+#include "sql/Names.h"
+#include "sql/SqlError.h"
+#include "sql/bind/StatementBinder.h"
+
+namespace kpTables::sql::bind {
+
+namespace {
+
+using Keys = std::vector<std::string>;
+
+bool Contains(const Keys& keys, const std::string& name) {
+    return std::any_of(keys.begin(), keys.end(), [&](const auto& key) { return SameName(key, name); });
+}
+
+Keys PrimaryKeyOf(const CreateTableStatement& statement) {
+    Keys keys = statement.primaryKey;
+    for (const auto& column : statement.columns) {
+        if (!column.primaryKey) continue;
+        if (!keys.empty())
+            throw SqlError(ErrorKind::Syntax, "the table '" + statement.table + "' has two primary keys",
+                           column.offset);
+        keys.push_back(column.name);
+    }
+    return keys;
+}
+
+/// A computed column is another name for a stored one of its type.
+void CheckComputed(const ColumnDefinition& column, const std::string& source, Type type, bool stored) {
+    if (!stored)
+        throw SqlError(ErrorKind::Unsupported, "the column '" + source + "' is computed itself", column.offset);
+    if (column.type.type != type)
+        throw SqlError(ErrorKind::TypeMismatch,
+                       "the column '" + column.name + "' is not of the type of the column '" + source + "'",
+                       column.offset);
+}
+
+void CheckComputed(const CreateTableStatement& statement, const Keys& keys) {
+    for (const auto& column : statement.columns) {
+        if (column.source.empty()) continue;
+        if (Contains(keys, column.name))
+            throw SqlError(ErrorKind::Unsupported, "the computed column '" + column.name + "' cannot be a key",
+                           column.offset);
+        const auto source = std::find_if(statement.columns.begin(), statement.columns.end(),
+                                         [&](const auto& other) { return SameName(other.name, column.source); });
+        if (source == statement.columns.end())
+            throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + column.source + "'", column.offset);
+        CheckComputed(column, source->name, source->type.type, source->source.empty());
+    }
+}
+
+void CheckColumns(const CreateTableStatement& statement) {
+    Keys seen;
+    for (const auto& column : statement.columns) {
+        if (Contains(seen, column.name))
+            throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' is defined twice", column.offset);
+        seen.push_back(column.name);
+    }
+    const auto check = [&](const Keys& keys) {
+        for (const auto& key : keys)
+            if (!Contains(seen, key))
+                throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + key + "' in a key", statement.offset);
+    };
+    check(statement.primaryKey);
+    CheckComputed(statement, statement.primaryKey);
+    for (const auto& keys : statement.uniqueKeys) {
+        check(keys);
+        CheckComputed(statement, keys);
+    }
+}
+
+Definition BindDefinition(Context& context, const ColumnDefinition& column, bool isSoleKey, bool notNull) {
+    Definition definition{&column, isSoleKey, notNull};
+    if (!column.source.empty()) return definition;
+    if (column.defaultValue)
+        definition.defaultValue = BindDefault(context, *column.defaultValue, column.type.type);
+    else if (column.type.type == Type::Boolean)
+        definition.defaultValue = NumberConstant("0", Type::Boolean);  // Jet's flags are never Null in a new row
+    return definition;
+}
+
+}  // namespace
+
+SchemaChange BindCreateTable(Context& context, const CreateTableStatement& statement) {
+    if (context.Tables().Find(statement.table))
+        throw SqlError(ErrorKind::Syntax, "table '" + statement.table + "' already exists", statement.offset);
+    CheckColumns(statement);
+    SchemaChange change{&statement};
+    change.primaryKey = PrimaryKeyOf(statement);
+    bool rowId = false;
+    for (const auto& column : statement.columns) {
+        const bool key = Contains(change.primaryKey, column.name);
+        const bool isSoleKey = key && change.primaryKey.size() == 1;
+        Definition definition{&column, isSoleKey};
+        if (definition.HoldsRowId() && rowId)
+            throw SqlError(ErrorKind::Unsupported, "a table has one COUNTER column, and a key beside it is no LONG",
+                           column.offset);
+        rowId = rowId || definition.HoldsRowId();
+        change.columns.push_back(BindDefinition(context, column, isSoleKey, column.notNull || key));
+    }
+    return change;
+}
+
+SchemaChange BindCreateIndex(Context& context, const CreateIndexStatement& statement) {
+    SchemaChange change{&statement};
+    change.table = &context.Table(statement.table, statement.offset);
+    for (const auto& key : statement.keys)
+        change.keys.push_back(&RequireColumn(*change.table, key.column, statement.offset));
+    return change;
+}
+
+SchemaChange BindAddColumn(Context& context, const AddColumnStatement& statement) {
+    SchemaChange change{&statement};
+    change.table = &context.Table(statement.table, statement.offset);
+    const CatalogTable& table = *change.table;
+    const ColumnDefinition& column = statement.column;
+    if (FindColumn(table, column.name))
+        throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' exists already", column.offset);
+    if (column.primaryKey || column.unique || column.type.counter)
+        throw SqlError(ErrorKind::Unsupported, "a key or a COUNTER cannot be added to a table that exists",
+                       column.offset);
+    if (!column.source.empty()) {
+        const CatalogColumn& source = RequireColumn(table, column.source, column.offset);
+        CheckComputed(column, source.name, source.type, !source.computed);
+    }
+    change.columns.push_back(BindDefinition(context, column, false, column.notNull));
+    return change;
+}
+
+}  // namespace kpTables::sql::bind

@@ -1,0 +1,68 @@
+#include "sql/bind/FunctionTable.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "sql/Names.h"
+
+namespace kpTables::sql::bind {
+
+namespace {
+
+constexpr DialectFunction kFunctions[] = {
+    {"asc", "t", 1, Type::Short, "asc"},
+    {"charindex", "ttn", 2, Type::Long, "charindex"},
+    {"chr", "n", 1, Type::Text, "chr"},
+    {"csng", "n", 1, Type::Double, "to_single"},
+    {"date", "", 0, Type::Date, "date"},
+    {"dateadd", "ind", 3, Type::Date, "dateadd"},
+    {"datediff", "iddnn", 3, Type::Long, "datediff"},
+    {"datepart", "idnn", 2, Type::Short, "datepart"},
+    {"dateserial", "nnn", 3, Type::Date, "dateserial"},
+    {"datevalue", "d", 1, Type::Date, "datevalue"},
+    {"day", "d", 1, Type::Short, "day"},
+    {"exp", "n", 1, Type::Double, "exp"},
+    {"getdate", "", 0, Type::Date, "now"},
+    {"hour", "d", 1, Type::Short, "hour"},
+    {"lcase", "t", 1, Type::Text, "lcase"},
+    {"instrrev", "ttnn", 2, Type::Long, "instrrev"},
+    {"left", "tn", 2, Type::Text, "left"},
+    {"len", "t", 1, Type::Long, "length"},
+    {"log", "n", 1, Type::Double, "log"},
+    {"lower", "t", 1, Type::Text, "lcase"},
+    {"ltrim", "t", 1, Type::Text, "ltrim"},
+    {"mid", "tnn", 2, Type::Text, "mid"},
+    {"minute", "d", 1, Type::Short, "minute"},
+    {"month", "d", 1, Type::Short, "month"},
+    {"now", "", 0, Type::Date, "now"},
+    {"replace", "ttt", 3, Type::Text, "replace"},
+    {"right", "tn", 2, Type::Text, "right"},
+    {"rtrim", "t", 1, Type::Text, "rtrim"},
+    {"second", "d", 1, Type::Short, "second"},
+    {"sgn", "n", 1, Type::Short, "sgn"},
+    {"space", "n", 1, Type::Text, "space"},
+    {"sqr", "n", 1, Type::Double, "sqr"},
+    {"str", "n", 1, Type::Text, "str"},
+    {"strcomp", "ttn", 2, Type::Short, "strcomp"},
+    {"strreverse", "t", 1, Type::Text, "strreverse"},
+    {"substring", "tnn", 3, Type::Text, "mid"},
+    {"time", "", 0, Type::Date, "time"},
+    {"timeserial", "nnn", 3, Type::Date, "timeserial"},
+    {"timevalue", "d", 1, Type::Date, "timevalue"},
+    {"trim", "t", 1, Type::Text, "trim"},
+    {"ucase", "t", 1, Type::Text, "ucase"},
+    {"upper", "t", 1, Type::Text, "ucase"},
+    {"val", "t", 1, Type::Double, "val"},
+    {"weekday", "dn", 1, Type::Short, "weekday"},
+    {"year", "d", 1, Type::Short, "year"},
+};
+
+}  // namespace
+
+const DialectFunction* FindDialectFunction(std::string_view name) {
+    const auto found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
+                                    [&](const DialectFunction& f) { return SameName(f.name, name); });
+    return found == std::end(kFunctions) ? nullptr : found;
+}
+
+}  // namespace kpTables::sql::bind

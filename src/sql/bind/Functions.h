@@ -1,0 +1,33 @@
+// The functions of both dialects.
+#pragma once
+
+#include <string_view>
+
+#include "sql/bind/Context.h"
+#include "sql/bind/Term.h"
+
+namespace kpTables::sql::bind {
+
+/// SqlError Unsupported for a function that is not known, Syntax for a wrong number of arguments.
+TermPtr BindCall(const sql::Call& call, const Place& place);
+
+/// CASE operand WHEN condition THEN result ... ELSE the last result END; a null operand: the searched form, and without
+/// as many results as that: no ELSE. The results are brought to one type.
+TermPtr BindChoice(Context& context, TermPtr operand, Terms conditions, Terms results);
+
+bool IsAggregate(std::string_view function);
+/// SqlError when an aggregate may not stand there or stands within another.
+TermPtr BindAggregate(const sql::Call& call, const Place& place);
+
+/// A function whose meaning depends on its arguments' types.
+struct SpecialFunction {
+    std::string_view name;  ///< in lower case
+    std::size_t least;      ///< number of arguments
+    std::size_t most;
+    TermPtr (*bind)(Context& context, Terms arguments);
+};
+
+/// The function of that name, letters without regard to case, or nullptr.
+const SpecialFunction* FindSpecialFunction(std::string_view name);
+
+}  // namespace kpTables::sql::bind

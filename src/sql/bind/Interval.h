@@ -1,0 +1,11 @@
+// The units of DATEADD, DATEDIFF and DATEPART.
+#pragma once
+
+#include <string_view>
+
+namespace kpTables::sql::bind {
+
+/// Jet's abbreviation for a word that the server writes bare: "month", "mm" and "m" are "m". Empty for any other word.
+std::string_view IntervalOfWord(std::string_view word);
+
+}  // namespace kpTables::sql::bind

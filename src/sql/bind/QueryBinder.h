@@ -1,0 +1,70 @@
+// Queries: SELECTs, unions of them, their tables and their order.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "sql/Tree.h"
+#include "sql/bind/Context.h"
+#include "sql/bind/Query.h"
+#include "sql/bind/Scope.h"
+
+namespace kpTables::sql::bind {
+
+/// outer: the names that the query sees beside its own tables, or nullptr.
+Query BindQuery(Context& context, const sql::Query& query, const Scope* outer, QueryUse use);
+
+/// A column's values are brought to one type in all members. Without an order of the whole, one that the members carry
+/// on their columns becomes the whole's.
+Query BindUnion(Context& context, const sql::Query& query, const Scope* outer, QueryUse use);
+
+/// Adds every table of the clause to the scope, in the order in which the statement writes them.
+/// outer: the names that queries in the clause see.
+std::vector<TablePtr> BindFrom(Context& context, const std::vector<sql::TablePtr>& from, Scope& scope,
+                               const Scope* outer);
+
+/// One SELECT, without the order and the limit that belong to the query around it.
+class SelectBinder {
+public:
+    SelectBinder(Context& context, const SelectCore& core, const Scope* outer);
+    SelectBinder(const SelectBinder&) = delete;
+    SelectBinder& operator=(const SelectBinder&) = delete;
+
+    const Scope& Names() const noexcept { return scope_; }
+    bool HasTop() const noexcept { return core_.top != nullptr; }
+    const std::vector<Output>& Items() const noexcept { return select_.items; }
+
+    /// A value that stands in the select list, for an item that the statement writes elsewhere.
+    TermPtr BindItem(const Expression& expression, const TermPtr& aggregateFilter = nullptr);
+    void AddItem(Output item) { select_.items.push_back(std::move(item)); }
+    void BindOrder(const std::vector<OrderItem>& order);
+    void BindLimit();
+    /// Something else orders the groups.
+    void GroupInAnyOrder() { select_.groupsInAnyOrder = true; }
+    /// The position, from 1, of the item that an order names by its number, its name or its expression.
+    std::optional<std::size_t> PositionOf(const Expression& expression);
+    Select Take() { return std::move(select_); }
+
+private:
+    void BindWhere();
+    void BindGroups();
+    void BindItems();
+    void BindHaving();
+    void AddWritten(const SelectItem& item);
+    void AddStar(const Star& star);
+    std::string NameOf(const SelectItem& item);
+    const Expression& GroupExpression(const Expression& expression);
+    OrderKey BindOrderKey(const OrderItem& item);
+    void CheckOrdered(const Expression& expression);
+
+    Context& context_;
+    const SelectCore& core_;
+    Scope scope_;
+    Select select_;
+    std::vector<const Expression*> groups_;
+    std::vector<const Expression*> itemExpressions_;  ///< beside the items; nullptr for a column of a star
+    int unnamed_ = 0;
+};
+
+}  // namespace kpTables::sql::bind

@@ -1,0 +1,177 @@
+#include <algorithm>
+#include <utility>
+
+#include "sql/Names.h"
+#include "sql/SqlError.h"
+#include "sql/bind/Conversions.h"
+#include "sql/bind/Dependencies.h"
+#include "sql/bind/Grouping.h"
+#include "sql/bind/QueryBinder.h"
+
+namespace kpTables::sql::bind {
+
+namespace {
+
+constexpr const char* kNoAggregateInWhere = "cannot have an aggregate function in the WHERE clause";
+constexpr const char* kNoAggregateInGroup = "cannot have an aggregate function in the GROUP BY clause";
+
+bool IsNumberLiteral(const Expression& expression) {
+    const auto* literal = sql::If<Literal>(&expression);
+    return literal && literal->literal == LiteralKind::Integer;
+}
+
+}  // namespace
+
+SelectBinder::SelectBinder(Context& context, const SelectCore& core, const Scope* outer)
+    : context_(context), core_(core), scope_(outer) {
+    select_.distinct = core_.distinct;
+    select_.comparesRows = core_.distinct;
+    select_.from = BindFrom(context_, core_.from, scope_, outer);
+    const bool aggregated = std::any_of(core_.items.begin(), core_.items.end(),
+                                        [](const SelectItem& item) { return HasAggregate(*item.expression); }) ||
+                            (core_.having && HasAggregate(*core_.having));
+    select_.grouped = aggregated || !core_.groupBy.empty();
+    BindWhere();
+    BindGroups();
+    BindItems();
+    BindHaving();
+}
+
+void SelectBinder::BindWhere() {
+    if (!core_.where) return;
+    TermPtr condition = BindCondition(*core_.where, {context_, scope_, kNoAggregateInWhere});
+    if (!IsTrue(*condition)) select_.where = std::move(condition);
+}
+
+// A number stands for the select item at that position.
+const Expression& SelectBinder::GroupExpression(const Expression& expression) {
+    if (!IsNumberLiteral(expression)) return expression;
+    const long long position = context_.WholeNumber(expression);
+    if (position < 1 || position > static_cast<long long>(core_.items.size()))
+        throw SqlError(ErrorKind::Syntax, "there is no select item " + std::to_string(position), expression.offset);
+    return *core_.items[static_cast<std::size_t>(position) - 1].expression;
+}
+
+void SelectBinder::BindGroups() {
+    for (const auto& written : core_.groupBy) {
+        const Expression& expression = GroupExpression(*written);
+        groups_.push_back(&expression);
+        select_.groupBy.push_back(
+            AsValue(context_, BindExpression(expression, {context_, scope_, kNoAggregateInGroup})));
+    }
+}
+
+void SelectBinder::BindItems() {
+    for (const auto& item : core_.items) {
+        if (const auto* star = sql::If<Star>(item.expression.get()))
+            AddStar(*star);
+        else
+            AddWritten(item);
+    }
+}
+
+void SelectBinder::BindHaving() {
+    if (!core_.having) return;
+    if (select_.grouped) CheckGrouped(context_, scope_, *core_.having, groups_);
+    TermPtr condition = BindCondition(*core_.having, {context_, scope_});
+    if (!IsTrue(*condition)) select_.having = std::move(condition);
+}
+
+TermPtr SelectBinder::BindItem(const Expression& expression, const TermPtr& aggregateFilter) {
+    if (select_.grouped) CheckGrouped(context_, scope_, expression, groups_);
+    return AsValue(context_, BindExpression(expression, {context_, scope_, nullptr, aggregateFilter}));
+}
+
+std::string SelectBinder::NameOf(const SelectItem& item) {
+    if (!item.alias.empty()) return item.alias;
+    if (const auto* column = sql::If<Column>(item.expression.get())) {
+        const auto meaning = scope_.Lookup(*column);
+        return meaning ? meaning.Column().name : column->name;
+    }
+    constexpr int kFirstNumber = 1000;
+    return "Expr" + std::to_string(kFirstNumber + unnamed_++);
+}
+
+void SelectBinder::AddWritten(const SelectItem& item) {
+    TermPtr term = BindItem(*item.expression);
+    std::string name = NameOf(item);
+    if (!item.alias.empty()) scope_.AddAlias(item.alias, term);
+    select_.items.push_back({std::move(term), std::move(name), !item.alias.empty()});
+    itemExpressions_.push_back(item.expression.get());
+}
+
+void SelectBinder::AddStar(const Star& star) {
+    if (select_.grouped) throw SqlError(ErrorKind::Syntax, "cannot group on fields selected with '*'", star.offset);
+    if (scope_.Sources().empty()) throw SqlError(ErrorKind::Syntax, "'*' needs a FROM clause", star.offset);
+    if (!star.table.empty()) scope_.RequireSource(star.table, star.offset);
+    for (const auto& source : scope_.Sources()) {
+        if (!star.table.empty() && !SameName(source->name, star.table)) continue;
+        for (std::size_t i = 0; i < source->columns.size(); ++i) {
+            if (source->columns[i].computed) continue;
+            select_.items.push_back({ColumnOf(source, i, star.offset), source->columns[i].name});
+            itemExpressions_.push_back(nullptr);
+        }
+    }
+}
+
+std::optional<std::size_t> SelectBinder::PositionOf(const Expression& expression) {
+    const auto& items = select_.items;
+    if (IsNumberLiteral(expression)) {
+        const long long position = context_.WholeNumber(expression);
+        if (position >= 1 && position <= static_cast<long long>(items.size()))
+            return static_cast<std::size_t>(position);
+        throw SqlError(ErrorKind::Syntax, "there is no column " + std::to_string(position) + " to order by",
+                       expression.offset);
+    }
+    const auto* column = sql::If<Column>(&expression);
+    if (column && column->table.empty())
+        for (std::size_t i = 0; i < items.size(); ++i)
+            if (items[i].aliased && SameName(items[i].name, column->name)) return i + 1;
+    const auto meaning = column ? scope_.Lookup(*column) : Scope::Meaning();
+    const auto isMeant = [&](const Term& item) {
+        const auto* shown = If<ColumnTerm>(&item);
+        return meaning && shown && shown->source == meaning.source && shown->column == meaning.column;
+    };
+    for (std::size_t i = 0; i < itemExpressions_.size(); ++i) {
+        const auto* item = itemExpressions_[i];
+        if (item ? SameExpression(context_, scope_, *item, expression) : isMeant(*items[i].term)) return i + 1;
+    }
+    return std::nullopt;
+}
+
+OrderKey SelectBinder::BindOrderKey(const OrderItem& item) {
+    const Expression& expression = *item.expression;
+    const auto* column = sql::If<Column>(&expression);
+    const bool perhapsAlias = column && column->table.empty();
+    const bool byPosition = core_.distinct || perhapsAlias || IsNumberLiteral(expression);
+    const auto position = byPosition ? PositionOf(expression) : std::nullopt;
+    if (core_.distinct && !position)
+        throw SqlError(ErrorKind::Syntax, "an ORDER BY key is not among the columns that DISTINCT selects",
+                       expression.offset);
+    if (position) return {select_.items[*position - 1].term, item.descending, position};
+    if (!select_.grouped && HasAggregate(expression))
+        throw SqlError(ErrorKind::Syntax, "cannot have an aggregate function in the ORDER BY clause of single rows",
+                       expression.offset);
+    if (select_.grouped) CheckOrdered(expression);
+    return {AsValue(context_, BindExpression(expression, {context_, scope_})), item.descending};
+}
+
+// Groups can be ordered by what their keys determine, shown or not.
+void SelectBinder::CheckOrdered(const Expression& expression) {
+    Dependencies dependencies(select_);
+    for (const TermPtr& key : select_.groupBy)
+        if (const auto* column = dependencies.OwnColumn(*key)) dependencies.Fix(IdOf(*column));
+    CheckGrouped(context_, scope_, expression, groups_, [&](const Scope::Meaning& meaning) {
+        return dependencies.IsFixed({meaning.source.get(), meaning.column});
+    });
+}
+
+void SelectBinder::BindOrder(const std::vector<OrderItem>& order) {
+    for (const auto& item : order) select_.orderBy.push_back(BindOrderKey(item));
+}
+
+void SelectBinder::BindLimit() {
+    if (core_.top) select_.limit = context_.WholeNumber(*core_.top);
+}
+
+}  // namespace kpTables::sql::bind

@@ -1,0 +1,41 @@
+// A statement's tree to what it means for a book.
+#pragma once
+
+#include <vector>
+
+#include "sql/Catalog.h"
+#include "sql/Tree.h"
+#include "sql/bind/Context.h"
+#include "sql/bind/Query.h"
+
+namespace kpTables::sql::bind {
+
+/// Finds the tables and columns, gives every expression a type and makes every conversion a node. Raises SqlError for a
+/// table or a column that is not there and operands whose types do not go together. The bound statement points into
+/// both arguments.
+/// pivotValues: for TRANSFORM, the values of its PIVOT expression in the order of the columns (see BindPivotQuery),
+/// each in its default text form, which becomes the column's name; else empty.
+BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
+                             const std::vector<LiteralValue>& pivotValues = {});
+
+/// For a TRANSFORM without an IN list: the query that lists its pivot values in ascending order, Null among them.
+BoundStatement BindPivotQuery(const TransformStatement& statement, const Catalog& catalog);
+
+/// The select items, the aggregate over all rows of a group when it has an alias, then a column for each pivot value:
+/// those of the IN list, else the given ones.
+Query BindCrosstab(Context& context, const TransformStatement& statement, const std::vector<LiteralValue>& pivotValues);
+Query BindPivotValues(Context& context, const TransformStatement& statement);
+
+Insert BindInsert(Context& context, const InsertStatement& statement);
+Update BindUpdate(Context& context, const UpdateStatement& statement);
+Delete BindDelete(Context& context, const DeleteStatement& statement);
+
+SchemaChange BindCreateTable(Context& context, const CreateTableStatement& statement);
+SchemaChange BindCreateIndex(Context& context, const CreateIndexStatement& statement);
+SchemaChange BindAddColumn(Context& context, const AddColumnStatement& statement);
+
+/// The DEFAULT of a column definition as the column stores it, or a call of Date() or Now(). SqlError TypeMismatch for
+/// a constant that the type cannot hold, Unsupported for any other expression.
+TermPtr BindDefault(Context& context, const Expression& value, Type type);
+
+}  // namespace kpTables::sql::bind

@@ -1,0 +1,41 @@
+// The parser's rules, by what they read. Each takes its tokens from the cursor and raises SqlError.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "sql/Tree.h"
+#include "sql/parse/Operators.h"
+#include "sql/parse/TokenCursor.h"
+
+namespace kpTables::sql::parse {
+
+/// An expression whose operators bind at least as tightly as the given level.
+ExpressionPtr ParseExpression(TokenCursor& cursor, Precedence loosest = Precedence::Implication);
+/// A constant, a column, a call, a case, a cast, or anything in parentheses.
+ExpressionPtr ParsePrimary(TokenCursor& cursor);
+/// One or more, separated by commas.
+std::vector<ExpressionPtr> ParseExpressions(TokenCursor& cursor);
+
+std::unique_ptr<Query> ParseQuery(TokenCursor& cursor);
+/// "(SELECT ...)"; the cursor is at the opening parenthesis.
+std::unique_ptr<Query> ParseQueryInParentheses(TokenCursor& cursor);
+SelectItem ParseSelectItem(TokenCursor& cursor);
+/// A table with everything that is joined to it.
+TablePtr ParseTable(TokenCursor& cursor);
+/// "AS name" or a bare name; "" when there is none.
+std::string ParseAlias(TokenCursor& cursor);
+
+enum class TypeUse { Column, Cast };
+TypeName ParseTypeName(TokenCursor& cursor, TypeUse use);
+
+StatementPtr ParseTransform(TokenCursor& cursor);
+StatementPtr ParseInsert(TokenCursor& cursor);
+StatementPtr ParseUpdate(TokenCursor& cursor);
+StatementPtr ParseDelete(TokenCursor& cursor);
+StatementPtr ParseCreate(TokenCursor& cursor);
+StatementPtr ParseDrop(TokenCursor& cursor);
+StatementPtr ParseAlter(TokenCursor& cursor);
+
+}  // namespace kpTables::sql::parse

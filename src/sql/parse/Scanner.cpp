@@ -1,0 +1,305 @@
+#include "sql/parse/Scanner.h"
+
+#include <array>
+#include <cstdint>
+
+#include "sql/Position.h"
+
+namespace kpTables::sql::parse {
+
+namespace {
+
+constexpr std::uint32_t kWideBlank = 0x3000;
+constexpr std::uint32_t kWideEqual = 0xFF1D;
+constexpr std::string_view kWideBlankText = "\u3000";
+constexpr std::string_view kLargestInteger = "2147483648";
+
+struct Character {
+    std::uint32_t code = 0;
+    std::size_t length = 0;  ///< in bytes; 0 when the bytes are no character
+};
+
+unsigned char Byte(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
+
+bool Continues(std::string_view text, std::size_t at) { return (Byte(text, at) & 0xC0) == 0x80; }
+
+Character Decode(std::string_view text, std::size_t at) {
+    const unsigned char lead = Byte(text, at);
+    if (lead < 0x80) return {lead, 1};
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || at + length > text.size()) return {};
+    std::uint32_t code = lead & (0xFFu >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) {
+        if (!Continues(text, at + i)) return {};
+        code = code << 6 | (Byte(text, at + i) & 0x3Fu);
+    }
+    constexpr std::array<std::uint32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
+    if (code < kSmallest[length] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return {};
+    return {code, length};
+}
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// What a character of ASCII may be part of.
+enum class Role : unsigned char { None, Blank, Name, Digit, Quote, DateSign, Bracket, VariableSign, Operator };
+
+constexpr std::array<Role, 128> Roles() {
+    std::array<Role, 128> roles{};
+    const auto set = [&](std::string_view characters, Role role) {
+        for (const char c : characters) roles[static_cast<unsigned char>(c)] = role;
+    };
+    set(" \t\n\v\f\r", Role::Blank);
+    set("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", Role::Name);
+    set("0123456789", Role::Digit);
+    set("'", Role::Quote);
+    set("#", Role::DateSign);
+    set("[", Role::Bracket);
+    set("@", Role::VariableSign);
+    // Those that begin no longer one.
+    set("(),;*/\\^+&=", Role::Operator);
+    return roles;
+}
+constexpr auto kRoles = Roles();
+
+/// None for what is not ASCII.
+Role RoleAt(std::string_view text, std::size_t at) {
+    const unsigned char byte = Byte(text, at);
+    return byte < 0x80 ? kRoles[byte] : Role::None;
+}
+
+bool IsInName(Role role) { return role == Role::Name || role == Role::Digit; }
+
+/// Every character from U+4000 to U+9FFF is part of a name, most of the Chinese ones among them.
+bool IsIdeograph(std::string_view text, std::size_t at) {
+    const unsigned char lead = Byte(text, at);
+    return lead >= 0xE4 && lead <= 0xE9 && text.size() - at > 2 && Continues(text, at + 1) && Continues(text, at + 2);
+}
+
+/// Controls, the no-break blank and the byte order mark look like nothing and are no part of a name.
+bool IsInvisible(std::uint32_t code) { return code <= 0xA0 || code == 0xFEFF; }
+
+bool FitsInteger(std::string_view digits) {
+    const std::size_t first = digits.find_first_not_of('0');
+    if (first == std::string_view::npos) return true;
+    digits.remove_prefix(first);
+    return digits.size() < kLargestInteger.size() ||
+           (digits.size() == kLargestInteger.size() && digits <= kLargestInteger);
+}
+
+/// The length of the name's character at this place, 0 when there is none.
+std::size_t NameCharacterLength(std::string_view text, std::size_t at) {
+    if (at >= text.size()) return 0;
+    if (Byte(text, at) < 0x80) return IsInName(RoleAt(text, at)) ? 1 : 0;
+    if (IsIdeograph(text, at)) return 3;
+    const Character next = Decode(text, at);
+    const bool other = IsInvisible(next.code) || next.code == kWideBlank || next.code == kWideEqual;
+    return other ? 0 : next.length;
+}
+
+}  // namespace
+
+bool IsBareName(std::string_view text) {
+    if (text.empty() || IsDigit(text.front())) return false;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = NameCharacterLength(text, at);
+        if (length == 0) return false;
+        at += length;
+    }
+    return true;
+}
+
+void Scanner::Fail(std::size_t at, std::size_t length, std::string_view complaint) const {
+    throw SyntaxError(text_, at, text_.substr(at, length), complaint);
+}
+
+bool Scanner::SkipBlanks() {
+    const std::size_t start = at_;
+    for (;;) {
+        while (at_ < text_.size() && RoleAt(text_, at_) == Role::Blank) ++at_;
+        if (at_ == text_.size() || text_[at_] != kWideBlankText.front() ||
+            !text_.substr(at_).starts_with(kWideBlankText))
+            return at_ > start;
+        at_ += kWideBlankText.size();
+    }
+}
+
+std::size_t Scanner::NameCharacter(std::size_t at) const {
+    const std::size_t length = NameCharacterLength(text_, at);
+    if (length == 0 && at < text_.size() && Decode(text_, at).length == 0) Fail(at, 0, "the text is not valid UTF-8");
+    return length;
+}
+
+std::size_t Scanner::EndOfName(std::size_t at) const {
+    while (at < text_.size()) {
+        const Role role = RoleAt(text_, at);
+        if (IsInName(role)) {
+            ++at;
+        } else if (role != Role::None) {
+            break;
+        } else if (IsIdeograph(text_, at)) {
+            at += 3;
+        } else {
+            const std::size_t length = NameCharacter(at);
+            if (length == 0) break;
+            at += length;
+        }
+    }
+    return at;
+}
+
+Lexeme Scanner::Next() {
+    Lexeme piece;
+    piece.blankBefore = SkipBlanks();
+    piece.begin = piece.end = at_;
+    if (at_ >= text_.size()) return piece;
+    const bool touchesName = afterName_ && !piece.blankBefore;
+    switch (RoleAt(text_, at_)) {
+        case Role::Name:
+            ScanName(piece);
+            break;
+        case Role::Digit:
+            ScanNumber(piece);
+            break;
+        case Role::Quote:
+            ScanText(piece);
+            break;
+        case Role::DateSign:
+            ScanDate(piece);
+            break;
+        case Role::Bracket:
+            ScanQuotedName(piece);
+            break;
+        case Role::VariableSign:
+            ScanVariable(piece);
+            break;
+        case Role::Operator:
+            piece.kind = TokenKind::Operator;
+            ++piece.end;
+            break;
+        default:
+            if (text_[at_] == '.' && DigitAt(at_ + 1) && !touchesName)
+                ScanNumber(piece);
+            else if (NameCharacter(at_) > 0)
+                ScanName(piece);
+            else
+                ScanOperator(piece);
+    }
+    at_ = piece.end;
+    afterName_ = piece.kind == TokenKind::Word || piece.kind == TokenKind::QuotedName;
+    return piece;
+}
+
+void Scanner::ScanName(Lexeme& piece) {
+    piece.kind = TokenKind::Word;
+    piece.end = EndOfName(piece.end);
+}
+
+void Scanner::ScanQuotedName(Lexeme& piece) {
+    const std::size_t close = text_.find_first_of("]\r\n", piece.begin);
+    if (close == std::string_view::npos || text_[close] != ']')
+        Fail(piece.begin, text_.size() - piece.begin, "the name has no closing bracket");
+    if (close == piece.begin + 1) Fail(piece.begin, 2, "expected a name in the brackets");
+    for (std::size_t i = piece.begin + 1; i < close;) {
+        const Character next = Decode(text_, i);
+        if (next.length == 0) Fail(i, 0, "the text is not valid UTF-8");
+        if (next.code < 0x20) Fail(piece.begin, close + 1 - piece.begin, "a name holds no control characters");
+        i += next.length;
+    }
+    piece.kind = TokenKind::QuotedName;
+    piece.end = close + 1;
+}
+
+void Scanner::ScanVariable(Lexeme& piece) {
+    piece.kind = TokenKind::Variable;
+    piece.end += 2;
+    if (text_.substr(piece.begin, 2) != "@@" || NameCharacter(piece.end) == 0)
+        Fail(piece.begin, 1, "expected a name such as @@IDENTITY");
+    piece.end = EndOfName(piece.end);
+}
+
+void Scanner::ScanNumber(Lexeme& piece) {
+    piece.kind = TokenKind::Literal;
+    while (DigitAt(piece.end)) ++piece.end;
+    bool whole = piece.end > piece.begin;
+    if (piece.end < text_.size() && text_[piece.end] == '.' && DigitAt(piece.end + 1)) {
+        whole = false;
+        ++piece.end;
+        while (DigitAt(piece.end)) ++piece.end;
+    }
+    if (piece.end < text_.size() && (text_[piece.end] == 'E' || text_[piece.end] == 'e')) {
+        std::size_t exponent = piece.end + 1;
+        if (exponent < text_.size() && (text_[exponent] == '+' || text_[exponent] == '-')) ++exponent;
+        if (DigitAt(exponent)) {
+            whole = false;
+            while (DigitAt(exponent)) ++exponent;
+            piece.end = exponent;
+        }
+    }
+    piece.literal = whole && FitsInteger(TextOf(piece)) ? LiteralKind::Integer : LiteralKind::Decimal;
+}
+
+void Scanner::ScanText(Lexeme& piece) {
+    piece.kind = TokenKind::Literal;
+    piece.literal = LiteralKind::Text;
+    std::size_t close = piece.begin;
+    do {
+        close = text_.find('\'', close + 1);
+        if (close == std::string_view::npos)
+            Fail(piece.begin, text_.size() - piece.begin, "the text has no closing quote");
+        piece.end = close + 1;
+        close = piece.end;
+    } while (close < text_.size() && text_[close] == '\'');
+}
+
+void Scanner::ScanDate(Lexeme& piece) {
+    piece.kind = TokenKind::Literal;
+    piece.literal = LiteralKind::Date;
+    const std::size_t close = text_.find_first_of("#'\r\n", piece.begin + 1);
+    if (close == std::string_view::npos || text_[close] != '#')
+        Fail(piece.begin, text_.size() - piece.begin, "the date has no closing #");
+    piece.end = close + 1;
+    bool blank = true;
+    for (std::size_t i = piece.begin + 1; i < close;) {
+        const Character next = Decode(text_, i);
+        if (next.length == 0) Fail(i, 0, "the text is not valid UTF-8");
+        blank = blank && next.code == ' ';
+        i += next.length;
+    }
+    if (blank) Fail(piece.begin, piece.end - piece.begin, "expected a date between the # signs");
+}
+
+void Scanner::ScanOperator(Lexeme& piece) {
+    constexpr std::array<std::string_view, 7> kLong = {"<>", "<=", ">=", "!=", "<\uFF1D", ">\uFF1D", "\uFF1D"};
+    constexpr std::string_view kShort = ".-<>";
+    piece.kind = TokenKind::Operator;
+    const std::string_view rest = text_.substr(piece.begin);
+    if (rest.substr(0, 2) == "--")
+        Fail(piece.begin, 2, "a comment is no part of a statement; put a blank between two signs");
+    for (std::string_view spelling : kLong) {
+        if (rest.substr(0, spelling.size()) != spelling) continue;
+        piece.end += spelling.size();
+        return;
+    }
+    if (kShort.find(rest.front()) == std::string_view::npos) {
+        const std::size_t length = Decode(text_, piece.begin).length;
+        const bool visible = length > 1 || Byte(text_, piece.begin) > 0x20;
+        Fail(piece.begin, visible ? length : 0, "a character that has no meaning in a statement");
+    }
+    ++piece.end;
+}
+
+std::string Scanner::ValueOf(const Lexeme& piece) const {
+    const std::string_view text = TextOf(piece);
+    if (piece.literal == LiteralKind::Integer || piece.literal == LiteralKind::Decimal) return std::string(text);
+    const std::string_view inner = text.substr(1, text.size() - 2);
+    if (piece.literal == LiteralKind::Date) return std::string(inner);
+    std::string value;
+    value.reserve(inner.size());
+    for (std::size_t i = 0; i < inner.size(); ++i) {
+        value += inner[i];
+        if (inner[i] == '\'') ++i;
+    }
+    return value;
+}
+
+}  // namespace kpTables::sql::parse

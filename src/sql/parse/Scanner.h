@@ -1,0 +1,54 @@
+// The text cut into its smallest pieces; what Tokenize and Shape have in common, so that they cannot disagree.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "sql/parse/Lexer.h"
+
+namespace kpTables::sql::parse {
+
+struct Lexeme {
+    TokenKind kind = TokenKind::End;
+    LiteralKind literal = LiteralKind::Null;  ///< of a Literal
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    bool blankBefore = false;
+};
+
+/// Whether the text is one name that needs no brackets for its characters.
+bool IsBareName(std::string_view text);
+
+class Scanner {
+public:
+    explicit Scanner(std::string_view text) : text_(text) {}
+
+    /// The next piece; End for ever after the last. Raises SqlError for what cannot be read.
+    Lexeme Next();
+
+    /// The piece as it stands in the text.
+    std::string_view TextOf(const Lexeme& piece) const { return text_.substr(piece.begin, piece.end - piece.begin); }
+    /// A literal's value: without its quotes or signs, doubled quotes made one.
+    std::string ValueOf(const Lexeme& piece) const;
+
+private:
+    bool SkipBlanks();
+    std::size_t NameCharacter(std::size_t at) const;
+    std::size_t EndOfName(std::size_t at) const;
+    void ScanName(Lexeme& piece);
+    void ScanQuotedName(Lexeme& piece);
+    void ScanVariable(Lexeme& piece);
+    void ScanNumber(Lexeme& piece);
+    void ScanText(Lexeme& piece);
+    void ScanDate(Lexeme& piece);
+    void ScanOperator(Lexeme& piece);
+    bool DigitAt(std::size_t at) const { return at < text_.size() && text_[at] >= '0' && text_[at] <= '9'; }
+    [[noreturn]] void Fail(std::size_t at, std::size_t length, std::string_view complaint) const;
+
+    std::string_view text_;
+    std::size_t at_ = 0;
+    bool afterName_ = false;  ///< the last piece was a name that ends here: a point belongs to it, not to a number
+};
+
+}  // namespace kpTables::sql::parse

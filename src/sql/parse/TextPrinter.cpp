@@ -1,0 +1,180 @@
+#include "sql/parse/TextPrinter.h"
+
+#include "sql/parse/TextWriter.h"
+
+namespace kpTables::sql::parse {
+
+namespace {
+
+void WriteWhere(std::string& out, const ExpressionPtr& where) {
+    if (!where) return;
+    out += " WHERE ";
+    WriteExpression(out, *where);
+}
+
+void WriteTransform(std::string& out, const TransformStatement& s) {
+    out += "TRANSFORM ";
+    WriteExpression(out, *s.aggregate.expression);
+    WriteAlias(out, s.aggregate.alias);
+    out += ' ';
+    WriteQuery(out, *s.query);
+    out += " PIVOT ";
+    WriteExpression(out, *s.pivot, Tighter(Precedence::Comparison));
+    if (s.values.empty()) return;
+    out += " IN (";
+    WriteExpressions(out, s.values);
+    out += ')';
+}
+
+void WriteInsert(std::string& out, const InsertStatement& s) {
+    out += "INSERT INTO ";
+    WriteName(out, s.table);
+    if (!s.columns.empty()) {
+        out += " (";
+        WriteNames(out, s.columns);
+        out += ')';
+    }
+    out += ' ';
+    if (s.query) return WriteQuery(out, *s.query);
+    out += "VALUES (";
+    WriteExpressions(out, s.values);
+    out += ')';
+}
+
+void WriteUpdate(std::string& out, const UpdateStatement& s) {
+    out += "UPDATE ";
+    WriteName(out, s.table);
+    WriteAlias(out, s.alias);
+    for (std::size_t i = 0; i < s.assignments.size(); ++i) {
+        const UpdateStatement::Assignment& assignment = s.assignments[i];
+        out += i == 0 ? " SET " : ", ";
+        if (!assignment.table.empty()) {
+            WriteName(out, assignment.table);
+            out += '.';
+        }
+        WriteName(out, assignment.column);
+        out += " = ";
+        WriteExpression(out, *assignment.value);
+    }
+    WriteWhere(out, s.where);
+}
+
+void WriteDelete(std::string& out, const DeleteStatement& s) {
+    out += "DELETE FROM ";
+    WriteName(out, s.table);
+    WriteAlias(out, s.alias);
+    WriteWhere(out, s.where);
+}
+
+void WriteColumnDefinition(std::string& out, const ColumnDefinition& column) {
+    WriteName(out, column.name);
+    out += ' ';
+    WriteType(out, column.type);
+    if (!column.source.empty()) {
+        out += " AS (";
+        WriteName(out, column.source);
+        out += ')';
+    }
+    if (column.notNull) out += " NOT NULL";
+    if (column.defaultValue) {
+        out += " DEFAULT ";
+        WriteExpression(out, *column.defaultValue, Precedence::Sign);
+    }
+    if (column.primaryKey) out += " PRIMARY KEY";
+    if (column.unique) out += " UNIQUE";
+}
+
+void WriteCreateTable(std::string& out, const CreateTableStatement& s) {
+    out += "CREATE TABLE ";
+    WriteName(out, s.table);
+    for (std::size_t i = 0; i < s.columns.size(); ++i) {
+        out += i == 0 ? " (" : ", ";
+        WriteColumnDefinition(out, s.columns[i]);
+    }
+    if (!s.primaryKey.empty()) {
+        out += ", PRIMARY KEY (";
+        WriteNames(out, s.primaryKey);
+        out += ')';
+    }
+    for (const std::vector<std::string>& key : s.uniqueKeys) {
+        out += ", UNIQUE (";
+        WriteNames(out, key);
+        out += ')';
+    }
+    out += ')';
+}
+
+void WriteCreateIndex(std::string& out, const CreateIndexStatement& s) {
+    out += s.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
+    WriteName(out, s.index);
+    out += " ON ";
+    WriteName(out, s.table);
+    for (std::size_t i = 0; i < s.keys.size(); ++i) {
+        out += i == 0 ? " (" : ", ";
+        WriteName(out, s.keys[i].column);
+        if (s.keys[i].descending) out += " DESC";
+    }
+    out += ')';
+}
+
+void WriteDropIndex(std::string& out, const DropIndexStatement& s) {
+    out += "DROP INDEX ";
+    WriteName(out, s.index);
+    out += " ON ";
+    WriteName(out, s.table);
+}
+
+void WriteAddColumn(std::string& out, const AddColumnStatement& s) {
+    out += "ALTER TABLE ";
+    WriteName(out, s.table);
+    out += " ADD COLUMN ";
+    WriteColumnDefinition(out, s.column);
+}
+
+void WriteStatement(std::string& out, const Statement& s) {
+    switch (s.kind) {
+        case StatementKind::Select:
+            return WriteQuery(out, *static_cast<const SelectStatement&>(s).query);
+        case StatementKind::Transform:
+            return WriteTransform(out, static_cast<const TransformStatement&>(s));
+        case StatementKind::Insert:
+            return WriteInsert(out, static_cast<const InsertStatement&>(s));
+        case StatementKind::Update:
+            return WriteUpdate(out, static_cast<const UpdateStatement&>(s));
+        case StatementKind::Delete:
+            return WriteDelete(out, static_cast<const DeleteStatement&>(s));
+        case StatementKind::CreateTable:
+            return WriteCreateTable(out, static_cast<const CreateTableStatement&>(s));
+        case StatementKind::CreateIndex:
+            return WriteCreateIndex(out, static_cast<const CreateIndexStatement&>(s));
+        case StatementKind::DropTable:
+            out += "DROP TABLE ";
+            return WriteName(out, static_cast<const DropTableStatement&>(s).table);
+        case StatementKind::DropIndex:
+            return WriteDropIndex(out, static_cast<const DropIndexStatement&>(s));
+        case StatementKind::AddColumn:
+            return WriteAddColumn(out, static_cast<const AddColumnStatement&>(s));
+    }
+}
+
+}  // namespace
+
+std::string Print(const Statement& statement) {
+    std::string out;
+    WriteStatement(out, statement);
+    return out;
+}
+
+std::string Print(const Query& query) {
+    std::string out;
+    WriteQuery(out, query);
+    return out;
+}
+
+std::string Print(const Expression& expression) {
+    std::string out;
+    WriteExpression(out, expression);
+    return out;
+}
+
+}  // namespace kpTables::sql::parse

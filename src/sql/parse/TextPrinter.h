@@ -1,0 +1,14 @@
+// Tree back to text, in one canonical spelling that parses to the same tree.
+#pragma once
+
+#include <string>
+
+#include "sql/Tree.h"
+
+namespace kpTables::sql::parse {
+
+std::string Print(const Statement& statement);
+std::string Print(const Query& query);
+std::string Print(const Expression& expression);
+
+}  // namespace kpTables::sql::parse

@@ -1,0 +1,269 @@
+// Names, types and expressions in their canonical spelling.
+#include <algorithm>
+#include <array>
+
+#include "sql/parse/Keywords.h"
+#include "sql/parse/Scanner.h"
+#include "sql/parse/TextWriter.h"
+
+namespace kpTables::sql::parse {
+
+namespace {
+
+/// Words that are no name where they may stand first: in a list of columns, after TOP n, after CASE.
+constexpr std::array<std::string_view, 5> kOpening = {"CONSTRAINT", "PERCENT", "PRIMARY", "UNIQUE", "WHEN"};
+
+bool NeedsBrackets(std::string_view name) {
+    if (IsReserved(name) || MaySplit(name)) return true;
+    if (std::any_of(kOpening.begin(), kOpening.end(), [name](std::string_view word) { return SameWord(word, name); }))
+        return true;
+    return !IsBareName(name);
+}
+
+Precedence PrecedenceOf(const Expression& e) {
+    switch (e.kind) {
+        case ExpressionKind::Unary:
+            return As<Unary>(e).op == UnaryOperator::Not ? Precedence::Not : Precedence::Sign;
+        case ExpressionKind::Binary:
+            return InfoOf(As<Binary>(e).op).precedence;
+        case ExpressionKind::Like:
+        case ExpressionKind::Between:
+        case ExpressionKind::InList:
+        case ExpressionKind::InQuery:
+        case ExpressionKind::IsNull:
+            return Precedence::Comparison;
+        default:
+            return Precedence::Primary;
+    }
+}
+
+void WriteLiteral(std::string& out, const Literal& e) {
+    switch (e.literal) {
+        case LiteralKind::Null:
+            out += "NULL";
+            return;
+        case LiteralKind::Text:
+            out += '\'';
+            for (char c : e.text) {
+                out += c;
+                if (c == '\'') out += c;
+            }
+            out += '\'';
+            return;
+        case LiteralKind::Date:
+            out += '#' + e.text + '#';
+            return;
+        default:
+            out += e.text;
+    }
+}
+
+void WriteColumn(std::string& out, const Column& e) {
+    if (!e.table.empty()) {
+        WriteName(out, e.table);
+        out += '.';
+    }
+    WriteName(out, e.name);
+}
+
+void WriteStar(std::string& out, const Star& e) {
+    if (!e.table.empty()) {
+        WriteName(out, e.table);
+        out += '.';
+    }
+    out += '*';
+}
+
+void WriteUnary(std::string& out, const Unary& e) {
+    if (e.op == UnaryOperator::Not) {
+        out += "NOT ";
+        WriteExpression(out, *e.operand, Precedence::Not);
+        return;
+    }
+    out += e.op == UnaryOperator::Minus ? '-' : '+';
+    // Two signs without a blank would read as a comment in one of the dialects. In parentheses, a text as deep as may
+    // be would print as one that is too deep to be read again.
+    if (PrecedenceOf(*e.operand) == Precedence::Sign) out += ' ';
+    WriteExpression(out, *e.operand, Precedence::Sign);
+}
+
+/// A chain is written from its first operand on, in a loop: it may be long.
+void WriteBinary(std::string& out, const Binary& e) {
+    std::vector<const Binary*> chain;
+    for (const Binary* node = &e; node; node = If<Binary>(node->left.get())) {
+        if (!chain.empty() && PrecedenceOf(*node) < PrecedenceOf(*chain.back())) break;
+        chain.push_back(node);
+    }
+    WriteExpression(out, *chain.back()->left, PrecedenceOf(*chain.back()));
+    while (!chain.empty()) {
+        const Binary& node = *chain.back();
+        const OperatorInfo& info = InfoOf(node.op);
+        out += ' ';
+        out += info.spelling;
+        out += ' ';
+        WriteExpression(out, *node.right, Tighter(info.precedence));
+        chain.pop_back();
+    }
+}
+
+void WriteOperandOf(std::string& out, const Expression& operand, bool negated, std::string_view predicate) {
+    WriteExpression(out, operand, Precedence::Comparison);
+    out += negated ? " NOT " : " ";
+    out += predicate;
+}
+
+void WriteBetween(std::string& out, const Between& e) {
+    WriteOperandOf(out, *e.operand, e.negated, "BETWEEN ");
+    WriteExpression(out, *e.low, Tighter(Precedence::Comparison));
+    out += " AND ";
+    WriteExpression(out, *e.high, Tighter(Precedence::Comparison));
+}
+
+void WriteCall(std::string& out, const Call& e) {
+    out += e.name;
+    out += e.distinct ? "(DISTINCT " : "(";
+    WriteExpressions(out, e.arguments);
+    out += ')';
+}
+
+void WriteCase(std::string& out, const Case& e) {
+    out += "CASE ";
+    if (e.operand) {
+        WriteExpression(out, *e.operand);
+        out += ' ';
+    }
+    for (const Case::When& when : e.whens) {
+        out += "WHEN ";
+        WriteExpression(out, *when.condition);
+        out += " THEN ";
+        WriteExpression(out, *when.result);
+        out += ' ';
+    }
+    if (e.otherwise) {
+        out += "ELSE ";
+        WriteExpression(out, *e.otherwise);
+        out += ' ';
+    }
+    out += "END";
+}
+
+void WritePredicate(std::string& out, const Expression& e) {
+    switch (e.kind) {
+        case ExpressionKind::Like:
+            WriteOperandOf(out, *As<Like>(e).operand, As<Like>(e).negated, "LIKE ");
+            return WriteExpression(out, *As<Like>(e).pattern, Tighter(Precedence::Comparison));
+        case ExpressionKind::Between:
+            return WriteBetween(out, As<Between>(e));
+        case ExpressionKind::InList:
+            WriteOperandOf(out, *As<InList>(e).operand, As<InList>(e).negated, "IN (");
+            WriteExpressions(out, As<InList>(e).items);
+            out += ')';
+            return;
+        case ExpressionKind::InQuery:
+            WriteOperandOf(out, *As<InQuery>(e).operand, As<InQuery>(e).negated, "IN ");
+            return WriteQueryInParentheses(out, *As<InQuery>(e).query);
+        default:
+            WriteExpression(out, *As<IsNull>(e).operand, Precedence::Comparison);
+            out += As<IsNull>(e).negated ? " IS NOT NULL" : " IS NULL";
+    }
+}
+
+void WriteBare(std::string& out, const Expression& e) {
+    switch (e.kind) {
+        case ExpressionKind::Literal:
+            return WriteLiteral(out, As<Literal>(e));
+        case ExpressionKind::Column:
+            return WriteColumn(out, As<Column>(e));
+        case ExpressionKind::Star:
+            return WriteStar(out, As<Star>(e));
+        case ExpressionKind::Variable:
+            out += "@@" + As<Variable>(e).name;
+            return;
+        case ExpressionKind::Unary:
+            return WriteUnary(out, As<Unary>(e));
+        case ExpressionKind::Binary:
+            return WriteBinary(out, As<Binary>(e));
+        case ExpressionKind::Exists:
+            out += "EXISTS ";
+            return WriteQueryInParentheses(out, *As<Exists>(e).query);
+        case ExpressionKind::Subquery:
+            return WriteQueryInParentheses(out, *As<Subquery>(e).query);
+        case ExpressionKind::Call:
+            return WriteCall(out, As<Call>(e));
+        case ExpressionKind::Cast:
+            out += "CAST(";
+            WriteExpression(out, *As<Cast>(e).operand);
+            out += " AS ";
+            WriteType(out, As<Cast>(e).type);
+            out += ')';
+            return;
+        case ExpressionKind::Case:
+            return WriteCase(out, As<Case>(e));
+        default:
+            WritePredicate(out, e);
+    }
+}
+
+}  // namespace
+
+void WriteName(std::string& out, std::string_view name) {
+    const bool brackets = NeedsBrackets(name);
+    if (brackets) out += '[';
+    out += name;
+    if (brackets) out += ']';
+}
+
+void WriteNames(std::string& out, const std::vector<std::string>& names) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (i > 0) out += ", ";
+        WriteName(out, names[i]);
+    }
+}
+
+void WriteAlias(std::string& out, std::string_view alias) {
+    if (alias.empty()) return;
+    out += " AS ";
+    WriteName(out, alias);
+}
+
+void WriteExpression(std::string& out, const Expression& e, Precedence loosest) {
+    const bool parentheses = PrecedenceOf(e) < loosest;
+    if (parentheses) out += '(';
+    WriteBare(out, e);
+    if (parentheses) out += ')';
+}
+
+void WriteExpressions(std::string& out, const std::vector<ExpressionPtr>& list) {
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (i > 0) out += ", ";
+        WriteExpression(out, *list[i]);
+    }
+}
+
+void WriteType(std::string& out, const TypeName& type) {
+    switch (type.type) {
+        case Type::Long:
+            out += type.counter ? "COUNTER" : "LONG";
+            return;
+        case Type::Short:
+            out += "SHORT";
+            return;
+        case Type::Double:
+            out += "DOUBLE";
+            return;
+        case Type::Currency:
+            out += "CURRENCY";
+            return;
+        case Type::Date:
+            out += "DATETIME";
+            return;
+        case Type::Boolean:
+            out += "YESNO";
+            return;
+        default:
+            out += type.memo ? "MEMO" : type.fixed ? "CHAR" : "TEXT";
+            if (type.length > 0) out += '(' + std::to_string(type.length) + ')';
+    }
+}
+
+}  // namespace kpTables::sql::parse

@@ -1,0 +1,27 @@
+// The pieces of the canonical spelling; each appends to the text.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sql/Tree.h"
+#include "sql/parse/Operators.h"
+
+namespace kpTables::sql::parse {
+
+/// In brackets when it would not be read back as this name without them.
+void WriteName(std::string& out, std::string_view name);
+void WriteNames(std::string& out, const std::vector<std::string>& names);
+/// " AS name", nothing for "".
+void WriteAlias(std::string& out, std::string_view alias);
+
+/// In parentheses when it binds more loosely than the place allows.
+void WriteExpression(std::string& out, const Expression& e, Precedence loosest = Precedence::Implication);
+void WriteExpressions(std::string& out, const std::vector<ExpressionPtr>& list);
+void WriteType(std::string& out, const TypeName& type);
+
+void WriteQuery(std::string& out, const Query& query);
+void WriteQueryInParentheses(std::string& out, const Query& query);
+
+}  // namespace kpTables::sql::parse

@@ -1,0 +1,142 @@
+#include "sql/parse/TokenCursor.h"
+
+#include <charconv>
+
+#include "sql/Position.h"
+#include "sql/parse/Keywords.h"
+
+namespace kpTables::sql::parse {
+
+namespace {
+
+constexpr int kDeepest = 200;
+constexpr int kMostChained = 20000;
+
+/// Whether the token can stand after a query in parentheses that is itself a member of a query.
+bool FollowsQuery(const Token& token) {
+    if (token.kind == TokenKind::Word) return SameWord(token.text, "UNION") || SameWord(token.text, "ORDER");
+    if (token.kind == TokenKind::Operator) return token.text == ")" || token.text == ";";
+    return token.kind == TokenKind::End;
+}
+
+}  // namespace
+
+TokenCursor::TokenCursor(std::string_view text) : text_(text), stream_(Tokenize(text)) { FindQueries(); }
+
+/// "((SELECT" may open a query in parentheses or a value and a table that begin with one: what follows the closing
+/// parenthesis decides, so the answers are found from the last token to the first.
+void TokenCursor::FindQueries() {
+    const std::vector<Token>& tokens = stream_.tokens;
+    startsQuery_.assign(tokens.size(), 0);
+    std::vector<std::size_t> closing;
+    for (std::size_t i = tokens.size(); i-- > 0;) {
+        const Token& token = tokens[i];
+        if (token.kind == TokenKind::Word) {
+            startsQuery_[i] = SameWord(token.text, "SELECT");
+        } else if (token.kind == TokenKind::Operator && token.text == ")") {
+            closing.push_back(i);
+        } else if (token.kind == TokenKind::Operator && token.text == "(" && !closing.empty()) {
+            startsQuery_[i] = startsQuery_[i + 1] && FollowsQuery(tokens[closing.back() + 1]);
+            closing.pop_back();
+        }
+    }
+}
+
+const Token& TokenCursor::Peek(std::size_t ahead) const {
+    const std::size_t last = stream_.tokens.size() - 1;
+    return stream_.tokens[at_ + ahead < last ? at_ + ahead : last];
+}
+
+const Token& TokenCursor::Take() {
+    const Token& token = Peek();
+    if (token.kind != TokenKind::End) ++at_;
+    return token;
+}
+
+bool TokenCursor::At(std::string_view word, std::size_t ahead) const {
+    const Token& token = Peek(ahead);
+    return token.kind == TokenKind::Word && SameWord(token.text, word);
+}
+
+bool TokenCursor::AtOperator(std::string_view sign, std::size_t ahead) const {
+    const Token& token = Peek(ahead);
+    return token.kind == TokenKind::Operator && token.text == sign;
+}
+
+bool TokenCursor::AtName(std::size_t ahead) const {
+    const Token& token = Peek(ahead);
+    return token.kind == TokenKind::QuotedName || (token.kind == TokenKind::Word && !IsReserved(token.text));
+}
+
+bool TokenCursor::AtQuery(std::size_t ahead) const {
+    return at_ + ahead < startsQuery_.size() && startsQuery_[at_ + ahead] != 0;
+}
+
+bool TokenCursor::Accept(std::string_view word) {
+    if (!At(word)) return false;
+    Take();
+    return true;
+}
+
+bool TokenCursor::AcceptOperator(std::string_view sign) {
+    if (!AtOperator(sign)) return false;
+    Take();
+    return true;
+}
+
+void TokenCursor::Expect(std::string_view word) {
+    if (!Accept(word)) Fail(word);
+}
+
+void TokenCursor::ExpectOperator(std::string_view sign) {
+    if (!AcceptOperator(sign)) Fail(std::string("'") + std::string(sign) + "'");
+}
+
+std::string TokenCursor::TakeName(std::string_view what) {
+    if (!AtName()) Fail(what);
+    return std::string(Take().text);
+}
+
+const LiteralValue& TokenCursor::ValueOf(const Token& literal) const {
+    return stream_.literals[static_cast<std::size_t>(literal.ordinal)];
+}
+
+int TokenCursor::TakeNumber(std::string_view what, int least, int most) {
+    const Token& token = Peek();
+    if (token.kind != TokenKind::Literal || token.literal != LiteralKind::Integer) Fail(what);
+    int number = -1;
+    const char* end = token.text.data() + token.text.size();
+    if (std::from_chars(token.text.data(), end, number).ec != std::errc() || number < least || number > most)
+        Fail(what);
+    fixedLiterals_.push_back(token.ordinal);
+    Take();
+    return number;
+}
+
+void TokenCursor::Fail(std::string_view what) const { FailAt(Peek(), std::string("expected ") + std::string(what)); }
+
+void TokenCursor::FailAt(const Token& token, std::string_view complaint) const {
+    // A name's brackets are part of what the reader looks for.
+    const bool quoted = token.kind == TokenKind::QuotedName;
+    const std::string_view spelling = quoted ? text_.substr(token.offset, token.text.size() + 2) : token.text;
+    throw SyntaxError(text_, token.offset, spelling, complaint);
+}
+
+void TokenCursor::FailUnsupported(const Token& token, std::string_view what) const {
+    const Position at = Locate(text_, token.offset);
+    throw SqlError(ErrorKind::Unsupported,
+                   std::string(what) + " is not supported (line " + std::to_string(at.line) + ", column " +
+                       std::to_string(at.column) + ")",
+                   token.offset, true);
+}
+
+void TokenCursor::CountChained() {
+    if (++chained_ > kMostChained) FailAt(Peek(), "the statement has too many operators");
+}
+
+void TokenCursor::Enter() {
+    if (depth_ >= kDeepest) FailAt(Peek(), "the statement is nested too deeply");
+    ++depth_;
+}
+
+}  // namespace kpTables::sql::parse

@@ -1,0 +1,80 @@
+// The parser's place in the tokens, with the questions and complaints that every rule shares.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sql/parse/Lexer.h"
+
+namespace kpTables::sql::parse {
+
+class TokenCursor {
+public:
+    explicit TokenCursor(std::string_view text);
+
+    const Token& Peek(std::size_t ahead = 0) const;
+    const Token& Take();
+
+    bool At(std::string_view word, std::size_t ahead = 0) const;
+    bool AtOperator(std::string_view sign, std::size_t ahead = 0) const;
+    /// Whether a name can be read here: a word that is not reserved, or one in brackets.
+    bool AtName(std::size_t ahead = 0) const;
+    /// Whether a query begins here, perhaps after opening parentheses that belong to it.
+    bool AtQuery(std::size_t ahead = 0) const;
+    bool AtEnd() const { return Peek().kind == TokenKind::End; }
+
+    bool Accept(std::string_view word);
+    bool AcceptOperator(std::string_view sign);
+    void Expect(std::string_view word);
+    void ExpectOperator(std::string_view sign);
+    /// Takes a name; what says whose, for the complaint: "a table's name".
+    std::string TakeName(std::string_view what);
+
+    const LiteralValue& ValueOf(const Token& literal) const;
+    /// Takes a whole number that becomes part of the tree without a node of its own.
+    int TakeNumber(std::string_view what, int least, int most);
+    std::vector<int> TakeFixedLiterals() { return std::move(fixedLiterals_); }
+
+    /// Raises SqlError at the next token (or the given one): "expected <what>".
+    [[noreturn]] void Fail(std::string_view what) const;
+    [[noreturn]] void FailAt(const Token& token, std::string_view complaint) const;
+    [[noreturn]] void FailUnsupported(const Token& token, std::string_view what) const;
+
+    /// Counts an operator that follows another one in its chain; there is a limit, because each makes the tree one
+    /// level deeper.
+    void CountChained();
+
+    /// Holds levels of nesting while it lives; there is a limit, so that no text can exhaust the stack.
+    class Nesting {
+    public:
+        explicit Nesting(TokenCursor& cursor) : cursor_(cursor) {}
+        ~Nesting() { cursor_.depth_ -= levels_; }
+        Nesting(const Nesting&) = delete;
+        Nesting& operator=(const Nesting&) = delete;
+        void Deepen() {
+            cursor_.Enter();
+            ++levels_;
+        }
+
+    private:
+        TokenCursor& cursor_;
+        int levels_ = 0;
+    };
+
+private:
+    void FindQueries();
+    void Enter();
+
+    std::string_view text_;
+    TokenStream stream_;
+    std::vector<std::uint8_t> startsQuery_;  ///< by token
+    std::vector<int> fixedLiterals_;
+    std::size_t at_ = 0;
+    int depth_ = 0;
+    int chained_ = 0;
+};
+
+}  // namespace kpTables::sql::parse

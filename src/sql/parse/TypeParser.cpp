@@ -1,0 +1,109 @@
+// The names of column types in both dialects.
+#include <array>
+
+#include "sql/parse/Keywords.h"
+#include "sql/parse/ParserRules.h"
+
+namespace kpTables::sql::parse {
+
+namespace {
+
+/// What a type's name means; a text type says whether a length may follow.
+struct TypeRow {
+    std::string_view name;
+    Type type;
+    bool counter = false;
+    bool memo = false;
+    bool fixed = false;
+};
+
+constexpr bool kCounter = true;
+constexpr bool kMemo = true;
+constexpr bool kFixed = true;
+
+constexpr std::array kTypes = {
+    TypeRow{"COUNTER", Type::Long, kCounter},
+    TypeRow{"AUTOINCREMENT", Type::Long, kCounter},
+    TypeRow{"IDENTITY", Type::Long, kCounter},
+    TypeRow{"LONG", Type::Long},
+    TypeRow{"INTEGER", Type::Long},
+    TypeRow{"INT", Type::Long},
+    TypeRow{"INTEGER4", Type::Long},
+    TypeRow{"SHORT", Type::Short},
+    TypeRow{"SMALLINT", Type::Short},
+    TypeRow{"INTEGER2", Type::Short},
+    TypeRow{"BYTE", Type::Short},
+    TypeRow{"TINYINT", Type::Short},
+    TypeRow{"DOUBLE", Type::Double},
+    TypeRow{"FLOAT", Type::Double},
+    TypeRow{"FLOAT8", Type::Double},
+    TypeRow{"NUMBER", Type::Double},
+    TypeRow{"REAL", Type::Double},
+    TypeRow{"SINGLE", Type::Double},
+    TypeRow{"CURRENCY", Type::Currency},
+    TypeRow{"MONEY", Type::Currency},
+    TypeRow{"DATETIME", Type::Date},
+    TypeRow{"DATE", Type::Date},
+    TypeRow{"TIME", Type::Date},
+    TypeRow{"SMALLDATETIME", Type::Date},
+    TypeRow{"YESNO", Type::Boolean},
+    TypeRow{"LOGICAL", Type::Boolean},
+    TypeRow{"BIT", Type::Boolean},
+    TypeRow{"BOOLEAN", Type::Boolean},
+    TypeRow{"TEXT", Type::Text},
+    TypeRow{"VARCHAR", Type::Text},
+    TypeRow{"NVARCHAR", Type::Text},
+    TypeRow{"STRING", Type::Text},
+    TypeRow{"CHAR", Type::Text, false, false, kFixed},
+    TypeRow{"NCHAR", Type::Text, false, false, kFixed},
+    TypeRow{"MEMO", Type::Text, false, kMemo},
+    TypeRow{"LONGTEXT", Type::Text, false, kMemo},
+    TypeRow{"NTEXT", Type::Text, false, kMemo},
+};
+
+constexpr int kDefaultLength = 255;  ///< of a text column that gives none
+constexpr int kLongestText = 8000;
+
+const TypeRow* FindType(const Token& token) {
+    if (token.kind != TokenKind::Word) return nullptr;
+    for (const TypeRow& row : kTypes)
+        if (SameWord(row.name, token.text)) return &row;
+    return nullptr;
+}
+
+/// "(1,1)", the only numbering that an engine gives.
+void ParseNumbering(TokenCursor& cursor) {
+    if (!cursor.AcceptOperator("(")) return;
+    cursor.TakeNumber("1, the first number", 1, 1);
+    cursor.ExpectOperator(",");
+    cursor.TakeNumber("1, the step", 1, 1);
+    cursor.ExpectOperator(")");
+}
+
+void ParseLength(TokenCursor& cursor, TypeUse use, TypeName& type) {
+    if (cursor.AcceptOperator("(")) {
+        type.length = cursor.TakeNumber("a length from 1 to 8000", 1, kLongestText);
+        cursor.ExpectOperator(")");
+        return;
+    }
+    type.fixed = false;
+    if (use == TypeUse::Column) type.length = kDefaultLength;
+}
+
+}  // namespace
+
+TypeName ParseTypeName(TokenCursor& cursor, TypeUse use) {
+    const TypeRow* row = FindType(cursor.Peek());
+    if (!row || (row->counter && use == TypeUse::Cast)) cursor.Fail("a type");
+    cursor.Take();
+    TypeName type;
+    type.type = row->type;
+    type.counter = row->counter;
+    type.memo = row->memo;
+    type.fixed = row->fixed;
+    if (type.counter) ParseNumbering(cursor);
+    if (type.type == Type::Text && !type.memo) ParseLength(cursor, use, type);
+    return type;
+}
+
+}  // namespace kpTables::sql::parse

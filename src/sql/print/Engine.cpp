@@ -1,0 +1,66 @@
+#include "sql/print/Engine.h"
+
+#include <utility>
+
+namespace kpTables::sql::print {
+
+namespace {
+
+std::string Quoted(std::string_view text, char quote) {
+    std::string quoted(1, quote);
+    for (const char c : text) {
+        quoted += c;
+        if (c == quote) quoted += c;
+    }
+    quoted += quote;
+    return quoted;
+}
+
+}  // namespace
+
+std::string Engine::Name(std::string_view name) const { return Quoted(name, '"'); }
+
+std::string Engine::Text(std::string_view text) const { return Quoted(text, '\''); }
+
+std::string_view Engine::ComparisonSign(bind::ComparisonOperator op) const {
+    using enum bind::ComparisonOperator;
+    switch (op) {
+        case Equal:
+            return "=";
+        case NotEqual:
+            return "<>";
+        case Less:
+            return "<";
+        case LessEqual:
+            return "<=";
+        case Greater:
+            return ">";
+        case GreaterEqual:
+            return ">=";
+        case Same:
+            return "IS NOT DISTINCT FROM";
+        case Different:
+            return "IS DISTINCT FROM";
+    }
+    return {};
+}
+
+Piece Engine::PredicateValue(Piece predicate) const { return {"-(" + predicate.text + ")", Precedence::Unary}; }
+
+Piece Engine::Likely(Piece condition) const { return condition; }
+
+std::string_view Engine::JoinWord(bind::JoinMethod method) const {
+    return method == bind::JoinMethod::Left    ? " LEFT JOIN "
+           : method == bind::JoinMethod::Right ? " RIGHT JOIN "
+                                               : " INNER JOIN ";
+}
+
+std::string Engine::GroupKey(std::string key, bool) const { return key; }
+
+std::string Engine::OrderKey(std::string key, bool descending) const {
+    return descending ? key.append(" DESC") : std::move(key);
+}
+
+std::string Engine::Limit(long long rows) const { return " LIMIT " + std::to_string(rows); }
+
+}  // namespace kpTables::sql::print

@@ -1,0 +1,39 @@
+// Printed expressions, and how tightly their outermost operators bind.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kpTables::sql::print {
+
+/// From the loosest to the tightest.
+enum class Precedence {
+    Or,
+    And,
+    Not,
+    Equality,
+    Relational,
+    Additive,
+    Multiplicative,
+    Concatenation,
+    Collation,
+    Unary,
+    Primary,
+};
+
+struct Piece {
+    std::string text;
+    Precedence precedence = Precedence::Primary;
+};
+
+/// The text, in parentheses when it binds more loosely than that.
+std::string Enclosed(Piece piece, Precedence atLeast);
+/// "left op right", grouping to the left.
+Piece Operation(Piece left, std::string_view op, Piece right, Precedence precedence);
+/// A comparison or another test of two values.
+Piece Test(Piece left, std::string_view op, Piece right, Precedence precedence);
+/// "name(argument, ...)".
+Piece Function(std::string_view name, const std::vector<Piece>& arguments);
+
+}  // namespace kpTables::sql::print

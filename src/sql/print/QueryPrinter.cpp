@@ -1,0 +1,89 @@
+// Queries. FROM is printed first, as it names the queries that stand in it.
+#include "sql/print/Printer.h"
+
+namespace kpTables::sql::print {
+
+std::string Printer::Query(const bind::Query& query) {
+    const bool labelled = query.use == bind::QueryUse::Table;
+    std::string text;
+    for (const auto& member : query.members) {
+        if (!text.empty()) text += member.all ? " UNION ALL " : " UNION ";
+        text += Select(member.select, labelled);
+    }
+    std::string separator = " ORDER BY ";
+    for (const bind::OrderKey& key : query.orderBy) {
+        text.append(separator).append(Position(key));
+        separator = ", ";
+    }
+    return text;
+}
+
+std::string Printer::Select(const bind::Select& select, bool labelled) {
+    std::string rest = From(select.from);
+    rest += Clause(" WHERE ", select.where);
+    rest += Groups(select);
+    std::string text = (select.distinct ? "SELECT DISTINCT " : "SELECT ") + Items(select, labelled) + rest;
+    text += Clause(" HAVING ", select.having);
+    text += Orders(select);
+    if (select.limit) text += engine_.Limit(*select.limit);
+    return text;
+}
+
+std::string Printer::From(const std::vector<bind::TablePtr>& from) {
+    std::string text;
+    for (const bind::TablePtr& table : from) text.append(text.empty() ? " FROM " : ", ").append(Table(*table));
+    return text;
+}
+
+std::string Printer::Table(const bind::Table& table) {
+    if (table.source) return SourceText(*table.source);
+    std::string text = Table(*table.left);
+    text += engine_.JoinWord(table.method);
+    text += table.right->source ? Table(*table.right) : "(" + Table(*table.right) + ")";
+    return text + " ON " + Term(*table.on).text;
+}
+
+std::string Printer::SourceText(const bind::Source& source) {
+    if (source.table && source.alias.empty()) return SourceName(source);
+    const std::string text = source.table ? engine_.Name(source.table->name) : QueryInParentheses(*source.query);
+    return text + " AS " + SourceName(source);
+}
+
+std::string Printer::Clause(std::string_view words, const bind::TermPtr& condition) {
+    return condition ? std::string(words) + Term(*condition).text : std::string();
+}
+
+std::string Printer::Groups(const bind::Select& select) {
+    std::string text;
+    for (const bind::TermPtr& key : select.groupBy)
+        text.append(text.empty() ? " GROUP BY " : ", ")
+            .append(engine_.GroupKey(CollatedTerm(*key).text, select.sortsGroups));
+    return text;
+}
+
+std::string Printer::Items(const bind::Select& select, bool labelled) {
+    std::string text;
+    for (const bind::Output& item : select.items) {
+        text.append(text.empty() ? "" : ", ");
+        text += (select.comparesRows ? CollatedTerm(*item.term) : Term(*item.term)).text;
+        if (labelled || item.aliased) text += " AS " + engine_.Name(labelled ? item.label : item.name);
+    }
+    return text;
+}
+
+std::string Printer::Orders(const bind::Select& select) {
+    std::string text;
+    for (const bind::OrderKey& key : select.orderBy) {
+        const bool byPosition = key.position && !bind::StoredColumn(*key.term);
+        text += text.empty() ? " ORDER BY " : ", ";
+        text += byPosition ? Position(key) : engine_.OrderKey(CollatedTerm(*key.term).text, key.descending);
+    }
+    return text;
+}
+
+std::string Printer::Position(const bind::OrderKey& key) const {
+    Piece number = Collated(*key.term, {std::to_string(*key.position)});
+    return engine_.OrderKey(std::move(number.text), key.descending);
+}
+
+}  // namespace kpTables::sql::print

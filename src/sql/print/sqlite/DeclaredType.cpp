@@ -1,0 +1,60 @@
+#include "sql/print/sqlite/DeclaredType.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "sql/Names.h"
+#include "sql/print/sqlite/FunctionList.h"
+
+namespace kpTables::sql::print::sqlite {
+
+namespace {
+
+struct Declared {
+    std::string_view text;
+    Type type;
+};
+
+// A date's type contains TEXT and so has the affinity that leaves ISO text alone.
+constexpr Declared kDeclared[] = {
+    {"INTEGER", Type::Long},       {"SMALLINT", Type::Short}, {"DOUBLE", Type::Double}, {"CURRENCY", Type::Currency},
+    {"DATETIME_TEXT", Type::Date}, {"YESNO", Type::Boolean},  {"LONGTEXT", Type::Text},
+};
+
+std::string Collated(std::string type) { return type.append(" COLLATE ").append(kTextCollation); }
+
+}  // namespace
+
+std::string DeclaredType(const TypeName& type, bool soleKey) {
+    if (type.counter) return "INTEGER PRIMARY KEY AUTOINCREMENT";
+    if (type.type == Type::Long && soleKey) return "INTEGER PRIMARY KEY";
+    if (type.type == Type::Text && !type.memo) {
+        constexpr int kUnstatedLength = 255;
+        const int length = type.length > 0 ? type.length : kUnstatedLength;
+        return Collated("TEXT(" + std::to_string(length) + ")");
+    }
+    for (const auto& [text, known] : kDeclared)
+        if (known == type.type) return known == Type::Text ? Collated(std::string(text)) : std::string(text);
+    return {};
+}
+
+CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view declaredType, bool autoincrement) {
+    CatalogColumn column;
+    column.name = name;
+    column.counter = autoincrement;
+    const auto word = declaredType.substr(0, declaredType.find('('));
+    for (const auto& [text, type] : kDeclared)
+        if (SameName(word, text)) column.type = type;
+    if (SameName(word, "TEXT")) {
+        column.type = Type::Text;
+        const auto length = declaredType.substr(std::min(word.size() + 1, declaredType.size()));
+        std::from_chars(length.data(), length.data() + length.size(), column.length);
+    }
+    return column;
+}
+
+std::string IndexName(std::string_view table, std::string_view index) {
+    return std::string(table).append(".").append(index);
+}
+
+}  // namespace kpTables::sql::print::sqlite

@@ -1,0 +1,23 @@
+// How a column's type and an index's name are kept in a book's schema.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "sql/Catalog.h"
+#include "sql/Tree.h"
+
+namespace kpTables::sql::print::sqlite {
+
+/// The type text of a column, with the collation of a text one: "CURRENCY", "TEXT(20) COLLATE KPTEXT".
+/// soleKey: the column alone is the table's primary key; a whole number then becomes SQLite's row id.
+std::string DeclaredType(const TypeName& type, bool soleKey);
+
+/// The column of that declared type (the collation is no part of what SQLite reports as the type).
+/// autoincrement: the schema says AUTOINCREMENT for it, which only a COUNTER has.
+CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view declaredType, bool autoincrement);
+
+/// Index names are a table's own in Jet, but a book's in SQLite.
+std::string IndexName(std::string_view table, std::string_view index);
+
+}  // namespace kpTables::sql::print::sqlite

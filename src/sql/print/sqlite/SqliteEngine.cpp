@@ -1,0 +1,174 @@
+#include "sql/print/sqlite/SqliteEngine.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "sql/print/sqlite/FunctionList.h"
+
+namespace kpTables::sql::print::sqlite {
+
+namespace {
+
+using bind::AggregateFunction;
+
+struct OwnName {
+    std::string_view function;
+    std::string_view name;
+};
+
+/// The functions that SQLite has itself; all others are registered under a name of ours.
+constexpr std::array<OwnName, 8> kOwnNames = {{
+    {"abs", "abs"},
+    {"coalesce", "COALESCE"},
+    {"last_counter", "last_insert_rowid"},
+    {"length", "length"},
+    {"ltrim", "ltrim"},
+    {"rtrim", "rtrim"},
+    {"substr", "substr"},
+    {"trim", "trim"},
+}};
+
+Piece Scaled(Piece operand, std::string_view op, std::string_view unit) {
+    return Operation(std::move(operand), op, {std::string(unit)}, Precedence::Multiplicative);
+}
+
+Piece Call(std::string_view name, Piece operand) { return Function(name, {std::move(operand)}); }
+
+// Currency in units, a date as a number of days, any other value as it is.
+Piece Number(Piece operand, Type from) {
+    if (from == Type::Date) return Call("kp_date_number", std::move(operand));
+    return from == Type::Currency ? Scaled(std::move(operand), "/", "10000.0") : std::move(operand);
+}
+
+Piece ToText(Piece operand, Type from) {
+    switch (from) {
+        case Type::Short:
+        case Type::Long:
+            operand.text += " AS TEXT";
+            return Call("CAST", std::move(operand));
+        case Type::Boolean:
+            return Call("kp_text_boolean", std::move(operand));
+        case Type::Currency:
+            return Call("kp_text_currency", std::move(operand));
+        case Type::Date:
+            return Call("kp_text_date", std::move(operand));
+        default:
+            return Call("kp_text_double", std::move(operand));
+    }
+}
+
+Piece ToBoolean(Piece operand, Type from) {
+    if (!bind::IsNumeric(from)) return Call("kp_to_boolean", Number(std::move(operand), from));
+    return {"-(" + Test(std::move(operand), "<>", {"0"}, Precedence::Equality).text + ")", Precedence::Unary};
+}
+
+Piece ToCurrency(Piece operand, Type from, bool rounded) {
+    if (!rounded) return Scaled(std::move(operand), "*", "10000.0");
+    if (bind::IsWhole(from)) return Scaled(std::move(operand), "*", "10000");
+    return Call("kp_to_currency", Number(std::move(operand), from));
+}
+
+class Sqlite : public Engine {
+public:
+    std::string Parameter(int number, const bind::ParameterTerm&) const override {
+        return "?" + std::to_string(number);
+    }
+
+    std::string FunctionName(std::string_view function) const override {
+        for (const auto& [known, name] : kOwnNames)
+            if (known == function) return std::string(name);
+        return "kp_" + std::string(function);
+    }
+
+    std::string AggregateName(AggregateFunction function) const override {
+        constexpr std::array<std::string_view, 11> kNames = {
+            "COUNT", "SUM", "AVG", "MIN", "MAX", "kp_first", "kp_last", "kp_stdev", "kp_stdevp", "kp_var", "kp_varp"};
+        return std::string(kNames[static_cast<std::size_t>(function)]);
+    }
+
+    std::string_view ComparisonSign(bind::ComparisonOperator op) const override {
+        if (op == bind::ComparisonOperator::Same) return "IS";
+        return op == bind::ComparisonOperator::Different ? "IS NOT" : Engine::ComparisonSign(op);
+    }
+
+    Piece Converted(Piece operand, const bind::Conversion& conversion) const override {
+        const Type from = conversion.operands.front()->type;
+        if (from == Type::Null || bind::IsWidening(from, conversion.type)) return operand;
+        switch (conversion.type) {
+            case Type::Short:
+                return Call("kp_to_short", Number(std::move(operand), from));
+            case Type::Long:
+                return Call("kp_to_long", Number(std::move(operand), from));
+            case Type::Double:
+                if (from == Type::Currency || from == Type::Date) return Number(std::move(operand), from);
+                return Call("kp_to_double", std::move(operand));
+            case Type::Currency:
+                return ToCurrency(std::move(operand), from, conversion.rounded);
+            case Type::Boolean:
+                return ToBoolean(std::move(operand), from);
+            case Type::Date:
+                return Call("kp_to_date", Number(std::move(operand), from));
+            case Type::Text:
+                return ToText(std::move(operand), from);
+            default:
+                return operand;
+        }
+    }
+
+    Piece Checked(Piece operand, Type type) const override {
+        return Call(type == Type::Long     ? "kp_to_long"
+                    : type == Type::Double ? "kp_to_double"
+                                           : "kp_cur_fit",
+                    std::move(operand));
+    }
+
+    Piece Collated(Piece text) const override {
+        return {Enclosed(std::move(text), Precedence::Collation).append(" COLLATE ").append(kTextCollation),
+                Precedence::Collation};
+    }
+
+    Piece Concatenated(const bind::Concatenation& node, Piece left, Piece right) const override {
+        if (node.nulls == bind::Concatenation::Nulls::Join)
+            return Function("kp_join", {std::move(left), std::move(right)});
+        const auto present = [](Piece piece) { return Function("COALESCE", {std::move(piece), {"''"}}); };
+        if (node.leftMayBeNull) left = present(std::move(left));
+        if (node.rightMayBeNull) right = present(std::move(right));
+        return Operation(std::move(left), "||", std::move(right), Precedence::Concatenation);
+    }
+
+    Piece Aggregated(const bind::Aggregate& aggregate, Piece call) const override {
+        const bool whole = aggregate.function == AggregateFunction::Sum && bind::IsWhole(aggregate.Argument()->type);
+        return whole ? Piece{"CAST(" + call.text + " AS REAL)"} : call;
+    }
+
+    Piece Likely(Piece condition) const override { return Call("likely", std::move(condition)); }
+
+    std::size_t LongestChain() const override { return 100; }
+
+    // SQLite does not turn a cross join around, so it keeps the order of the rows.
+    std::string_view JoinWord(bind::JoinMethod method) const override {
+        return method == bind::JoinMethod::Lookup ? " CROSS JOIN " : Engine::JoinWord(method);
+    }
+
+    // No index has the value of an expression.
+    std::string GroupKey(std::string key, bool sorted) const override { return sorted ? "+" + key : key; }
+
+    std::string SchemaChange(const bind::SchemaChange& change,
+                             const std::vector<std::string>& defaults) const override {
+        return SchemaChangeText(change, defaults);
+    }
+};
+
+}  // namespace
+
+const Engine& SqliteEngine() {
+    static const Sqlite engine;
+    return engine;
+}
+
+std::string QuotedName(std::string_view name) { return SqliteEngine().Name(name); }
+
+std::string QuotedText(std::string_view text) { return SqliteEngine().Text(text); }
+
+}  // namespace kpTables::sql::print::sqlite

@@ -1,0 +1,200 @@
+// A date that a statement puts together from a year, a month and a day column.
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "sql/rewrite/BoundNames.h"
+#include "sql/rewrite/Rules.h"
+
+namespace kpTables::sql::rewrite {
+
+namespace {
+
+constexpr std::size_t kJoins = 4;
+
+// The column of whole numbers whose text form the term is: as it is, converted, or cast to some characters.
+TermPtr PartOf(TermPtr term) {
+    const auto* call = If<CallTerm>(term);
+    if (call && (call->name == "char" || call->name == "substr")) term = call->operands.front();
+    if (term->kind == TermKind::Conversion && term->type == Type::Text) term = term->operands.front();
+    const bool whole = term->type == Type::Short || term->type == Type::Long;
+    return whole && If<ColumnTerm>(term) ? term : nullptr;
+}
+
+const ParameterTerm* SeparatorOf(const Term& term) {
+    const auto* literal = If<ParameterTerm>(&term);
+    const bool separates = literal && literal->literal == LiteralKind::Text && literal->binding == Binding::Text &&
+                           (literal->text == "-" || literal->text == "/");
+    return separates ? literal : nullptr;
+}
+
+// The text that the term reads as a date, or null.
+const Term* DateText(const Term& term) {
+    const auto* call = If<CallTerm>(&term);
+    const bool reads =
+        (term.kind == TermKind::Conversion && term.type == Type::Date) || (call && call->name == "server_date");
+    return reads ? term.operands.front().get() : nullptr;
+}
+
+class Recognizer {
+public:
+    explicit Recognizer(std::vector<int>& fixedLiterals) : fixedLiterals_(fixedLiterals) {}
+
+    TermPtr operator()(const TermPtr& term) {
+        switch (term->kind) {
+            case TermKind::Conversion:
+            case TermKind::Call:
+                return Recognized(term);
+            case TermKind::Comparison:
+                return Compared(term, As<Comparison>(*term));
+            case TermKind::Between:
+                return Between(term, As<BetweenTerm>(*term));
+            default:
+                return term;
+        }
+    }
+
+private:
+    TermPtr Recognized(const TermPtr& term) {
+        const Term* text = DateText(*term);
+        if (!text) return term;
+        // ((((y & '-') & m) & '-') & d): from the right, the operands are d, '-', m, '-' and what is left is y.
+        std::array<TermPtr, kJoins + 1> operands;
+        for (std::size_t i = kJoins; i > 0; --i) {
+            const auto* join = If<Concatenation>(text);
+            if (!join) return term;
+            operands[i] = join->operands[1];
+            operands[i - 1] = join->operands[0];
+            text = operands[i - 1].get();
+        }
+        TermPtr year = PartOf(operands[0]);
+        TermPtr month = PartOf(operands[2]);
+        TermPtr day = PartOf(operands[4]);
+        const auto* first = SeparatorOf(*operands[1]);
+        const auto* second = SeparatorOf(*operands[3]);
+        if (!year || !month || !day || !first || !second) return term;
+        FixLiteral(fixedLiterals_, first->ordinal);
+        FixLiteral(fixedLiterals_, second->ordinal);
+        auto date = std::make_shared<DateOfParts>(std::move(year), std::move(month), std::move(day));
+        date->offset = term->offset;
+        return date;
+    }
+
+    // Only a constant can be cut into parts once and for all; anything else is compared as a date.
+    static bool ComparesByColumns(const Term& bill, const Term& other) {
+        return bill.kind == TermKind::DateOfParts && (other.kind == TermKind::DateOfParts || other.constant) &&
+               other.type != Type::Null;
+    }
+
+    static TermPtr Compared(const TermPtr& term, const Comparison& comparison) {
+        const TermPtr& left = comparison.operands[0];
+        const TermPtr& right = comparison.operands[1];
+        if (comparison.op > ComparisonOperator::GreaterEqual) return term;
+        if (ComparesByColumns(*left, *right)) return ByColumns(comparison.op, *left, right);
+        if (ComparesByColumns(*right, *left)) return ByColumns(Mirrored(comparison.op), *right, left);
+        return term;
+    }
+
+    static TermPtr Between(const TermPtr& term, const BetweenTerm& between) {
+        const auto& operands = between.operands;
+        if (!ComparesByColumns(*operands[0], *operands[1]) || !ComparesByColumns(*operands[0], *operands[2]))
+            return term;
+        TermPtr low = ByColumns(ComparisonOperator::GreaterEqual, *operands[0], operands[1]);
+        auto high = ByColumns(ComparisonOperator::LessEqual, *operands[0], operands[2]);
+        high->isUnit = true;
+        TermPtr both = std::make_shared<Logic>(LogicOperator::And, Terms{std::move(low), std::move(high)});
+        return between.negated ? std::make_shared<NotTerm>(std::move(both)) : both;
+    }
+
+    // The year, month and day to compare a bill's date with. A time of day stands as the day's fraction: a bill's date
+    // has none, so it lies before any time of its day and equals no date that has one.
+    static Terms PartsOf(const TermPtr& date) {
+        if (date->kind == TermKind::DateOfParts) return date->operands;
+        const auto* literal = If<ParameterTerm>(date);
+        if (!literal || literal->binding != Binding::Date)
+            return {Call("year", {date}, Type::Short), Call("month", {date}, Type::Short),
+                    Call("day_and_time", {date}, Type::Double)};
+        constexpr std::pair<Binding, Type> kParts[] = {
+            {Binding::DateYear, Type::Short}, {Binding::DateMonth, Type::Short}, {Binding::DateDay, Type::Double}};
+        Terms parts;
+        for (const auto& [binding, type] : kParts) {
+            auto part = std::make_shared<ParameterTerm>(*literal);
+            part->binding = binding;
+            part->type = type;
+            part->sequence += static_cast<int>(parts.size());
+            parts.push_back(std::move(part));
+        }
+        return parts;
+    }
+
+    static std::shared_ptr<Logic> ByColumns(ComparisonOperator op, const Term& bill, const TermPtr& other) {
+        const Terms& columns = bill.operands;
+        Terms parts = PartsOf(other);
+        Terms conditions;
+        if (op == ComparisonOperator::Equal) {
+            for (std::size_t i = 0; i < columns.size(); ++i) conditions.push_back(Compare(op, columns[i], parts[i]));
+            return std::make_shared<Logic>(LogicOperator::And, std::move(conditions));
+        }
+        Terms rows = columns;
+        rows.insert(rows.end(), parts.begin(), parts.end());
+        conditions.push_back(std::make_shared<RowComparison>(op, std::move(rows)));
+        // A date with a Null part is Null, but rows are compared by the first parts that differ, without a look at the
+        // others.
+        for (const auto& part : columns) conditions.push_back(Compare(ComparisonOperator::Equal, part, part));
+        if (other->kind == TermKind::DateOfParts)
+            for (const auto& part : parts) conditions.push_back(Compare(ComparisonOperator::Equal, part, part));
+        return std::make_shared<Logic>(LogicOperator::And, std::move(conditions));
+    }
+
+    std::vector<int>& fixedLiterals_;
+};
+
+void SplitKeys(Select& select) {
+    std::vector<TermPtr> groups;
+    for (TermPtr& key : select.groupBy) {
+        if (key->kind == TermKind::DateOfParts)
+            groups.insert(groups.end(), key->operands.begin(), key->operands.end());
+        else
+            groups.push_back(std::move(key));
+    }
+    select.groupBy = std::move(groups);
+    std::vector<OrderKey> order;
+    for (OrderKey& key : select.orderBy) {
+        const bool shown = key.position && (select.distinct || select.grouped);
+        if (key.term->kind == TermKind::DateOfParts && !shown)
+            for (const TermPtr& part : key.term->operands) order.push_back({part, key.descending});
+        else
+            order.push_back(std::move(key));
+    }
+    select.orderBy = std::move(order);
+}
+
+}  // namespace
+
+void RecognizeBillDates(BoundStatement& statement) {
+    Recognizer recognize(statement.fixedLiterals);
+    const auto changed = [&](const TermPtr& expression) {
+        const bool reads = AnyTerm(*expression, [](const Term& term) { return DateText(term) != nullptr; });
+        return reads ? Changed(expression, std::ref(recognize)) : expression;
+    };
+    ForEachQuery(statement, [&](Query& query) {
+        for (Query::Member& member : query.members) ChangeExpressions(member.select, changed);
+        for (OrderKey& key : query.orderBy) key.term = changed(key.term);
+    });
+    if (statement.insert)
+        for (TermPtr& value : statement.insert->values) value = changed(value);
+    if (statement.update) {
+        for (Update::Assignment& assignment : statement.update->assignments)
+            assignment.value = changed(assignment.value);
+        if (statement.update->where) statement.update->where = changed(statement.update->where);
+    }
+    if (statement.erase && statement.erase->where) statement.erase->where = changed(statement.erase->where);
+}
+
+void SplitBillDateKeys(BoundStatement& statement) {
+    ForEachQuery(statement, [](Query& query) {
+        for (Query::Member& member : query.members) SplitKeys(member.select);
+    });
+}
+
+}  // namespace kpTables::sql::rewrite

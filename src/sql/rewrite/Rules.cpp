@@ -1,0 +1,22 @@
+#include "sql/rewrite/Rules.h"
+
+namespace kpTables::sql::rewrite {
+
+namespace {
+
+constexpr Rule kRules[] = {
+    {"bill dates", RecognizeBillDates},
+    {"eager aggregation", AggregateEagerly},
+    {"reduction to EXISTS", ReduceToExists},
+    {"dependent keys", DropDependentKeys},
+    {"join order", OrderJoins},
+    {"selectivity hints", HintRanges},
+    {"deferred look-up", DeferLookups},
+    {"bill date keys", SplitBillDateKeys},
+};
+
+}  // namespace
+
+std::span<const Rule> Rules() { return kRules; }
+
+}  // namespace kpTables::sql::rewrite
