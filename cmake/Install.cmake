@@ -1,6 +1,6 @@
 # The package that find_package(kpTables) finds: the component kpTables::kpTables and the embedded engine kpTables::sqlite.
 include(CMakePackageConfigHelpers)
-install(TARGETS kpTables kpTablesText kpTablesSql kpTablesSchema kpTablesSqlite EXPORT kpTablesTargets)
+install(TARGETS kpTables kpTablesText kpTablesFunctions kpTablesSql kpTablesSchema kpTablesSqlite EXPORT kpTablesTargets)
 install(TARGETS kpbook)
 install(DIRECTORY include/kpTables DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(EXPORT kpTablesTargets NAMESPACE kpTables:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/kpTables)

@@ -35,7 +35,7 @@ Date DateOf(const LiteralValue& literal, double dayZero) {
     }
     // Both dialects' casts of a text are bound alike; Jet has no use for the server's forms.
     if (literal.kind == LiteralKind::Text) {
-        if (const auto date = ReadServerDate(literal.text)) return *date;
+        if (const auto date = functions::ReadServerDate(literal.text)) return Date::FromSerial(*date);
     }
     const auto days = literal.kind == LiteralKind::Date ? std::nullopt : ParseNumber(literal.text);
     if (!days) Raise(ErrorNumber::TypeMismatch);
@@ -143,7 +143,7 @@ void BindOne(PreparedStatement& statement, int parameter, Binding binding, const
         case Binding::Date:
             return statement.BindTextCopy(parameter, DateOf(literal, 0).ToIso());
         case Binding::ServerDate:
-            return statement.BindTextCopy(parameter, DateOf(literal, kServerDayZero).ToIso());
+            return statement.BindTextCopy(parameter, DateOf(literal, functions::kServerDayZero).ToIso());
         case Binding::DateYear:
             return statement.BindInteger(parameter, DateOf(literal, 0).Year());
         case Binding::DateMonth:

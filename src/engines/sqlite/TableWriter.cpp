@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "TextLength.h"
+#include "functions/TextLength.h"
 #include "kpTables/Error.h"
 #include "sql/sqlite/SqliteTranslator.h"
 
@@ -60,7 +60,7 @@ void TableWriter::CheckLengths(const ColumnSet& set, std::span<const Variant* co
         if (!set.Has(static_cast<int>(i))) continue;
         const auto* text = (*value++)->If<std::string>();
         if (!text) continue;
-        if (const auto complaint = LengthComplaint(*text, columns_[i].length, columns_[i].name)) {
+        if (const auto complaint = functions::LengthComplaint(*text, columns_[i].length, columns_[i].name)) {
             throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Overflow), *complaint);
         }
     }
