@@ -1,6 +1,7 @@
 # The package that find_package(kpTables) finds: the component kpTables::kpTables and books kpTables::engines.
 include(CMakePackageConfigHelpers)
-install(TARGETS kpTables kpTablesText kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesSqlite kpTablesEngines EXPORT kpTablesTargets)
+install(TARGETS kpTables kpTablesText kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesSqlite kpTablesEngines
+        EXPORT kpTablesTargets)
 install(TARGETS kpbook)
 install(DIRECTORY include/kpTables DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(EXPORT kpTablesTargets NAMESPACE kpTables:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/kpTables)

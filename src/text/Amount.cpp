@@ -28,6 +28,15 @@ bool Multiply(std::uint64_t& product, std::uint64_t factor) noexcept {
     return true;
 }
 
+/// Half to even by the rest of a division by the scale; nothing when it does not fit.
+std::optional<std::int64_t> Rounded(std::uint64_t magnitude, std::uint64_t rest, bool negative) noexcept {
+    const bool up = rest > kScale / 2 || (rest == kScale / 2 && (magnitude & 1));
+    if (up && !Add(magnitude, 1)) return std::nullopt;
+    constexpr std::uint64_t kLimit = std::uint64_t{1} << 63;
+    if (magnitude > (negative ? kLimit : kLimit - 1)) return std::nullopt;
+    return static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+}
+
 }  // namespace
 
 std::optional<std::int64_t> AmountOf(double value) noexcept {
@@ -60,20 +69,18 @@ std::optional<std::int64_t> AmountOfWhole(std::int64_t value) noexcept {
 }
 
 std::optional<std::int64_t> AmountProduct(std::int64_t a, std::int64_t b) noexcept {
+    const bool negative = (a < 0) != (b < 0);
+    const std::uint64_t left = Magnitude(a), right = Magnitude(b);
+    constexpr int kHalf = 32;
+    if ((left | right) >> kHalf == 0) return Rounded(left * right / kScale, left * right % kScale, negative);
     // (ah + al) * (bh + bl) with h whole units and l ten-thousandths, so that no product needs 128 bits.
-    const std::uint64_t ah = Magnitude(a) / kScale, al = Magnitude(a) % kScale;
-    const std::uint64_t bh = Magnitude(b) / kScale, bl = Magnitude(b) % kScale;
+    const std::uint64_t ah = left / kScale, al = left % kScale;
+    const std::uint64_t bh = right / kScale, bl = right % kScale;
     const std::uint64_t tail = al * bl;
     std::uint64_t scaled = ah;
     if (!Multiply(scaled, bh) || !Multiply(scaled, kScale)) return std::nullopt;
     if (!Add(scaled, ah * bl) || !Add(scaled, al * bh) || !Add(scaled, tail / kScale)) return std::nullopt;
-    const std::uint64_t rest = tail % kScale;
-    const bool up = rest > kScale / 2 || (rest == kScale / 2 && (scaled & 1));
-    if (up && !Add(scaled, 1)) return std::nullopt;
-    const bool negative = (a < 0) != (b < 0);
-    constexpr std::uint64_t kLimit = std::uint64_t{1} << 63;
-    if (scaled > (negative ? kLimit : kLimit - 1)) return std::nullopt;
-    return static_cast<std::int64_t>(negative ? 0 - scaled : scaled);
+    return Rounded(scaled, tail % kScale, negative);
 }
 
 std::string AmountText(std::int64_t amount) {

@@ -27,7 +27,13 @@ char32_t Mapped(const CaseRun (&runs)[kCount], char32_t character) noexcept {
 std::string MappedText(std::string_view text, char32_t (*map)(char32_t) noexcept) {
     std::string out;
     out.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) AppendCharacter(out, map(NextCharacter(text, at)));
+    for (std::size_t at = 0; at < text.size();) {
+        const char32_t mapped = map(NextCharacter(text, at));
+        if (mapped <= kLastAscii)
+            out += static_cast<char>(mapped);
+        else
+            AppendCharacter(out, mapped);
+    }
     return out;
 }
 

@@ -178,10 +178,9 @@ std::string DateText(double serial) {
     return {text, at};
 }
 
-std::string IsoDateText(double serial, char separator) {
+char* WriteIsoDate(char* buffer, double serial, char separator) noexcept {
     const DateParts p = PartsOf(serial);
-    char text[24];
-    char* at = PutPadded(text, p.year, 4);
+    char* at = PutPadded(buffer, p.year, 4);
     *at++ = '-';
     at = PutPadded(at, p.month, 2);
     *at++ = '-';
@@ -190,7 +189,12 @@ std::string IsoDateText(double serial, char separator) {
         *at++ = separator;
         at = PutTime(PutPadded(at, p.hour, 2), p);
     }
-    return {text, at};
+    return at;
+}
+
+std::string IsoDateText(double serial, char separator) {
+    char text[kLongestIsoDate];
+    return {text, WriteIsoDate(text, serial, separator)};
 }
 
 }  // namespace kpTables::text

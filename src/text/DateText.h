@@ -1,6 +1,7 @@
 // Text forms of dates, which are serial numbers: see Calendar.h.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,5 +19,10 @@ std::optional<double> ParseIsoDate(std::string_view text) noexcept;
 std::string DateText(double serial);
 /// "2004-03-07", with separator and "12:30:00" after it when there is a time. Sorts as text in order of time.
 std::string IsoDateText(double serial, char separator = ' ');
+
+/// What every ISO text fits into.
+inline constexpr std::size_t kLongestIsoDate = 24;
+/// As IsoDateText, into a buffer of that size; answers the end of what was written.
+char* WriteIsoDate(char* buffer, double serial, char separator = ' ') noexcept;
 
 }  // namespace kpTables::text

@@ -14,28 +14,34 @@ constexpr char32_t kLastCharacter = 0x10FFFF;
 
 constexpr bool IsSurrogate(char32_t character) noexcept { return character >= 0xD800 && character <= 0xDFFF; }
 
-DecodedCharacter DecodeBeyondAscii(std::string_view text) noexcept {
-    const auto byte = [text](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-    const unsigned lead = byte(0);
-    const std::size_t bytes = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < bytes) return kMalformed;
+constexpr bool Continues(std::string_view text, std::size_t index) noexcept {
+    return (static_cast<unsigned char>(text[index]) & 0xC0U) == 0x80U;
+}
 
-    char32_t character = lead & (0xFFU >> (bytes + 1));
-    for (std::size_t i = 1; i < bytes; ++i) {
-        if ((byte(i) & 0xC0U) != 0x80U) return kMalformed;
-        character = character << 6 | (byte(i) & 0x3FU);
-    }
-    constexpr char32_t kSmallest[] = {kLastAscii + 1, kLastTwoBytes + 1, kLastThreeBytes + 1};
-    if (character < kSmallest[bytes - 2] || character > kLastCharacter || IsSurrogate(character)) return kMalformed;
-    return {character, bytes};
+constexpr char32_t Tail(std::string_view text, std::size_t index) noexcept {
+    return static_cast<unsigned char>(text[index]) & 0x3FU;
 }
 
 }  // namespace
 
-DecodedCharacter DecodeUtf8(std::string_view text) noexcept {
-    const auto first = static_cast<unsigned char>(text[0]);
-    if (first <= kLastAscii) return {first, 1};
-    return DecodeBeyondAscii(text);
+DecodedCharacter DecodeBeyondAscii(std::string_view text) noexcept {
+    const char32_t lead = static_cast<unsigned char>(text[0]);
+    char32_t character = 0;
+    if ((lead & 0xF0U) == 0xE0U) {  // first, as Chinese characters are here
+        if (text.size() < 3 || !Continues(text, 1) || !Continues(text, 2)) return kMalformed;
+        character = (lead & 0xFU) << 12 | Tail(text, 1) << 6 | Tail(text, 2);
+        return character <= kLastTwoBytes || IsSurrogate(character) ? kMalformed : DecodedCharacter{character, 3};
+    }
+    if ((lead & 0xE0U) == 0xC0U) {
+        if (text.size() < 2 || !Continues(text, 1)) return kMalformed;
+        character = (lead & 0x1FU) << 6 | Tail(text, 1);
+        return character <= kLastAscii ? kMalformed : DecodedCharacter{character, 2};
+    }
+    if ((lead & 0xF8U) != 0xF0U || text.size() < 4) return kMalformed;
+    if (!Continues(text, 1) || !Continues(text, 2) || !Continues(text, 3)) return kMalformed;
+    character = (lead & 0x7U) << 18 | Tail(text, 1) << 12 | Tail(text, 2) << 6 | Tail(text, 3);
+    const bool fits = character > kLastThreeBytes && character <= kLastCharacter;
+    return fits ? DecodedCharacter{character, 4} : kMalformed;
 }
 
 void AppendCharacter(std::string& text, char32_t character) {

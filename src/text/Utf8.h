@@ -18,8 +18,13 @@ struct DecodedCharacter {
     constexpr bool IsValid() const noexcept { return character != kReplacement || bytes > 1; }
 };
 
+/// As DecodeUtf8, of a text that does not begin with ASCII.
+DecodedCharacter DecodeBeyondAscii(std::string_view text) noexcept;
 /// First character of a text that is not empty.
-DecodedCharacter DecodeUtf8(std::string_view text) noexcept;
+inline DecodedCharacter DecodeUtf8(std::string_view text) noexcept {
+    const auto first = static_cast<unsigned char>(text[0]);
+    return first <= kLastAscii ? DecodedCharacter{first, 1} : DecodeBeyondAscii(text);
+}
 /// The character at a byte position, which moves behind it.
 inline char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
     const auto [character, bytes] = DecodeUtf8(text.substr(at));

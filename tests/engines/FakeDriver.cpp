@@ -5,6 +5,7 @@
 #include "engines/common/LiteralBinding.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::test {
 
@@ -32,6 +33,21 @@ struct Bound {
     void BindText(int parameter, std::string_view value) { Note(parameter, std::string(value)); }
     void BindTextCopy(int parameter, std::string_view value) { BindText(parameter, value); }
 };
+
+/// What the journal calls a statement: "select k n", "pivot values", "cross-tab" or "change".
+std::string Summary(std::string_view text) {
+    if (!text.starts_with("SELECT ")) return "change";
+    if (text.starts_with("SELECT DISTINCT ")) return "pivot values";
+    if (text.find(" FILTER (") != text.npos) return "cross-tab";
+    std::string summary = "select";
+    const std::string_view items = text.substr(0, text.find(" FROM "));
+    constexpr std::string_view kBefore = ".\"";
+    for (auto at = items.find(kBefore); at != items.npos; at = items.find(kBefore, at + 1)) {
+        const auto begin = at + kBefore.size();
+        summary.append(" ").append(items.substr(begin, items.find('"', begin) - begin));
+    }
+    return summary;
+}
 
 class FakeStatement final : public engines::Statement {
 public:
@@ -66,7 +82,8 @@ public:
 private:
     static Variant ValueOf(std::string_view field, std::int64_t id, const FakeDatabase::Row& row) {
         if (field.empty()) return Currency::FromScaled(id);
-        return row.at(field == "k" ? 0 : field == "n" ? 1 : 2);
+        // A query of pivot values answers those of k, and each of them heads a column of n.
+        return row.at(field == "k" || field == "Expr1000" ? 0 : field == "x" ? 2 : 1);
     }
 
     FakeDatabase& database_;
@@ -179,8 +196,9 @@ engines::Transaction& FakeDriver::GetTransaction() noexcept { return parts_->tra
 const TextOrder& FakeDriver::Texts() const noexcept { return kBytes; }
 
 std::unique_ptr<engines::Statement> FakeDriver::Prepare(std::string_view text) {
-    database_.journal.push_back("prepare " + std::string(text));
-    return std::make_unique<FakeStatement>(database_, text);
+    const std::string summary = Summary(text);
+    database_.journal.push_back("prepare " + summary);
+    return std::make_unique<FakeStatement>(database_, summary);
 }
 
 std::shared_ptr<engines::RowWriter> FakeDriver::MakeWriter(engines::WrittenTable table) {
@@ -189,39 +207,7 @@ std::shared_ptr<engines::RowWriter> FakeDriver::MakeWriter(engines::WrittenTable
 
 void FakeDriver::BackUp(const std::string& path) { database_.journal.push_back("back up to " + path); }
 
-/// The columns of a plain Select become those of the answer; a condition's literal becomes a parameter.
-sql::Translation FakeDriver::Translate(sql::Statement& statement, const sql::Catalog& catalog,
-                                       const std::vector<sql::LiteralValue>& pivotValues) const {
-    sql::Translation translation;
-    translation.kind = statement.kind;
-    database_.pivotValues = pivotValues;
-    if (statement.kind != sql::StatementKind::Select) {
-        translation.text = "change";
-        if (statement.kind != sql::StatementKind::Transform) return translation;
-        translation.text = "cross-tab";
-        translation.columns.push_back({"n", sql::Type::Long});
-        return translation;
-    }
-    const sql::SelectCore& core = *static_cast<sql::SelectStatement&>(statement).query->members[0].core;
-    const auto& from = static_cast<const sql::NamedTable&>(*core.from[0]);
-    const sql::CatalogTable& table = *catalog.Find(from.name);
-    translation.text = "select";
-    for (const sql::SelectItem& item : core.items) {
-        const auto& column = static_cast<const sql::Column&>(*item.expression);
-        translation.text += " " + column.name;
-        translation.columns.push_back({column.name, engines::FindColumn(table, column.name)->type});
-    }
-    if (core.where) translation.parameters.push_back({0, sql::Binding::Long});
-    return translation;
-}
-
-sql::Translation FakeDriver::TranslatePivotValues(sql::TransformStatement& statement,
-                                                  const sql::Catalog& /*catalog*/) const {
-    sql::Translation translation;
-    translation.kind = statement.kind;
-    translation.text = "pivot values";
-    translation.columns.push_back({"k", sql::Type::Long});
-    return translation;
-}
+// The printed text is SQLite's; what the driver does with it is its own.
+const sql::print::Engine& FakeDriver::Dialect() const noexcept { return sql::print::sqlite::SqliteEngine(); }
 
 }  // namespace kpTables::test

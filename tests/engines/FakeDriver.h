@@ -26,7 +26,6 @@ struct FakeDatabase {
     bool schemaChanged = false;         ///< told by the next statement that has run
     std::optional<std::string> refuse;  ///< the next write raises this, having ended the transaction
     std::vector<std::string> journal;
-    std::vector<sql::LiteralValue> pivotValues;  ///< that the last TRANSFORM was translated with
 
     std::string TakeJournal();
 };
@@ -43,10 +42,7 @@ public:
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     void BackUp(const std::string& path) override;
-    sql::Translation Translate(sql::Statement& statement, const sql::Catalog& catalog,
-                               const std::vector<sql::LiteralValue>& pivotValues) const override;
-    sql::Translation TranslatePivotValues(sql::TransformStatement& statement,
-                                          const sql::Catalog& catalog) const override;
+    const sql::print::Engine& Dialect() const noexcept override;
 
 private:
     struct Parts;

@@ -33,6 +33,9 @@ TEST(Amount, ProductsHalfToEven) {
     EXPECT_EQ(AmountProduct(1, 5000), 0);
     EXPECT_EQ(AmountProduct(3, 5000), 2);
     EXPECT_EQ(AmountProduct(-3, 5000), -2);
+    // The largest factors whose product fits 64 bits, and the next ones.
+    EXPECT_EQ(AmountProduct(4294967295, 4294967295), 1844674406511962);
+    EXPECT_EQ(AmountProduct(4294967296, -4294967296), -1844674407370955);
     EXPECT_EQ(AmountProduct(kLeast, kAmountScale), kLeast);
     EXPECT_EQ(AmountProduct(kLeast, -kAmountScale), std::nullopt);
     EXPECT_EQ(AmountProduct(kMost, kAmountScale), kMost);

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "engines/sqlite/functions/ServerDate.h"
+#include "functions/ServerDate.h"
 #include "kpTables/Convert.h"
 #include "sql/Position.h"
 #include "sql/SqlError.h"
@@ -23,7 +23,7 @@ Date DateFrom(const LiteralValue& literal, double dayZero) {
     }
     // Both dialects' casts of a text are bound alike; Jet has no use for the server's forms.
     if (literal.kind == LiteralKind::Text) {
-        if (const auto date = sqlite::ReadServerDate(literal.text)) return *date;
+        if (const auto date = functions::ReadServerDate(literal.text)) return Date::FromSerial(*date);
     }
     const auto days = literal.kind == LiteralKind::Date ? std::nullopt : ParseNumber(literal.text);
     if (!days) Raise(ErrorNumber::TypeMismatch);
@@ -114,7 +114,7 @@ std::optional<Currency> ExactCurrencyOf(const LiteralValue& literal) {
 
 Date DateOf(const LiteralValue& literal) { return DateFrom(literal, 0); }
 
-Date ServerDateOf(const LiteralValue& literal) { return DateFrom(literal, sqlite::kServerDayZero); }
+Date ServerDateOf(const LiteralValue& literal) { return DateFrom(literal, functions::kServerDayZero); }
 
 std::string TextOf(const LiteralValue& literal) {
     switch (literal.kind) {

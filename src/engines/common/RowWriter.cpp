@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "engines/sqlite/TextLength.h"
+#include "functions/TextLength.h"
 #include "kpTables/Error.h"
 
 namespace kpTables::engines {
@@ -36,7 +36,7 @@ void RowWriter::CheckLengths(const ColumnSet& set, WrittenValues values) const {
         const auto* text = (*value++)->If<std::string>();
         if (!text) continue;
         const WrittenTable::Column& column = table_.columns[i];
-        if (const auto complaint = sqlite::LengthComplaint(*text, column.length, column.name))
+        if (const auto complaint = functions::LengthComplaint(*text, column.length, column.name))
             RaiseOverflow(*complaint);
     }
 }

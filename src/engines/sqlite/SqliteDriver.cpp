@@ -9,7 +9,7 @@
 #include "engines/sqlite/Collation.h"
 #include "engines/sqlite/RowReader.h"
 #include "engines/sqlite/TableWriter.h"
-#include "engines/sqlite/functions/Function.h"
+#include "engines/sqlite/Functions.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {

@@ -1,8 +1,8 @@
-#include "TextLength.h"
+#include "functions/TextLength.h"
 
 #include "text/Utf8.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::functions {
 
 std::optional<std::string> LengthComplaint(std::string_view text, int length, std::string_view column) {
     // No text has more characters than bytes.
@@ -15,4 +15,4 @@ std::optional<std::string> LengthComplaint(std::string_view text, int length, st
     return complaint.append(" characters: it takes ").append(std::to_string(length));
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::functions

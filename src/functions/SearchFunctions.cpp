@@ -1,14 +1,15 @@
 // Functions that look for text in text.
 #include <string>
+#include <utility>
 
-#include "Function.h"
-#include "kpTables/Error.h"
+#include "functions/Bodies.h"
+#include "functions/Fault.h"
 #include "text/CaseMapping.h"
 #include "text/Like.h"
 #include "text/TextOrder.h"
 #include "text/Utf8.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::functions {
 
 namespace {
 
@@ -26,10 +27,21 @@ std::int64_t PositionOf(std::string_view text, std::string_view find, std::int32
 
 bool IgnoresCase(const Arguments& a, int index) { return a.Count() <= index || a.Whole(index) != 0; }
 
+/// The bytes at the text's start that are the folded find; 0 when it begins otherwise.
+std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
+    std::size_t at = 0;
+    for (const char32_t character : find) {
+        if (at >= text.size() || text::FoldCase(text::NextCharacter(text, at)) != character) return 0;
+    }
+    return at;
+}
+
+}  // namespace
+
 void InStr(const Arguments& a, Answer& answer) {
     const bool withStart = a.Count() > 2;
     const std::int32_t start = withStart ? a.Whole(0) : 1;
-    if (start < 1) Raise(ErrorNumber::InvalidCall);
+    if (start < 1) Raise(FaultNumber::InvalidCall);
     const bool ignoreCase = IgnoresCase(a, 3);
     answer.Whole(PositionOf(a.Text(withStart ? 1 : 0), a.Text(withStart ? 2 : 1), start, ignoreCase));
 }
@@ -37,7 +49,7 @@ void InStr(const Arguments& a, Answer& answer) {
 /// Without a last position, or with -1, the whole text is searched.
 void InStrRev(const Arguments& a, Answer& answer) {
     const std::int32_t last = a.Count() > 2 ? a.Whole(2) : -1;
-    if (last == 0 || last < -1) Raise(ErrorNumber::InvalidCall);
+    if (last == 0 || last < -1) Raise(FaultNumber::InvalidCall);
     const bool ignoreCase = IgnoresCase(a, 3);
     const std::string text = ignoreCase ? text::FoldCase(a.Text(0)) : std::string(a.Text(0));
     const std::string find = ignoreCase ? text::FoldCase(a.Text(1)) : std::string(a.Text(1));
@@ -51,15 +63,6 @@ void InStrRev(const Arguments& a, Answer& answer) {
     answer.Whole(static_cast<std::int64_t>(text::CountCharacters(searched.substr(0, at))) + 1);
 }
 
-/// The bytes at the text's start that are the folded find; 0 when it begins otherwise.
-std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
-    std::size_t at = 0;
-    for (const char32_t character : find) {
-        if (at >= text.size() || text::FoldCase(text::NextCharacter(text, at)) != character) return 0;
-    }
-    return at;
-}
-
 void Replace(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     std::u32string find;
@@ -71,7 +74,7 @@ void Replace(const Arguments& a, Answer& answer) {
         out += matched > 0 ? a.Text(2) : text.substr(at, size);
         at += size;
     }
-    answer.Text(out);
+    answer.Text(std::move(out));
 }
 
 void StrComp(const Arguments& a, Answer& answer) {
@@ -84,15 +87,6 @@ void CharIndex(const Arguments& a, Answer& answer) {
     answer.Whole(a.Text(0).empty() ? 0 : PositionOf(a.Text(1), a.Text(0), start < 1 ? 1 : start, true));
 }
 
-void Like(const Arguments& a, Answer& answer) { answer.Whole(text::Like(a.Text(0), a.Text(1)) ? 1 : 0); }
+void Like(const Arguments& a, Answer& answer) { answer.Test(text::Like(a.Text(0), a.Text(1))); }
 
-constexpr ScalarFunction kFunctions[] = {
-    {"kp_charindex", CharIndex}, {"kp_instr", InStr},     {"kp_instrrev", InStrRev},
-    {"kp_like", Like},           {"kp_replace", Replace}, {"kp_strcomp", StrComp},
-};
-
-}  // namespace
-
-std::span<const ScalarFunction> SearchFunctions() noexcept { return kFunctions; }
-
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::functions

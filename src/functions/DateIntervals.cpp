@@ -1,26 +1,32 @@
 // DateAdd, DateDiff, DatePart and Weekday.
-#include <cmath>
 #include <cstdint>
 
-#include "Function.h"
-#include "kpTables/Error.h"
+#include "functions/Bodies.h"
+#include "functions/Fault.h"
 #include "text/Ascii.h"
+#include "text/Calendar.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::functions {
 
 namespace {
 
 enum class Interval { Year, Quarter, Month, DayOfYear, Day, Weekday, Week, Hour, Minute, Second };
 
-/// How the first week of a year is told, with Visual Basic's numbers.
+/// What makes a week the first one of its year, with Visual Basic's numbers.
 enum FirstWeek { WithFirstOfJanuary = 1, WithFourDays = 2, FullWeek = 3 };
 
-constexpr int kDaysPerWeek = 7;
-constexpr int kMonthsPerYear = 12;
-constexpr int kMonthsPerQuarter = 3;
-constexpr std::int64_t kSecondsPerMinute = 60;
-constexpr std::int64_t kSecondsPerHour = 3600;
-constexpr std::int64_t kSecondsPerDay = 86400;
+using text::DateParts;
+using text::DayNumber;
+using text::kDaysPerWeek;
+using text::kMonthsPerQuarter;
+using text::kMonthsPerYear;
+using text::PartsOf;
+using text::SerialOf;
+using text::WeekdayOf;
+
+constexpr std::int64_t kSecondsPerMinute = text::kSecondsPerMinute;
+constexpr std::int64_t kSecondsPerHour = text::kSecondsPerHour;
+constexpr std::int64_t kSecondsPerDay = text::kSecondsPerDay;
 
 Interval IntervalOf(std::string_view text) {
     struct Name {
@@ -35,61 +41,54 @@ Interval IntervalOf(std::string_view text) {
     for (const Name& name : kNames) {
         if (text::EqualsIgnoringCase(name.text, text)) return name.interval;
     }
-    Raise(ErrorNumber::InvalidCall, std::string(text) + " is no interval");
+    Raise(FaultNumber::InvalidCall, std::string(text) + " is no interval");
 }
 
-/// Days since 1899-12-30, without the time.
-std::int64_t DayOf(Date date) { return static_cast<std::int64_t>(std::trunc(date.Serial())); }
+/// The first moment of a day that there is.
+double StartOf(const DateParts& p) { return *SerialOf({p.year, p.month, p.day, 0, 0, 0}); }
 
-std::int64_t SecondOf(Date date) {
-    const Date::Parts p = date.ToParts();
-    return DayOf(*Date::FromParts({p.year, p.month, p.day, 0, 0, 0})) * kSecondsPerDay + p.hour * kSecondsPerHour +
-           p.minute * kSecondsPerMinute + p.second;
+std::int64_t SecondOf(double date) {
+    const DateParts p = PartsOf(date);
+    return DayNumber(StartOf(p)) * kSecondsPerDay + p.hour * kSecondsPerHour + p.minute * kSecondsPerMinute + p.second;
 }
 
 std::int64_t FloorDivide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
 
 std::int64_t FloorModulo(std::int64_t a, std::int64_t b) { return (a % b + b) % b; }
 
-/// 1 to 7 from the weekday that counts as the first (1 Sunday ... 7 Saturday).
-int WeekdayOf(std::int64_t day, int first) {
-    // 1899-12-30 was a Saturday, six days after a Sunday.
-    return static_cast<int>(FloorModulo(day + 6 - (first - 1), kDaysPerWeek)) + 1;
-}
-
 int FirstWeekday(const Arguments& a, int index) {
     const std::int32_t first = a.Count() > index ? a.Whole(index) : 1;
-    if (first < 0 || first > kDaysPerWeek) Raise(ErrorNumber::InvalidCall);
+    if (first < 0 || first > kDaysPerWeek) Raise(FaultNumber::InvalidCall);
     return first == 0 ? 1 : first;
 }
 
 int FirstWeekRule(const Arguments& a, int index) {
     const std::int32_t rule = a.Count() > index ? a.Whole(index) : WithFirstOfJanuary;
-    if (rule < 0 || rule > FullWeek) Raise(ErrorNumber::InvalidCall);
+    if (rule < 0 || rule > FullWeek) Raise(FaultNumber::InvalidCall);
     return rule == 0 ? WithFirstOfJanuary : rule;
 }
 
-Date MonthsLater(Date date, std::int64_t months) {
-    const Date::Parts p = date.ToParts();
+double MonthsLater(double date, std::int64_t months) {
+    const DateParts p = PartsOf(date);
     const std::int64_t month = std::int64_t{p.year} * kMonthsPerYear + p.month - 1 + months;
-    Date::Parts parts = p;
+    DateParts parts = p;
     parts.year = static_cast<int>(FloorDivide(month, kMonthsPerYear));
     parts.month = static_cast<int>(FloorModulo(month, kMonthsPerYear)) + 1;
     // The last day of a shorter month stands for the days that it lacks.
     for (; parts.day > 0; --parts.day) {
-        if (const auto result = Date::FromParts(parts)) return *result;
+        if (const auto result = SerialOf(parts)) return *result;
     }
-    Raise(ErrorNumber::InvalidCall);
+    Raise(FaultNumber::InvalidCall);
 }
 
-Date SecondsLater(Date date, std::int64_t seconds) {
+double SecondsLater(double date, std::int64_t seconds) {
     const std::int64_t second = SecondOf(date) + seconds;
     const std::int64_t day = FloorDivide(second, kSecondsPerDay);
     const double time = static_cast<double>(FloorModulo(second, kSecondsPerDay)) / kSecondsPerDay;
-    return Date::FromSerial(day < 0 ? static_cast<double>(day) - time : static_cast<double>(day) + time);
+    return CheckedDate(day < 0 ? static_cast<double>(day) - time : static_cast<double>(day) + time);
 }
 
-Date Added(Interval interval, std::int64_t count, Date date) {
+double Added(Interval interval, std::int64_t count, double date) {
     switch (interval) {
         case Interval::Year:
             return MonthsLater(date, count * kMonthsPerYear);
@@ -113,30 +112,32 @@ Date Added(Interval interval, std::int64_t count, Date date) {
     return date;
 }
 
-std::int64_t MonthNumber(Date date) {
-    const Date::Parts p = date.ToParts();
+std::int64_t MonthNumber(double date) {
+    const DateParts p = PartsOf(date);
     return std::int64_t{p.year} * kMonthsPerYear + p.month - 1;
 }
 
 /// How many boundaries of the interval lie between the two.
-std::int64_t Difference(Interval interval, Date from, Date to, int firstWeekday) {
+std::int64_t Difference(Interval interval, double from, double to, int firstWeekday) {
     const auto seconds = [&](std::int64_t unit) {
         return FloorDivide(SecondOf(to), unit) - FloorDivide(SecondOf(from), unit);
     };
     switch (interval) {
         case Interval::Year:
-            return to.Year() - from.Year();
+            return PartsOf(to).year - PartsOf(from).year;
         case Interval::Quarter:
             return FloorDivide(MonthNumber(to), kMonthsPerQuarter) - FloorDivide(MonthNumber(from), kMonthsPerQuarter);
         case Interval::Month:
             return MonthNumber(to) - MonthNumber(from);
         case Interval::DayOfYear:
         case Interval::Day:
-            return DayOf(to) - DayOf(from);
+            return DayNumber(to) - DayNumber(from);
         case Interval::Weekday:
-            return (DayOf(to) - DayOf(from)) / kDaysPerWeek;
+            return (DayNumber(to) - DayNumber(from)) / kDaysPerWeek;
         case Interval::Week: {
-            const auto weekStart = [&](Date date) { return DayOf(date) - WeekdayOf(DayOf(date), firstWeekday); };
+            const auto weekStart = [&](double date) {
+                return DayNumber(date) - WeekdayOf(DayNumber(date), firstWeekday);
+            };
             return (weekStart(to) - weekStart(from)) / kDaysPerWeek;
         }
         case Interval::Hour:
@@ -149,7 +150,11 @@ std::int64_t Difference(Interval interval, Date from, Date to, int firstWeekday)
     return 0;
 }
 
-std::int64_t FirstDayOfYear(int year) { return DayOf(Date::FromYearMonthDay(year, 1, 1)); }
+std::int64_t FirstDayOfYear(int year) {
+    const auto january = text::SerialOfDay(year, 1, 1);
+    if (!january) Raise(FaultNumber::InvalidCall);
+    return DayNumber(*january);
+}
 
 /// The day on which week 1 of the year begins; it may lie in the year before.
 std::int64_t FirstWeekStart(int year, int firstWeekday, int rule) {
@@ -161,9 +166,9 @@ std::int64_t FirstWeekStart(int year, int firstWeekday, int rule) {
     return daysInYear >= needed ? start : start + kDaysPerWeek;
 }
 
-std::int64_t WeekOf(Date date, int firstWeekday, int rule) {
-    const std::int64_t day = DayOf(date);
-    const int year = date.Year();
+std::int64_t WeekOf(double date, int firstWeekday, int rule) {
+    const std::int64_t day = DayNumber(date);
+    const int year = PartsOf(date).year;
     std::int64_t start = FirstWeekStart(year, firstWeekday, rule);
     if (day < start) start = FirstWeekStart(year - 1, firstWeekday, rule);
     // With rules 2 and 3 the last days of December may belong to week 1 of the next year.
@@ -171,11 +176,13 @@ std::int64_t WeekOf(Date date, int firstWeekday, int rule) {
     return (day - start) / kDaysPerWeek + 1;
 }
 
+}  // namespace
+
 void DateAdd(const Arguments& a, Answer& answer) { answer.Date(Added(IntervalOf(a.Text(0)), a.Whole(1), a.Date(2))); }
 
 void TimeSerial(const Arguments& a, Answer& answer) {
     const std::int64_t seconds = a.Whole(0) * kSecondsPerHour + a.Whole(1) * kSecondsPerMinute + a.Whole(2);
-    answer.Date(SecondsLater(Date(), seconds));
+    answer.Date(SecondsLater(0, seconds));
 }
 
 void DateDiff(const Arguments& a, Answer& answer) {
@@ -183,8 +190,8 @@ void DateDiff(const Arguments& a, Answer& answer) {
 }
 
 void DatePart(const Arguments& a, Answer& answer) {
-    const Date date = a.Date(1);
-    const Date::Parts p = date.ToParts();
+    const double date = a.Date(1);
+    const DateParts p = PartsOf(date);
     const int firstWeekday = FirstWeekday(a, 2);
     switch (IntervalOf(a.Text(0))) {
         case Interval::Year:
@@ -194,11 +201,11 @@ void DatePart(const Arguments& a, Answer& answer) {
         case Interval::Month:
             return answer.Whole(p.month);
         case Interval::DayOfYear:
-            return answer.Whole(DayOf(date) - FirstDayOfYear(p.year) + 1);
+            return answer.Whole(DayNumber(date) - FirstDayOfYear(p.year) + 1);
         case Interval::Day:
             return answer.Whole(p.day);
         case Interval::Weekday:
-            return answer.Whole(WeekdayOf(DayOf(date), firstWeekday));
+            return answer.Whole(WeekdayOf(DayNumber(date), firstWeekday));
         case Interval::Week:
             return answer.Whole(WeekOf(date, firstWeekday, FirstWeekRule(a, 3)));
         case Interval::Hour:
@@ -210,15 +217,6 @@ void DatePart(const Arguments& a, Answer& answer) {
     }
 }
 
-void Weekday(const Arguments& a, Answer& answer) { answer.Whole(WeekdayOf(DayOf(a.Date(0)), FirstWeekday(a, 1))); }
+void Weekday(const Arguments& a, Answer& answer) { answer.Whole(WeekdayOf(DayNumber(a.Date(0)), FirstWeekday(a, 1))); }
 
-constexpr ScalarFunction kFunctions[] = {
-    {"kp_dateadd", DateAdd},       {"kp_datediff", DateDiff}, {"kp_datepart", DatePart},
-    {"kp_timeserial", TimeSerial}, {"kp_weekday", Weekday},
-};
-
-}  // namespace
-
-std::span<const ScalarFunction> DateIntervalFunctions() noexcept { return kFunctions; }
-
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::functions

@@ -1,9 +1,11 @@
-#include "ServerDate.h"
+#include "functions/ServerDate.h"
 
 #include <cstddef>
 #include <string>
 
-namespace kpTables::sqlite {
+#include "text/DateText.h"
+
+namespace kpTables::functions {
 
 namespace {
 
@@ -27,10 +29,10 @@ std::string WithoutPadding(std::string_view text) {
 
 }  // namespace
 
-std::optional<Date> ReadServerDate(std::string_view text) {
+std::optional<double> ReadServerDate(std::string_view text) {
     constexpr std::size_t kDigits = 8;
     const bool unseparated = text.size() == kDigits && text.find_first_not_of("0123456789") == text.npos;
-    return Date::Parse(unseparated ? WithSeparators(text) : WithoutPadding(text));
+    return text::ParseDate(unseparated ? WithSeparators(text) : WithoutPadding(text));
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::functions

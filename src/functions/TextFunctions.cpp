@@ -1,15 +1,17 @@
 // Functions that cut and build text.
 #include <cstdint>
+#include <limits>
 #include <string>
+#include <utility>
 
-#include "../TextLength.h"
-#include "Characters.h"
-#include "Function.h"
-#include "kpTables/Error.h"
+#include "functions/Bodies.h"
+#include "functions/Fault.h"
+#include "functions/TextLength.h"
 #include "text/CaseMapping.h"
+#include "text/CodePage936.h"
 #include "text/Utf8.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::functions {
 
 namespace {
 
@@ -18,40 +20,42 @@ constexpr std::int32_t kLongestMadeText = 10'000'000;
 
 std::size_t Length(const Arguments& a, int index) {
     const std::int32_t length = a.Whole(index);
-    if (length < 0) Raise(ErrorNumber::InvalidCall);
+    if (length < 0) Raise(FaultNumber::InvalidCall);
     return static_cast<std::size_t>(length);
 }
 
 std::size_t MadeLength(const Arguments& a, int index) {
     const std::size_t length = Length(a, index);
-    if (length > kLongestMadeText) Raise(ErrorNumber::Overflow);
+    if (length > kLongestMadeText) Raise(FaultNumber::Overflow);
     return length;
 }
 
+}  // namespace
+
 void Left(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
-    answer.Text(text.substr(0, text::OffsetOfCharacter(text, Length(a, 1))));
+    answer.Part(text.substr(0, text::OffsetOfCharacter(text, Length(a, 1))));
 }
 
 void Right(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     const std::size_t count = text::CountCharacters(text);
     const std::size_t wanted = Length(a, 1);
-    answer.Text(wanted >= count ? text : text.substr(text::OffsetOfCharacter(text, count - wanted)));
+    answer.Part(wanted >= count ? text : text.substr(text::OffsetOfCharacter(text, count - wanted)));
 }
 
 void Mid(const Arguments& a, Answer& answer) {
     const std::size_t start = Length(a, 1);
-    if (start == 0) Raise(ErrorNumber::InvalidCall);
+    if (start == 0) Raise(FaultNumber::InvalidCall);
     const std::string_view rest = a.Text(0).substr(text::OffsetOfCharacter(a.Text(0), start - 1));
-    answer.Text(a.Count() > 2 ? rest.substr(0, text::OffsetOfCharacter(rest, Length(a, 2))) : rest);
+    answer.Part(a.Count() > 2 ? rest.substr(0, text::OffsetOfCharacter(rest, Length(a, 2))) : rest);
 }
 
 void Char(const Arguments& a, Answer& answer) {
     const std::size_t wanted = MadeLength(a, 1);
     const std::string_view text = a.Text(0);
     const std::size_t count = text::CountCharacters(text);
-    if (count >= wanted) return answer.Text(text.substr(0, text::OffsetOfCharacter(text, wanted)));
+    if (count >= wanted) return answer.Part(text.substr(0, text::OffsetOfCharacter(text, wanted)));
     answer.Text(std::string(text).append(wanted - count, ' '));
 }
 
@@ -60,12 +64,12 @@ void Space(const Arguments& a, Answer& answer) { answer.Text(std::string(MadeLen
 void String(const Arguments& a, Answer& answer) {
     const std::size_t count = MadeLength(a, 0);
     const std::string_view text = a.Text(1);
-    if (text.empty()) Raise(ErrorNumber::InvalidCall);
+    if (text.empty()) Raise(FaultNumber::InvalidCall);
     const std::string_view character = text.substr(0, text::CharacterSize(text, 0));
     std::string out;
     out.reserve(count * character.size());
     for (std::size_t i = 0; i < count; ++i) out += character;
-    answer.Text(out);
+    answer.Text(std::move(out));
 }
 
 void Upper(const Arguments& a, Answer& answer) { answer.Text(text::UpperCase(a.Text(0))); }
@@ -73,54 +77,47 @@ void Lower(const Arguments& a, Answer& answer) { answer.Text(text::LowerCase(a.T
 
 void Reverse(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
-    std::string out;
-    for (std::size_t at = 0; at < text.size(); at += text::CharacterSize(text, at)) {
-        out.insert(0, text.substr(at, text::CharacterSize(text, at)));
+    std::string out(text.size(), ' ');
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t size = text::CharacterSize(text, at);
+        text.copy(out.data() + out.size() - at - size, size, at);
+        at += size;
     }
-    answer.Text(out);
+    answer.Text(std::move(out));
 }
 
 void Fit(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     if (const auto complaint = LengthComplaint(text, a.Whole(1), a.Text(2))) {
-        throw Error(static_cast<std::int32_t>(ErrorNumber::Overflow), *complaint);
+        throw Fault(FaultNumber::Overflow, *complaint);
     }
-    answer.Text(text);
+    answer.Part(text);
 }
 
 void Join(const Arguments& a, Answer& answer) {
-    if (!a.IsNull(0) || !a.IsNull(1)) answer.Text(std::string(a.Text(0)).append(a.Text(1)));
+    if (a.IsNull(0) && a.IsNull(1)) return;
+    const std::string_view left = a.Text(0);
+    const std::string_view right = a.Text(1);
+    std::string joined;
+    joined.reserve(left.size() + right.size());
+    joined.append(left).append(right);
+    answer.Text(std::move(joined));
 }
 
 void Asc(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
-    if (text.empty()) Raise(ErrorNumber::InvalidCall);
-    std::size_t at = 0;
-    answer.Whole(AnsiCode(text::NextCharacter(text, at)));
+    if (text.empty()) Raise(FaultNumber::InvalidCall);
+    answer.Whole(static_cast<std::int16_t>(text::CodeOf936(text::DecodeUtf8(text).character)));
 }
 
-void Chr(const Arguments& a, Answer& answer) { answer.Text(TextOfAnsiCode(a.Whole(0))); }
+void Chr(const Arguments& a, Answer& answer) {
+    const std::int32_t code = a.Whole(0);
+    if (code < std::numeric_limits<std::int16_t>::min() || code > std::numeric_limits<std::uint16_t>::max()) {
+        Raise(FaultNumber::InvalidCall);
+    }
+    std::string text;
+    text::AppendCharacter(text, text::CharacterOf936(static_cast<std::uint16_t>(code)));
+    answer.Text(std::move(text));
+}
 
-constexpr bool kNullToo = true;
-
-constexpr ScalarFunction kFunctions[] = {
-    {"kp_asc", Asc},
-    {"kp_char", Char},
-    {"kp_chr", Chr},
-    {"kp_fit", Fit},
-    {"kp_join", Join, kNullToo},
-    {"kp_lcase", Lower},
-    {"kp_left", Left},
-    {"kp_mid", Mid},
-    {"kp_right", Right},
-    {"kp_space", Space},
-    {"kp_string", String},
-    {"kp_strreverse", Reverse},
-    {"kp_ucase", Upper},
-};
-
-}  // namespace
-
-std::span<const ScalarFunction> TextFunctions() noexcept { return kFunctions; }
-
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::functions

@@ -1,0 +1,31 @@
+// The bodies of the functions that FunctionTable.cpp lists, by the file that they stand in.
+#pragma once
+
+#include "functions/Function.h"
+
+namespace kpTables::functions {
+
+using Signature = void(const Arguments& arguments, Answer& answer);
+
+// ConversionFunctions.cpp
+Signature FormatOfDate, FormatOfNumber, FormatOfText, IsDate, IsNumeric, Str, TextOfBoolean, TextOfCurrency, TextOfDate,
+    TextOfDouble, ToBoolean, ToCurrency, ToDate, ToDouble, ToLong, ToServerDate, ToShort, ToSingle, Val;
+
+// DateFunctions.cpp
+Signature AddDays, DateNumber, DateSerial, DateValue, Day, DayAndTime, DaysBetween, Hour, Minute, Month, Now, Second,
+    Time, TimeValue, Today, Year, YearMonthDay;
+
+// DateIntervals.cpp
+Signature DateAdd, DateDiff, DatePart, TimeSerial, Weekday;
+
+// NumberFunctions.cpp
+Signature CurrencyFit, CurrencyFix, CurrencyInt, CurrencyProduct, CurrencyRound, Divide, Exponential, Fix, Int,
+    Logarithm, Power, Remainder, Round, Sign, SquareRoot, WholeQuotient;
+
+// SearchFunctions.cpp
+Signature CharIndex, InStr, InStrRev, Like, Replace, StrComp;
+
+// TextFunctions.cpp
+Signature Asc, Char, Chr, Fit, Join, Left, Lower, Mid, Reverse, Right, Space, String, Upper;
+
+}  // namespace kpTables::functions

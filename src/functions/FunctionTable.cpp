@@ -1,0 +1,107 @@
+#include "functions/FunctionTable.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "functions/Bodies.h"
+
+namespace kpTables::functions {
+
+namespace {
+
+constexpr bool kDeterministic = true;
+constexpr bool kVolatile = false;
+constexpr bool kTakesNull = true;
+constexpr bool kNullForNull = false;
+
+constexpr Function kFunctions[] = {
+    {"kp_asc", 1, 1, kDeterministic, kNullForNull, Asc},
+    {"kp_char", 2, 2, kDeterministic, kNullForNull, Char},
+    {"kp_charindex", 2, 3, kDeterministic, kNullForNull, CharIndex},
+    {"kp_chr", 1, 1, kDeterministic, kNullForNull, Chr},
+    {"kp_cur_fit", 1, 1, kDeterministic, kNullForNull, CurrencyFit},
+    {"kp_cur_fix", 1, 1, kDeterministic, kNullForNull, CurrencyFix},
+    {"kp_cur_int", 1, 1, kDeterministic, kNullForNull, CurrencyInt},
+    {"kp_cur_mul", 2, 2, kDeterministic, kNullForNull, CurrencyProduct},
+    {"kp_cur_round", 2, 2, kDeterministic, kNullForNull, CurrencyRound},
+    {"kp_date", 0, 0, kVolatile, kNullForNull, Today},
+    {"kp_date_add", 2, 2, kDeterministic, kNullForNull, AddDays},
+    {"kp_date_diff", 2, 2, kDeterministic, kNullForNull, DaysBetween},
+    {"kp_date_number", 1, 1, kDeterministic, kNullForNull, DateNumber},
+    {"kp_dateadd", 3, 3, kDeterministic, kNullForNull, DateAdd},
+    {"kp_datediff", 3, 5, kDeterministic, kNullForNull, DateDiff},
+    {"kp_datepart", 2, 4, kDeterministic, kNullForNull, DatePart},
+    {"kp_dateserial", 3, 3, kDeterministic, kNullForNull, DateSerial},
+    {"kp_datevalue", 1, 1, kDeterministic, kNullForNull, DateValue},
+    {"kp_day", 1, 1, kDeterministic, kNullForNull, Day},
+    {"kp_day_and_time", 1, 1, kDeterministic, kNullForNull, DayAndTime},
+    {"kp_div", 2, 2, kDeterministic, kNullForNull, Divide},
+    {"kp_exp", 1, 1, kDeterministic, kNullForNull, Exponential},
+    {"kp_fit", 3, 3, kDeterministic, kNullForNull, Fit},
+    {"kp_fix", 1, 1, kDeterministic, kNullForNull, Fix},
+    {"kp_format_date", 1, 2, kDeterministic, kTakesNull, FormatOfDate},
+    {"kp_format_number", 1, 2, kDeterministic, kTakesNull, FormatOfNumber},
+    {"kp_format_text", 1, 2, kDeterministic, kTakesNull, FormatOfText},
+    {"kp_hour", 1, 1, kDeterministic, kNullForNull, Hour},
+    {"kp_idiv", 2, 2, kDeterministic, kNullForNull, WholeQuotient},
+    {"kp_instr", 2, 4, kDeterministic, kNullForNull, InStr},
+    {"kp_instrrev", 2, 4, kDeterministic, kNullForNull, InStrRev},
+    {"kp_int", 1, 1, kDeterministic, kNullForNull, Int},
+    {"kp_isdate", 1, 1, kDeterministic, kTakesNull, IsDate},
+    {"kp_isnumeric", 1, 1, kDeterministic, kTakesNull, IsNumeric},
+    {"kp_join", 2, 2, kDeterministic, kTakesNull, Join},
+    {"kp_lcase", 1, 1, kDeterministic, kNullForNull, Lower},
+    {"kp_left", 2, 2, kDeterministic, kNullForNull, Left},
+    {"kp_like", 2, 2, kDeterministic, kNullForNull, Like},
+    {"kp_log", 1, 1, kDeterministic, kNullForNull, Logarithm},
+    {"kp_mid", 2, 3, kDeterministic, kNullForNull, Mid},
+    {"kp_minute", 1, 1, kDeterministic, kNullForNull, Minute},
+    {"kp_mod", 2, 2, kDeterministic, kNullForNull, Remainder},
+    {"kp_month", 1, 1, kDeterministic, kNullForNull, Month},
+    {"kp_now", 0, 0, kVolatile, kNullForNull, Now},
+    {"kp_pow", 2, 2, kDeterministic, kNullForNull, Power},
+    {"kp_replace", 3, 3, kDeterministic, kNullForNull, Replace},
+    {"kp_right", 2, 2, kDeterministic, kNullForNull, Right},
+    {"kp_round", 2, 2, kDeterministic, kNullForNull, Round},
+    {"kp_second", 1, 1, kDeterministic, kNullForNull, Second},
+    {"kp_server_date", 1, 1, kDeterministic, kNullForNull, ToServerDate},
+    {"kp_sgn", 1, 1, kDeterministic, kNullForNull, Sign},
+    {"kp_space", 1, 1, kDeterministic, kNullForNull, Space},
+    {"kp_sqr", 1, 1, kDeterministic, kNullForNull, SquareRoot},
+    {"kp_str", 1, 1, kDeterministic, kNullForNull, Str},
+    {"kp_strcomp", 2, 3, kDeterministic, kNullForNull, StrComp},
+    {"kp_string", 2, 2, kDeterministic, kNullForNull, String},
+    {"kp_strreverse", 1, 1, kDeterministic, kNullForNull, Reverse},
+    {"kp_text_boolean", 1, 1, kDeterministic, kNullForNull, TextOfBoolean},
+    {"kp_text_currency", 1, 1, kDeterministic, kNullForNull, TextOfCurrency},
+    {"kp_text_date", 1, 1, kDeterministic, kNullForNull, TextOfDate},
+    {"kp_text_double", 1, 1, kDeterministic, kNullForNull, TextOfDouble},
+    {"kp_time", 0, 0, kVolatile, kNullForNull, Time},
+    {"kp_timeserial", 3, 3, kDeterministic, kNullForNull, TimeSerial},
+    {"kp_timevalue", 1, 1, kDeterministic, kNullForNull, TimeValue},
+    {"kp_to_boolean", 1, 1, kDeterministic, kNullForNull, ToBoolean},
+    {"kp_to_currency", 1, 1, kDeterministic, kNullForNull, ToCurrency},
+    {"kp_to_date", 1, 1, kDeterministic, kNullForNull, ToDate},
+    {"kp_to_double", 1, 1, kDeterministic, kNullForNull, ToDouble},
+    {"kp_to_long", 1, 1, kDeterministic, kNullForNull, ToLong},
+    {"kp_to_short", 1, 1, kDeterministic, kNullForNull, ToShort},
+    {"kp_to_single", 1, 1, kDeterministic, kNullForNull, ToSingle},
+    {"kp_ucase", 1, 1, kDeterministic, kNullForNull, Upper},
+    {"kp_val", 1, 1, kDeterministic, kNullForNull, Val},
+    {"kp_weekday", 1, 2, kDeterministic, kNullForNull, Weekday},
+    {"kp_year", 1, 1, kDeterministic, kNullForNull, Year},
+    {"kp_ymd", 3, 3, kDeterministic, kNullForNull, YearMonthDay},
+};
+
+static_assert(std::ranges::is_sorted(kFunctions, {}, &Function::name));
+
+}  // namespace
+
+std::span<const Function> AllFunctions() noexcept { return kFunctions; }
+
+const Function* FindFunction(std::string_view name) noexcept {
+    const auto* const found = std::ranges::lower_bound(kFunctions, name, {}, &Function::name);
+    return found != std::end(kFunctions) && found->name == name ? found : nullptr;
+}
+
+}  // namespace kpTables::functions

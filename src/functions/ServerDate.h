@@ -1,0 +1,16 @@
+// Dates as SQL Server reads and counts them.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace kpTables::functions {
+
+/// Day 0 of SQL Server, 1900-01-01, as a serial number.
+inline constexpr double kServerDayZero = 2;
+
+/// Reads yyyymmdd, and what text::ParseDate reads with blanks beside the separators: a number that is cast to char(2)
+/// brings its padding along. Nothing when it is neither.
+std::optional<double> ReadServerDate(std::string_view text);
+
+}  // namespace kpTables::functions
