@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
+#include "corpus/Call.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
@@ -21,8 +22,8 @@ TEST(GetAccInfo, TextItemsAreSettings) {
             book.cnn->Answer(Setting(" 一 二 "));
             EXPECT_TRUE(book.tables.Get_AccInfo(item).Is("一 二"));
             EXPECT_TRUE(book.tables.Get_AccInfo(item).Is("")) << "no such setting";
-            const std::string text = std::string("Select * From 系统选项 Where Item='") + item + "'";
-            EXPECT_EQ(book.cnn->Statements(), (std::vector<Sent>{Opened(text), Opened(text)}));
+            const Sent read = corpus::Expected("Get_AccInfo(\"" + std::string(item) + "\")").front();
+            EXPECT_EQ(book.cnn->Statements(), (std::vector<Sent>{read, read}));
         }
     }
 }
@@ -51,7 +52,7 @@ TEST(GetAccInfo, CurrentDateIsTheStoredText) {
         BookScript book;
         book.cnn->Answer(Setting(each.stored));
         EXPECT_TRUE(book.tables.Get_AccInfo("当前日期").Is(each.answer));
-        EXPECT_EQ(book.cnn->Statements(), std::vector<Sent>{Opened("Select * From 系统选项 Where Item='当前日期'")});
+        EXPECT_EQ(book.cnn->Statements(), corpus::Expected("Get_AccInfo(\"当前日期\")"));
     }
 }
 
@@ -60,7 +61,7 @@ TEST(GetAccInfo, BuiltDateAndItsMonth) {
     book.cnn->Answer(Setting("2004年03月07日 ")).Answer(Setting("2004年11月30日 "));
     EXPECT_TRUE(book.tables.Get_AccInfo("建帐日期").Is(Day("2004-03-07")));
     EXPECT_TRUE(book.tables.Get_AccInfo("建帐月份").Is(std::int16_t{11}));
-    const Sent read = Opened("Select * From 系统选项 Where Item='建帐日期'");
+    const Sent read = corpus::Expected("Get_AccInfo(\"建帐月份\")").front();
     EXPECT_EQ(book.cnn->Statements(), (std::vector<Sent>{read, read}));
 }
 
@@ -68,7 +69,7 @@ TEST(GetAccInfo, ABuiltDateThatIsMissingIsMade) {
     BookScript book;
     book.cnn->Answer(Setting(nullptr)).Answer(MakeRows({}, {})).Answer(OptionRows({}));
     EXPECT_TRUE(book.tables.Get_AccInfo("建帐日期").Is(Day("2006-08-19")));
-    EXPECT_EQ(book.cnn->Statements().back(), Opened("系统选项", SourceKind::Table));
+    EXPECT_EQ(book.cnn->Statements(), corpus::Expected("Get_AccInfo(\"建帐日期\")", "none is stored"));
 }
 
 TEST(GetAccInfo, YearAndMonthOfTheCurrentDate) {

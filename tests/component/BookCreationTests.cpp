@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
-#include "StatementCase.h"
+#include "HandsOut.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
@@ -50,10 +50,6 @@ TEST(CancelledBook, BlanksTheCurrentDateAndAnswersFalse) {
     EXPECT_EQ(FailureOf([&] { nobody.tables.CancCreateBook(); }), 5);
 }
 
-const Sent kMethods = Executed("Select * From 收付款方式");
-const Sent kBlankMethod = Executed("Insert into 收付款方式 (收付款方式,科目名称,科目代码) Values (' ',' ',' ')");
-const Sent kCash = Executed("Insert into 收付款方式 (收付款方式,科目名称,科目代码) Values ('现金','现金','101')");
-
 TEST(DefaultPaymentMethods, OnlyIntoAnEmptyTable) {
     const std::vector<FieldInfo> columns = {{"收付款方式", VarType::String}};
     for (const bool isSQL : {false, true}) {
@@ -61,20 +57,21 @@ TEST(DefaultPaymentMethods, OnlyIntoAnEmptyTable) {
         empty.tables.isSQL(isSQL);
         empty.cnn->Answer(MakeRows(columns, {})).Answer(nullptr).Answer(nullptr);
         EXPECT_TRUE(empty.tables.SetDefaultSFK());
-        EXPECT_EQ(empty.cnn->Statements(), (std::vector<Sent>{kMethods, kBlankMethod, kCash}));
+        EXPECT_EQ(empty.cnn->Statements(), corpus::Expected("SetDefaultSFK()", "an empty table"));
 
         BookScript filled;
         filled.tables.isSQL(isSQL);
         filled.cnn->Answer(MakeRows(columns, {{"支票"}}));
         EXPECT_TRUE(filled.tables.SetDefaultSFK());
-        EXPECT_EQ(filled.cnn->Statements(), std::vector<Sent>{kMethods});
+        EXPECT_EQ(filled.cnn->Statements(), corpus::Expected("SetDefaultSFK()", "a table with rows"));
     }
     BookScript countUnknown;
     const auto rows = MakeRows(columns, {{"支票"}});
     rows->ReportCount(-1);
     countUnknown.cnn->Answer(rows);
     EXPECT_TRUE(countUnknown.tables.SetDefaultSFK());
-    EXPECT_EQ(countUnknown.cnn->Statements(), std::vector<Sent>{kMethods}) << "a row is a row";
+    EXPECT_EQ(countUnknown.cnn->Statements(), corpus::Expected("SetDefaultSFK()", "a table with rows"))
+        << "a row is a row";
 }
 
 TEST(DefaultPaymentMethods, FalseAfterAnyError) {
@@ -87,27 +84,6 @@ TEST(DefaultPaymentMethods, FalseAfterAnyError) {
     }
     CTables unconnected;
     EXPECT_FALSE(unconnected.SetDefaultSFK());
-}
-
-TEST(Clearing, Statements) {
-    const StatementCase cases[] = {
-        {"inbound",
-         [](CTables& t) { EXPECT_TRUE(t.ClearInputRecs()); },
-         {Executed("Delete from 入库目录"), Executed("Delete from 入库记录")}},
-        {"outbound",
-         [](CTables& t) { EXPECT_TRUE(t.ClearOutputRecs()); },
-         {Executed("Delete from 出库目录"), Executed("Delete from 出库记录")}},
-        {"cost",
-         [](CTables& t) { EXPECT_TRUE(t.ClearCostRecs()); },
-         {Executed("Delete from 成本目录"), Executed("Delete from 成本记录")}},
-        {"the balance table's month",
-         [](CTables& t) { EXPECT_TRUE(t.SetBnCurrentDate(2005, 3)); },
-         {Executed("Update 仓库余额表 Set 年份=2005 ,月份=3")}},
-        {"any numbers",
-         [](CTables& t) { EXPECT_TRUE(t.SetBnCurrentDate(-32768, 13)); },
-         {Executed("Update 仓库余额表 Set 年份=-32768 ,月份=13")}},
-    };
-    ExpectStatements(cases);
 }
 
 TEST(Clearing, OnlyCostBillsTrapErrors) {

@@ -2,16 +2,16 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
+#include "corpus/Call.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
 namespace {
 
-const Sent kReadBuilt = Opened("Select * From 系统选项 Where Item='建帐日期'");
-const Sent kReadCurrent = Opened("Select * From 系统选项 Where Item='当前日期'");
-const Sent kEarliest = Executed("Select Distinct top 1 年份,月份 From 仓库余额表 Order by 年份,月份");
-const Sent kPeriods = Executed("Select Distinct Top 2 年份,月份 From 仓库余额表 Order by 年份,月份 DESC");
-const Sent kWrite = Opened("系统选项", SourceKind::Table);
+const std::vector<Sent> kBuiltDate = corpus::Expected("Get_BuiltDate()", "no stored date");
+const Sent &kReadBuilt = kBuiltDate.at(0), &kEarliest = kBuiltDate.at(1), &kWrite = kBuiltDate.at(2);
+const std::vector<Sent> kCurrentDate = corpus::Expected("Get_CurrentDate()", "repaired");
+const Sent &kReadCurrent = kCurrentDate.at(0), &kPeriods = kCurrentDate.at(2);
 
 /// Rows with a year and a month; the columns take any value.
 std::shared_ptr<ScriptedRecordset> Periods(const Rows& rows) {

@@ -17,13 +17,6 @@ namespace kpTables::test {
 inline Date Day(const char* iso) { return *Date::ParseIso(iso); }
 inline Currency Money(std::int64_t tenThousandths) { return Currency::FromScaled(tenThousandths); }
 
-/// Its day is 2006-08-19.
-class DatedHost : public ScriptedHost {
-public:
-    using ScriptedHost::ScriptedHost;
-    Date Today() override { return Day("2006-08-19"); }
-};
-
 /// Rows of the table of settings.
 inline std::shared_ptr<ScriptedRecordset> OptionRows(const Rows& rows) {
     return MakeRows({{"Item", VarType::String}, {"Discription", VarType::String}}, rows);

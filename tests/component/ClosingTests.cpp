@@ -2,36 +2,20 @@
 #include <gtest/gtest.h>
 
 #include "ClosingScript.h"
-#include "StatementCase.h"
+#include "HandsOut.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
 namespace {
 
-const Journal kOpenAndMovements = {
-    "open Select * From 仓库余额表 Where dpID=2 And 月份=3",
-    "execute Select pdID,Avg(除税单价) As 单价,Sum(数量) As 数量,Sum(除税金额) As 金额 From 入库记录 Where BillID in "
-    "(Select "
-    "BillID From 入库目录 Where dpID=2 And 月份=3) Group by pdID",
-    "execute Select pdID,Avg(除税单价) As 单价,Sum(数量) As 数量,Sum(除税金额) As 金额 From 出库记录 Where BillID in "
-    "(Select "
-    "BillID From 出库目录 Where dpID=2 And 月份=3) Group by pdID",
-    "execute Select pdID,Sum(数量) As 数量,Sum(除税金额) As 金额 From 入库记录 Where BillID in (Select BillID From "
-    "入库目录 "
-    "Where dpID=2 And 月份<=3) Group by pdID",
-    "execute Select pdID,Sum(数量) As 数量,Sum(除税金额) As 金额 From 出库记录 Where BillID in (Select BillID From "
-    "出库目录 "
-    "Where dpID=2 And 月份<=3) Group by pdID",
-};
-const Journal kCosts = {
-    "execute Select pdID,Avg(单价) As 单价,Sum(数量) As 数量,Sum(金额) As 金额 From 成本记录 Where CostID in (Select "
-    "CostID "
-    "From 成本目录 Where dpID=2 And 月份=3) Group by pdID",
-    "execute Select pdID,Avg(单价) As 单价,Sum(数量) As 数量,Sum(金额) As 金额 From 成本记录 Where CostID in (Select "
-    "CostID "
-    "From 成本目录 Where dpID=2 And 月份<=3) Group by pdID",
-};
-const std::string kNextMonth = "execute Select * From 仓库余额表 Where 月份=3 And dpID=2";
+/// The journal's entries of the statements from first to last, from 1, of a closing with costs.
+Journal Asked(std::size_t first, std::size_t last) {
+    const Journal all = corpus::Entries("Close_DepotBalance(2, 3, True, #2004-03-31#)");
+    return {all.begin() + static_cast<std::ptrdiff_t>(first) - 1, all.begin() + static_cast<std::ptrdiff_t>(last)};
+}
+const Journal kOpenAndMovements = Asked(1, 5);
+const Journal kCosts = Asked(6, 7);
+const std::string kNextMonth = Asked(8, 8).front();
 
 Journal Joined(const std::vector<Journal>& parts) {
     Journal all;
@@ -194,7 +178,7 @@ TEST(Closing, WithoutRowsThereIsNothingToClose) {
         tables.Cnn(cnn);
         ScriptedBar bar(cnn->Log());
         EXPECT_TRUE(tables.Close_DepotBalance(-2147483647, 13, true, kNote, &bar));
-        EXPECT_EQ(*cnn->Log(), Journal{"open Select * From 仓库余额表 Where dpID=-2147483647 And 月份=13"});
+        EXPECT_EQ(*cnn->Log(), corpus::Entries("Close_DepotBalance(-2147483647, 13, True, #2004-03-31#, Bar)"));
     }
 }
 
@@ -228,13 +212,9 @@ TEST(Closing, TheLastMonthAddsNoRows) {
         script.Prepare(false);
         ScriptedBar bar(script.cnn->Log());
         EXPECT_TRUE(script.tables.Close_DepotBalance(2, each.month, false, kNote, &bar));
-        const std::string month = std::to_string(each.month);
-        const auto& sent = script.cnn->Statements();
-        ASSERT_EQ(sent.size(), each.adds ? 6u : 5u);
-        EXPECT_EQ(sent[0], Opened("Select * From 仓库余额表 Where dpID=2 And 月份=" + month));
-        if (each.adds) {
-            EXPECT_EQ(sent[5], Executed("Select * From 仓库余额表 Where 月份=" + month + " And dpID=2"));
-        }
+        EXPECT_EQ(script.cnn->Statements(), corpus::Expected("Close_DepotBalance(2, " + std::to_string(each.month) +
+                                                             ", False, #2004-03-31#, Bar)"));
+        EXPECT_EQ(script.cnn->Statements().size(), each.adds ? 6u : 5u);
         const auto& log = *script.cnn->Log();
         const Journal end(log.end() - 3, log.end());
         EXPECT_EQ(end, (Journal{"Value=100", "Close", "Visible=False"}));
@@ -261,32 +241,20 @@ TEST(Closing, TheNextMonthIsTheSourceRowsMonthPlusOne) {
     EXPECT_EQ(Shown(rows[3][20]), "备注文字");
 }
 
-TEST(ClosedFlag, Statements) {
-    struct Case {
-        bool isSQL, closed;
-        const char* date;
-        const char* text;
-    };
-    const Case cases[] = {
-        {false, true, "2004-03-31", "Update 仓库设置 Set 结帐日期='2004-3-31',结帐标志=True Where dpID=4"},
-        {false, false, "2004-12-01", "Update 仓库设置 Set 结帐日期='2004-12-1',结帐标志=False Where dpID=4"},
-        {true, true, "2004-03-31", "Update 仓库设置 Set 结帐日期='2004-3-31',结帐标志=1 Where dpID=4"},
-        {true, false, "2004-03-31 08:05:09",
-         "Update 仓库设置 Set 结帐日期='2004-3-31 8:05:09',结帐标志=0 Where dpID=4"},
-    };
-    for (const Case& each : cases) {
-        const auto cnn = std::make_shared<ScriptedConnection>();
-        CTables tables;
-        tables.Cnn(cnn);
-        tables.isSQL(each.isSQL);
-        std::int32_t warehouse = 4;
-        Date date = *Date::ParseIso(each.date);
-        bool closed = each.closed;
-        tables.UpdateDepotClosedFlag(warehouse, date, closed);
-        EXPECT_EQ(cnn->Statements(), std::vector<Sent>{Executed(each.text)});
-        EXPECT_EQ(warehouse, 4);
-        EXPECT_EQ(date, *Date::ParseIso(each.date));
-        EXPECT_EQ(closed, each.closed);
+TEST(ClosedFlag, LeavesItsArgumentsAlone) {
+    for (const bool isSQL : {false, true}) {
+        for (const bool given : {false, true}) {
+            CTables tables;
+            tables.Cnn(std::make_shared<ScriptedConnection>());
+            tables.isSQL(isSQL);
+            std::int32_t warehouse = 4;
+            Date date = kNote;
+            bool closed = given;
+            tables.UpdateDepotClosedFlag(warehouse, date, closed);
+            EXPECT_EQ(warehouse, 4);
+            EXPECT_EQ(date, kNote);
+            EXPECT_EQ(closed, given);
+        }
     }
 }
 
@@ -298,11 +266,6 @@ TEST(ClosedFlag, PassesErrorsOn) {
     tables.Cnn(cnn);
     EXPECT_EQ(FailureOf([&] { tables.UpdateDepotClosedFlag(1, kNote, true); }), kRefused);
 }
-
-const std::string kSoldBills =
-    "Select * from 出库记录 Where billID in (Select billID From 出库目录 Where 月份=3 And dpID=2)";
-const std::string kSoldSummary =
-    "Select * From 销售汇总记录 Where ListID in (Select ID As ListID From 销售汇总目录 Where 月份=3 And dpID=2)";
 
 TEST(Sold, AsksTheBillsThenTheSummaries) {
     const FieldInfo id{"ID", VarType::Long};
@@ -339,9 +302,7 @@ TEST(Sold, AsksTheBillsThenTheSummaries) {
             tables.Cnn(cnn);
             tables.isSQL(isSQL);
             EXPECT_EQ(tables.isSaled(2, 3), each.sold);
-            std::vector<Sent> expected = {Executed(kSoldBills), Executed(kSoldSummary)};
-            expected.resize(each.sent);
-            EXPECT_EQ(cnn->Statements(), expected);
+            EXPECT_EQ(cnn->Statements(), corpus::Expected("isSaled(2, 3)", each.sent == 1 ? "bills" : "no bills"));
         }
     }
 }

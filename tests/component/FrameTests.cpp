@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "corpus/Call.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Version.h"
 #include "support/Failure.h"
@@ -40,12 +41,11 @@ TEST(Properties, DialectCountsFromTheNextCall) {
     tables.UpdateDepotClosedFlag(1, *Date::ParseIso("2004-03-31"), true);
     tables.isSQL(false);
     tables.UpdateDepotClosedFlag(1, *Date::ParseIso("2004-03-31"), true);
-    const std::vector<Sent> expected = {
-        Executed("Update 仓库设置 Set 结帐日期='2004-3-31',结帐标志=True Where dpID=1"),
-        Executed("Update 仓库设置 Set 结帐日期='2004-3-31',结帐标志=1 Where dpID=1"),
-        Executed("Update 仓库设置 Set 结帐日期='2004-3-31',结帐标志=True Where dpID=1"),
-    };
-    EXPECT_EQ(cnn->Statements(), expected);
+    const char* const call = "UpdateDepotClosedFlag(1, #2004-03-31#, True)";
+    const Sent jet = corpus::Expected(call).front();
+    const Sent server = corpus::Expected(call, "", true).front();
+    EXPECT_NE(jet, server);
+    EXPECT_EQ(cnn->Statements(), (std::vector<Sent>{jet, server, jet}));
 }
 
 TEST(Properties, SpecialityChangesNoStatement) {
@@ -54,8 +54,7 @@ TEST(Properties, SpecialityChangesNoStatement) {
     tables.Cnn(cnn);
     tables.Speciality("x");
     tables.rs月份列表();
-    EXPECT_EQ(cnn->Statements(),
-              std::vector<Sent>{Executed("Select Distinct 年份,月份 From 仓库余额表 Order by 年份,月份")});
+    EXPECT_EQ(cnn->Statements(), corpus::Expected("rs月份列表()"));
 }
 
 TEST(Version, JoinsMajorMinorAndRevision) {

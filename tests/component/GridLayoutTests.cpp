@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
-#include "StatementCase.h"
+#include "HandsOut.h"
 #include "TableScript.h"
 #include "kpTables/MemoryGrid.h"
 #include "support/Failure.h"
@@ -29,52 +29,6 @@ std::vector<std::string> Shape(const MemoryGrid& grid) {
 }
 
 const Columns kThree = {{"A", "a", false, 10}, {"B", "b", true, 20}, {"C", "c", false, 30}};
-
-/// What is done with the grid does not count here.
-auto Applied(const char* table, const char* flag, bool isSQL) {
-    return [=](CTables& t) {
-        EXPECT_FALSE(t.Header(GridPtr(GridOf(kThree)), std::string(table), std::string(flag), false, isSQL));
-    };
-}
-auto Saved(const char* table, const char* flag, bool isSQL) {
-    return [=](CTables& t) {
-        EXPECT_FALSE(
-            t.Header(GridPtr(GridOf({{"", "a", false, 10}})), std::string(table), std::string(flag), true, isSQL));
-    };
-}
-
-// The dialect is that of the argument, whatever the object's property says.
-TEST(HeaderStatements, BothDialects) {
-    const auto table = SourceKind::Table;
-    const StatementCase cases[] = {
-        {"apply, Jet",
-         Applied("商品列表", "我的", false),
-         {Opened("Select * From Header Where Table='商品列表' And Flag='我的'")}},
-        {"apply, SQL Server",
-         Applied("商品列表", "我的", true),
-         {Opened("Select * From Header Where TableName='商品列表' And Flag='我的'")}},
-        {"save, Jet",
-         Saved("商品列表", "我的", false),
-         {Executed("Delete From Header Where Table='商品列表' And Flag='我的'"), Opened("Header", table)}},
-        {"save, SQL Server",
-         Saved("商品列表", "我的", true),
-         {Executed("Delete From Header Where TableName='商品列表' And Flag='我的'"), Opened("Header", table)}},
-        {"apply, no flag",
-         Applied("L", "", false),
-         {Opened("Select * From Header Where Table='L' And Flag='Default'")}},
-        {"save, no flag",
-         Saved("L", "", true),
-         {Executed("Delete From Header Where TableName='L' And Flag='Default'"), Opened("Header", table)}},
-        {"apply, nothing is trimmed or escaped",
-         Applied(" O'X ", " ", false),
-         {Opened("Select * From Header Where Table=' O'X ' And Flag=' '")}},
-        {"no table's name", Applied("", "F", true), {Opened("Select * From Header Where TableName='' And Flag='F'")}},
-        {"as the defaults have it",
-         [](CTables& t) { EXPECT_FALSE(t.Header(GridPtr(GridOf(kThree)), std::string("L"))); },
-         {Opened("Select * From Header Where Table='L' And Flag='Default'")}},
-    };
-    ExpectStatements(cases);
-}
 
 TEST(HeaderFlag, ComesBackAsDefault) {
     for (const bool saving : {false, true}) {

@@ -17,7 +17,6 @@ using Kind = _CTables::MemberKind;
 struct Book {
     Book() { tables.Cnn(cnn); }
     Variant Call(const char* name, Arguments arguments = {}) { return _CTables::Call(tables, name, arguments); }
-    std::string LastText() const { return cnn->Statements().empty() ? "" : cnn->Statements().back().text; }
 
     std::shared_ptr<ScriptedConnection> cnn = std::make_shared<ScriptedConnection>();
     CTables tables;
@@ -40,65 +39,6 @@ TEST(LateBoundCall, AnswersWithTheResultsType) {
     ASSERT_EQ(answer.Type(), VarType::Object);
     EXPECT_EQ(std::dynamic_pointer_cast<Recordset>(*answer.If<ObjectPtr>()), rows);
     EXPECT_TRUE(book.Call("rs余额记录", {0, -1}).Is(Variant(nullptr))) << "no recordset is Nothing";
-}
-
-TEST(LateBoundCall, ConvertsArguments) {
-    struct Case {
-        const char* method;
-        Arguments arguments;
-        const char* text;
-    };
-    const Case cases[] = {
-        {"Get单据金额", {5, "入库"}, "Select Sum(除税金额) As 金额 From 入库记录 Where BillID=5"},
-        {"Get单据金额", {"5", "入库"}, "Select Sum(除税金额) As 金额 From 入库记录 Where BillID=5"},
-        {"Get单据金额", {4.5, "入库"}, "Select Sum(除税金额) As 金额 From 入库记录 Where BillID=4"},
-        {"Get单据金额", {5.5, "入库"}, "Select Sum(除税金额) As 金额 From 入库记录 Where BillID=6"},
-        {"Get单据金额", {true, "入库"}, "Select Sum(除税金额) As 金额 From 入库记录 Where BillID=-1"},
-        {"Get单据金额", {Variant(), Variant()}, "Select Sum(除税金额) As 金额 From 记录 Where BillID=0"},
-        {"Get单据金额", {Money(70000), 12.5}, "Select Sum(除税金额) As 金额 From 12.5记录 Where BillID=7"},
-        {"Get单据金额", {-2147483647 - 1, true}, "Select Sum(除税金额) As 金额 From True记录 Where BillID=-2147483648"},
-        {"rs月份列表", {"True"}, "Select Distinct 年份,月份 From 仓库余额表 Order by 年份,月份 DESC"},
-        {"rs月份列表", {0}, "Select Distinct 年份,月份 From 仓库余额表 Order by 年份,月份"},
-        {"rs月份列表", {2}, "Select Distinct 年份,月份 From 仓库余额表 Order by 年份,月份 DESC"},
-        {"清理仓库余额表", {"12"}, "Delete From 仓库余额表 Where 月份<12"},
-        {"清理仓库余额表", {12.0, 3.0}, "Delete From 仓库余额表 Where 月份<12 And dpID=3"},
-        {"UpdateDepotClosedFlag",
-         {"4", "2004-03-31", 1},
-         "Update 仓库设置 Set 结帐日期='2004-3-31',结帐标志=True Where dpID=4"},
-        {"UpdateDepotClosedFlag",
-         {4, 38077, "False"},
-         "Update 仓库设置 Set 结帐日期='2004-3-31',结帐标志=False Where dpID=4"},
-        {"BillAdulting", {"入库", 5, 7, Variant::Null()}, "Update 入库目录 Set 审核员='7',审核日期=## Where BillID=5"},
-    };
-    for (const Case& each : cases) {
-        Book book;
-        book.Call(each.method, each.arguments);
-        EXPECT_EQ(book.LastText(), each.text);
-    }
-}
-
-TEST(LateBoundCall, OptionalArgumentsMayBeLeftOutOrMissing) {
-    struct Case {
-        const char* method;
-        Arguments arguments;
-        const char* text;
-    };
-    const Variant missing = Variant::Missing();
-    const Case cases[] = {
-        {"Del仓库余额表", {}, "Delete From 仓库余额表 Where True "},
-        {"Del仓库余额表", {missing, missing}, "Delete From 仓库余额表 Where True "},
-        {"Del仓库余额表", {missing, 4}, "Delete From 仓库余额表 Where True  And 月份=4"},
-        {"Del仓库余额表", {3}, "Delete From 仓库余额表 Where True  And dpID=3"},
-        {"Del仓库余额表", {Variant(), Variant()}, "Delete From 仓库余额表 Where True "},
-        {"rs余额记录", {}, "Select TOP 1 月份 From 仓库余额表  ORDER BY 月份"},
-        {"rs余额记录", {1, missing}, "Select TOP 1 月份 From 仓库余额表  ORDER BY 月份"},
-        {"商品已经入库", {8}, "Select Top 2  * From 入库记录 Where pdID=8"},
-    };
-    for (const Case& each : cases) {
-        Book book;
-        book.Call(each.method, each.arguments);
-        EXPECT_EQ(book.LastText(), each.text);
-    }
 }
 
 TEST(LateBoundCall, WritesInOutArgumentsBackInTheParametersType) {
@@ -348,28 +288,7 @@ TEST(LateBoundCall, MastersAnswerWithTheResultsType) {
     }
 }
 
-TEST(LateBoundCall, MastersTakeArgumentsOfAnyType) {
-    struct Case {
-        const char* method;
-        Arguments arguments;
-        const char* text;
-    };
-    const Case cases[] = {
-        {"商品已被使用", {9, "3"}, "Select pdID From 仓库余额表 Where dpID=3 And dpID=3"},
-        {"商品已被使用", {9, Variant::Missing()}, "Select pdID From 仓库余额表 Where dpID=0"},
-        {"rs商品资料", {"5", Variant::Missing(), "pdID"}, "Select * from 商品设置 Where  pdID=5 Order by pdID"},
-        {"rs厂商列表", {Variant()}, "Select * From 厂商资料 Order by ksID"},
-        {"SetBnCurrentDate", {"2005", 3.0}, "Update 仓库余额表 Set 年份=2005 ,月份=3"},
-        {"Get商品成本",
-         {2, 7, 3, "金额", true},
-         "Select pdID,Sum(数量) As 数量,Sum(金额) As 金额 From 成本记录 Where 成本记录.CostID in (Select CostID From "
-         "成本目录 Where True  And dpID=2 And 月份<=3) And pdID=7 Group by pdID"},
-    };
-    for (const Case& each : cases) {
-        Book book;
-        book.Call(each.method, each.arguments);
-        EXPECT_EQ(book.LastText(), each.text);
-    }
+TEST(LateBoundCall, FailuresOfMasters) {
     Book book;
     EXPECT_EQ(FailureOf([&] { book.Call("Get商品库存", {2, 7, 3, "单价"}); }), 11);
     EXPECT_EQ(FailureOf([&] { book.Call("SetBnCurrentDate", {32768, 3}); }), 6);

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
-#include "StatementCase.h"
+#include "HandsOut.h"
 #include "TableScript.h"
 #include "support/Failure.h"
 
@@ -12,89 +12,6 @@ namespace {
 /// An operator's row with a password, a warehouse and rights.
 Rows OneOperator(const Variant& password, const Variant& warehouse, const Variant& right) {
     return {{5, "张三", password, warehouse, right, right, right, right, right}};
-}
-
-TEST(OperatorStatements, BothDialects) {
-    const StatementCase cases[] = {
-        {"one operator", [](CTables& t) { t.rs操作员(1); }, {Executed("Select * From 操作员 Where ID=1")}},
-        {"the greatest id",
-         [](CTables& t) { t.rs操作员(2147483647); },
-         {Executed("Select * From 操作员 Where ID=2147483647")}},
-        {"rename",
-         [](CTables& t) { EXPECT_TRUE(t.操作员_Update(5, "李四")); },
-         {Executed("Update 操作员 set 姓名='李四' Where ID=5")}},
-        {"rename, nothing is trimmed or escaped",
-         [](CTables& t) { EXPECT_TRUE(t.操作员_Update(-1, " O'X ")); },
-         {Executed("Update 操作员 set 姓名=' O'X ' Where ID=-1")}},
-        {"give a right",
-         [](CTables& t) { EXPECT_TRUE(t.操作权限_Update(5, "入库处理", true)); },
-         {Executed("Update 操作员 Set 入库处理=True Where ID=5")}},
-        {"take a right",
-         [](CTables& t) { EXPECT_TRUE(t.操作权限_Update(5, "凭证处理", false)); },
-         {Executed("Update 操作员 Set 凭证处理=False Where ID=5")}},
-        {"a right kept under another name: shipper",
-         [](CTables& t) { EXPECT_TRUE(t.操作权限_Update(5, "发货单位", true)); },
-         {Executed("Update 操作员 Set 资产处理=True Where ID=5")}},
-        {"a right kept under another name: receiver",
-         [](CTables& t) { EXPECT_TRUE(t.操作权限_Update(5, "收货单位", false)); },
-         {Executed("Update 操作员 Set 卡片打印=False Where ID=5")}},
-        {"a right kept under another name: parts",
-         [](CTables& t) { EXPECT_TRUE(t.操作权限_Update(5, "部件管理", true)); },
-         {Executed("Update 操作员 Set 资产折旧=True Where ID=5")}},
-        {"the other names are their own columns",
-         [](CTables& t) { EXPECT_TRUE(t.操作权限_Update(5, "资产处理", true)); },
-         {Executed("Update 操作员 Set 资产处理=True Where ID=5")}},
-        {"the manager of a warehouse",
-         [](CTables& t) { EXPECT_TRUE(t.管理仓库_Update(5, 3)); },
-         {Executed("Update 操作员 Set dpID=3 Where ID=5")}},
-        {"the manager of all warehouses",
-         [](CTables& t) { EXPECT_TRUE(t.管理仓库_Update(5, 0)); },
-         {Executed("Update 操作员 Set dpID=0 Where ID=5")}},
-        {"delete", [](CTables& t) { EXPECT_TRUE(t.操作员_Delete(5)); }, {Executed("Delete From 操作员 Where ID=5")}},
-        {"clear the rights",
-         [](CTables& t) { EXPECT_TRUE(t.操作权限_Clear(5)); },
-         {Opened("Select * From 操作员 Where ID=5")}},
-        {"password by id",
-         [](CTables& t) { EXPECT_EQ(t.GetPassword("张三", 1), ""); },
-         {Opened("Select * From 操作员 Where ID=1")}},
-        {"password by name, no id",
-         [](CTables& t) { EXPECT_EQ(t.GetPassword("张三"), ""); },
-         {Opened("Select * From 操作员 Where姓名='张三'")}},
-        {"password by name, id 0",
-         [](CTables& t) { EXPECT_EQ(t.GetPassword("张三", 0), ""); },
-         {Opened("Select * From 操作员 Where姓名='张三'")}},
-        {"password by name, an id below 0",
-         [](CTables& t) { EXPECT_EQ(t.GetPassword("", -5), ""); },
-         {Opened("Select * From 操作员 Where姓名=''")}},
-        {"new password by id",
-         [](CTables& t) { EXPECT_TRUE(t.Update_Password("张三", "m1", 1)); },
-         {Executed("Update 操作员 Set 密码='m1' Where ID=1")}},
-        {"new password by name, no id",
-         [](CTables& t) { EXPECT_TRUE(t.Update_Password("张三", "m1")); },
-         {Executed("Update 操作员 Set 密码='m1' Where 姓名='张三'")}},
-        {"new password by name, id 0",
-         [](CTables& t) { EXPECT_TRUE(t.Update_Password("张三", "", 0)); },
-         {Executed("Update 操作员 Set 密码='' Where 姓名='张三'")}},
-        {"new password by name, an id below 0",
-         [](CTables& t) { EXPECT_TRUE(t.Update_Password("张三", "m1", -1)); },
-         {Executed("Update 操作员 Set 密码='m1' Where 姓名='张三'")}},
-        {"no password any more",
-         [](CTables& t) { EXPECT_TRUE(t.Clear_Password(5)); },
-         {Executed("Update 操作员 Set 密码='' Where ID=5")}},
-        {"has a right",
-         [](CTables& t) { EXPECT_FALSE(t.Get操作权限(5, "入库处理")); },
-         {Opened("Select * From 操作员 Where ID=5")}},
-        {"managed warehouse",
-         [](CTables& t) { EXPECT_EQ(t.Get管理仓库(5), 0); },
-         {Opened("Select * From 操作员 Where ID=5")}},
-        {"a column's text",
-         [](CTables& t) { EXPECT_EQ(t.Get操作员(5, "姓名"), ""); },
-         {Opened("Select * From 操作员 Where ID=5")}},
-        {"has log entries",
-         [](CTables& t) { EXPECT_TRUE(t.AllowDelOperator(5)); },
-         {Executed("Select * From Log Where Operator='5'")}},
-    };
-    ExpectStatements(cases);
 }
 
 TEST(OperatorList, HandsOutItsRows) {

@@ -2,35 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
-#include "StatementCase.h"
+#include "HandsOut.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
 namespace {
-
-TEST(OptionStatements, BothDialects) {
-    const StatementCase cases[] = {
-        {"read",
-         [](CTables& t) { EXPECT_EQ(t.Get_Option("帐簿名称"), ""); },
-         {Opened("Select * From 系统选项 Where Item='帐簿名称'")}},
-        {"read, no name",
-         [](CTables& t) { EXPECT_EQ(t.Get_Option(""), ""); },
-         {Opened("Select * From 系统选项 Where Item=''")}},
-        {"read, nothing is trimmed or escaped",
-         [](CTables& t) { EXPECT_EQ(t.Get_Option(" O'X "), ""); },
-         {Opened("Select * From 系统选项 Where Item=' O'X '")}},
-        {"write nothing", [](CTables& t) { t.Update_Option("", "1"); }, {}},
-    };
-    ExpectStatements(cases);
-
-    for (const bool isSQL : {false, true}) {
-        BookScript book;
-        book.cnn->Answer(OptionRows({}));
-        book.tables.isSQL(isSQL);
-        book.tables.Update_Option("A", "1");
-        EXPECT_EQ(book.cnn->Statements(), std::vector<Sent>{Opened("系统选项", SourceKind::Table)});
-    }
-}
 
 TEST(GetOption, Values) {
     struct Case {

@@ -2,58 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
+#include "HandsOut.h"
 #include "PaySheetScript.h"
-#include "StatementCase.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
 namespace {
 
 std::int16_t Short(int value) { return static_cast<std::int16_t>(value); }
-
-std::vector<Sent> Summed(const std::string& condition) {
-    return {Executed(
-        "SELECT s.姓名, Sum(s.总收入) AS 总收入, Sum(s.油费) AS 油费, Sum(s.外加油费) AS 外加油费,Sum(s.过路费) As "
-        "过路费,Sum(s.装卸费) AS 装卸费, Sum(s.折旧) AS 折旧, Sum(s.保险) AS 保险, Sum(s.利润) AS 利润, Sum(s.税金) AS "
-        "税金, Sum(s.养路费) AS 养路费, Sum(s.装卸工资) AS 装卸工资, Sum(s.费用1) AS 费用1, Sum(s.费用2) AS 费用2, "
-        "Sum(s.费用3) AS 费用3, Sum(s.总费用) AS 总费用, Sum(s.其它1) AS 其它1, Sum(s.其它2) AS 其它2, Sum(s.其它3) AS "
-        "其它3, Sum(s.应付) AS 应付, Sum(s.所得税) AS 所得税, Sum(s.电话费) AS 电话费, Sum(s.扣款1) AS 扣款1, "
-        "Sum(s.扣款2) AS 扣款2, Sum(s.扣款3) AS 扣款3, Sum(s.实发工资) AS 实发工资, s.Flag, s.备注 FROM 工资表 AS s " +
-        condition + " GROUP BY s.姓名, s.Flag, s.备注")};
-}
-
-std::vector<Sent> Made(const char* month) {
-    return {Executed(std::string("SELECT Lst.司机 As 姓名, Sum(Lst.货款) As 总收入 FROM 派遣目录 AS Lst "
-                                 "Where (Lst.月份) = ") +
-                     month + " GROUP BY Lst.司机")};
-}
-
-TEST(PaySheetStatements, BothDialects) {
-    const auto table = SourceKind::Table;
-    const StatementCase cases[] = {
-        {"a saved month", [](CTables& t) { t.rs工资表(Short(3)); }, {Executed("Select * From 工资表 Where 月份=3")}},
-        {"a saved month, whatever the second",
-         [](CTables& t) { t.rs工资表(Short(1), Short(6)); },
-         {Executed("Select * From 工资表 Where 月份=1")}},
-        {"up to June", [](CTables& t) { t.rs工资表(Short(0), Short(6)); }, Summed(" Where s.月份<=6")},
-        {"up to January", [](CTables& t) { t.rs工资表(Short(0), Short(1)); }, Summed(" Where s.月份<=1")},
-        {"month 0 alone sums all", [](CTables& t) { t.rs工资表(Short(0)); }, Summed("")},
-        {"month 0 twice sums all", [](CTables& t) { t.rs工资表(Short(0), Short(0)); }, Summed("")},
-        {"a second month below 0 sums all", [](CTables& t) { t.rs工资表(Short(0), Short(-1)); }, Summed("")},
-        {"a month below 0 sums all", [](CTables& t) { t.rs工资表(Short(-1), Short(6)); }, Summed("")},
-        {"a new sheet", [](CTables& t) { t.rs工资表(Short(3), Short(0), true); }, Made("3")},
-        {"a new sheet, whatever the second month", [](CTables& t) { t.rs工资表(Short(3), Short(6), true); }, Made("3")},
-        {"a new sheet of month 0", [](CTables& t) { t.rs工资表(Short(0), Short(6), true); }, Made("0")},
-        {"a new sheet of a month below 0", [](CTables& t) { t.rs工资表(Short(-1), Short(6), true); }, Made("-1")},
-        {"save",
-         [](CTables& t) { EXPECT_TRUE(t.Update工资表(Short(2004), Short(3), GridPtr(PayGrid()))); },
-         {Executed("Delete From 工资表 Where 月份=3"), Opened("工资表", table)}},
-        {"save month 0",
-         [](CTables& t) { EXPECT_TRUE(t.Update工资表(Short(2004), Short(0), GridPtr(PayGrid()))); },
-         {Executed("Delete From 工资表 Where 月份=0"), Opened("工资表", table)}},
-    };
-    ExpectStatements(cases);
-}
 
 TEST(PaySheetList, HandsOutItsRows) {
     ExpectHandsOut("a saved month", [](CTables& t) { return t.rs工资表(Short(3)); });

@@ -1,53 +1,12 @@
-// The product catalogue: statements, results and failures.
+// The product catalogue: results and failures.
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
-#include "StatementCase.h"
+#include "HandsOut.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
 namespace {
-
-TEST(ProductStatements, Lists) {
-    const StatementCase cases[] = {
-        {"classes", [](CTables& t) { t.rs商品分类(); }, {Executed("Select * from 商品分类  Order by ClassCode")}},
-        {"classes, blanks only",
-         [](CTables& t) { t.rs商品分类("   "); },
-         {Executed("Select * from 商品分类  Order by ClassCode")}},
-        {"class",
-         [](CTables& t) { t.rs商品分类("0102"); },
-         {Executed("Select * from 商品分类 Where ClassCode='0102' Order by ClassCode")}},
-        {"class, untrimmed",
-         [](CTables& t) { t.rs商品分类(" O'X "); },
-         {Executed("Select * from 商品分类 Where ClassCode=' O'X ' Order by ClassCode")}},
-        {"product", [](CTables& t) { t.rs商品资料(5); }, {Executed("Select * from 商品设置 Where  pdID=5")}},
-        {"product of a class",
-         [](CTables& t) { t.rs商品资料(5, " 01 "); },
-         {Executed("Select * from 商品设置 Where  pdID=5And  ClassCode=' 01 '")}},
-        {"product in order",
-         [](CTables& t) { t.rs商品资料(2147483647, "  ", " 商品编号 DESC"); },
-         {Executed("Select * from 商品设置 Where  pdID=2147483647 Order by  商品编号 DESC")}},
-        {"all three",
-         [](CTables& t) { t.rs商品资料(5, "01", "pdID"); },
-         {Executed("Select * from 商品设置 Where  pdID=5And  ClassCode='01' Order by pdID")}},
-        {"no piece leaves no valid statement",
-         [](CTables& t) { t.rs商品资料(); },
-         {Executed("Select * from 商品设置 Where ")}},
-        {"a class alone neither",
-         [](CTables& t) { t.rs商品资料(0, "01"); },
-         {Executed("Select * from 商品设置 Where And  ClassCode='01'")}},
-        {"an order alone neither",
-         [](CTables& t) { t.rs商品资料(-1, "", "pdID"); },
-         {Executed("Select * from 商品设置 Where  Order by pdID")}},
-        {"manufacturers",
-         [](CTables& t) { t.rs生产厂家(); },
-         {Executed("Select Distinct 生产厂家 From 商品设置 Order by 生产厂家")}},
-        {"storage places",
-         [](CTables& t) { t.rs存放位置(); },
-         {Executed("Select Distinct 存放位置 From 商品设置 Order by 存放位置")}},
-    };
-    ExpectStatements(cases);
-}
 
 TEST(ProductLists, HandOutTheConnectionsRows) {
     ExpectHandsOut("rs商品资料", [](CTables& t) { return t.rs商品资料(1); });
@@ -60,21 +19,6 @@ TEST(ProductLists, HandOutTheConnectionsRows) {
     book.cnn->Answer(rows);
     EXPECT_EQ(book.tables.rs商品分类(), rows);
     EXPECT_EQ(rows->CacheSize(), 17) << "left as it was";
-}
-
-TEST(ProductIsUsed, AsksAboutTheWarehouseAlone) {
-    const StatementCase cases[] = {
-        {"no warehouse",
-         [](CTables& t) { EXPECT_FALSE(t.商品已被使用(9)); },
-         {Executed("Select pdID From 仓库余额表 Where dpID=0")}},
-        {"warehouse 3",
-         [](CTables& t) { EXPECT_FALSE(t.商品已被使用(9, 3)); },
-         {Executed("Select pdID From 仓库余额表 Where dpID=3 And dpID=3")}},
-        {"a negative warehouse",
-         [](CTables& t) { EXPECT_FALSE(t.商品已被使用(0, -3)); },
-         {Executed("Select pdID From 仓库余额表 Where dpID=-3")}},
-    };
-    ExpectStatements(cases);
 }
 
 TEST(ProductIsUsed, Results) {
@@ -175,7 +119,7 @@ TEST(ProductAttribute, EveryName) {
             book.cnn->Answer(OneProduct());
             const Variant answer = book.tables.Get商品资料(5, each.which);
             EXPECT_TRUE(answer.Is(each.answer)) << Shown(answer);
-            EXPECT_EQ(book.cnn->Statements(), std::vector<Sent>{Executed("Select * From 商品设置 Where pdID=5")});
+            EXPECT_EQ(book.cnn->Statements(), corpus::Expected("Get商品资料(5, \"" + std::string(each.which) + "\")"));
         }
     }
 }
@@ -226,7 +170,7 @@ TEST(ProductAttribute, WithoutTheProduct) {
         BookScript book;
         const Variant answer = book.tables.Get商品资料(-1, each.which);
         EXPECT_TRUE(answer.Is(each.isNumber ? Variant(std::int16_t{0}) : Variant("")));
-        EXPECT_EQ(book.cnn->Statements(), std::vector<Sent>{Executed("Select * From 商品设置 Where pdID=-1")});
+        EXPECT_EQ(book.cnn->Statements(), corpus::Expected("Get商品资料(-1, \"" + std::string(each.which) + "\")"));
     }
 }
 
@@ -246,8 +190,7 @@ TEST(ProductClassName, Results) {
             book.tables.isSQL(isSQL);
             book.cnn->Answer(MakeRows(fields, each.rows));
             EXPECT_EQ(book.tables.Get商品分类名称(" 01"), each.answer);
-            EXPECT_EQ(book.cnn->Statements(),
-                      std::vector<Sent>{Executed("Select * From 商品分类 Where ClassCode=' 01'")});
+            EXPECT_EQ(book.cnn->Statements(), corpus::Expected("Get商品分类名称(\" 01\")"));
         }
     }
 }
@@ -258,7 +201,7 @@ TEST(ProductCount, StatementsAndResults) {
         rows->ReportCount(count);
         return rows;
     };
-    const Sent all = Executed("Select * from 商品设置");
+    const Sent all = corpus::Expected("Get商品数量()").front();
     for (const bool isSQL : {false, true}) {
         BookScript book;
         book.tables.isSQL(isSQL);
@@ -275,20 +218,15 @@ TEST(ProductCount, StatementsAndResults) {
         EXPECT_EQ(book.tables.Get商品数量(), 0) << "more than the result can hold";
         EXPECT_EQ(book.tables.Get商品数量(), 0) << "refused";
         EXPECT_EQ(book.cnn->Statements(),
-                  (std::vector<Sent>{all, all, Executed("Select * from 商品设置 Where ClassCode='0102'"),
-                                     Executed("Select * from 商品设置 Where ClassCode=' '"), all, all}));
+                  (std::vector<Sent>{all, all, corpus::Expected("Get商品数量(\"0102\")").front(),
+                                     corpus::Expected("Get商品数量(\" \")").front(), all, all}));
     }
     CTables unconnected;
     EXPECT_EQ(unconnected.Get商品数量(), 0);
 }
 
 TEST(ProductId, FourTextsInTurn) {
-    const std::vector<Sent> queries = {
-        Executed("Select * From 商品设置 Where 商品条码='A 1'"),
-        Executed("Select * From 商品设置 Where 输入简码='A 1'"),
-        Executed("Select * From 商品设置 Where 商品编号='A 1'"),
-        Executed("Select * From 商品设置 Where 商品名称='A 1'"),
-    };
+    const std::vector<Sent> queries = corpus::Expected("Get商品ID(\"A 1\")", "found by its name or not at all");
     const std::vector<FieldInfo> fields = {{"pdID", VarType::Long}};
     for (std::size_t found = 0; found <= queries.size(); ++found) {
         for (const bool isSQL : {false, true}) {
@@ -318,24 +256,6 @@ TEST(ProductId, TrapsEveryError) {
     EXPECT_EQ(book.tables.Get商品ID("A"), 0);
     CTables unconnected;
     EXPECT_EQ(unconnected.Get商品ID("A"), 0);
-}
-
-TEST(CustomerPrice, Statement) {
-    const StatementCase cases[] = {
-        {"a day",
-         [](CTables& t) { EXPECT_EQ(t.Get客户单价(12, 5, Day("2004-03-07")), 0); },
-         {Executed("SELECT TOP 2 R.单价, CDate(L.年份 & '-' & L.月份 & '-' & L.日子) AS 日期 FROM (出库目录 AS L INNER "
-                   "JOIN 出库记录 AS R ON L.BillID = R.BillID) INNER JOIN 客户资料 AS C ON L.ksID = C.KSID WHERE "
-                   "((R.pdID=5) AND (C.KSID=12) AND CDate(L.年份 & '-' & L.月份 & '-' & L.日子)<'2004-3-7') ORDER BY "
-                   "CDate(L.年份 & '-' & L.月份 & '-' & L.日子)")}},
-        {"with a time, any ids",
-         [](CTables& t) { EXPECT_EQ(t.Get客户单价(0, -1, Day("2004-12-31T08:05:09")), 0); },
-         {Executed("SELECT TOP 2 R.单价, CDate(L.年份 & '-' & L.月份 & '-' & L.日子) AS 日期 FROM (出库目录 AS L INNER "
-                   "JOIN 出库记录 AS R ON L.BillID = R.BillID) INNER JOIN 客户资料 AS C ON L.ksID = C.KSID WHERE "
-                   "((R.pdID=-1) AND (C.KSID=0) AND CDate(L.年份 & '-' & L.月份 & '-' & L.日子)<'2004-12-31 8:05:09') "
-                   "ORDER BY CDate(L.年份 & '-' & L.月份 & '-' & L.日子)")}},
-    };
-    ExpectStatements(cases);
 }
 
 TEST(CustomerPrice, TheFirstThatIsNeitherNullNorZero) {

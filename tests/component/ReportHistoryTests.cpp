@@ -2,26 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "BookScript.h"
-#include "StatementCase.h"
+#include "HandsOut.h"
 #include "TableScript.h"
 #include "support/Failure.h"
 
 namespace kpTables::test {
 namespace {
-
-TEST(HistoryStatements, BothDialects) {
-    const StatementCase cases[] = {
-        {"list", [](CTables& t) { t.rsHistory(); }, {Executed("Select * From History Order by rpID")}},
-        {"delete", [](CTables& t) { EXPECT_TRUE(t.History_Del(5)); }, {Executed("Delete From History Where rpID=5")}},
-        {"delete, id 0",
-         [](CTables& t) { EXPECT_TRUE(t.History_Del(0)); },
-         {Executed("Delete From History Where rpID=0")}},
-        {"delete, an id below 0",
-         [](CTables& t) { EXPECT_TRUE(t.History_Del(-1)); },
-         {Executed("Delete From History Where rpID=-1")}},
-    };
-    ExpectStatements(cases);
-}
 
 TEST(HistoryList, HandsOutItsRowsUnread) {
     BookScript book;
@@ -55,8 +41,7 @@ TEST(HistorySetting, Values) {
         if (each.count) rows->ReportCount(*each.count);
         book.cnn->Answer(rows);
         EXPECT_EQ(book.tables.GetHistorySetting(5), each.setting);
-        ASSERT_EQ(book.cnn->Statements().size(), 1u);
-        EXPECT_EQ(book.cnn->Statements()[0].text, "Select * From History Where rpID=5");
+        EXPECT_EQ(book.cnn->Statements(), corpus::Expected("GetHistorySetting(5)"));
     }
 }
 

@@ -7,6 +7,7 @@
 #include "QueryPlan.h"
 #include "TestBook.h"
 #include "TestDatabase.h"
+#include "corpus/Call.h"
 #include "engines/sqlite/BookFile.h"
 #include "sql/Translate.h"
 #include "sql/parse/Parser.h"
@@ -18,21 +19,38 @@ namespace {
 using namespace test;
 
 struct PlanCase {
-    const char* text;
-    const char* plan;
+    const char* text;  ///< or a call of the component that sends it
+    std::string plan;
 };
 
-constexpr PlanCase kCases[] = {
-    {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID, dp.仓库名称, ks.企业名称,pj.项目名称 FROM 项目设置 AS pj "
-     "RIGHT JOIN (仓库设置 AS dp RIGHT JOIN (厂商资料 AS ks RIGHT JOIN (入库目录 AS Lst LEFT JOIN 入库记录 AS Rec ON "
-     "Lst.BillID = Rec.BillID) ON ks.KSID = Lst.ksID) ON dp.dpID = Lst.dpID) ON pj.项目ID = Lst.pjID  GROUP BY "
-     "Lst.月份, Lst.单据类型, Lst.单据编号, Lst.BillID, Rec.dpID, dp.仓库名称,ks.企业名称,pj.项目名称  Order by "
-     "Lst.月份,Lst.单据类型,Lst.单据编号 ",
-     "CO-ROUTINE query 1; SCAN Lst; SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; "
-     "SCAN query 1; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
-     "SEARCH ks USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
-     "SEARCH dp USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
-     "SEARCH pj USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
+/// What the bill list looks up for each bill once the lines are added up.
+constexpr const char* kLookups =
+    "SCAN query 1; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
+    "SEARCH ks USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
+    "SEARCH dp USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; "
+    "SEARCH pj USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY";
+
+const PlanCase kBillLists[] = {
+    {R"(rs单据列表("入库", "", "", "", "", "", 0, 0, 0, "", "", "", "", "", "", "", "", 0, 0, 0, 0))",
+     std::string("CO-ROUTINE query 1; SCAN Lst; SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; ") +
+         kLookups},
+    {R"(rs单据列表("入库", "", #2003-06-01#, #2003-06-30#, "", "", 0, 0, 0, "", "", "", "", "", "", "", "", 0, 0, 0, 0))",
+     std::string("CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 入库目录.日期 "
+                 "((年份,月份,日子)>(?,?,?) AND (年份,月份,日子)<(?,?,?)); "
+                 "SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; ") +
+         kLookups},
+    {R"(rs单据列表("出库", "", "", "", "CK1", "CK2", 0, 0, 0, "", "", "", "", "", "", "", "", 0, 0, 0, 0))",
+     std::string("CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 出库目录.单据编号 (单据编号>? AND 单据编号<?); "
+                 "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?) LEFT-JOIN; ") +
+         kLookups},
+    {R"(rs单据列表("入库", "", "", "", "", "", 1, 0, 0, "", "", "", "", "", "", "", "", 0, 0, 0, 0))",
+     std::string("CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 入库目录.dpID (dpID=?); "
+                 "SEARCH Rec USING INDEX 入库记录.BillID (BillID=?) LEFT-JOIN; ") +
+         kLookups},
+};
+
+/// A host's own questions, which look up less.
+const PlanCase kOfTheHost[] = {
     {"SELECT Lst.单据编号, Sum(Rec.数量) AS 数量, Lst.BillID FROM 入库目录 AS Lst LEFT JOIN 入库记录 AS Rec ON "
      "Lst.BillID "
      "= Rec.BillID WHERE ((CDATE(年份 & '-' & 月份 & '-' & 日子)>=#2003-6-1#) And (CDATE(年份 & '-' & 月份 & '-' & "
@@ -60,15 +78,13 @@ constexpr PlanCase kCases[] = {
      "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?) LEFT-JOIN; USE TEMP B-TREE FOR ORDER BY"},
 };
 
-constexpr const char* kProjectLines =
-    " FROM (SELECT Lst.pjID, Proj.ClassCode,Proj.项目名称, Lst.月份, Rec.数量, Rec.除税金额, Rec.税额, Rec.金额 FROM "
-    "(出库目录 AS Lst INNER JOIN 出库记录 AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 项目设置 As Proj ON Lst.pjID = "
-    "Proj.项目ID) AS BILLLIST GROUP BY BILLLIST.pjID,BillLIST.ClassCode, BILLLIST.项目名称";
-
 /// A bill's lines are added up as its index brings them, so that there is a row a bill to be sorted.
 constexpr const char* kPlanOfProjects =
     "MATERIALIZE Rec; SCAN 出库记录 USING INDEX 出库记录.BillID; SCAN Rec; SEARCH Lst USING INTEGER PRIMARY KEY "
     "(rowid=?); SEARCH Proj USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN; USE TEMP B-TREE FOR GROUP BY";
+
+/// The statement of a call that sends one.
+std::string Sent(const std::string& call, bool isSQL = false) { return corpus::SentBy(call, isSQL).at(0); }
 
 class GroupPlan : public testing::Test {
 protected:
@@ -102,66 +118,53 @@ private:
 };
 
 TEST_F(GroupPlan, NothingIsSortedToBeGrouped) {
-    for (const auto& [text, expected] : kCases) EXPECT_EQ(PlanOf(text), expected) << text;
+    for (const auto& [call, expected] : kBillLists) EXPECT_EQ(PlanOf(Sent(call)), expected) << call;
+    for (const auto& [text, expected] : kOfTheHost) EXPECT_EQ(PlanOf(text), expected) << text;
 }
 
 TEST_F(GroupPlan, LinesAreNotFetchedOneByOneInTheOrderOfTheirProducts) {
-    const std::string lines =
-        "SELECT Rec.pdID, Sum(Rec.数量) AS 数量, Prod.商品名称, Prod.ClassCode FROM (出库目录 AS Lst INNER JOIN "
-        "出库记录 "
-        "AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID ";
-    const std::string groups = " GROUP BY Rec.pdID, Prod.商品名称, Prod.ClassCode ";
     const std::string lookup = "SCAN query 1; SEARCH Prod USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN";
-    EXPECT_EQ(PlanOf(lines + groups),
+    EXPECT_EQ(PlanOf(Sent(R"(rs商品汇总("出库", 0, 0, 0, 0, ""))")),
               "CO-ROUTINE query 1; SCAN Rec; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
               "USE TEMP B-TREE FOR GROUP BY; " +
                   lookup);
-    EXPECT_EQ(PlanOf(lines + "Where (Lst.月份=6) And Lst.dpID=1" + groups),
+    EXPECT_EQ(PlanOf(Sent(R"(rs商品汇总("出库", 6, 6, 1, 0, ""))")),
               "CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 出库目录.仓库月份 (dpID=? AND 月份=?); "
               "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?); USE TEMP B-TREE FOR GROUP BY; " +
                   lookup);
-    EXPECT_EQ(PlanOf(lines + "Where Lst.月份<=6" + groups),
+    EXPECT_EQ(PlanOf(Sent(R"(rs商品汇总("出库", 0, 6, 0, 0, ""))")),
               "CO-ROUTINE query 1; SEARCH Lst USING COVERING INDEX 出库目录.月份单据 (月份<?); "
               "SEARCH Rec USING INDEX 出库记录.BillID (BillID=?); USE TEMP B-TREE FOR GROUP BY; " +
                   lookup);
-    EXPECT_EQ(PlanOf(lines + "Where Rec.pdID=7" + groups),
-              "CO-ROUTINE query 1; SEARCH Rec USING INDEX 出库记录.pdID (pdID=?); "
-              "SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); " +
-                  lookup);
+    EXPECT_EQ(
+        PlanOf("SELECT Rec.pdID, Sum(Rec.数量) AS 数量, Prod.商品名称, Prod.ClassCode FROM (出库目录 AS Lst INNER JOIN "
+               "出库记录 AS Rec ON Lst.BillID = Rec.BillID) LEFT JOIN 商品设置 AS Prod ON Rec.pdID = Prod.pdID Where "
+               "Rec.pdID=7 GROUP BY Rec.pdID, Prod.商品名称, Prod.ClassCode "),
+        "CO-ROUTINE query 1; SEARCH Rec USING INDEX 出库记录.pdID (pdID=?); "
+        "SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); " +
+            lookup);
 }
 
 TEST_F(GroupPlan, AProductsLinesAreFoundBeforeAWarehousesBills) {
-    const std::string sum =
-        "SELECT Sum(Rec.数量) AS 数量 FROM 出库记录 AS Rec INNER JOIN 出库目录 AS Lst ON Rec.BillID = Lst.BillID ";
-    for (const char* condition : {"Where Lst.月份<=6 And Lst.dpID=1 And Rec.pdID=5",
-                                  "Where Lst.月份=6 And Lst.dpID=1 And Rec.pdID=5", "Where Lst.月份<=6 And Rec.pdID=5",
-                                  "Where Lst.月份<=6 And Lst.dpID=1 And Rec.pdID=5 And 单据类型='出库单'"}) {
-        EXPECT_EQ(PlanOf(sum + condition),
+    for (const char* call :
+         {R"(Get商品出库(1, 5, 6, "数量", "", True))", R"(Get商品出库(1, 5, 6, "数量"))",
+          R"(Get商品出库(0, 5, 6, "数量", "", True))", R"(Get商品出库(1, 5, 6, "数量", "直接", True))"}) {
+        EXPECT_EQ(PlanOf(Sent(call)),
                   "SEARCH Rec USING INDEX 出库记录.pdID (pdID=?); SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?)")
-            << condition;
+            << call;
     }
 }
 
 TEST_F(GroupPlan, LinesAreReadAsTheyLieToBeSortedByPartners) {
-    EXPECT_EQ(
-        PlanOf("SELECT Lst.ksID,ks.ClassCode, Ks.企业名称,Sum(Rec.数量) AS 数量, Avg(Rec.除税单价) AS 除税单价 "
-               "FROM (出库记录 AS Rec INNER JOIN 出库目录 AS Lst ON Rec.BillID = Lst.BillID) LEFT JOIN 客户资料 AS "
-               "Ks ON Lst.ksID = Ks.KSID  GROUP BY Lst.ksID, Ks.企业名称,Ks.ClassCode"),
-        "CO-ROUTINE query 1; SCAN Rec; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
-        "USE TEMP B-TREE FOR GROUP BY; SCAN query 1; "
-        "SEARCH Ks USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN");
+    EXPECT_EQ(PlanOf(Sent(R"(rs单位汇总(0, 0, "客户"))")),
+              "CO-ROUTINE query 1; SCAN Rec; SEARCH Lst USING INTEGER PRIMARY KEY (rowid=?); "
+              "USE TEMP B-TREE FOR GROUP BY; SCAN query 1; "
+              "SEARCH Ks USING INTEGER PRIMARY KEY (rowid=?) LEFT-JOIN");
 }
 
 TEST_F(GroupPlan, BillsAreSortedByProjectsNotTheirLines) {
-    const std::string lines = kProjectLines;
-    EXPECT_EQ(PlanOf("SELECT BILLLIST.pjID AS pjID,SUM(CASE 月份 when 1 then billlist.数量 else 0 end) as "
-                     "一,Sum(BILLLIST.数量) As 合计 " +
-                     lines),
-              kPlanOfProjects);
-    const std::string crosstab =
-        "TRANSFORM Sum(BILLLIST.金额) AS 月合计 SELECT BILLLIST.pjID AS pjID, "
-        "Proj.ClassCode, Sum(BILLLIST.数量) AS 合计" +
-        lines + " PIVOT BILLLIST.月份";
+    EXPECT_EQ(PlanOf(Sent("rs项目汇总表()", true)), kPlanOfProjects);
+    const std::string crosstab = Sent(R"(rs项目汇总表("金额"))");
     EXPECT_EQ(PlanOf(crosstab), kPlanOfProjects);
     EXPECT_EQ(PlanOfPivotValues(crosstab),
               "SCAN Lst USING COVERING INDEX 出库目录.月份单据; CORRELATED SCALAR SUBQUERY 1; "

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "TestBook.h"
+#include "corpus/Call.h"
 
 namespace kpTables {
 namespace {
@@ -50,19 +51,16 @@ protected:
 };
 
 TEST_F(LineSums, CrosstabOfProjectsAndMonths) {
-    const std::string text =
-        "TRANSFORM Sum(BILLLIST.金额) AS 月合计 SELECT BILLLIST.pjID AS pjID, Proj.ClassCode, "
-        "Sum(BILLLIST.数量) AS 合计" +
-        kLines + " PIVOT BILLLIST.月份";
+    const std::string text = corpus::SentBy(R"(rs项目汇总表("金额"))").at(0);
     const RecordsetPtr rows = book_->Execute(text);
     std::string names;
     for (int i = 0; i < rows->FieldCount(); ++i) names.append(i ? "|" : "").append(rows->FieldAt(i).name);
-    EXPECT_EQ(names, "pjID|ClassCode|合计|月合计|<>|1|3");
+    EXPECT_EQ(names, "pjID|ClassCode|项目名称|工程名称|项目编号|工程性质|合计|月合计|<>|1|3");
     EXPECT_EQ(RowsOf(*rows),
-              "Null|Null|24|22337203685477.5806|Null|22337203685477.5806|Null / "
-              "1|01|7.75|70.0003|Null|10.0003|60 / "
-              "2|02|-3|-0.0001|-0.0001|Null|Null / "
-              "7|Null|Null|Null|Null|Null|Null");
+              "Null|Null|Null|Null|Null|Null|24|22337203685477.5806|Null|22337203685477.5806|Null / "
+              "1|01|一号桥|Null|Null|Null|7.75|70.0003|Null|10.0003|60 / "
+              "2|02|二号桥|Null|Null|Null|-3|-0.0001|-0.0001|Null|Null / "
+              "7|Null|Null|Null|Null|Null|Null|Null|Null|Null|Null");
 }
 
 TEST_F(LineSums, ChoicesByMonth) {
@@ -72,6 +70,11 @@ TEST_F(LineSums, ChoicesByMonth) {
         };
         return "SELECT BILLLIST.pjID AS pjID" + sum(first) + sum(second) + ",Sum(BILLLIST.数量) As 合计" + kLines;
     };
+    EXPECT_EQ(Rows(corpus::SentBy("rs项目汇总表()", true).at(0)),
+              "Null|Null|Null|Null|Null|Null|8|0|16|0|0|0|0|0|0|0|0|0|24 / "
+              "1|01|一号桥|Null|Null|Null|1.75|0|6|0|0|0|0|0|0|0|0|0|7.75 / "
+              "2|02|二号桥|Null|Null|Null|0|0|0|0|0|0|0|0|0|0|0|0|-3 / "
+              "7|Null|Null|Null|Null|Null|Null|0|0|0|0|0|0|0|0|0|0|0|Null");
     EXPECT_EQ(Rows(months(1, 3, "0")), "Null|8|16|24 / 1|1.75|6|7.75 / 2|0|0|-3 / 7|Null|0|Null");
     EXPECT_EQ(Rows(months(3, 5, "0")), "Null|16|0|24 / 1|6|0|7.75 / 2|0|0|-3 / 7|0|0|Null");
     // With another constant, every line counts for itself.

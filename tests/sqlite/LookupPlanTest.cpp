@@ -7,6 +7,7 @@
 #include "QueryPlan.h"
 #include "TestBook.h"
 #include "TestDatabase.h"
+#include "corpus/Call.h"
 #include "engines/sqlite/BookFile.h"
 #include "kpTables/Convert.h"
 #include "sql/Translate.h"
@@ -19,7 +20,8 @@ namespace {
 using namespace test;
 
 struct Lookup {
-    const char* beforeValue;  ///< of the statement, to the value's opening quote
+    const char* call;    ///< of the component, with the value as row 77 stores it
+    std::size_t number;  ///< of the statement that looks for it
     const char* table;
     const char* index;   ///< as the schema names it; "" for the index of the primary key
     const char* column;  ///< that the index begins with
@@ -29,19 +31,26 @@ struct Lookup {
 };
 
 constexpr Lookup kLookups[] = {
-    {"Select * From 商品设置 Where 商品条码='", "商品设置", "商品条码", "商品条码", "B00000000077x", "b00000000077X  ",
+    {R"(Get商品ID("B00000000077x"))", 1, "商品设置", "商品条码", "商品条码", "B00000000077x", "b00000000077X  ",
      "pdID"},
-    {"Select * From 商品设置 Where 输入简码='", "商品设置", "输入简码", "输入简码", "SnJm77", "sNjM77 ", "pdID"},
-    {"Select * From 商品设置 Where 商品编号='", "商品设置", "商品编号", "商品编号", "No-77", "nO-77   ", "pdID"},
-    {"Select * From 商品设置 Where 商品名称='", "商品设置", "商品名称", "商品名称", "水泥Pc77", "水泥pC77 ", "pdID"},
-    {"Select * From 系统选项 Where Item='", "系统选项", "", "Item", "Item77", "iTEM77 ", "Discription"},
-    {"Select * From 厂商资料 Where 单位名称＝'", "厂商资料", "单位名称", "单位名称", "Firm77厂", "fIRM77厂 ", "KSID"},
-    {"Select * From 客户资料 Where 单位名称＝'", "客户资料", "单位名称", "单位名称", "Firm77店", "fIRM77店 ", "KSID"},
-    {"Select * From 仓库设置 Where 仓库名称='", "仓库设置", "仓库名称", "仓库名称", "Dept77库", "dEPT77库 ", "dpID"},
-    {"Select * From 操作员 Where姓名='", "操作员", "姓名", "姓名", "Li77", "lI77 ", "ID"},
-    {"Update 操作员 Set 密码='x' Where 姓名='", "操作员", "姓名", "姓名", "Li77", "lI77 ", ""},
-    {"Select * From Log Where Operator='", "Log", "Operator", "Operator", "77", "77 ", "logID"},
+    {R"(Get商品ID("SnJm77"))", 2, "商品设置", "输入简码", "输入简码", "SnJm77", "sNjM77 ", "pdID"},
+    {R"(Get商品ID("No-77"))", 3, "商品设置", "商品编号", "商品编号", "No-77", "nO-77   ", "pdID"},
+    {R"(Get商品ID("水泥Pc77"))", 4, "商品设置", "商品名称", "商品名称", "水泥Pc77", "水泥pC77 ", "pdID"},
+    {R"(Get_Option("Item77"))", 1, "系统选项", "", "Item", "Item77", "iTEM77 ", "Discription"},
+    {R"(Get厂商ID("Firm77厂"))", 1, "厂商资料", "单位名称", "单位名称", "Firm77厂", "fIRM77厂 ", "KSID"},
+    {R"(Get客户ID("Firm77店"))", 1, "客户资料", "单位名称", "单位名称", "Firm77店", "fIRM77店 ", "KSID"},
+    {R"(Get仓库ID("Dept77库"))", 1, "仓库设置", "仓库名称", "仓库名称", "Dept77库", "dEPT77库 ", "dpID"},
+    {R"(GetPassword("Li77"))", 1, "操作员", "姓名", "姓名", "Li77", "lI77 ", "ID"},
+    {R"(Update_Password("Li77", "x"))", 1, "操作员", "姓名", "姓名", "Li77", "lI77 ", ""},
+    {"AllowDelOperator(77)", 1, "Log", "Operator", "Operator", "77", "77 ", "logID"},
 };
+
+/// What the call sends, with another value in place of its own.
+std::string TextFor(const Lookup& lookup, const std::string& value) {
+    std::string text = corpus::SentBy(lookup.call).at(lookup.number - 1);
+    const std::string own = "'" + std::string(lookup.value) + "'";
+    return text.replace(text.find(own), own.size(), "'" + value + "'");
+}
 
 /// A book with a hundred thousand products and as many other rows as a large book may have.
 void Fill(const Database& database) {
@@ -98,7 +107,7 @@ TEST_F(LookupPlan, EveryLookupSearchesItsIndex) {
         const std::string expected =
             std::string("SEARCH ") + lookup.table + " USING INDEX " + IndexOf(lookup) + " (" + lookup.column + "=?)";
         for (const char* value : {lookup.value, lookup.other, "无"}) {
-            const std::string text = std::string(lookup.beforeValue) + value + "'";
+            const std::string text = TextFor(lookup, value);
             EXPECT_EQ(PlanOfExecute(text), expected) << text;
             if (!*lookup.key) continue;
             const engines::BoundQuery opened = session->PrepareOpen(text, SourceKind::Text);
@@ -111,12 +120,12 @@ TEST_F(LookupPlan, TheRowIsFoundInAnyLettersAndWithBlanksBehind) {
     for (const Lookup& lookup : kLookups) {
         if (!*lookup.key) continue;
         for (const char* value : {lookup.value, lookup.other}) {
-            const std::string text = std::string(lookup.beforeValue) + value + "'";
+            const std::string text = TextFor(lookup, value);
             const RecordsetPtr rows = session->Execute(text);
             ASSERT_EQ(rows->RecordCount(), 1) << text;
             EXPECT_EQ(Text(rows->Fields(lookup.key).Value()), "77") << text;
         }
-        const std::string unknown = std::string(lookup.beforeValue) + lookup.value + "7x'";
+        const std::string unknown = TextFor(lookup, std::string(lookup.value) + "7x");
         EXPECT_EQ(session->Execute(unknown)->RecordCount(), 0) << unknown;
     }
 }
@@ -125,7 +134,7 @@ TEST_F(LookupPlan, WithoutTheIndexItWouldBeAScan) {
     if (const std::string reason = OtherPlans(); !reason.empty()) GTEST_SKIP() << reason;
     for (const Lookup& lookup : kLookups) {
         if (!*lookup.index) continue;
-        const std::string text = std::string(lookup.beforeValue) + lookup.value + "'";
+        const std::string text = TextFor(lookup, lookup.value);
         session->GetTransaction().Begin();
         session->Execute(std::string("Drop Index ") + lookup.index + " On " + lookup.table);
         EXPECT_EQ(PlanOfExecute(text), std::string("SCAN ") + lookup.table);

@@ -1,4 +1,4 @@
-// A connection without a database: it writes every statement down and answers as it was told.
+// A connection without a database that records every statement and answers from a script.
 #pragma once
 
 #include <deque>
@@ -44,7 +44,7 @@ public:
 
     RecordsetPtr Execute(std::string_view text) override;
     RecordsetPtr Open(std::string_view source, SourceKind kind) override;
-    // A component that begins a transaction does what is not its business.
+    // The component begins no transactions; the journal shows it when it does.
     void BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;

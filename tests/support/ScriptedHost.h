@@ -13,7 +13,7 @@
 
 namespace kpTables::test {
 
-/// Writes every message box down; answers what it was told, then Error 5 as a host without anybody to ask does.
+/// Records every message box; answers from the script, then raises error 5 as a host with nobody to ask does.
 class ScriptedHost : public Host {
 public:
     struct Message {
@@ -37,6 +37,13 @@ public:
 private:
     std::deque<MessageAnswer> answers_;
     std::vector<Message> messages_;
+};
+
+/// Its day is 2006-08-19.
+class DatedHost : public ScriptedHost {
+public:
+    using ScriptedHost::ScriptedHost;
+    Date Today() override { return *Date::ParseIso("2006-08-19"); }
 };
 
 /// Journal entries: "Visible=True", "Value=12.5". The n-th call (from 1) can be made to fail.

@@ -1,9 +1,10 @@
-// A recordset with prepared rows that writes down what is done to it and can be told to fail.
+// A recordset with prepared rows that records what is done to it and can be made to fail.
 #pragma once
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kpTables/MemoryRecordset.h"
@@ -55,6 +56,26 @@ private:
     std::optional<std::int32_t> count_;
     std::string failing_;
     int callsToFailure_ = 0;
+};
+
+/// The rows of a table that gives each new row an id in its first column, as a database does: not before it is saved.
+class NumberedRecordset : public ScriptedRecordset {
+public:
+    NumberedRecordset(std::vector<FieldInfo> fields, const Rows& rows, std::int32_t nextId)
+        : ScriptedRecordset(std::move(fields), rows), nextId_(nextId) {}
+
+    Variant GetValue(int index) const override {
+        Variant value = ScriptedRecordset::GetValue(index);
+        return saved_ && index == 0 && value.IsNull() ? Variant(nextId_) : value;
+    }
+    void Update() override {
+        ScriptedRecordset::Update();
+        saved_ = true;
+    }
+
+private:
+    std::int32_t nextId_;
+    bool saved_ = false;
 };
 
 /// A value as the journal shows it: text forms, "Null", "Empty", "object".

@@ -1,0 +1,42 @@
+// Calls of the component's methods as the corpus writes them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "corpus/Corpus.h"
+#include "kpTables/Variant.h"
+#include "support/ScriptedConnection.h"
+
+namespace kpTables::corpus {
+
+struct Call {
+    std::string method;
+    std::vector<Variant> arguments;
+};
+/// Reads rs仓库余额表(2, 3). What cannot be read is a std::runtime_error.
+Call ParseCall(std::string_view text);
+/// Reads one value: 5, 2.5, 5%, 1.25@, "text", #2004-03-07#, True, Null, Empty, Missing, Nothing, [1, "x"],
+/// Grid("key"), Bar.
+Variant ParseValue(std::string_view text);
+/// Reads the rows that answer a statement; null for "none". A row that is added gets the id 7 in its first column.
+RecordsetPtr ParseRows(std::string_view text);
+
+/// The statements of a case as a scripted connection has them.
+std::vector<test::Sent> Expected(const Case& each, bool isSQL);
+std::vector<test::Sent> Expected(std::string_view call, std::string_view title = "", bool isSQL = false);
+/// The same as the journal's entries.
+test::Journal Entries(std::string_view call, std::string_view title = "", bool isSQL = false);
+
+struct Outcome {
+    std::vector<test::Sent> sent;
+    Variant result;
+    std::size_t boxesLeft = 0;  ///< answers to message boxes that were not asked for
+};
+/// Makes the call by name on a scripted connection that answers as the case says.
+Outcome Run(const Case& each, bool isSQL);
+/// The texts that a call sends on a connection that answers each with an empty recordset. An error ends them.
+std::vector<std::string> SentBy(std::string_view call, bool isSQL = false);
+
+}  // namespace kpTables::corpus
