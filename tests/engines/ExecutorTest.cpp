@@ -65,7 +65,7 @@ TEST_F(Execution, ACrossTabAsksForItsColumnsFirst) {
     EXPECT_EQ(database.TakeJournal(),
               "prepare pivot values; read pivot values []; prepare cross-tab; read cross-tab []");
     ASSERT_EQ(rows->FieldCount(), 2);
-    EXPECT_EQ(rows->Field(1).name, "1");
+    EXPECT_EQ(rows->FieldAt(1).name, "1");
     executor->Execute("Transform Sum(n) Select x From T Group By x Pivot k In (1, 2)");
     EXPECT_EQ(database.TakeJournal(), "prepare cross-tab; read cross-tab []");
 }

@@ -9,7 +9,7 @@
 
 #include "corpus/Corpus.h"
 #include "kpTables/Error.h"
-#include "kpTables/Sqlite.h"
+#include "kpTables/Book.h"
 
 namespace kpTables {
 namespace {
@@ -58,8 +58,7 @@ std::string MessageOf(Connection& book, const corpus::Statement& statement) {
 
 TEST(Corpus, EveryTextRunsButThoseNamed) {
     // The table Header has the names of one dialect.
-    const std::shared_ptr<SqliteConnection> books[] = {SqliteConnection::CreateInMemory(HeaderDialect::Jet),
-                                                       SqliteConnection::CreateInMemory(HeaderDialect::SqlServer)};
+    const BookPtr books[] = {CreateBook("memory:", {.header = HeaderDialect::Jet}), CreateBook("memory:", {.header = HeaderDialect::SqlServer})};
     std::ptrdiff_t refused = 0;
     for (const corpus::SentText& text : corpus::Texts()) {
         if (!text.statement->refusal.empty()) continue;
@@ -82,7 +81,7 @@ TEST(Corpus, EveryTextRunsButThoseNamed) {
 }
 
 TEST(Corpus, EveryTableThatIsOpenedExists) {
-    const auto book = SqliteConnection::CreateInMemory();
+    const auto book = CreateBook("memory:");
     int opened = 0;
     for (const corpus::Case& each : corpus::Cases()) {
         for (const corpus::Statement& statement : each.jet) {

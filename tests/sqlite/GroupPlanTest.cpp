@@ -107,9 +107,10 @@ protected:
 
     std::string PlanOfPivotValues(const std::string& text) {
         const sql::StatementPtr statement = sql::parse::Parse(text);
-        auto& transform = static_cast<sql::TransformStatement&>(*statement);
-        sql::PassOverLines(transform, session_->GetCatalog());
-        return test::PlanOf(session_->GetDatabase(), sql::PivotQuery(transform, session_->GetCatalog()).text);
+        return test::PlanOf(session_->GetDatabase(),
+                            sql::TranslatePivotQuery(static_cast<const sql::TransformStatement&>(*statement),
+                                                     session_->GetCatalog(), sql::print::sqlite::SqliteEngine())
+                                .text);
     }
 
 private:

@@ -1,6 +1,5 @@
 #include "engines/common/Catalog.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "sql/Names.h"
@@ -28,12 +27,6 @@ VarType FieldType(sql::Type type) noexcept {
             break;
     }
     return VarType::Empty;
-}
-
-const sql::CatalogColumn* FindColumn(const sql::CatalogTable& table, std::string_view name) noexcept {
-    const auto found = std::find_if(table.columns.begin(), table.columns.end(),
-                                    [&](const sql::CatalogColumn& column) { return sql::SameName(column.name, name); });
-    return found == table.columns.end() ? nullptr : &*found;
 }
 
 const sql::CatalogTable* Catalog::Find(std::string_view name) const {

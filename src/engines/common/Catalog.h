@@ -16,9 +16,6 @@ namespace kpTables::engines {
 /// The field type that a column's type gives; Empty for Unknown and Null.
 VarType FieldType(sql::Type type) noexcept;
 
-/// The column of that name, letters without regard to case, or nullptr.
-const sql::CatalogColumn* FindColumn(const sql::CatalogTable& table, std::string_view name) noexcept;
-
 /// What a database says about its tables, read when it is asked for and kept until the schema changes.
 class Catalog : public sql::Catalog {
 public:

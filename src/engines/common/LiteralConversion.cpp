@@ -7,6 +7,7 @@
 #include "functions/ServerDate.h"
 #include "kpTables/Convert.h"
 #include "sql/Position.h"
+#include "sql/parse/Lexer.h"
 #include "sql/SqlError.h"
 
 namespace kpTables::engines {

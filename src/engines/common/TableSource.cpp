@@ -42,7 +42,7 @@ std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& cor
         if (const auto* column = sql::If<sql::Column>(item.expression.get())) {
             // A column renamed would be found under one name and written under another.
             if (!item.alias.empty() && !sql::SameName(item.alias, column->name)) return std::nullopt;
-            const sql::CatalogColumn* known = FindColumn(table, column->name);
+            const sql::CatalogColumn* known = sql::FindColumn(table, column->name);
             if (known && known->computed) return std::nullopt;
             names.push_back(column->name);
         } else if (sql::If<sql::Star>(item.expression.get())) {
@@ -115,7 +115,7 @@ WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog) {
     const sql::CatalogTable& table = *catalog.Find(source.table);
     const std::string rowId = catalog.RowIdColumn(source.table);
     for (const std::string& name : source.columns) {
-        WrittenTable::Column column{name, Variant::Null(), FindColumn(table, name)->length};
+        WrittenTable::Column column{name, Variant::Null(), sql::FindColumn(table, name)->length};
         for (const TableInfo::Column& known : info.columns) {
             if (sql::SameName(known.name, name)) column.defaultValue = known.defaultValue;
         }

@@ -106,7 +106,7 @@ std::string BookCatalog::RowIdColumn(std::string_view table) const {
 
 std::string BookCatalog::RowIdName(const sql::CatalogTable& table) const {
     for (const char* name : {"rowid", "_rowid_"}) {
-        if (!engines::FindColumn(table, name)) return name;
+        if (!sql::FindColumn(table, name)) return name;
     }
     return "oid";
 }

@@ -8,6 +8,7 @@
 #include "ReadableTexts.h"
 #include "TreeDump.h"
 #include "sql/SqlError.h"
+#include "sql/parse/Parser.h"
 #include "sql/parse/TextPrinter.h"
 
 namespace kpTables::sql::parse {

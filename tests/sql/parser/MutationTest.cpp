@@ -11,6 +11,7 @@
 #include "sql/Shape.h"
 #include "sql/SqlError.h"
 #include "sql/parse/Lexer.h"
+#include "sql/parse/Parser.h"
 #include "sql/parse/TextPrinter.h"
 
 namespace kpTables::sql::parse {
