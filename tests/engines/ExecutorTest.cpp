@@ -52,7 +52,7 @@ TEST_F(Execution, AStatementThatRanOnAnotherSchemaIsAskedAgain) {
 TEST_F(Execution, AChangeTellsItsRows) {
     EXPECT_EQ(executor->Execute("Delete From T"), nullptr);
     EXPECT_EQ(executor->RecordsAffected(), 1);
-    EXPECT_EQ(database.TakeJournal(), "prepare change; run change []");
+    EXPECT_EQ(database.TakeJournal(), "look at T; prepare change; run change []");
 }
 
 TEST_F(Execution, AStatementOfTheSchemaIsNotKept) {
@@ -63,11 +63,11 @@ TEST_F(Execution, AStatementOfTheSchemaIsNotKept) {
 TEST_F(Execution, ACrossTabAsksForItsColumnsFirst) {
     const auto rows = executor->Execute("Transform Sum(n) Select x From T Group By x Pivot k");
     EXPECT_EQ(database.TakeJournal(),
-              "prepare pivot values; read pivot values []; prepare cross-tab; read cross-tab []");
+              "look at T; prepare pivot values; read pivot values []; prepare cross-tab; read cross-tab []");
     ASSERT_EQ(rows->FieldCount(), 2);
     EXPECT_EQ(rows->FieldAt(1).name, "1");
     executor->Execute("Transform Sum(n) Select x From T Group By x Pivot k In (1, 2)");
-    EXPECT_EQ(database.TakeJournal(), "prepare cross-tab; read cross-tab []");
+    EXPECT_EQ(database.TakeJournal(), "prepare cross-tab; read cross-tab [1=1 2=2]");
 }
 
 TEST_F(Execution, ARefusalOfTheFrontEndIsADatabaseError) {

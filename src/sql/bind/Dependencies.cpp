@@ -86,6 +86,10 @@ std::vector<ColumnId> Dependencies::DependentOn(const ColumnId& column) const {
     return dependent;
 }
 
+void Dependencies::FixRow(const Source& source) {
+    for (std::size_t i = 0; i < source.columns.size(); ++i) Fix({&source, i});
+}
+
 void Dependencies::Fix(const ColumnId& column) {
     std::vector<ColumnId> open{column};
     while (!open.empty()) {

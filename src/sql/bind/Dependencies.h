@@ -19,6 +19,8 @@ public:
     /// Gives the column one value, and with it every column that depends on it.
     void Fix(const ColumnId& column);
     bool IsFixed(const ColumnId& column) const { return fixed_.count(column) > 0; }
+    /// The same for every column of a row of the source.
+    void FixRow(const Source& source);
     /// The column of one of the SELECT's own tables that the term is.
     const ColumnTerm* OwnColumn(const Term& term) const;
 

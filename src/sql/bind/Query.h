@@ -62,6 +62,7 @@ struct OrderKey {
     bool descending = false;
     /// The term is the item at that position, from 1, and is ordered by as such.
     std::optional<std::size_t> position = std::nullopt;
+    bool isImplied = false;  ///< the statement leaves the order open
 };
 
 struct Select {

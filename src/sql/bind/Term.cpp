@@ -27,6 +27,8 @@ bool SameNode(const Term& a, const Term& b) {
                    As<ConstantTerm>(a).text == As<ConstantTerm>(b).text;
         case TermKind::Column:
             return As<ColumnTerm>(a).SameAs(As<ColumnTerm>(b));
+        case TermKind::RowId:
+            return As<RowIdTerm>(a).source == As<RowIdTerm>(b).source;
         case TermKind::Arithmetic:
             return As<Arithmetic>(a).op == As<Arithmetic>(b).op;
         case TermKind::Concatenation:
@@ -85,6 +87,10 @@ Term::~Term() {
 
 ColumnTerm::ColumnTerm(std::shared_ptr<const Source> s, std::size_t c)
     : TermOf(s->columns[c].type, {}), source(std::move(s)), column(c) {
+    constant = false;
+}
+
+RowIdTerm::RowIdTerm(std::shared_ptr<const Source> s) : TermOf(Type::Long, {}), source(std::move(s)) {
     constant = false;
 }
 

@@ -23,6 +23,7 @@ enum class TermKind {
     Parameter,
     Constant,
     Column,
+    RowId,
     Arithmetic,
     Concatenation,
     Negation,
@@ -138,6 +139,12 @@ struct ColumnTerm : TermOf<ColumnTerm, TermKind::Column> {
     std::size_t column;
     ColumnTerm(std::shared_ptr<const Source> s, std::size_t c);
     bool SameAs(const ColumnTerm& other) const { return source == other.source && column == other.column; }
+};
+
+/// What tells a table's row from its others, in the order in which they were added.
+struct RowIdTerm : TermOf<RowIdTerm, TermKind::RowId> {
+    std::shared_ptr<const Source> source;
+    explicit RowIdTerm(std::shared_ptr<const Source> s);
 };
 
 enum class ArithmeticOperator { Add, Subtract, Multiply };

@@ -25,7 +25,7 @@ struct Splitting {
     std::string_view after;  ///< words between blanks; "^" is the statement's start
 };
 
-// Only words that a name can follow and that are unlikely to begin one where they stand: "In库存" and "Case编号" are
+// Only words that a name can follow and that are unlikely to begin one where they stand: "In甲" and "Case甲" are
 // names.
 constexpr std::array<Splitting, 24> kSplitting = {{
     {"AND", true, ""},

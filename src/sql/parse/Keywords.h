@@ -12,7 +12,7 @@ bool SameWord(std::string_view a, std::string_view b);
 /// Date and the like.
 bool IsReserved(std::string_view word);
 
-/// Whether a keyword written without a blank before a Chinese name ("Where姓名") is told from the name when it stands
+/// Whether a keyword written without a blank before a Chinese name ("Where甲") is split from the name when it stands
 /// after the given token, "" for the statement's start. afterOperand says that this token ends an operand, where
 /// no name can follow.
 bool SplitsFromName(std::string_view keyword, std::string_view previous, bool afterOperand);

@@ -20,7 +20,7 @@ bool EndsOperand(const Token& token) {
     }
 }
 
-/// How many bytes of the word are a keyword that touches the name after it: 5 of "Where姓名", 0 of "pdID号".
+/// How many bytes of the word are a keyword that touches the name after it: 5 of "Where甲", 0 of "Whereas甲".
 std::size_t KeywordBeforeName(std::string_view word, const std::vector<Token>& before) {
     std::size_t letters = 0;
     while (letters < word.size() && static_cast<unsigned char>(word[letters]) < 0x80) {

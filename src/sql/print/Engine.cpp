@@ -61,6 +61,10 @@ std::string Engine::OrderKey(std::string key, bool descending) const {
     return descending ? key.append(" DESC") : std::move(key);
 }
 
+std::string Engine::RowIdKey(std::string rowId, bool) const { return rowId; }
+
+bool Engine::KeepsOrder(const bind::Select&) const { return false; }
+
 std::string Engine::Limit(long long rows) const { return " LIMIT " + std::to_string(rows); }
 
 }  // namespace kpTables::sql::print

@@ -39,10 +39,16 @@ public:
     virtual std::size_t LongestChain() const = 0;
 
     // ---- Queries ----
+    /// The name of what tells a row of the table from the others.
+    virtual std::string RowIdName(const CatalogTable& table) const = 0;
+    /// A row id to order by. filtered: a condition leaves some of the rows.
+    virtual std::string RowIdKey(std::string rowId, bool filtered) const;
     virtual std::string_view JoinWord(bind::JoinMethod method) const;
     /// sorted: the groups are to be made by sorting, even where an index would bring the rows in the key's order.
     virtual std::string GroupKey(std::string key, bool sorted) const;
     virtual std::string OrderKey(std::string key, bool descending) const;
+    /// True when the engine brings the rows in the SELECT's order, which the statement leaves open, without being told.
+    virtual bool KeepsOrder(const bind::Select& select) const;
     virtual std::string Limit(long long rows) const;
 
     // ---- Tables ----

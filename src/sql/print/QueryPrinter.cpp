@@ -1,4 +1,7 @@
 // Queries. FROM is printed first, as it names the queries that stand in it.
+#include <algorithm>
+#include <utility>
+
 #include "sql/print/Printer.h"
 
 namespace kpTables::sql::print {
@@ -73,10 +76,20 @@ std::string Printer::Items(const bind::Select& select, bool labelled) {
 
 std::string Printer::Orders(const bind::Select& select) {
     std::string text;
+    const bool implied = std::all_of(select.orderBy.begin(), select.orderBy.end(),
+                                     [](const bind::OrderKey& key) { return key.isImplied; });
+    if (implied && engine_.KeepsOrder(select)) return text;
     for (const bind::OrderKey& key : select.orderBy) {
         const bool byPosition = key.position && !bind::StoredColumn(*key.term);
         text += text.empty() ? " ORDER BY " : ", ";
-        text += byPosition ? Position(key) : engine_.OrderKey(CollatedTerm(*key.term).text, key.descending);
+        if (byPosition) {
+            text += Position(key);
+            continue;
+        }
+        std::string printed = CollatedTerm(*key.term).text;
+        if (key.term->kind == bind::TermKind::RowId)
+            printed = engine_.RowIdKey(std::move(printed), select.where != nullptr);
+        text += engine_.OrderKey(std::move(printed), key.descending);
     }
     return text;
 }

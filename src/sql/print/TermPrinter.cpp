@@ -90,6 +90,10 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
             return Constant(As<bind::ConstantTerm>(term));
         case TermKind::Column:
             return Column(As<bind::ColumnTerm>(term));
+        case TermKind::RowId: {
+            const auto& source = *As<bind::RowIdTerm>(term).source;
+            return {SourceName(source) + "." + engine_.RowIdName(*source.table)};
+        }
         case TermKind::Arithmetic: {
             const auto op = As<bind::Arithmetic>(term).op;
             return Operation(std::move(parts[0]), SignOf(op), std::move(parts[1]), PrecedenceOf(op));

@@ -55,6 +55,7 @@ using bind::Query;
 using bind::QueryOf;
 using bind::QueryUse;
 using bind::RowComparison;
+using bind::RowIdTerm;
 using bind::SameTerm;
 using bind::Select;
 using bind::SelectFrom;

@@ -86,21 +86,17 @@ public:
         if (!Finds()) return;
         auto order = OrderOutside();
         if (!order) return;
-        Select joined = Join();
+        Select joined = Join(*order);
         joined.limit = select_.limit;
-        for (auto& [position, key] : *order) {
-            if (position) key.term = joined.items[*position].term;
-            key.position.reset();
-            joined.orderBy.push_back(std::move(key));
-        }
         select_ = std::move(joined);
     }
 
 private:
-    /// A key of the order: of an item, from 0, or of a column beside the groups.
+    /// A key of the order: an item, from 0, a column beside the groups, or a key of the groups that is not shown.
     struct OutsideKey {
         std::optional<std::size_t> item;
         OrderKey key;
+        std::optional<std::size_t> inside = std::nullopt;  ///< where the groups show the key for the order's sake
     };
 
     bool Finds() {
@@ -184,7 +180,8 @@ private:
         std::vector<OutsideKey> order;
         for (const OrderKey& key : select_.orderBy) {
             order.push_back({ItemOf(key), key});
-            if (!order.back().item && !IsOutside(*key.term)) return std::nullopt;
+            const auto* column = If<ColumnTerm>(key.term);
+            if (!order.back().item && !IsOutside(*key.term) && !(column && IsKey(*column))) return std::nullopt;
         }
         return order;
     }
@@ -216,7 +213,7 @@ private:
     }
 
     // The groups joined with the tables that are looked up.
-    Select Join() const {
+    Select Join(std::vector<OutsideKey>& order) const {
         Select groups = Groups();
         std::vector<std::size_t> inside;  // the items of the groups, by their numbers in the SELECT
         for (std::size_t i = 0; i < select_.items.size(); ++i) {
@@ -229,6 +226,8 @@ private:
             keys.push_back(IsKey(lookup.Key()) ? PositionIn(groups.items, lookup.key) : 0);
         const bool again = ReadsFirstAgain();
         const std::size_t firstKey = again ? PositionIn(groups.items, firstCounter_) : 0;
+        for (OutsideKey& each : order)
+            if (!each.item && !IsOutside(*each.key.term)) each.inside = PositionIn(groups.items, each.key.term);
         const SourcePtr grouped = SourceOf(std::make_shared<Query>(QueryOf(std::move(groups), QueryUse::Table)));
         Select joined;
         joined.items = select_.items;
@@ -246,6 +245,12 @@ private:
                           equal(lookup.counter, IsKey(lookup.Key()) ? ColumnOf(grouped, keys[i]) : lookup.key));
         }
         joined.from.push_back(std::move(from));
+        for (auto& [item, key, inner] : order) {
+            if (item) key.term = joined.items[*item].term;
+            if (inner) key.term = ColumnOf(grouped, *inner);
+            key.position.reset();
+            joined.orderBy.push_back(std::move(key));
+        }
         return joined;
     }
 

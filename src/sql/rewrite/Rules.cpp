@@ -10,6 +10,7 @@ constexpr Rule kRules[] = {
     {"reduction to EXISTS", ReduceToExists},
     {"dependent keys", DropDependentKeys},
     {"join order", OrderJoins},
+    {"implied order", ImplyOrder},
     {"selectivity hints", HintRanges},
     {"deferred look-up", DeferLookups},
     {"bill date keys", SplitBillDateKeys},

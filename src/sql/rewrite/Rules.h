@@ -34,6 +34,9 @@ void DropDependentKeys(bind::BoundStatement& statement);
 /// Turns right joins into left joins, and the deeper side of a join to the left: a join on the right side needs
 /// parentheses, which an engine may answer with a table made for it.
 void OrderJoins(bind::BoundStatement& statement);
+/// Where a text leaves the order of its rows open, they come by their grouping keys, by the columns of DISTINCT or UNION,
+/// and else by the row ids of the tables, on every engine the same.
+void ImplyOrder(bind::BoundStatement& statement);
 /// Selectivity hints for engines that keep no statistics: where a condition asks for one value in two tables and for a
 /// range in one of them, most rows are taken to be in the range. All months up to one of a warehouse's bills are many
 /// rows, the lines of a product are few.

@@ -18,7 +18,7 @@ struct SumsCase {
 const std::vector<LiteralValue> kMonths = {{LiteralKind::Null, ""}, {LiteralKind::Integer, "3"}};
 
 // What a text translates to as it is written.
-Translation AsWritten(const std::string& text) { return TranslatedBut("eager aggregation", text, kMonths); }
+Translation AsWritten(const std::string& text) { return TranslatedBut({"eager aggregation"}, text, kMonths); }
 
 Translation Aggregated(const std::string& text) { return TranslatedWhole(text, kMonths); }
 

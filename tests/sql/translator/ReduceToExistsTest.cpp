@@ -14,7 +14,7 @@ namespace kpTables::sql::test {
 namespace {
 
 // The query of the pivot values.
-std::string Pivots(const std::string& text, std::string_view leftOut = {}) {
+std::string Pivots(const std::string& text, const std::vector<std::string_view>& leftOut = {}) {
     const TestCatalog catalog;
     const auto statement = parse::Parse(text);
     const auto rules = RulesBut(leftOut);
@@ -23,7 +23,7 @@ std::string Pivots(const std::string& text, std::string_view leftOut = {}) {
         .text;
 }
 
-std::string AsWritten(const std::string& text) { return Pivots(text, "reduction to EXISTS"); }
+std::string AsWritten(const std::string& text) { return Pivots(text, {"reduction to EXISTS"}); }
 
 std::string From(const std::string& shown) {
     return " From (Select " + shown +

@@ -10,15 +10,15 @@
 
 namespace kpTables::sql::test {
 
-/// The translation of a text against the test catalog by all rules but eager aggregation, so that texts with sums show
-/// what the other rules make of them.
+/// The translation of a text against the test catalog by the rules that keep what is written recognizable: all but
+/// eager aggregation and implied order.
 Translation Translated(std::string_view text, const std::vector<LiteralValue>& pivotValues = {});
 /// By all rules.
 Translation TranslatedWhole(std::string_view text, const std::vector<LiteralValue>& pivotValues = {});
-/// By all rules but the one of that name.
-Translation TranslatedBut(std::string_view rule, std::string_view text,
+/// By all rules but those of these names.
+Translation TranslatedBut(const std::vector<std::string_view>& rules, std::string_view text,
                           const std::vector<LiteralValue>& pivotValues = {});
-std::vector<rewrite::Rule> RulesBut(std::string_view name);
+std::vector<rewrite::Rule> RulesBut(const std::vector<std::string_view>& names);
 
 /// "0 Text, 1 Long": the literal and the binding of ?1, ?2, ...
 std::string ParametersOf(const Translation& translation);

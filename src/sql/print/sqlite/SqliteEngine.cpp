@@ -69,6 +69,20 @@ Piece ToCurrency(Piece operand, Type from, bool rounded) {
     return Call("kp_to_currency", Number(std::move(operand), from));
 }
 
+// Groups by one key come in its order, and what is looked up for them leaves them in it. By several keys they may come
+// in the order of an index on the keys in another sequence.
+bool ComesByItsGroups(const bind::Select& select) {
+    if (select.from.size() != 1 || select.orderBy.size() != 1) return false;
+    const bind::Table* table = select.from.front().get();
+    for (; !table->source; table = table->left.get())
+        if (table->method != bind::JoinMethod::Lookup && table->method != bind::JoinMethod::Left) return false;
+    const auto& query = table->source->query;
+    const auto* key = bind::If<bind::ColumnTerm>(select.orderBy.front().term);
+    if (!query || query->members.size() != 1 || !key || key->source != table->source) return false;
+    const bind::Select& groups = query->members.front().select;
+    return groups.groupBy.size() == 1 && bind::SameTerm(*groups.groupBy.front(), *groups.items[key->column].term);
+}
+
 class Sqlite : public Engine {
 public:
     std::string Parameter(int number, const bind::ParameterTerm&) const override {
@@ -146,6 +160,16 @@ public:
 
     std::size_t LongestChain() const override { return 100; }
 
+    std::string RowIdName(const CatalogTable& table) const override {
+        for (const char* name : {"rowid", "_rowid_"})
+            if (!FindColumn(table, name)) return name;
+        return "oid";
+    }
+
+    // Without statistics SQLite would rather scan a table in the order of its ids than search an index and sort what it
+    // finds.
+    std::string RowIdKey(std::string rowId, bool filtered) const override { return filtered ? "+" + rowId : rowId; }
+
     // SQLite does not turn a cross join around, so it keeps the order of the rows.
     std::string_view JoinWord(bind::JoinMethod method) const override {
         return method == bind::JoinMethod::Lookup ? " CROSS JOIN " : Engine::JoinWord(method);
@@ -153,6 +177,8 @@ public:
 
     // No index has the value of an expression.
     std::string GroupKey(std::string key, bool sorted) const override { return sorted ? "+" + key : key; }
+
+    bool KeepsOrder(const bind::Select& select) const override { return ComesByItsGroups(select); }
 
     std::string SchemaChange(const bind::SchemaChange& change,
                              const std::vector<std::string>& defaults) const override {
