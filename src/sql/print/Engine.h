@@ -41,7 +41,7 @@ public:
     // ---- Queries ----
     /// The name of what tells a row of the table from the others.
     virtual std::string RowIdName(const CatalogTable& table) const = 0;
-    /// A row id to order by. filtered: a condition leaves some of the rows.
+    /// A row id to order by. filtered: a condition that is more than equalities leaves some of the rows.
     virtual std::string RowIdKey(std::string rowId, bool filtered) const;
     virtual std::string_view JoinWord(bind::JoinMethod method) const;
     /// sorted: the groups are to be made by sorting, even where an index would bring the rows in the key's order.

@@ -6,6 +6,20 @@
 
 namespace kpTables::sql::print {
 
+namespace {
+
+bool IsOfEqualities(const bind::TermPtr& condition) {
+    const auto isEquality = [](const bind::TermPtr& term) {
+        const auto* test = bind::If<bind::Comparison>(term);
+        return test && test->op == bind::ComparisonOperator::Equal;
+    };
+    const auto* both = bind::If<bind::Logic>(condition);
+    if (!both || both->op != bind::LogicOperator::And) return !condition || isEquality(condition);
+    return std::all_of(both->operands.begin(), both->operands.end(), isEquality);
+}
+
+}  // namespace
+
 std::string Printer::Query(const bind::Query& query) {
     const bool labelled = query.use == bind::QueryUse::Table;
     std::string text;
@@ -88,7 +102,7 @@ std::string Printer::Orders(const bind::Select& select) {
         }
         std::string printed = CollatedTerm(*key.term).text;
         if (key.term->kind == bind::TermKind::RowId)
-            printed = engine_.RowIdKey(std::move(printed), select.where != nullptr);
+            printed = engine_.RowIdKey(std::move(printed), !IsOfEqualities(select.where));
         text += engine_.OrderKey(std::move(printed), key.descending);
     }
     return text;
