@@ -16,7 +16,7 @@ GOOD = {
     "src/text/Case.h": "#include <cstdint>\n",
     "src/sql/Tree.h": '#include "text/Case.h"\n',
     "src/sql/parse/Parser.h": '#include "sql/Tree.h"\n',
-    "src/sql/print/sqlite/Printer.cpp": '// For SQLite.\n#include "sql/parse/Parser.h"\n',
+    "src/sql/print/sqlite/Printer.cpp": '// For SQLite.\n#include "sql/Tree.h"\n',
     "src/engines/common/RowStore.h": '#include "kpTables/CTables.h"\n#include "sql/parse/Parser.h"\n',
     "src/engines/sqlite/Database.cpp": '#include <sqlite3.h>\n\n#include "BookSchema.h"\n'
                                        '#include "engines/common/RowStore.h"\n// 年 and 商品 are words.\n',
