@@ -9,7 +9,7 @@ namespace kpTables::schema {
 /// The CREATE statements of all tables and indexes of a book, in the order in which they must run.
 std::vector<std::string_view> BookSchema();
 
-/// A column that has another name in SQL Server's dialect than in the statements above.
+/// A column whose name in SQL Server's dialect differs from the statements above.
 struct SqlServerName {
     std::string_view table;
     std::string_view name;

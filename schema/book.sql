@@ -1,6 +1,6 @@
 -- The tables of an account book, in Jet's DDL. Every engine makes its book from this text.
--- A statement ends with a semicolon at the end of its line. Figures default to 0, so that a row entered with its keys alone
--- takes part in sums.
+-- A statement ends with a semicolon at the end of its line. Figures default to 0, so that a row entered with only its
+-- keys counts in sums.
 
 -- Warehouses and the closing state of each.
 CREATE TABLE 仓库设置 (
@@ -104,10 +104,10 @@ CREATE INDEX 商品名称 ON 商品设置 (商品名称);
 CREATE INDEX ClassCode ON 商品设置 (ClassCode);
 
 -- Inbound and outbound bills: a header and any number of lines, joined by BillID. The lines' 仓库 and the headers' 编号 and
--- BillType are what some of the host's lists filter and sort by; 项目ID is what the list of a month's projects calls pjID.
--- The lines' index on BillID has the warehouse too, as the bill list adds up a bill's lines warehouse by warehouse.
--- The headers' index on dpID alone brings a warehouse's bills in the order of BillID, in which the bill list groups them; the one
--- with the month brings them month by month.
+-- BillType are what some of the host's lists filter and sort by; 项目ID is what the list of a month's projects calls
+-- pjID. The lines' index on BillID includes the warehouse, as the bill list sums a bill's lines by warehouse.
+-- The headers' index on dpID alone yields a warehouse's bills in BillID order, in which the bill list groups them; the
+-- one with the month yields them by month.
 CREATE TABLE 入库目录 (
     BillID COUNTER PRIMARY KEY,
     年份 SHORT,
@@ -217,8 +217,8 @@ CREATE TABLE 成本记录 (
 );
 CREATE INDEX CostID ON 成本记录 (CostID);
 
--- The monthly balance of every product in every warehouse. Not unique by its keys: a month that is closed twice gets its
--- successor's rows twice unless they were removed before.
+-- The monthly balance of every product in every warehouse. Its keys are not unique: closing a month twice adds the next
+-- month's rows twice unless they were removed before.
 CREATE TABLE 仓库余额表 (
     年份 SHORT,
     月份 SHORT,

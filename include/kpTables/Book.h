@@ -1,4 +1,4 @@
-// A book of accounts: a connection that knows its tables, whatever engine keeps it.
+// An account book: a connection that knows its tables, on any engine.
 #pragma once
 
 #include <chrono>
@@ -26,18 +26,18 @@ struct TableInfo {
     std::vector<Column> columns;
 };
 
-/// Adds rows to some columns of one table without keeping them, for as many as an import has.
+/// Adds rows to some columns of one table without keeping them in memory, for imports.
 class RowAppender : public Object {
 public:
-    /// Writes a row. values: one for each column, of its type or Null (error 13), or Missing where the engine fills it.
-    /// Outside a transaction of the host every row is one of its own.
+    /// Writes a row. values: one for each column, of its type or Null (error 13), or Missing where the engine assigns
+    /// it. Outside a host transaction every row is its own transaction.
     virtual void Append(const std::vector<Variant>& values) = 0;
 };
 
-/// An open book. Runs the texts of both dialects as they stand. One thread at a time.
+/// An open book. Runs the texts of both dialects unchanged. One thread at a time.
 class Book : public Connection {
 public:
-    /// The URL or path that it was opened or made with.
+    /// The URL or path that it was opened or created with.
     virtual const std::string& Url() const = 0;
     /// All tables of the book, in the schema's order.
     virtual std::vector<TableInfo> Tables() = 0;
@@ -45,8 +45,8 @@ public:
     virtual std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) = 0;
     /// Rows that the last Execute of an Insert, Update or Delete touched.
     virtual std::int64_t RecordsAffected() const = 0;
-    /// Copies the book as it stands into a new file, which is a book too; other programs may go on using this one. An
-    /// existing file is refused, and so is a copy while a transaction of the host is open.
+    /// Copies the book into a new file, which is a book too; other programs may keep using this one. An existing file
+    /// is refused, and so is a copy while a host transaction is open.
     virtual void BackUp(const std::string& path) = 0;
 };
 using BookPtr = std::shared_ptr<Book>;
@@ -57,22 +57,23 @@ struct BookOptions {
     std::chrono::milliseconds busyTimeout{5000};
 };
 
-/// Two columns of the table Header have a name in each dialect: Table and Index in Jet's, TableName and ColIndex in SQL
-/// Server's, where the others are reserved. CTables::Header is told by its argument isSQL which names a book has.
+/// Two columns of the table Header have different names in the dialects: Table and Index in Jet's, TableName and
+/// ColIndex in SQL Server's, where the others are reserved. The argument isSQL of CTables::Header says which names a
+/// book has.
 enum class HeaderDialect { Jet, SqlServer };
 
 struct NewBookOptions {
     std::chrono::milliseconds busyTimeout{5000};
     HeaderDialect header = HeaderDialect::Jet;
-    /// Called with the new book before it is kept: what it raises removes the book again.
+    /// Called with the new book before it is kept: an exception removes the book again.
     std::function<void(const BookPtr& book)> prepare = {};
 };
 
 /// Opens the book at url: a path, or file: with a path as URLs write it. A DatabaseError says what is wrong: a scheme
 /// that no engine has, no such file, a directory, no book, not readable, in use.
 BookPtr OpenBook(const std::string& url, const BookOptions& options = {});
-/// Makes a new book with every table of the schema, all or nothing: at a path, where an existing file is refused and
-/// left as it is, or in memory (memory:).
+/// Creates a book with every table of the schema, all or nothing: at a path, where an existing file is refused and left
+/// unchanged, or in memory (memory:).
 BookPtr CreateBook(const std::string& url, const NewBookOptions& options = {});
 
 }  // namespace kpTables

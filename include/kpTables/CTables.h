@@ -21,9 +21,9 @@ struct __CTables {
 };
 
 /// Composes SQL texts, runs them on the host's connection and answers with recordsets (rs...), single values (Get...)
-/// or success flags. It keeps nothing but its three properties: every call goes to the database. One thread at a time.
+/// or success flags. Its only state is its three properties: every call goes to the database. One thread at a time.
 ///
-/// Unless a method says that it traps errors, what fails is raised to the caller: a DatabaseError from the connection,
+/// Unless a method says that it traps errors, a failure is raised to the caller: a DatabaseError from the connection,
 /// error 91 while Cnn is not set. Texts are put between quotes as they are, so a value with a quote in it breaks the
 /// statement. A recordset result has a CacheSize of 200, but for rs仓库列表, rs商品分类, rs日报列表, rs项目汇总表 and
 /// the lists of operators, log and saved reports, which leave it alone.
@@ -31,7 +31,7 @@ struct __CTables {
 /// The kind selector (rWhich, m_Which, Which) is "入库" (inbound), "出库" (outbound) or "成本" (cost).
 class CTables {
 public:
-    /// host shows message boxes and tells the date; by default there is nobody to ask and the system's clock.
+    /// host shows message boxes and tells the date; by default no message box and the system's clock.
     explicit CTables(std::shared_ptr<Host> host = nullptr);
     ~CTables();
     CTables(const CTables&) = delete;
@@ -42,7 +42,7 @@ public:
     /// The open connection that every statement runs on; the host's, never opened, closed or reconfigured here.
     ConnectionPtr Cnn() const;
     void Cnn(ConnectionPtr value);
-    /// A free text of the host's; nothing here reads it.
+    /// A free text for the host; not used here.
     const std::string& Speciality() const;
     void Speciality(const std::string& value);
     /// The dialect: true for SQL Server, false (at first) for Jet. Takes effect with the next call.
@@ -51,14 +51,14 @@ public:
 
     // Events
 
-    /// Adds a listener, called in the order of advising, and answers its cookie. The listener must outlive its advice.
+    /// Adds a listener, called in the order of registration, and returns its cookie. It must outlive its registration.
     std::int32_t Advise(__CTables& listener);
-    /// Ends an advice; a listener may do so while it is being called. Error 5 for a cookie that is not in use.
+    /// Removes a listener; it may do so while it is being called. Error 5 for a cookie that is not in use.
     void Unadvise(std::int32_t cookie);
 
     // Component frame
 
-    /// Major, minor and revision number joined with nothing between: 1.0.0.110 is "10110".
+    /// Major, minor and revision number joined without a separator: 1.0.0.110 is "10110".
     std::string Version() const;
     /// Raises TableChanged to every listener; answers Empty.
     Variant Update(const std::string& ProcName, const std::string& TableName, std::int32_t ID);
@@ -90,15 +90,15 @@ public:
     /// The date on which the book was set up. One that is missing or before 2000 is made from the earliest balance row,
     /// or else from today, and stored. Traps errors: the date reached so far, or the zero date.
     Date Get_BuiltDate();
-    /// The book's current date, corrected and stored when the balance rows of two months or more ask for it. Traps
-    /// errors: the date reached so far, or the zero date.
+    /// The book's current date, corrected and stored when balance rows of two months or more require it. Traps errors:
+    /// the date reached so far, or the zero date.
     Date Get_CurrentDate();
 
     // Account book creation and clearing
 
     /// Gives a new book its name, its company's name and today as the date on which it was set up.
     bool Create_NewBook();
-    /// Blanks the current date, so that it is made again when next asked for. Always answers false.
+    /// Blanks the current date, so that it is derived again when next read. Always answers false.
     bool CancCreateBook();
     /// Puts a blank payment method and cash into an empty table of payment methods. Traps errors: false after one.
     bool SetDefaultSFK();
@@ -218,12 +218,12 @@ public:
     /// Deletes an inbound or outbound bill's header, then its lines. Always answers false.
     bool Del_单据(std::int32_t BillID, const std::string& Which);
 
-    // Finding bills. What cannot be put into a text (an array that is too short, a text where a number is compared)
-    // ends the composing quietly: no recordset, "" or 0.
+    // Finding bills. Arguments that cannot be put into a text (an array that is too short, a text compared with a
+    // number) give no recordset, "" or 0 without an error.
 
     /// Bills of a direction ("入库", or else outbound) with the sums of their lines, one row for each warehouse that
     /// the lines lie in; a bill without lines has Null sums. A filter that is Empty, "" for a text or 0 for an id or a
-    /// bound does not count. r包装Opr, r货位, r货位Opr, r期限 and r期限Opr have no effect.
+    /// bound is ignored. r包装Opr, r货位, r货位Opr, r期限 and r期限Opr have no effect.
     RecordsetPtr rs单据列表(InOut<Variant> rWhich, InOut<Variant> r单据类型, InOut<Variant> r起始日期,
                             InOut<Variant> r结束日期, InOut<Variant> r起始编号, InOut<Variant> r结束编号,
                             InOut<Variant> rdpID, InOut<Variant> rksID, InOut<std::int32_t> rpjID,
@@ -235,7 +235,7 @@ public:
     std::int16_t Get_BillNum(std::int32_t rdpID, std::int16_t rMonth, const std::string& rBillType,
                              InOut<std::string> rWhich);
     /// How many bills a span of months and days has, as "12 张" or "(无)". Months and days are bounded separately; an
-    /// end month or day other than 0 lets no bill in.
+    /// end month or day other than 0 excludes every bill.
     std::string GetBillCount(const std::string& rWhich, InOut<std::string> rKind, InOut<std::int16_t> rBeginMonth,
                              InOut<std::int16_t> rStartDay, InOut<std::int16_t> rEndMonth, InOut<std::int16_t> rEndDay);
     /// The bill of the other direction with a bill's month, kind and number: the other half of a transfer; 0 without
@@ -246,7 +246,7 @@ public:
 
     // Ad-hoc queries. rArray has twelve elements, from its lower bound on: first and last date, lowest and highest bill
     // number, handler, counterpart, and three pairs of a value and a comparison operator for packing, storage slot and
-    // term. Ids below 1 and empty texts do not count.
+    // term. Ids below 1 and empty texts are ignored.
 
     /// Products on the matching lines with their sums, by rGroup (a line's column, 项目名称 or 项目编号) when it is
     /// given.
@@ -344,7 +344,7 @@ public:
     /// Distinct values of a free-text column (经手人, 交接人, 包装 or 货位) of a month's inbound lines; null for
     /// another.
     RecordsetPtr rs入库扩展列表(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID);
-    /// Distinct values of such a column of all outbound lines, whatever the month and the warehouse; null for another.
+    /// Distinct values of such a column of all outbound lines, of any month and warehouse; null for another.
     RecordsetPtr rs出库扩展列表(InOut<std::string> rWho, InOut<std::int16_t> rMonth, InOut<std::int32_t> rdpID);
     /// Outbound quantity and net amount per product and value of such a column in a month, 0 included; null for
     /// another.
@@ -373,13 +373,13 @@ public:
     std::int32_t 操作员_Append(const std::string& rName);
     /// Gives an operator another name.
     bool 操作员_Update(std::int32_t rID, const std::string& rName);
-    /// Grants or takes away a right.
+    /// Grants or revokes a right.
     bool 操作权限_Update(std::int32_t rID, const std::string& rRightName, InOut<bool> rValue);
     /// Sets the warehouse that an operator manages.
     bool 管理仓库_Update(std::int32_t rID, InOut<std::int32_t> rdpID);
     /// Deletes an operator.
     bool 操作员_Delete(std::int32_t rID);
-    /// Takes away all rights of an operator.
+    /// Revokes all rights of an operator.
     bool 操作权限_Clear(std::int32_t rID);
     /// The password of an operator by id or, for an id below 1, by name; "" when there is none.
     std::string GetPassword(const std::string& rName, std::int32_t rID = 0);
@@ -414,15 +414,15 @@ public:
     bool History_Del(std::int32_t rID);
     /// The text of a saved report setting, trimmed; "" when there is none.
     std::string GetHistorySetting(std::int32_t rID);
-    /// Changes a saved report setting or, for id 0, adds one and hands out its id. Answers -1; traps errors: 0 after
-    /// one.
+    /// Changes a saved report setting or, for id 0, adds one and writes its id to rID. Answers -1; traps errors: 0
+    /// after one.
     std::int32_t History_Update(InOut<std::int32_t> rID, InOut<std::string> rCaption, InOut<std::string> rSetting,
                                 InOut<Date> rDate);
 
     // Haulage
 
-    /// Deliveries of the work orders that meet the filters; what is Empty, "" or 0 does not count, rpdID has no effect.
-    /// A bound on quantity or amount sends a statement that is not valid. Null when the text cannot be composed.
+    /// Deliveries of the work orders that meet the filters; what is Empty, "" or 0 is ignored, rpdID has no effect. A
+    /// bound on quantity or amount sends a statement that is not valid. Null when the text cannot be composed.
     RecordsetPtr rs工作单列表(InOut<Variant> r起始日期, InOut<Variant> r结束日期, InOut<Variant> r起始编号,
                               InOut<Variant> r结束编号, InOut<Variant> r车牌号, InOut<Variant> r司机,
                               InOut<Variant> r跟车人, InOut<Variant> r收货款, InOut<Variant> r收货款Opr,
@@ -433,8 +433,8 @@ public:
     /// The drivers' pay: with rCreate a new sheet from a month's work orders, for month 0 the sums of the months up to
     /// rMonth2, for a month below 0 (or without rMonth2) of all, otherwise the saved month.
     RecordsetPtr rs工资表(std::int16_t rMonth1, InOut<std::int16_t> rMonth2 = {}, InOut<bool> rCreate = {});
-    /// Replaces a saved month, whatever its year, by the rows of a grid but for the last one. The grid's columns bear
-    /// the names of the table's as keys, 实发工资 being "实发".
+    /// Replaces a saved month, whatever its year, by the rows of a grid but for the last one. The keys of the grid's
+    /// columns are the table's column names, but "实发" for 实发工资.
     bool Update工资表(std::int16_t rYear, std::int16_t rMonth, InOut<GridPtr> rfg);
 
 private:

@@ -9,7 +9,7 @@
 
 namespace kpTables {
 
-/// What the source text of Connection::Open is, with ADO's numbers.
+/// The kind of source text of Connection::Open, with ADO's numbers.
 enum class SourceKind : int {
     Text = 1,   ///< adCmdText: a Select
     Table = 2,  ///< adCmdTable: a table's name
@@ -22,7 +22,7 @@ public:
     /// any other statement with null.
     virtual RecordsetPtr Execute(std::string_view text) = 0;
     /// Opens an editable recordset (dynamic cursor, pessimistic locking). Nothing is fetched before a row or a count is
-    /// asked for.
+    /// requested.
     virtual RecordsetPtr Open(std::string_view source, SourceKind kind) = 0;
 
     // For hosts; the component never calls these. They do not nest.

@@ -11,7 +11,7 @@
 
 namespace kpTables {
 
-// Conversions. Null raises error 94, what does not read as the type error 13, what does not fit error 6.
+// Conversions. Null raises error 94, a value not convertible error 13, an overflow error 6.
 // Rounding to whole numbers and to Currency is half to even. Empty counts as 0, "", False or the zero date.
 
 bool CBool(const Variant& value);  ///< number <> 0; the texts "True" and "False" in any case, numeric text
@@ -20,9 +20,9 @@ std::int32_t CLng(const Variant& value);
 double CDbl(const Variant& value);
 Currency CCur(const Variant& value);
 Date CDate(const Variant& value);        ///< a text by Date::Parse, else as a number text; a number is a serial
-std::string CStr(const Variant& value);  ///< as it stands in a statement text: see the Text functions below
+std::string CStr(const Variant& value);  ///< as written in a statement text: see the Text functions below
 
-/// What joining with & does: as CStr, but Null is "".
+/// Conversion by the & operator: as CStr, but Null is "".
 std::string Text(const Variant& value);
 std::string Text(std::int32_t value);
 /// At most 15 significant digits, shortest form, no leading zero lost: "0.5", "66.6666666666667". Plain while neither
@@ -36,7 +36,7 @@ std::string Text(bool value);
 bool IsNumeric(const Variant& value);
 /// True for a Date or a text that Date::Parse reads.
 bool IsDate(const Variant& value);
-/// Reads a text as IsNumeric takes it; nothing when it is no number.
+/// Reads a text that IsNumeric accepts; nothing when it is no number.
 std::optional<double> ParseNumber(std::string_view text);
 
 /// Visual Basic's comparison of two Variants (Option Compare Binary): numbers, dates and Booleans as numbers, two texts
@@ -51,11 +51,11 @@ std::optional<bool> EqualsNumber(const Variant& left, double right);
 /// Removes blanks (U+0020 only) at both ends, as Trim does.
 std::string_view Trim(std::string_view text) noexcept;
 
-/// Format(value, pattern) as Visual Basic has it: "yyyy-M-d", "00月", "##### 张", "#,##0.00", "Short Date". A pattern
-/// of dates is built of y, m, d, h, n, s (m after an hour is minutes), one of numbers of 0 and # with a point, commas,
-/// % or an exponent, one of texts of @ and &, with < or > for the case; parts after semicolons are for negative
-/// numbers, zero and empty texts; \x and "x" stand for themselves, as does every other character. A date pattern on a
-/// text that is no date, and a digit pattern on a text that is no number, give the text unchanged; Null gives "".
+/// Visual Basic's Format(value, pattern): "yyyy-M-d", "00月", "##### 张", "#,##0.00", "Short Date". A pattern of dates
+/// is built of y, m, d, h, n, s (m after an hour is minutes), one of numbers of 0 and # with a point, commas, % or an
+/// exponent, one of texts of @ and &, with < or > for the case; parts after semicolons are for negative numbers, zero
+/// and empty texts; \x and "x" stand for themselves, as does every other character. A date pattern on a text that is no
+/// date, and a digit pattern on a text that is no number, give the text unchanged; Null gives "".
 std::string Format(const Variant& value, std::string_view pattern);
 
 /// True when the character is a double-byte one in code page 936 (its ANSI code, as a signed 16-bit value, is

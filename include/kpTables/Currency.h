@@ -24,7 +24,7 @@ public:
     static Currency FromDouble(double value);
     static Currency FromLong(std::int64_t value);
     /// Reads plain decimal text (sign, digits, one point); digits past the fourth round half to even, exactly.
-    /// Error 13 when the text is none, error 6 when out of range.
+    /// Error 13 for any other text, error 6 when out of range.
     static Currency FromDecimalText(std::string_view text);
 
     constexpr std::int64_t Scaled() const noexcept { return scaled_; }

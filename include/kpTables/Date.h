@@ -10,7 +10,7 @@
 namespace kpTables {
 
 /// An OLE date: days since 1899-12-30, the time of day as the fraction. Years 100 to 9999.
-/// Before day 0 the fraction still counts away from midnight (-1.25 is 1899-12-29 06:00), as OLE has it.
+/// Before day 0 the fraction still counts away from midnight (-1.25 is 1899-12-29 06:00), as in OLE.
 class Date {
 public:
     struct Parts {
@@ -22,7 +22,7 @@ public:
     static Date FromSerial(double serial);
     /// A calendar date and time; nothing when there is no such day or time.
     static std::optional<Date> FromParts(const Parts& parts);
-    /// As DateSerial: month and day may run over (month 13 is January of the next year). Error 5 or 6 out of range.
+    /// As DateSerial: month and day may overflow (month 13 is January of the next year). Error 5 or 6 out of range.
     static Date FromYearMonthDay(int year, int month, int day);
     /// Reads y-m-d, y/m/d, y.m.d, yyyy年M月d日, m/d/y (the year last, four digits), with or without H:mm[:ss] [AM|PM],
     /// or a time alone, blanks around allowed. Two-digit years: 0 to 29 are 20xx, 30 to 99 are 19xx. Nothing when it is

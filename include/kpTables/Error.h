@@ -8,7 +8,7 @@
 
 namespace kpTables {
 
-/// Root of all errors of this library: what Visual Basic's Err object holds.
+/// Base of all errors of this library: the content of Visual Basic's Err object.
 class Error : public std::runtime_error {
 public:
     Error(std::int32_t number, const std::string& description, std::string source = "kpTables");
@@ -22,7 +22,7 @@ private:
     std::string source_;
 };
 
-/// A database's refusal of a statement. Number is ADO's HRESULT as a signed 32-bit number.
+/// A database error for a statement. Number is ADO's HRESULT as a signed 32-bit number.
 class DatabaseError : public Error {
 public:
     DatabaseError(std::int32_t number, const std::string& description, std::string statement = {},
@@ -30,7 +30,7 @@ public:
 
     /// The text that was sent, as the caller wrote it.
     const std::string& Statement() const noexcept { return statement_; }
-    /// Byte offset into Statement() where the error lies, when the engine tells.
+    /// Byte offset of the error in Statement(), if the engine gives it.
     std::optional<std::size_t> Position() const noexcept { return position_; }
 
 private:
@@ -57,12 +57,12 @@ enum class ErrorNumber : std::int32_t {
     NotUpdatable = 3251,        ///< Current Recordset does not support updating
 };
 
-/// ADO's numbers for what a database refuses.
+/// ADO's numbers for database errors.
 enum class DatabaseErrorNumber : std::int32_t {
-    Failure = -2147467259,             ///< 0x80004005: anything else, a locked or unreadable book among them
+    Failure = -2147467259,             ///< 0x80004005: anything else, such as a locked or unreadable book
     Syntax = -2147217900,              ///< 0x80040E14: the statement cannot be read
     UnknownColumn = -2147217904,       ///< 0x80040E10: a name that is no column (Jet takes it for a parameter)
-    UnknownTable = -2147217865,        ///< 0x80040E37: a table that is not there
+    UnknownTable = -2147217865,        ///< 0x80040E37: an unknown table
     TypeMismatch = -2147217913,        ///< 0x80040E07: a value that does not fit its column or comparison
     Overflow = -2147217833,            ///< 0x80040E57: a number too large for its type
     ConstraintViolated = -2147217873,  ///< 0x80040E2F: a duplicate key or a forbidden Null

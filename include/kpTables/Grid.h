@@ -1,4 +1,4 @@
-// The host's grid, as the column layouts and the pay sheet see it.
+// The host's grid, as the column layouts and the pay sheet use it.
 #pragma once
 
 #include <cstdint>
@@ -10,12 +10,12 @@
 
 namespace kpTables {
 
-/// A grid control of the host's, by the control's own member names. Rows and columns are counted from 0, the header
-/// rows among them; row 0 holds the columns' titles. A member that fails raises an Error.
+/// A grid control of the host, by the control's own member names. Rows and columns are numbered from 0, header rows
+/// included; row 0 holds the columns' titles. A member that fails raises an Error.
 class Grid : public Object {
 public:
     virtual std::int32_t Cols() const = 0;
-    /// Adds columns at the end, or takes the last ones away.
+    /// Adds columns at the end, or removes the last ones.
     virtual void SetCols(std::int32_t count) = 0;
     virtual std::int32_t Rows() const = 0;
     /// How many of the rows are header rows.
@@ -26,7 +26,7 @@ public:
     virtual void SetColKey(std::int32_t col, const std::string& key) = 0;
     /// The column with a key; below 0 when there is none.
     virtual std::int32_t ColIndex(std::string_view key) const = 0;
-    /// Moves a column to a position; the columns between close up.
+    /// Moves a column to a position; the columns between shift.
     virtual void SetColPosition(std::int32_t col, std::int32_t position) = 0;
     virtual bool ColHidden(std::int32_t col) const = 0;
     virtual void SetColHidden(std::int32_t col, bool hidden) = 0;

@@ -1,4 +1,4 @@
-// What the component needs of the program around it: a message box, today's date, a progress bar.
+// What the component needs from its host: a message box, today's date, a progress bar.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ enum class MessageAnswer : int { Ok = 1, Yes = 6, No = 7 };
 class Host {
 public:
     virtual ~Host() = default;
-    /// Shows text under title and waits for an answer. The default raises error 5: there is nobody to ask.
+    /// Shows text under title and waits for an answer. The default raises error 5: there is no user to ask.
     virtual MessageAnswer MsgBox(const std::string& text, MessageButtons buttons, const std::string& title);
     /// Today's date, without a time. The default is the system's local date.
     virtual Date Today();

@@ -46,18 +46,18 @@ public:
         std::string_view answers;    ///< one line: what it answers or does
         std::vector<Parameter> parameters;
         ValueType result;
-        /// Takes one argument per parameter, Missing for one that was left out.
+        /// Takes one argument per parameter, Missing for an omitted one.
         Variant (*function)(CTables& tables, const Member& self, std::span<Variant> arguments);
     };
 
     static std::span<const Member> Members();
-    /// The member of that name and kind, ASCII letters without regard to case; nullptr when there is none.
+    /// The member of that name and kind, ignoring ASCII case; nullptr when there is none.
     static const Member* Find(std::string_view name, MemberKind kind = MemberKind::Method);
     /// Calls a method by name. Error 438 for an unknown name; otherwise as Invoke.
     static Variant Call(CTables& tables, std::string_view name, std::span<Variant> arguments);
     /// Calls a member, a property's accessor included. Arguments are converted to the parameters' types; in/out ones
-    /// are written back in place, in the parameter's type, also when the method fails. Missing or left-out optional
-    /// arguments count as 0, "", False or Nothing. Error 450 for too many arguments, 449 for a missing one that is not
+    /// are written back in place, in the parameter's type, also when the method fails. Missing or omitted optional
+    /// arguments become 0, "", False or Nothing. Error 450 for too many arguments, 449 for a missing one that is not
     /// optional, and what the conversion raises (6, 13, 94); the error names the parameter.
     static Variant Invoke(CTables& tables, const Member& member, std::span<Variant> arguments);
     /// "Close_DepotBalance(rdpID As Long, rMonth As Integer, rCostUsed As Boolean (in/out), ...) As Boolean".

@@ -7,7 +7,7 @@
 
 namespace kpTables {
 
-/// Its cells are Variants. A row or column that is not there is error 9; so is a negative count.
+/// Its cells are Variants. A row or column out of range is error 9; so is a negative count.
 class MemoryGrid : public Grid {
 public:
     struct Column {

@@ -20,18 +20,18 @@ class RowStore;
 struct TextOrder {
     /// Negative, 0 or positive.
     int (*compare)(std::string_view left, std::string_view right) noexcept;
-    /// Equal for texts that compare equal; nothing for a text that may be equal to one with another key.
+    /// Equal for texts that compare equal; nothing for a text that may equal one with another key.
     std::optional<std::uint64_t> (*key)(std::string_view text) noexcept;
 };
 
-/// A client-side recordset with the fields that it is given: what a host or a report builds row by row with AddNew,
-/// SetValue and Update, and what engines hand out as a query's result (then read-only).
+/// A client-side recordset with given fields: a host or a report builds it row by row with AddNew, SetValue and Update,
+/// and engines return it as a query's result (then read-only).
 class MemoryRecordset : public Recordset {
 public:
     /// An empty, editable recordset.
     explicit MemoryRecordset(std::vector<FieldInfo> fields);
-    /// A recordset over the rows of a store, positioned on the first; read-only unless editable. Without an order of
-    /// their own, texts compare without regard to the case of ASCII letters and to trailing blanks.
+    /// A recordset over the rows of a store, positioned on the first; read-only unless editable. Without a given order,
+    /// texts compare ignoring the case of ASCII letters and trailing blanks.
     explicit MemoryRecordset(std::unique_ptr<recordset::RowStore> rows, bool editable = false,
                              const TextOrder* texts = nullptr);
     ~MemoryRecordset() override;
@@ -52,7 +52,7 @@ public:
     void Update() override;
     void Close() override;
 
-    /// What SetValue has given a field of the current row and Update has not yet written; null when it has not.
+    /// The value that SetValue has given a field of the current row and Update has not yet written; null if none.
     const Variant* PendingValue(int index) const;
 
 private:

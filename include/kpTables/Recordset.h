@@ -1,4 +1,4 @@
-// A result set as the component and its hosts see it: ADO's members by ADO's names.
+// The result set of the component and its hosts: ADO's members by ADO's names.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 namespace kpTables {
 
 /// Name and type of a column. The type is one of Boolean, Integer, Long, Double, Currency, Date, String,
-/// or Empty where the engine cannot tell (a bare Null, for example).
+/// or Empty where the engine does not know it (a bare Null, for example).
 struct FieldInfo {
     std::string name;
     VarType type = VarType::Empty;
@@ -35,15 +35,14 @@ private:
     int index_;
 };
 
-/// Base of all result sets. A recordset is positioned on its first row when it is handed out, or at Eof when it has
-/// none.
+/// Base of all result sets. A recordset starts positioned on its first row, or at Eof when it has none.
 class Recordset : public Object {
 public:
     // Columns
     virtual int FieldCount() const = 0;
     /// Error 3265 when the position is out of range.
     virtual const FieldInfo& FieldAt(int index) const = 0;
-    /// Position of the first field of that name, letters without regard to case; error 3265 when there is none.
+    /// Position of the first field of that name, ignoring case; error 3265 when there is none.
     virtual int FieldIndex(std::string_view name) const = 0;
     Field Fields(std::string_view name) { return Field(*this, FieldIndex(name)); }
     Field Fields(int index) {
@@ -57,9 +56,9 @@ public:
     virtual void SetValue(int index, const Variant& value) = 0;
 
     // Navigation
-    /// Rows in all, a row being added among them; -1 when unknown.
+    /// Number of rows, including one being added; -1 when unknown.
     virtual std::int32_t RecordCount() const = 0;
-    /// 1-based position of the current row; -3 (adPosEOF) at the end, -1 (adPosUnknown) where the engine cannot tell.
+    /// 1-based position of the current row; -3 (adPosEOF) at the end, -1 (adPosUnknown) where it is unknown.
     virtual std::int32_t AbsolutePosition() const = 0;
     virtual bool Eof() const = 0;
     /// Error 3021 when the recordset is empty.
@@ -79,10 +78,10 @@ public:
     virtual void AddNew() = 0;
     /// Writes the row being edited or added: only the fields that were set.
     virtual void Update() = 0;
-    /// Ends its use; later calls raise error 3704.
+    /// Later calls raise error 3704.
     virtual void Close() = 0;
 
-    /// Rows that the provider fetches at once. Kept for the host; it changes no result.
+    /// Rows that the provider fetches at once. Stored for the host; it changes no result.
     std::int32_t CacheSize() const noexcept { return cacheSize_; }
     void SetCacheSize(std::int32_t rows) noexcept { cacheSize_ = rows; }
 

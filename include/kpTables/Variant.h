@@ -37,14 +37,14 @@ enum class VarType : std::uint16_t {
     Date = 7,
     String = 8,    ///< UTF-8
     Object = 9,    ///< Nothing when the pointer is null
-    Missing = 10,  ///< an optional argument that was left out (VB holds it as an Error value)
+    Missing = 10,  ///< an omitted optional argument (VB holds it as an Error value)
     Boolean = 11,
     Array = 8204,  ///< array of Variant
 };
 
 class Variant;
 
-/// An array of Variants with a lower bound of its own in each dimension; elements row by row (last index fastest).
+/// An array of Variants with its own lower bound in each dimension; elements row by row (last index fastest).
 struct VariantArray {
     struct Bound {
         std::int32_t lower = 0;
@@ -82,7 +82,7 @@ public:
     Variant(ObjectPtr value) noexcept : value_(std::move(value)) {}
     Variant(std::nullptr_t) noexcept : value_(ObjectPtr()) {}  ///< Nothing
     Variant(std::shared_ptr<VariantArray> value) noexcept : value_(std::move(value)) {}
-    /// Keeps a pointer to any other type from turning into True.
+    /// Keeps a pointer to any other type from converting to True.
     template <class T>
     Variant(T*) = delete;
     template <class T>
@@ -97,7 +97,7 @@ public:
     bool IsNull() const noexcept { return Type() == VarType::Null; }
     bool IsMissing() const noexcept { return Type() == VarType::Missing; }
 
-    /// The value as held, without conversion: nullptr when another type is held.
+    /// The value without conversion: nullptr when another type is held.
     template <class T>
     const T* If() const noexcept {
         return std::get_if<T>(&value_);

@@ -1,4 +1,4 @@
-// The engines that are built in, by the schemes of their books' URLs.
+// The built-in engines, by the schemes of their books' URLs.
 #include <algorithm>
 #include <string_view>
 

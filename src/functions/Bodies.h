@@ -1,4 +1,4 @@
-// The bodies of the functions that FunctionTable.cpp lists, by the file that they stand in.
+// The bodies of the functions that FunctionTable.cpp lists, by the file that has them.
 #pragma once
 
 #include "functions/Function.h"

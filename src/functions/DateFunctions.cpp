@@ -20,7 +20,7 @@ double LocalTime() {
     localtime_r(&now, &local);
 #endif
     constexpr int kTmYearZero = 1900;
-    // A leap second counts as the one before it.
+    // A leap second becomes the second before it.
     const int second = local.tm_sec < text::kSecondsPerMinute ? local.tm_sec : text::kSecondsPerMinute - 1;
     const auto date = text::SerialOf(
         {local.tm_year + kTmYearZero, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, second});

@@ -12,7 +12,7 @@ namespace {
 
 enum class Interval { Year, Quarter, Month, DayOfYear, Day, Weekday, Week, Hour, Minute, Second };
 
-/// What makes a week the first one of its year, with Visual Basic's numbers.
+/// Which week is the first of its year, with Visual Basic's numbers.
 enum FirstWeek { WithFirstOfJanuary = 1, WithFourDays = 2, FullWeek = 3 };
 
 using text::DateParts;
@@ -44,7 +44,7 @@ Interval IntervalOf(std::string_view text) {
     Raise(FaultNumber::InvalidCall, std::string(text) + " is no interval");
 }
 
-/// The first moment of a day that there is.
+/// The start of a valid day.
 double StartOf(const DateParts& p) { return *SerialOf({p.year, p.month, p.day, 0, 0, 0}); }
 
 std::int64_t SecondOf(double date) {
@@ -74,7 +74,7 @@ double MonthsLater(double date, std::int64_t months) {
     DateParts parts = p;
     parts.year = static_cast<int>(FloorDivide(month, kMonthsPerYear));
     parts.month = static_cast<int>(FloorModulo(month, kMonthsPerYear)) + 1;
-    // The last day of a shorter month stands for the days that it lacks.
+    // In a shorter month, its last day replaces the missing ones.
     for (; parts.day > 0; --parts.day) {
         if (const auto result = SerialOf(parts)) return *result;
     }
@@ -117,7 +117,7 @@ std::int64_t MonthNumber(double date) {
     return std::int64_t{p.year} * kMonthsPerYear + p.month - 1;
 }
 
-/// How many boundaries of the interval lie between the two.
+/// The number of interval boundaries between the two.
 std::int64_t Difference(Interval interval, double from, double to, int firstWeekday) {
     const auto seconds = [&](std::int64_t unit) {
         return FloorDivide(SecondOf(to), unit) - FloorDivide(SecondOf(from), unit);

@@ -1,4 +1,4 @@
-// Why a function cannot answer.
+// Errors of functions.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ namespace kpTables::functions {
 /// Visual Basic's run-time error numbers that functions raise.
 enum class FaultNumber : std::int32_t { InvalidCall = 5, Overflow = 6, DivisionByZero = 11, TypeMismatch = 13 };
 
-/// The error that a failing call raises. An engine's adapter hands number and text on as the engine's own error.
+/// The error that a failing call raises. An engine's adapter raises number and text as the engine's own error.
 class Fault : public std::runtime_error {
 public:
     Fault(FaultNumber number, const std::string& text) : std::runtime_error(text), number_(number) {}

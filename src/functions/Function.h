@@ -1,4 +1,4 @@
-// What every function that an engine calls back is made of: its arguments, its answer and its row in the table.
+// The parts of a function that an engine calls back: its arguments, its result and its row in the table.
 #pragma once
 
 #include <array>
@@ -15,10 +15,10 @@ namespace kpTables::functions {
 
 inline constexpr int kMostArguments = 5;
 
-/// The arguments of one call. A reader raises error 13 (Type mismatch) or 6 (Overflow) when the value does not do.
+/// The arguments of one call. A reader raises error 13 (Type mismatch) or 6 (Overflow) for an unsuitable value.
 class Arguments {
 public:
-    /// As many values as kMostArguments at most; they must outlive the object.
+    /// At most kMostArguments values; they must outlive the object.
     explicit Arguments(std::span<const Value> values) noexcept : values_(values) {}
 
     int Count() const noexcept { return static_cast<int>(values_.size()); }
@@ -51,7 +51,7 @@ public:
     }
     /// 32 bits, half to even.
     std::int32_t Whole(int index) const;
-    /// As stored, in ten-thousandths; a double, which a sum that ran over became, within the range.
+    /// As stored, in ten-thousandths; a double, the result of an overflowed sum, if in range.
     std::int64_t Amount(int index) const { return IsWhole(index) ? At(index).Whole() : AmountWithin(Number(index)); }
     /// The serial number of a date: ISO text, another text that reads as a date, or days from dayZero on.
     double Date(int index, double dayZero = 0) const;
@@ -66,7 +66,7 @@ private:
     mutable std::array<std::array<char, text::kLongestNumberText>, kMostArguments> numberTexts_;
 };
 
-/// Where a call puts its answer; Null unless it is set.
+/// Receives a call's result; Null unless it is set.
 class Answer {
 public:
     void Whole(std::int64_t value) noexcept { value_ = Value(value); }
@@ -101,12 +101,12 @@ struct Function {
     int minimumArguments;
     int maximumArguments;
     bool deterministic;
-    /// False: Null arguments answer Null without a call.
+    /// False: a Null argument yields Null without a call.
     bool takesNull;
     Body body;
 };
 
-/// Calls the function with as many arguments as it takes; they must live as long as the answer is read. Raises Fault.
+/// Calls the function with the right number of arguments; they must outlive the use of the result. Raises Fault.
 inline void Call(const Function& function, const Arguments& arguments, Answer& answer) {
     if (function.takesNull || !arguments.AnyNull()) function.body(arguments, answer);
 }

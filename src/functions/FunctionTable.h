@@ -1,4 +1,4 @@
-// The functions that an engine calls back, all of them: an engine's adapter registers what stands here.
+// All functions that an engine calls back: an engine's adapter registers this table.
 #pragma once
 
 #include <span>

@@ -1,4 +1,4 @@
-// Arithmetic as Visual Basic has it.
+// Visual Basic's arithmetic.
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace kpTables::functions {
 namespace {
 
 constexpr int kCurrencyDecimals = 4;
-/// A double has no more decimals than these that rounding could change.
+/// A double has no further decimals that rounding could change.
 constexpr int kMostDecimals = 22;
 
 /// units times unit, which fits unless rounding went beyond the last whole unit.
@@ -51,7 +51,7 @@ void CurrencyProduct(const Arguments& a, Answer& answer) {
     answer.Whole(*product);
 }
 
-/// An engine may go on in doubles where whole numbers run over.
+/// An engine may switch to doubles when whole numbers overflow.
 void CurrencyFit(const Arguments& a, Answer& answer) {
     if (!a.IsWhole(0)) Raise(FaultNumber::Overflow);
     answer.Whole(a.Amount(0));
@@ -106,7 +106,7 @@ void Round(const Arguments& a, Answer& answer) {
     const std::int32_t decimals = Decimals(a);
     const double factor = std::pow(10.0, decimals > kMostDecimals ? kMostDecimals : decimals);
     const double scaled = a.Number(0) * factor;
-    // So large a number has no decimals to round.
+    // A number this large has no decimals to round.
     answer.Number(std::isfinite(scaled) ? std::nearbyint(scaled) / factor : a.Number(0));
 }
 

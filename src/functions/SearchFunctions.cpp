@@ -27,7 +27,7 @@ std::int64_t PositionOf(std::string_view text, std::string_view find, std::int32
 
 bool IgnoresCase(const Arguments& a, int index) { return a.Count() <= index || a.Whole(index) != 0; }
 
-/// The bytes at the text's start that are the folded find; 0 when it begins otherwise.
+/// The length of the folded find at the text's start; 0 when it is not there.
 std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
     std::size_t at = 0;
     for (const char32_t character : find) {

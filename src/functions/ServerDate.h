@@ -10,7 +10,7 @@ namespace kpTables::functions {
 inline constexpr double kServerDayZero = 2;
 
 /// Reads yyyymmdd, and what text::ParseDate reads with blanks beside the separators: a number that is cast to char(2)
-/// brings its padding along. Nothing when it is neither.
+/// keeps its padding. Nothing when it is neither.
 std::optional<double> ReadServerDate(std::string_view text);
 
 }  // namespace kpTables::functions

@@ -1,4 +1,4 @@
-// Variance and standard deviation of numbers that come one by one.
+// Running variance and standard deviation.
 #pragma once
 
 #include <cstdint>
@@ -6,8 +6,8 @@
 
 namespace kpTables::functions {
 
-/// The numbers so far. Squares of differences are added up as they come, so that large numbers that lie close together
-/// keep their digits. All zero to begin with, and free of pointers: an engine keeps it in memory of its own.
+/// The numbers so far. Squared differences are added up as numbers arrive, so that large numbers close together stay
+/// precise. Starts all zero and has no pointers: an engine keeps it in its own memory.
 struct Spread {
     std::int64_t count;
     double mean;

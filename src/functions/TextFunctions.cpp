@@ -1,4 +1,4 @@
-// Functions that cut and build text.
+// Functions that extract and build text.
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -15,7 +15,7 @@ namespace kpTables::functions {
 
 namespace {
 
-/// A text of more characters is an error rather than an exhausted memory.
+/// A longer text is an error, so that it cannot exhaust memory.
 constexpr std::int32_t kLongestMadeText = 10'000'000;
 
 std::size_t Length(const Arguments& a, int index) {

@@ -1,4 +1,4 @@
-// The length that a text column declares.
+// A text column's declared length.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 
 namespace kpTables::functions {
 
-/// What is wrong with a text for a column of so many characters (0: of any number); nothing when it fits.
+/// What is wrong with a text for a column of that many characters (0: unlimited); nothing when it fits.
 std::optional<std::string> LengthComplaint(std::string_view text, int length, std::string_view column);
 
 }  // namespace kpTables::functions

@@ -1,4 +1,4 @@
-// What an engine and a function hand each other.
+// A function's argument or result.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ public:
     Kind Type() const noexcept { return kind_; }
     bool IsNull() const noexcept { return kind_ == Kind::Null; }
 
-    // Each for a value of its kind only.
+    // Each only for a value of its kind.
     std::int64_t Whole() const noexcept { return whole_; }
     double Real() const noexcept { return real_; }
     std::string_view Text() const noexcept { return text_; }

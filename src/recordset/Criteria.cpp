@@ -42,7 +42,7 @@ std::uint64_t KeyOfNumber(double number) noexcept {
     return std::bit_cast<std::uint64_t>(number == 0 ? 0.0 : number);  // -0 is 0
 }
 
-/// Goes once over a condition or an order.
+/// Scans a condition or an order once.
 class Reader {
 public:
     explicit Reader(std::string_view text) : all_(text), rest_(Trim(text)) {}
@@ -67,7 +67,7 @@ public:
         return name;
     }
 
-    /// A word of the language, when it is the next one.
+    /// Takes a keyword, if it is next.
     bool TakeWord(std::string_view word) {
         if (!EqualsIgnoringCase(rest_.substr(0, word.size()), word)) return false;
         const auto after = rest_.substr(word.size());
@@ -112,7 +112,7 @@ private:
 
     Variant ReadNumber() {
         const std::string_view text = rest_.substr(rest_.starts_with('+') ? 1 : 0);
-        // from_chars would take the words inf and nan.
+        // from_chars would accept the words inf and nan.
         if (text.find_first_of("0123456789") > 2) Fail();
         double number = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);

@@ -14,27 +14,27 @@ namespace kpTables::recordset {
 
 enum class Comparison { Equal, NotEqual, Less, LessOrEqual, Greater, GreaterOrEqual, Like };
 
-/// "column op value", taken apart.
+/// The parts of "column op value".
 struct CriteriaText {
     std::string column;
     Comparison comparison = Comparison::Equal;
     Variant value;  ///< a Double, a Date, a text or a Boolean, as written
 
-    /// Error 3001 when the text is no such condition.
+    /// Error 3001 when the text is not such a condition.
     static CriteriaText Parse(std::string_view text);
 };
 
 /// A condition on one column.
 class Criteria {
 public:
-    /// The value takes the column's type where it can be read as one, else error 3001.
+    /// The value is converted to the column's type, else error 3001.
     Criteria(int column, const FieldInfo& field, const CriteriaText& text, const TextOrder& texts);
 
     int Column() const noexcept { return column_; }
     bool IsEquality() const noexcept { return comparison_ == Comparison::Equal; }
     /// A Null cell meets no condition.
     bool Matches(const RowStore& rows, std::size_t row) const;
-    /// Equal for the value and for every cell that is equal to it; nothing where the order of texts has no key.
+    /// Equal for the value and every cell that equals it; nothing where the order of texts has no key.
     std::optional<std::uint64_t> Key() const noexcept;
     std::optional<std::uint64_t> KeyOf(const RowStore& rows, std::size_t row) const noexcept;
 

@@ -1,4 +1,4 @@
-// What makes a repeated Find on one column fast.
+// An index for repeated Finds on one column.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ public:
     FindIndex(std::size_t rows, const std::function<std::uint64_t(std::size_t position)>& keyAt);
 
     std::size_t Covered() const noexcept { return entries_.size(); }
-    /// First position from start on with that key that matches accepts; unequal values may share a key.
+    /// First position from start on that has the key and that matches accepts; unequal values may share a key.
     std::optional<std::size_t> FirstFrom(std::size_t start, std::uint64_t key,
                                          const std::function<bool(std::size_t position)>& matches) const;
 

@@ -77,7 +77,7 @@ struct MemoryRecordset::State {
         editing = true;
         pending.assign(rows->Fields().size(), std::nullopt);
     }
-    /// Writes the pending row, as leaving it does.
+    /// Writes the pending row, as moving off it does.
     void Settle();
     std::optional<std::size_t> Scan(const Criteria& criteria, std::size_t from, bool forward) const;
     std::optional<std::size_t> FindEqual(const Criteria& criteria, std::size_t from);
@@ -120,7 +120,7 @@ void MemoryRecordset::State::Settle() {
 std::optional<std::size_t> MemoryRecordset::State::Scan(const Criteria& criteria, std::size_t from,
                                                         bool forward) const {
     const std::size_t end = rows->Rows();
-    for (std::size_t at = from; at < end; forward ? ++at : --at) {  // below the first row wraps past the end
+    for (std::size_t at = from; at < end; forward ? ++at : --at) {  // 0 - 1 wraps past the end
         if (criteria.Matches(*rows, RowAt(at))) return at;
     }
     return std::nullopt;

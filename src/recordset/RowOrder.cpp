@@ -9,14 +9,14 @@ namespace kpTables::recordset {
 
 namespace {
 
-/// Bits that compare as the numbers do.
+/// Bits that compare like the numbers.
 std::uint64_t OrderedBits(double number) noexcept {
     constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
     const auto bits = std::bit_cast<std::uint64_t>(number == 0 ? 0.0 : number);
     return bits & kSign ? ~bits : bits | kSign;
 }
 
-/// A row with its cell of one column, so that comparing need not go to the store.
+/// A row with its cell of one column, so that comparisons do not access the store.
 struct Entry {
     Entry(const RowStore& rows, std::uint32_t number, int column) : row(number) {
         const VarType type = rows.TypeAt(number, column);
@@ -38,7 +38,7 @@ struct Entry {
 bool IsLess(const Entry& left, const Entry& right, const TextOrder& texts) noexcept {
     if (left.rank != right.rank) return left.rank < right.rank;
     if (left.bits != right.bits) return left.bits < right.bits;
-    // Rows below one another often share one copy of a text.
+    // Adjacent rows often share one copy of a text.
     return left.text.data() != right.text.data() && texts.compare(left.text, right.text) < 0;
 }
 
@@ -49,7 +49,7 @@ std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<Sor
     std::iota(order.begin(), order.end(), 0u);
     std::vector<Entry> entries;
     entries.reserve(order.size());
-    // Each stable sort keeps what the later keys have ordered.
+    // Each stable sort keeps the order of the later keys.
     for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
         entries.clear();
         for (std::uint32_t row : order) entries.emplace_back(rows, row, key->column);

@@ -24,7 +24,7 @@ bool Fits(std::int64_t value) {
     return value >= std::numeric_limits<T>::min() && value <= std::numeric_limits<T>::max();
 }
 
-// A text's record is its length and then its bytes; no record stands for the empty text.
+// A text's record is its length and then its bytes; the empty text has none.
 std::string_view TextOf(std::uint64_t payload) {
     const auto* record = reinterpret_cast<const char*>(static_cast<std::uintptr_t>(payload));
     if (!record) return {};
@@ -117,7 +117,7 @@ void RowStore::PutCurrency(int column, std::int64_t scaled) { Put(column, VarTyp
 void RowStore::PutDate(int column, double serial) { Put(column, VarType::Date, Bits(serial)); }
 
 void RowStore::PutText(int column, std::string_view text) {
-    // Listings repeat names from row to row; the copy of the row above serves.
+    // Listings repeat names from row to row; the previous row's copy is shared.
     if (current_ > 0 && TypeAt(current_ - 1, column) == VarType::String && TextAt(current_ - 1, column) == text) {
         return Put(column, VarType::String, BlockOf(current_ - 1).payload[CellIndex(current_ - 1, column)]);
     }

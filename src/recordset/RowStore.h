@@ -12,14 +12,14 @@
 
 namespace kpTables::recordset {
 
-/// The columns of results, shared by those that have the same ones.
+/// The columns of results, shared by results with the same ones.
 using FieldsPtr = std::shared_ptr<const std::vector<FieldInfo>>;
 inline FieldsPtr ShareFields(std::vector<FieldInfo> fields) {
     return std::make_shared<const std::vector<FieldInfo>>(std::move(fields));
 }
 
-/// Rows of cells: nine bytes a cell, and a text's bytes with four bytes for its length. A cell keeps the type of what
-/// was put into it, so a column may hold other types than its own.
+/// Rows of cells: nine bytes a cell, and a text's bytes with four bytes for its length. A cell keeps the type of its
+/// value, so a column may hold other types than its own.
 class RowStore {
 public:
     explicit RowStore(FieldsPtr fields);
@@ -39,7 +39,7 @@ public:
     void PutNull(int column);
     void PutBoolean(int column, bool value);
     /// A whole number: an Integer or a Long by the column's type and its size, a Double where it fits neither; in a
-    /// Boolean, Double or Currency column a value of that type.
+    /// Boolean, Double or Currency column that type.
     void PutLong(int column, std::int64_t value);
     void PutDouble(int column, double value);
     void PutCurrency(int column, std::int64_t scaled);
@@ -51,7 +51,7 @@ public:
 
     // Reading.
     Variant GetValue(std::size_t row, int column) const;
-    /// Empty is never answered.
+    /// Never Empty.
     VarType TypeAt(std::size_t row, int column) const noexcept;
     bool IsNull(std::size_t row, int column) const noexcept { return TypeAt(row, column) == VarType::Null; }
     /// Numbers, Currency, dates (their serial) and Booleans (-1 and 0) as a Double; 0 for anything else.

@@ -16,7 +16,7 @@ struct CatalogColumn {
     bool counter = false;
     int length = 0;           ///< characters that a text may have; 0 for any number
     bool computed = false;    ///< not stored: a star does not list it
-    std::string source = {};  ///< of a computed one: the stored column whose second name it is; "" when it is none
+    std::string source = {};  ///< of a computed one: the stored column that it is an alias of; "" when it is none
 };
 
 struct CatalogTable {
@@ -27,17 +27,17 @@ struct CatalogTable {
 class Catalog {
 public:
     virtual ~Catalog() = default;
-    /// The table of that name, letters without regard to case, or nullptr. Stays valid until the schema changes.
+    /// The table of that name, ignoring case, or nullptr. Stays valid until the schema changes.
     virtual const CatalogTable* Find(std::string_view table) const = 0;
 };
 
 /// The table, or SqlError UnknownTable.
 const CatalogTable& RequireTable(const Catalog& catalog, const std::string& name, std::size_t offset);
-/// The column of that name, letters without regard to case, or nullptr.
+/// The column of that name, ignoring case, or nullptr.
 const CatalogColumn* FindColumn(const CatalogTable& table, std::string_view name);
 /// The column, or SqlError UnknownColumn.
 const CatalogColumn& RequireColumn(const CatalogTable& table, const std::string& name, std::size_t offset);
-/// The column that stores what is written under the name; SqlError Unsupported when there is none.
+/// The stored column that a write to the name goes to; SqlError Unsupported when there is none.
 const CatalogColumn& RequireStoredColumn(const CatalogTable& table, const std::string& name, std::size_t offset);
 
 }  // namespace kpTables::sql

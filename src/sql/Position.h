@@ -1,4 +1,4 @@
-// Where a byte of a statement stands, as a reader counts.
+// The line and column of a byte of a statement.
 #pragma once
 
 #include <cstddef>

@@ -6,7 +6,7 @@ namespace kpTables::sql {
 
 namespace {
 
-/// What stands for a literal: no statement holds a question mark outside quotes and brackets.
+/// A literal's placeholder: no statement has a question mark outside quotes and brackets.
 std::string_view Placeholder(LiteralKind kind) {
     switch (kind) {
         case LiteralKind::Integer:
@@ -26,7 +26,7 @@ std::string Shape(std::string_view text, std::vector<LiteralValue>& values) {
     std::string shape;
     shape.reserve(text.size());
     parse::Scanner scanner(text);
-    // Pieces that stand as the shape has them, with one blank between them or none, are copied together.
+    // Pieces that are already spaced as in the shape, by one blank or none, are copied together.
     std::size_t begin = 0;
     std::size_t end = 0;
     for (parse::Lexeme piece = scanner.Next(); piece.kind != parse::TokenKind::End; piece = scanner.Next()) {

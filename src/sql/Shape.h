@@ -1,4 +1,4 @@
-// What statements that differ in their literals alone have in common.
+// The common form of statements that differ only in their literals.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace kpTables::sql {
 
-/// The text with every number, quoted text and date taken out and blanks made one, so that two statements that differ
-/// in their literals alone have the same shape; the literals are appended to values. Raises what the lexer raises.
+/// The text with every number, quoted text and date replaced and each run of blanks reduced to one, so that statements
+/// that differ only in literals have the same shape; appends the literals to values. Raises what the lexer raises.
 std::string Shape(std::string_view text, std::vector<LiteralValue>& values);
 
 }  // namespace kpTables::sql

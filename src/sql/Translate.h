@@ -1,4 +1,4 @@
-// One statement's way from its tree to an engine's text: bound, rewritten, printed.
+// Translates one statement's tree to an engine's text: binds, rewrites, prints.
 #pragma once
 
 #include <span>
@@ -12,15 +12,15 @@
 
 namespace kpTables::sql {
 
-/// Raises SqlError for a table or a column that is not there, operands whose types do not go together, and what the
-/// engine cannot be made to do.
+/// Raises SqlError for an unknown table or column, operands of incompatible types, and what the engine does not
+/// support.
 /// pivotValues: for TRANSFORM, the values of its PIVOT expression in the order of the columns (see
 /// TranslatePivotQuery), each in its default text form, which becomes the column's name; else empty.
 Translation Translate(const Statement& statement, const Catalog& catalog, const print::Engine& engine,
                       const std::vector<LiteralValue>& pivotValues = {},
                       std::span<const rewrite::Rule> rules = rewrite::Rules());
 
-/// For a TRANSFORM without an IN list: the query that lists its pivot values in ascending order, Null among them.
+/// For a TRANSFORM without an IN list: the query that lists its pivot values in ascending order, Null included.
 Translation TranslatePivotQuery(const TransformStatement& statement, const Catalog& catalog,
                                 const print::Engine& engine, std::span<const rewrite::Rule> rules = rewrite::Rules());
 

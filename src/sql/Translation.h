@@ -1,4 +1,4 @@
-// One statement turned into another engine's text, ready to be prepared once and bound often.
+// One statement translated to an engine's text, to be prepared once and bound often.
 #pragma once
 
 #include <memory>
@@ -15,7 +15,7 @@ namespace kpTables::sql {
 enum class Binding {
     Short,          ///< 16-bit whole number; a text or a decimal is converted, half to even
     Long,           ///< 32-bit whole number, likewise
-    Number,         ///< whole number where it is one, else double; a text is read as a number
+    Number,         ///< a whole number if it is one, else a double; a text is read as a number
     Currency,       ///< exact ten-thousandths for a stored value: rounded half to even, error 6 out of range
     CurrencyBound,  ///< ten-thousandths for a comparison: not rounded (12.34567 binds 123456.7)
     Boolean,        ///< -1 for any number but 0, and for the text True
@@ -31,7 +31,7 @@ struct Parameter {
     int literal = 0;  ///< ordinal of the literal in the statement's text
     Binding binding = Binding::Text;
     std::size_t offset = 0;  ///< of the literal in the text that was first translated, for messages
-    bool negative = false;   ///< Currency with a minus before it: the smallest one has no opposite to negate
+    bool negative = false;   ///< Currency with a minus before it: negating the lowest one would overflow
 };
 
 struct ResultColumn {
@@ -44,8 +44,8 @@ struct Translation {
     std::string text;                   ///< with numbered parameters
     std::vector<Parameter> parameters;  ///< by their numbers, from 1
     std::vector<ResultColumn> columns;  ///< of a query, in order; else empty
-    /// Literals whose value shaped the text (a TOP, an ordinal, a pattern that a rewrite looked at): the translation
-    /// serves another text of the same shape only when these have the same values.
+    /// Literals whose value shaped the text (a TOP, an ordinal, a pattern that a rewrite examined): the translation is
+    /// valid for another text of the same shape only if these have the same values.
     std::vector<int> fixedLiterals;
 };
 

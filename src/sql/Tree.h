@@ -38,14 +38,14 @@ enum class ExpressionKind {
 struct Expression {
     virtual ~Expression() = default;
     const ExpressionKind kind;
-    std::size_t offset;  ///< byte position in the text; 0 for a node that a rewrite made
+    std::size_t offset;  ///< byte position in the text; 0 for a node made by a rewrite
 
 protected:
     Expression(ExpressionKind k, std::size_t at) : kind(k), offset(at) {}
 };
 using ExpressionPtr = std::unique_ptr<Expression>;
 
-/// The node as its own class; the caller has looked at kind.
+/// The node as its own class; the caller has checked kind.
 template <class Node>
 const Node& As(const Expression& e) {
     return static_cast<const Node&>(e);
@@ -72,18 +72,18 @@ struct LiteralValue {
     std::string text;
 };
 
-/// A constant. text is its value, not its spelling: 12.5, it's (quotes undoubled), True; of a date what stands between
-/// the # signs, which the engine reads.
+/// A constant. text is its value, not its spelling: 12.5, it's (quotes undoubled), True; of a date the text between the
+/// # signs, which the engine reads.
 struct Literal : Expression {
     static constexpr ExpressionKind kKind = ExpressionKind::Literal;
     LiteralKind literal;
     std::string text;
-    int ordinal;  ///< which literal of the statement's text, from 0; -1 for one that a rewrite made
+    int ordinal;  ///< which literal of the statement's text, from 0; -1 for one made by a rewrite
     Literal(LiteralKind k, std::string value, int n, std::size_t at = 0)
         : Expression(kKind, at), literal(k), text(std::move(value)), ordinal(n) {}
 };
 
-/// A column's name, with the table or alias in front of it when there is one.
+/// A column's name, qualified by a table or alias if there is one.
 struct Column : Expression {
     static constexpr ExpressionKind kKind = ExpressionKind::Column;
     std::string table;
@@ -137,7 +137,7 @@ enum class BinaryOperator {
     Imp,
 };
 
-/// "a And b And c" leans to the left and may be thousands of operators deep there: walk the left side in a loop.
+/// "a And b And c" nests to the left, perhaps thousands of operators deep: walk the left side in a loop.
 struct Binary : Expression {
     static constexpr ExpressionKind kKind = ExpressionKind::Binary;
     BinaryOperator op;
@@ -146,7 +146,7 @@ struct Binary : Expression {
     Binary(BinaryOperator o, ExpressionPtr l, ExpressionPtr r, std::size_t at = 0)
         : Expression(kKind, at), op(o), left(std::move(l)), right(std::move(r)) {}
     ~Binary() override {
-        // One operand at a time, so that a long chain does not unmake itself recursively.
+        // One operand at a time, so that a long chain is not destroyed recursively.
         while (Binary* inner = If<Binary>(left.get())) left = ExpressionPtr(std::move(inner->left));
     }
 };
@@ -202,7 +202,7 @@ struct Exists : Expression {
     ~Exists() override;
 };
 
-/// A query in parentheses that stands for one value.
+/// A query in parentheses that yields one value.
 struct Subquery : Expression {
     static constexpr ExpressionKind kKind = ExpressionKind::Subquery;
     std::unique_ptr<Query> query;
@@ -313,11 +313,11 @@ struct SelectCore {
     ExpressionPtr having;
 };
 
-/// One member of a UNION chain with what joins it to the members before it. A member in parentheses, or with an ORDER
-/// BY that is not the last thing of the statement, is a query of its own.
+/// One member of a UNION chain and how it is joined to those before it. A member in parentheses, or with an ORDER BY
+/// that does not end the statement, is a query of its own.
 struct Query {
     struct Member {
-        bool all = false;                  ///< UNION ALL; without meaning for the first member
+        bool all = false;                  ///< UNION ALL; unused for the first member
         std::unique_ptr<SelectCore> core;  ///< either a core ...
         std::unique_ptr<Query> nested;     ///< ... or a query with its own order
     };
@@ -344,8 +344,8 @@ enum class StatementKind {
 struct Statement {
     virtual ~Statement() = default;
     const StatementKind kind;
-    /// Ordinals of the literals that became part of the tree without a node of their own (a type's length): their
-    /// values, too, decide what the statement means.
+    /// Ordinals of the literals that are part of the tree without a node of their own (a type's length): their values,
+    /// too, determine the statement's meaning.
     std::vector<int> fixedLiterals;
 
 protected:
@@ -363,9 +363,9 @@ struct SelectStatement : Statement {
 struct TransformStatement : Statement {
     static constexpr StatementKind kKind = StatementKind::Transform;
     SelectItem aggregate;
-    std::unique_ptr<Query> query;  ///< one core, perhaps ordered
+    std::unique_ptr<Query> query;  ///< one core, optionally ordered
     ExpressionPtr pivot;
-    std::vector<ExpressionPtr> values;  ///< of IN; empty when the data decide
+    std::vector<ExpressionPtr> values;  ///< of IN; empty when taken from the data
     TransformStatement() : Statement(kKind) {}
 };
 
@@ -413,7 +413,7 @@ struct ColumnDefinition {
     bool primaryKey = false;
     bool unique = false;
     ExpressionPtr defaultValue;  ///< null when none
-    /// Of a computed column, a second name: the column whose value it answers. "" for a column that is stored.
+    /// Of a computed column, an alias: the column whose value it returns. "" for a stored column.
     std::string source;
     std::size_t offset = 0;
 };
@@ -467,7 +467,7 @@ struct AddColumnStatement : Statement {
     AddColumnStatement() : Statement(kKind) {}
 };
 
-// Queries are complete here, so the nodes that own one can be made and unmade.
+// Query is a complete type here, so nodes that own one can be made and destroyed.
 inline InQuery::InQuery(bool no, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at)
     : Expression(kKind, at), negated(no), operand(std::move(e)), query(std::move(q)) {}
 inline InQuery::~InQuery() = default;

@@ -28,7 +28,7 @@ bool Multiply(std::uint64_t& product, std::uint64_t factor) noexcept {
     return true;
 }
 
-/// Half to even by the rest of a division by the scale; nothing when it does not fit.
+/// Half to even by the remainder of a division by the scale; nothing when it does not fit.
 std::optional<std::int64_t> Rounded(std::uint64_t magnitude, std::uint64_t rest, bool negative) noexcept {
     const bool up = rest > kScale / 2 || (rest == kScale / 2 && (magnitude & 1));
     if (up && !Add(magnitude, 1)) return std::nullopt;
@@ -44,7 +44,7 @@ std::optional<std::int64_t> AmountOf(double value) noexcept {
     const double product = value * kFactor;
     constexpr double kLimit = 9223372036854775808.0;
     if (!(product >= -kLimit && product < kLimit)) return std::nullopt;
-    // What the product lost decides near a tie, and holds whole ten-thousandths where the product is large.
+    // The product's rounding error decides near a tie, and is whole ten-thousandths where the product is large.
     const double lost = std::fma(value, kFactor, -product);
     const double whole = std::floor(product);
     double above = product - whole;

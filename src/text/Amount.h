@@ -10,7 +10,7 @@ namespace kpTables::text {
 
 inline constexpr std::int64_t kAmountScale = 10000;
 
-/// Nearest amount, a tie going to the even ten-thousandth. Nothing for what is no number either.
+/// Nearest amount, a tie going to the even ten-thousandth. Nothing for a NaN either.
 std::optional<std::int64_t> AmountOf(double value) noexcept;
 std::optional<std::int64_t> AmountOfWhole(std::int64_t value) noexcept;
 std::optional<std::int64_t> AmountProduct(std::int64_t a, std::int64_t b) noexcept;

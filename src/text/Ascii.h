@@ -1,4 +1,4 @@
-// Letters without regard to case, as names of columns and members are compared: ASCII alone.
+// Case-insensitive comparison of ASCII letters, as for names of columns and members.
 #pragma once
 
 #include <cstddef>

@@ -22,7 +22,7 @@ struct DateParts {
 bool IsSerial(double serial) noexcept;
 /// Nothing when there is no such day or time.
 std::optional<double> SerialOf(const DateParts& parts) noexcept;
-/// As DateSerial: month and day may run over (month 13 is January of the next year), a two-digit year is a FullYear.
+/// As DateSerial: month and day may overflow (month 13 is January of the next year), a two-digit year is a FullYear.
 /// Nothing out of range.
 std::optional<double> SerialOfDay(int year, int month, int day) noexcept;
 /// A year from 0 to 29 as 20xx, one from 30 to 99 as 19xx, any other as it is.
@@ -32,7 +32,7 @@ int FullYear(int year) noexcept;
 DateParts PartsOf(double serial) noexcept;
 /// Seconds since midnight, to the nearest one.
 int SecondOfDay(double serial) noexcept;
-/// The number of the day, its time cut off.
+/// The day's number, without the time.
 std::int64_t DayNumber(double serial) noexcept;
 /// 1 to 7 from the weekday that counts as the first (1 Sunday to 7 Saturday).
 int WeekdayOf(std::int64_t dayNumber, int first = 1) noexcept;

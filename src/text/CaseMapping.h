@@ -8,7 +8,7 @@ namespace kpTables::text {
 
 char32_t UpperCase(char32_t character) noexcept;
 char32_t LowerCase(char32_t character) noexcept;
-/// The character that stands for all its case forms.
+/// The common character of all its case forms.
 char32_t FoldCase(char32_t character) noexcept;
 
 std::string UpperCase(std::string_view text);

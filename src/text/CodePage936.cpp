@@ -21,7 +21,7 @@ constexpr std::size_t kTrails = kLastTrail - kFirstTrail;
 constexpr std::size_t kCells = std::size(kCells936) - 1;
 static_assert(kCells == (kLastLead - kFirstLead + 1) * kTrails);
 
-// The two bytes beyond ASCII that are characters by themselves.
+// The two single-byte characters beyond ASCII.
 constexpr std::uint16_t kEuroCode = 0x80;
 constexpr char32_t kEuro = U'€';
 constexpr std::uint16_t kLastByte = 0xFF;

@@ -1,4 +1,4 @@
-// Code page 936, the double-byte code of simplified Chinese.
+// Code page 936, the double-byte encoding of simplified Chinese.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,9 @@ namespace kpTables::text {
 /// True when the character is a double-byte one (its ANSI code, as a signed 16-bit value, is negative).
 bool IsDoubleByte936(char32_t character) noexcept;
 
-/// The code of a character, up to FF of one byte, above of two; '?' for a character that the code page lacks.
+/// The code of a character, one byte up to FF, else two; '?' for a character that the code page lacks.
 std::uint16_t CodeOf936(char32_t character) noexcept;
-/// The character of a code. Of two bytes that are no character together, the first counts; a byte that is none is
-/// U+FFFD.
+/// The character of a code. Of two bytes that form no character, the first is taken; a byte that is none is U+FFFD.
 char32_t CharacterOf936(std::uint16_t code) noexcept;
 
 }  // namespace kpTables::text

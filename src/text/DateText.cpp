@@ -9,7 +9,7 @@ namespace kpTables::text {
 
 namespace {
 
-/// Goes once over a text.
+/// Scans a text once.
 class DateReader {
 public:
     explicit DateReader(std::string_view text) : rest_(text) {}

@@ -20,7 +20,7 @@ std::string DateText(double serial);
 /// "2004-03-07", with separator and "12:30:00" after it when there is a time. Sorts as text in order of time.
 std::string IsoDateText(double serial, char separator = ' ');
 
-/// What every ISO text fits into.
+/// The size of the longest ISO text.
 inline constexpr std::size_t kLongestIsoDate = 24;
 /// As IsoDateText, into a buffer of that size; answers the end of what was written.
 char* WriteIsoDate(char* buffer, double serial, char separator = ' ') noexcept;

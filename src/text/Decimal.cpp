@@ -48,7 +48,7 @@ Decimal Decimal::FromWhole(std::int64_t value) noexcept {
 
 double Decimal::ToDouble() const noexcept {
     if (count_ == 0) return 0;
-    // A digit more where some were cut: a tie must not be seen where there is none.
+    // One more digit where some were cut off, so that no false tie appears.
     std::array<char, kMaxDigits + 32> text;
     char* at = text.data();
     std::memcpy(at, digits_.data(), static_cast<std::size_t>(count_));
@@ -87,7 +87,7 @@ std::optional<std::int64_t> Decimal::ToAmount() const noexcept {
     return static_cast<std::int64_t>(negative_ ? 0 - scaled : scaled);
 }
 
-/// Goes once over a text.
+/// Scans a text once.
 class DecimalReader {
 public:
     explicit DecimalReader(std::string_view text) : rest_(text) {}
@@ -227,7 +227,7 @@ double LeadingNumber(std::string_view text) {
         if (digits[1] == 'H' || digits[1] == 'h') return HexOrOctal(rest, 16);
         if (digits[1] == 'O' || digits[1] == 'o') return HexOrOctal(rest, 8);
     }
-    // The reader takes no plus sign, and E alone as an exponent's letter.
+    // from_chars accepts no plus sign, and only E as an exponent's letter.
     if (digits.starts_with('+')) digits.erase(0, 1);
     std::replace_if(
         digits.begin(), digits.end(), [](char c) { return c == 'd' || c == 'D'; }, 'e');

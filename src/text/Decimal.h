@@ -1,4 +1,4 @@
-// A number as it is written, before a type has been chosen for it.
+// A number as written, before its type is chosen.
 #pragma once
 
 #include <array>
@@ -8,7 +8,8 @@
 
 namespace kpTables::text {
 
-/// Sign, significant digits and a power of ten: digits * 10^exponent. Keeps enough digits to round every type right.
+/// Sign, significant digits and a power of ten: digits * 10^exponent. Keeps enough digits to round every type
+/// correctly.
 class Decimal {
 public:
     /// Reads a text as Visual Basic reads a number: blanks around, a sign before or after, brackets for minus,
@@ -39,7 +40,7 @@ private:
 /// Reads a text as Decimal::Read does; nothing when it is no number or too large for a Double.
 std::optional<double> ParseNumber(std::string_view text);
 
-/// What Val answers: blanks skipped, digits as far as they make a number, &H and &O; 0 when there is none.
+/// The result of Val: blanks skipped, the longest prefix that is a number, &H and &O; 0 when there is none.
 double LeadingNumber(std::string_view text);
 
 }  // namespace kpTables::text

@@ -1,4 +1,4 @@
-// Texts as rows are searched and ordered: ASCII letters without regard to case, trailing blanks ignored, else by code
+// The text order for searching and sorting rows: ASCII letters ignoring case, trailing blanks ignored, else by code
 // point.
 #pragma once
 

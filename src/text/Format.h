@@ -1,5 +1,5 @@
-// Format as Visual Basic has it: values to text by a pattern. Nothing stands for an overflow: a number that a pattern
-// makes too large, or one that is no date.
+// Visual Basic's Format: values to text by a pattern. Nothing means an overflow: a number that a pattern makes too
+// large, or one that is no date.
 #pragma once
 
 #include <optional>
@@ -12,8 +12,7 @@ namespace kpTables::text {
 /// of texts its text form.
 std::optional<std::string> FormatDate(double serial, std::string_view pattern);
 
-/// A number by a pattern of numbers; a pattern of dates takes it for a number of days, one of texts takes its text
-/// form.
+/// A number by a pattern of numbers; a pattern of dates treats it as a number of days, one of texts uses its text form.
 std::optional<std::string> FormatNumber(double number, std::string_view pattern);
 
 /// A text by a pattern of texts. Other patterns take what it reads as, and leave it unchanged when it is neither a date

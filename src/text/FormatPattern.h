@@ -15,14 +15,14 @@ struct Pattern {
     std::string_view text;
 };
 
-/// A named pattern ("Standard", "Short Date", in any case) as what it stands for; any other text by its first sign that
-/// is no literal.
+/// The expansion of a named pattern ("Standard", "Short Date", in any case); any other text by its first sign that is
+/// no literal.
 Pattern PatternOf(std::string_view text);
 
 /// The parts between semicolons; at least one.
 std::vector<std::string_view> PartsOf(std::string_view pattern);
 
-/// The literal text at that position, \x or "...", without its signs; moves behind it. Nothing when there is none.
+/// The literal text at that position, \x or "...", without its signs; moves past it. Nothing when there is none.
 std::optional<std::string_view> TakeLiteral(std::string_view pattern, std::size_t& at);
 
 /// The mark of a twelve-hour clock (AM/PM, A/P, AMPM) at that position, as it is written; empty when there is none.

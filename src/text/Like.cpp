@@ -10,8 +10,8 @@ namespace kpTables::text {
 
 namespace {
 
-/// Whether the class that begins behind the bracket at at holds the character; at moves behind the class. Nothing when
-/// the bracket is never closed, and then stands for itself.
+/// Whether the class after the bracket at position at contains the character; at moves past the class. Nothing when the
+/// bracket is never closed, which makes it a literal.
 std::optional<bool> InClass(std::string_view pattern, std::size_t& at, char32_t character) {
     const auto close = pattern.find(']', at + 1);
     if (close == pattern.npos) return std::nullopt;
@@ -38,7 +38,7 @@ struct SqlElements {
 
     static std::size_t Size(std::string_view text, std::size_t at) noexcept { return CharacterSize(text, at); }
 
-    /// Whether one pattern element matches the text's next character; both positions move behind it.
+    /// Whether one pattern element matches the text's next character; both positions move past it.
     static bool MatchesOne(std::string_view text, std::size_t& textAt, std::string_view pattern,
                            std::size_t& patternAt) {
         const char32_t character = FoldCase(NextCharacter(text, textAt));
@@ -63,7 +63,7 @@ struct CriteriaElements {
     }
 };
 
-/// Each run is tried at the shortest stretch that lets the rest match, and only the last one is taken back: no pattern
+/// Each wildcard takes the shortest stretch that lets the rest match, and only the last one is retried: no pattern
 /// takes longer than the product of both lengths.
 template <class Elements>
 bool Matches(std::string_view text, std::string_view pattern) {

@@ -27,7 +27,7 @@ struct Element {
     std::string_view text;
 };
 
-/// One part of a pattern taken to pieces.
+/// The elements of one part of a pattern.
 struct Layout {
     std::vector<Element> elements;
     int places = 0;         ///< digit places before the point
@@ -35,7 +35,7 @@ struct Layout {
     int leastDecimals = 0;  ///< places behind the point up to the last zero
     int mostDecimals = 0;
     int exponentDigits = 0;
-    int powerOfTen = 0;  ///< by which the number is shown larger
+    int powerOfTen = 0;  ///< that the number is scaled up by
     bool thousands = false;
 };
 
@@ -57,7 +57,7 @@ public:
 private:
     void Add(Sign sign, std::string_view text) { layout_.elements.push_back({sign, text}); }
 
-    // Commas with no place behind them divide by a thousand each.
+    // Commas with no place after them divide by a thousand each.
     void ScaleByCommas() {
         constexpr int kThousand = 3;
         layout_.powerOfTen -= kThousand * commas_;
@@ -107,7 +107,7 @@ private:
 
 /// The digits of a number that is not negative, rounded as Format rounds: a half goes up.
 std::string FixedDigits(double number, int decimals) {
-    // Further behind the point a double has nothing to show.
+    // A double has no digits further right.
     constexpr int kMostDecimals = 50;
     const int kept = std::min(decimals, kMostDecimals);
     const double factor = std::pow(10.0, kept);
@@ -192,7 +192,7 @@ public:
     }
 
 private:
-    /// The digits that have no more than so many behind them are left for the places that follow.
+    /// Stops where no more than that many digits remain, which the following places take.
     void WriteWholeDownTo(std::size_t left) {
         constexpr std::size_t kGroup = 3;
         while (digits_.whole.size() - whole_ > left) {
@@ -234,7 +234,7 @@ std::optional<std::string> FormatPart(double magnitude, std::string_view part) {
 std::optional<std::string> NumberByPattern(double number, std::string_view pattern) {
     if (pattern.empty()) return NumberText(number);
     const auto parts = PartsOf(pattern);
-    // A part that is empty leaves its numbers to the first one.
+    // The first part formats the numbers of an empty one.
     const auto given = [&parts](std::size_t part) { return parts.size() > part && !parts[part].empty(); };
     if (number < 0 && given(1)) return FormatPart(-number, parts[1]);
     if (number == 0 && given(2)) return FormatPart(0, parts[2]);

@@ -8,7 +8,7 @@ namespace kpTables::text {
 
 namespace {
 
-constexpr int kDigits = 15;  // what a Double holds without doubt
+constexpr int kDigits = 15;  // what a Double always holds exactly
 
 char* Put(char* at, const char* text, int count) {
     std::memcpy(at, text, static_cast<std::size_t>(count));
@@ -28,7 +28,7 @@ char* PutExponent(char* at, int exponent) {
     return std::to_chars(at, at + 4, magnitude).ptr;
 }
 
-/// The significant digits of a positive number, at most 15 and without zeros behind, and the power of ten of the first.
+/// The significant digits of a positive number, at most 15 without trailing zeros, and the power of ten of the first.
 void ReadDigits(double value, char (&digits)[kDigits], int& count, int& exponent) {
     char text[32];  // d.dddddddddddddde[+-]xx
     const char* end = std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, kDigits - 1).ptr;

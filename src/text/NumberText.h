@@ -12,7 +12,7 @@ namespace kpTables::text {
 std::string NumberText(double value);
 std::string WholeText(std::int64_t value);
 
-/// What every number's text form fits into.
+/// The size of a number's longest text form.
 inline constexpr std::size_t kLongestNumberText = 40;
 /// As NumberText and WholeText, into a buffer of that size; answers the end of what was written.
 char* WriteNumber(char* buffer, double value) noexcept;

@@ -61,7 +61,7 @@ std::string TextByPattern(std::string_view text, std::string_view pattern) {
         const char sign = part[at++];
         if (sign == '@' || sign == '&') {
             const bool blank = places.fromLeft ? place >= length : place < blanks;
-            // What has no place stands before the first one, or behind the last one.
+            // Characters without a place go before the first one, or after the last one.
             if (place == 0 && !places.fromLeft && length > places.count) take(length - places.count);
             if (!blank) take(1);
             if (blank && sign == '@') out += ' ';

@@ -46,7 +46,7 @@ const Contraction* FindContraction(char32_t first, char32_t second, char32_t thi
     return found != end && text(*found) == sought ? found : nullptr;
 }
 
-/// The longest contraction of a character and what stands at a place, which moves past it; null for none.
+/// The longest contraction of a character and what follows at a position, which moves past it; null for none.
 const Contraction* TakeContraction(char32_t first, std::string_view text, std::size_t& at) noexcept {
     if (at == text.size()) return nullptr;
     std::size_t secondEnd = at;
@@ -169,7 +169,7 @@ private:
     bool hasAccents_ = false;
 };
 
-/// Whether the weights of what stands before a place may depend on the character or byte there.
+/// Whether the weights of what precedes a position may depend on the character or byte there.
 bool Joins(std::string_view text, std::size_t at) noexcept {
     if (at == text.size() || ByteAt(text, at) <= kLastAscii) return false;
     if ((ByteAt(text, at) & 0xC0) == 0x80) return true;
@@ -182,7 +182,7 @@ bool AreSameAscii(char left, char right) noexcept {
     return ((left | right) & 0x80) == 0 && AsciiPrimary(left) == AsciiPrimary(right);
 }
 
-/// Length of a beginning with the same weights in both, whatever follows.
+/// Length of a common prefix of equal weights, whatever follows.
 std::size_t CommonBeginning(std::string_view left, std::string_view right) noexcept {
     const std::size_t size = std::min(left.size(), right.size());
     std::size_t at = 0;

@@ -6,7 +6,7 @@
 
 namespace kpTables::text {
 
-/// Version of the order. It is part of a book's format: another order, another version.
+/// Version of the order. It is part of a book's format and changes with the order.
 inline constexpr int kTextOrderVersion = 1;
 
 /// Negative, 0 or positive. Case, width (half or full), control characters and trailing blanks do not count. Symbols

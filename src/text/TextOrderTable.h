@@ -7,7 +7,7 @@
 namespace kpTables::text {
 
 // A character's entry is, from the lowest bit,
-//   21 bits  primary weight: which letter it is, 0 for one that has no place among letters, such as an accent
+//   21 bits  primary weight: which letter it is, 0 for one that is not ordered as a letter, such as an accent
 //    9 bits  secondary weight: which accent, 0 for the common one, or kExpansion
 //    1 bit   kStarts: texts of kContractions begin with it
 //    1 bit   kJoins: it goes on in texts of kContractions
@@ -28,7 +28,7 @@ extern const std::uint32_t kExpansions[];
 /// The weights of a Hangul syllable's vowel and last letter, for each combination; of the latter 0 when there is none.
 extern const std::uint32_t kHangulEndings[];
 
-/// Characters that have a weight together: 2, or 3 when the last one is not 0.
+/// Characters that share a weight: 2, or 3 when the last one is not 0.
 struct Contraction {
     char32_t text[3];
     std::uint32_t expansion;  ///< place and number of its weights, as in an entry

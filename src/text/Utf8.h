@@ -25,7 +25,7 @@ inline DecodedCharacter DecodeUtf8(std::string_view text) noexcept {
     const auto first = static_cast<unsigned char>(text[0]);
     return first <= kLastAscii ? DecodedCharacter{first, 1} : DecodeBeyondAscii(text);
 }
-/// The character at a byte position, which moves behind it.
+/// The character at a byte position, which moves past it.
 inline char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
     const auto [character, bytes] = DecodeUtf8(text.substr(at));
     at += bytes;

@@ -39,7 +39,7 @@ public:
         at_ = end;
         return part;
     }
-    /// Values separated by commas, up to the closing token, which is taken.
+    /// Values separated by commas, up to and including the closing token.
     std::vector<Variant> List(std::string_view close) {
         std::vector<Variant> values;
         while (!Take(close)) {
@@ -48,7 +48,7 @@ public:
         }
         return values;
     }
-    /// Arguments by position, then by name, up to the closing parenthesis. What is required and not given is Empty.
+    /// Arguments by position, then by name, up to the closing parenthesis. A missing required one is Empty.
     void Arguments(Call& call) {
         for (bool first = true; !Take(")"); first = false) {
             if (!first) Expect(", ");

@@ -15,12 +15,12 @@ struct Call {
     std::string method;
     std::vector<Variant> arguments;
 };
-/// Reads rs仓库余额表(2, 3). What cannot be read is a std::runtime_error.
+/// Reads rs仓库余额表(2, 3). Invalid text is a std::runtime_error.
 Call ParseCall(std::string_view text);
 /// Reads one value: 5, 2.5, 5%, 1.25@, "text", #2004-03-07#, True, Null, Empty, Missing, Nothing, [1, "x"],
 /// Grid("key"), Bar.
 Variant ParseValue(std::string_view text);
-/// Reads the rows that answer a statement; null for "none". A row that is added gets the id 7 in its first column.
+/// Reads a statement's result rows; null for "none". A row that is added gets the id 7 in its first column.
 RecordsetPtr ParseRows(std::string_view text);
 
 /// The statements of a case as a scripted connection has them.
@@ -32,11 +32,11 @@ test::Journal Entries(std::string_view call, std::string_view title = "", bool i
 struct Outcome {
     std::vector<test::Sent> sent;
     Variant result;
-    std::size_t boxesLeft = 0;  ///< answers to message boxes that were not asked for
+    std::size_t boxesLeft = 0;  ///< answers to message boxes that were not used
 };
-/// Makes the call by name on a scripted connection that answers as the case says.
+/// Makes the call by name on a connection scripted by the case.
 Outcome Run(const Case& each, bool isSQL);
-/// The texts that a call sends on a connection that answers each with an empty recordset. An error ends them.
+/// The texts that a call sends on a connection that returns only empty recordsets. An error ends them.
 std::vector<std::string> SentBy(std::string_view call, bool isSQL = false);
 
 }  // namespace kpTables::corpus

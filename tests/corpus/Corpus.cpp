@@ -119,7 +119,7 @@ private:
     std::vector<Case> cases_;
     bool jetDone_ = false;
     bool serverDone_ = false;
-    std::vector<std::vector<Statement>*> last_;  // whose last statement the next rows answer
+    std::vector<std::vector<Statement>*> last_;  // their last statements get the next rows
 };
 
 std::vector<Case> ReadAll() {

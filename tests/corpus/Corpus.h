@@ -1,4 +1,4 @@
-// The statements that the component's methods send, read from the files of this folder. README.md tells their form.
+// The statements that the component's methods send, read from the files of this folder. README.md has the format.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ namespace kpTables::corpus {
 struct Statement {
     std::string kind;  ///< "execute", "open" or "open table"
     std::string text;
-    std::string answer;   ///< the rows that answer it, as the file has them; "" for none
-    std::string refusal;  ///< "" or the front end's message: no database reads the text
+    std::string answer;   ///< its result rows, as the file has them; "" for none
+    std::string refusal;  ///< "" or the front end's error message for the text
 };
 
 /// A call and the statements that it sends in each dialect.
@@ -30,7 +30,7 @@ struct Case {
     std::string Name() const;
 };
 
-/// Every case of every file. What cannot be read is a std::runtime_error with its place.
+/// Every case of every file. Invalid text is a std::runtime_error with its position.
 const std::vector<Case>& Cases();
 /// The case of a call as the files write it; with a title, the one of that title. Unknown calls are a
 /// std::runtime_error.
@@ -43,7 +43,7 @@ struct SentText {
     const Case* source;
     const Statement* statement;
 };
-/// Every text once, in the order of the files; the names of opened tables are not among them.
+/// Every text once, in the order of the files, without the names of opened tables.
 std::vector<SentText> Texts();
 
 /// The length of the call at the start of a line, from its name to its closing parenthesis; 0 when there is none.

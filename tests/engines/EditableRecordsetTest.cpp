@@ -1,4 +1,4 @@
-// The recordset that Open answers with, over a driver that writes down what it is asked for.
+// The recordset that Open returns, over a driver that logs the calls to it.
 #include <gtest/gtest.h>
 
 #include "engines/FakeDriver.h"

@@ -1,4 +1,4 @@
-// How texts become statements of a driver's.
+// How texts become a driver's statements.
 #include <gtest/gtest.h>
 
 #include "engines/FakeDriver.h"

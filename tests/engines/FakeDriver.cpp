@@ -16,7 +16,7 @@ constexpr TextOrder kBytes = {
     [](std::string_view) noexcept { return std::optional<std::uint64_t>(); },
 };
 
-/// Writes what is bound as "1=7".
+/// Logs bound values as "1=7".
 struct Bound {
     std::string text;
 
@@ -82,7 +82,7 @@ public:
 private:
     static Variant ValueOf(std::string_view field, std::int64_t id, const FakeDatabase::Row& row) {
         if (field.empty()) return Currency::FromScaled(id);
-        // A query of pivot values answers those of k, and each of them heads a column of n.
+        // A query of pivot values returns those of k, and each of them heads a column of n.
         return row.at(field == "k" || field == "Expr1000" ? 0 : field == "x" ? 2 : 1);
     }
 
@@ -207,7 +207,7 @@ std::shared_ptr<engines::RowWriter> FakeDriver::MakeWriter(engines::WrittenTable
 
 void FakeDriver::BackUp(const std::string& path) { database_.journal.push_back("back up to " + path); }
 
-// The printed text is SQLite's; what the driver does with it is its own.
+// The printed text is SQLite's; the driver processes it in its own way.
 const sql::print::Engine& FakeDriver::Dialect() const noexcept { return sql::print::sqlite::SqliteEngine(); }
 
 }  // namespace kpTables::test

@@ -1,4 +1,4 @@
-// An engine without a database: one table in memory, and a journal of what it was asked for.
+// An engine without a database: one table in memory, and a journal of the calls to it.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +23,8 @@ struct FakeDatabase {
     std::int64_t nextRowId = 1;
     std::int64_t version = 1;
     bool open = false;                  ///< a transaction
-    bool schemaChanged = false;         ///< told by the next statement that has run
-    std::optional<std::string> refuse;  ///< the next write raises this, having ended the transaction
+    bool schemaChanged = false;         ///< reported by the next statement run
+    std::optional<std::string> refuse;  ///< the next write ends the transaction and raises this
     std::vector<std::string> journal;
 
     std::string TakeJournal();
@@ -51,7 +51,7 @@ private:
     std::unique_ptr<Parts> parts_;
 };
 
-/// A fake transaction, which writes its steps into the journal.
+/// A fake transaction, which logs its steps in the journal.
 class FakeTransaction final : public engines::Transaction {
 public:
     explicit FakeTransaction(FakeDatabase& database) noexcept : database_(database) {}

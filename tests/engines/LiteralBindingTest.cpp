@@ -1,4 +1,4 @@
-// The value that a literal gives a parameter, by what the parameter is compared with or stored in.
+// The value that a literal gives a parameter, by the parameter's binding.
 #include "engines/common/LiteralBinding.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace {
 using sql::Binding;
 using sql::LiteralKind;
 
-/// Keeps the last value with the name of the call that brought it.
+/// Keeps the last value with the name of the call that set it.
 struct LastValue {
     std::string text;
 

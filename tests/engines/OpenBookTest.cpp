@@ -1,4 +1,4 @@
-// Books by their URLs, and copies of them.
+// Opening books by URL, and copying them.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// What is refused before an engine writes, or after.
+// Errors before and after an engine writes.
 #include <gtest/gtest.h>
 
 #include "engines/FakeDriver.h"

@@ -1,4 +1,4 @@
-// Which statement a shape finds.
+// Look-up of statements by shape.
 #include "engines/common/StatementCache.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What can be edited.
+// Editable sources.
 #include "engines/common/TableSource.h"
 
 #include <gtest/gtest.h>

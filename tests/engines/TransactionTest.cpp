@@ -1,4 +1,4 @@
-// Whose transaction is open, and what becomes of it.
+// The owner of a transaction, and how it ends.
 #include <gtest/gtest.h>
 
 #include "engines/FakeDriver.h"

@@ -1,5 +1,5 @@
-// Calls of functions as a statement writes them, with what they answer. Their arguments are texts, numbers and NULL, so
-// that a test can make the call itself as well as through an engine.
+// Calls of functions as a statement writes them, with their results. Arguments are texts, numbers and NULL, so that a
+// test can make the call directly or through an engine.
 #pragma once
 
 #include <ostream>

@@ -55,7 +55,7 @@ public:
     IcuCodePage(const IcuCodePage&) = delete;
     IcuCodePage& operator=(const IcuCodePage&) = delete;
 
-    /// 0 for a character that ICU leaves out, as some without a form.
+    /// 0 for a character that ICU omits, such as some without a glyph.
     int CodeOf(char32_t character) const {
         UChar units[U16_MAX_LENGTH];
         int count = 0;

@@ -1,4 +1,4 @@
-// The order of texts as ICU has it, with the settings that the book's order was made from.
+// ICU's order of texts, with the settings that the book's order was made from.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ public:
                                 static_cast<int>(right.size()), &status);
     }
 
-    /// The texts of several characters that have a place of their own.
+    /// The texts of several characters that are ordered as a unit.
     std::vector<std::string> Contractions() const {
         UErrorCode status = U_ZERO_ERROR;
         USet* set = uset_openEmpty();

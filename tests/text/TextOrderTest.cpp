@@ -47,7 +47,7 @@ std::vector<std::string> EveryCharacter() {
     return characters;
 }
 
-/// ICU orders what is in the order of CompareTexts alike, and equal texts alone have one hash.
+/// ICU agrees with the order of CompareTexts, and only equal texts share a hash.
 void ExpectSortedAsIcu(std::vector<std::string> texts) {
     const IcuOrder icu;
     std::sort(texts.begin(), texts.end(),
@@ -163,7 +163,7 @@ std::u32string RandomText(const Alphabet& alphabet, std::mt19937& random) {
     return text;
 }
 
-/// Often a text that differs in one character.
+/// Often a text with one character changed.
 std::u32string AnotherText(std::u32string text, const Alphabet& alphabet, std::mt19937& random) {
     if (random() % 3 == 0) return RandomText(alphabet, random);
     const std::size_t at = random() % (text.size() + 1);
@@ -224,7 +224,7 @@ TEST(TextOrder, RandomMixedTextsAsIcu) {
     }
 }
 
-/// What this order takes for equal or puts elsewhere than ICU does.
+/// Texts that this order treats as equal or places differently from ICU.
 struct Deviation {
     const char* name;
     std::string left;
@@ -252,7 +252,7 @@ INSTANTIATE_TEST_SUITE_P(
         Deviation{"IndexMark", "\uFDD0A", "\uFDD0", 1, -1}, Deviation{"OtherIndexMark", "\uFDD1ㄅ", "\uFDD1", 1, -1},
         // A mark counts as a tone only next to its vowel, or in a letter that Unicode has composed.
         Deviation{"ToneBehindAnotherMark", "a\u0316\u0301", "a\u0316", 1, -1},
-        // Every byte that belongs to no character is a replacement character; ICU takes the beginning of one for one.
+        // Every invalid byte is a replacement character; ICU treats a truncated character as one.
         Deviation{"BeginningOfACharacter", "\xE5\xBC", "\uFFFD", 1, 0}),
     [](const auto& info) { return info.param.name; });
 

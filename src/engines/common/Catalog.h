@@ -13,28 +13,28 @@
 
 namespace kpTables::engines {
 
-/// The field type that a column's type gives; Empty for Unknown and Null.
+/// The field type of a column's type; Empty for Unknown and Null.
 VarType FieldType(sql::Type type) noexcept;
 
-/// What a database says about its tables, read when it is asked for and kept until the schema changes.
+/// A database's description of its tables, read on demand and kept until the schema changes.
 class Catalog : public sql::Catalog {
 public:
     const sql::CatalogTable* Find(std::string_view table) const override;
-    /// True when the schema has changed since it was read: then all of it will be read anew.
+    /// True when the schema has changed since it was read; it is then read again.
     bool Refresh();
 
     /// With keys and defaults; without computed columns.
     virtual TableInfo Describe(std::string_view table) const = 0;
-    /// Of all tables, in the order in which they were made.
+    /// Of all tables, in order of creation.
     virtual std::vector<std::string> TableNames() const = 0;
-    /// The column of the table's own that is the row id; "" when there is none.
+    /// The table's own column that is the row id; "" when there is none.
     virtual std::string RowIdColumn(std::string_view table) const = 0;
-    /// The name under which a statement reads a table's row id, which is none of the table's own columns'.
+    /// The name by which a statement reads a table's row id; no column of the table has it.
     virtual std::string RowIdName(const sql::CatalogTable& table) const = 0;
 
 private:
     virtual std::optional<sql::CatalogTable> ReadTable(std::string_view name) const = 0;
-    /// A number that is another one when the schema has changed.
+    /// A number that changes with the schema.
     virtual std::int64_t ReadVersion() = 0;
 
     mutable std::list<sql::CatalogTable> known_;

@@ -1,4 +1,4 @@
-// What an engine has to bring along.
+// What an engine has to provide.
 #pragma once
 
 #include <memory>
@@ -25,7 +25,7 @@ public:
 
     virtual Catalog& GetCatalog() noexcept = 0;
     virtual Transaction& GetTransaction() noexcept = 0;
-    /// The order of a book's texts, for what is found and sorted in a recordset.
+    /// The order of a book's texts, for Find and Sort in a recordset.
     virtual const TextOrder& Texts() const noexcept = 0;
 
     /// Prepares a translated text.

@@ -28,14 +28,14 @@ struct EditableRecordset::State {
     }
     std::int64_t RowId() const { return rows->GetValue(columns).If<Currency>()->Scaled(); }
 
-    /// The rows of the table, with those added before any was fetched behind them.
+    /// Reads the rows of the table and appends those added before the fetch.
     void Fetch();
     std::unique_ptr<recordset::RowStore> WithAddedBehind(const recordset::RowStore& all);
-    /// Fetches unless the current row is one that was added before.
+    /// Fetches unless the current row was added before the fetch.
     void NeedCurrentRow() {
         if (!fetched && rows->Eof()) Fetch();
     }
-    /// The rows that were not added here, before the fetch.
+    /// Before the fetch: the number of rows not added here.
     std::int32_t CountOthers();
     void CollectValues();
     void WriteNew();
@@ -44,11 +44,11 @@ struct EditableRecordset::State {
 
     Executor& executor;
     BoundQuery query;
-    int columns;                            ///< without the row id, which stands behind them in rows
+    int columns;                            ///< without the row id, which follows them in rows
     std::unique_ptr<MemoryRecordset> rows;  ///< before the fetch, the rows that were added
     bool fetched = false;
     std::vector<std::int64_t> added;      ///< row ids of those
-    std::optional<std::int32_t> counted;  ///< what CountOthers has answered
+    std::optional<std::int32_t> counted;  ///< the result of CountOthers
     bool adding = false;
     ColumnSet set;                       ///< fields set since the edit began
     std::vector<const Variant*> values;  ///< their values, while they are written
@@ -149,7 +149,7 @@ EditableRecordset::~EditableRecordset() {
     try {
         executor_->GetTransaction().CommitRows();
     } catch (const Error&) {
-        // A destructor has nobody to tell; Close has.
+        // A destructor cannot report the error; Close can.
     }
 }
 
@@ -168,7 +168,7 @@ const FieldInfo& EditableRecordset::FieldAt(int index) const {
 
 int EditableRecordset::FieldIndex(std::string_view name) const {
     const State& s = Opened();
-    // Names mostly come as the table spells them, and a closing looks up millions.
+    // Names mostly come as the table spells them, and a month-end closing looks up millions.
     const auto& fields = *s.query.statement->fields;
     for (int i = 0; i < s.columns; ++i) {
         if (fields[static_cast<std::size_t>(i)].name == name) return i;
@@ -195,7 +195,7 @@ void EditableRecordset::SetValue(int index, const Variant& value) {
 
 std::int32_t EditableRecordset::RecordCount() const {
     State& s = Opened();
-    // Who counts the rows of a Select will read them; who adds rows may want no others.
+    // A caller that counts a Select's rows will read them; one that adds rows may need no others.
     if (!s.fetched && s.rows->Eof() && !s.Writer().Table().whole) s.Fetch();
     return (s.fetched ? 0 : s.CountOthers()) + s.rows->RecordCount();
 }

@@ -10,8 +10,8 @@
 
 namespace kpTables::engines {
 
-/// Fetches its rows when one of them is asked for, keeps them in memory, and writes what Update is called for to the
-/// table at once. A change that Update could not write stays pending, and Close drops it.
+/// Fetches its rows when one is first requested, keeps them in memory, and Update writes a row to the table at once. A
+/// change that Update could not write stays pending, and Close drops it.
 class EditableRecordset : public Recordset {
 public:
     EditableRecordset(ExecutorPtr executor, BoundQuery query);

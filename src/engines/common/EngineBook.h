@@ -1,4 +1,4 @@
-// The book that hosts get of every engine.
+// The Book that every engine gives hosts.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace kpTables::engines {
 
-/// The book over an open database that has a book's tables.
+/// The book in an open database with a book's tables.
 BookPtr MakeBook(std::string url, ExecutorPtr executor);
 
 /// Runs the statements of the book's schema.

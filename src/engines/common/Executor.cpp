@@ -16,7 +16,7 @@ namespace kpTables::engines {
 
 namespace {
 
-// What Open asks for is kept beside what Execute asks for: the same text gives other statements.
+// The cache keeps Open's statements apart from Execute's: the same text gives different ones.
 constexpr char kOpenedText = '\1';
 constexpr char kOpenedTable = '\2';
 
@@ -33,7 +33,7 @@ bool ChangesSchema(sql::StatementKind kind) noexcept {
     }
 }
 
-/// Both have the row id behind their fields.
+/// In both, the row id follows the fields.
 bool BeginsWith(const std::vector<FieldInfo>& fields, const std::vector<FieldInfo>& beginning) {
     const auto same = [](const FieldInfo& a, const FieldInfo& b) { return a.name == b.name && a.type == b.type; };
     return fields.size() >= beginning.size() &&
@@ -121,7 +121,7 @@ BoundQuery Executor::PrepareOpen(std::string_view source, SourceKind kind) {
     try {
         const bool table = kind == SourceKind::Table;
         std::string shape = table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals);
-        // A table's rows may be added before any is read; whoever opens a text reads it, and ReadEditable looks then.
+        // A table's rows may be added before any is read; a text that is opened is read, and ReadEditable checks then.
         if (table) RefreshCatalog();
         query.statement = cache_.Find(shape, query.literals);
         if (!query.statement) {

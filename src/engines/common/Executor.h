@@ -15,8 +15,7 @@
 
 namespace kpTables::engines {
 
-/// Turns the texts of both dialects into statements of a driver's, keeps these prepared and runs them. Recordsets keep
-/// it alive.
+/// Translates texts of both dialects to a driver's statements, caches these and runs them. Recordsets keep it alive.
 class Executor {
 public:
     explicit Executor(std::unique_ptr<Driver> driver);
@@ -32,11 +31,11 @@ public:
     RecordsetPtr Execute(std::string_view text);
     /// The query behind an editable recordset, with a writer in its statement; without one, its rows cannot be edited.
     BoundQuery PrepareOpen(std::string_view source, SourceKind kind);
-    /// Runs a query that PrepareOpen has answered; the row ids stand behind the fields. When another program has
-    /// changed the schema in between, the query gets a statement of its new form: more fields, perhaps, but error
-    /// unless they begin as before.
+    /// Runs a query that PrepareOpen returned; the row ids follow the fields. When another program has changed the
+    /// schema in between, the query is prepared again: it may have more fields, but an error is raised unless they
+    /// begin as before.
     std::unique_ptr<recordset::RowStore> ReadEditable(BoundQuery& query);
-    /// How many rows it answers whose row ids are not among excluded.
+    /// The number of its rows whose row ids are not in excluded.
     std::size_t CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded);
 
 private:
@@ -52,11 +51,11 @@ private:
         return Rows(*query.statement, query.text, query.literals);
     }
 
-    /// Kept unless shape is empty.
+    /// Cached unless shape is empty.
     CachedStatementPtr Translate(sql::Statement& statement, std::string shape,
                                  const std::vector<sql::LiteralValue>& literals);
     CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind);
-    /// The last column of a translation with a row id is that.
+    /// With a row id, it is the translation's last column.
     CachedStatementPtr PrepareTranslation(sql::Translation translation, bool withRowId = false) const;
     void RefreshCatalog();
 

@@ -1,4 +1,4 @@
-// Refusals that are the same on every engine, as this library's errors.
+// Errors that are the same on every engine.
 #pragma once
 
 #include <string_view>
@@ -7,13 +7,13 @@
 
 namespace kpTables::engines {
 
-/// Raises the front end's refusal of statement as a DatabaseError.
+/// Raises the front end's error for statement as a DatabaseError.
 [[noreturn]] void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement);
 
 /// Raises the error of a recordset that no longer fits its table.
 [[noreturn]] void RaiseColumnsChanged(std::string_view statement);
 
-/// Raises the error of a change to a row that is not there; statement is the change.
+/// Raises the error of a change to a missing row; statement is the change.
 [[noreturn]] void RaiseRowGone(std::string_view statement);
 
 }  // namespace kpTables::engines

@@ -26,7 +26,7 @@ void BindNumber(Sink& sink, int parameter, const sql::LiteralValue& literal) {
     sink.BindReal(parameter, NumberOf(literal));
 }
 
-/// A bound with more decimals lies between two amounts, or beyond what an amount can be.
+/// A bound with more decimals lies between two amounts, or out of an amount's range.
 template <ValueSink Sink>
 void BindCurrencyBound(Sink& sink, int parameter, const sql::LiteralValue& literal) {
     if (const auto exact = ExactCurrencyOf(literal)) return sink.BindCurrency(parameter, *exact);

@@ -7,8 +7,8 @@
 #include "functions/ServerDate.h"
 #include "kpTables/Convert.h"
 #include "sql/Position.h"
-#include "sql/parse/Lexer.h"
 #include "sql/SqlError.h"
+#include "sql/parse/Lexer.h"
 
 namespace kpTables::engines {
 
@@ -22,7 +22,7 @@ Date DateFrom(const LiteralValue& literal, double dayZero) {
     if (literal.kind == LiteralKind::Text || literal.kind == LiteralKind::Date) {
         if (const auto date = Date::Parse(literal.text)) return *date;
     }
-    // Both dialects' casts of a text are bound alike; Jet has no use for the server's forms.
+    // Both dialects' casts of a text are bound alike; Jet never needs the server's forms.
     if (literal.kind == LiteralKind::Text) {
         if (const auto date = functions::ReadServerDate(literal.text)) return Date::FromSerial(*date);
     }
@@ -36,7 +36,7 @@ std::optional<Currency> PlainDecimal(const LiteralValue& literal) {
     const std::string_view text = Trim(literal.text);
     if (text.empty() || text.find_first_not_of("+-.0123456789") != text.npos) return std::nullopt;
     if (literal.kind == LiteralKind::Date || !ParseNumber(text)) return std::nullopt;
-    // A sign behind the digits is a number too, but not for Currency's reader.
+    // A sign after the digits is valid in a number, but Currency does not parse it.
     if (text.find_first_of("+-", 1) != text.npos) return std::nullopt;
     return Currency::FromDecimalText(text);
 }

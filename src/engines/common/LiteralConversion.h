@@ -1,4 +1,4 @@
-// The value that a literal has as a parameter of each kind. Every function raises error 13 or 6 when it has none.
+// The value that a literal has as a parameter of each kind. Every function raises error 13 or 6 if there is none.
 #pragma once
 
 #include <cstdint>
@@ -14,14 +14,14 @@
 
 namespace kpTables::engines {
 
-/// The whole number as it is written; nothing for any other literal.
+/// The whole number as written; nothing for any other literal.
 std::optional<std::int64_t> WrittenWhole(const sql::LiteralValue& literal) noexcept;
 /// Rounded half to even.
 std::int64_t WholeOf(const sql::LiteralValue& literal, double lowest, double highest);
 double NumberOf(const sql::LiteralValue& literal);
 bool BooleanOf(const sql::LiteralValue& literal);
 Currency CurrencyOf(const sql::LiteralValue& literal);
-/// The amount when it is written with four decimals or fewer; nothing for any other, and beyond Currency's range.
+/// The amount when written with four decimals or fewer; nothing for any other, and out of Currency's range.
 std::optional<Currency> ExactCurrencyOf(const sql::LiteralValue& literal);
 Date DateOf(const sql::LiteralValue& literal);
 /// As DateOf, a number counting days from 1900-01-01.

@@ -13,7 +13,7 @@
 
 namespace kpTables::engines {
 
-/// A table as it is written through some of its columns.
+/// A table and the columns through which it is written.
 struct WrittenTable {
     struct Column {
         std::string name;
@@ -23,14 +23,14 @@ struct WrittenTable {
 
     std::string name;
     std::vector<Column> columns;
-    std::optional<int> rowIdColumn;  ///< which of the columns is the row id, when one is
-    bool whole = false;              ///< a recordset over them holds all rows, which can be counted without being read
+    std::optional<int> rowIdColumn;  ///< the index of the column that is the row id, if any
+    bool whole = false;              ///< the recordset holds all rows of the table, which can be counted unread
 };
 
-/// Values for the columns of a set, one each in their order.
+/// A value for each column of a set, in their order.
 using WrittenValues = std::span<const Variant* const>;
 
-/// Writes rows of a table, known by a row id that the engine gives. What is wrong with a value is a DatabaseError.
+/// Writes rows of a table, identified by the engine's row id. An invalid value is a DatabaseError.
 class RowWriter {
 public:
     explicit RowWriter(WrittenTable table) : table_(std::move(table)) {}
@@ -40,12 +40,12 @@ public:
 
     const WrittenTable& Table() const noexcept { return table_; }
 
-    /// Adds a row and answers its row id. Error Overflow for a text that is too long for its column, and when the
+    /// Adds a row and returns its row id. Error Overflow for a text that is too long for its column, and when the
     /// engine would have to give a counter a value beyond 32 bits.
     std::int64_t Insert(const ColumnSet& set, WrittenValues values);
-    /// Changes a row. Error Overflow as Insert; an error too when the row is no longer there.
+    /// Changes a row. Error Overflow as Insert; also an error when the row no longer exists.
     void Change(std::int64_t rowId, const ColumnSet& set, WrittenValues values);
-    /// Rows of the table.
+    /// The row count.
     virtual std::int64_t CountRows() = 0;
 
 private:

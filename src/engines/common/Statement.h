@@ -28,10 +28,10 @@ public:
                       std::string_view shown) = 0;
     /// All rows of the bound query. A field whose type is Empty gets the type of its first value that is not Null.
     virtual std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) = 0;
-    /// Runs the bound statement, which answers no rows; the number of rows that it changed.
+    /// Runs the bound statement, which returns no rows; the number of rows changed.
     virtual std::int64_t Run(std::string_view shown) = 0;
-    /// Whether the schema that it ran against last is another than the one it was prepared for, so that the translation
-    /// may be of the old one. Answers true once.
+    /// Whether the schema of its last run differs from the one it was prepared for, so that the translation may be
+    /// outdated. Returns true once.
     virtual bool TakeSchemaChange() noexcept = 0;
 };
 
@@ -39,12 +39,12 @@ public:
 struct CachedStatement {
     sql::Translation translation;
     std::unique_ptr<Statement> prepared;
-    recordset::FieldsPtr fields;        ///< of a query; with a writer, the row id behind them
+    recordset::FieldsPtr fields;        ///< of a query; with a writer, followed by the row id
     std::shared_ptr<RowWriter> writer;  ///< of a query whose rows can be edited
 };
 using CachedStatementPtr = std::shared_ptr<CachedStatement>;
 
-/// A statement with the text and the literals that it was asked for with.
+/// A statement with the text and the literals of the request.
 struct BoundQuery {
     CachedStatementPtr statement;
     std::string text;

@@ -1,4 +1,4 @@
-// Translated and prepared statements, to be used again by texts that differ in their literals alone.
+// Translated and prepared statements, reused by texts that differ only in their literals.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace kpTables::engines {
 
-/// Keeps the statements that were used last.
+/// Keeps the most recently used statements.
 class StatementCache {
 public:
     /// The statement for a text of that shape with these literals, or null.

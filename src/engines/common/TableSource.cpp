@@ -15,7 +15,7 @@ sql::SelectItem ColumnItem(std::string table, std::string name, std::size_t offs
     return item;
 }
 
-/// The one core of a statement that reads one named table and keeps its rows apart; null for any other.
+/// The only core of a statement that reads one named table without merging rows; null for any other.
 sql::SelectCore* PlainCore(sql::Statement& statement) {
     if (statement.kind != sql::StatementKind::Select) return nullptr;
     const sql::Query& query = *static_cast<sql::SelectStatement&>(statement).query;
@@ -34,13 +34,13 @@ std::vector<std::string> StoredColumns(const sql::CatalogTable& table) {
     return names;
 }
 
-/// The names of the columns that the items list, stars expanded; nothing when an item is no stored column or comes
-/// twice.
+/// The names of the columns that the items list, stars expanded; nothing when an item is no stored column or a repeated
+/// one.
 std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& core, const sql::CatalogTable& table) {
     std::vector<std::string> names;
     for (const sql::SelectItem& item : core.items) {
         if (const auto* column = sql::If<sql::Column>(item.expression.get())) {
-            // A column renamed would be found under one name and written under another.
+            // A renamed column would be found by one name and written by another.
             if (!item.alias.empty() && !sql::SameName(item.alias, column->name)) return std::nullopt;
             const sql::CatalogColumn* known = sql::FindColumn(table, column->name);
             if (known && known->computed) return std::nullopt;
@@ -59,7 +59,7 @@ std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& cor
     return names;
 }
 
-/// The items with every star replaced by the columns that it stands for, and the row id at the end.
+/// The items with every star replaced by its columns, and the row id at the end.
 std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, const sql::CatalogTable& table,
                                             std::string rowIdName) {
     std::vector<sql::SelectItem> all;

@@ -1,4 +1,4 @@
-// Which sources of a recordset can be edited: the rows of one table, with columns as they stand in it.
+// Which sources of a recordset can be edited: the rows of one table, with columns unchanged.
 #pragma once
 
 #include <optional>
@@ -16,17 +16,17 @@ struct TableSource {
     std::string table;                 ///< as the book spells it
     std::vector<std::string> columns;  ///< in the order of the recordset's fields
     bool wholeTable = false;           ///< no condition and no TOP
-    sql::StatementPtr select;          ///< the columns and, behind them, the row id
+    sql::StatementPtr select;          ///< the columns, followed by the row id
 };
 
-/// The Select of all columns and rows of a table. Raises SqlError when there is none of that name.
+/// The Select of all columns and rows of a table. Raises SqlError for an unknown table.
 TableSource SourceOfTable(std::string_view table, const Catalog& catalog);
 
-/// The source that a statement's rows can be edited by, made out of its tree; nothing, and the tree untouched, when
-/// they cannot: more tables than one, computed or repeated columns, DISTINCT, groups.
+/// The source for editing a statement's rows, made from its tree; nothing, and the tree unchanged, when they cannot be
+/// edited: several tables, computed or repeated columns, DISTINCT, groups.
 std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const Catalog& catalog);
 
-/// What a writer has to know of the source's table.
+/// What a writer needs of the source's table.
 WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog);
 
 /// A catalog in which one table has its row id as one more column.

@@ -23,7 +23,7 @@ void Transaction::Begin() {
 void Transaction::Commit() {
     if (owner_ != Owner::Host) RaiseMisuse("There is no transaction to commit");
     RequireHostTransactionAlive();
-    // A commit that finds the book busy may be tried again: the transaction stays open.
+    // A commit that finds the book busy can be retried: the transaction stays open.
     Save();
     owner_ = Owner::None;
 }
@@ -61,7 +61,7 @@ void Transaction::CommitRows() {
     try {
         Save();
     } catch (const DatabaseError&) {
-        // A commit that failed may leave the transaction open, and it would hold the book's lock for ever.
+        // A commit that failed may leave the transaction open, which would hold the book's lock forever.
         if (IsOpen()) Abandon();
         throw;
     }

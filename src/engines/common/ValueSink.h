@@ -1,4 +1,4 @@
-// Where the values of a statement's parameters go.
+// The receiver of a statement's parameter values.
 #pragma once
 
 #include <concepts>
@@ -12,7 +12,7 @@
 
 namespace kpTables::engines {
 
-/// A statement that takes values for its parameters, which are counted from 1. How it stores each kind is its own.
+/// A statement that takes values for its parameters, numbered from 1. The engine decides how each kind is stored.
 template <class T>
 concept ValueSink = requires(T& sink, int parameter, std::int64_t whole, double number, bool flag, Currency amount,
                              Date date, std::string_view text) {
@@ -21,7 +21,7 @@ concept ValueSink = requires(T& sink, int parameter, std::int64_t whole, double 
     sink.BindReal(parameter, number);
     sink.BindBoolean(parameter, flag);
     sink.BindCurrency(parameter, amount);
-    /// A count of ten-thousandths that amounts are compared with: not rounded, and perhaps beyond Currency's range.
+    /// A count of ten-thousandths to compare amounts with: not rounded, perhaps out of Currency's range.
     sink.BindCurrencyBound(parameter, number);
     sink.BindDate(parameter, date);
     /// The text lives until the statement has run.

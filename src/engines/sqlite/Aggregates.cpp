@@ -13,7 +13,7 @@ namespace kpTables::sqlite {
 
 namespace {
 
-/// What SQLite keeps for a group: all zero at first, and nothing when none was made.
+/// SQLite's memory for a group: all zero at first, and null when none was allocated.
 template <class State>
 State* StateOf(sqlite3_context* context, bool make) noexcept {
     return static_cast<State*>(sqlite3_aggregate_context(context, make ? sizeof(State) : 0));

@@ -19,8 +19,8 @@ constexpr std::string_view kTables =
     "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
     "AND name NOT LIKE 'kp\\_%' ESCAPE '\\'";
 
-/// A row for each column of a table. The table-valued form of the pragma takes four times as long, because SQLite first
-/// makes a virtual table of it.
+/// A row for each column of a table. The table-valued form of the pragma takes four times as long, because SQLite
+/// builds a virtual table first.
 PreparedStatement PrepareColumns(const Database& database, std::string_view table) {
     return database.Prepare("PRAGMA table_xinfo(" + sql::print::sqlite::QuotedText(table) + ")");
 }
@@ -33,7 +33,7 @@ bool IsAutoincrement(const Database& database, const std::string& table, const s
     return code == SQLITE_OK && autoincrement != 0;
 }
 
-/// Of the computed ones that are second names, the columns that they stand for.
+/// The columns that the computed ones that are aliases refer to.
 void AddSources(const Database& database, sql::CatalogTable& table) {
     PreparedStatement find = database.Prepare("SELECT sql FROM sqlite_schema WHERE type = 'table' AND name = ?1");
     find.BindText(1, table.name);
@@ -45,7 +45,7 @@ void AddSources(const Database& database, sql::CatalogTable& table) {
     }
 }
 
-/// The value of a declared default, which is an expression of SQLite's.
+/// The value of a declared default, an SQLite expression.
 Variant DefaultValue(const Database& database, const std::string& expression, VarType type) {
     PreparedStatement statement = database.Prepare("SELECT " + expression);
     const auto rows = ReadRows(statement, recordset::ShareFields({{"", type}}), statement.Text());

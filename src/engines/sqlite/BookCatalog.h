@@ -1,4 +1,4 @@
-// The tables of an open book, as SQLite knows them.
+// The tables of an open book, read from SQLite.
 #pragma once
 
 #include <optional>

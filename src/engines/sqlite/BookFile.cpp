@@ -18,12 +18,12 @@ namespace fs = std::filesystem;
 
 constexpr std::int64_t kApplicationId = 0x6B705462;  // "kpTb"
 constexpr std::int64_t kFormat = 1;
-/// In KiB. A closing touches each page once, so a larger cache would only cost memory.
+/// In KiB. A month-end closing reads each page once: a larger cache would only cost memory.
 constexpr int kCacheKibibytes = 16384;
 
 fs::path ToPath(const std::string& path) { return fs::path(std::u8string(path.begin(), path.end())); }
 
-/// What SQLite gets: absolute, so that no name is taken for a URI or a database in memory.
+/// The name for SQLite: absolute, so that it is never taken for a URI or an in-memory database.
 std::string AbsoluteName(const std::string& path) {
     std::error_code error;
     const fs::path absolute = fs::absolute(ToPath(path), error);
@@ -54,25 +54,25 @@ void CheckIsFile(const std::string& path) {
 void Configure(const Database& database, std::chrono::milliseconds busyTimeout) {
     sqlite3* const handle = database.Get();
     Check(handle, sqlite3_busy_timeout(handle, static_cast<int>(busyTimeout.count())));
-    // A damaged or malicious file must not do more than give wrong values.
+    // A damaged or malicious file must do no more than give wrong values.
     Check(handle, sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr));
     Check(handle, sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr));
     database.Run("PRAGMA cache_size = -" + std::to_string(kCacheKibibytes));
     database.Run("PRAGMA foreign_keys = OFF");
 }
 
-/// SQLite takes a part of the last page for a whole one.
+/// SQLite accepts a truncated last page.
 void CheckIsComplete(const Database& database, const std::string& path) {
     const auto expected = database.IntegerOf("PRAGMA page_count") * database.IntegerOf("PRAGMA page_size");
     std::error_code error;
-    // With a log beside it, a file may be shorter than its book.
+    // With a write-ahead log, a file may be shorter than its book.
     const auto logged = fs::file_size(ToPath(path + "-wal"), error);
     if (!error && logged > 0) return;
     const auto size = fs::file_size(ToPath(path), error);
     if (!error && static_cast<std::int64_t>(size) < expected) Refuse(path, "it is damaged: the file's end is missing");
 }
 
-/// Reads the header and the schema, so that what is no book, or a damaged one, is told at once.
+/// Reads the header and the schema, so that a file that is no book, or damaged, is refused at once.
 void CheckIsBook(const Database& database, const std::string& path) {
     const std::int64_t application = database.IntegerOf("PRAGMA application_id");
     if (application != kApplicationId) Refuse(path, "the file is a SQLite database, but not a book");
@@ -85,8 +85,8 @@ void CheckIsBook(const Database& database, const std::string& path) {
     CheckIsComplete(database, path);
 }
 
-/// In a directory that cannot be written, a book in WAL mode opens only as one that nobody changes, and that is true as
-/// long as no other program has left a log beside it.
+/// In a read-only directory, a book in WAL mode opens only as an immutable one, which is safe as long as no other
+/// program has left a log beside it.
 std::optional<Database> OpenUnchanging(const std::string& name) {
     std::error_code error;
     if (fs::exists(ToPath(name + "-wal"), error)) return std::nullopt;
@@ -111,7 +111,7 @@ Database OpenForReading(const std::string& path, const BookOptions& options) {
         CheckIsBook(database, path);
         return database;
     } catch (const DatabaseError&) {
-        // The log's index can be neither opened nor made.
+        // The log's index can be neither opened nor created.
         const int code = sqlite3_errcode(database.Get()) & 0xFF;
         auto unchanging =
             code == SQLITE_CANTOPEN || code == SQLITE_READONLY ? OpenUnchanging(name) : std::optional<Database>();
@@ -153,7 +153,7 @@ NewBookFile::NewBookFile(const std::string& path) : path_(path) {
         throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
                             "The book '" + path + "' cannot be made: there is a file of that name already");
     }
-    // "x" refuses a file that another program has made in between.
+    // "x" fails on a file that another program has created meanwhile.
     std::FILE* const file = std::fopen(path.c_str(), "wbx");
     if (!file) {
         throw DatabaseError(
@@ -189,7 +189,7 @@ void CopyToNewFile(const Database& database, const std::string& path) {
         if (!backup) RaiseFailure(copy.Get(), sqlite3_errcode(copy.Get()), {});
         constexpr int kAllPages = -1;
         const int code = sqlite3_backup_step(backup, kAllPages);
-        // Finishing answers a failure of the step, but not that the source was in use.
+        // Finishing reports a failed step, but not that the source was in use.
         Check(copy.Get(), sqlite3_backup_finish(backup));
         if (code != SQLITE_DONE) RaiseFailure(copy.Get(), code, {});
     }

@@ -1,4 +1,4 @@
-// A book's file: opening, checking and making it.
+// Opens, checks and creates a book's file.
 #pragma once
 
 #include <chrono>
@@ -9,11 +9,11 @@
 
 namespace kpTables::sqlite {
 
-/// Opens an existing book. Refuses what is no book, and a file that cannot be written unless options ask for reading
-/// only.
+/// Opens an existing book. Refuses a file that is no book, and one that cannot be written unless options ask for
+/// reading only.
 Database OpenBookFile(const std::string& path, const BookOptions& options);
 
-/// Claims a path where no file is, removes the file again unless Keep was called.
+/// Creates a file at an unused path, and removes it again unless Keep was called.
 class NewBookFile {
 public:
     explicit NewBookFile(const std::string& path);
@@ -32,12 +32,12 @@ private:
 Database OpenNewFile(const std::string& path, std::chrono::milliseconds busyTimeout);
 Database OpenMemory();
 
-/// Copies a database, as it stands, into a file that must not be there yet.
+/// Copies a database, as it is, into a file that must not exist.
 void CopyToNewFile(const Database& database, const std::string& path);
 
-/// Writes down, inside the transaction that makes the tables, that the file is a book.
+/// Marks the file as a book, inside the transaction that creates the tables.
 void MarkAsBook(const Database& database);
-/// Turns on what a book in a file needs to survive a failing power supply.
+/// Makes a book in a file survive a power failure.
 void MakeDurable(const Database& database);
 
 }  // namespace kpTables::sqlite

@@ -1,4 +1,4 @@
-// The book's order of texts as SQLite and recordsets call it.
+// The book's order of texts for SQLite and recordsets.
 #pragma once
 
 struct sqlite3;
@@ -9,10 +9,10 @@ struct TextOrder;
 
 namespace kpTables::sqlite {
 
-/// The order for what is found in a recordset.
+/// The order for recordsets.
 extern const TextOrder kBookTexts;
 
-/// Makes the collation of the translated texts known to a connection.
+/// Registers the collation of translated texts with a connection.
 void RegisterCollation(sqlite3* database);
 
 }  // namespace kpTables::sqlite

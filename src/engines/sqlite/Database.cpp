@@ -55,7 +55,7 @@ bool PreparedStatement::Step(std::string_view shown) {
 }
 
 void PreparedStatement::Reset() noexcept {
-    // Answers the last step's code again, which Step has raised already.
+    // Returns the last step's code again, which Step has already raised.
     sqlite3_reset(Get());
 }
 
@@ -79,7 +79,7 @@ Database::Database(const std::string& name, int flags) {
     // A connection serves one thread at a time, so SQLite need not lock it in every call.
     flags |= SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX;
     const int code = sqlite3_open_v2(name.c_str(), &database, flags, nullptr);
-    // Even a failed opening gives a handle, which holds the message.
+    // Even a failed open yields a handle, which holds the message.
     handle_.reset(database);
     Check(database, code);
 }

@@ -14,7 +14,7 @@ struct sqlite3_stmt;
 
 namespace kpTables::sqlite {
 
-/// A prepared statement. What fails raises a DatabaseError with the text given to Prepare.
+/// A prepared statement. A failure raises a DatabaseError with the text given to Prepare.
 class PreparedStatement {
 public:
     PreparedStatement() = default;
@@ -31,12 +31,12 @@ public:
     void BindCurrency(int parameter, Currency value) { BindInteger(parameter, value.Scaled()); }
     void BindCurrencyBound(int parameter, double tenThousandths) { BindReal(parameter, tenThousandths); }
     void BindDate(int parameter, Date value) { BindTextCopy(parameter, value.ToIso()); }
-    /// The text must live until the next Step has answered.
+    /// The text must live until the next Step has returned.
     void BindText(int parameter, std::string_view text);
     void BindTextCopy(int parameter, std::string_view text);
 
-    /// True when there is a row. Failing, it resets the statement and raises an error that carries shown, the text as
-    /// the caller sent it.
+    /// True when there is a row. On failure it resets the statement and raises an error that carries shown, the
+    /// caller's text.
     bool Step(std::string_view shown);
     bool Step() { return Step(Text()); }
     /// Runs a statement to its end.
@@ -51,7 +51,7 @@ public:
     /// Valid until the next Step or Reset.
     std::string_view Text(int column) const noexcept;
     bool IsNull(int column) const noexcept;
-    /// The statement's own text.
+    /// The text as prepared.
     std::string_view Text() const noexcept;
 
 private:
@@ -63,7 +63,7 @@ private:
     std::unique_ptr<sqlite3_stmt, Finalize> handle_;
 };
 
-/// Resets a statement at the end of a block, whatever happens in between.
+/// Resets a statement at the end of a block, also after an exception.
 class ResetAtEnd {
 public:
     explicit ResetAtEnd(PreparedStatement& statement) noexcept : statement_(statement) {}

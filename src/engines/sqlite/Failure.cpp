@@ -105,7 +105,7 @@ Meaning MeaningOf(int code, std::string_view message) {
 }  // namespace
 
 void RaiseFailure(sqlite3* database, int code, std::string_view statement) {
-    // The connection's last error is more telling than the bare code, but only when it belongs to this very call.
+    // The connection's last error says more than the bare code, but only if it belongs to this call.
     const bool own = database && (sqlite3_errcode(database) & kPrimaryMask) == (code & kPrimaryMask);
     const int extended = own ? sqlite3_extended_errcode(database) : code;
     const Meaning meaning = MeaningOf(extended, own ? sqlite3_errmsg(database) : sqlite3_errstr(code));

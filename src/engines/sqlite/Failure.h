@@ -13,14 +13,13 @@ namespace kpTables::sqlite {
 /// True for OK, ROW and DONE.
 bool Succeeded(int code) noexcept;
 
-/// Every call of SQLite that answers with a code goes through here: answers the code when the call succeeded, else
-/// raises.
+/// Every call of SQLite that returns a code goes through here: returns the code of a successful call, else raises.
 inline int Check(sqlite3* database, int code, std::string_view statement = {}) {
     if (!Succeeded(code)) RaiseFailure(database, code, statement);
     return code;
 }
 
-/// The code with which a function of ours fails: SQLite's plain error, with Visual Basic's number beside it.
+/// The code with which a function of ours fails: SQLite's plain error combined with Visual Basic's number.
 int FunctionFailureCode(int errorNumber) noexcept;
 
 }  // namespace kpTables::sqlite

@@ -1,4 +1,4 @@
-// The functions that translated texts call, made known to a connection.
+// Registers the functions that translated texts call.
 #pragma once
 
 #include <span>
@@ -10,10 +10,10 @@ struct sqlite3;
 
 namespace kpTables::sqlite {
 
-/// Registers every function that a translated text may call. Raises an error when one of them has no body.
+/// Registers every function that a translated text may call. Raises an error when one has no body.
 void RegisterFunctions(sqlite3* database);
 
-/// Raises an error that names the first of these functions that no body answers, with that number of arguments.
+/// Raises an error that names the first of these functions without a body for its number of arguments.
 void RequireBodies(std::span<const sql::print::sqlite::EngineFunction> listed);
 
 /// First and Last, the standard deviations and the variances, of one argument each.

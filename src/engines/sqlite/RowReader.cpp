@@ -14,7 +14,7 @@ namespace {
 
 using recordset::RowStore;
 
-/// Beyond it, a double is no count of ten-thousandths any more.
+/// Beyond it, a double is out of Currency's range.
 constexpr double kCurrencyLimit = 9223372036854775807.0;
 
 std::string_view TextOf(sqlite3_value* cell) noexcept {
@@ -39,7 +39,7 @@ void PutDateText(RowStore& rows, int column, std::string_view text) {
                         std::string(shown));
 }
 
-/// A sum of money that ran over comes from SQLite as a double.
+/// A sum of money that overflowed comes from SQLite as a double.
 std::int64_t WholeTenThousandths(double value, std::string_view shown) {
     if (!(std::abs(value) < kCurrencyLimit)) RaiseOverflow(shown);
     return static_cast<std::int64_t>(std::nearbyint(value));
@@ -48,13 +48,12 @@ std::int64_t WholeTenThousandths(double value, std::string_view shown) {
 void PutReal(RowStore& rows, int column, VarType type, double value, std::string_view shown) {
     if (type == VarType::Currency) return rows.PutCurrency(column, WholeTenThousandths(value, shown));
     if (type == VarType::Boolean) return rows.PutBoolean(column, value != 0);
-    // SQLite goes on with an infinity where a sum or a product is too large.
+    // SQLite yields an infinity where a sum or a product is too large.
     if (!std::isfinite(value)) RaiseOverflow(shown);
     rows.PutDouble(column, value);
 }
 
-/// Asks the statement once a cell, and the cell for the rest: a connection serves one thread at a time, so its values
-/// need no protection.
+/// Fetches a cell's value from the statement once and reads it unprotected: a connection serves one thread at a time.
 void PutCell(RowStore& rows, int column, VarType type, sqlite3_stmt* row, std::string_view shown) {
     sqlite3_value* const cell = sqlite3_column_value(row, column);
     switch (sqlite3_value_type(cell)) {
@@ -84,7 +83,7 @@ VarType TypeOfCell(sqlite3_stmt* row, int column) noexcept {
     }
 }
 
-/// Finds the types that only the rows tell. It reads as far as it must, and the caller starts again.
+/// Finds the types that only the rows show. It reads as many rows as needed, and the caller starts again.
 recordset::FieldsPtr WithDecidedTypes(PreparedStatement& statement, std::vector<FieldInfo> fields,
                                       std::string_view shown) {
     std::size_t open = 0;

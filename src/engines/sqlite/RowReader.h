@@ -1,4 +1,4 @@
-// The rows that a statement answers, as typed cells.
+// The rows that a statement returns, as typed cells.
 #pragma once
 
 #include <memory>
@@ -10,8 +10,8 @@
 namespace kpTables::sqlite {
 
 /// Steps a bound statement through all its rows and resets it. A field whose type is Empty gets the type of its first
-/// value that is not Null. A cell that is not of its column's type, as a damaged book may hold, keeps what it is; only
-/// an amount of money out of range is an error. shown: the text for error messages.
+/// value that is not Null. A cell of another type than its column's, as in a damaged book, is kept as it is; only an
+/// amount of money out of range is an error. shown: the text for error messages.
 std::unique_ptr<recordset::RowStore> ReadRows(PreparedStatement& statement, recordset::FieldsPtr fields,
                                               std::string_view shown);
 

@@ -13,7 +13,7 @@ namespace kpTables::sqlite {
 
 namespace {
 
-/// Takes the indexes on the columns along.
+/// The indexes follow the renaming.
 void TakeSqlServerNames(const Database& database) {
     const auto quoted = [](std::string_view name) { return '"' + std::string(name) + '"'; };
     for (const auto& column : schema::kSqlServerNames) {
@@ -34,7 +34,7 @@ struct OpenedDatabase {
     engines::ExecutorPtr executor;
 };
 
-/// Makes every table of the schema, or none.
+/// Creates every table of the schema, or none.
 void MakeTables(const OpenedDatabase& empty, HeaderDialect header) {
     empty.executor->GetTransaction().Begin();
     MarkAsBook(*empty.database);

@@ -7,10 +7,10 @@
 
 namespace kpTables::sqlite {
 
-// See OpenBook and CreateBook. url is what the book tells of itself.
+// See OpenBook and CreateBook. url is the one that the book reports.
 BookPtr OpenFile(const std::string& path, const std::string& url, const BookOptions& options);
 BookPtr CreateFile(const std::string& path, const std::string& url, const NewBookOptions& options);
-/// Raises: a book in memory ends with its connection.
+/// Always raises: a book in memory ends with its connection.
 BookPtr OpenInMemory(const std::string& name, const std::string& url, const BookOptions& options);
 /// The name must be empty.
 BookPtr CreateInMemory(const std::string& name, const std::string& url, const NewBookOptions& options);

@@ -7,9 +7,9 @@
 #include "engines/common/LiteralBinding.h"
 #include "engines/sqlite/BookFile.h"
 #include "engines/sqlite/Collation.h"
+#include "engines/sqlite/Functions.h"
 #include "engines/sqlite/RowReader.h"
 #include "engines/sqlite/TableWriter.h"
-#include "engines/sqlite/Functions.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::sqlite {
@@ -36,7 +36,7 @@ public:
         return database_.Changes();
     }
 
-    /// SQLite prepares a statement again when it finds the schema changed.
+    /// SQLite prepares a statement again after a schema change.
     bool TakeSchemaChange() noexcept override {
         constexpr int kForget = 1;
         return sqlite3_stmt_status(statement_.Get(), SQLITE_STMTSTATUS_REPREPARE, kForget) > 0;

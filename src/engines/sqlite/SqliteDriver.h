@@ -12,7 +12,7 @@
 
 namespace kpTables::sqlite {
 
-/// A transaction of a database's. SQLite ends one by itself after some failures of the disk.
+/// A database's transaction. SQLite ends it by itself after some disk failures.
 class DatabaseTransaction final : public engines::Transaction {
 public:
     explicit DatabaseTransaction(const Database& database) noexcept : database_(database) {}

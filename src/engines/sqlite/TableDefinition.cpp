@@ -15,7 +15,7 @@ struct Piece {
     std::string text;  ///< of a quoted name or text without its quotes
 };
 
-/// Cuts SQLite's DDL into names, texts, words and signs.
+/// Splits SQLite's DDL into names, texts, words and signs.
 class Pieces {
 public:
     explicit Pieces(std::string_view text) noexcept : rest_(text) {}

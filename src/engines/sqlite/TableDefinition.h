@@ -1,4 +1,4 @@
-// The statement that made a table, as SQLite keeps it.
+// The CREATE statement of a table, as SQLite keeps it.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@
 
 namespace kpTables::sqlite {
 
-/// The computed columns that are second names, each with the column that it stands for, both as spelled in the
-/// definition: "CREATE TABLE ... (..., "b" INTEGER AS ("a"))" has b for a. SQLite tells the expression of a computed
-/// column nowhere else.
+/// The computed columns that are aliases, each with the column that it refers to, both as spelled in the definition:
+/// "CREATE TABLE ... (..., "b" INTEGER AS ("a"))" has b for a. SQLite gives the expression of a computed column nowhere
+/// else.
 std::vector<std::pair<std::string, std::string>> SecondNames(std::string_view createTable);
 
 }  // namespace kpTables::sqlite

@@ -1,4 +1,4 @@
-// The statements with which rows of one table are added and changed.
+// The statements that add and change rows of one table.
 #pragma once
 
 #include <cstdint>

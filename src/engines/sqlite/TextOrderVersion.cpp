@@ -10,7 +10,7 @@ namespace {
 
 std::string Version() { return std::to_string(text::kTextOrderVersion); }
 
-/// Earlier books have other texts than numbers there; some have no such table.
+/// Earlier books have non-numeric texts there; some have no such table.
 bool IsUpToDate(const Database& database) {
     if (database.IntegerOf("SELECT COUNT(*) FROM sqlite_schema WHERE name = 'kp_collation'") == 0) return false;
     PreparedStatement recorded = database.Prepare("SELECT version FROM kp_collation");

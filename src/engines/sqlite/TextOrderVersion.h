@@ -1,4 +1,4 @@
-// Which version of the order of texts a book's indexes were made with.
+// The version of the text order that a book's indexes were built with.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ namespace kpTables::sqlite {
 /// Writes the version of the program's order into a new book.
 void RecordTextOrderVersion(const Database& database);
 
-/// An index in another order would hide rows. A book whose indexes were made with another version has them made anew;
-/// one that is open for reading only is refused, with its path, unless its indexes are in this order as well.
+/// An index in another order would hide rows. A book whose indexes were built with another version gets them rebuilt;
+/// one that is open for reading only is refused, with its path, unless its indexes are in this order too.
 void BringIndexesUpToDate(const Database& database, const std::string& path);
 
 }  // namespace kpTables::sqlite

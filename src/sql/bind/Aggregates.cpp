@@ -1,4 +1,4 @@
-// COUNT, SUM, AVG, MIN, MAX, FIRST, LAST and the measures of spread.
+// COUNT, SUM, AVG, MIN, MAX, FIRST, LAST and the measures of dispersion.
 #include <algorithm>
 #include <array>
 #include <string>
@@ -52,7 +52,7 @@ TermPtr Summable(Context& context, TermPtr argument) {
     return AsValue(context, std::move(argument));
 }
 
-// The sum of Currency is exact; that of whole numbers is a Double, as it may pass 32 bits.
+// The sum of Currency is exact; that of whole numbers is a Double, as it may exceed 32 bits.
 TermPtr BindSum(const sql::Call& call, TermPtr argument, const Place& place) {
     argument = Summable(place.context, std::move(argument));
     const Type type = IsWhole(argument->type) ? Type::Double : argument->type;

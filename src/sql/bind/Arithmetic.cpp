@@ -15,7 +15,7 @@ TermPtr ArithmeticOf(ArithmeticOperator op, TermPtr left, TermPtr right, Type ty
     return std::make_shared<Arithmetic>(op, std::move(left), std::move(right), type);
 }
 
-// What stands beside &: a whole number joins a text as it is.
+// An operand of &: a whole number is joined as it is.
 TermPtr Part(Context& context, TermPtr term) {
     const bool asItIs = !IsLiteral(*term) && (term->type == Type::Short || term->type == Type::Long);
     return asItIs ? AsValue(context, std::move(term)) : AsText(context, std::move(term));
@@ -26,7 +26,7 @@ bool IsJoined(const Term& term) {
     return joined && joined->nulls == Nulls::AsEmpty;
 }
 
-// Null beside a text is an empty text, but two Nulls are Null: an operand that is never Null spares the question.
+// A Null joined to a text is an empty text, two Nulls are Null: no check is needed if an operand is never Null.
 TermPtr Concatenated(Context& context, TermPtr left, TermPtr right) {
     const auto decides = [](const Term& term) { return IsJoined(term) || IsLiteral(term); };
     const auto mayBeNull = [](const Term& term) {

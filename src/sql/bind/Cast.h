@@ -7,8 +7,8 @@
 
 namespace kpTables::sql::bind {
 
-/// CAST(operand AS type) as the server does it: a number becomes a date counting from 1900-01-01, a double is cut to a
-/// whole number, char(n) is padded.
+/// CAST(operand AS type) as the server does it: a number becomes a date counting from 1900-01-01, a double is
+/// truncated, char(n) is padded.
 TermPtr BindCast(Context& context, TermPtr operand, const TypeName& type);
 
 /// CDATE(operand): a literal stays one, so that a comparison can bind it as it needs it.

@@ -17,7 +17,7 @@ struct Seen {
     bool text = false;    // other than a literal
     bool number = false;  // other than Boolean
     bool boolean = false;
-    bool textLiteral = false;  // which reads as whatever stands on the other side
+    bool textLiteral = false;  // which takes the type of the other side
 };
 
 Domain DomainOf(const Seen& seen, const Term& first) {
@@ -37,7 +37,7 @@ void Look(Seen& seen, Type type, bool literal) {
     (literal ? seen.textLiteral : seen.text) |= type == Type::Text;
 }
 
-// Currency is stored in ten-thousandths: whatever it meets is brought to them, so that a column of it keeps its index.
+// Currency is stored in ten-thousandths: the other side is converted to them, so that a Currency column's index serves.
 TermPtr InMoney(Context& context, TermPtr term) {
     if (const auto* literal = If<LiteralTerm>(term)) return Bound(context, *literal, Binding::CurrencyBound);
     if (term->type != Type::Double) return Converted(context, std::move(term), Type::Currency);
@@ -88,7 +88,7 @@ void MakeComparable(Context& context, TermPtr& operand, std::vector<TermPtr*> va
     for (const TermPtr* value : values) Look(seen, (*value)->type, (*value)->kind == TermKind::Literal);
     const Domain domain = DomainOf(seen, *operand);
     for (TermPtr* value : values) *value = InDomain(context, std::move(*value), domain);
-    // The collation is that of the side that is a column, the left one first.
+    // The collation is that of the side that is a column, preferably the left one.
     const bool collated =
         std::any_of(values.begin(), values.end(), [](const TermPtr* value) { return StoredColumn(**value); });
     if (!collated || values.size() > 2) operand = Collated(std::move(operand));
@@ -108,7 +108,7 @@ TermPtr BindInList(Context& context, TermPtr operand, Terms items, bool negated)
     std::vector<TermPtr*> values;
     for (TermPtr& item : items) values.push_back(&item);
     MakeComparable(context, operand, values);
-    // One value compares with = to the same effect, but only the operand's collation counts in a list.
+    // One value compares as with =, except that only the operand's collation counts in a list.
     return std::make_shared<InListTerm>(Collated(std::move(operand)), std::move(items), negated);
 }
 
@@ -117,7 +117,7 @@ TermPtr MembershipOperand(Context& context, TermPtr operand, Type column) {
     Look(seen, operand->type, operand->kind == TermKind::Literal);
     Look(seen, column, false);
     const Domain domain = DomainOf(seen, *operand);
-    // The query stays as it is, so that an index answers it: only the operand can be brought to the column's type.
+    // The query stays as it is, so that it can use an index: only the operand is converted to the column's type.
     if (domain == Domain::Date) {
         if (column == Type::Text) RaiseMismatch(*operand, "a date is looked for among texts");
         return Converted(context, std::move(operand), Type::Date);

@@ -1,4 +1,4 @@
-// What the binding of one statement shares, and where an expression stands.
+// What the binding of one statement shares, and an expression's surroundings.
 #pragma once
 
 #include <string>
@@ -29,7 +29,7 @@ public:
         return RequireTable(catalog_, name, offset);
     }
 
-    /// A parameter that is given the literal's value.
+    /// A parameter bound to the literal's value.
     std::shared_ptr<ParameterTerm> Parameter(const Literal& literal, Binding binding, Type type);
     void Fix(const Literal& literal) { FixLiteral(fixedLiterals_, literal.ordinal); }
     /// The value of a whole-number literal that shapes the text (it is fixed), or SqlError Syntax.
@@ -41,21 +41,21 @@ private:
     int parameters_ = 0;
 };
 
-/// Where an expression stands.
+/// An expression's surroundings.
 struct Place {
     Context& context;
     const Scope& scope;
-    /// Why an aggregate may not stand here, nullptr when it may.
+    /// Why no aggregate is allowed here, nullptr when one is.
     const char* aggregateRefusal = nullptr;
-    /// The condition of the rows that aggregates look at, null for all.
+    /// The condition of the rows that are aggregated, null for all.
     TermPtr aggregateFilter = nullptr;
 };
 
-/// SqlError for an unknown name, a function that is not known and operands that do not go together. A literal is not
-/// yet a parameter: see Settled.
+/// SqlError for an unknown name, an unknown function and incompatible operands. A literal is not yet a parameter: see
+/// Settled.
 TermPtr BindExpression(const Expression& expression, const Place& place);
 
-/// A whole condition, to stand after WHERE or beside AND.
+/// A whole condition, for WHERE or an operand of AND.
 TermPtr BindCondition(const Expression& expression, const Place& place);
 
 }  // namespace kpTables::sql::bind

@@ -66,7 +66,7 @@ Binding StoredBinding(Type type) {
 
 TermPtr ConversionOf(TermPtr term, Type type) { return std::make_shared<Conversion>(std::move(term), type); }
 
-// What an operator computes may run over its type; what a function answers is checked by the function.
+// An operator's result may overflow its type; a function checks its own result.
 bool MayRunOver(const Term& term) {
     switch (term.kind) {
         case TermKind::Arithmetic:

@@ -1,4 +1,4 @@
-// Terms brought to a type, as Jet converts a value.
+// Terms converted to a type, as Jet converts a value.
 #pragma once
 
 #include <string>
@@ -13,27 +13,26 @@ namespace kpTables::sql::bind {
 
 /// A literal bound as given, with its minus when it has one.
 TermPtr Bound(Context& context, const LiteralTerm& literal, Binding binding);
-/// A literal bound as what it is; any other term as it stands.
+/// A literal bound by its own type; any other term unchanged.
 TermPtr Settled(Context& context, TermPtr term);
-/// Settled, a predicate's truth turned into -1 or 0.
+/// Settled, a predicate converted to -1 or 0.
 TermPtr AsValue(Context& context, TermPtr term);
-/// A condition, to stand after WHERE or beside AND. SqlError TypeMismatch for what is neither Boolean nor a number.
+/// A condition, for WHERE or an operand of AND. SqlError TypeMismatch for what is neither Boolean nor a number.
 TermPtr AsCondition(Context& context, TermPtr term);
 /// A number for arithmetic in doubles: Currency in units, a whole number as it is.
 TermPtr AsNumber(Context& context, TermPtr term);
 /// The default text form; Null stays Null.
 TermPtr AsText(Context& context, TermPtr term);
-/// The value as another type holds it. SqlError TypeMismatch when no value converts.
+/// The value converted to the type. SqlError TypeMismatch when no value converts.
 TermPtr Converted(Context& context, TermPtr term, Type type);
-/// As Converted, for a column: what a computed whole number may have outgrown is checked.
+/// As Converted, for a column: a computed whole number is checked against its range.
 TermPtr AsStored(Context& context, TermPtr term, Type type);
-/// With the collation of texts, unless it has it already, as a table's column does. Other types are returned as they
-/// are.
+/// With the collation of texts, unless it already has it, as a table's column does. Other types are returned unchanged.
 TermPtr Collated(TermPtr term);
-/// The same value called another type, for a Null and for what has no type.
+/// The same value with another type, for a Null and an untyped term.
 TermPtr Retyped(TermPtr term, Type type);
 
-/// The type that values of all these types have when they meet in one column or one function's result.
+/// The common type of values of these types in one column or one function's result.
 Type CommonType(const Terms& terms);
 Type CommonType(Type a, Type b);
 

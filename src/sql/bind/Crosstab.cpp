@@ -31,7 +31,7 @@ const SelectCore& CoreOf(const TransformStatement& statement) {
     throw SqlError(ErrorKind::Unsupported, "a TRANSFORM of a UNION", query.offset);
 }
 
-// One pivot value: what its column is called, and the condition of the rows that belong to it.
+// One pivot value: its column's name, and the condition of its rows.
 struct PivotColumn {
     std::string heading;
     TermPtr condition;
@@ -41,8 +41,8 @@ TermPtr RowsOf(TermPtr pivot, TermPtr value) {
     return Compare(ComparisonOperator::Same, Collated(std::move(pivot)), std::move(value));
 }
 
-// The condition for a value that the pivot query has answered with. A double is told by its text form, which is all
-// that is known of it.
+// The condition for a value that the pivot query returned. A double is compared by its text form, which is all that is
+// known of it.
 TermPtr StoredCondition(const LiteralValue& value, const TermPtr& pivot) {
     if (value.kind == LiteralKind::Null) return RowsOf(pivot, NullConstant());
     switch (pivot->type) {
@@ -80,7 +80,7 @@ PivotColumn ColumnOf(Context& context, const Expression& listed, TermPtr pivot) 
     return {null ? kNullHeading : literal->text, RowsOf(std::move(pivot), std::move(value))};
 }
 
-// Most aggregates of no rows are Null by themselves.
+// Most aggregates over no rows are Null.
 bool IsNullOfNoRows(const Expression& aggregate) {
     const auto* call = sql::If<sql::Call>(&aggregate);
     return call && !SameName(call->name, "COUNT");

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kNoAggregate = "cannot have an aggregate function in the statement";
 
-// Whether a name is a second one for a column that the statement names as well, whose value counts then.
+// Whether a name is an alias of a column that the statement names as well, whose value is used then.
 bool IsRepeated(const CatalogTable& table, const std::string& name, const std::vector<std::string>& names) {
     const CatalogColumn* column = FindColumn(table, name);
     return column && column->computed && std::any_of(names.begin(), names.end(), [&](const std::string& other) {
@@ -23,7 +23,7 @@ bool IsRepeated(const CatalogTable& table, const std::string& name, const std::v
            });
 }
 
-// A column for each value; null for a value that does not count.
+// A column for each value; null for a value that is ignored.
 std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const InsertStatement& statement) {
     std::vector<const CatalogColumn*> columns;
     for (std::size_t i = 0; i < statement.columns.size(); ++i) {
@@ -40,7 +40,7 @@ std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const
     return columns;
 }
 
-// The value as the column stores it; a text must not be longer than it takes.
+// The value as the column stores it; a text longer than the column is an error.
 TermPtr ColumnValue(Context& context, TermPtr value, const CatalogColumn& column) {
     value = AsStored(context, std::move(value), column.type);
     if (column.length == 0 || value->type == Type::Null) return value;
@@ -69,7 +69,7 @@ std::vector<TermPtr> BindValues(Context& context, const InsertStatement& stateme
     return values;
 }
 
-// The query whose columns are converted to the table's; one that is more than a SELECT stands in FROM for that.
+// The query whose columns are converted to the table's; any but a plain SELECT is put into FROM for that.
 QueryPtr BindRows(Context& context, const sql::Query& query, const std::vector<const CatalogColumn*>& columns,
                   std::size_t offset) {
     const auto& first = query.members.front();

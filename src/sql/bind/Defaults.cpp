@@ -40,7 +40,7 @@ std::string NumberText(const Literal& literal, const Expression& value, Type typ
     return text;
 }
 
-// The text has no more than a minus and digits.
+// The text is digits, with or without a minus.
 void CheckRange(const std::string& text, const Expression& value, Type type) {
     const bool small = type == Type::Short;
     const std::int64_t most =

@@ -30,7 +30,7 @@ Dependencies::Sources Dependencies::AddJoins(const Table& table) {
     return joined;
 }
 
-// What determines one another inside a query does so outside.
+// Dependencies inside a query hold outside it.
 void Dependencies::AddQuery(const Source& source) {
     if (source.query->members.size() != 1) return;
     const auto& select = source.query->members.front().select;
@@ -54,8 +54,8 @@ void Dependencies::AddEqualities(const Term& condition, const Sources& joined) {
     for (const TermPtr& operand : both->operands) AddEqualities(*operand, joined);
 }
 
-// Where a join keeps a side's rows, the other side's column is equal or, for want of a match, Null, and that is known
-// from the kept side alone as long as the equality is the join's whole condition.
+// Where an outer join keeps a side's rows, the other side's column is equal or, without a match, Null, and the kept
+// side alone determines which as long as the equality is the whole join condition.
 void Dependencies::AddEquality(const Term& condition, const Sources& from, const Sources& to) {
     const auto* equality = If<Comparison>(&condition);
     if (!equality || equality->op != ComparisonOperator::Equal) return;
@@ -74,7 +74,7 @@ const ColumnTerm* Dependencies::OwnColumn(const Term& term) const {
     return column && sources_.count(column->source.get()) > 0 ? column : nullptr;
 }
 
-// Text columns determine nothing: texts that differ in case alone are equal.
+// Text columns determine nothing: texts that differ only in case are equal.
 std::vector<ColumnId> Dependencies::DependentOn(const ColumnId& column) const {
     std::vector<ColumnId> dependent;
     const auto& [source, position] = column;

@@ -1,4 +1,4 @@
-// Functional dependencies: which columns of a SELECT's tables have one value once others have.
+// Functional dependencies: which columns of a SELECT's tables determine which others.
 #pragma once
 
 #include <set>
@@ -16,10 +16,10 @@ class Dependencies {
 public:
     explicit Dependencies(const Select& select);
 
-    /// Gives the column one value, and with it every column that depends on it.
+    /// Marks the column, and every column that depends on it, as having one value.
     void Fix(const ColumnId& column);
     bool IsFixed(const ColumnId& column) const { return fixed_.count(column) > 0; }
-    /// The same for every column of a row of the source.
+    /// Fixes every column of a row of the source.
     void FixRow(const Source& source);
     /// The column of one of the SELECT's own tables that the term is.
     const ColumnTerm* OwnColumn(const Term& term) const;

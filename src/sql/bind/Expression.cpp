@@ -37,7 +37,7 @@ TermPtr BindLiteral(const Literal& literal) {
 }
 
 TermPtr BindName(const Column& column, const Place& place) {
-    // An item's name may stand for an aggregate, so it stands where an aggregate may.
+    // An item's name may stand for an aggregate, so it is allowed where an aggregate is.
     const bool names = !place.aggregateRefusal && !place.scope.Lookup(column);
     if (TermPtr alias = names ? place.scope.FindAlias(column) : nullptr) return alias;
     return place.scope.Resolve(column);
@@ -63,7 +63,7 @@ TermPtr Combined(Context& context, BinaryOperator op, TermPtr left, TermPtr righ
     return BindArithmetic(context, op, std::move(left), std::move(right));
 }
 
-// Operators group to the left, so the tree of a long chain is deep on that side: it is walked, not recursed into.
+// Operators are left-associative, so the tree of a long chain is deep on that side: a loop walks it.
 TermPtr BindBinary(const Binary& top, const Place& place) {
     std::vector<const Binary*> chain;
     const Expression* first = &top;

@@ -23,7 +23,7 @@ void CollectNames(const TableExpression& table, std::vector<std::string>& names)
     }
 }
 
-// What a qualifier may call the tables inside a query.
+// The tables inside a query, as qualifiers name them.
 void CollectNames(const sql::Query& query, std::vector<std::string>& names) {
     for (const auto& member : query.members) {
         if (member.nested)

@@ -8,18 +8,18 @@
 
 namespace kpTables::sql::bind {
 
-/// SqlError Unsupported for a function that is not known, Syntax for a wrong number of arguments.
+/// SqlError Unsupported for an unknown function, Syntax for a wrong number of arguments.
 TermPtr BindCall(const sql::Call& call, const Place& place);
 
-/// CASE operand WHEN condition THEN result ... ELSE the last result END; a null operand: the searched form, and without
-/// as many results as that: no ELSE. The results are brought to one type.
+/// CASE operand WHEN condition THEN result ... ELSE the last result END; a null operand: the searched form; no more
+/// results than conditions: no ELSE. The results get one type.
 TermPtr BindChoice(Context& context, TermPtr operand, Terms conditions, Terms results);
 
 bool IsAggregate(std::string_view function);
-/// SqlError when an aggregate may not stand there or stands within another.
+/// SqlError when an aggregate is not allowed there or is nested in another.
 TermPtr BindAggregate(const sql::Call& call, const Place& place);
 
-/// A function whose meaning depends on its arguments' types.
+/// A function whose translation depends on its arguments' types.
 struct SpecialFunction {
     std::string_view name;  ///< in lower case
     std::size_t least;      ///< number of arguments
@@ -27,7 +27,7 @@ struct SpecialFunction {
     TermPtr (*bind)(Context& context, Terms arguments);
 };
 
-/// The function of that name, letters without regard to case, or nullptr.
+/// The function of that name, ignoring case, or nullptr.
 const SpecialFunction* FindSpecialFunction(std::string_view name);
 
 }  // namespace kpTables::sql::bind

@@ -17,7 +17,7 @@ std::vector<const Expression*> OperandsOf(const Expression& e) {
     return operands;
 }
 
-// The two nodes themselves, their operands aside.
+// The two nodes themselves, without their operands.
 bool SameNode(Context& context, const Scope& scope, const Expression& a, const Expression& b) {
     if (a.kind != b.kind) return false;
     switch (a.kind) {
@@ -114,7 +114,7 @@ void ForEachOperand(const Expression& e, const std::function<void(const Expressi
 }
 
 bool HasAggregate(const Expression& expression) {
-    // A work list in place of recursion: a chain of operators may be thousands deep.
+    // A work list instead of recursion: a chain of operators may be thousands deep.
     std::vector<const Expression*> open{&expression};
     while (!open.empty()) {
         const Expression* e = open.back();
@@ -151,7 +151,7 @@ void CheckGrouped(Context& context, const Scope& scope, const Expression& expres
             return SameExpression(context, scope, *e, *group);
         });
         if (grouped) continue;
-        // A name of none of these tables is an earlier item's, which has been looked at, or an outer query's, which is
+        // A name of none of these tables is an earlier item's, which has been checked, or an outer query's, which is
         // the same for every row here.
         const auto* column = sql::If<Column>(e);
         const auto meaning = column ? scope.Lookup(*column) : Scope::Meaning();

@@ -1,4 +1,4 @@
-// What may stand beside GROUP BY.
+// What GROUP BY allows.
 #pragma once
 
 #include <functional>
@@ -10,18 +10,17 @@
 
 namespace kpTables::sql::bind {
 
-/// True when an aggregate stands in the expression, those of queries within it aside.
+/// True when the expression contains an aggregate, not counting those of its sub-queries.
 bool HasAggregate(const Expression& expression);
 
-/// Calls visit for every direct operand, those inside queries aside.
+/// Calls visit for every direct operand, except inside sub-queries.
 void ForEachOperand(const Expression& expression, const std::function<void(const Expression&)>& visit);
 
-/// True when both expressions mean the same by their names and constants. The literals that made them equal are
-/// fixed.
+/// True when both expressions are equal by their names and constants. The literals compared are fixed.
 bool SameExpression(Context& context, const Scope& scope, const Expression& a, const Expression& b);
 
 /// SqlError when the expression reads a column that is neither grouped by nor inside an aggregate.
-/// isDetermined: whether a column has one value in each group although it is no key.
+/// isDetermined: whether a column that is no key has one value in each group.
 void CheckGrouped(Context& context, const Scope& scope, const Expression& expression,
                   const std::vector<const Expression*>& groups,
                   const std::function<bool(const Scope::Meaning&)>& isDetermined = {});

@@ -5,7 +5,8 @@
 
 namespace kpTables::sql::bind {
 
-/// Jet's abbreviation for a word that the server writes bare: "month", "mm" and "m" are "m". Empty for any other word.
+/// Jet's abbreviation of a word that the server writes unquoted: "month", "mm" and "m" are "m". Empty for any other
+/// word.
 std::string_view IntervalOfWord(std::string_view word);
 
 }  // namespace kpTables::sql::bind

@@ -7,7 +7,7 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-// On numbers these operators work bit by bit in Jet; a condition is all that is needed of them.
+// On numbers these operators are bitwise in Jet; here they are needed for conditions only.
 TermPtr Condition(Context& context, TermPtr term) {
     term = AsCondition(context, std::move(term));
     if (term->type != Type::Boolean && term->type != Type::Null && term->type != Type::Unknown)

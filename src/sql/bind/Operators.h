@@ -1,4 +1,4 @@
-// The operators: which types they take, what they compare as, and what they answer.
+// The operators: their operand types, comparison types and result types.
 #pragma once
 
 #include <vector>
@@ -9,21 +9,21 @@
 namespace kpTables::sql::bind {
 
 /// left op right for + - * / \ Mod ^ and &, with Jet's result types: Currency stays exact with Currency and with whole
-/// numbers, and becomes a Double beside one.
+/// numbers, and becomes a Double with a Double.
 TermPtr BindArithmetic(Context& context, BinaryOperator op, TermPtr left, TermPtr right);
 TermPtr BindNegation(Context& context, TermPtr operand);
 
-/// left op right for = <> < <= > >=. Both sides are brought to what they are compared as: Currency against any other
-/// number in ten-thousandths, a date against a text as a date. SqlError TypeMismatch for a text against a number.
+/// left op right for = <> < <= > >=. Both sides are converted to a common type: Currency against any other number in
+/// ten-thousandths, a date against a text as a date. SqlError TypeMismatch for a text against a number.
 TermPtr BindComparison(Context& context, BinaryOperator op, TermPtr left, TermPtr right);
 TermPtr BindBetween(Context& context, TermPtr operand, TermPtr low, TermPtr high, bool negated);
 TermPtr BindInList(Context& context, TermPtr operand, Terms items, bool negated);
-/// CASE operand WHEN value ...: brings the operand and the values to what they are compared as, in place.
+/// CASE operand WHEN value ...: converts the operand and the values to a common type, in place.
 void MakeComparable(Context& context, TermPtr& operand, std::vector<TermPtr*> values);
-/// The operand of IN (query) for a query whose one column has that type.
+/// The operand of IN (query), converted for a query column of that type.
 TermPtr MembershipOperand(Context& context, TermPtr operand, Type column);
 
-/// Conditions joined by one And or Or. A True beside And and a False beside Or leave no trace.
+/// Conditions joined by one And or Or. True under And and False under Or are dropped.
 TermPtr JoinConditions(Context& context, BinaryOperator op, Terms conditions);
 /// left op right for Xor, Eqv and Imp.
 TermPtr BindLogic(Context& context, BinaryOperator op, TermPtr left, TermPtr right);

@@ -1,5 +1,4 @@
-// Bound statements: what a statement means, with its tables and columns found in the catalog and nothing left to look
-// up.
+// Bound statements: every table and column is resolved against the catalog.
 #pragma once
 
 #include <cstddef>
@@ -16,11 +15,11 @@
 namespace kpTables::sql::bind {
 
 struct SourceColumn {
-    std::string name;  ///< as the statement may call it
+    std::string name;  ///< as statements refer to it
     Type type = Type::Unknown;
-    bool computed = false;   ///< of a table: a star does not list it, and it gives way to another's stored column
-    bool counter = false;    ///< of a table: no two of its rows have the same
-    std::string label = {};  ///< of a query: what the printed query calls it, which no two of its columns share
+    bool computed = false;   ///< of a table: a star omits it, and a stored column of the same name takes precedence
+    bool counter = false;    ///< of a table: its values are unique
+    std::string label = {};  ///< of a query: its unique name in the printed query
 };
 
 /// A table or a query in FROM.
@@ -30,13 +29,13 @@ struct Source {
     const CatalogTable* table = nullptr;
     std::shared_ptr<Query> query;  ///< when it is no table
     std::vector<SourceColumn> columns;
-    /// Of a query: the names of the tables inside it. A qualifier that names one of them, and nothing outside, means
-    /// this query's column of that name.
+    /// Of a query: the names of the tables inside it. A qualifier that names one of them, and nothing outside, denotes
+    /// this query.
     std::vector<std::string> innerNames;
 };
 using SourcePtr = std::shared_ptr<Source>;
 
-/// Lookup: an inner join of each row with the one that a key finds; the rows keep their order.
+/// Lookup: an inner join of each row with the one that its key identifies; the order is kept.
 enum class JoinMethod { Inner, Left, Right, Lookup };
 
 /// A source, or two tables joined.
@@ -49,7 +48,7 @@ struct Table {
 };
 using TablePtr = std::shared_ptr<const Table>;
 
-/// A column that a SELECT answers with.
+/// A result column of a SELECT.
 struct Output {
     TermPtr term;      ///< perhaps a predicate
     std::string name;  ///< the alias, the column's own name, or one made for it
@@ -60,18 +59,18 @@ struct Output {
 struct OrderKey {
     TermPtr term;
     bool descending = false;
-    /// The term is the item at that position, from 1, and is ordered by as such.
+    /// The position, from 1, of the item that the key refers to, if it does.
     std::optional<std::size_t> position = std::nullopt;
     bool isImplied = false;  ///< the statement leaves the order open
 };
 
 struct Select {
     bool distinct = false;
-    bool comparesRows = false;  ///< equal rows are made one, by DISTINCT or by a UNION around it
-    bool grouped = false;       ///< by keys, or all rows to one
-    /// The groups need not come in the order of their keys, as something else orders them.
+    bool comparesRows = false;  ///< duplicate rows are removed, by DISTINCT or by a UNION around it
+    bool grouped = false;       ///< by keys, or all rows into one
+    /// The groups need not come in key order, as something else orders them.
     bool groupsInAnyOrder = false;
-    /// The rows are sorted by the only key, even where an index would bring them in its order.
+    /// The rows are sorted by the only key, even where an index would yield its order.
     bool sortsGroups = false;
     std::vector<TablePtr> from;  ///< separated by commas; empty for a SELECT without FROM
     TermPtr where;
@@ -82,7 +81,7 @@ struct Select {
     std::optional<long long> limit;
 };
 
-/// What a query is for; only a result, and the first rows of an order, need its ORDER BY.
+/// What a query is for; ORDER BY matters only to a result and with a limit.
 enum class QueryUse {
     Result,     ///< the statement itself
     Table,      ///< in FROM: every column has a name of its own
@@ -92,11 +91,11 @@ enum class QueryUse {
 
 struct Query {
     struct Member {
-        bool all = false;  ///< UNION ALL; without meaning for the first member
+        bool all = false;  ///< UNION ALL; unused for the first member
         Select select;
     };
     QueryUse use = QueryUse::Result;
-    bool isCorrelated = false;      ///< names of a query around it may stand in it
+    bool isCorrelated = false;      ///< it may refer to names of a query around it
     std::vector<Member> members;    ///< at least one; joined from left to right
     std::vector<OrderKey> orderBy;  ///< of a union: positions
 
@@ -104,13 +103,13 @@ struct Query {
 };
 using QueryPtr = std::shared_ptr<Query>;
 
-/// A source that answers a query's columns.
+/// A source with a query's columns.
 SourcePtr SourceOf(QueryPtr query);
 /// All columns of the source.
 Select SelectFrom(SourcePtr source);
-/// Names that no two of the items share, in the items' labels.
+/// Gives the items unique labels.
 void LabelItems(std::vector<Output>& items);
-/// A single SELECT's query.
+/// The query of a single SELECT.
 Query QueryOf(Select select, QueryUse use);
 /// The sources of a table, in the order in which the statement writes them.
 void CollectSources(const Table& table, std::vector<SourcePtr>& sources);
@@ -145,7 +144,7 @@ struct Delete {
 /// A column of CREATE TABLE and ADD COLUMN.
 struct Definition {
     const ColumnDefinition* column;
-    bool isSoleKey = false;  ///< the only column of the primary key
+    bool isSoleKey = false;  ///< it alone is the primary key
     bool notNull = false;
     TermPtr defaultValue = nullptr;  ///< a constant of the column's type or a call; null when none
     bool HoldsRowId() const { return column->type.counter || (isSoleKey && column->type.type == Type::Long); }
@@ -154,7 +153,7 @@ struct Definition {
 /// Of CREATE, DROP and ALTER, checked against the catalog.
 struct SchemaChange {
     const Statement* statement;
-    const CatalogTable* table = nullptr;  ///< the one that is changed; null for a new one
+    const CatalogTable* table = nullptr;  ///< the one to change; null for a new one
     std::vector<Definition> columns = {};
     std::vector<std::string> primaryKey = {};
     std::vector<const CatalogColumn*> keys = {};  ///< of an index

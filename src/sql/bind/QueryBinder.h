@@ -12,15 +12,15 @@
 
 namespace kpTables::sql::bind {
 
-/// outer: the names that the query sees beside its own tables, or nullptr.
+/// outer: the names visible besides those of the query's own tables, or nullptr.
 Query BindQuery(Context& context, const sql::Query& query, const Scope* outer, QueryUse use);
 
-/// A column's values are brought to one type in all members. Without an order of the whole, one that the members carry
-/// on their columns becomes the whole's.
+/// Each column gets one type in all members. A union without an order takes over the one that its members have on their
+/// columns.
 Query BindUnion(Context& context, const sql::Query& query, const Scope* outer, QueryUse use);
 
 /// Adds every table of the clause to the scope, in the order in which the statement writes them.
-/// outer: the names that queries in the clause see.
+/// outer: the names visible to queries in the clause.
 std::vector<TablePtr> BindFrom(Context& context, const std::vector<sql::TablePtr>& from, Scope& scope,
                                const Scope* outer);
 
@@ -35,14 +35,14 @@ public:
     bool HasTop() const noexcept { return core_.top != nullptr; }
     const std::vector<Output>& Items() const noexcept { return select_.items; }
 
-    /// A value that stands in the select list, for an item that the statement writes elsewhere.
+    /// A value for the select list that the statement writes elsewhere.
     TermPtr BindItem(const Expression& expression, const TermPtr& aggregateFilter = nullptr);
     void AddItem(Output item) { select_.items.push_back(std::move(item)); }
     void BindOrder(const std::vector<OrderItem>& order);
     void BindLimit();
-    /// Something else orders the groups.
+    /// The groups are ordered by other means.
     void GroupInAnyOrder() { select_.groupsInAnyOrder = true; }
-    /// The position, from 1, of the item that an order names by its number, its name or its expression.
+    /// The position, from 1, of the item that an order refers to by number, name or expression.
     std::optional<std::size_t> PositionOf(const Expression& expression);
     Select Take() { return std::move(select_); }
 
@@ -63,7 +63,7 @@ private:
     Scope scope_;
     Select select_;
     std::vector<const Expression*> groups_;
-    std::vector<const Expression*> itemExpressions_;  ///< beside the items; nullptr for a column of a star
+    std::vector<const Expression*> itemExpressions_;  ///< parallel to the items; nullptr for a column of a star
     int unnamed_ = 0;
 };
 

@@ -13,7 +13,7 @@ std::string Written(const Column& column) {
     return column.table.empty() ? column.name : column.table + "." + column.name;
 }
 
-// The only one of the candidates, nothing when there is none.
+// The only candidate, nothing when there is none.
 class Single {
 public:
     explicit Single(const Column& column) : column_(column) {}
@@ -31,7 +31,7 @@ private:
     Scope::Meaning found_;
 };
 
-// Of two columns of one name in a query the first is meant.
+// Of two columns of one name in a query the first is taken.
 std::optional<std::size_t> PositionOf(const Source& source, const std::string& name) {
     for (std::size_t i = 0; i < source.columns.size(); ++i)
         if (SameName(source.columns[i].name, name)) return i;
@@ -60,7 +60,7 @@ void Scope::RequireSource(const std::string& name, std::size_t offset) const {
 }
 
 Scope::Meaning Scope::LookupHere(const Column& column) const {
-    // A table that got a second name for one of its columns must not make the name of another table's column ambiguous.
+    // A table's alias of one of its columns must not make the name of another table's column ambiguous.
     const auto only = [&](bool computed) {
         Single single(column);
         for (const auto& source : sources_) {

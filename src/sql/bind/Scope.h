@@ -1,4 +1,4 @@
-// The tables that the names of a query may mean.
+// The tables that the names of a query can refer to.
 #pragma once
 
 #include <optional>
@@ -16,7 +16,7 @@ class Scope {
 public:
     explicit Scope(const Scope* outer) : outer_(outer) {}
 
-    /// A column that a name means.
+    /// A column that a name denotes.
     struct Meaning {
         SourcePtr source;
         std::size_t column = 0;
@@ -32,7 +32,7 @@ public:
     /// SqlError when no source has the name of a qualified star.
     void RequireSource(const std::string& name, std::size_t offset) const;
 
-    /// The column that a name means, here or in a query around this one. SqlError when it is unknown or could be two.
+    /// The column that a name denotes, here or in a query around this one. SqlError when it is unknown or ambiguous.
     TermPtr Resolve(const Column& column) const;
     /// As Resolve; nothing when the name is unknown.
     Meaning Lookup(const Column& column) const;
@@ -40,7 +40,7 @@ public:
     /// True for a column of this scope's own tables, false for one of a query around it.
     bool Owns(const Meaning& meaning) const;
 
-    /// A select item's name, which the items after it may use.
+    /// A select item's name, visible to the items after it.
     void AddAlias(std::string name, TermPtr term) { aliases_.emplace_back(std::move(name), std::move(term)); }
     /// The item, or null.
     TermPtr FindAlias(const Column& column) const;
@@ -54,7 +54,7 @@ private:
     std::vector<std::pair<std::string, TermPtr>> aliases_;
 };
 
-/// A table under the name that the statement gives it.
+/// A table by the name that the statement gives it.
 SourcePtr SourceOfTable(const CatalogTable& table, const std::string& written, const std::string& alias);
 
 }  // namespace kpTables::sql::bind

@@ -156,7 +156,7 @@ OrderKey SelectBinder::BindOrderKey(const OrderItem& item) {
     return {AsValue(context_, BindExpression(expression, {context_, scope_})), item.descending};
 }
 
-// Groups can be ordered by what their keys determine, shown or not.
+// Groups can be ordered by any column that their keys determine.
 void SelectBinder::CheckOrdered(const Expression& expression) {
     Dependencies dependencies(select_);
     for (const TermPtr& key : select_.groupBy)

@@ -21,7 +21,7 @@ TermPtr ConvertedTo(Context& context, Terms arguments) {
     return Converted(context, std::move(arguments[0]), kType);
 }
 
-// A whole number that is asked for is checked even when the argument is one: a computed one may have outgrown it.
+// A conversion to a whole number is checked even when the argument is one: a computed one may be out of range.
 TermPtr ToLong(Context& context, Terms arguments) {
     return AsStored(context, AsValue(context, std::move(arguments[0])), Type::Long);
 }
@@ -38,7 +38,7 @@ TermPtr Coalesced(Context& context, Terms arguments) {
     return Call("coalesce", std::move(arguments), type);
 }
 
-// With one argument a Null counts as 0 or as an empty text.
+// With one argument a Null becomes 0 or an empty text.
 TermPtr Nz(Context& context, Terms arguments) {
     if (arguments.size() == 2) return Coalesced(context, std::move(arguments));
     TermPtr value = AsValue(context, std::move(arguments[0]));
@@ -68,7 +68,7 @@ TermPtr Switch(Context& context, Terms arguments) {
     return BindChoice(context, nullptr, std::move(conditions), std::move(results));
 }
 
-// The index is cut to a whole number.
+// The index is rounded down.
 TermPtr Choose(Context& context, Terms arguments) {
     TermPtr index = Call("int", {AsNumber(context, std::move(arguments[0]))}, Type::Double);
     Terms positions;
@@ -78,7 +78,7 @@ TermPtr Choose(Context& context, Terms arguments) {
     return BindChoice(context, std::move(index), std::move(positions), std::move(arguments));
 }
 
-// A text is asked whether it reads as one of those; anything else is known by its type.
+// A text is tested when the statement runs; anything else is known by its type.
 TermPtr ReadsAs(Context& context, TermPtr value, bool known, std::string_view function) {
     if (known) return BindIsNull(context, std::move(value), true);
     auto test = std::make_shared<CallTerm>(function, Terms{AsText(context, std::move(value))}, Type::Boolean);
@@ -96,7 +96,7 @@ TermPtr IsDateTest(Context& context, Terms arguments) {
     return ReadsAs(context, std::move(arguments[0]), date, "isdate");
 }
 
-// A number brought to a whole one keeps its type: what is whole already stays as it is.
+// A number that is rounded keeps its type: a whole one is left as it is.
 TermPtr Rounded(Context& context, Terms arguments, std::string_view real, std::string_view currency) {
     TermPtr value = arguments[0]->type == Type::Text ? AsNumber(context, std::move(arguments[0]))
                                                      : AsValue(context, std::move(arguments[0]));
@@ -107,7 +107,7 @@ TermPtr Rounded(Context& context, Terms arguments, std::string_view real, std::s
     return Call(exact ? currency : real, std::move(arguments), exact ? Type::Currency : Type::Double);
 }
 
-// A date that is cut to whole days stays a date.
+// A date truncated to whole days stays a date.
 TermPtr Cut(Context& context, Terms arguments, std::string_view real, std::string_view currency) {
     const bool date = arguments[0]->type == Type::Date;
     TermPtr days = Rounded(context, std::move(arguments), real, currency);

@@ -1,4 +1,4 @@
-// A statement's tree to what it means for a book.
+// Binds a statement's tree to a book's catalog.
 #pragma once
 
 #include <vector>
@@ -10,15 +10,14 @@
 
 namespace kpTables::sql::bind {
 
-/// Finds the tables and columns, gives every expression a type and makes every conversion a node. Raises SqlError for a
-/// table or a column that is not there and operands whose types do not go together. The bound statement points into
-/// both arguments.
+/// Resolves tables and columns, gives every expression a type and makes every conversion a node. Raises SqlError for an
+/// unknown table or column and operands of incompatible types. The bound statement points into both arguments.
 /// pivotValues: for TRANSFORM, the values of its PIVOT expression in the order of the columns (see BindPivotQuery),
 /// each in its default text form, which becomes the column's name; else empty.
 BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
                              const std::vector<LiteralValue>& pivotValues = {});
 
-/// For a TRANSFORM without an IN list: the query that lists its pivot values in ascending order, Null among them.
+/// For a TRANSFORM without an IN list: the query that lists its pivot values in ascending order, Null included.
 BoundStatement BindPivotQuery(const TransformStatement& statement, const Catalog& catalog);
 
 /// The select items, the aggregate over all rows of a group when it has an alias, then a column for each pivot value:

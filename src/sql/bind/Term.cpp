@@ -79,7 +79,7 @@ Term::~Term() {
     if (operands.empty()) return;
     TermPtr next = std::move(operands.front());
     while (next && next.use_count() == 1 && !next->operands.empty()) {
-        // Nobody else holds the term, so its first operand may be taken out of it.
+        // The term is not shared, so its first operand may be moved out of it.
         TermPtr inner = std::move(const_cast<Term&>(*next).operands.front());
         next = std::move(inner);
     }

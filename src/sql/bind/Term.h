@@ -1,5 +1,5 @@
-// Bound expressions: every column points at its source, every expression has its type, every conversion is a node of
-// its own. Terms never change once they are made, so that several places may share one.
+// Bound expressions: every column points to its source, every expression has its type, every conversion is a node of
+// its own. Terms are immutable once made, so that they can be shared.
 #pragma once
 
 #include <cstddef>
@@ -55,13 +55,13 @@ struct Term {
     Term(TermKind k, Type t, Terms parts);
     Term(const Term&) = default;
     Term& operator=(const Term&) = delete;
-    /// A chain of operators may be thousands deep on its left: it is unmade in a loop.
+    /// A chain of operators may be thousands deep on its left: it is destroyed in a loop.
     virtual ~Term();
     virtual std::shared_ptr<Term> Clone() const = 0;
 
     const TermKind kind;
     Type type;
-    /// Answers true, false or unknown; where a value is needed, a PredicateValue stands around it.
+    /// Yields true, false or unknown; where a value is needed, a PredicateValue wraps it.
     bool predicate = false;
     bool constant;           ///< reads no row
     std::size_t offset = 0;  ///< in the statement's text
@@ -77,7 +77,7 @@ template <class Node>
 const Node* If(const TermPtr& term) {
     return If<Node>(term.get());
 }
-/// The term as its own class; the caller has looked at kind.
+/// The term as its own class; the caller has checked kind.
 template <class Node>
 const Node& As(const Term& term) {
     return static_cast<const Node&>(term);
@@ -90,7 +90,7 @@ struct TermOf : Term {
     std::shared_ptr<Term> Clone() const override { return std::make_shared<Node>(static_cast<const Node&>(*this)); }
 };
 
-/// A literal whose binding waits for the other operand or the column it goes to. None is left in a bound statement.
+/// A literal whose binding depends on the other operand or its target column. A bound statement contains none.
 struct LiteralTerm : TermOf<LiteralTerm, TermKind::Literal> {
     const Literal* literal;
     bool negative = false;    ///< a minus stands before it
@@ -98,7 +98,7 @@ struct LiteralTerm : TermOf<LiteralTerm, TermKind::Literal> {
     LiteralTerm(const Literal& l, Type t) : TermOf(t, {}), literal(&l) { offset = l.offset; }
 };
 
-/// Leaves numbers between two parameters' sequences for those that a rule makes of one.
+/// Leaves room between two parameters' sequences for those that a rule derives from one.
 inline constexpr int kSequenceStep = 4;
 
 /// A literal's value, bound as a binding says.
@@ -106,7 +106,7 @@ struct ParameterTerm : TermOf<ParameterTerm, TermKind::Parameter> {
     LiteralKind literal;
     std::string text;
     int ordinal;
-    std::size_t literalOffset;  ///< where a function stands around the literal, offset is the function's
+    std::size_t literalOffset;  ///< offset is the function's when a function wraps the literal
     Binding binding;
     bool negative = false;  ///< Currency with a minus before it
     int sequence;           ///< parameters are numbered in this order
@@ -124,7 +124,7 @@ struct ParameterTerm : TermOf<ParameterTerm, TermKind::Parameter> {
 
 enum class ConstantKind { Null, Boolean, Truth, Number, Text };
 
-/// A value that the statement's meaning holds. Boolean is the value -1 or 0, Truth the predicate.
+/// A value fixed by the statement itself. Boolean is the value -1 or 0, Truth the predicate.
 struct ConstantTerm : TermOf<ConstantTerm, TermKind::Constant> {
     ConstantKind constantKind;
     std::string text;
@@ -141,7 +141,7 @@ struct ColumnTerm : TermOf<ColumnTerm, TermKind::Column> {
     bool SameAs(const ColumnTerm& other) const { return source == other.source && column == other.column; }
 };
 
-/// What tells a table's row from its others, in the order in which they were added.
+/// The id of a table's row, ascending in insertion order.
 struct RowIdTerm : TermOf<RowIdTerm, TermKind::RowId> {
     std::shared_ptr<const Source> source;
     explicit RowIdTerm(std::shared_ptr<const Source> s);
@@ -156,7 +156,7 @@ struct Arithmetic : TermOf<Arithmetic, TermKind::Arithmetic> {
 
 /// Texts, or whole numbers as they are, joined to one text.
 struct Concatenation : TermOf<Concatenation, TermKind::Concatenation> {
-    /// What a Null does.
+    /// The effect of a Null.
     enum class Nulls {
         Spread,   ///< makes the whole Null
         AsEmpty,  ///< counts as an empty text: one of the operands is never Null
@@ -174,10 +174,10 @@ struct Negation : TermOf<Negation, TermKind::Negation> {
 
 enum class ComparisonOperator { Equal, NotEqual, Less, LessEqual, Greater, GreaterEqual, Same, Different };
 
-/// The operator that compares the same when the sides change places.
+/// The equivalent operator with the sides swapped.
 ComparisonOperator Mirrored(ComparisonOperator op);
 
-/// Same and Different hold Null equal to Null.
+/// Same and Different treat two Nulls as equal.
 struct Comparison : TermOf<Comparison, TermKind::Comparison> {
     ComparisonOperator op;
     Comparison(ComparisonOperator o, TermPtr left, TermPtr right);
@@ -211,7 +211,7 @@ struct ExistsTerm : TermOf<ExistsTerm, TermKind::Exists> {
     explicit ExistsTerm(std::shared_ptr<Query> q);
 };
 
-/// A query that stands for one value.
+/// A query that yields one value.
 struct ScalarQuery : TermOf<ScalarQuery, TermKind::ScalarQuery> {
     std::shared_ptr<Query> query;
     ScalarQuery(std::shared_ptr<Query> q, Type t);
@@ -222,7 +222,7 @@ enum class LogicOperator { And, Or };
 /// Two or more conditions joined by one operator.
 struct Logic : TermOf<Logic, TermKind::Logic> {
     LogicOperator op;
-    bool isUnit = false;  ///< one condition to the reader: it keeps its parentheses within another of its kind
+    bool isUnit = false;  ///< kept in parentheses for readability within another of its kind
     Logic(LogicOperator o, Terms conditions);
 };
 
@@ -232,13 +232,13 @@ struct NotTerm : TermOf<NotTerm, TermKind::Not> {
 
 /// A function by its neutral name; a printer knows how its engine calls it.
 struct CallTerm : TermOf<CallTerm, TermKind::Call> {
-    std::string_view name;  ///< of a literal in the program
+    std::string_view name;  ///< points to a string literal
     CallTerm(std::string_view n, Terms arguments, Type t);
 };
 
 enum class AggregateFunction { Count, Sum, Average, Minimum, Maximum, First, Last, StDev, StDevP, Var, VarP };
 
-/// Over all rows of a group, or those that the filter holds for.
+/// Over all rows of a group, or those that meet the filter.
 struct Aggregate : TermOf<Aggregate, TermKind::Aggregate> {
     AggregateFunction function;
     bool distinct = false;
@@ -249,7 +249,7 @@ struct Aggregate : TermOf<Aggregate, TermKind::Aggregate> {
     const Term* Filter() const { return filtered ? operands.back().get() : nullptr; }
 };
 
-/// operands: the operand if there is one, then condition and result by turns, then the result of ELSE if there is one.
+/// operands: the operand if there is one, then pairs of condition and result, then the result of ELSE if there is one.
 struct CaseTerm : TermOf<CaseTerm, TermKind::Case> {
     bool hasOperand;
     bool hasElse;
@@ -261,13 +261,13 @@ struct DateOfParts : TermOf<DateOfParts, TermKind::DateOfParts> {
     DateOfParts(TermPtr year, TermPtr month, TermPtr day);
 };
 
-/// The operand's value as another type holds it. From a number to an equally exact one it changes nothing but the type.
+/// The operand converted to another type. Between equally exact numbers it changes nothing but the type.
 struct Conversion : TermOf<Conversion, TermKind::Conversion> {
     bool rounded = true;  ///< false: Currency to compare with, which may have more than four decimals
     Conversion(TermPtr operand, Type t);
 };
 
-/// An error unless the computed value is one of its type.
+/// An error unless the computed value is within its type's range.
 struct RangeCheck : TermOf<RangeCheck, TermKind::RangeCheck> {
     explicit RangeCheck(TermPtr operand);
 };
@@ -301,20 +301,20 @@ TermPtr ColumnOf(std::shared_ptr<const Source> source, std::size_t column, std::
 TermPtr At(const TermPtr& term, std::size_t offset);
 TermPtr WithOperands(const Term& term, Terms operands);
 
-/// The value of a condition that is always true or always false; nullptr for any other term.
+/// The value of a condition that is constantly true or false; nullptr for any other term.
 const ConstantTerm* KnownTruth(const Term& term);
 bool IsTrue(const Term& term);
 
 bool IsWhole(Type type) noexcept;    ///< Boolean, Short or Long
 bool IsNumeric(Type type) noexcept;  ///< IsWhole, Double or Currency
-/// Whether values of the first type are values of the second one as they are.
+/// Whether values of the first type are values of the second one unchanged.
 bool IsWidening(Type from, Type to) noexcept;
 
 /// The table's column that the term is, perhaps widened; nullptr for any other term.
 const ColumnTerm* StoredColumn(const Term& term);
 /// The column, of a table or a query, that the term is; nullptr for any other term.
 const ColumnTerm* AnyColumn(const Term& term);
-/// Equal nodes all the way down; parameters are equal when their literals and bindings are.
+/// Structurally equal; parameters are equal when their literals and bindings are.
 bool SameTerm(const Term& a, const Term& b);
 
 }  // namespace kpTables::sql::bind

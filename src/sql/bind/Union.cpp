@@ -40,7 +40,7 @@ public:
     }
 
 private:
-    // A member with its own first rows becomes a table, whose columns can be converted.
+    // A member with its own limit becomes a table, whose columns can be converted.
     Select Bind(const sql::Query::Member& member) {
         const SelectCore* core = PlainCore(member);
         Select select;
@@ -78,7 +78,7 @@ private:
         return false;
     }
 
-    // The order of the whole goes by the first member's columns.
+    // The order of the whole refers to the first member's columns.
     void NoteWholeOrder(SelectBinder* first, const std::vector<Output>& items) {
         for (const auto& item : query_.orderBy) {
             auto position = first ? first->PositionOf(*item.expression) : std::nullopt;

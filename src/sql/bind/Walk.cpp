@@ -124,7 +124,7 @@ void ForEachTerm(const BoundStatement& statement, const std::function<void(const
 }
 
 TermPtr Changed(const TermPtr& term, const Change& change) {
-    // The first operands are walked, not recursed into.
+    // The first operands are visited in a loop.
     std::vector<const TermPtr*> spine{&term};
     while (!(*spine.back())->operands.empty()) spine.push_back(&(*spine.back())->operands.front());
     TermPtr first;

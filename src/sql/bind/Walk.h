@@ -8,23 +8,23 @@
 
 namespace kpTables::sql::bind {
 
-/// Calls visit for the term and every operand below it, queries within it aside.
+/// Calls visit for the term and every operand below it, except inside queries.
 void ForEachTerm(const Term& term, const std::function<void(const Term&)>& visit);
 /// Whether the test holds for the term or an operand below it.
 bool AnyTerm(const Term& term, const std::function<bool(const Term&)>& test);
 
-/// Calls visit for every expression of the SELECT as a whole, its joins' conditions among them.
+/// Calls visit for every expression of the SELECT as a whole, including join conditions.
 void ForEachExpression(const Select& select, const std::function<void(const TermPtr&)>& visit);
-/// Calls visit for every expression of the statement that stands outside of its queries.
+/// Calls visit for every expression of the statement outside its queries.
 void ForEachExpression(const BoundStatement& statement, const std::function<void(const TermPtr&)>& visit);
-/// Calls visit for every query of the statement once, those within a query before it.
+/// Calls visit for every query of the statement once, inner queries first.
 void ForEachQuery(const BoundStatement& statement, const std::function<void(Query&)>& visit);
-/// Every term of the statement, those of its queries included.
+/// Every term of the statement, including those of its queries.
 void ForEachTerm(const BoundStatement& statement, const std::function<void(const Term&)>& visit);
 
-/// The term with every node replaced by what change answers for it, operands first.
+/// The term with every node replaced by what change returns for it, operands first.
 TermPtr Changed(const TermPtr& term, const std::function<TermPtr(const TermPtr&)>& change);
-/// Every expression of the SELECT replaced by what change answers for it.
+/// Every expression of the SELECT replaced by what change returns for it.
 void ChangeExpressions(Select& select, const std::function<TermPtr(const TermPtr&)>& change);
 
 }  // namespace kpTables::sql::bind

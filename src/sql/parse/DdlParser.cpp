@@ -1,4 +1,4 @@
-// Statements that make and change tables and indexes.
+// Statements that create and change tables and indexes.
 #include "sql/parse/ParserRules.h"
 
 namespace kpTables::sql::parse {
@@ -20,7 +20,7 @@ bool AcceptPrimaryKey(TokenCursor& cursor) {
     return true;
 }
 
-/// A key of one column, perhaps with a name, which no engine needs: the tree does not keep it.
+/// A key of one column. Its optional name is dropped: no engine needs it.
 bool AcceptColumnKey(TokenCursor& cursor, ColumnDefinition& column) {
     const bool named = cursor.Accept("CONSTRAINT");
     if (named) cursor.TakeName("a constraint's name");

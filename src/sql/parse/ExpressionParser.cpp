@@ -44,7 +44,7 @@ ExpressionPtr ParsePredicate(TokenCursor& cursor, ExpressionPtr operand) {
     return std::make_unique<Between>(negated, std::move(operand), std::move(low), std::move(high), at);
 }
 
-/// An operand with the NOT or the signs in front of it.
+/// An operand with the NOT or the signs before it.
 ExpressionPtr ParsePrefixed(TokenCursor& cursor, Precedence loosest) {
     TokenCursor::Nesting nesting(cursor);
     nesting.Deepen();

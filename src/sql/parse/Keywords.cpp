@@ -18,7 +18,7 @@ constexpr std::array<std::string_view, 38> kReserved = {
     "RIGHT", "SELECT", "SET",   "TRUE",    "UNION", "UPDATE", "WHERE",  "XOR"};
 static_assert(std::is_sorted(kReserved.begin(), kReserved.end()));
 
-/// A keyword with the words after which it is told from the name it touches.
+/// A keyword with the words after which it is split from a name that follows it.
 struct Splitting {
     std::string_view keyword;
     bool afterOperand;

@@ -1,4 +1,4 @@
-// Text to tokens, for the union of both dialects.
+// Splits text into tokens, for the union of both dialects.
 #pragma once
 
 #include <cstddef>
@@ -14,13 +14,13 @@ enum class TokenKind { Word, QuotedName, Literal, Operator, Variable, End };
 
 struct Token {
     TokenKind kind;
-    std::string_view text;  ///< as it stands in the statement (a quoted name without its brackets)
+    std::string_view text;  ///< as written in the statement (a quoted name without its brackets)
     std::size_t offset;
     LiteralKind literal = LiteralKind::Null;  ///< of a Literal: Integer, Decimal, Text or Date
     int ordinal = -1;                         ///< of a Literal: its number among the statement's literals
 };
 
-/// A statement cut into tokens (the last one is End), with its literals' values by ordinal.
+/// A statement's tokens (the last one is End), with its literals' values by ordinal.
 struct TokenStream {
     std::vector<Token> tokens;
     std::vector<LiteralValue> literals;

@@ -1,4 +1,4 @@
-// The binary operators: how they are written and how tightly they bind. Parser and printer read one table.
+// The binary operators: their spelling and precedence. Parser and printer read one table.
 #pragma once
 
 #include <string_view>

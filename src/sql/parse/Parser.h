@@ -1,4 +1,4 @@
-// Tokens to tree.
+// Parser of tokens.
 #pragma once
 
 #include <string_view>

@@ -22,7 +22,7 @@ std::unique_ptr<Query> ParseQuery(TokenCursor& cursor);
 /// "(SELECT ...)"; the cursor is at the opening parenthesis.
 std::unique_ptr<Query> ParseQueryInParentheses(TokenCursor& cursor);
 SelectItem ParseSelectItem(TokenCursor& cursor);
-/// A table with everything that is joined to it.
+/// A table with all that is joined to it.
 TablePtr ParseTable(TokenCursor& cursor);
 /// "AS name" or a bare name; "" when there is none.
 std::string ParseAlias(TokenCursor& cursor);

@@ -1,4 +1,4 @@
-// Operands: constants, columns, calls, casts, cases and whatever stands in parentheses.
+// Operands: constants, columns, calls, casts, cases and anything in parentheses.
 #include "sql/parse/Keywords.h"
 #include "sql/parse/ParserRules.h"
 

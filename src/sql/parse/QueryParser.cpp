@@ -15,7 +15,7 @@ ExpressionPtr ParseTop(TokenCursor& cursor) {
     return std::make_unique<Literal>(count.literal, cursor.ValueOf(count).text, count.ordinal, count.offset);
 }
 
-/// DISTINCTROW drops nothing from the rows of one table; over several it would need the rows' identity.
+/// DISTINCTROW removes no rows of a single table; over several it would need row identity.
 void CheckDistinctRow(const TokenCursor& cursor, const Token& word, const SelectCore& core) {
     if (core.from.size() > 1 || (core.from.size() == 1 && core.from.front()->kind == TableKind::Join))
         cursor.FailUnsupported(word, "DISTINCTROW over several tables");
@@ -78,7 +78,7 @@ Query::Member ParseMember(TokenCursor& cursor) {
     return member;
 }
 
-/// A member that carries an ORDER BY although the chain goes on becomes a query of its own.
+/// A member with an ORDER BY that does not end the chain becomes a query of its own.
 Query::Member WithOrder(Query::Member member, std::vector<OrderItem> order, std::size_t at) {
     Query::Member outer;
     outer.all = member.all;

@@ -16,7 +16,7 @@ constexpr std::string_view kLargestInteger = "2147483648";
 
 struct Character {
     std::uint32_t code = 0;
-    std::size_t length = 0;  ///< in bytes; 0 when the bytes are no character
+    std::size_t length = 0;  ///< in bytes; 0 when the bytes are not valid UTF-8
 };
 
 unsigned char Byte(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
@@ -40,7 +40,7 @@ Character Decode(std::string_view text, std::size_t at) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// What a character of ASCII may be part of.
+/// What an ASCII character can be part of.
 enum class Role : unsigned char { None, Blank, Name, Digit, Quote, DateSign, Bracket, VariableSign, Operator };
 
 constexpr std::array<Role, 128> Roles() {
@@ -55,7 +55,7 @@ constexpr std::array<Role, 128> Roles() {
     set("#", Role::DateSign);
     set("[", Role::Bracket);
     set("@", Role::VariableSign);
-    // Those that begin no longer one.
+    // Those that start no longer operator.
     set("(),;*/\\^+&=", Role::Operator);
     return roles;
 }
@@ -69,13 +69,13 @@ Role RoleAt(std::string_view text, std::size_t at) {
 
 bool IsInName(Role role) { return role == Role::Name || role == Role::Digit; }
 
-/// Every character from U+4000 to U+9FFF is part of a name, most of the Chinese ones among them.
+/// Every character from U+4000 to U+9FFF, most Chinese ones included, is part of a name.
 bool IsIdeograph(std::string_view text, std::size_t at) {
     const unsigned char lead = Byte(text, at);
     return lead >= 0xE4 && lead <= 0xE9 && text.size() - at > 2 && Continues(text, at + 1) && Continues(text, at + 2);
 }
 
-/// Controls, the no-break blank and the byte order mark look like nothing and are no part of a name.
+/// Controls, the no-break space and the byte order mark are invisible and no part of a name.
 bool IsInvisible(std::uint32_t code) { return code <= 0xA0 || code == 0xFEFF; }
 
 bool FitsInteger(std::string_view digits) {
@@ -86,7 +86,7 @@ bool FitsInteger(std::string_view digits) {
            (digits.size() == kLargestInteger.size() && digits <= kLargestInteger);
 }
 
-/// The length of the name's character at this place, 0 when there is none.
+/// The length of the name character at this position, 0 when there is none.
 std::size_t NameCharacterLength(std::string_view text, std::size_t at) {
     if (at >= text.size()) return 0;
     if (Byte(text, at) < 0x80) return IsInName(RoleAt(text, at)) ? 1 : 0;

@@ -1,4 +1,4 @@
-// The text cut into its smallest pieces; what Tokenize and Shape have in common, so that they cannot disagree.
+// Splits the text into its smallest pieces, for both Tokenize and Shape, so that they cannot disagree.
 #pragma once
 
 #include <cstddef>
@@ -17,19 +17,19 @@ struct Lexeme {
     bool blankBefore = false;
 };
 
-/// Whether the text is one name that needs no brackets for its characters.
+/// Whether the text is one name whose characters need no brackets.
 bool IsBareName(std::string_view text);
 
 class Scanner {
 public:
     explicit Scanner(std::string_view text) : text_(text) {}
 
-    /// The next piece; End for ever after the last. Raises SqlError for what cannot be read.
+    /// The next piece; End after the last. Raises SqlError for what cannot be read.
     Lexeme Next();
 
-    /// The piece as it stands in the text.
+    /// The piece as written in the text.
     std::string_view TextOf(const Lexeme& piece) const { return text_.substr(piece.begin, piece.end - piece.begin); }
-    /// A literal's value: without its quotes or signs, doubled quotes made one.
+    /// A literal's value: without its quotes or signs, doubled quotes undoubled.
     std::string ValueOf(const Lexeme& piece) const;
 
 private:
@@ -48,7 +48,7 @@ private:
 
     std::string_view text_;
     std::size_t at_ = 0;
-    bool afterName_ = false;  ///< the last piece was a name that ends here: a point belongs to it, not to a number
+    bool afterName_ = false;  ///< the last piece was a name that ends here: a point qualifies it and starts no number
 };
 
 }  // namespace kpTables::sql::parse

@@ -1,4 +1,4 @@
-// FROM: tables, queries that stand for tables, and joins.
+// FROM: tables, derived tables, and joins.
 #include "sql/parse/ParserRules.h"
 
 namespace kpTables::sql::parse {
@@ -21,7 +21,7 @@ TablePtr ParseSingleTable(TokenCursor& cursor) {
     return table;
 }
 
-/// Takes "INNER JOIN", "LEFT [OUTER] JOIN" or "RIGHT [OUTER] JOIN"; false when none of them stands here.
+/// Takes "INNER JOIN", "LEFT [OUTER] JOIN" or "RIGHT [OUTER] JOIN"; false when there is none here.
 bool AcceptJoin(TokenCursor& cursor, JoinKind& kind) {
     if (cursor.Accept("INNER")) {
         kind = JoinKind::Inner;

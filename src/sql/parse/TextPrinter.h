@@ -1,4 +1,4 @@
-// Tree back to text, in one canonical spelling that parses to the same tree.
+// Prints a tree in a canonical spelling that parses to the same tree.
 #pragma once
 
 #include <string>

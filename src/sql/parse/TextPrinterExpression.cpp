@@ -10,7 +10,7 @@ namespace kpTables::sql::parse {
 
 namespace {
 
-/// Words that are no name where they may stand first: in a list of columns, after TOP n, after CASE.
+/// Words that are no name in first place: of a list of columns, after TOP n, after CASE.
 constexpr std::array<std::string_view, 5> kOpening = {"CONSTRAINT", "PERCENT", "PRIMARY", "UNIQUE", "WHEN"};
 
 bool NeedsBrackets(std::string_view name) {
@@ -81,13 +81,13 @@ void WriteUnary(std::string& out, const Unary& e) {
         return;
     }
     out += e.op == UnaryOperator::Minus ? '-' : '+';
-    // Two signs without a blank would read as a comment in one of the dialects. In parentheses, a text as deep as may
-    // be would print as one that is too deep to be read again.
+    // Two signs without a blank would start a comment in one of the dialects. Parentheses could make a text at the
+    // nesting limit too deep to be parsed again.
     if (PrecedenceOf(*e.operand) == Precedence::Sign) out += ' ';
     WriteExpression(out, *e.operand, Precedence::Sign);
 }
 
-/// A chain is written from its first operand on, in a loop: it may be long.
+/// A chain may be long: a loop writes it from its first operand on.
 void WriteBinary(std::string& out, const Binary& e) {
     std::vector<const Binary*> chain;
     for (const Binary* node = &e; node; node = If<Binary>(node->left.get())) {

@@ -10,13 +10,13 @@
 
 namespace kpTables::sql::parse {
 
-/// In brackets when it would not be read back as this name without them.
+/// In brackets when it would not parse as this name without them.
 void WriteName(std::string& out, std::string_view name);
 void WriteNames(std::string& out, const std::vector<std::string>& names);
 /// " AS name", nothing for "".
 void WriteAlias(std::string& out, std::string_view alias);
 
-/// In parentheses when it binds more loosely than the place allows.
+/// In parentheses when its precedence is lower than the context's.
 void WriteExpression(std::string& out, const Expression& e, Precedence loosest = Precedence::Implication);
 void WriteExpressions(std::string& out, const std::vector<ExpressionPtr>& list);
 void WriteType(std::string& out, const TypeName& type);

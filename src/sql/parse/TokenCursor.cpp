@@ -12,7 +12,7 @@ namespace {
 constexpr int kDeepest = 200;
 constexpr int kMostChained = 20000;
 
-/// Whether the token can stand after a query in parentheses that is itself a member of a query.
+/// Whether the token can follow a query in parentheses that is itself a member of a query.
 bool FollowsQuery(const Token& token) {
     if (token.kind == TokenKind::Word) return SameWord(token.text, "UNION") || SameWord(token.text, "ORDER");
     if (token.kind == TokenKind::Operator) return token.text == ")" || token.text == ";";
@@ -24,7 +24,7 @@ bool FollowsQuery(const Token& token) {
 TokenCursor::TokenCursor(std::string_view text) : text_(text), stream_(Tokenize(text)) { FindQueries(); }
 
 /// "((SELECT" may open a query in parentheses or a value and a table that begin with one: what follows the closing
-/// parenthesis decides, so the answers are found from the last token to the first.
+/// parenthesis decides, so the tokens are examined from last to first.
 void TokenCursor::FindQueries() {
     const std::vector<Token>& tokens = stream_.tokens;
     startsQuery_.assign(tokens.size(), 0);
@@ -116,7 +116,7 @@ int TokenCursor::TakeNumber(std::string_view what, int least, int most) {
 void TokenCursor::Fail(std::string_view what) const { FailAt(Peek(), std::string("expected ") + std::string(what)); }
 
 void TokenCursor::FailAt(const Token& token, std::string_view complaint) const {
-    // A name's brackets are part of what the reader looks for.
+    // The message quotes a name with its brackets.
     const bool quoted = token.kind == TokenKind::QuotedName;
     const std::string_view spelling = quoted ? text_.substr(token.offset, token.text.size() + 2) : token.text;
     throw SyntaxError(text_, token.offset, spelling, complaint);

@@ -1,4 +1,4 @@
-// The parser's place in the tokens, with the questions and complaints that every rule shares.
+// The parser's position in the tokens, with the tests and errors that all rules share.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ public:
     bool AtOperator(std::string_view sign, std::size_t ahead = 0) const;
     /// Whether a name can be read here: a word that is not reserved, or one in brackets.
     bool AtName(std::size_t ahead = 0) const;
-    /// Whether a query begins here, perhaps after opening parentheses that belong to it.
+    /// Whether a query begins here, perhaps after opening parentheses of its own.
     bool AtQuery(std::size_t ahead = 0) const;
     bool AtEnd() const { return Peek().kind == TokenKind::End; }
 
@@ -30,7 +30,7 @@ public:
     bool AcceptOperator(std::string_view sign);
     void Expect(std::string_view word);
     void ExpectOperator(std::string_view sign);
-    /// Takes a name; what says whose, for the complaint: "a table's name".
+    /// Takes a name; what describes it in the error: "a table's name".
     std::string TakeName(std::string_view what);
 
     const LiteralValue& ValueOf(const Token& literal) const;
@@ -43,11 +43,10 @@ public:
     [[noreturn]] void FailAt(const Token& token, std::string_view complaint) const;
     [[noreturn]] void FailUnsupported(const Token& token, std::string_view what) const;
 
-    /// Counts an operator that follows another one in its chain; there is a limit, because each makes the tree one
-    /// level deeper.
+    /// Counts an operator that follows another one in its chain; there is a limit, as each deepens the tree by a level.
     void CountChained();
 
-    /// Holds levels of nesting while it lives; there is a limit, so that no text can exhaust the stack.
+    /// Counts nesting levels while it lives; a limit keeps any text from exhausting the stack.
     class Nesting {
     public:
         explicit Nesting(TokenCursor& cursor) : cursor_(cursor) {}

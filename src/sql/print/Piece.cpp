@@ -10,7 +10,7 @@ Precedence Tighter(Precedence precedence) {
     return precedence == Precedence::Primary ? precedence : static_cast<Precedence>(static_cast<int>(precedence) + 1);
 }
 
-// Tests do not stand as operands of tests without parentheses.
+// A test that is an operand of another test gets parentheses.
 Piece TestOperand(Piece piece) {
     if (piece.precedence > Precedence::Relational) return piece;
     return {"(" + piece.text + ")", Precedence::Primary};

@@ -1,4 +1,4 @@
-// Printed expressions, and how tightly their outermost operators bind.
+// Printed expressions, and the precedence of their outermost operators.
 #pragma once
 
 #include <string>
@@ -27,9 +27,9 @@ struct Piece {
     Precedence precedence = Precedence::Primary;
 };
 
-/// The text, in parentheses when it binds more loosely than that.
+/// The text, in parentheses when its precedence is lower.
 std::string Enclosed(Piece piece, Precedence atLeast);
-/// "left op right", grouping to the left.
+/// "left op right", left-associative.
 Piece Operation(Piece left, std::string_view op, Piece right, Precedence precedence);
 /// A comparison or another test of two values.
 Piece Test(Piece left, std::string_view op, Piece right, Precedence precedence);

@@ -1,4 +1,4 @@
-// Bound statements to an engine's text.
+// Prints bound statements for an engine.
 #pragma once
 
 #include <map>
@@ -12,7 +12,7 @@
 
 namespace kpTables::sql::print {
 
-/// Raises SqlError Unsupported for what the engine cannot be made to do.
+/// Raises SqlError Unsupported for what the engine does not support.
 Translation Print(const bind::BoundStatement& statement, const Engine& engine);
 
 class Printer {

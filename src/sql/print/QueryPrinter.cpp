@@ -1,4 +1,4 @@
-// Queries. FROM is printed first, as it names the queries that stand in it.
+// Queries. FROM is printed first, as it names the queries inside it.
 #include <algorithm>
 #include <utility>
 

@@ -30,7 +30,7 @@ Precedence PrecedenceOf(bind::ComparisonOperator op) {
     }
 }
 
-// Engines limit how deep an expression nests, and a chain nests as deep as it is long: a long one is printed as a
+// Engines limit the nesting of expressions, and a chain nests as deep as it is long: a long one is printed as a
 // balanced tree.
 Piece Chain(std::vector<Piece>& parts, std::size_t begin, std::size_t end, std::string_view word, Precedence precedence,
             std::size_t longest) {
@@ -40,7 +40,7 @@ Piece Chain(std::vector<Piece>& parts, std::size_t begin, std::size_t end, std::
         return Operation(std::move(first), word, Chain(parts, middle, end, word, precedence, longest), precedence);
     }
     Piece joined = std::move(parts[begin]);
-    // Both operators group as one likes: an operand of the same kind needs no parentheses.
+    // Both operators are associative: an operand of the same kind needs no parentheses.
     for (std::size_t i = begin + 1; i < end; ++i)
         joined = Operation(std::move(joined), word, {Enclosed(std::move(parts[i]), precedence)}, precedence);
     return joined;
@@ -66,7 +66,7 @@ Piece Case(const bind::CaseTerm& term, const std::vector<Piece>& parts) {
 }  // namespace
 
 Piece Printer::Term(const bind::Term& top) {
-    // The first operands are walked, not recursed into: a chain of operators may be thousands deep there.
+    // The first operands are visited in a loop: a chain of operators may be thousands deep there.
     std::vector<const bind::Term*> spine{&top};
     while (!spine.back()->operands.empty()) spine.push_back(spine.back()->operands.front().get());
     Piece piece;
@@ -204,7 +204,7 @@ std::string Printer::SourceName(const bind::Source& source) {
     if (!source.alias.empty()) return engine_.Name(source.alias);
     if (source.table) return engine_.Name(source.table->name);
     std::string& name = names_[&source];
-    // No statement writes such a name.
+    // No statement can contain such a name.
     if (name.empty()) name = engine_.Name("query " + std::to_string(++unnamed_));
     return name;
 }

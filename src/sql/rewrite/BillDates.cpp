@@ -1,4 +1,4 @@
-// A date that a statement puts together from a year, a month and a day column.
+// A date that a statement builds from a year, a month and a day column.
 #include <array>
 #include <optional>
 #include <utility>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kJoins = 4;
 
-// The column of whole numbers whose text form the term is: as it is, converted, or cast to some characters.
+// The whole-number column whose text form the term is: as it is, converted, or cast to characters.
 TermPtr PartOf(TermPtr term) {
     const auto* call = If<CallTerm>(term);
     if (call && (call->name == "char" || call->name == "substr")) term = call->operands.front();
@@ -58,7 +58,7 @@ private:
     TermPtr Recognized(const TermPtr& term) {
         const Term* text = DateText(*term);
         if (!text) return term;
-        // ((((y & '-') & m) & '-') & d): from the right, the operands are d, '-', m, '-' and what is left is y.
+        // ((((y & '-') & m) & '-') & d): from the right, the operands are d, '-', m, '-' and the rest is y.
         std::array<TermPtr, kJoins + 1> operands;
         for (std::size_t i = kJoins; i > 0; --i) {
             const auto* join = If<Concatenation>(text);
@@ -80,7 +80,7 @@ private:
         return date;
     }
 
-    // Only a constant can be cut into parts once and for all; anything else is compared as a date.
+    // Only a constant can be split into parts once; anything else is compared as a date.
     static bool ComparesByColumns(const Term& bill, const Term& other) {
         return bill.kind == TermKind::DateOfParts && (other.kind == TermKind::DateOfParts || other.constant) &&
                other.type != Type::Null;
@@ -106,8 +106,8 @@ private:
         return between.negated ? std::make_shared<NotTerm>(std::move(both)) : both;
     }
 
-    // The year, month and day to compare a bill's date with. A time of day stands as the day's fraction: a bill's date
-    // has none, so it lies before any time of its day and equals no date that has one.
+    // The year, month and day to compare a bill's date with. A time of day is the day's fraction: a bill's date has
+    // none, so it is before any time of its day and equals no date that has one.
     static Terms PartsOf(const TermPtr& date) {
         if (date->kind == TermKind::DateOfParts) return date->operands;
         const auto* literal = If<ParameterTerm>(date);
@@ -138,8 +138,7 @@ private:
         Terms rows = columns;
         rows.insert(rows.end(), parts.begin(), parts.end());
         conditions.push_back(std::make_shared<RowComparison>(op, std::move(rows)));
-        // A date with a Null part is Null, but rows are compared by the first parts that differ, without a look at the
-        // others.
+        // A date with a Null part is Null, but rows are compared by the first parts that differ, ignoring the rest.
         for (const auto& part : columns) conditions.push_back(Compare(ComparisonOperator::Equal, part, part));
         if (other->kind == TermKind::DateOfParts)
             for (const auto& part : parts) conditions.push_back(Compare(ComparisonOperator::Equal, part, part));

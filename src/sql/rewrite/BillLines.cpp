@@ -104,7 +104,7 @@ bool BillLines::MayReadLines(const Term& term) const {
     const auto* column = If<ColumnTerm>(&term);
     if (!column) return false;
     const auto* meaning = Meaning(term);
-    // What the query between computes reads no lines: AreReadByOthers has looked.
+    // What the query between computes reads no lines: AreReadByOthers has checked.
     return meaning && meaning->source == lines_;
 }
 

@@ -9,13 +9,13 @@
 
 namespace kpTables::sql::rewrite {
 
-/// What a SELECT of whole joined tables reads of lines and their bills. A query in its FROM may stand between it and
-/// the tables.
+/// What a SELECT of whole joined tables reads of lines and their bills. A query in its FROM may be between it and the
+/// tables.
 class BillLines {
 public:
     explicit BillLines(bind::Select& select);
 
-    /// True when a join of lines with their bills is among the tables, and no other join reads the lines.
+    /// True when the tables include a join of lines with their bills, and no other join reads the lines.
     bool AreJoined() const { return join_ != nullptr; }
     bool AreReadByOthers() const;
 
@@ -24,16 +24,16 @@ public:
     /// The lines' column that is joined with the bills' counter.
     std::size_t Key() const { return key_; }
     const bind::TermPtr& Condition() const { return join_->on; }
-    /// Every row of the join is among those of the joins around it.
+    /// The joins around it keep every row of the join.
     bool AreKept() const;
     /// The SELECT that names the tables: the one between, or the query itself.
     bind::Select& Inner() const { return between_ ? *between_ : select_; }
 
-    /// The tables' column that the query's term is; null for any other term.
+    /// The tables' column that the query's term refers to; null for any other term.
     const bind::ColumnTerm* Meaning(const bind::Term& term) const;
     /// True for a column of the lines, and for a value that the query between computes, which may read them.
     bool MayReadLines(const bind::Term& term) const;
-    /// The same for an expression with all that stands in it.
+    /// The opposite, for an expression and all its parts.
     bool ReadsNoLines(const bind::Term& expression) const;
 
 private:

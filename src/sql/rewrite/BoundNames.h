@@ -1,4 +1,4 @@
-// The bound tree's names, which hide those of the tree as written from the rules.
+// The bound tree's names, which hide the parse tree's from the rules.
 #pragma once
 
 #include "sql/bind/Context.h"

@@ -12,7 +12,7 @@ namespace {
 
 using ColumnTest = std::function<bool(const ColumnTerm&)>;
 
-// A query may read anything.
+// A sub-query is assumed to read every column.
 bool MayRead(const Term& expression, const ColumnTest& which) {
     return AnyTerm(expression, [&](const Term& term) {
         if (term.kind == TermKind::InQuery || term.kind == TermKind::Exists || term.kind == TermKind::ScalarQuery)
@@ -29,7 +29,7 @@ bool MayRead(const Source& table, const Term& expression) {
 /// Tables joined one after the other.
 struct Chain {
     TablePtr first;
-    std::vector<const Table*> joins;  ///< of a table each
+    std::vector<const Table*> joins;  ///< of one table each
 
     explicit Chain(const TablePtr& from) : first(from) {
         while (!first->source && first->right->source && first->right->source->table) {
@@ -64,7 +64,7 @@ std::optional<Lookup> LookupOf(const Table& join) {
     return lookup;
 }
 
-// The position of the column among the items, which it joins if it is not there.
+// The position of the column among the items; appended if it is not there.
 std::size_t PositionIn(std::vector<Output>& items, const TermPtr& column) {
     const auto& wanted = As<ColumnTerm>(*column);
     const auto found = std::find_if(items.begin(), items.end(), [&](const Output& item) {
@@ -76,7 +76,7 @@ std::size_t PositionIn(std::vector<Output>& items, const TermPtr& column) {
     return position;
 }
 
-/// Tells the tables that make the groups from those that only add to what is shown of them.
+/// Separates the tables that form the groups from those that only add columns to them.
 class DeferredLookup {
 public:
     DeferredLookup(Select& select, std::vector<int>& fixedLiterals)
@@ -96,7 +96,8 @@ private:
     struct OutsideKey {
         std::optional<std::size_t> item;
         OrderKey key;
-        std::optional<std::size_t> inside = std::nullopt;  ///< where the groups show the key for the order's sake
+        std::optional<std::size_t> inside =
+            std::nullopt;  ///< the position at which the groups output the key for ordering
     };
 
     bool Finds() {
@@ -126,12 +127,12 @@ private:
         });
     }
 
-    // A group has one value of it: a key, or a column of the one row of the first table.
+    // It has one value in a group: a key, or a column of the first table's only row.
     bool IsOfGroup(const ColumnTerm& column) const {
         return IsKey(column) || (firstCounter_ && column.source.get() == first_);
     }
 
-    // The groups are those of the other tables alone.
+    // The groups depend on the other tables alone.
     bool MakesNoGroups(const Source& table) const {
         const auto mayRead = [&](const TermPtr& term) { return term && MayRead(table, *term); };
         if (std::any_of(select_.groupBy.begin(), select_.groupBy.end(), mayRead)) return false;
@@ -146,14 +147,14 @@ private:
                            [&](const Output& item) { return isShown(item) || !mayRead(item.term); });
     }
 
-    // A lookup by a column of the first table needs its row again, which then also gives what is shown of it: cheaper
-    // than to carry all that through the grouping.
+    // A lookup by a column of the first table needs its row again, which then supplies its other columns too: cheaper
+    // than carrying them through the grouping.
     bool ReadsFirstAgain() const {
         return std::any_of(lookups_.begin(), lookups_.end(),
                            [&](const Lookup& lookup) { return !IsKey(lookup.Key()); });
     }
 
-    // Not read for the groups but beside them.
+    // Read outside the grouping.
     bool IsOutside(const Term& term) const {
         const auto* column = If<ColumnTerm>(&term);
         if (!column) return false;
@@ -175,7 +176,7 @@ private:
         return std::nullopt;
     }
 
-    // Nothing when a key is neither shown nor beside the groups.
+    // Nothing when a key is neither shown nor read outside.
     std::optional<std::vector<OutsideKey>> OrderOutside() const {
         std::vector<OutsideKey> order;
         for (const OrderKey& key : select_.orderBy) {
@@ -186,8 +187,8 @@ private:
         return order;
     }
 
-    // A key by which nothing is joined and nothing is found may be scattered over its table: to fetch the rows in the
-    // order of its index takes longer than to sort them.
+    // Rows with equal keys may be scattered over the table if the key is in no join or condition: fetching them by its
+    // index takes longer than sorting.
     bool IsScattered() const {
         const auto* key = select_.groupBy.size() == 1 ? If<ColumnTerm>(select_.groupBy.front()) : nullptr;
         if (!key || !IsWhole(key->type) || key->source->columns[key->column].counter || kept_.empty()) return false;
@@ -212,10 +213,10 @@ private:
         return groups;
     }
 
-    // The groups joined with the tables that are looked up.
+    // The groups joined with the looked-up tables.
     Select Join(std::vector<OutsideKey>& order) const {
         Select groups = Groups();
-        std::vector<std::size_t> inside;  // the items of the groups, by their numbers in the SELECT
+        std::vector<std::size_t> inside;  // the groups' items, by their numbers in the SELECT
         for (std::size_t i = 0; i < select_.items.size(); ++i) {
             if (IsOutside(*select_.items[i].term)) continue;
             groups.items.push_back(select_.items[i]);
@@ -267,7 +268,7 @@ private:
 
 void DeferLookups(BoundStatement& statement) {
     ForEachQuery(statement, [&](Query& query) {
-        // Groups that may read a query around this one stay where they see it.
+        // Groups that may read an outer query stay where they can see it.
         if (query.isCorrelated || query.members.size() != 1) return;
         if (query.use != QueryUse::Result && query.use != QueryUse::Table) return;
         Select& select = query.members.front().select;

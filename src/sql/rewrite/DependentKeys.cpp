@@ -23,7 +23,7 @@ std::vector<std::size_t> SequenceOf(const Select& select, const Dependencies& de
     return sequence;
 }
 
-// One that the condition names stays: an index that finds the rows by it may bring them group by group.
+// A key in the condition stays: an index that finds the rows by it may yield them group by group.
 bool IsInCondition(const Select& select, const ColumnTerm& column) {
     return select.where && AnyTerm(*select.where, [&](const Term& term) {
                const auto* named = If<ColumnTerm>(&term);

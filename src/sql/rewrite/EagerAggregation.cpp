@@ -25,8 +25,7 @@ public:
     }
 
 private:
-    // With the column that tells one bill from another among the keys, the groups are of single bills, whose lines the
-    // query adds up itself.
+    // With the bills' counter among the keys, each group is a single bill, whose lines the query adds up itself.
     bool IsBillKey(const Term& key) const {
         const auto* column = lines_.Meaning(key);
         return column && column->source == lines_.Bills() && column->source->columns[column->column].counter;
@@ -42,7 +41,7 @@ private:
         return only;
     }
 
-    // Notes what an expression of the query reads; false when it needs the lines one by one.
+    // Notes what an expression of the query reads; false when it needs single lines.
     bool Reads(const Term& expression) {
         std::vector<const Term*> open{&expression};
         while (!open.empty()) {
@@ -61,8 +60,8 @@ private:
         return true;
     }
 
-    // A figure of a line, or that figure in some cases and nothing in the others: its sum over a bill's lines is the
-    // same expression of the figure's sum.
+    // A line's figure, or a CASE that yields that figure or nothing: its sum over a bill's lines is the same expression
+    // of the figure's sum.
     bool IsSummable(const Term& term) {
         if (const auto* constant = If<ConstantTerm>(&term)) return constant->constantKind == ConstantKind::Null;
         if (const auto* literal = If<ParameterTerm>(&term)) {
@@ -89,7 +88,7 @@ private:
         return !choice.hasElse || IsSummable(*choice.operands.back());
     }
 
-    // The lines' columns that are read of the sums instead: the key, and then the summed ones.
+    // The lines' columns that the sums replace: the key, and then the summed ones.
     std::vector<std::size_t> Columns() const {
         std::vector<std::size_t> columns{lines_.Key()};
         columns.insert(columns.end(), summed_.begin(), summed_.end());
@@ -122,7 +121,7 @@ private:
         return Joined(table->method, Replaced(table->left, old, fresh), Replaced(table->right, old, fresh), table->on);
     }
 
-    // The query between shows only such columns of the lines as there are sums of.
+    // The query between shows only those columns of the lines that are summed.
     void DropUnread(Select& inner) const {
         if (&inner == &select_) return;
         std::erase_if(inner.items, [this](const Output& item) {

@@ -21,12 +21,12 @@ bool IsFixed(const Source& table, const Dependencies& dependencies) {
     return false;
 }
 
-// A row that the rows before it determine needs no key of its own.
+// A source's row that the earlier sources' rows determine needs no key.
 std::vector<OrderKey> RowIdsOf(const Select& select) {
     Dependencies dependencies(select);
     std::vector<OrderKey> order;
     for (const SourcePtr& source : SourcesOf(select)) {
-        // The rows of a query have no ids.
+        // A query's rows have no ids.
         if (!source->table) return {};
         if (IsFixed(*source, dependencies)) continue;
         order.push_back({std::make_shared<RowIdTerm>(source), kAscending, std::nullopt, kImplied});

@@ -15,7 +15,7 @@ struct Declared {
     Type type;
 };
 
-// A date's type contains TEXT and so has the affinity that leaves ISO text alone.
+// A date's type contains TEXT and so has the affinity that keeps ISO text unchanged.
 constexpr Declared kDeclared[] = {
     {"INTEGER", Type::Long},       {"SMALLINT", Type::Short}, {"DOUBLE", Type::Double}, {"CURRENCY", Type::Currency},
     {"DATETIME_TEXT", Type::Date}, {"YESNO", Type::Boolean},  {"LONGTEXT", Type::Text},

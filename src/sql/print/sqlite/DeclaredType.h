@@ -17,7 +17,7 @@ std::string DeclaredType(const TypeName& type, bool soleKey);
 /// autoincrement: the schema says AUTOINCREMENT for it, which only a COUNTER has.
 CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view declaredType, bool autoincrement);
 
-/// Index names are a table's own in Jet, but a book's in SQLite.
+/// Index names are unique per table in Jet, but per book in SQLite.
 std::string IndexName(std::string_view table, std::string_view index);
 
 }  // namespace kpTables::sql::print::sqlite

@@ -1,4 +1,4 @@
-// The functions that a translated text may call and that SQLite does not have: the engine registers them all.
+// The functions that a translated text may call and SQLite lacks: the engine registers them all.
 #pragma once
 
 #include <span>
@@ -6,9 +6,9 @@
 
 namespace kpTables::sql::print::sqlite {
 
-/// Dates are ISO text, Currency is a count of ten-thousandths, Booleans are -1 and 0, as they are stored. Unless its
-/// meaning says otherwise a function answers Null when an argument is Null, and raises Visual Basic's error when an
-/// argument does not do: type mismatch, overflow, invalid procedure call.
+/// Dates are ISO text, Currency is a count of ten-thousandths, Booleans are -1 and 0, as they are stored. Unless
+/// documented otherwise a function returns Null when an argument is Null, and raises Visual Basic's error when an
+/// argument is invalid: type mismatch, overflow, invalid procedure call.
 struct EngineFunction {
     std::string_view name;
     int minimumArguments;

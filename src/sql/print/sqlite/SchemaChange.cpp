@@ -38,7 +38,7 @@ std::string CreateTable(const CreateTableStatement& statement, const bind::Schem
     const bool rowId = holder != change.columns.end();
     const auto& primary = change.primaryKey;
     const bool declared = rowId && primary.size() == 1 && SameName(primary.front(), holder->column->name);
-    // Where a COUNTER is the row id and so SQLite's primary key, the key that the statement names is a unique one.
+    // Where a COUNTER is the row id and so SQLite's primary key, the statement's key becomes a unique one.
     if (!primary.empty() && !declared) text += (rowId ? ", UNIQUE " : ", PRIMARY KEY ") + QuotedList(primary);
     for (const auto& keys : statement.uniqueKeys) text += ", UNIQUE " + QuotedList(keys);
     return text + ")";

@@ -69,8 +69,8 @@ Piece ToCurrency(Piece operand, Type from, bool rounded) {
     return Call("kp_to_currency", Number(std::move(operand), from));
 }
 
-// Groups by one key come in its order, and what is looked up for them leaves them in it. By several keys they may come
-// in the order of an index on the keys in another sequence.
+// Groups by one key come in its order, and look-ups for them keep it. By several keys they may come in the order of an
+// index with the keys in another sequence.
 bool ComesByItsGroups(const bind::Select& select) {
     if (select.from.size() != 1 || select.orderBy.size() != 1) return false;
     const bind::Table* table = select.from.front().get();
@@ -166,16 +166,15 @@ public:
         return "oid";
     }
 
-    // Without statistics SQLite would rather scan a table in the order of its ids than search an index and sort what it
-    // finds.
+    // Without statistics SQLite prefers to scan a table in id order over searching an index and sorting the rows found.
     std::string RowIdKey(std::string rowId, bool filtered) const override { return filtered ? "+" + rowId : rowId; }
 
-    // SQLite does not turn a cross join around, so it keeps the order of the rows.
+    // SQLite does not reorder a cross join, so it keeps the order of the rows.
     std::string_view JoinWord(bind::JoinMethod method) const override {
         return method == bind::JoinMethod::Lookup ? " CROSS JOIN " : Engine::JoinWord(method);
     }
 
-    // No index has the value of an expression.
+    // No index covers an expression.
     std::string GroupKey(std::string key, bool sorted) const override { return sorted ? "+" + key : key; }
 
     bool KeepsOrder(const bind::Select& select) const override { return ComesByItsGroups(select); }

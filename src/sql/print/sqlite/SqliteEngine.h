@@ -1,5 +1,5 @@
-// What SQLite says otherwise. A book keeps Currency as a count of ten-thousandths, dates as ISO text, flags as -1 and
-// 0, and texts under a collation of its own.
+// SQLite's answers to the printer's hooks. A book keeps Currency as a count of ten-thousandths, dates as ISO text,
+// flags as -1 and 0, and texts under a collation of its own.
 #pragma once
 
 #include <string>
