@@ -1,3 +1,6 @@
+#include <optional>
+#include <utility>
+
 #include "sql/rewrite/BoundNames.h"
 #include "sql/rewrite/Rules.h"
 
@@ -15,29 +18,49 @@ std::vector<OrderKey> PositionsOf(const Select& select) {
     return order;
 }
 
-bool IsFixed(const Source& table, const Dependencies& dependencies) {
+std::optional<std::size_t> CounterOf(const Source& table) {
     for (std::size_t i = 0; i < table.columns.size(); ++i)
-        if (table.columns[i].counter && dependencies.IsFixed({&table, i})) return true;
-    return false;
+        if (table.columns[i].counter) return i;
+    return std::nullopt;
 }
 
-// A source's row that the earlier sources' rows determine needs no key.
-std::vector<OrderKey> RowIdsOf(const Select& select) {
-    Dependencies dependencies(select);
-    std::vector<OrderKey> order;
-    for (const SourcePtr& source : SourcesOf(select)) {
-        // A query's rows have no ids.
-        if (!source->table) return {};
-        if (IsFixed(*source, dependencies)) continue;
-        order.push_back({std::make_shared<RowIdTerm>(source), kAscending, std::nullopt, kImplied});
-        dependencies.FixRow(*source);
+/// The row ids of joined tables, from left to right.
+class RowIds {
+public:
+    explicit RowIds(const Select& select) : dependencies_(select) {
+        for (const TablePtr& table : select.from) Add(*table, false);
     }
-    return order;
-}
+
+    std::vector<OrderKey> Take() && { return isOpen_ ? std::vector<OrderKey>() : std::move(order_); }
+
+private:
+    void Add(const Table& table, bool isNested) {
+        if (table.source) return AddSource(table.source, isNested);
+        Add(*table.left, isNested);
+        Add(*table.right, isNested || !table.right->source);
+    }
+
+    void AddSource(const SourcePtr& source, bool isNested) {
+        // The rows of a query have no ids.
+        if (!source->table) isOpen_ = true;
+        const auto counter = CounterOf(*source);
+        // A row that the rows before it determine needs no key of its own.
+        if (isOpen_ || (counter && dependencies_.IsFixed({source.get(), *counter}))) return;
+        // Of a join in parentheses only the columns can be named.
+        if (isNested && !counter) return;
+        TermPtr key = isNested ? ColumnOf(source, *counter) : std::make_shared<RowIdTerm>(source);
+        order_.push_back({std::move(key), kAscending, std::nullopt, kImplied});
+        dependencies_.FixRow(*source);
+    }
+
+    Dependencies dependencies_;
+    std::vector<OrderKey> order_;
+    bool isOpen_ = false;
+};
 
 std::vector<OrderKey> OrderOf(const Select& select) {
     if (select.distinct) return PositionsOf(select);
-    if (!select.grouped) return RowIdsOf(select);
+    if (!select.grouped) return RowIds(select).Take();
     std::vector<OrderKey> order;
     for (const TermPtr& key : select.groupBy) order.push_back({key, kAscending, std::nullopt, kImplied});
     return order;

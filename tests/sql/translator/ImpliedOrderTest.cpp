@@ -35,6 +35,11 @@ TEST(ImpliedOrder, RowsOfATableComeByTheirIds) {
          R"( ORDER BY "R".rowid)"},
         {"Select R.单价, L.月份 From 入库目录 As L Inner Join 入库记录 As R On R.BillID=L.BillID",
          R"( ORDER BY "L".rowid, "R".rowid)"},
+        // Of a join in parentheses only the columns can be named.
+        {"Select D.dpID From 仓库设置 As D Left Join (入库目录 As L Inner Join 入库记录 As R On L.BillID=R.BillID) On "
+         "D.dpID=L.dpID",
+         R"( ORDER BY "D".rowid, "L"."BillID")"},
+        {"Select Q.t, A.t From (Select t From T) As Q, T As A", ""},
     });
 }
 
@@ -88,6 +93,9 @@ TEST(ImpliedOrder, RowsOfABook) {
     EXPECT_EQ(book.Run("Select t From T Where t>='a'"), "c|\nb|\na|\n");
     EXPECT_EQ(book.Run("Select Top 2 t From T Where t>='a'"), "c|\nb|\n");
     EXPECT_EQ(book.Run("Select Distinct l From T"), "1|\n2|\n");
+    EXPECT_NO_THROW(
+        book.Prepare("Select D.dpID From 仓库设置 As D Left Join (入库目录 As L Inner Join 入库记录 As R On "
+                     "L.BillID=R.BillID) On D.dpID=L.dpID"));
     EXPECT_EQ(book.Run("Select l,t,Count(*) From T Group By l,t"), "1|a|1|\n1|b|1|\n2|c|1|\n");
 }
 
