@@ -102,13 +102,13 @@ TermPtr Bound(Context& context, const LiteralTerm& pending, Binding binding) {
     return std::make_shared<Negation>(std::move(parameter), type);
 }
 
-TermPtr Settled(Context& context, TermPtr term) {
+TermPtr Settled(Context& context, const TermPtr& term) {
     const auto* literal = If<LiteralTerm>(term);
     return literal ? Bound(context, *literal, NaturalBinding(*literal)) : term;
 }
 
 TermPtr AsValue(Context& context, TermPtr term) {
-    term = Settled(context, std::move(term));
+    term = Settled(context, term);
     if (!term->predicate) return term;
     if (const auto* known = KnownTruth(*term)) {
         auto value = std::make_shared<ConstantTerm>(ConstantKind::Boolean, IsTrue(*known) ? "-1" : "0", Type::Boolean);
@@ -119,7 +119,7 @@ TermPtr AsValue(Context& context, TermPtr term) {
 }
 
 TermPtr AsCondition(Context& context, TermPtr term) {
-    term = Settled(context, std::move(term));
+    term = Settled(context, term);
     if (!IsNumeric(term->type) && term->type != Type::Null && term->type != Type::Unknown) RaiseMismatch(*term);
     return term;
 }

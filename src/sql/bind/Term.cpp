@@ -80,6 +80,7 @@ Term::~Term() {
     TermPtr next = std::move(operands.front());
     while (next && next.use_count() == 1 && !next->operands.empty()) {
         // The term is not shared, so its first operand may be moved out of it.
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
         TermPtr inner = std::move(const_cast<Term&>(*next).operands.front());
         next = std::move(inner);
     }
@@ -175,13 +176,13 @@ DateOfParts::DateOfParts(TermPtr year, TermPtr month, TermPtr day)
 
 Conversion::Conversion(TermPtr operand, Type t) : TermOf(t, {std::move(operand)}) {}
 
-RangeCheck::RangeCheck(TermPtr operand) : TermOf(operand->type, {operand}) {}
+RangeCheck::RangeCheck(const TermPtr& operand) : TermOf(operand->type, {operand}) {}
 
-PredicateValue::PredicateValue(TermPtr operand) : TermOf(operand->type, {operand}) {}
+PredicateValue::PredicateValue(const TermPtr& operand) : TermOf(operand->type, {operand}) {}
 
-Collation::Collation(TermPtr operand) : TermOf(operand->type, {operand}) {}
+Collation::Collation(const TermPtr& operand) : TermOf(operand->type, {operand}) {}
 
-Likely::Likely(TermPtr operand) : TermOf(operand->type, {operand}) { predicate = true; }
+Likely::Likely(const TermPtr& operand) : TermOf(operand->type, {operand}) { predicate = true; }
 
 TermPtr NullConstant(std::size_t offset) {
     return Placed(std::make_shared<ConstantTerm>(ConstantKind::Null, "NULL", Type::Null), offset);

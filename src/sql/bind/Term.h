@@ -269,22 +269,22 @@ struct Conversion : TermOf<Conversion, TermKind::Conversion> {
 
 /// An error unless the computed value is within its type's range.
 struct RangeCheck : TermOf<RangeCheck, TermKind::RangeCheck> {
-    explicit RangeCheck(TermPtr operand);
+    explicit RangeCheck(const TermPtr& operand);
 };
 
 /// A predicate as the value -1 or 0.
 struct PredicateValue : TermOf<PredicateValue, TermKind::PredicateValue> {
-    explicit PredicateValue(TermPtr operand);
+    explicit PredicateValue(const TermPtr& operand);
 };
 
 /// A computed text with the collation of the book's texts.
 struct Collation : TermOf<Collation, TermKind::Collation> {
-    explicit Collation(TermPtr operand);
+    explicit Collation(const TermPtr& operand);
 };
 
 /// A condition that most rows meet.
 struct Likely : TermOf<Likely, TermKind::Likely> {
-    explicit Likely(TermPtr operand);
+    explicit Likely(const TermPtr& operand);
 };
 
 // ---- Making and examining terms ----

@@ -45,7 +45,7 @@ std::string_view Engine::ComparisonSign(bind::ComparisonOperator op) const {
     return {};
 }
 
-Piece Engine::PredicateValue(Piece predicate) const { return {"-(" + predicate.text + ")", Precedence::Unary}; }
+Piece Engine::PredicateValue(const Piece& predicate) const { return {"-(" + predicate.text + ")", Precedence::Unary}; }
 
 Piece Engine::Likely(Piece condition) const { return condition; }
 

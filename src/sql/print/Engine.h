@@ -26,7 +26,7 @@ public:
 
     // ---- Values ----
     /// A predicate as -1 or 0.
-    virtual Piece PredicateValue(Piece predicate) const;
+    virtual Piece PredicateValue(const Piece& predicate) const;
     virtual Piece Converted(Piece operand, const bind::Conversion& conversion) const = 0;
     virtual Piece Checked(Piece operand, Type type) const = 0;
     virtual Piece Collated(Piece text) const = 0;

@@ -78,8 +78,8 @@ std::string Printer::SchemaChange(const bind::SchemaChange& change) {
     for (const bind::Definition& column : change.columns) {
         const bind::Term* value = column.defaultValue.get();
         const bool constant = bind::If<bind::ConstantTerm>(value) != nullptr;
-        std::string text = value ? Term(*value).text : std::string();
-        defaults.push_back(value && !constant ? "(" + text + ")" : std::move(text));
+        const std::string text = value ? Term(*value).text : std::string();
+        defaults.push_back(value && !constant ? "(" + text + ")" : text);
     }
     return engine_.SchemaChange(change, defaults);
 }

@@ -73,8 +73,8 @@ Piece Printer::Term(const bind::Term& top) {
     for (; !spine.empty(); spine.pop_back()) {
         const bind::Term& term = *spine.back();
         std::vector<Piece> parts;
-        for (std::size_t i = 0; i < term.operands.size(); ++i)
-            parts.push_back(i == 0 ? std::move(piece) : Term(*term.operands[i]));
+        if (!term.operands.empty()) parts.push_back(std::exchange(piece, {}));
+        for (std::size_t i = 1; i < term.operands.size(); ++i) parts.push_back(Term(*term.operands[i]));
         piece = Compose(term, std::move(parts));
     }
     return piece;
