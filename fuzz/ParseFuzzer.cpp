@@ -11,11 +11,12 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string printed;
     try {
-        printed = Print(*kpTables::sql::parse::Parse({reinterpret_cast<const char*>(data), size}));
+        printed =
+            kpTables::sql::parse::Print(*kpTables::sql::parse::Parse({reinterpret_cast<const char*>(data), size}));
     } catch (const kpTables::sql::SqlError&) {
         return 0;
     }
     // What was printed must be read: an SqlError here ends the fuzzer, too.
-    if (Print(*kpTables::sql::parse::Parse(printed)) != printed) std::abort();
+    if (kpTables::sql::parse::Print(*kpTables::sql::parse::Parse(printed)) != printed) std::abort();
     return 0;
 }

@@ -75,9 +75,7 @@ protected:
         for (const TableInfo& table : book->Tables()) EXPECT_NE(table.name, "kp_collation");
     }
 
-    BookPtr OpenForReading() const {
-        return OpenBook(path_, {.readOnly = true});
-    }
+    BookPtr OpenForReading() const { return OpenBook(path_, {.readOnly = true}); }
 
 private:
     test::TemporaryDirectory directory_;

@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "corpus/Corpus.h"
-#include "kpTables/Error.h"
 #include "kpTables/Book.h"
+#include "kpTables/Error.h"
 
 namespace kpTables {
 namespace {
@@ -58,7 +58,8 @@ std::string MessageOf(Connection& book, const corpus::Statement& statement) {
 
 TEST(Corpus, EveryTextRunsButThoseNamed) {
     // The table Header has the names of one dialect.
-    const BookPtr books[] = {CreateBook("memory:", {.header = HeaderDialect::Jet}), CreateBook("memory:", {.header = HeaderDialect::SqlServer})};
+    const BookPtr books[] = {CreateBook("memory:", {.header = HeaderDialect::Jet}),
+                             CreateBook("memory:", {.header = HeaderDialect::SqlServer})};
     std::ptrdiff_t refused = 0;
     for (const corpus::SentText& text : corpus::Texts()) {
         if (!text.statement->refusal.empty()) continue;

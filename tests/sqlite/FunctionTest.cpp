@@ -67,10 +67,11 @@ TEST(Functions, AMissingBodyIsRefusedByName) {
         EXPECT_EQ(error.Description(), "The engine has no body for the function kp_none");
     }
     const sql::print::sqlite::EngineFunction wrong[] = {{"kp_left", 2, 3, true, false, ""},
-                                         {"kp_left", 1, 2, true, false, ""},
-                                         {"kp_left", 1, 1, true, true, ""},
-                                         {"kp_first", 1, 1, true, false, ""}};
-    for (const sql::print::sqlite::EngineFunction& each : wrong) EXPECT_THROW(RequireBodies({&each, 1}), DatabaseError) << each.name;
+                                                        {"kp_left", 1, 2, true, false, ""},
+                                                        {"kp_left", 1, 1, true, true, ""},
+                                                        {"kp_first", 1, 1, true, false, ""}};
+    for (const sql::print::sqlite::EngineFunction& each : wrong)
+        EXPECT_THROW(RequireBodies({&each, 1}), DatabaseError) << each.name;
 }
 
 /// What needs SQLite: its operators and its own functions.
