@@ -115,7 +115,7 @@ TermPtr AsValue(Context& context, TermPtr term) {
         value->offset = term->offset;
         return value;
     }
-    return std::make_shared<PredicateValue>(std::move(term));
+    return std::make_shared<PredicateValue>(term);
 }
 
 TermPtr AsCondition(Context& context, TermPtr term) {
@@ -155,18 +155,18 @@ TermPtr Converted(Context& context, TermPtr term, Type type) {
 
 TermPtr AsStored(Context& context, TermPtr term, Type type) {
     const bool computed = term->kind != TermKind::Literal && !StoredColumn(*term) && !term->predicate;
-    const auto checked = [](TermPtr value) { return std::make_shared<RangeCheck>(std::move(value)); };
-    if (computed && term->type == Type::Long && type == Type::Long) return checked(std::move(term));
+    const auto checked = [](const TermPtr& value) { return std::make_shared<RangeCheck>(value); };
+    if (computed && term->type == Type::Long && type == Type::Long) return checked(term);
     const bool mayRunOver = computed && MayRunOver(*term);
-    if (mayRunOver && term->type == Type::Double && type == Type::Double) return checked(std::move(term));
+    if (mayRunOver && term->type == Type::Double && type == Type::Double) return checked(term);
     const bool money = term->type == Type::Currency || term->type == Type::Long;
     term = Converted(context, std::move(term), type);
-    return mayRunOver && money && type == Type::Currency ? checked(std::move(term)) : term;
+    return mayRunOver && money && type == Type::Currency ? checked(term) : term;
 }
 
 TermPtr Collated(TermPtr term) {
     if (term->type != Type::Text || StoredColumn(*term) || term->kind == TermKind::Collation) return term;
-    return std::make_shared<Collation>(std::move(term));
+    return std::make_shared<Collation>(term);
 }
 
 TermPtr Retyped(TermPtr term, Type type) { return term->type == type ? term : ConversionOf(std::move(term), type); }

@@ -138,7 +138,7 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
         case TermKind::RangeCheck:
             return engine_.Checked(std::move(parts[0]), term.type);
         case TermKind::PredicateValue:
-            return engine_.PredicateValue(std::move(parts[0]));
+            return engine_.PredicateValue(parts[0]);
         case TermKind::Collation:
             return engine_.Collated(std::move(parts[0]));
         case TermKind::Likely:

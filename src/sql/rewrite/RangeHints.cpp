@@ -39,7 +39,7 @@ void Hint(Select& select) {
     for (const TermPtr& condition : both->operands) tests.push_back(TestOf(*condition));
     Terms conditions = both->operands;
     for (std::size_t i = 0; i < conditions.size(); ++i)
-        if (IsWide(tests[i], tests)) conditions[i] = std::make_shared<Likely>(std::move(conditions[i]));
+        if (IsWide(tests[i], tests)) conditions[i] = std::make_shared<Likely>(conditions[i]);
     select.where = WithOperands(*both, std::move(conditions));
 }
 
