@@ -242,8 +242,6 @@ bool IsWidening(Type from, Type to) noexcept {
     return to == Type::Short && from == Type::Boolean;
 }
 
-const ColumnTerm* AnyColumn(const Term& term) { return If<ColumnTerm>(&term); }
-
 const ColumnTerm* StoredColumn(const Term& term) {
     const Term* inner = &term;
     while (inner->kind == TermKind::Conversion && IsWidening(inner->operands.front()->type, inner->type))

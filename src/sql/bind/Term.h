@@ -312,8 +312,6 @@ bool IsWidening(Type from, Type to) noexcept;
 
 /// The table's column that the term is, perhaps widened; nullptr for any other term.
 const ColumnTerm* StoredColumn(const Term& term);
-/// The column, of a table or a query, that the term is; nullptr for any other term.
-const ColumnTerm* AnyColumn(const Term& term);
 /// Structurally equal; parameters are equal when their literals and bindings are.
 bool SameTerm(const Term& a, const Term& b);
 

@@ -1,6 +1,8 @@
 #include "sql/rewrite/BillLines.h"
 
 #include <algorithm>
+#include <functional>
+#include <vector>
 
 #include "sql/rewrite/BoundNames.h"
 

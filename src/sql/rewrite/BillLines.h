@@ -1,9 +1,7 @@
 // The lines and the bills among a query's joined tables: an inner join of a column with a counter.
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
+#include <cstddef>
 
 #include "sql/bind/Query.h"
 
@@ -31,7 +29,7 @@ public:
 
     /// The tables' column that the query's term refers to; null for any other term.
     const bind::ColumnTerm* Meaning(const bind::Term& term) const;
-    /// True for a column of the lines, and for a value that the query between computes, which may read them.
+    /// True for a column of the lines. What the query between computes reads none: see AreReadByOthers.
     bool MayReadLines(const bind::Term& term) const;
     /// The opposite, for an expression and all its parts.
     bool ReadsNoLines(const bind::Term& expression) const;

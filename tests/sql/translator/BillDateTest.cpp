@@ -34,6 +34,16 @@ TEST(BillDate, ComparesByItsColumns) {
     });
 }
 
+TEST(BillDate, PartsMayBeConverted) {
+    const std::string known = kKnown;
+    for (const char* date :
+         {"CDATE(CStr(y) & '-' & m & '-' & CStr(n))", "CVDate(CStr(y) + '-' + CStr(m) + '/' + CStr(n))",
+          "CDATE(CAST(y AS varchar(4)) & '-' & m & '-' & n)"})
+        EXPECT_EQ(ConditionText(Translated("Delete From T Where " + std::string(date) + ">=#2004-3-7#")),
+                  R"(("T"."y", "T"."m", "T"."n") >= (?1, ?2, ?3))" + known)
+            << date;
+}
+
 TEST(BillDate, ServerSpelling) {
     const std::string date = kServerDate;
     const std::string known = kKnown;
