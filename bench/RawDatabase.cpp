@@ -59,7 +59,7 @@ RawDatabase::RawDatabase(const std::string& path) {
     const int code = sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     handle_.reset(database);
     Check(code, database);
-    sqlite::RegisterCollation(database);
+    engines::sqlite::RegisterCollation(database);
 }
 
 void RawDatabase::Closer::operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }

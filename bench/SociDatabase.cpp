@@ -16,7 +16,7 @@ SociDatabase::SociDatabase(const std::string& path)
     : session_(std::make_unique<soci::session>(soci::sqlite3, "db=" + path)) {
     // The backend names SQLite's types in a namespace of its own.
     auto& backend = static_cast<soci::sqlite3_session_backend&>(*session_->get_backend());
-    sqlite::RegisterCollation(reinterpret_cast<::sqlite3*>(backend.conn_));
+    engines::sqlite::RegisterCollation(reinterpret_cast<::sqlite3*>(backend.conn_));
 }
 
 SociDatabase::~SociDatabase() = default;

@@ -8,7 +8,7 @@ namespace kpTables::bench {
 
 SqliteCppDatabase::SqliteCppDatabase(const std::string& path)
     : database_(std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX)) {
-    sqlite::RegisterCollation(database_->getHandle());
+    engines::sqlite::RegisterCollation(database_->getHandle());
 }
 
 SqliteCppDatabase::~SqliteCppDatabase() = default;

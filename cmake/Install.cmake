@@ -1,6 +1,7 @@
-# The package that find_package(kpTables) finds: the component kpTables::kpTables and books kpTables::engines.
+# The package that find_package(kpTables) finds: the component kpTables::kpTables, books kpTables::engines, and
+# kpTables::bookkeeping.
 include(CMakePackageConfigHelpers)
-install(TARGETS kpTables kpTablesText kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesSqlite kpTablesEngines
+install(TARGETS kpTables kpTablesText kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesSqlite kpTablesEngines kpTablesBookkeeping
         EXPORT kpTablesTargets)
 install(TARGETS kpbook)
 install(DIRECTORY include/kpTables DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")

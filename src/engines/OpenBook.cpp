@@ -19,8 +19,10 @@ struct Engine {
 };
 
 constexpr Engine kEngines[] = {
-    {"file", "a book is a file (its path, or file: and its path)", sqlite::OpenFile, sqlite::CreateFile},
-    {"memory", "a book in memory is made anew each time (memory:)", sqlite::OpenInMemory, sqlite::CreateInMemory},
+    {"file", "a book is a file (its path, or file: and its path)", engines::sqlite::OpenFile,
+     engines::sqlite::CreateFile},
+    {"memory", "a book in memory is made anew each time (memory:)", engines::sqlite::OpenInMemory,
+     engines::sqlite::CreateInMemory},
 };
 
 const Engine& EngineFor(const std::string& scheme, const std::string& url) {

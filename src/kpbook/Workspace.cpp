@@ -12,14 +12,14 @@ namespace kpTables::kpbook {
 
 namespace {
 
-void TraceSend(const SentStatement& statement) {
-    const char* op = statement.op == StatementOp::Execute  ? "execute"
-                     : statement.kind == SourceKind::Table ? "open table"
-                                                           : "open";
+void TraceSend(const bookkeeping::SentStatement& statement) {
+    const char* op = statement.op == bookkeeping::StatementOp::Execute ? "execute"
+                     : statement.kind == SourceKind::Table             ? "open table"
+                                                                       : "open";
     std::fprintf(stderr, "%s: %s\n", op, statement.text.c_str());
 }
 
-void TraceEnd(const SentStatement&, const StatementEnd& end) {
+void TraceEnd(const bookkeeping::SentStatement&, const bookkeeping::StatementEnd& end) {
     const std::chrono::duration<double, std::milli> elapsed = end.elapsed;
     std::string outcome;
     if (end.error) {
@@ -48,7 +48,8 @@ Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const G
 
 Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global)
     : book(std::move(opened)), tables(std::move(host)) {
-    connection = std::make_shared<TracingConnection>(book, [engine = book.get()] { return engine->RecordsAffected(); });
+    connection = std::make_shared<bookkeeping::WatchedConnection>(
+        book, [engine = book.get()] { return engine->RecordsAffected(); });
     if (global.trace) {
         connection->onSend = TraceSend;
         connection->onEnd = TraceEnd;

@@ -6,8 +6,8 @@
 
 #include "kpTables/Book.h"
 #include "kpTables/CTables.h"
+#include "kpTables/bookkeeping/WatchedConnection.h"
 #include "kpbook/GlobalOptions.h"
-#include "kpbook/TracingConnection.h"
 
 namespace kpTables::kpbook {
 
@@ -21,7 +21,7 @@ struct Workspace {
     Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global);
 
     BookPtr book;
-    std::shared_ptr<TracingConnection> connection;
+    std::shared_ptr<bookkeeping::WatchedConnection> connection;
     CTables tables;
 };
 

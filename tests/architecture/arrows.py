@@ -12,6 +12,7 @@ import sys
 # A folder, and the folders beside itself whose headers it may include; "/*" is a folder with all of its parts.
 MAY_INCLUDE = {
     "include/kpTables": [],
+    "include/kpTables/bookkeeping": ["include/kpTables"],
     "schema": [],
     "src/text": [],
     "src/sql": ["src/sql/*", "src/text"],
@@ -29,16 +30,16 @@ MAY_INCLUDE = {
     "src/engines/postgres": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", "src/text"],
     "src/engines/odbc": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", "src/text"],
     "src/kpTables": ["include/kpTables", "src/text"],
-    "src/bookkeeping": ["include/kpTables"],
-    "src/com": ["include/kpTables", "src/bookkeeping", "src/engines/*", "src/text"],
-    "src/kpbook": ["include/kpTables", "src/bookkeeping", "src/engines/*", "src/text", "src/kpbook/*"],
-    "src/kpbook/commands": ["include/kpTables", "src/bookkeeping", "src/engines/*", "src/text", "src/kpbook",
+    "src/bookkeeping": ["include/kpTables/*"],
+    "src/com": ["include/kpTables/*", "src/bookkeeping", "src/engines/*", "src/text"],
+    "src/kpbook": ["include/kpTables/*", "src/bookkeeping", "src/engines/*", "src/text", "src/kpbook/*"],
+    "src/kpbook/commands": ["include/kpTables/*", "src/bookkeeping", "src/engines/*", "src/text", "src/kpbook",
                             "src/kpbook/batch", "src/kpbook/input", "src/kpbook/output"],
-    "src/kpbook/batch": ["include/kpTables", "src/bookkeeping", "src/text", "src/kpbook", "src/kpbook/input",
+    "src/kpbook/batch": ["include/kpTables/*", "src/bookkeeping", "src/text", "src/kpbook", "src/kpbook/input",
                          "src/kpbook/output"],
-    "src/kpbook/input": ["include/kpTables", "src/bookkeeping", "src/text", "src/kpbook"],
+    "src/kpbook/input": ["include/kpTables/*", "src/bookkeeping", "src/text", "src/kpbook"],
     "src/kpbook/output": ["include/kpTables", "src/text", "src/kpbook"],
-    "examples": ["include/kpTables"],
+    "examples": ["include/kpTables/*"],
 }
 
 # Headers from outside the project, except the C++ standard library's (which have neither a suffix nor a folder), and

@@ -1,5 +1,5 @@
 # Every public header compiles by itself.
-file(GLOB headers RELATIVE ${INCLUDE} ${INCLUDE}/kpTables/*.h)
+file(GLOB headers RELATIVE ${INCLUDE} ${INCLUDE}/kpTables/*.h ${INCLUDE}/kpTables/bookkeeping/*.h)
 if(NOT headers)
   message(FATAL_ERROR "no headers in ${INCLUDE}")
 endif()

@@ -37,10 +37,10 @@ TEST(BookFile, CarriesTheMarksOfABook) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
     CreateBook(path);
-    const sqlite::Database database(path, SQLITE_OPEN_READONLY);
+    const engines::sqlite::Database database(path, SQLITE_OPEN_READONLY);
     EXPECT_EQ(database.IntegerOf("PRAGMA application_id"), 0x6B705462);
     EXPECT_EQ(database.IntegerOf("PRAGMA user_version"), 1);
-    sqlite::PreparedStatement journal = database.Prepare("PRAGMA journal_mode");
+    engines::sqlite::PreparedStatement journal = database.Prepare("PRAGMA journal_mode");
     ASSERT_TRUE(journal.Step());
     EXPECT_EQ(journal.Text(0), "wal");
 }
@@ -96,7 +96,7 @@ INSTANTIATE_TEST_SUITE_P(Table, BookFileRefuses,
 TEST(BookFile, RefusesAnotherProgramsDatabase) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("other.db");
-    sqlite::Database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE).Run("CREATE TABLE t (a)");
+    engines::sqlite::Database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE).Run("CREATE TABLE t (a)");
     const auto error = Refused([&] { OpenBook(path); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("but not a book"), std::string::npos) << error->what();
@@ -106,7 +106,7 @@ TEST(BookFile, RefusesAnotherFormat) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
     CreateBook(path);
-    sqlite::Database(path, SQLITE_OPEN_READWRITE).Run("PRAGMA user_version = 2");
+    engines::sqlite::Database(path, SQLITE_OPEN_READWRITE).Run("PRAGMA user_version = 2");
     const auto error = Refused([&] { OpenBook(path); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("format is 2"), std::string::npos) << error->what();
@@ -224,7 +224,7 @@ TEST(BookFile, AnotherProgramsLockOnOpeningIsTold) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");
     CreateBook(path);
-    const sqlite::Database other(path, SQLITE_OPEN_READWRITE);
+    const engines::sqlite::Database other(path, SQLITE_OPEN_READWRITE);
     other.Run("PRAGMA locking_mode = EXCLUSIVE");
     other.Run("BEGIN EXCLUSIVE");
     const auto error = Refused([&] { OpenBook(path, {.busyTimeout = std::chrono::milliseconds(20)}); });

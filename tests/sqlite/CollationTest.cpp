@@ -14,7 +14,7 @@
 #include "kpTables/MemoryRecordset.h"
 #include "text/TextOrder.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 namespace {
 
 TEST(Collation, EqualTextsHaveOneKey) {
@@ -123,4 +123,4 @@ TEST_F(BookOfAnotherVersion, IsNotReadWhenAnIndexWouldHideRows) {
 }
 
 }  // namespace
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -19,7 +19,8 @@ using namespace test;
 class Failures : public testing::Test {
 protected:
     Failures()
-        : session(std::make_shared<TestDatabase>(sqlite::Database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE))) {
+        : session(std::make_shared<TestDatabase>(
+              engines::sqlite::Database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE))) {
         session->GetDatabase().Run("PRAGMA journal_mode = WAL");
         session->Execute(
             "CREATE TABLE T (k COUNTER PRIMARY KEY, c CURRENCY, d DATETIME, b YESNO, n LONG, x TEXT(250))");
@@ -130,31 +131,31 @@ TEST_F(Failures, ADamagedPageIsAnErrorAndNoCrash) {
         ASSERT_EQ(std::fwrite(junk.data(), 1, junk.size(), file), junk.size());
         std::fclose(file);
     }
-    const TestDatabase damaged(sqlite::Database(path, SQLITE_OPEN_READWRITE));
+    const TestDatabase damaged(engines::sqlite::Database(path, SQLITE_OPEN_READWRITE));
     const auto error = Refused([&] { damaged.Execute("Select * From T"); });
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("damaged"), std::string::npos) << error->what();
 }
 
 TEST(ReadRows, ACellCostsSixteenBytesAtMostBesideItsText) {
-    const sqlite::Database database(":memory:", SQLITE_OPEN_READWRITE);
+    const engines::sqlite::Database database(":memory:", SQLITE_OPEN_READWRITE);
     constexpr std::size_t kRows = 100000;
     constexpr std::size_t kTextBytes = 12;
-    sqlite::PreparedStatement statement = database.Prepare(
+    engines::sqlite::PreparedStatement statement = database.Prepare(
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000) "
         "SELECT i, i * 2.5, i * 10000, printf('%012d', i), NULL, i % 2, i + 1, i * 0.5, -i, '1997-01-02' FROM n");
-    const auto rows = sqlite::ReadRows(statement,
-                                       recordset::ShareFields({{"a", VarType::Long},
-                                                               {"b", VarType::Double},
-                                                               {"c", VarType::Currency},
-                                                               {"d", VarType::String},
-                                                               {"e", VarType::Empty},
-                                                               {"f", VarType::Boolean},
-                                                               {"g", VarType::Integer},
-                                                               {"h", VarType::Double},
-                                                               {"i", VarType::Long},
-                                                               {"j", VarType::Date}}),
-                                       "");
+    const auto rows = engines::sqlite::ReadRows(statement,
+                                                recordset::ShareFields({{"a", VarType::Long},
+                                                                        {"b", VarType::Double},
+                                                                        {"c", VarType::Currency},
+                                                                        {"d", VarType::String},
+                                                                        {"e", VarType::Empty},
+                                                                        {"f", VarType::Boolean},
+                                                                        {"g", VarType::Integer},
+                                                                        {"h", VarType::Double},
+                                                                        {"i", VarType::Long},
+                                                                        {"j", VarType::Date}}),
+                                                "");
     ASSERT_EQ(rows->Rows(), kRows);
     EXPECT_LE(rows->Bytes(), kRows * 10 * 16 + kRows * kTextBytes);
     EXPECT_EQ(Text(rows->GetValue(99999, 3)), "000000100000");

@@ -13,7 +13,7 @@
 #include "kpTables/Error.h"
 #include "sql/print/sqlite/FunctionList.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 namespace {
 
 using functions::FaultNumber;
@@ -152,4 +152,4 @@ INSTANTIATE_TEST_SUITE_P(Bodies, FunctionFails, testing::ValuesIn(functions::tes
 INSTANTIATE_TEST_SUITE_P(Expressions, FunctionFails, testing::ValuesIn(kFailures));
 
 }  // namespace
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -13,7 +13,7 @@
 #include "sql/parse/Parser.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 namespace {
 
 using namespace test;
@@ -173,4 +173,4 @@ TEST_F(GroupPlan, BillsAreSortedByProjectsNotTheirLines) {
 }
 
 }  // namespace
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -15,7 +15,7 @@
 #include "sql/parse/Parser.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 namespace {
 
 using namespace test;
@@ -123,4 +123,4 @@ TEST_F(IndexUseTest, TheBookHasNoOthers) {
 }
 
 }  // namespace
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

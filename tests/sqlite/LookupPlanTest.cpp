@@ -14,7 +14,7 @@
 #include "sql/parse/Parser.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 namespace {
 
 using namespace test;
@@ -143,4 +143,4 @@ TEST_F(LookupPlan, WithoutTheIndexItWouldBeAScan) {
 }
 
 }  // namespace
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -12,7 +12,7 @@ using namespace test;
 
 class Cache : public testing::Test {
 protected:
-    Cache() : session(sqlite::Database(":memory:", SQLITE_OPEN_READWRITE)) {
+    Cache() : session(engines::sqlite::Database(":memory:", SQLITE_OPEN_READWRITE)) {
         session.Execute("CREATE TABLE T (a LONG, x TEXT(50))");
     }
     std::string Value(std::string_view text) {

@@ -6,7 +6,7 @@
 
 #include "TestDatabase.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 namespace {
 
 std::string Names(std::string_view createTable) {
@@ -47,4 +47,4 @@ TEST(SecondNames, OfACatalogComeWithTheirColumns) {
 }
 
 }  // namespace
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -11,14 +11,14 @@ namespace kpTables::test {
 
 class TestDatabase {
 public:
-    explicit TestDatabase(sqlite::Database opened) {
-        auto driver = std::make_unique<sqlite::SqliteDriver>(std::move(opened));
+    explicit TestDatabase(engines::sqlite::Database opened) {
+        auto driver = std::make_unique<engines::sqlite::SqliteDriver>(std::move(opened));
         database_ = &driver->GetDatabase();
         executor_ = std::make_shared<engines::Executor>(std::move(driver));
     }
 
     const engines::ExecutorPtr& GetExecutor() const noexcept { return executor_; }
-    const sqlite::Database& GetDatabase() const noexcept { return *database_; }
+    const engines::sqlite::Database& GetDatabase() const noexcept { return *database_; }
     engines::Catalog& GetCatalog() const noexcept { return executor_->GetDriver().GetCatalog(); }
     engines::Transaction& GetTransaction() const noexcept { return executor_->GetTransaction(); }
 
@@ -29,7 +29,7 @@ public:
     std::size_t CachedStatements() const noexcept { return executor_->CachedStatements(); }
 
 private:
-    const sqlite::Database* database_;
+    const engines::sqlite::Database* database_;
     engines::ExecutorPtr executor_;
 };
 

@@ -9,7 +9,7 @@
 #include "engines/sqlite/Functions.h"
 #include "functions/Spread.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -97,4 +97,4 @@ bool IsAggregate(std::string_view name) noexcept {
     return std::ranges::any_of(kAggregates, [name](const Aggregate& aggregate) { return aggregate.name == name; });
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -10,7 +10,7 @@
 #include "sql/print/sqlite/DeclaredType.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -124,4 +124,4 @@ std::int64_t BookCatalog::ReadVersion() {
     return readVersion_.Step() ? readVersion_.Integer(0) : 0;
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -9,7 +9,7 @@
 #include "engines/common/Catalog.h"
 #include "engines/sqlite/Database.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 class BookCatalog final : public engines::Catalog {
 public:
@@ -29,4 +29,4 @@ private:
     PreparedStatement readVersion_;
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

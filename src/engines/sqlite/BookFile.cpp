@@ -10,7 +10,7 @@
 #include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -207,4 +207,4 @@ void MakeDurable(const Database& database) {
     database.Run("PRAGMA synchronous = FULL");
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

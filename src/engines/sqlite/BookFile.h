@@ -7,7 +7,7 @@
 #include "engines/sqlite/Database.h"
 #include "kpTables/Book.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// Opens an existing book. Refuses a file that is no book, and one that cannot be written unless options ask for
 /// reading only.
@@ -40,4 +40,4 @@ void MarkAsBook(const Database& database);
 /// Makes a book in a file survive a power failure.
 void MakeDurable(const Database& database);
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -9,7 +9,7 @@
 #include "sql/print/sqlite/FunctionList.h"
 #include "text/TextOrder.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -30,4 +30,4 @@ void RegisterCollation(sqlite3* database) {
           sqlite3_create_collation_v2(database, name.c_str(), SQLITE_UTF8, nullptr, CollateCallback, nullptr));
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

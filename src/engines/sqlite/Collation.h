@@ -7,7 +7,7 @@ namespace kpTables {
 struct TextOrder;
 }
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// The order for recordsets.
 extern const TextOrder kBookTexts;
@@ -15,4 +15,4 @@ extern const TextOrder kBookTexts;
 /// Registers the collation of translated texts with a connection.
 void RegisterCollation(sqlite3* database);
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -4,7 +4,7 @@
 
 #include "engines/sqlite/Failure.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 PreparedStatement::PreparedStatement(sqlite3* database, std::string_view text) {
     sqlite3_stmt* statement = nullptr;
@@ -98,4 +98,4 @@ bool Database::IsReadOnly() const noexcept { return sqlite3_db_readonly(Get(), "
 std::int64_t Database::Changes() const noexcept { return sqlite3_changes64(Get()); }
 std::int64_t Database::LastInsertRow() const noexcept { return sqlite3_last_insert_rowid(Get()); }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -12,7 +12,7 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// A prepared statement. A failure raises a DatabaseError with the text given to Prepare.
 class PreparedStatement {
@@ -100,4 +100,4 @@ private:
     std::unique_ptr<sqlite3, Closer> handle_;
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -6,7 +6,7 @@
 
 #include "kpTables/Error.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -118,4 +118,4 @@ int FunctionFailureCode(int errorNumber) noexcept {
     return SQLITE_ERROR | (kFunctionFailure + errorNumber) << kPrimaryBits;
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

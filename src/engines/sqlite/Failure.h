@@ -5,7 +5,7 @@
 
 struct sqlite3;
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// Raises the DatabaseError that a failed call stands for. statement is the text that the caller sent.
 [[noreturn]] void RaiseFailure(sqlite3* database, int code, std::string_view statement);
@@ -22,4 +22,4 @@ inline int Check(sqlite3* database, int code, std::string_view statement = {}) {
 /// The code with which a function of ours fails: SQLite's plain error combined with Visual Basic's number.
 int FunctionFailureCode(int errorNumber) noexcept;
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -12,7 +12,7 @@
 #include "functions/FunctionTable.h"
 #include "kpTables/Error.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -106,4 +106,4 @@ void RequireBodies(std::span<const sql::print::sqlite::EngineFunction> listed) {
                         "The engine has no body for the function " + std::string(missing->name));
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

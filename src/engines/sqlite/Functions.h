@@ -8,7 +8,7 @@
 
 struct sqlite3;
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// Registers every function that a translated text may call. Raises an error when one has no body.
 void RegisterFunctions(sqlite3* database);
@@ -20,4 +20,4 @@ void RequireBodies(std::span<const sql::print::sqlite::EngineFunction> listed);
 void RegisterAggregates(sqlite3* database);
 bool IsAggregate(std::string_view name) noexcept;
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

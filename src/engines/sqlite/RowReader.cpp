@@ -8,7 +8,7 @@
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -127,4 +127,4 @@ std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, recordset::Fiel
     return rows;
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -7,7 +7,7 @@
 #include "engines/sqlite/Database.h"
 #include "recordset/RowStore.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// Steps a bound statement through all its rows and resets it. A field whose type is Empty gets the type of its first
 /// value that is not Null. A cell of another type than its column's, as in a damaged book, is kept as it is; only an
@@ -15,4 +15,4 @@ namespace kpTables::sqlite {
 std::unique_ptr<recordset::RowStore> ReadRows(PreparedStatement& statement, recordset::FieldsPtr fields,
                                               std::string_view shown);
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

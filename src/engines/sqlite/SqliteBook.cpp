@@ -9,7 +9,7 @@
 #include "engines/sqlite/TextOrderVersion.h"
 #include "kpTables/Error.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -83,4 +83,4 @@ BookPtr CreateInMemory(const std::string& name, const std::string& url, const Ne
     return Prepared(engines::MakeBook(url, std::move(made.executor)), options);
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -5,7 +5,7 @@
 
 #include "kpTables/Book.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 // See OpenBook and CreateBook. url is the one that the book reports.
 BookPtr OpenFile(const std::string& path, const std::string& url, const BookOptions& options);
@@ -15,4 +15,4 @@ BookPtr OpenInMemory(const std::string& name, const std::string& url, const Book
 /// The name must be empty.
 BookPtr CreateInMemory(const std::string& name, const std::string& url, const NewBookOptions& options);
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -12,7 +12,7 @@
 #include "engines/sqlite/TableWriter.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -76,4 +76,4 @@ void SqliteDriver::BackUp(const std::string& path) { CopyToNewFile(database_, pa
 
 const sql::print::Engine& SqliteDriver::Dialect() const noexcept { return sql::print::sqlite::SqliteEngine(); }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -10,7 +10,7 @@
 #include "engines/sqlite/BookCatalog.h"
 #include "engines/sqlite/Database.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// A database's transaction. SQLite ends it by itself after some disk failures.
 class DatabaseTransaction final : public engines::Transaction {
@@ -47,4 +47,4 @@ private:
     DatabaseTransaction transaction_;
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -4,7 +4,7 @@
 #include <cctype>
 #include <optional>
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -124,4 +124,4 @@ std::vector<std::pair<std::string, std::string>> SecondNames(std::string_view cr
     return names;
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// The computed columns that are aliases, each with the column that it refers to, both as spelled in the definition:
 /// "CREATE TABLE ... (..., "b" INTEGER AS ("a"))" has b for a. SQLite gives the expression of a computed column nowhere
 /// else.
 std::vector<std::pair<std::string, std::string>> SecondNames(std::string_view createTable);
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -6,7 +6,7 @@
 #include "engines/common/ValueSink.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 using engines::ColumnSet;
 using engines::WrittenTable;
@@ -90,4 +90,4 @@ std::string TableWriter::UpdateText(const ColumnSet& set) const {
     return "UPDATE " + quotedName_ + " SET " + text + " WHERE rowid = ?";
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -8,7 +8,7 @@
 #include "engines/common/RowWriter.h"
 #include "engines/sqlite/Database.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// A statement is prepared once for each set of columns that is written together.
 class TableWriter final : public engines::RowWriter {
@@ -39,4 +39,4 @@ private:
     PreparedStatement count_;
 };
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

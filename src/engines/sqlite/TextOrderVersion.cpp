@@ -4,7 +4,7 @@
 #include "sql/print/sqlite/FunctionList.h"
 #include "text/TextOrder.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 namespace {
 
@@ -44,4 +44,4 @@ void BringIndexesUpToDate(const Database& database, const std::string& path) {
     database.Run("COMMIT");
 }
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

@@ -5,7 +5,7 @@
 
 #include "engines/sqlite/Database.h"
 
-namespace kpTables::sqlite {
+namespace kpTables::engines::sqlite {
 
 /// Writes the version of the program's order into a new book.
 void RecordTextOrderVersion(const Database& database);
@@ -14,4 +14,4 @@ void RecordTextOrderVersion(const Database& database);
 /// one that is open for reading only is refused, with its path, unless its indexes are in this order too.
 void BringIndexesUpToDate(const Database& database, const std::string& path);
 
-}  // namespace kpTables::sqlite
+}  // namespace kpTables::engines::sqlite

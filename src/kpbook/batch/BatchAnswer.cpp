@@ -39,8 +39,8 @@ private:
     std::string text_;
 };
 
-void AppendSent(std::string& out, const SentStatement& sent) {
-    out += sent.op == StatementOp::Execute ? R"({"op":"execute","text":)" : R"({"op":"open","text":)";
+void AppendSent(std::string& out, const bookkeeping::SentStatement& sent) {
+    out += sent.op == bookkeeping::StatementOp::Execute ? R"({"op":"execute","text":)" : R"({"op":"open","text":)";
     output::AppendJsonString(out, sent.text);
     out += sent.kind == SourceKind::Text ? R"(,"kind":"text"})" : R"(,"kind":"table"})";
 }

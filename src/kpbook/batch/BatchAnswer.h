@@ -7,8 +7,8 @@
 
 #include "kpTables/Error.h"
 #include "kpTables/Variant.h"
+#include "kpTables/bookkeeping/WatchedConnection.h"
 #include "kpbook/Host.h"
-#include "kpbook/TracingConnection.h"
 #include "kpbook/batch/BatchRequest.h"
 
 namespace kpTables::kpbook::batch {
@@ -22,7 +22,7 @@ struct RaisedEvent {
 struct BatchOutcome {
     std::string result;     ///< as JSON; empty after an error
     std::string arguments;  ///< after the call, as JSON; empty where there was no call
-    std::vector<SentStatement> sent;
+    std::vector<bookkeeping::SentStatement> sent;
     std::vector<ShownMessage> messages;
     std::vector<RaisedEvent> events;
     std::optional<Error> error;

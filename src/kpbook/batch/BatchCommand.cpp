@@ -23,7 +23,7 @@ public:
         : global_(global), host_(std::make_shared<BatchHost>()), workspace_(options.book, host_, global) {
         workspace_.tables.Advise(*this);
         auto trace = workspace_.connection->onSend;
-        workspace_.connection->onSend = [this, trace](const SentStatement& sent) {
+        workspace_.connection->onSend = [this, trace](const bookkeeping::SentStatement& sent) {
             outcome_.sent.push_back(sent);
             if (trace) trace(sent);
         };

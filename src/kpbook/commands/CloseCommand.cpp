@@ -92,7 +92,7 @@ private:
         }
         const auto next = static_cast<std::int16_t>(options_.month + 1);
         if (warehouse.replaceNext) workspace_.tables.Del仓库余额表(warehouse.id, next);
-        workspace_.connection->ForgetLastError();
+        workspace_.connection->ForgetFailures();
         if (!RunClosing(warehouse.id, what)) {
             std::fprintf(stderr, "kpbook: %s: not closed: %s\n", what.c_str(), Reason(warehouse.id).c_str());
             return false;
@@ -109,7 +109,7 @@ private:
     }
 
     std::string Reason(std::int32_t warehouse) {
-        if (const auto& error = workspace_.connection->LastError()) return error->Description();
+        if (const auto* error = workspace_.connection->LastError()) return error->Description();
         const auto rows = workspace_.connection->Execute(
             "Select Count(*) As n From 仓库余额表 Where 上期库存金额 Is Null And dpID=" + std::to_string(warehouse) +
             " And 月份=" + std::to_string(options_.month));

@@ -50,9 +50,9 @@ private:
 
     /// Get_Option returns "" after an error, which must not look like a missing setting.
     std::string Option(const std::string& item) {
-        workspace_.connection->ForgetLastError();
+        workspace_.connection->ForgetFailures();
         std::string value = workspace_.tables.Get_Option(item);
-        if (const auto& error = workspace_.connection->LastError()) throw *error;
+        if (const auto* error = workspace_.connection->LastError()) throw *error;
         return value;
     }
 

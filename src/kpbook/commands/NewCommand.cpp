@@ -17,7 +17,7 @@ void MakeReady(const BookPtr& book, const GlobalOptions& global) {
     Workspace workspace(book, host, global);
     const bool named = workspace.tables.Create_NewBook() && host->messages.empty();
     if (named && workspace.tables.SetDefaultSFK()) return;
-    if (const auto& error = workspace.connection->LastError()) throw *error;
+    if (const auto* error = workspace.connection->LastError()) throw *error;
     throw CommandError(book->Url() + ": cannot be prepared for use" +
                        (host->messages.empty() ? "" : ": " + host->messages[0].text));
 }

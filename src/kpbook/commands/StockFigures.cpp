@@ -53,7 +53,7 @@ StockFigures FiguresOf(Workspace& workspace, const StockOptions& options, std::i
     auto& tables = workspace.tables;
     const auto warehouse = options.warehouse.value_or(0);
     const auto month = options.month;
-    workspace.connection->ForgetLastError();
+    workspace.connection->ForgetFailures();
     StockFigures figures;
     figures.openingQuantity = tables.Get上期库存(warehouse, product, month, "数量");
     figures.openingPrice = tables.Get上期库存(warehouse, product, month, "单价");
@@ -68,7 +68,7 @@ StockFigures FiguresOf(Workspace& workspace, const StockOptions& options, std::i
     figures.outbound.price = options.costUsed ? cost("单价") : outbound("单价");
     figures.outbound.amount = options.costUsed ? cost("金额") : outbound("金额");
     // The methods return 0 after an error.
-    if (const auto& error = workspace.connection->LastError()) throw *error;
+    if (const auto* error = workspace.connection->LastError()) throw *error;
     return figures;
 }
 

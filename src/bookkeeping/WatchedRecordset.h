@@ -1,19 +1,33 @@
 // An editable recordset whose database errors are kept.
 #pragma once
 
-#include <optional>
+#include <memory>
+#include <string>
 #include <type_traits>
+#include <utility>
 
 #include "kpTables/Error.h"
 #include "kpTables/Recordset.h"
+#include "kpTables/bookkeeping/WatchedConnection.h"
 
-namespace kpTables::kpbook {
+namespace kpTables::bookkeeping {
 
-/// Passes every call on and keeps the last DatabaseError that one raised.
-class TracingRecordset : public Recordset {
+/// Runs an action for a statement; a DatabaseError is added to failures and passed on.
+template <class Action>
+std::invoke_result_t<Action> KeepFailures(FailedStatements& failures, const std::string& text, Action action) {
+    try {
+        return action();
+    } catch (const DatabaseError& error) {
+        failures.push_back({text, error});
+        throw;
+    }
+}
+
+/// Passes every call on and keeps every DatabaseError that one raised.
+class WatchedRecordset : public Recordset {
 public:
-    TracingRecordset(RecordsetPtr target, std::shared_ptr<std::optional<DatabaseError>> lastError)
-        : target_(std::move(target)), lastError_(std::move(lastError)) {}
+    WatchedRecordset(RecordsetPtr target, std::string source, std::shared_ptr<FailedStatements> failures)
+        : target_(std::move(target)), source_(std::move(source)), failures_(std::move(failures)) {}
 
     int FieldCount() const override { return target_->FieldCount(); }
     const FieldInfo& FieldAt(int index) const override { return target_->FieldAt(index); }
@@ -58,16 +72,12 @@ public:
 private:
     template <class Action>
     std::invoke_result_t<Action> Keep(Action action) const {
-        try {
-            return action();
-        } catch (const DatabaseError& error) {
-            lastError_->emplace(error);
-            throw;
-        }
+        return KeepFailures(*failures_, source_, action);
     }
 
     RecordsetPtr target_;
-    std::shared_ptr<std::optional<DatabaseError>> lastError_;
+    std::string source_;
+    std::shared_ptr<FailedStatements> failures_;
 };
 
-}  // namespace kpTables::kpbook
+}  // namespace kpTables::bookkeeping

@@ -1,4 +1,4 @@
-#include "kpbook/TracingConnection.h"
+#include "kpTables/bookkeeping/WatchedConnection.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 #include "kpTables/MemoryRecordset.h"
 
-namespace kpTables::kpbook {
+namespace kpTables::bookkeeping {
 namespace {
 
 /// Answers "Select" with two rows, "bad" with an error, anything else with nothing; its editable recordset fails to
@@ -43,8 +43,8 @@ struct Reported {
     std::vector<std::string> lines;
 };
 
-TracingConnection Traced(const std::shared_ptr<FakeConnection>& target, Reported& reported) {
-    TracingConnection connection(target, [] { return std::int64_t{7}; });
+WatchedConnection Traced(const std::shared_ptr<FakeConnection>& target, Reported& reported) {
+    WatchedConnection connection(target, [] { return std::int64_t{7}; });
     connection.onSend = [&reported](const SentStatement& sent) {
         reported.lines.push_back(std::string(sent.op == StatementOp::Execute ? "execute" : "open") +
                                  (sent.kind == SourceKind::Table ? " table " : " text ") + sent.text);
@@ -57,7 +57,7 @@ TracingConnection Traced(const std::shared_ptr<FakeConnection>& target, Reported
     return connection;
 }
 
-TEST(TracingConnection, ReportsEveryStatementInOrder) {
+TEST(WatchedConnection, ReportsEveryStatementInOrder) {
     Reported reported;
     auto connection = Traced(std::make_shared<FakeConnection>(), reported);
     EXPECT_EQ(connection.Execute("Select 1")->RecordCount(), 2);
@@ -70,7 +70,7 @@ TEST(TracingConnection, ReportsEveryStatementInOrder) {
                                                         "open", "execute text bad", "failed: refused"}));
 }
 
-TEST(TracingConnection, KeepsTheLastDatabaseError) {
+TEST(WatchedConnection, KeepsWhatFailed) {
     Reported reported;
     auto connection = Traced(std::make_shared<FakeConnection>(), reported);
     EXPECT_FALSE(connection.LastError());
@@ -83,11 +83,14 @@ TEST(TracingConnection, KeepsTheLastDatabaseError) {
     EXPECT_THROW(editable->Close(), DatabaseError);
     ASSERT_TRUE(connection.LastError());
     EXPECT_EQ(connection.LastError()->Description(), "in use");
-    connection.ForgetLastError();
+    ASSERT_EQ(connection.Failures().size(), 2U);
+    EXPECT_EQ(connection.Failures()[0].text, "bad");
+    EXPECT_EQ(connection.Failures()[1].text, "t");
+    connection.ForgetFailures();
     EXPECT_FALSE(connection.LastError());
 }
 
-TEST(TracingConnection, EditableRecordsetPassesCallsOn) {
+TEST(WatchedConnection, EditableRecordsetPassesCallsOn) {
     Reported reported;
     auto connection = Traced(std::make_shared<FakeConnection>(), reported);
     const auto rows = connection.Open("t", SourceKind::Table);
@@ -113,9 +116,9 @@ TEST(TracingConnection, EditableRecordsetPassesCallsOn) {
     EXPECT_TRUE(rows->GetValue(0).Is(std::int32_t{1}));
 }
 
-TEST(TracingConnection, PassesTransactionsOn) {
+TEST(WatchedConnection, PassesTransactionsOn) {
     const auto target = std::make_shared<FakeConnection>();
-    TracingConnection connection(target, [] { return std::int64_t{0}; });
+    WatchedConnection connection(target, [] { return std::int64_t{0}; });
     connection.BeginTrans();
     EXPECT_EQ(target->transactions, 1);
     connection.CommitTrans();
@@ -126,4 +129,4 @@ TEST(TracingConnection, PassesTransactionsOn) {
 }
 
 }  // namespace
-}  // namespace kpTables::kpbook
+}  // namespace kpTables::bookkeeping
