@@ -62,6 +62,9 @@ private:
     void Start(Use use) override;
     void Save() override;
     void Undo() override;
+    void StartLevel() override { database_.journal.emplace_back("start level"); }
+    void MergeLevel() override { database_.journal.emplace_back("merge level"); }
+    void UndoLevel() override { database_.journal.emplace_back("undo level"); }
     void Abandon() noexcept override;
     bool IsOpen() const noexcept override { return database_.open; }
 

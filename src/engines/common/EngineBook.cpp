@@ -22,9 +22,12 @@ public:
         return std::make_shared<EditableRecordset>(executor_, std::move(query));
     }
 
-    void BeginTrans() override { executor_->GetTransaction().Begin(); }
+    int BeginTrans() override { return executor_->GetTransaction().Begin(); }
     void CommitTrans() override { executor_->GetTransaction().Commit(); }
-    void RollbackTrans() override { executor_->GetTransaction().Rollback(); }
+    void RollbackTrans() override {
+        executor_->GetTransaction().Rollback();
+        executor_->GetDriver().GetCatalog().Forget();
+    }
 
     const std::string& Url() const override { return url_; }
 
@@ -38,6 +41,11 @@ public:
 
     std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) override {
         return std::make_unique<TableAppender>(executor_, table, columns);
+    }
+
+    void FlushRows() override {
+        executor_->GetTransaction().RaiseLoss();
+        executor_->GetTransaction().CommitRows();
     }
 
     std::int64_t RecordsAffected() const override { return executor_->RecordsAffected(); }

@@ -5,6 +5,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/Transaction.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
 #include "kpbook/Terminal.h"
@@ -17,29 +18,6 @@ namespace {
 
 /// Progress is shown after this many rows.
 constexpr std::int64_t kStep = 10'000;
-
-/// Rolls back unless it was committed.
-class Transaction {
-public:
-    explicit Transaction(Connection& connection) : connection_(&connection) { connection.BeginTrans(); }
-    ~Transaction() {
-        if (!connection_) return;
-        try {
-            connection_->RollbackTrans();
-        } catch (const Error&) {
-            // The engine has rolled back by itself; the original error says why.
-        }
-    }
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    void Commit() {
-        connection_->CommitTrans();
-        connection_ = nullptr;
-    }
-
-private:
-    Connection* connection_;
-};
 
 /// Whether the error is about this row only, so that other rows can still be added.
 bool IsRowsFault(const DatabaseError& error) noexcept {
