@@ -5,6 +5,8 @@
 #include <limits>
 #include <string_view>
 
+#include "kpbook/Ending.h"
+#include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
@@ -308,7 +310,7 @@ int RunCommandLine(int count, char** words) {
     const auto asked = app.get_subcommands().front()->get_name();
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
-    return entry->run(parsed);
+    return RunToEnd([&] { return entry->run(parsed); }, *parsed.global.incidents);
 }
 
 }  // namespace kpTables::kpbook

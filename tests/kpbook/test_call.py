@@ -92,7 +92,7 @@ class CallTest(TradingCase):
         self.failed("connection", "Cnn", "x")
 
     def test_value_with_a_quote_breaks_the_statement_and_nothing_else(self):
-        done = self.run_kpbook("call", self.book, "BillAdulting", "入库", "1", "O'Hara", "date:2004-01-31")
+        done = self.run_kpbook("call", self.book, "BillAdulting", "入库", "1", "O'Hara", "date:2004-01-31", code=1)
         self.assertEqual(done.stdout, "False\n")
         self.assertEqual(self.rows("Select 审核员 From 入库目录 Where BillID=1"), [[None]])
 

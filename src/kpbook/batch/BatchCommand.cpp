@@ -4,6 +4,7 @@
 #include "kpTables/LateBound.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
+#include "kpbook/Memory.h"
 #include "kpbook/Names.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/batch/BatchAnswer.h"
@@ -40,6 +41,8 @@ public:
         // The part of the result that was written before the error.
         if (outcome_.error) outcome_.result.clear();
         outcome_.messages = std::move(host_->messages);
+        outcome_.failed = workspace_.TakeIncidents();
+        if (outcome_.error) RemoveTold(outcome_.failed, *outcome_.error);
         return AnswerLine(request, outcome_);
     }
 
@@ -56,6 +59,8 @@ private:
             return true;
         } catch (const Error& raised) {
             if (!outcome_.error) outcome_.error = raised;
+        } catch (const std::bad_alloc&) {
+            if (!outcome_.error) outcome_.error = MemoryError();
         } catch (const std::exception& raised) {
             if (!outcome_.error) outcome_.error = Error(static_cast<int>(ErrorNumber::InvalidCall), raised.what());
         }

@@ -58,7 +58,8 @@ void ShowWrittenBack(const std::vector<Parameter>& parameters, const std::vector
 }  // namespace
 
 int Call(const CallOptions& options, const GlobalOptions& global) {
-    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
+    const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
+    Workspace workspace(options.book, host, global);
     std::vector<Variant> arguments;
     for (const auto& text : options.arguments) arguments.push_back(input::ReadArgument(text));
     const auto* method = _CTables::Find(options.method);
@@ -67,7 +68,7 @@ int Call(const CallOptions& options, const GlobalOptions& global) {
     const Variant result = CallMember(workspace.tables, options.method, arguments);
     if (method) ShowWrittenBack(method->parameters, before, arguments);
     output::WriteResult(options.method, result, global);
-    return kSucceeded;
+    return host->HasReported() ? kFailed : kSucceeded;
 }
 
 }  // namespace kpTables::kpbook::commands
