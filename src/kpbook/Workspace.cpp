@@ -61,7 +61,7 @@ Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOpt
 
 Workspace::~Workspace() {
     try {
-        log_->Add(TakeIncidents());
+        LogIncidents();
     } catch (const std::exception&) {
         // There is no memory to keep the incidents: the shortage itself is told at the end.
         return;
@@ -74,6 +74,12 @@ Incidents Workspace::TakeIncidents() {
     connection->ForgetFailures();
     if (TakeMemoryShortage()) incidents.push_back({"", MemoryError()});
     return incidents;
+}
+
+bool Workspace::LogIncidents() {
+    const auto incidents = TakeIncidents();
+    log_->Add(incidents);
+    return !incidents.empty();
 }
 
 std::string NameOf(Workspace& workspace, const std::string& statement, const std::string& what) {

@@ -28,6 +28,8 @@ struct Workspace {
     /// What failed since the last call of this function, whatever the methods answered: statements, memory, and rows
     /// that were not saved.
     Incidents TakeIncidents();
+    /// Adds them to the incidents of the run, which its end tells. True when there were any.
+    bool LogIncidents();
 
     BookPtr book;
     std::shared_ptr<bookkeeping::WatchedConnection> connection;

@@ -111,6 +111,7 @@ std::string AnswerLine(const BatchRequest& request, const BatchOutcome& outcome)
     Answer answer;
     if (request.method) output::AppendJsonString(answer.Member("method"), *request.method);
     if (request.execute) output::AppendJsonString(answer.Member("execute"), *request.execute);
+    if (request.step) answer.Member(KeyOf(*request.step)) += "true";
     answer.MemberText("result", outcome.result);
     answer.MemberText("args", outcome.arguments);
     if (request.method || request.execute) answer.Member("sent", outcome.sent, AppendSent);
