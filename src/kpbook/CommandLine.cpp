@@ -5,6 +5,8 @@
 #include <limits>
 #include <string_view>
 
+#include "kpbook/Ending.h"
+#include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
@@ -31,6 +33,7 @@ struct Parsed {
     commands::CloseOptions close;
     commands::MethodsOptions methods;
     bool batch = false;
+    bool clean = false;
     std::string format = "table";
     std::string today;
     std::string answer;
@@ -165,7 +168,16 @@ void AddCall(CLI::App& app, Parsed& parsed) {
         ->check(commands::kUtf8)
         ->type_name("");
     command->add_option("ARGS", parsed.call.arguments, "Its arguments")->check(commands::kUtf8)->type_name("");
-    command->add_flag("--batch", parsed.batch, "Read calls as lines of JSON");
+    auto* batch = command->add_flag("--batch", parsed.batch, "Read calls as lines of JSON");
+    command
+        ->add_flag("--clean", parsed.clean, "Refuse the lines of a batch whose values have quotes that are not doubled")
+        ->needs(batch);
+    command->add_flag("--raw", parsed.call.raw, "Pass on values with quotes unchanged, which then change the statement")
+        ->excludes(batch);
+    command
+        ->add_flag("--transaction", parsed.call.transaction,
+                   "Keep all changes of the call, or none when anything in it failed")
+        ->excludes(batch);
 }
 
 void AddSql(CLI::App& app, Parsed& parsed) {
@@ -210,7 +222,8 @@ struct CommandEntry {
 
 int RunCall(const Parsed& parsed) {
     if (!parsed.batch) return commands::Call(parsed.call, parsed.global);
-    return batch::RunBatch({parsed.call.book, parsed.call.method.empty() ? "-" : parsed.call.method}, parsed.global);
+    return batch::RunBatch({parsed.call.book, parsed.call.method.empty() ? "-" : parsed.call.method, parsed.clean},
+                           parsed.global);
 }
 
 // In the order of the help text.
@@ -308,7 +321,7 @@ int RunCommandLine(int count, char** words) {
     const auto asked = app.get_subcommands().front()->get_name();
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
-    return entry->run(parsed);
+    return RunToEnd([&] { return entry->run(parsed); }, *parsed.global.incidents);
 }
 
 }  // namespace kpTables::kpbook

@@ -50,10 +50,11 @@ private:
 
     /// Get_Option returns "" after an error, which must not look like a missing setting.
     std::string Option(const std::string& item) {
-        workspace_.connection->ForgetFailures();
         std::string value = workspace_.tables.Get_Option(item);
-        if (const auto* error = workspace_.connection->LastError()) throw *error;
-        return value;
+        const auto incidents = workspace_.TakeIncidents();
+        if (incidents.empty()) return value;
+        const auto& [statement, error] = incidents.front();
+        throw DatabaseError(error.Number(), error.Description(), statement);
     }
 
     std::optional<Date> DateOption(Recordset& rows, const std::string& item) {

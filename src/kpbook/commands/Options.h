@@ -91,6 +91,8 @@ struct CallOptions {
     std::string book;
     std::string method;
     std::vector<std::string> arguments;
+    bool raw = false;          ///< values with quotes are passed on as they are
+    bool transaction = false;  ///< all or nothing
 };
 
 struct SqlOptions {
