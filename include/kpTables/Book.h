@@ -48,6 +48,8 @@ public:
     /// Copies the book into a new file, which is a book too; other programs may keep using this one. An existing file
     /// is refused, and so is a copy while a host transaction is open.
     virtual void BackUp(const std::string& path) = 0;
+    /// What is wrong with the file itself, as the engine words it; nothing when it is whole. Reads all of it.
+    virtual std::vector<std::string> IntegrityFaults() = 0;
 };
 using BookPtr = std::shared_ptr<Book>;
 
