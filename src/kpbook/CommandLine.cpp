@@ -9,6 +9,7 @@
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/ReportSyntax.h"
+#include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
 
 namespace kpTables::kpbook {
@@ -29,6 +30,7 @@ struct Parsed {
     commands::CallOptions call;
     commands::SqlOptions sql;
     commands::CloseOptions close;
+    commands::UpgradeOptions upgrade;
     commands::MethodsOptions methods;
     bool batch = false;
     std::string format = "table";
@@ -228,6 +230,8 @@ constexpr CommandEntry kCommands[] = {
      [](const Parsed& parsed) { return commands::Operators(parsed.operators, parsed.global); }},
     {"log", AddLog, [](const Parsed& parsed) { return commands::Log(parsed.log, parsed.global); }},
     {"payroll", AddPayroll, [](const Parsed& parsed) { return commands::Payroll(parsed.payroll, parsed.global); }},
+    {"upgrade", [](CLI::App& app, Parsed& parsed) { commands::AddUpgrade(app, parsed.upgrade); },
+     [](const Parsed& parsed) { return commands::Upgrade(parsed.upgrade, parsed.global); }},
     {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
 };
 
@@ -262,10 +266,11 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (global.format == OutputFormat::Xlsx && global.outputPath.empty()) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
-    for (std::string* word : {&global.outputPath, &parsed.create.book, &parsed.import.book, &parsed.import.table,
-                              &parsed.import.path, &parsed.call.book, &parsed.call.method, &parsed.sql.book,
-                              &parsed.sql.text, &parsed.close.book, &parsed.methods.name, &parsed.info.book,
-                              &parsed.stock.book, &parsed.operators.book, &parsed.log.book, &parsed.payroll.book}) {
+    for (std::string* word :
+         {&global.outputPath, &parsed.create.book, &parsed.import.book, &parsed.import.table, &parsed.import.path,
+          &parsed.call.book, &parsed.call.method, &parsed.sql.book, &parsed.sql.text, &parsed.close.book,
+          &parsed.methods.name, &parsed.info.book, &parsed.stock.book, &parsed.operators.book, &parsed.log.book,
+          &parsed.payroll.book, &parsed.upgrade.book}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);

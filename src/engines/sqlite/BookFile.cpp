@@ -4,9 +4,11 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <system_error>
 
+#include "BookSchema.h"
 #include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
 
@@ -17,7 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t kApplicationId = 0x6B705462;  // "kpTb"
-constexpr std::int64_t kFormat = 1;
 /// In KiB. A month-end closing reads each page once: a larger cache would only cost memory.
 constexpr int kCacheKibibytes = 16384;
 
@@ -72,15 +73,21 @@ void CheckIsComplete(const Database& database, const std::string& path) {
     if (!error && static_cast<std::int64_t>(size) < expected) Refuse(path, "it is damaged: the file's end is missing");
 }
 
+void CheckFormat(std::int32_t format, std::int32_t oldest, const std::string& path) {
+    const std::string its = "its format is " + std::to_string(format);
+    const std::string own = std::to_string(schema::kFormat);
+    if (format > schema::kFormat) {
+        Refuse(path,
+               its + ", and this version of the program knows formats up to " + own + "; open it with a newer version");
+    }
+    if (format < oldest) Refuse(path, its + ", an earlier one than " + own + "; kpbook upgrade brings it up to date");
+}
+
 /// Reads the header and the schema, so that a file that is no book, or damaged, is refused at once.
-void CheckIsBook(const Database& database, const std::string& path) {
+void CheckIsBook(const Database& database, const std::string& path, std::int32_t oldestFormat = schema::kFormat) {
     const std::int64_t application = database.IntegerOf("PRAGMA application_id");
     if (application != kApplicationId) Refuse(path, "the file is a SQLite database, but not a book");
-    const std::int64_t format = database.IntegerOf("PRAGMA user_version");
-    if (format != kFormat) {
-        Refuse(path, "its format is " + std::to_string(format) + ", and this version of the program reads format " +
-                         std::to_string(kFormat));
-    }
+    CheckFormat(FormatOf(database), oldestFormat, path);
     database.IntegerOf("SELECT COUNT(*) FROM sqlite_schema");
     CheckIsComplete(database, path);
 }
@@ -122,28 +129,40 @@ Database OpenForReading(const std::string& path, const BookOptions& options) {
     }
 }
 
-Database OpenForWriting(const std::string& path, const BookOptions& options) {
+Database OpenForWriting(const std::string& path, const BookOptions& options,
+                        std::int32_t oldestFormat = schema::kFormat) {
     Database database(AbsoluteName(path), SQLITE_OPEN_READWRITE);
     if (database.IsReadOnly()) {
         Refuse(path, "the file is read-only; open it for reading only, or make it writable",
                DatabaseErrorNumber::NotPermitted);
     }
     Configure(database, options.busyTimeout);
-    CheckIsBook(database, path);
+    CheckIsBook(database, path, oldestFormat);
     MakeDurable(database);
     return database;
+}
+
+/// Opens a file; errors name it.
+Database Named(const std::string& path, const std::function<Database()>& open) {
+    CheckIsFile(path);
+    try {
+        return open();
+    } catch (const DatabaseError& error) {
+        if (error.Description().find(path) != std::string::npos) throw;
+        throw DatabaseError(error.Number(), "The book '" + path + "' cannot be opened: " + error.Description());
+    }
 }
 
 }  // namespace
 
 Database OpenBookFile(const std::string& path, const BookOptions& options) {
-    CheckIsFile(path);
-    try {
-        return options.readOnly ? OpenForReading(path, options) : OpenForWriting(path, options);
-    } catch (const DatabaseError& error) {
-        if (error.Description().find(path) != std::string::npos) throw;
-        throw DatabaseError(error.Number(), "The book '" + path + "' cannot be opened: " + error.Description());
-    }
+    return Named(path,
+                 [&] { return options.readOnly ? OpenForReading(path, options) : OpenForWriting(path, options); });
+}
+
+Database OpenBookOfAnyFormat(const std::string& path, std::chrono::milliseconds busyTimeout) {
+    constexpr std::int32_t kOldestFormat = 1;
+    return Named(path, [&] { return OpenForWriting(path, {.busyTimeout = busyTimeout}, kOldestFormat); });
 }
 
 NewBookFile::NewBookFile(const std::string& path) : path_(path) {
@@ -198,7 +217,11 @@ void CopyToNewFile(const Database& database, const std::string& path) {
 
 void MarkAsBook(const Database& database) {
     database.Run("PRAGMA application_id = " + std::to_string(kApplicationId));
-    database.Run("PRAGMA user_version = " + std::to_string(kFormat));
+    database.Run("PRAGMA user_version = " + std::to_string(schema::kFormat));
+}
+
+std::int32_t FormatOf(const Database& database) {
+    return static_cast<std::int32_t>(database.IntegerOf("PRAGMA user_version"));
 }
 
 void MakeDurable(const Database& database) {

@@ -12,6 +12,8 @@ namespace kpTables::engines::sqlite {
 /// Opens an existing book. Refuses a file that is no book, and one that cannot be written unless options ask for
 /// reading only.
 Database OpenBookFile(const std::string& path, const BookOptions& options);
+/// Opens an existing book of this format or an earlier one, to be written.
+Database OpenBookOfAnyFormat(const std::string& path, std::chrono::milliseconds busyTimeout);
 
 /// Creates a file at an unused path, and removes it again unless Keep was called.
 class NewBookFile {
@@ -37,6 +39,8 @@ void CopyToNewFile(const Database& database, const std::string& path);
 
 /// Marks the file as a book, inside the transaction that creates the tables.
 void MarkAsBook(const Database& database);
+/// The number of its schema that a book records.
+std::int32_t FormatOf(const Database& database);
 /// Makes a book in a file survive a power failure.
 void MakeDurable(const Database& database);
 

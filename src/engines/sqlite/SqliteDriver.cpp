@@ -9,6 +9,7 @@
 #include "engines/sqlite/Collation.h"
 #include "engines/sqlite/Functions.h"
 #include "engines/sqlite/RowReader.h"
+#include "engines/sqlite/SchemaNote.h"
 #include "engines/sqlite/TableWriter.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
@@ -73,6 +74,13 @@ std::shared_ptr<engines::RowWriter> SqliteDriver::MakeWriter(engines::WrittenTab
 }
 
 void SqliteDriver::BackUp(const std::string& path) { CopyToNewFile(database_, path); }
+
+bool SqliteDriver::IsSchemaNoted() {
+    comparedSchema_ = SchemaVersion(database_);
+    return ReadSchemaNote(database_) == comparedSchema_;
+}
+
+void SqliteDriver::NoteSchema() noexcept { TryWriteSchemaNote(database_, comparedSchema_); }
 
 const sql::print::Engine& SqliteDriver::Dialect() const noexcept { return sql::print::sqlite::SqliteEngine(); }
 

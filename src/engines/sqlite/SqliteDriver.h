@@ -39,12 +39,16 @@ public:
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     void BackUp(const std::string& path) override;
 
+    bool IsSchemaNoted() override;
+    void NoteSchema() noexcept override;
+
     const sql::print::Engine& Dialect() const noexcept override;
 
 private:
     Database database_;
     BookCatalog catalog_;
     DatabaseTransaction transaction_;
+    std::int64_t comparedSchema_ = 0;  ///< its version when IsSchemaNoted was asked
 };
 
 }  // namespace kpTables::engines::sqlite
