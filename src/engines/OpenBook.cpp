@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "engines/BookUrl.h"
+#include "engines/sqlite/BookUpgrade.h"
 #include "engines/sqlite/SqliteBook.h"
 #include "kpTables/Book.h"
 #include "kpTables/Error.h"
@@ -16,13 +17,14 @@ struct Engine {
     std::string_view books;  ///< what its books are, for messages
     BookPtr (*open)(const std::string& address, const std::string& url, const BookOptions& options);
     BookPtr (*create)(const std::string& address, const std::string& url, const NewBookOptions& options);
+    BookUpgrade (*upgrade)(const std::string& address, const std::string& url, const UpgradeOptions& options);
 };
 
 constexpr Engine kEngines[] = {
     {"file", "a book is a file (its path, or file: and its path)", engines::sqlite::OpenFile,
-     engines::sqlite::CreateFile},
+     engines::sqlite::CreateFile, engines::sqlite::UpgradeFile},
     {"memory", "a book in memory is made anew each time (memory:)", engines::sqlite::OpenInMemory,
-     engines::sqlite::CreateInMemory},
+     engines::sqlite::CreateInMemory, engines::sqlite::UpgradeInMemory},
 };
 
 const Engine& EngineFor(const std::string& scheme, const std::string& url) {
@@ -44,6 +46,11 @@ BookPtr OpenBook(const std::string& url, const BookOptions& options) {
 BookPtr CreateBook(const std::string& url, const NewBookOptions& options) {
     const engines::BookUrl parts = engines::ParseBookUrl(url);
     return EngineFor(parts.scheme, url).create(parts.address, url, options);
+}
+
+BookUpgrade UpgradeBook(const std::string& url, const UpgradeOptions& options) {
+    const engines::BookUrl parts = engines::ParseBookUrl(url);
+    return EngineFor(parts.scheme, url).upgrade(parts.address, url, options);
 }
 
 }  // namespace kpTables

@@ -12,6 +12,7 @@
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/ReportSyntax.h"
+#include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
 
 namespace kpTables::kpbook {
@@ -35,6 +36,7 @@ struct Parsed {
     commands::ReopenOptions reopen;
     commands::CheckOptions check;
     commands::BackupOptions backup;
+    commands::UpgradeOptions upgrade;
     commands::MethodsOptions methods;
     bool batch = false;
     bool clean = false;
@@ -231,6 +233,8 @@ constexpr CommandEntry kCommands[] = {
      [](const Parsed& parsed) { return commands::Operators(parsed.operators, parsed.global); }},
     {"log", AddLog, [](const Parsed& parsed) { return commands::Log(parsed.log, parsed.global); }},
     {"payroll", AddPayroll, [](const Parsed& parsed) { return commands::Payroll(parsed.payroll, parsed.global); }},
+    {"upgrade", [](CLI::App& app, Parsed& parsed) { commands::AddUpgrade(app, parsed.upgrade); },
+     [](const Parsed& parsed) { return commands::Upgrade(parsed.upgrade, parsed.global); }},
     {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
 };
 
@@ -270,7 +274,8 @@ void Complete(const CLI::App& app, Parsed& parsed) {
           &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
           &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
           &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book}) {
+          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
+          &parsed.upgrade.book}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);

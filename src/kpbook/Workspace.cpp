@@ -42,10 +42,19 @@ BookPtr OpenToRead(const std::string& url) {
     }
 }
 
+/// A book of which somebody has dropped a part still serves the methods that do without it.
+void WarnOfMissingParts(Book& book) {
+    for (const std::string& part : book.MissingParts()) {
+        std::fprintf(stderr, "kpbook: the book lacks %s; kpbook upgrade adds it\n", part.c_str());
+    }
+}
+
 }  // namespace
 
 Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global, Access access)
-    : Workspace(access == Access::Read ? OpenToRead(url) : OpenBook(url), std::move(host), global) {}
+    : Workspace(access == Access::Read ? OpenToRead(url) : OpenBook(url), std::move(host), global) {
+    WarnOfMissingParts(*book);
+}
 
 Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global)
     : book(std::move(opened)), tables(std::move(host)), log_(global.incidents) {

@@ -19,6 +19,11 @@ struct NewOptions {
     bool sqlNames = false;  ///< the table Header has SQL Server's column names
 };
 
+struct UpgradeOptions {
+    std::string book;
+    bool noBackup = false;
+};
+
 struct InfoOptions {
     std::string book;
 };
