@@ -22,7 +22,7 @@ public:
         texts_.emplace_back(source);
         return book_->Open(source, kind);
     }
-    void BeginTrans() override { book_->BeginTrans(); }
+    int BeginTrans() override { return book_->BeginTrans(); }
     void CommitTrans() override { book_->CommitTrans(); }
     void RollbackTrans() override { book_->RollbackTrans(); }
 

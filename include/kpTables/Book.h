@@ -45,9 +45,16 @@ public:
     virtual std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) = 0;
     /// Rows that the last Execute of an Insert, Update or Delete touched.
     virtual std::int64_t RecordsAffected() const = 0;
-    /// Copies the book into a new file, which is a book too; other programs may keep using this one. An existing file
-    /// is refused, and so is a copy while a host transaction is open.
+    /// Saves what editable recordsets have written outside a host transaction. Raises, once, the error of a recordset
+    /// that was dropped without Close and could not save its rows: they are lost. The next statement raises it too, so
+    /// a host calls this after every method and before it says that all went well.
+    virtual void FlushRows() = 0;
+    /// Copies the book into a new file, which is a book too; other programs may keep using this one. The copy is
+    /// checked and on the disk before it gets its name, and only its owner may read and write it. An existing file is
+    /// refused, and so is a copy while a host transaction is open.
     virtual void BackUp(const std::string& path) = 0;
+    /// What is wrong with the file itself, as the engine words it; nothing when it is whole. Reads all of it.
+    virtual std::vector<std::string> IntegrityFaults() = 0;
 };
 using BookPtr = std::shared_ptr<Book>;
 
@@ -55,6 +62,14 @@ struct BookOptions {
     bool readOnly = false;
     /// How long a statement waits for another program's lock before it fails.
     std::chrono::milliseconds busyTimeout{5000};
+    /// Rows that a result may have, and bytes of memory that one recordset's rows may take; a larger result is error
+    /// ResultTooLarge. 0 rows: any number. 0 bytes: half of the memory that the machine has free when it is first
+    /// asked.
+    std::int64_t maxRows = 0;
+    std::int64_t maxBytes = 0;
+    /// Asked every few thousand steps of a statement, and between rows: true ends the statement with error Cancelled.
+    /// A host's transaction survives an interrupted query, but may be ended by an interrupted change.
+    std::function<bool()> interrupted = {};
 };
 
 /// Two columns of the table Header have different names in the dialects: Table and Index in Jet's, TableName and
@@ -65,15 +80,22 @@ enum class HeaderDialect { Jet, SqlServer };
 struct NewBookOptions {
     std::chrono::milliseconds busyTimeout{5000};
     HeaderDialect header = HeaderDialect::Jet;
-    /// Called with the new book before it is kept: an exception removes the book again.
+    // As in BookOptions.
+    std::int64_t maxRows = 0;
+    std::int64_t maxBytes = 0;
+    std::function<bool()> interrupted = {};
+    /// Called with the new book before it gets its name: an exception removes the book again. Neither the book nor a
+    /// recordset of it may be kept.
     std::function<void(const BookPtr& book)> prepare = {};
 };
 
 /// Opens the book at url: a path, or file: with a path as URLs write it. A DatabaseError says what is wrong: a scheme
 /// that no engine has, no such file, a directory, no book, not readable, in use.
 BookPtr OpenBook(const std::string& url, const BookOptions& options = {});
-/// Creates a book with every table of the schema, all or nothing: at a path, where an existing file is refused and left
-/// unchanged, or in memory (memory:).
+/// Creates a book with every table of the schema: at a path, where an existing file is refused and left unchanged, or
+/// in memory (memory:). At a path it is made beside its place, in a hidden file .NAME.new-XXXXXXXX, and gets its name
+/// when it is whole and on the disk; only its owner may read and write it. What a killed attempt leaves is removed by
+/// the next.
 BookPtr CreateBook(const std::string& url, const NewBookOptions& options = {});
 
 }  // namespace kpTables

@@ -25,9 +25,18 @@ public:
     /// requested.
     virtual RecordsetPtr Open(std::string_view source, SourceKind kind) = 0;
 
-    // For hosts; the component never calls these. They do not nest.
-    virtual void BeginTrans() = 0;
+    // For hosts; the component never calls these. Transactions nest as ADO's do: commit and rollback end the innermost
+    // level, and a rollback also undoes what levels inside it have committed. What editable recordsets write meanwhile
+    // belongs to it. kpTables/Transaction.h has a guard for blocks.
+    /// Begins a transaction, or a level inside the open one; answers the level, 1 for the outermost. No other program
+    /// can write from the first level's begin to its end; where the connection is for reading only, all its reads are
+    /// of one moment.
+    virtual int BeginTrans() = 0;
+    /// Saves the transaction, at level 1, or merges a level with the one around it. A DatabaseError when none is open;
+    /// and when an earlier failure has ended it: nothing of it was saved, and RollbackTrans is due at every level. A
+    /// commit that raises Locked may be tried again.
     virtual void CommitTrans() = 0;
+    /// Undoes the innermost level. A DatabaseError when none is open.
     virtual void RollbackTrans() = 0;
 };
 using ConnectionPtr = std::shared_ptr<Connection>;

@@ -59,7 +59,7 @@ enum class ErrorNumber : std::int32_t {
 
 /// ADO's numbers for database errors.
 enum class DatabaseErrorNumber : std::int32_t {
-    Failure = -2147467259,             ///< 0x80004005: anything else, such as a locked or unreadable book
+    Failure = -2147467259,             ///< 0x80004005: anything else, such as a file that is no book
     Syntax = -2147217900,              ///< 0x80040E14: the statement cannot be read
     UnknownColumn = -2147217904,       ///< 0x80040E10: a name that is no column (Jet takes it for a parameter)
     UnknownTable = -2147217865,        ///< 0x80040E37: an unknown table
@@ -68,6 +68,12 @@ enum class DatabaseErrorNumber : std::int32_t {
     ConstraintViolated = -2147217873,  ///< 0x80040E2F: a duplicate key or a forbidden Null
     NotPermitted = -2147217911,        ///< 0x80040E09: the book is read-only
     Locked = -2147217887,              ///< 0x80040E21: another program holds the book
+    Cancelled = -2147217842,           ///< 0x80040E4E: the host has ended the statement
+    ResultTooLarge = -2147217864,      ///< 0x80040E38: a result with too many rows or for which there is no memory
+    OutOfMemory = -2147024882,         ///< 0x8007000E
+    DiskFull = -2147024784,            ///< 0x80070070: the change was not saved
+    DiskFailure = -2147023779,         ///< 0x8007045D: the book's file could not be read or written
+    Damaged = -2147023504,             ///< 0x80070570: the book's file is damaged
 };
 
 /// The text that Visual Basic shows for a run-time error number.

@@ -38,6 +38,10 @@ public:
         ValueType type;
         bool inOut = false;
         bool optional = false;
+        /// Its text (an array's: those of its elements) stands unchanged in a statement that the method sends: a quote
+        /// in it must be doubled (Quoted.h), or it ends the text there and the rest is read as SQL.
+        bool pasted = false;
+        bool secret = false;  ///< a password: not for logs and messages
     };
     struct Member {
         std::string_view name;

@@ -40,8 +40,8 @@ RecordsetPtr WatchedConnection::Open(std::string_view source, SourceKind kind) {
     });
 }
 
-void WatchedConnection::BeginTrans() {
-    KeepFailures(*failures_, "BeginTrans", [&] { target_->BeginTrans(); });
+int WatchedConnection::BeginTrans() {
+    return KeepFailures(*failures_, "BeginTrans", [&] { return target_->BeginTrans(); });
 }
 
 void WatchedConnection::CommitTrans() {

@@ -13,8 +13,19 @@ namespace kpTables::functions {
 
 namespace {
 
+/// In bytes.
+constexpr std::size_t kLongestReplaced = 100'000'000;
+/// A search takes no longer than the product of both lengths; beyond this it is an error, since nothing can end it.
+constexpr double kLongestSearch = 4e9;
+
+void RequireSearchable(std::string_view text, std::string_view find) {
+    const double steps = static_cast<double>(text.size()) * static_cast<double>(find.size());
+    if (steps > kLongestSearch) Raise(FaultNumber::Overflow, "the texts are too long to be searched");
+}
+
 /// Position from 1 of find in text at or after the character start (from 1), 0 when it is not there.
 std::int64_t PositionOf(std::string_view text, std::string_view find, std::int32_t start, bool ignoreCase) {
+    RequireSearchable(text, find);
     const std::string foldedText = ignoreCase ? text::FoldCase(text) : std::string(text);
     const std::string foldedFind = ignoreCase ? text::FoldCase(find) : std::string(find);
     const auto first = static_cast<std::size_t>(start - 1);
@@ -51,6 +62,7 @@ void InStrRev(const Arguments& a, Answer& answer) {
     const std::int32_t last = a.Count() > 2 ? a.Whole(2) : -1;
     if (last == 0 || last < -1) Raise(FaultNumber::InvalidCall);
     const bool ignoreCase = IgnoresCase(a, 3);
+    RequireSearchable(a.Text(0), a.Text(1));
     const std::string text = ignoreCase ? text::FoldCase(a.Text(0)) : std::string(a.Text(0));
     const std::string find = ignoreCase ? text::FoldCase(a.Text(1)) : std::string(a.Text(1));
     const auto length = static_cast<std::int64_t>(text::CountCharacters(text));
@@ -65,6 +77,7 @@ void InStrRev(const Arguments& a, Answer& answer) {
 
 void Replace(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
+    RequireSearchable(text, a.Text(1));
     std::u32string find;
     for (std::size_t at = 0; at < a.Text(1).size();) find += text::FoldCase(text::NextCharacter(a.Text(1), at));
     std::string out;
@@ -72,6 +85,7 @@ void Replace(const Arguments& a, Answer& answer) {
         const std::size_t matched = MatchedSize(text.substr(at), find);
         const std::size_t size = matched > 0 ? matched : text::CharacterSize(text, at);
         out += matched > 0 ? a.Text(2) : text.substr(at, size);
+        if (out.size() > kLongestReplaced) Raise(FaultNumber::Overflow, "the text would be too long");
         at += size;
     }
     answer.Text(std::move(out));
@@ -87,6 +101,9 @@ void CharIndex(const Arguments& a, Answer& answer) {
     answer.Whole(a.Text(0).empty() ? 0 : PositionOf(a.Text(1), a.Text(0), start < 1 ? 1 : start, true));
 }
 
-void Like(const Arguments& a, Answer& answer) { answer.Test(text::Like(a.Text(0), a.Text(1))); }
+void Like(const Arguments& a, Answer& answer) {
+    RequireSearchable(a.Text(0), a.Text(1));
+    answer.Test(text::Like(a.Text(0), a.Text(1)));
+}
 
 }  // namespace kpTables::functions

@@ -138,7 +138,8 @@ struct Shape {
             return Marshal<std::remove_cvref_t<Result>>::kType;
     }
 
-    /// Names end in "?" where the parameter is optional.
+    /// Names end in marks: "?" where the parameter is optional, "'" where its text is pasted into statements, "*" where
+    /// it is a secret.
     template <class... Name>
     static std::vector<_CTables::Parameter> Parameters(Name... names) {
         return {MakeParameter<P>(names)...};
@@ -152,10 +153,14 @@ struct Shape {
 private:
     template <class Each>
     static _CTables::Parameter MakeParameter(std::string_view name) {
-        const bool optional = name.ends_with('?');
-        if (optional) name.remove_suffix(1);
-        return {std::string(name), Marshal<typename ByParameter<Each>::Value>::kType, ByParameter<Each>::kInOut,
-                optional};
+        const auto marks = name.find_first_of("?'*");
+        const auto has = [&](char mark) { return marks != name.npos && name.find(mark, marks) != name.npos; };
+        return {std::string(name.substr(0, marks)),
+                Marshal<typename ByParameter<Each>::Value>::kType,
+                ByParameter<Each>::kInOut,
+                has('?'),
+                has('\''),
+                has('*')};
     }
 
     template <auto kFunction, std::size_t... kIndex>

@@ -9,7 +9,8 @@ namespace {
 
 using namespace latebound;
 
-// A row for a method: its name, what it answers, and its parameters' names, ending in "?" where one is optional.
+// A row for a method: its name, what it answers, and its parameters' names, ending in "?" where one is optional, in "'"
+// where its text is pasted into statements, and in "*" where it is a secret.
 #define METHOD(name, ...) Method<&CTables::name>(#name, __VA_ARGS__)
 
 std::vector<Member> Properties() {
@@ -41,7 +42,7 @@ std::vector<Member> Frame() {
 
 std::vector<Member> Settings() {
     return {
-        METHOD(Get_Option, "The value of a setting", "rItem"),
+        METHOD(Get_Option, "The value of a setting", "rItem'"),
         METHOD(Update_Option, "Stores the value of a setting", "rItem", "rValue"),
         METHOD(Get_AccInfo, "One item of the account book information", "rWhich"),
         METHOD(Update_AccInfo, "Stores an item of the account book information; always False", "rWhich", "rValue"),
@@ -76,9 +77,9 @@ std::vector<Member> References() {
         METHOD(Get项目名称, "A project's name", "rpjID"),
         METHOD(Get项目编号, "A project's number", "rpjID"),
         METHOD(Get仓库名称, "A warehouse's name (0: all warehouses)", "dpID"),
-        METHOD(Get厂商ID, "The id of the supplier with a unit name, or 0", "r厂商名称"),
-        METHOD(Get客户ID, "The id of the customer with a unit name, or 0", "r客户名称"),
-        METHOD(Get仓库ID, "The id of the warehouse with a name, or -1", "DepotName"),
+        METHOD(Get厂商ID, "The id of the supplier with a unit name, or 0", "r厂商名称'"),
+        METHOD(Get客户ID, "The id of the customer with a unit name, or 0", "r客户名称'"),
+        METHOD(Get仓库ID, "The id of the warehouse with a name, or -1", "DepotName'"),
         METHOD(Get仓库数量, "How many warehouses there are"),
         METHOD(Get收付款方式数量, "How many payment methods there are"),
         METHOD(Del_客户分类, "Deletes a customer class", "rClassID"),
@@ -89,15 +90,15 @@ std::vector<Member> References() {
 
 std::vector<Member> Products() {
     return {
-        METHOD(rs商品分类, "The product class with a code (blank: all)", "rClass?"),
-        METHOD(rs商品资料, "A product, if wanted only when it is of a class", "rpdID?", "rClass?", "rOrder?"),
+        METHOD(rs商品分类, "The product class with a code (blank: all)", "rClass?'"),
+        METHOD(rs商品资料, "A product, if wanted only when it is of a class", "rpdID?", "rClass?'", "rOrder?'"),
         METHOD(rs生产厂家, "Distinct manufacturers of products"),
         METHOD(rs存放位置, "Distinct storage places of products"),
         METHOD(商品已被使用, "Whether a warehouse has balance rows, whatever the product", "rpdID", "rdpID?"),
         METHOD(Get商品资料, "One attribute of a product", "rpdID", "rWhich"),
-        METHOD(Get商品分类名称, "The name of a product class", "rClassCode"),
-        METHOD(Get商品数量, "How many products a class has (empty: all products)", "rClassCode?"),
-        METHOD(Get商品ID, "The id of the product with a bar code, input code, product code or name, or 0", "theName"),
+        METHOD(Get商品分类名称, "The name of a product class", "rClassCode'"),
+        METHOD(Get商品数量, "How many products a class has (empty: all products)", "rClassCode?'"),
+        METHOD(Get商品ID, "The id of the product with a bar code, input code, product code or name, or 0", "theName'"),
         METHOD(Get客户单价, "The first price on a customer's two oldest lines of a product before a date", "rksID",
                "rpdID", "BillDate"),
     };
@@ -113,32 +114,33 @@ std::vector<Member> Bills() {
         METHOD(rs交接人, "Distinct counterparts of bill lines", "m_Which"),
         METHOD(rs包装, "Distinct packings of bill lines", "m_Which"),
         METHOD(rs货位, "Distinct storage slots of bill lines", "m_Which"),
-        METHOD(Get单据金额, "Net amount of one bill", "rBillID", "m_Which"),
+        METHOD(Get单据金额, "Net amount of one bill", "rBillID", "m_Which'"),
         METHOD(Get单据数量, "Quantity of one bill", "rBillID", "m_Which"),
-        METHOD(BillAdulting, "Stamps auditor and audit date on a bill", "rWhich", "rBillID", "rAdultor", "rAdultDate"),
+        METHOD(BillAdulting, "Stamps auditor and audit date on a bill", "rWhich", "rBillID", "rAdultor'",
+               "rAdultDate'"),
         METHOD(Del_单据, "Deletes a bill's header and lines; always False", "BillID", "Which"),
     };
 }
 
 std::vector<Member> BillQueries() {
     return {
-        METHOD(rs单据列表, "Bills of a direction with the sums of their lines", "rWhich", "r单据类型", "r起始日期",
-               "r结束日期", "r起始编号", "r结束编号", "rdpID", "rksID", "rpjID", "r经手人", "r交接人", "r包装",
+        METHOD(rs单据列表, "Bills of a direction with the sums of their lines", "rWhich", "r单据类型'", "r起始日期",
+               "r结束日期", "r起始编号'", "r结束编号'", "rdpID", "rksID", "rpjID", "r经手人'", "r交接人'", "r包装'",
                "r包装Opr", "r货位", "r货位Opr", "r期限", "r期限Opr", "r最小数量", "r最大数量", "r最小金额",
                "r最大金额"),
-        METHOD(Get_BillNum, "How many bills a month has", "rdpID", "rMonth", "rBillType", "rWhich"),
-        METHOD(GetBillCount, "How many bills a span of months and days has, as text", "rWhich", "rKind", "rBeginMonth",
-               "rStartDay", "rEndMonth", "rEndDay"),
-        METHOD(GetShiftID, "The other half of a transfer, or 0", "rBillID", "rWhich"),
-        METHOD(Get_FromBillID, "The outbound half of an inbound transfer, or 0", "rBillID"),
-        METHOD(rsSql单据记录, "Products on the matching lines with their sums", "rWhich", "r类型", "rdpID", "rksID",
-               "rpjID", "rGroup", "rArray"),
-        METHOD(rsSql查询记录, "The matching lines with product, project and customer", "rWhich", "r类型", "rdpID",
-               "rksID", "rpjID", "rArray"),
-        METHOD(Get单据列表, "Numbers of the bills with a product, joined by \";\"", "rWhich", "r类型", "rdpID", "rksID",
-               "rpdID", "rArray"),
-        METHOD(Get单据统计, "How many bills match", "rWhich", "r单据名称", "r单据类型", "rdpID", "rksID", "rpdID",
-               "rArray"),
+        METHOD(Get_BillNum, "How many bills a month has", "rdpID", "rMonth", "rBillType'", "rWhich'"),
+        METHOD(GetBillCount, "How many bills a span of months and days has, as text", "rWhich'", "rKind'",
+               "rBeginMonth", "rStartDay", "rEndMonth", "rEndDay"),
+        METHOD(GetShiftID, "The other half of a transfer, or 0", "rBillID'", "rWhich"),
+        METHOD(Get_FromBillID, "The outbound half of an inbound transfer, or 0", "rBillID'"),
+        METHOD(rsSql单据记录, "Products on the matching lines with their sums", "rWhich'", "r类型'", "rdpID", "rksID",
+               "rpjID", "rGroup'", "rArray'"),
+        METHOD(rsSql查询记录, "The matching lines with product, project and customer", "rWhich'", "r类型'", "rdpID",
+               "rksID", "rpjID", "rArray'"),
+        METHOD(Get单据列表, "Numbers of the bills with a product, joined by \";\"", "rWhich'", "r类型", "rdpID",
+               "rksID", "rpdID", "rArray'"),
+        METHOD(Get单据统计, "How many bills match", "rWhich'", "r单据名称'", "r单据类型'", "rdpID", "rksID", "rpdID",
+               "rArray'"),
     };
 }
 
@@ -181,10 +183,10 @@ std::vector<Member> Reports() {
     return {
         METHOD(rs单据日期列表, "Distinct dates of all bills"),
         METHOD(rs商品列表, "Products that occur in a source", "rdpID", "rksID", "rBeginMonth", "rEndMonth", "rWhere",
-               "rNo1?", "rNo2?"),
+               "rNo1?'", "rNo2?'"),
         METHOD(rs期初记录, "A product's balance figures per year and month", "rdpID", "rpdID"),
         METHOD(rs成本记录, "Cost bills of a product with their lines", "rdpID", "rpdID"),
-        METHOD(rs商品汇总, "Sums per product of a bill family", "rWhich", "rBeginMonth", "rEndMonth", "rdpID", "rksID",
+        METHOD(rs商品汇总, "Sums per product of a bill family", "rWhich'", "rBeginMonth", "rEndMonth", "rdpID", "rksID",
                "rType"),
         METHOD(rs入库扩展列表, "Distinct values of a free-text column of inbound lines", "rWho", "rMonth", "rdpID"),
         METHOD(rs出库扩展列表, "Distinct values of a free-text column of all outbound lines", "rWho", "rMonth",
@@ -203,13 +205,13 @@ std::vector<Member> Operators() {
     return {
         METHOD(rs操作员, "One operator (0: all)", "rID?"),
         METHOD(操作员_Append, "Adds an operator; answers the id", "rName"),
-        METHOD(操作员_Update, "Gives an operator another name", "rID", "rName"),
-        METHOD(操作权限_Update, "Grants or takes away a right", "rID", "rRightName", "rValue"),
+        METHOD(操作员_Update, "Gives an operator another name", "rID", "rName'"),
+        METHOD(操作权限_Update, "Grants or takes away a right", "rID", "rRightName'", "rValue"),
         METHOD(管理仓库_Update, "Sets the warehouse that an operator manages", "rID", "rdpID"),
         METHOD(操作员_Delete, "Deletes an operator", "rID"),
         METHOD(操作权限_Clear, "Takes away all rights of an operator", "rID"),
-        METHOD(GetPassword, "The password of an operator, by id or name", "rName", "rID?"),
-        METHOD(Update_Password, "Sets the password of an operator, by id or name", "rName", "rPassWord", "rID?"),
+        METHOD(GetPassword, "The password of an operator, by id or name", "rName'", "rID?"),
+        METHOD(Update_Password, "Sets the password of an operator, by id or name", "rName'", "rPassWord'*", "rID?"),
         METHOD(Clear_Password, "Empties an operator's password", "rID"),
         METHOD(Get操作权限, "Whether an operator has a right", "rID", "rFieldName"),
         METHOD(Get管理仓库, "The warehouse that an operator manages", "rID"),
@@ -222,7 +224,7 @@ std::vector<Member> Operators() {
 
 std::vector<Member> Layouts() {
     return {
-        METHOD(Header, "Applies or saves a grid's column layout; always False", "rfg", "rTableName", "rFlag?",
+        METHOD(Header, "Applies or saves a grid's column layout; always False", "rfg", "rTableName'", "rFlag?'",
                "rSetting?", "isSQL?"),
         METHOD(rsHistory, "Saved report settings"),
         METHOD(History_Del, "Deletes a saved report setting", "rID"),
@@ -234,9 +236,9 @@ std::vector<Member> Layouts() {
 std::vector<Member> Haulage() {
     return {
         METHOD(rs工作单列表, "Deliveries of the work orders that meet the filters", "r起始日期", "r结束日期",
-               "r起始编号", "r结束编号", "r车牌号", "r司机", "r跟车人", "r收货款", "r收货款Opr", "r外用车", "r违章",
-               "r厂商ID", "r配送单号", "r配送单号Opr", "r客户ID", "r送货地点", "rpdID", "r最小数量", "r最大数量",
-               "r最小金额", "r最大金额"),
+               "r起始编号'", "r结束编号'", "r车牌号'", "r司机'", "r跟车人'", "r收货款", "r收货款Opr'", "r外用车",
+               "r违章", "r厂商ID", "r配送单号'", "r配送单号Opr'", "r客户ID", "r送货地点'", "rpdID", "r最小数量",
+               "r最大数量", "r最小金额", "r最大金额"),
         METHOD(rs工资表, "The drivers' pay: a new sheet, a saved month or sums", "rMonth1", "rMonth2?", "rCreate?"),
         METHOD(Update工资表, "Replaces a saved month by the rows of a grid", "rYear", "rMonth", "rfg"),
     };

@@ -3,7 +3,7 @@
 
 namespace kpTables::kpbook {
 
-/// Returns the program's exit code. Errors of the command itself pass to the caller.
+/// Returns the program's exit code. What failed is told on standard error.
 int RunCommandLine(int count, char** words);
 
 }  // namespace kpTables::kpbook

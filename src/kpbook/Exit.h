@@ -14,6 +14,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A command was asked for something that it refuses to do; the text says what to do instead.
+class UsageError : public CommandError {
+public:
+    using CommandError::CommandError;
+};
+
 /// The reader of standard output has gone (head, less): the program ends quietly.
 class ClosedPipe : public std::exception {
 public:

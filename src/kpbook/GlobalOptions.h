@@ -1,11 +1,13 @@
 // The options that every command takes.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "kpTables/Date.h"
 #include "kpTables/Host.h"
+#include "kpbook/Incidents.h"
 
 namespace kpTables::kpbook {
 
@@ -18,6 +20,7 @@ struct GlobalOptions {
     bool isSQL = false;
     std::optional<Date> today;
     std::optional<MessageAnswer> answer;
+    std::shared_ptr<IncidentLog> incidents = std::make_shared<IncidentLog>();
 };
 
 }  // namespace kpTables::kpbook

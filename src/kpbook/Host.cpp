@@ -21,6 +21,7 @@ Date BatchHost::Today() { return today ? DayOf(*today) : Host::Today(); }
 MessageAnswer ConsoleHost::MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) {
     const std::string question = title + ": " + text;
     if (buttons == MessageButtons::OkOnly) {
+        hasReported_ = true;
         std::fprintf(stderr, "%s\n", question.c_str());
         return MessageAnswer::Ok;
     }

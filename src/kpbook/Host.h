@@ -16,10 +16,13 @@ public:
     ConsoleHost(std::optional<Date> today, std::optional<MessageAnswer> answer) : today_(today), answer_(answer) {}
     MessageAnswer MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) override;
     Date Today() override;
+    /// Whether a message was shown that asks nothing: the component reports errors so.
+    bool HasReported() const noexcept { return hasReported_; }
 
 private:
     std::optional<Date> today_;
     std::optional<MessageAnswer> answer_;
+    bool hasReported_ = false;
 };
 
 struct ShownMessage {

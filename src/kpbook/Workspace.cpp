@@ -7,6 +7,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
 #include "kpbook/Exit.h"
+#include "kpbook/Memory.h"
 
 namespace kpTables::kpbook {
 
@@ -47,7 +48,7 @@ Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const G
     : Workspace(access == Access::Read ? OpenToRead(url) : OpenBook(url), std::move(host), global) {}
 
 Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global)
-    : book(std::move(opened)), tables(std::move(host)) {
+    : book(std::move(opened)), tables(std::move(host)), log_(global.incidents) {
     connection = std::make_shared<bookkeeping::WatchedConnection>(
         book, [engine = book.get()] { return engine->RecordsAffected(); });
     if (global.trace) {
@@ -56,6 +57,29 @@ Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOpt
     }
     tables.Cnn(connection);
     tables.isSQL(global.isSQL);
+}
+
+Workspace::~Workspace() {
+    try {
+        LogIncidents();
+    } catch (const std::exception&) {
+        // There is no memory to keep the incidents: the shortage itself is told at the end.
+        return;
+    }
+}
+
+Incidents Workspace::TakeIncidents() {
+    Incidents incidents;
+    for (const auto& failure : connection->Failures()) incidents.push_back({failure.text, failure.error});
+    connection->ForgetFailures();
+    if (TakeMemoryShortage()) incidents.push_back({"", MemoryError()});
+    return incidents;
+}
+
+bool Workspace::LogIncidents() {
+    const auto incidents = TakeIncidents();
+    log_->Add(incidents);
+    return !incidents.empty();
 }
 
 std::string NameOf(Workspace& workspace, const std::string& statement, const std::string& what) {

@@ -8,6 +8,7 @@
 #include "kpTables/CTables.h"
 #include "kpTables/bookkeeping/WatchedConnection.h"
 #include "kpbook/GlobalOptions.h"
+#include "kpbook/Incidents.h"
 
 namespace kpTables::kpbook {
 
@@ -19,10 +20,23 @@ struct Workspace {
     Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global,
               Access access = Access::Change);
     Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global);
+    /// Adds what failed to the incidents of the run.
+    ~Workspace();
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+
+    /// What failed since the last call of this function, whatever the methods answered: statements, memory, and rows
+    /// that were not saved.
+    Incidents TakeIncidents();
+    /// Adds them to the incidents of the run, which its end tells. True when there were any.
+    bool LogIncidents();
 
     BookPtr book;
     std::shared_ptr<bookkeeping::WatchedConnection> connection;
     CTables tables;
+
+private:
+    std::shared_ptr<IncidentLog> log_;
 };
 
 /// The first column of the row that a statement finds; if there is none, a CommandError: the book has no "warehouse 9".

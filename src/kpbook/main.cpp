@@ -4,6 +4,7 @@
 
 #include "kpbook/CommandLine.h"
 #include "kpbook/Exit.h"
+#include "kpbook/Memory.h"
 #include "kpbook/Utf8.h"
 
 int main(int count, char** words) {
@@ -11,10 +12,9 @@ int main(int count, char** words) {
     // A reader that goes away (head) must fail a write instead of killing the program, so that the book is closed
     // properly.
     std::signal(SIGPIPE, SIG_IGN);
+    WatchMemory();
     try {
         return RunCommandLine(count, words);
-    } catch (const ClosedPipe&) {
-        return kSucceeded;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "kpbook: %s\n", ReplaceInvalidUtf8(error.what()).c_str());
         return kFailed;

@@ -79,6 +79,7 @@ struct MemoryRecordset::State {
     }
     /// Writes the pending row, as moving off it does.
     void Settle();
+    void PutPending();
     std::optional<std::size_t> Scan(const Criteria& criteria, std::size_t from, bool forward) const;
     std::optional<std::size_t> FindEqual(const Criteria& criteria, std::size_t from);
 
@@ -104,17 +105,28 @@ void MemoryRecordset::State::Settle() {
     if (!editing) return;
     if (adding) {
         rows->BeginRow();
-        if (!order.empty()) order.push_back(static_cast<std::uint32_t>(rows->Rows() - 1));
+        try {
+            PutPending();
+            if (!order.empty()) order.push_back(static_cast<std::uint32_t>(rows->Rows() - 1));
+        } catch (...) {
+            // The row stays pending, and can be written when there is memory again.
+            rows->DropLastRow();
+            throw;
+        }
     } else {
         rows->EditRow(RowAt(position));
+        PutPending();
     }
+    adding = editing = false;
+}
+
+void MemoryRecordset::State::PutPending() {
     for (int column = 0; column < rows->Columns(); ++column) {
         const auto at = static_cast<std::size_t>(column);
         if (!pending[at]) continue;
         rows->PutValue(column, *pending[at]);
         if (!adding) finders[at] = {};
     }
-    adding = editing = false;
 }
 
 std::optional<std::size_t> MemoryRecordset::State::Scan(const Criteria& criteria, std::size_t from,

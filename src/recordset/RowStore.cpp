@@ -12,6 +12,7 @@ namespace kpTables::recordset {
 namespace {
 
 constexpr std::size_t kCellsPerBlock = 65536;
+constexpr std::size_t kBytesOfCell = sizeof(std::uint64_t) + sizeof(std::uint8_t);
 constexpr std::size_t kLargestArena = std::size_t{1} << 20;
 
 std::uint64_t Bits(double value) { return std::bit_cast<std::uint64_t>(value); }
@@ -64,18 +65,30 @@ void RowStore::Reserve(std::size_t rows) {
 
 void RowStore::BeginRow() {
     const std::size_t block = rows_ >> rowShift_;
-    if (block == blocks_.size()) {
-        blocks_.emplace_back();
-        // The first block grows as needed: most results are small.
-        if (block > 0) {
-            blocks_.back().payload.reserve((rowMask_ + 1) * fields_->size());
-            blocks_.back().types.reserve((rowMask_ + 1) * fields_->size());
-        }
-    }
-    const std::size_t cells = blocks_[block].payload.size() + fields_->size();
+    if (block == blocks_.size()) AddBlock();
+    const std::size_t cells = ((rows_ & rowMask_) + 1) * fields_->size();
     blocks_[block].payload.resize(cells);
     blocks_[block].types.resize(cells, static_cast<std::uint8_t>(VarType::Null));
     current_ = rows_++;
+}
+
+void RowStore::AddBlock() {
+    const bool first = blocks_.empty();
+    const std::size_t cells = (rowMask_ + 1) * fields_->size();
+    if (!first && Bytes() + cells * kBytesOfCell > limit_) throw StoreFull{limit_};
+    blocks_.emplace_back();
+    // The first block grows as needed: most results are small.
+    if (first) return;
+    blocks_.back().payload.reserve(cells);
+    blocks_.back().types.reserve(cells);
+}
+
+void RowStore::DropLastRow() noexcept {
+    --rows_;
+    Block& block = blocks_[rows_ >> rowShift_];
+    const std::size_t cells = (rows_ & rowMask_) * fields_->size();
+    block.payload.resize(cells);
+    block.types.resize(cells);
 }
 
 void RowStore::EditRow(std::size_t row) { current_ = row; }
@@ -160,6 +173,7 @@ void RowStore::PutValue(int column, const Variant& value) {
 char* RowStore::Allocate(std::size_t bytes) {
     if (bytes > arenaLeft_) {
         const std::size_t size = std::max(bytes, nextArenaSize_);
+        if (arenaBytes_ + size > limit_) throw StoreFull{limit_};
         arena_.emplace_back(new char[size]);
         arenaBytes_ += size;
         if (nextArenaSize_ < kLargestArena) nextArenaSize_ *= 2;

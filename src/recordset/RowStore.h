@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -18,6 +19,11 @@ inline FieldsPtr ShareFields(std::vector<FieldInfo> fields) {
     return std::make_shared<const std::vector<FieldInfo>>(std::move(fields));
 }
 
+/// Raised by a store that has reached its limit.
+struct StoreFull {
+    std::size_t limit;  ///< in bytes
+};
+
 /// Rows of cells: nine bytes a cell, and a text's bytes with four bytes for its length. A cell keeps the type of its
 /// value, so a column may hold other types than its own.
 class RowStore {
@@ -31,10 +37,14 @@ public:
     /// Bytes of memory held.
     std::size_t Bytes() const noexcept;
     void Reserve(std::size_t rows);
+    /// From now on, raises StoreFull rather than hold more than about so many bytes.
+    void Limit(std::size_t bytes) noexcept { limit_ = bytes; }
 
     // Writing. The Put functions fill cells of the row that BeginRow or EditRow chose.
     /// Appends a row of Nulls.
     void BeginRow();
+    /// Takes the row that BeginRow appended away again.
+    void DropLastRow() noexcept;
     void EditRow(std::size_t row);
     void PutNull(int column);
     void PutBoolean(int column, bool value);
@@ -70,6 +80,7 @@ private:
     }
     const Block& BlockOf(std::size_t row) const noexcept { return blocks_[row >> rowShift_]; }
     void Put(int column, VarType type, std::uint64_t payload);
+    void AddBlock();
     char* Allocate(std::size_t bytes);
 
     FieldsPtr fields_;
@@ -78,6 +89,7 @@ private:
     std::size_t rowMask_ = 0;
     std::size_t rows_ = 0;
     std::size_t current_ = 0;
+    std::size_t limit_ = std::numeric_limits<std::size_t>::max();
 
     std::vector<std::unique_ptr<char[]>> arena_;
     std::size_t arenaBytes_ = 0;

@@ -54,8 +54,9 @@ LIBRARIES = {
     "utf8proc.h": ["src/kpbook"],
     "xlsxwriter.h": ["src/kpbook/output"],
     "dlfcn.h": ["src/kpbook"],
-    "fcntl.h": ["src/kpbook"],
-    "unistd.h": ["src/kpbook"],
+    "fcntl.h": ["src/kpbook", "src/engines/sqlite"],
+    "sys/": ["src/kpbook", "src/engines/sqlite"],
+    "unistd.h": ["src/kpbook", "src/engines/sqlite"],
 }
 
 # Folders that serve every engine, and what names one: no path, code or comment in these folders may contain it.

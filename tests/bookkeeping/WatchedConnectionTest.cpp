@@ -33,7 +33,7 @@ public:
         };
         return std::make_shared<Failing>(std::vector<FieldInfo>{{"a", VarType::Long}});
     }
-    void BeginTrans() override { ++transactions; }
+    int BeginTrans() override { return ++transactions; }
     void CommitTrans() override { --transactions; }
     void RollbackTrans() override { --transactions; }
     int transactions = 0;
@@ -119,8 +119,10 @@ TEST(WatchedConnection, EditableRecordsetPassesCallsOn) {
 TEST(WatchedConnection, PassesTransactionsOn) {
     const auto target = std::make_shared<FakeConnection>();
     WatchedConnection connection(target, [] { return std::int64_t{0}; });
-    connection.BeginTrans();
-    EXPECT_EQ(target->transactions, 1);
+    EXPECT_EQ(connection.BeginTrans(), 1);
+    EXPECT_EQ(connection.BeginTrans(), 2);
+    EXPECT_EQ(target->transactions, 2);
+    connection.CommitTrans();
     connection.CommitTrans();
     EXPECT_EQ(target->transactions, 0);
     connection.BeginTrans();

@@ -188,22 +188,47 @@ test::Journal Entries(std::string_view call, std::string_view title, bool isSQL)
     return entries;
 }
 
+namespace {
+
+/// The component on a connection and a host scripted by a case.
+struct Scene {
+    Scene(const Case& each, bool isSQL) {
+        for (const Statement& statement : each.Statements(isSQL))
+            cnn->Answer(statement.answer.empty() ? MakeRows({}, {}) : ParseRows(statement.answer));
+        std::deque<MessageAnswer> answers;
+        for (const std::string& box : each.boxes) answers.push_back(AnswerOf(box));
+        host = std::make_shared<test::DatedHost>(std::move(answers));
+        tables = std::make_unique<CTables>(host);
+        tables->Cnn(cnn);
+        tables->isSQL(isSQL);
+    }
+
+    std::shared_ptr<ScriptedConnection> cnn = std::make_shared<ScriptedConnection>();
+    std::shared_ptr<test::DatedHost> host;
+    std::unique_ptr<CTables> tables;
+};
+
+}  // namespace
+
 Outcome Run(const Case& each, bool isSQL) {
-    const auto cnn = std::make_shared<ScriptedConnection>();
-    for (const Statement& statement : each.Statements(isSQL))
-        cnn->Answer(statement.answer.empty() ? MakeRows({}, {}) : ParseRows(statement.answer));
-    std::deque<MessageAnswer> answers;
-    for (const std::string& box : each.boxes) answers.push_back(AnswerOf(box));
-    const auto host = std::make_shared<test::DatedHost>(std::move(answers));
-    CTables tables(host);
-    tables.Cnn(cnn);
-    tables.isSQL(isSQL);
+    const Scene scene(each, isSQL);
     Call call = ParseCall(each.call);
     Outcome outcome;
-    outcome.result = _CTables::Call(tables, call.method, call.arguments);
-    outcome.sent = cnn->Statements();
-    outcome.boxesLeft = each.boxes.size() - host->Messages().size();
+    outcome.result = _CTables::Call(*scene.tables, call.method, call.arguments);
+    outcome.sent = scene.cnn->Statements();
+    outcome.boxesLeft = each.boxes.size() - scene.host->Messages().size();
     return outcome;
+}
+
+std::vector<test::Sent> SentWith(const Case& each, const std::vector<Variant>& arguments, bool isSQL) {
+    const Scene scene(each, isSQL);
+    auto passed = arguments;
+    try {
+        _CTables::Call(*scene.tables, ParseCall(each.call).method, passed);
+    } catch (const Error&) {
+        return scene.cnn->Statements();
+    }
+    return scene.cnn->Statements();
 }
 
 std::vector<std::string> SentBy(std::string_view text, bool isSQL) {

@@ -36,6 +36,8 @@ struct Outcome {
 };
 /// Makes the call by name on a connection scripted by the case.
 Outcome Run(const Case& each, bool isSQL);
+/// What the case sends with other arguments. An error ends it, for they may lead past the case's script.
+std::vector<test::Sent> SentWith(const Case& each, const std::vector<Variant>& arguments, bool isSQL);
 /// The texts that a call sends on a connection that returns only empty recordsets. An error ends them.
 std::vector<std::string> SentBy(std::string_view call, bool isSQL = false);
 

@@ -42,6 +42,7 @@ public:
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     void BackUp(const std::string& path) override;
+    std::vector<std::string> IntegrityFaults() override { return {}; }
     const sql::print::Engine& Dialect() const noexcept override;
 
 private:
@@ -62,6 +63,9 @@ private:
     void Start(Use use) override;
     void Save() override;
     void Undo() override;
+    void StartLevel() override { database_.journal.emplace_back("start level"); }
+    void MergeLevel() override { database_.journal.emplace_back("merge level"); }
+    void UndoLevel() override { database_.journal.emplace_back("undo level"); }
     void Abandon() noexcept override;
     bool IsOpen() const noexcept override { return database_.open; }
 

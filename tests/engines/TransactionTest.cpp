@@ -52,6 +52,55 @@ TEST_F(Owners, ARefusedSaveOfRowsIsAbandonedAndOneOfTheHostsIsKept) {
     EXPECT_EQ(database.TakeJournal(), "start; save; save");
 }
 
+TEST_F(Owners, LevelsEndFromTheInside) {
+    EXPECT_EQ(transaction.Begin(), 1);
+    EXPECT_EQ(transaction.Begin(), 2);
+    EXPECT_EQ(transaction.Begin(), 3);
+    transaction.Rollback();
+    transaction.Commit();
+    transaction.BeginForRows();
+    transaction.Commit();
+    EXPECT_TRUE(Refused([&] { transaction.Commit(); }));
+    EXPECT_EQ(database.TakeJournal(), "start; start level; start level; undo level; merge level; save");
+}
+
+TEST_F(Owners, ALostTransactionIsRolledBackAtEveryLevel) {
+    transaction.Begin();
+    transaction.Begin();
+    database.open = false;
+    EXPECT_TRUE(Refused([&] { transaction.Begin(); }));
+    EXPECT_TRUE(Refused([&] { transaction.Commit(); }));
+    transaction.Rollback();
+    const auto error = Refused([&] { transaction.Commit(); });
+    ASSERT_TRUE(error);
+    EXPECT_NE(error->Description().find("nothing of it was saved"), std::string::npos) << error->what();
+    transaction.Rollback();
+    EXPECT_EQ(transaction.Begin(), 1);
+}
+
+TEST_F(Owners, RowsThatADestructorCouldNotSaveAreToldOnce) {
+    transaction.refuseSave = true;
+    transaction.BeginForRows();
+    transaction.CommitRowsQuietly();
+    EXPECT_EQ(database.TakeJournal(), "start to write; save; abandon");
+    transaction.refuseSave = false;
+    const auto error = Refused([&] { transaction.BeforeChange(); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::Locked));
+    EXPECT_EQ(error->Description(), "Rows written through a recordset were not saved: in use");
+    transaction.BeforeChange();
+    transaction.RaiseLoss();
+}
+
+TEST_F(Owners, RowsThatWereLostAreToldBeforeOthersAreWritten) {
+    transaction.BeginForRows();
+    database.open = false;
+    EXPECT_TRUE(Refused([&] { transaction.BeginForRows(); }));
+    transaction.BeginForRows();
+    transaction.CommitRows();
+    EXPECT_EQ(database.TakeJournal(), "start to write; start to write; save");
+}
+
 TEST_F(Owners, ALostTransactionIsToldOnce) {
     transaction.BeginForRows();
     EXPECT_FALSE(transaction.TakeLossOfRows());

@@ -483,5 +483,86 @@ class ClosingTest(TradingCase):
         self.assertEqual(answer["messages"][0]["answer"], "yes")
 
 
+class TransactionTest(KpbookCase):
+    COUNT = {"execute": "Select Count(*) As n From 仓库设置"}
+
+    def setUp(self):
+        super().setUp()
+        self.new_book()
+
+    @staticmethod
+    def insert(name):
+        return {"execute": f"Insert Into 仓库设置 (仓库名称) Values ('{name}')"}
+
+    def test_commit_and_rollback(self):
+        answers = self.batch({"begin": True}, self.insert("甲"), {"commit": True}, {"begin": True}, self.insert("乙"),
+                             self.COUNT, {"rollback": True}, self.COUNT)
+        self.assertEqual(answers[0], {"begin": True, "result": 1})
+        self.assertEqual(answers[2], {"commit": True, "result": 0})
+        self.assertEqual(answers[5]["result"]["rows"], [[2]])
+        self.assertEqual(answers[6], {"rollback": True, "result": 0})
+        self.assertEqual(answers[7]["result"]["rows"], [[1]])
+
+    def test_batch_that_ends_inside_a_transaction(self):
+        lines = "\n".join(map(json.dumps, [{"begin": True}, self.insert("甲")]))
+        done = self.run_kpbook("call", self.book, "--batch", text=lines, code=1)
+        self.assertEqual(len(done.stdout.splitlines()), 2)
+        self.assertIn("inside a transaction", done.stderr)
+        self.assertEqual(self.rows(self.COUNT["execute"]), [[0]])
+
+    def test_steps_without_a_transaction(self):
+        for answer in self.batch({"commit": True}, {"rollback": True}):
+            self.assertIn("error", answer)
+            self.assertNotIn("result", answer)
+
+    def test_lines_that_are_no_step(self):
+        for answer in self.batch({"begin": False}, {"begin": 1}, {"begin": True, "commit": True},
+                                 {"begin": True, "method": "Version"}, {"begin": True, "args": []}):
+            self.assertEqual(answer["error"]["number"], 5, answer)
+        self.assertEqual(self.batch({"begin": None, "method": "Version"})[0]["result"], "10110")
+
+
+class DuplicateKeyTest(KpbookCase):
+    def setUp(self):
+        super().setUp()
+        self.new_book()
+
+    def test_at_any_depth(self):
+        for line in ('{"method":"Version","method":"Version"}',
+                     '{"method":"Get单据中文日期","args":[{"row":{"月份":1,"日子":2,"月份":3}}]}',
+                     '{"method":"AllTrim","args":[{"date":"2004-01-01","date":"2004-01-02"}]}',
+                     '{"method":"Version","m\\u0065thod":"Version"}'):
+            answer, version = self.batch(line, {"method": "Version"})
+            self.assertEqual(answer["error"]["number"], 5, line)
+            self.assertIn("twice", answer["error"]["description"])
+            self.assertEqual(version["result"], "10110")
+
+    def test_equal_keys_of_different_objects(self):
+        row = {"row": {"月份": 3, "日子": 7}}
+        self.assertEqual(self.call("Get单据中文日期", row)["result"], "03月07日")
+        answer = self.batch('{"method":"Header","args":[{"grid":{"cols":[{"key":"a"},{"key":"b"}]}},"x"]}')[0]
+        self.assertNotIn("error", answer)
+
+
+class QuoteTest(TradingCase):
+    PASSWORD = {"method": "Update_Password", "args": ["x' or 'a'='a", "pw"]}
+
+    def setUp(self):
+        super().setUp()
+        self.sql("Insert Into 操作员 (姓名,密码) Values ('甲','one')")
+
+    def test_values_as_they_are(self):
+        self.assertEqual(self.batch(self.PASSWORD)[0]["result"], True)
+        self.assertEqual(self.rows("Select 密码 From 操作员"), [["pw"]])
+
+    def test_clean(self):
+        refused, doubled = self.batch(self.PASSWORD, {"method": "GetPassword", "args": ["x'' or"]}, options=("--clean",))
+        self.assertEqual(refused["error"]["number"], 5)
+        self.assertIn("rName", refused["error"]["description"])
+        self.assertEqual(refused["sent"], [])
+        self.assertEqual(doubled["result"], "")
+        self.assertEqual(self.rows("Select 密码 From 操作员"), [["one"]])
+
+
 if __name__ == "__main__":
     unittest.main()

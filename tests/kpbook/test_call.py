@@ -91,10 +91,49 @@ class CallTest(TradingCase):
         self.failed("connection", "Cnn")
         self.failed("connection", "Cnn", "x")
 
-    def test_value_with_a_quote_breaks_the_statement_and_nothing_else(self):
-        done = self.run_kpbook("call", self.book, "BillAdulting", "入库", "1", "O'Hara", "date:2004-01-31")
+    def test_value_with_a_quote(self):
+        audit = ["call", self.book, "BillAdulting", "入库", "1"]
+        done = self.run_kpbook(*audit, "O'Hara", "date:2004-01-31", code=2)
+        self.assertEqual(done.stdout, "")
+        self.assertIn("rAdultor: BillAdulting ", done.stderr)
+        self.assertIn("must be doubled: ''", done.stderr)
+        done = self.run_kpbook(*audit, "O'Hara", "date:2004-01-31", "--raw", code=1)
         self.assertEqual(done.stdout, "False\n")
         self.assertEqual(self.rows("Select 审核员 From 入库目录 Where BillID=1"), [[None]])
+        self.run_kpbook(*audit, "O''Hara", "date:2004-01-31")
+        self.assertEqual(self.rows("Select 审核员 From 入库目录 Where BillID=1"), [["O'Hara"]])
+
+    def test_quote_that_would_change_every_password(self):
+        self.sql("Insert Into 操作员 (姓名,密码) Values ('甲','one')")
+        self.sql("Insert Into 操作员 (姓名,密码) Values ('乙','two')")
+        passwords = "Select 密码 From 操作员 Order by ID"
+        self.run_kpbook("call", self.book, "Update_Password", "x' or 'a'='a", "pw", code=2)
+        self.run_kpbook("call", self.book, "GetPassword", "x' or 'a'='a", code=2)
+        self.assertEqual(self.rows(passwords), [["one"], ["two"]])
+        self.run_kpbook("call", self.book, "Update_Password", "x' or 'a'='a", "pw", "--raw")
+        self.assertEqual(self.rows(passwords), [["pw"], ["pw"]])
+
+    def test_quote_in_an_array(self):
+        query = ["call", self.book, "Get单据统计", "入库", "", "", "0", "0", "0"]
+        array = ["json:" + json.dumps({"array": ["", "", "", "", handler, "", "", "=", "", "=", 0, "="]})
+                 for handler in ("O'Hara", "O''Hara")]
+        self.run_kpbook(*query, array[0], code=2)
+        self.assertEqual(self.run_kpbook(*query, array[1]).stdout, "0\n")
+
+    def test_quote_that_is_not_pasted(self):
+        done = self.run_kpbook("call", self.book, "操作员_Append", "O'Hara")
+        self.assertEqual(self.rows(f"Select 姓名 From 操作员 Where ID={done.stdout}"), [["O'Hara"]])
+
+    def test_transaction(self):
+        self.run_kpbook("call", self.book, "Update_Option", "A", "1", "--transaction")
+        self.assertEqual(self.run_kpbook("call", self.book, "Get_Option", "A").stdout, "1\n")
+        # The lines' table is missing, so that the header, which is deleted first, comes back.
+        self.sql("Drop Table 入库记录")
+        done = self.run_kpbook("call", self.book, "Del_单据", "1", "入库", "--transaction", code=1)
+        self.assertIn("rolled back", done.stderr)
+        self.assertEqual(self.rows("Select Count(*) As n From 入库目录"), [[2]])
+        self.run_kpbook("call", self.book, "Del_单据", "1", "入库", code=1)
+        self.assertEqual(self.rows("Select Count(*) As n From 入库目录"), [[1]])
 
     def test_trace(self):
         done = self.run_kpbook("--trace", "call", self.book, "rs月份列表")

@@ -170,7 +170,8 @@ TEST(BookFile, AReadOnlyFolderOpensForReadingOnly) {
     const std::string path = directory.File("bo#ok %3f?");
     CreateBook(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
     fs::permissions(directory.Path(), fs::perms(0555));
-    {
+    for (const int mode : {0444, 0666}) {
+        fs::permissions(path, fs::perms(mode));
         const WithoutRootRights user;
         const auto error = Refused([&] { OpenBook(path); });
         ASSERT_TRUE(error);

@@ -56,7 +56,7 @@ TEST_F(Failures, AFullDiskIsToldWithTheRowsThatItCost) {
         }
     }
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::Failure));
+    EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::DiskFull));
     EXPECT_NE(error->Description().find("disk is full"), std::string::npos) << error->what();
     EXPECT_NE(error->Description().find("lost too"), std::string::npos) << error->what();
     rows->Close();
@@ -68,7 +68,7 @@ TEST_F(Failures, AFullDiskIsToldWithTheRowsThatItCost) {
     EXPECT_EQ(Count(), "2");
 }
 
-TEST_F(Failures, ARefusedCommitRaisesFromCloseOnly) {
+TEST_F(Failures, ARefusedCommitIsRaisedByCloseOrByTheNextUse) {
     sqlite3_commit_hook(
         session->GetDatabase().Get(), [](void*) { return 1; }, nullptr);
     auto rows = OpenTable();
@@ -80,6 +80,9 @@ TEST_F(Failures, ARefusedCommitRaisesFromCloseOnly) {
     dropped.reset();
     sqlite3_commit_hook(session->GetDatabase().Get(), nullptr, nullptr);
     EXPECT_FALSE(session->GetDatabase().InTransaction());
+    const auto told = Refused([&] { Count(); });
+    ASSERT_TRUE(told);
+    EXPECT_NE(told->Description().find("were not saved"), std::string::npos) << told->what();
     EXPECT_EQ(Count(), "0");
     session->Execute("Insert Into T (n) Values (1)");
     EXPECT_EQ(Count(), "1");
@@ -134,6 +137,7 @@ TEST_F(Failures, ADamagedPageIsAnErrorAndNoCrash) {
     const TestDatabase damaged(engines::sqlite::Database(path, SQLITE_OPEN_READWRITE));
     const auto error = Refused([&] { damaged.Execute("Select * From T"); });
     ASSERT_TRUE(error);
+    EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::Damaged));
     EXPECT_NE(error->Description().find("damaged"), std::string::npos) << error->what();
 }
 

@@ -22,9 +22,20 @@ RecordsetPtr ScriptedConnection::Open(std::string_view source, SourceKind kind) 
     return Take(Opened(std::string(source), kind));
 }
 
-void ScriptedConnection::BeginTrans() { journal_->push_back("BeginTrans"); }
-void ScriptedConnection::CommitTrans() { journal_->push_back("CommitTrans"); }
-void ScriptedConnection::RollbackTrans() { journal_->push_back("RollbackTrans"); }
+int ScriptedConnection::BeginTrans() {
+    journal_->push_back("BeginTrans");
+    return ++level_;
+}
+
+void ScriptedConnection::CommitTrans() {
+    journal_->push_back("CommitTrans");
+    --level_;
+}
+
+void ScriptedConnection::RollbackTrans() {
+    journal_->push_back("RollbackTrans");
+    --level_;
+}
 
 RecordsetPtr ScriptedConnection::Take(Sent sent) {
     journal_->push_back(sent.op + (sent.kind == SourceKind::Table ? " table " : " ") + sent.text);

@@ -45,13 +45,14 @@ public:
     RecordsetPtr Execute(std::string_view text) override;
     RecordsetPtr Open(std::string_view source, SourceKind kind) override;
     // The component begins no transactions; the journal shows it when it does.
-    void BeginTrans() override;
+    int BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;
 
 private:
     RecordsetPtr Take(Sent sent);
 
+    int level_ = 0;
     JournalPtr journal_;
     std::vector<Sent> sent_;
     std::deque<RecordsetPtr> answers_;

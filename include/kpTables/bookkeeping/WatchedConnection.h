@@ -55,7 +55,7 @@ public:
 
     RecordsetPtr Execute(std::string_view text) override;
     RecordsetPtr Open(std::string_view source, SourceKind kind) override;
-    void BeginTrans() override;
+    int BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;
 

@@ -22,6 +22,8 @@ public:
     const sql::CatalogTable* Find(std::string_view table) const override;
     /// True when the schema has changed since it was read; it is then read again.
     bool Refresh();
+    /// Makes the next Refresh read the schema again: after a rollback, its version may name another schema.
+    void Forget() noexcept { version_ = kUnread; }
 
     /// With keys and defaults; without computed columns.
     virtual TableInfo Describe(std::string_view table) const = 0;
@@ -38,7 +40,8 @@ private:
     virtual std::int64_t ReadVersion() = 0;
 
     mutable std::list<sql::CatalogTable> known_;
-    std::int64_t version_ = -1;
+    static constexpr std::int64_t kUnread = -1;
+    std::int64_t version_ = kUnread;
 };
 
 }  // namespace kpTables::engines

@@ -105,6 +105,8 @@ void EditableRecordset::State::CollectValues() {
 
 void EditableRecordset::State::WriteNew() {
     CollectValues();
+    // After the row is in the table, nothing may fail for want of memory: a second attempt would add it twice.
+    if (added.size() == added.capacity()) added.reserve(2 * added.size() + 1);
     executor.GetTransaction().BeginForRows();
     const std::int64_t id = Writer().Insert(set, values);
     if (!fetched) added.push_back(id);
@@ -145,12 +147,7 @@ EditableRecordset::EditableRecordset(ExecutorPtr executor, BoundQuery query)
     : executor_(std::move(executor)), state_(std::make_unique<State>(*executor_, std::move(query))) {}
 
 EditableRecordset::~EditableRecordset() {
-    if (!state_) return;
-    try {
-        executor_->GetTransaction().CommitRows();
-    } catch (const Error&) {
-        // A destructor cannot report the error; Close can.
-    }
+    if (state_) executor_->GetTransaction().CommitRowsQuietly();
 }
 
 EditableRecordset::State& EditableRecordset::Opened() const {

@@ -22,9 +22,12 @@ public:
         return std::make_shared<EditableRecordset>(executor_, std::move(query));
     }
 
-    void BeginTrans() override { executor_->GetTransaction().Begin(); }
+    int BeginTrans() override { return executor_->GetTransaction().Begin(); }
     void CommitTrans() override { executor_->GetTransaction().Commit(); }
-    void RollbackTrans() override { executor_->GetTransaction().Rollback(); }
+    void RollbackTrans() override {
+        executor_->GetTransaction().Rollback();
+        executor_->GetDriver().GetCatalog().Forget();
+    }
 
     const std::string& Url() const override { return url_; }
 
@@ -40,12 +43,19 @@ public:
         return std::make_unique<TableAppender>(executor_, table, columns);
     }
 
+    void FlushRows() override {
+        executor_->GetTransaction().RaiseLoss();
+        executor_->GetTransaction().CommitRows();
+    }
+
     std::int64_t RecordsAffected() const override { return executor_->RecordsAffected(); }
 
     void BackUp(const std::string& path) override {
         executor_->GetTransaction().RequireNone();
         executor_->GetDriver().BackUp(path);
     }
+
+    std::vector<std::string> IntegrityFaults() override { return executor_->GetDriver().IntegrityFaults(); }
 
 private:
     std::string url_;

@@ -45,6 +45,7 @@ bool BeginsWith(const std::vector<FieldInfo>& fields, const std::vector<FieldInf
 Executor::Executor(std::unique_ptr<Driver> driver) : driver_(std::move(driver)), catalog_(driver_->GetCatalog()) {}
 
 RecordsetPtr Executor::Execute(std::string_view text) {
+    GetTransaction().RaiseLoss();
     try {
         return Run(text);
     } catch (const sql::SqlError& refusal) {
@@ -117,6 +118,7 @@ RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::str
 }
 
 BoundQuery Executor::PrepareOpen(std::string_view source, SourceKind kind) {
+    GetTransaction().RaiseLoss();
     BoundQuery query{nullptr, std::string(source), {}, kind};
     try {
         const bool table = kind == SourceKind::Table;

@@ -1,5 +1,8 @@
 #include "engines/common/Transaction.h"
 
+#include <cstdint>
+#include <string>
+
 #include "kpTables/Error.h"
 
 namespace kpTables::engines {
@@ -12,31 +15,52 @@ namespace {
 
 }  // namespace
 
-void Transaction::Begin() {
-    if (StillOpen(Owner::Host)) RaiseMisuse("A transaction is open already; transactions do not nest");
+int Transaction::Begin() {
+    RaiseLoss();
     RequireHostTransactionAlive();
+    if (owner_ == Owner::Host) {
+        StartLevel();
+        return ++level_;
+    }
     CommitRows();
     Start(Use::ReadOrWrite);
     owner_ = Owner::Host;
+    return level_ = 1;
 }
 
 void Transaction::Commit() {
     if (owner_ != Owner::Host) RaiseMisuse("There is no transaction to commit");
     RequireHostTransactionAlive();
     // A commit that finds the book busy can be retried: the transaction stays open.
-    Save();
-    owner_ = Owner::None;
+    if (level_ > 1) {
+        MergeLevel();
+    } else {
+        Save();
+    }
+    EndLevel();
 }
 
 void Transaction::Rollback() {
     if (owner_ != Owner::Host) RaiseMisuse("There is no transaction to roll back");
-    if (StillOpen(Owner::Host)) Undo();
-    owner_ = Owner::None;
+    try {
+        if (IsOpen()) level_ > 1 ? UndoLevel() : Undo();
+    } catch (...) {
+        // A database that fails to roll back a level may end the whole transaction instead.
+        if (IsOpen()) throw;
+    }
+    EndLevel();
+}
+
+void Transaction::EndLevel() noexcept {
+    if (--level_ == 0) owner_ = Owner::None;
 }
 
 void Transaction::BeginForRows() {
+    RaiseLoss();
     RequireHostTransactionAlive();
     if (IsOpen()) return;
+    // Rows that were lost with their transaction are told.
+    CommitRows();
     Start(Use::Write);
     owner_ = Owner::Recordsets;
 }
@@ -48,6 +72,7 @@ bool Transaction::TakeLossOfRows() noexcept {
 }
 
 void Transaction::BeforeChange() {
+    RaiseLoss();
     RequireHostTransactionAlive();
     CommitRows();
 }
@@ -60,14 +85,40 @@ void Transaction::CommitRows() {
     }
     try {
         Save();
-    } catch (const DatabaseError&) {
+    } catch (...) {
         // A commit that failed may leave the transaction open, which would hold the book's lock forever.
         if (IsOpen()) Abandon();
         throw;
     }
 }
 
+void Transaction::CommitRowsQuietly() noexcept {
+    try {
+        CommitRows();
+    } catch (...) {
+        loss_ = std::current_exception();
+    }
+}
+
+void Transaction::RaiseKeptLoss() {
+    constexpr const char* kWhat = "Rows written through a recordset were not saved: ";
+    auto number = static_cast<std::int32_t>(DatabaseErrorNumber::Failure);
+    std::string why = "there is not enough memory";
+    try {
+        std::rethrow_exception(loss_);
+    } catch (const DatabaseError& error) {
+        number = error.Number();
+        why = error.Description();
+    } catch (...) {
+        // Only memory can be short.
+    }
+    const DatabaseError told(number, kWhat + why);
+    loss_ = nullptr;
+    throw told;
+}
+
 void Transaction::RequireNone() {
+    RaiseLoss();
     if (owner_ == Owner::Host) RaiseMisuse("A transaction is open; commit it or roll it back first");
     CommitRows();
 }

@@ -1,11 +1,13 @@
 // The owner of a connection's transaction.
 #pragma once
 
+#include <exception>
+
 namespace kpTables::engines {
 
 /// A connection has at most one transaction: the host's, or the one that open recordsets write in so that not every row
 /// costs a disk write. The latter ends when a recordset closes and before any other statement that changes data; until
-/// then other programs wait.
+/// then other programs wait. The host's can have levels inside it.
 class Transaction {
 public:
     Transaction() = default;
@@ -13,7 +15,9 @@ public:
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
-    void Begin();
+    /// Begins the host's transaction or a level inside it; the level, 1 for the outermost.
+    int Begin();
+    /// Ends the innermost level.
     void Commit();
     void Rollback();
 
@@ -28,6 +32,12 @@ public:
     /// Commits what recordsets have written; does nothing inside the host's transaction. When the database refuses, it
     /// raises and the rows since BeginForRows are lost.
     void CommitRows();
+    /// CommitRows for destructors: keeps the error for RaiseLoss.
+    void CommitRowsQuietly() noexcept;
+    /// Raises, once, the error that CommitRowsQuietly has kept.
+    void RaiseLoss() {
+        if (loss_) RaiseKeptLoss();
+    }
     /// Ends the recordsets' transaction; raises when the host has one.
     void RequireNone();
 
@@ -42,15 +52,23 @@ private:
     virtual void Start(Use use) = 0;
     virtual void Save() = 0;
     virtual void Undo() = 0;
+    /// Begins a level inside the open transaction.
+    virtual void StartLevel() = 0;
+    /// Merges the innermost level with the one around it.
+    virtual void MergeLevel() = 0;
+    virtual void UndoLevel() = 0;
     /// Undo after a failed Save, ignoring errors.
     virtual void Abandon() noexcept = 0;
     /// A database may end a transaction by itself after a failure.
     virtual bool IsOpen() const noexcept = 0;
 
-    bool StillOpen(Owner owner) const noexcept { return owner_ == owner && IsOpen(); }
     void RequireHostTransactionAlive() const;
+    void EndLevel() noexcept;
+    [[noreturn]] void RaiseKeptLoss();
 
     Owner owner_ = Owner::None;
+    int level_ = 0;  ///< of the host's transaction
+    std::exception_ptr loss_;
 };
 
 }  // namespace kpTables::engines

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "engines/sqlite/Failure.h"
 #include "engines/sqlite/RowReader.h"
 #include "engines/sqlite/TableDefinition.h"
 #include "sql/Names.h"
@@ -30,6 +31,7 @@ bool IsAutoincrement(const Database& database, const std::string& table, const s
     int autoincrement = 0;
     const int code = sqlite3_table_column_metadata(database.Get(), "main", table.c_str(), column.c_str(), nullptr,
                                                    nullptr, nullptr, nullptr, &autoincrement);
+    if ((code & 0xFF) == SQLITE_NOMEM) RaiseFailure(database.Get(), code, {});
     return code == SQLITE_OK && autoincrement != 0;
 }
 

@@ -3,9 +3,11 @@
 #include <sqlite3.h>
 
 #include <cstdio>
+#include <exception>
 #include <filesystem>
-#include <optional>
+#include <fstream>
 #include <system_error>
+#include <utility>
 
 #include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
@@ -20,6 +22,8 @@ constexpr std::int64_t kApplicationId = 0x6B705462;  // "kpTb"
 constexpr std::int64_t kFormat = 1;
 /// In KiB. A month-end closing reads each page once: a larger cache would only cost memory.
 constexpr int kCacheKibibytes = 16384;
+/// In bytes.
+constexpr int kLongestText = 100'000'000;
 
 fs::path ToPath(const std::string& path) { return fs::path(std::u8string(path.begin(), path.end())); }
 
@@ -57,8 +61,17 @@ void Configure(const Database& database, std::chrono::milliseconds busyTimeout) 
     // A damaged or malicious file must do no more than give wrong values.
     Check(handle, sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr));
     Check(handle, sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr));
+    // A function whose text grows beyond it ends with an error, rather than to run for minutes.
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, kLongestText);
     database.Run("PRAGMA cache_size = -" + std::to_string(kCacheKibibytes));
     database.Run("PRAGMA foreign_keys = OFF");
+}
+
+/// Makes what a book is told survive a power failure.
+void MakeDurable(const Database& database) {
+    database.Run("PRAGMA journal_mode = WAL");
+    // A bill that was entered is on the disk when the call returns.
+    database.Run("PRAGMA synchronous = FULL");
 }
 
 /// SQLite accepts a truncated last page.
@@ -85,11 +98,8 @@ void CheckIsBook(const Database& database, const std::string& path) {
     CheckIsComplete(database, path);
 }
 
-/// In a read-only directory, a book in WAL mode opens only as an immutable one, which is safe as long as no other
-/// program has left a log beside it.
-std::optional<Database> OpenUnchanging(const std::string& name) {
-    std::error_code error;
-    if (fs::exists(ToPath(name + "-wal"), error)) return std::nullopt;
+/// A file's name as a URI, with SQLite's options for opening it.
+std::string Uri(const std::string& name, const char* options) {
     std::string uri = "file:";
     for (const char c : name) {
         if (c == '%' || c == '?' || c == '#') {
@@ -100,38 +110,89 @@ std::optional<Database> OpenUnchanging(const std::string& name) {
             uri += c;
         }
     }
-    return Database(uri + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    return uri + options;
 }
 
-Database OpenForReading(const std::string& path, const BookOptions& options) {
-    const std::string name = AbsoluteName(path);
-    Database database(name, SQLITE_OPEN_READONLY);
+/// Opens a book and prepares the connection. alone: without the files beside the book, which other programs would need
+/// to use it at the same time; code tells why it cannot be opened.
+Database OpenChecked(Database database, const std::string& path, const BookOptions& options, bool alone, int& code) {
     try {
+        // First, because other settings read the schema.
+        if (alone) database.Run("PRAGMA locking_mode = EXCLUSIVE");
         Configure(database, options.busyTimeout);
         CheckIsBook(database, path);
+        if (options.readOnly && alone) {
+            Check(database.Get(), sqlite3_db_config(database.Get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr));
+            database.RefuseChanges();
+        }
+        if (!options.readOnly) MakeDurable(database);
         return database;
     } catch (const DatabaseError&) {
-        // The log's index can be neither opened nor created.
-        const int code = sqlite3_errcode(database.Get()) & 0xFF;
-        auto unchanging =
-            code == SQLITE_CANTOPEN || code == SQLITE_READONLY ? OpenUnchanging(name) : std::optional<Database>();
-        if (!unchanging) throw;
-        Configure(*unchanging, options.busyTimeout);
-        CheckIsBook(*unchanging, path);
-        return std::move(*unchanging);
+        code = sqlite3_extended_errcode(database.Get());
+        throw;
     }
 }
 
-Database OpenForWriting(const std::string& path, const BookOptions& options) {
-    Database database(AbsoluteName(path), SQLITE_OPEN_READWRITE);
-    if (database.IsReadOnly()) {
+/// Whether a book could not be opened for want of the files beside it: on a full disk, or in a folder that cannot be
+/// written.
+bool LacksFilesBeside(int code) noexcept {
+    switch (code) {
+        case SQLITE_IOERR_SHMOPEN:
+        case SQLITE_IOERR_SHMSIZE:
+        case SQLITE_IOERR_SHMMAP:
+            return true;
+        default:
+            break;
+    }
+    constexpr int kPrimaryMask = 0xFF;
+    const int primary = code & kPrimaryMask;
+    return primary == SQLITE_CANTOPEN || primary == SQLITE_READONLY || primary == SQLITE_FULL;
+}
+
+/// Opens a book that no other program has open. It keeps the index of the log in memory.
+Database OpenAlone(const std::string& name, const std::string& path, const BookOptions& options) {
+    constexpr bool kAlone = true;
+    int code = SQLITE_OK;
+    try {
+        Database database(name, SQLITE_OPEN_READWRITE);
+        if (!database.IsReadOnly()) return OpenChecked(std::move(database), path, options, kAlone, code);
+    } catch (const DatabaseError&) {
+        if (!options.readOnly || !LacksFilesBeside(code)) throw;
+    }
+    // In a folder that cannot be written, no lock can be had, and none is needed: a program that writes the book has
+    // its files beside it, and these would have been found.
+    std::error_code error;
+    const auto logged = fs::file_size(ToPath(name + "-wal"), error);
+    if (error || logged == 0) return OpenChecked(OpenUnchanging(name), path, options, !kAlone, code);
+    return OpenChecked(Database(Uri(name, "?vfs=unix-none"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI), path, options,
+                       kAlone, code);
+}
+
+Database OpenWithFilesBeside(const std::string& name, const std::string& path, const BookOptions& options, int& code) {
+    constexpr bool kAlone = true;
+    Database database(name, options.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
+    if (!options.readOnly && database.IsReadOnly()) {
         Refuse(path, "the file is read-only; open it for reading only, or make it writable",
                DatabaseErrorNumber::NotPermitted);
     }
-    Configure(database, options.busyTimeout);
-    CheckIsBook(database, path);
-    MakeDurable(database);
-    return database;
+    return OpenChecked(std::move(database), path, options, !kAlone, code);
+}
+
+Database OpenSomehow(const std::string& path, const BookOptions& options) {
+    const std::string name = AbsoluteName(path);
+    int code = SQLITE_OK;
+    std::exception_ptr usual;
+    try {
+        return OpenWithFilesBeside(name, path, options, code);
+    } catch (const DatabaseError&) {
+        if (!LacksFilesBeside(code)) throw;
+        usual = std::current_exception();
+    }
+    try {
+        return OpenAlone(name, path, options);
+    } catch (const DatabaseError&) {
+        std::rethrow_exception(usual);
+    }
 }
 
 }  // namespace
@@ -139,40 +200,24 @@ Database OpenForWriting(const std::string& path, const BookOptions& options) {
 Database OpenBookFile(const std::string& path, const BookOptions& options) {
     CheckIsFile(path);
     try {
-        return options.readOnly ? OpenForReading(path, options) : OpenForWriting(path, options);
+        return OpenSomehow(path, options);
     } catch (const DatabaseError& error) {
         if (error.Description().find(path) != std::string::npos) throw;
         throw DatabaseError(error.Number(), "The book '" + path + "' cannot be opened: " + error.Description());
     }
 }
 
-NewBookFile::NewBookFile(const std::string& path) : path_(path) {
-    CheckName(path);
-    std::error_code error;
-    if (fs::exists(fs::symlink_status(ToPath(path), error))) {
-        throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                            "The book '" + path + "' cannot be made: there is a file of that name already");
-    }
-    // "x" fails on a file that another program has created meanwhile.
-    std::FILE* const file = std::fopen(path.c_str(), "wbx");
-    if (!file) {
-        throw DatabaseError(
-            static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-            "The book '" + path + "' cannot be made: " + std::error_code(errno, std::generic_category()).message());
-    }
-    std::fclose(file);
-}
-
-NewBookFile::~NewBookFile() {
-    if (kept_) return;
-    std::error_code ignored;
-    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) fs::remove(ToPath(path_ + suffix), ignored);
-}
-
-Database OpenNewFile(const std::string& path, std::chrono::milliseconds busyTimeout) {
+Database OpenDraft(const std::string& path, std::chrono::milliseconds busyTimeout) {
     Database database(AbsoluteName(path), SQLITE_OPEN_READWRITE);
     Configure(database, busyTimeout);
+    database.Run("PRAGMA locking_mode = EXCLUSIVE");
+    database.Run("PRAGMA journal_mode = MEMORY");
+    database.Run("PRAGMA synchronous = OFF");
     return database;
+}
+
+Database OpenUnchanging(const std::string& path) {
+    return Database(Uri(AbsoluteName(path), "?immutable=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
 }
 
 Database OpenMemory() {
@@ -181,30 +226,20 @@ Database OpenMemory() {
     return database;
 }
 
-void CopyToNewFile(const Database& database, const std::string& path) {
-    NewBookFile file(path);
-    {
-        const Database copy(AbsoluteName(path), SQLITE_OPEN_READWRITE);
-        sqlite3_backup* const backup = sqlite3_backup_init(copy.Get(), "main", database.Get(), "main");
-        if (!backup) RaiseFailure(copy.Get(), sqlite3_errcode(copy.Get()), {});
-        constexpr int kAllPages = -1;
-        const int code = sqlite3_backup_step(backup, kAllPages);
-        // Finishing reports a failed step, but not that the source was in use.
-        Check(copy.Get(), sqlite3_backup_finish(backup));
-        if (code != SQLITE_DONE) RaiseFailure(copy.Get(), code, {});
-    }
-    file.Keep();
-}
-
 void MarkAsBook(const Database& database) {
     database.Run("PRAGMA application_id = " + std::to_string(kApplicationId));
     database.Run("PRAGMA user_version = " + std::to_string(kFormat));
 }
 
-void MakeDurable(const Database& database) {
-    database.Run("PRAGMA journal_mode = WAL");
-    // A bill that was entered is on the disk when the call returns.
-    database.Run("PRAGMA synchronous = FULL");
+void MarkAsLogged(const std::string& path) {
+    // The header's read and write versions: SQLite would make a log, under the draft's name, to set them itself.
+    constexpr std::streamoff kVersions = 18;
+    std::fstream file(ToPath(path), std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(kVersions).write("\2\2", 2).flush();
+    if (!file) {
+        throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::DiskFailure),
+                            "The disk failed: the new book's file could not be written");
+    }
 }
 
 }  // namespace kpTables::engines::sqlite

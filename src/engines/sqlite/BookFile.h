@@ -1,4 +1,4 @@
-// Opens, checks and creates a book's file.
+// Opens and checks a book's file.
 #pragma once
 
 #include <chrono>
@@ -13,31 +13,16 @@ namespace kpTables::engines::sqlite {
 /// reading only.
 Database OpenBookFile(const std::string& path, const BookOptions& options);
 
-/// Creates a file at an unused path, and removes it again unless Keep was called.
-class NewBookFile {
-public:
-    explicit NewBookFile(const std::string& path);
-    ~NewBookFile();
-    NewBookFile(const NewBookFile&) = delete;
-    NewBookFile& operator=(const NewBookFile&) = delete;
-
-    void Keep() noexcept { kept_ = true; }
-
-private:
-    std::string path_;
-    bool kept_ = false;
-};
-
-/// Opens the empty file that NewBookFile made.
-Database OpenNewFile(const std::string& path, std::chrono::milliseconds busyTimeout);
+/// Opens a draft of a book, empty or being copied into: it has neither a log nor a journal beside it, and is not on the
+/// disk before it gets its name.
+Database OpenDraft(const std::string& path, std::chrono::milliseconds busyTimeout);
+/// Opens a file that nobody changes meanwhile, without any lock or file beside it.
+Database OpenUnchanging(const std::string& path);
 Database OpenMemory();
-
-/// Copies a database, as it is, into a file that must not exist.
-void CopyToNewFile(const Database& database, const std::string& path);
 
 /// Marks the file as a book, inside the transaction that creates the tables.
 void MarkAsBook(const Database& database);
-/// Makes a book in a file survive a power failure.
-void MakeDurable(const Database& database);
+/// Marks a closed draft as a book with a write-ahead log.
+void MarkAsLogged(const std::string& path);
 
 }  // namespace kpTables::engines::sqlite

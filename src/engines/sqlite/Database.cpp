@@ -59,12 +59,19 @@ void PreparedStatement::Reset() noexcept {
     sqlite3_reset(Get());
 }
 
+void PreparedStatement::CountStepsAnew() noexcept {
+    constexpr int kFromZero = 1;
+    sqlite3_stmt_status(Get(), SQLITE_STMTSTATUS_VM_STEP, kFromZero);
+}
+
 std::int64_t PreparedStatement::Integer(int column) const noexcept { return sqlite3_column_int64(Get(), column); }
 
-std::string_view PreparedStatement::Text(int column) const noexcept {
+std::string_view PreparedStatement::Text(int column) const {
+    if (IsNull(column)) return {};
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(Get(), column));
-    return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(Get(), column)))
-                : std::string_view();
+    // SQLite may have to copy the text.
+    if (!text) RaiseFailure(sqlite3_db_handle(Get()), SQLITE_NOMEM, Text());
+    return {text, static_cast<std::size_t>(sqlite3_column_bytes(Get(), column))};
 }
 
 bool PreparedStatement::IsNull(int column) const noexcept { return sqlite3_column_type(Get(), column) == SQLITE_NULL; }
@@ -94,7 +101,13 @@ std::int64_t Database::IntegerOf(std::string_view text) const {
 }
 
 bool Database::InTransaction() const noexcept { return sqlite3_get_autocommit(Get()) == 0; }
-bool Database::IsReadOnly() const noexcept { return sqlite3_db_readonly(Get(), "main") == 1; }
+bool Database::IsReadOnly() const noexcept { return refusesChanges_ || sqlite3_db_readonly(Get(), "main") == 1; }
+
+void Database::RefuseChanges() {
+    Run("PRAGMA query_only = ON");
+    refusesChanges_ = true;
+}
+
 std::int64_t Database::Changes() const noexcept { return sqlite3_changes64(Get()); }
 std::int64_t Database::LastInsertRow() const noexcept { return sqlite3_last_insert_rowid(Get()); }
 

@@ -46,10 +46,13 @@ public:
         Reset();
     }
     void Reset() noexcept;
+    /// Counts the steps until the host is asked for an interruption from the beginning, so that it is not asked during
+    /// a short statement.
+    void CountStepsAnew() noexcept;
 
     std::int64_t Integer(int column) const noexcept;
-    /// Valid until the next Step or Reset.
-    std::string_view Text(int column) const noexcept;
+    /// Valid until the next Step or Reset; empty for Null.
+    std::string_view Text(int column) const;
     bool IsNull(int column) const noexcept;
     /// The text as prepared.
     std::string_view Text() const noexcept;
@@ -90,6 +93,8 @@ public:
 
     bool InTransaction() const noexcept;
     bool IsReadOnly() const noexcept;
+    /// Makes every change an error, also where the file could be written.
+    void RefuseChanges();
     std::int64_t Changes() const noexcept;
     std::int64_t LastInsertRow() const noexcept;
 
@@ -98,6 +103,7 @@ private:
         void operator()(sqlite3* database) const noexcept;
     };
     std::unique_ptr<sqlite3, Closer> handle_;
+    bool refusesChanges_ = false;
 };
 
 }  // namespace kpTables::engines::sqlite

@@ -66,6 +66,21 @@ Meaning OfError(int code, std::string_view message) {
     return {DatabaseErrorNumber::Failure, std::string(message)};
 }
 
+Meaning OfDisk(int code, std::string_view message) {
+    switch (code) {
+        case SQLITE_IOERR_NOMEM:
+            return {DatabaseErrorNumber::OutOfMemory, "There is not enough memory"};
+        case SQLITE_IOERR_SHMSIZE:
+            return {DatabaseErrorNumber::DiskFull, "The disk is full: there is no room for the files beside the book"};
+        case SQLITE_IOERR_CORRUPTFS:
+            return {DatabaseErrorNumber::Damaged,
+                    "The disk says that the book's file is damaged; go on with a backup of it"};
+        default:
+            return {DatabaseErrorNumber::DiskFailure,
+                    "The disk failed: the book's file could not be read or written (" + std::string(message) + ")"};
+    }
+}
+
 Meaning MeaningOf(int code, std::string_view message) {
     switch (code & kPrimaryMask) {
         case SQLITE_ERROR:
@@ -83,20 +98,22 @@ Meaning MeaningOf(int code, std::string_view message) {
         case SQLITE_MISMATCH:
             return {DatabaseErrorNumber::TypeMismatch, ErrorText(ErrorNumber::TypeMismatch)};
         case SQLITE_TOOBIG:
-            return {DatabaseErrorNumber::Overflow, "The text is too large"};
+            return {DatabaseErrorNumber::Overflow, "The text is too long"};
         case SQLITE_FULL:
-            return {DatabaseErrorNumber::Failure, "The disk is full: the change was not saved"};
+            return {DatabaseErrorNumber::DiskFull, "The disk is full: the change was not saved"};
         case SQLITE_IOERR:
-            return {DatabaseErrorNumber::Failure,
-                    "The book's file could not be read or written (" + std::string(message) + ")"};
+            return OfDisk(code, message);
         case SQLITE_CANTOPEN:
             return {DatabaseErrorNumber::Failure, "The book's file cannot be opened"};
         case SQLITE_CORRUPT:
-            return {DatabaseErrorNumber::Failure, "The book's file is damaged (" + std::string(message) + ")"};
+            return {DatabaseErrorNumber::Damaged,
+                    "The book's file is damaged (" + std::string(message) + "); go on with a backup of it"};
         case SQLITE_NOTADB:
             return {DatabaseErrorNumber::Failure, "The file is not a book"};
         case SQLITE_NOMEM:
-            return {DatabaseErrorNumber::Failure, "There is not enough memory"};
+            return {DatabaseErrorNumber::OutOfMemory, "There is not enough memory"};
+        case SQLITE_INTERRUPT:
+            return {DatabaseErrorNumber::Cancelled, "The statement was interrupted"};
         default:
             return {DatabaseErrorNumber::Failure, std::string(message)};
     }

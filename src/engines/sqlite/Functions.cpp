@@ -18,7 +18,8 @@ namespace {
 
 using functions::Value;
 
-Value ValueOf(sqlite3_value* value) noexcept {
+/// Raises bad_alloc where SQLite has to copy a text and cannot.
+Value ValueOf(sqlite3_value* value) {
     switch (sqlite3_value_type(value)) {
         case SQLITE_NULL:
             return {};
@@ -30,7 +31,8 @@ Value ValueOf(sqlite3_value* value) noexcept {
             break;
     }
     const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-    return Value(text ? std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value))) : "");
+    if (!text) throw std::bad_alloc();
+    return Value(std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value))));
 }
 
 void SetResult(sqlite3_context* context, const Value& value) noexcept {
@@ -58,9 +60,9 @@ void CallScalar(sqlite3_context* context, int count, sqlite3_value** values) noe
     const auto& function = *static_cast<const functions::Function*>(sqlite3_user_data(context));
     const auto size = static_cast<std::size_t>(count);
     std::array<Value, functions::kMostArguments> read;
-    for (std::size_t i = 0; i < size; ++i) read[i] = ValueOf(values[i]);
-    const functions::Arguments arguments({read.data(), size});
     try {
+        for (std::size_t i = 0; i < size; ++i) read[i] = ValueOf(values[i]);
+        const functions::Arguments arguments({read.data(), size});
         functions::Answer answer;
         functions::Call(function, arguments, answer);
         SetResult(context, answer.Get());

@@ -3,6 +3,9 @@
 #include <sqlite3.h>
 
 #include <cmath>
+#include <limits>
+#include <new>
+#include <string>
 #include <utility>
 
 #include "kpTables/Date.h"
@@ -14,6 +17,7 @@ namespace {
 
 using recordset::RowStore;
 
+constexpr unsigned kMegabyteBits = 20;
 /// Beyond it, a double is out of Currency's range.
 constexpr double kCurrencyLimit = 9223372036854775807.0;
 
@@ -106,11 +110,18 @@ bool AnyUndecided(const std::vector<FieldInfo>& fields) noexcept {
     return false;
 }
 
-void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view shown) {
+[[noreturn]] void RaiseTooLarge(const std::string& complaint, std::string_view shown) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::ResultTooLarge), complaint, std::string(shown));
+}
+
+void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view shown, std::int64_t mostRows) {
     const std::vector<FieldInfo>& fields = rows.Fields();
     const ResetAtEnd reset(statement);
     sqlite3_stmt* const row = statement.Get();
     while (statement.Step(shown)) {
+        if (mostRows > 0 && rows.Rows() == static_cast<std::size_t>(mostRows)) {
+            RaiseTooLarge("The result has more than " + std::to_string(mostRows) + " rows", shown);
+        }
         rows.BeginRow();
         for (std::size_t i = 0; i < fields.size(); ++i) {
             PutCell(rows, static_cast<int>(i), fields[i].type, row, shown);
@@ -120,10 +131,24 @@ void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view s
 
 }  // namespace
 
-std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, recordset::FieldsPtr fields, std::string_view shown) {
+std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, recordset::FieldsPtr fields, std::string_view shown,
+                                   const engines::Limits& limits) {
     if (AnyUndecided(*fields)) fields = WithDecidedTypes(statement, *fields, shown);
-    auto rows = std::make_unique<RowStore>(std::move(fields));
-    AppendRows(statement, *rows, shown);
+    std::unique_ptr<RowStore> rows;
+    try {
+        rows = std::make_unique<RowStore>(std::move(fields));
+        rows->Limit(limits.MostBytes());
+        AppendRows(statement, *rows, shown, limits.rows);
+    } catch (const recordset::StoreFull& full) {
+        rows.reset();
+        RaiseTooLarge("The result needs more than " + std::to_string(full.limit >> kMegabyteBits) + " MB of memory",
+                      shown);
+    } catch (const std::bad_alloc&) {
+        rows.reset();
+        RaiseTooLarge("There is not enough memory for the result", shown);
+    }
+    // The rows of a recordset that is edited are in the table already when they are added here.
+    rows->Limit(std::numeric_limits<std::size_t>::max());
     return rows;
 }
 

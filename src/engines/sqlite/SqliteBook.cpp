@@ -1,10 +1,12 @@
 #include "engines/sqlite/SqliteBook.h"
 
+#include <memory>
 #include <utility>
 
 #include "BookSchema.h"
 #include "engines/common/EngineBook.h"
 #include "engines/sqlite/BookFile.h"
+#include "engines/sqlite/DraftFile.h"
 #include "engines/sqlite/SqliteDriver.h"
 #include "engines/sqlite/TextOrderVersion.h"
 #include "kpTables/Error.h"
@@ -24,8 +26,8 @@ void TakeSqlServerNames(const Database& database) {
 
 /// An executor with the database that it works on.
 struct OpenedDatabase {
-    explicit OpenedDatabase(Database opened) {
-        auto driver = std::make_unique<SqliteDriver>(std::move(opened));
+    OpenedDatabase(Database opened, engines::Limits limits) {
+        auto driver = std::make_unique<SqliteDriver>(std::move(opened), std::move(limits));
         database = &driver->GetDatabase();
         executor = std::make_shared<engines::Executor>(std::move(driver));
     }
@@ -49,27 +51,42 @@ void MakeTables(const OpenedDatabase& empty, HeaderDialect header) {
                         "The book '" + url + "' cannot be " + complaint);
 }
 
-BookPtr Prepared(BookPtr book, const NewBookOptions& options) {
+/// Makes the tables, and lets the host prepare the book that they are.
+BookPtr MakeNewBook(const std::string& url, OpenedDatabase empty, const NewBookOptions& options) {
+    MakeTables(empty, options.header);
+    BookPtr book = engines::MakeBook(url, std::move(empty.executor));
     if (options.prepare) options.prepare(book);
+    book->FlushRows();
     return book;
+}
+
+/// Makes the book and closes it.
+void MakeDraft(const std::string& draft, const std::string& url, const NewBookOptions& options) {
+    OpenedDatabase empty(OpenDraft(draft, options.busyTimeout), engines::LimitsOf(options));
+    const std::weak_ptr<engines::Executor> connection = empty.executor;
+    MakeNewBook(url, std::move(empty), options);
+    if (!connection.expired()) Refuse(url, "made: its preparation has kept it, or a recordset of it, open");
 }
 
 }  // namespace
 
 BookPtr OpenFile(const std::string& path, const std::string& url, const BookOptions& options) {
-    OpenedDatabase opened(OpenBookFile(path, options));
+    OpenedDatabase opened(OpenBookFile(path, options), engines::LimitsOf(options));
     BringIndexesUpToDate(*opened.database, path);
     return engines::MakeBook(url, std::move(opened.executor));
 }
 
 BookPtr CreateFile(const std::string& path, const std::string& url, const NewBookOptions& options) {
-    NewBookFile file(path);
-    OpenedDatabase made(OpenNewFile(path, options.busyTimeout));
-    MakeTables(made, options.header);
-    MakeDurable(*made.database);
-    BookPtr book = Prepared(engines::MakeBook(url, std::move(made.executor)), options);
-    file.Keep();
-    return book;
+    DraftFile draft(path);
+    MakeDraft(draft.Path(), url, options);
+    MarkAsLogged(draft.Path());
+    draft.Publish();
+    BookOptions open;
+    open.busyTimeout = options.busyTimeout;
+    open.maxRows = options.maxRows;
+    open.maxBytes = options.maxBytes;
+    open.interrupted = options.interrupted;
+    return OpenFile(path, url, open);
 }
 
 BookPtr OpenInMemory(const std::string& /*name*/, const std::string& url, const BookOptions& /*options*/) {
@@ -78,9 +95,8 @@ BookPtr OpenInMemory(const std::string& /*name*/, const std::string& url, const 
 
 BookPtr CreateInMemory(const std::string& name, const std::string& url, const NewBookOptions& options) {
     if (!name.empty()) Refuse(url, "made: a book in memory has no name");
-    OpenedDatabase made(OpenMemory());
-    MakeTables(made, options.header);
-    return Prepared(engines::MakeBook(url, std::move(made.executor)), options);
+    OpenedDatabase made(OpenMemory(), engines::LimitsOf(options));
+    return MakeNewBook(url, std::move(made), options);
 }
 
 }  // namespace kpTables::engines::sqlite

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engines/common/Driver.h"
+#include "engines/common/Limits.h"
 #include "engines/sqlite/BookCatalog.h"
 #include "engines/sqlite/Database.h"
 
@@ -19,30 +20,43 @@ public:
 
 private:
     void Start(Use use) override;
-    void Save() override { database_.Run("COMMIT"); }
-    void Undo() override { database_.Run("ROLLBACK"); }
+    void Save() override;
+    void Undo() override;
+    void StartLevel() override;
+    void MergeLevel() override;
+    void UndoLevel() override;
     void Abandon() noexcept override;
     bool IsOpen() const noexcept override { return database_.InTransaction(); }
 
     const Database& database_;
+    // Prepared when a transaction or a level begins, so that its end needs no memory.
+    PreparedStatement begin_;
+    PreparedStatement commit_;
+    PreparedStatement rollback_;
+    PreparedStatement savepoint_;
+    PreparedStatement release_;
+    PreparedStatement rollbackTo_;
 };
 
 class SqliteDriver final : public engines::Driver {
 public:
-    explicit SqliteDriver(Database database);
+    explicit SqliteDriver(Database database, engines::Limits limits = {});
 
     const Database& GetDatabase() const noexcept { return database_; }
+    const engines::Limits& GetLimits() const noexcept { return limits_; }
     engines::Catalog& GetCatalog() noexcept override { return catalog_; }
     engines::Transaction& GetTransaction() noexcept override { return transaction_; }
     const TextOrder& Texts() const noexcept override;
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     void BackUp(const std::string& path) override;
+    std::vector<std::string> IntegrityFaults() override;
 
     const sql::print::Engine& Dialect() const noexcept override;
 
 private:
     Database database_;
+    engines::Limits limits_;
     BookCatalog catalog_;
     DatabaseTransaction transaction_;
 };

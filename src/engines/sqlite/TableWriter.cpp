@@ -35,6 +35,7 @@ std::int64_t TableWriter::InsertRow(const ColumnSet& set, WrittenValues values) 
     PreparedStatement& insert = StatementFor(inserts_, set, &TableWriter::InsertText);
     const ResetAtEnd reset(insert);
     BindAll(insert, values);
+    insert.CountStepsAnew();
     insert.Step();
     return database_.LastInsertRow();
 }
@@ -44,6 +45,7 @@ void TableWriter::ChangeRow(std::int64_t rowId, const ColumnSet& set, WrittenVal
     const ResetAtEnd reset(update);
     const int bound = BindAll(update, values);
     update.BindInteger(bound + 1, rowId);
+    update.CountStepsAnew();
     update.Step();
     if (database_.Changes() == 0) engines::RaiseRowGone(update.Text());
 }

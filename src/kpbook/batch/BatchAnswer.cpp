@@ -45,6 +45,21 @@ void AppendSent(std::string& out, const bookkeeping::SentStatement& sent) {
     out += sent.kind == SourceKind::Text ? R"(,"kind":"text"})" : R"(,"kind":"table"})";
 }
 
+/// {"number":5,"description":"..."}
+void AppendError(std::string& out, const Error& error) {
+    out += "{\"number\":" + std::to_string(error.Number()) + ",\"description\":";
+    output::AppendJsonString(out, error.Description());
+    out += '}';
+}
+
+void AppendIncident(std::string& out, const Incident& incident) {
+    out += "{\"text\":";
+    output::AppendJsonString(out, incident.statement);
+    out += ",\"error\":";
+    AppendError(out, incident.error);
+    out += '}';
+}
+
 void AppendMessage(std::string& out, const ShownMessage& message) {
     out += "{\"text\":";
     output::AppendJsonString(out, message.text);
@@ -96,6 +111,7 @@ std::string AnswerLine(const BatchRequest& request, const BatchOutcome& outcome)
     Answer answer;
     if (request.method) output::AppendJsonString(answer.Member("method"), *request.method);
     if (request.execute) output::AppendJsonString(answer.Member("execute"), *request.execute);
+    if (request.step) answer.Member(KeyOf(*request.step)) += "true";
     answer.MemberText("result", outcome.result);
     answer.MemberText("args", outcome.arguments);
     if (request.method || request.execute) answer.Member("sent", outcome.sent, AppendSent);
@@ -103,12 +119,8 @@ std::string AnswerLine(const BatchRequest& request, const BatchOutcome& outcome)
     if (!outcome.events.empty()) answer.Member("events", outcome.events, AppendEvent);
     const auto progress = ProgressOf(request.arguments);
     if (!progress.empty()) answer.Member("progress", progress, AppendChange);
-    if (outcome.error) {
-        auto& out = answer.Member("error");
-        out += "{\"number\":" + std::to_string(outcome.error->Number()) + ",\"description\":";
-        output::AppendJsonString(out, outcome.error->Description());
-        out += '}';
-    }
+    if (!outcome.failed.empty()) answer.Member("failed", outcome.failed, AppendIncident);
+    if (outcome.error) AppendError(answer.Member("error"), *outcome.error);
     return answer.Line();
 }
 

@@ -9,6 +9,7 @@
 #include "kpTables/Variant.h"
 #include "kpTables/bookkeeping/WatchedConnection.h"
 #include "kpbook/Host.h"
+#include "kpbook/Incidents.h"
 #include "kpbook/batch/BatchRequest.h"
 
 namespace kpTables::kpbook::batch {
@@ -25,6 +26,7 @@ struct BatchOutcome {
     std::vector<bookkeeping::SentStatement> sent;
     std::vector<ShownMessage> messages;
     std::vector<RaisedEvent> events;
+    Incidents failed;  ///< what the method trapped, and so without the error
     std::optional<Error> error;
 };
 

@@ -1,10 +1,15 @@
 #include "kpbook/batch/BatchCommand.h"
 
+#include <cstdio>
+#include <new>
+
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
+#include "kpbook/Memory.h"
 #include "kpbook/Names.h"
+#include "kpbook/PastedValues.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/batch/BatchAnswer.h"
 #include "kpbook/batch/BatchRequest.h"
@@ -20,7 +25,10 @@ namespace {
 class BatchRunner : private __CTables {
 public:
     BatchRunner(const BatchOptions& options, const GlobalOptions& global)
-        : global_(global), host_(std::make_shared<BatchHost>()), workspace_(options.book, host_, global) {
+        : global_(global),
+          clean_(options.clean),
+          host_(std::make_shared<BatchHost>()),
+          workspace_(options.book, host_, global) {
         workspace_.tables.Advise(*this);
         auto trace = workspace_.connection->onSend;
         workspace_.connection->onSend = [this, trace](const bookkeeping::SentStatement& sent) {
@@ -40,7 +48,17 @@ public:
         // The part of the result that was written before the error.
         if (outcome_.error) outcome_.result.clear();
         outcome_.messages = std::move(host_->messages);
+        outcome_.failed = workspace_.TakeIncidents();
+        if (outcome_.error) RemoveTold(outcome_.failed, *outcome_.error);
         return AnswerLine(request, outcome_);
+    }
+
+    /// Undoes what a transaction that is still open has changed; false when there is none.
+    bool RollBackRest() {
+        if (level_ == 0) return false;
+        std::fprintf(stderr, "kpbook: the batch ended inside a transaction, which is rolled back\n");
+        for (; level_ > 0; --level_) workspace_.connection->RollbackTrans();
+        return true;
     }
 
 private:
@@ -56,6 +74,8 @@ private:
             return true;
         } catch (const Error& raised) {
             if (!outcome_.error) outcome_.error = raised;
+        } catch (const std::bad_alloc&) {
+            if (!outcome_.error) outcome_.error = MemoryError();
         } catch (const std::exception& raised) {
             if (!outcome_.error) outcome_.error = Error(static_cast<int>(ErrorNumber::InvalidCall), raised.what());
         }
@@ -77,8 +97,29 @@ private:
             const auto recordset = workspace_.connection->Execute(*request.execute);
             return recordset ? Variant(recordset) : Variant(nullptr);
         }
+        if (request.step) return Step(*request.step);
+        if (const auto* member = clean_ ? _CTables::Find(*request.method) : nullptr) {
+            if (const auto fault = QuoteFault(*member, request.arguments); !fault.empty()) {
+                throw Error(static_cast<int>(ErrorNumber::InvalidCall), fault);
+            }
+        }
         if (!request.isSQL) return CallMember(workspace_.tables, *request.method, request.arguments);
         return RunInDialect(*request.isSQL, request);
+    }
+
+    /// Answers with the level of nesting after the step, as BeginTrans counts it.
+    Variant Step(TransactionStep step) {
+        switch (step) {
+            case TransactionStep::Begin:
+                workspace_.connection->BeginTrans();
+                return ++level_;
+            case TransactionStep::Commit:
+                workspace_.connection->CommitTrans();
+                return --level_;
+            default:
+                workspace_.connection->RollbackTrans();
+                return --level_;
+        }
     }
 
     /// The dialect of a line applies to its call only, unless the call sets the property itself.
@@ -97,6 +138,8 @@ private:
     }
 
     const GlobalOptions& global_;
+    bool clean_;
+    std::int32_t level_ = 0;  ///< of nested transactions
     std::shared_ptr<BatchHost> host_;
     BatchOutcome outcome_;
     Workspace workspace_;
@@ -109,12 +152,17 @@ int RunBatch(const BatchOptions& options, const GlobalOptions& global) {
     input::InputFile file(options.path);
     input::LineReader lines(file);
     output::Output output("");
-    while (const auto line = lines.Next()) {
-        if (line->find_first_not_of(" \t\r") == line->npos) continue;
-        output.Write(runner.AnswerTo(*line, lines.Number()));
-        output.Flush();
+    try {
+        while (const auto line = lines.Next()) {
+            if (line->find_first_not_of(" \t\r") == line->npos) continue;
+            output.Write(runner.AnswerTo(*line, lines.Number()));
+            output.Flush();
+        }
+    } catch (...) {
+        runner.RollBackRest();
+        throw;
     }
-    return kSucceeded;
+    return runner.RollBackRest() ? kFailed : kSucceeded;
 }
 
 }  // namespace kpTables::kpbook::batch

@@ -9,7 +9,8 @@ namespace kpTables::kpbook::batch {
 
 struct BatchOptions {
     std::string book;
-    std::string path;  ///< "-" is standard input
+    std::string path;    ///< "-" is standard input
+    bool clean = false;  ///< a line is refused that pastes a quote which is not doubled
 };
 
 /// Returns the program's exit code. A line that fails is answered with its error and does not end the batch.

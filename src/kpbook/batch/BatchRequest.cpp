@@ -24,8 +24,21 @@ MessageAnswer ReadAnswer(const Json& value) {
 }
 
 bool IsMember(std::string_view key) {
-    constexpr std::array<std::string_view, 6> kMembers = {"method", "execute", "args", "isSQL", "today", "answer"};
+    constexpr std::array<std::string_view, 9> kMembers = {"method", "execute", "begin", "commit", "rollback",
+                                                          "args",   "isSQL",   "today", "answer"};
     return std::find(kMembers.begin(), kMembers.end(), key) != kMembers.end();
+}
+
+/// The steps whose keys a line has.
+std::vector<TransactionStep> StepsOf(const Json& line) {
+    std::vector<TransactionStep> steps;
+    for (const auto step : {TransactionStep::Begin, TransactionStep::Commit, TransactionStep::Rollback}) {
+        const std::string key(KeyOf(step));
+        if (!line.contains(key) || line[key].is_null()) continue;
+        if (line[key] != true) Refuse("\"" + key + "\" takes true, not " + input::Shown(line[key]));
+        steps.push_back(step);
+    }
+    return steps;
 }
 
 void ReadMember(const std::string& key, const Json& value, BatchRequest& request) {
@@ -47,6 +60,17 @@ void ReadMember(const std::string& key, const Json& value, BatchRequest& request
 
 }  // namespace
 
+std::string_view KeyOf(TransactionStep step) noexcept {
+    switch (step) {
+        case TransactionStep::Begin:
+            return "begin";
+        case TransactionStep::Commit:
+            return "commit";
+        default:
+            return "rollback";
+    }
+}
+
 void ReadRequest(std::string_view line, BatchRequest& request) {
     const Json json = input::ParseJson(line);
     if (!json.is_object()) Refuse("a line takes an object, not " + input::Shown(json));
@@ -55,10 +79,14 @@ void ReadRequest(std::string_view line, BatchRequest& request) {
     // First the method, so that the answer can name it whatever is wrong with the other members.
     if (isGiven("method")) request.method = input::TextOf(json["method"], "method");
     if (isGiven("execute")) request.execute = input::TextOf(json["execute"], "execute");
-    if (request.method && request.execute) Refuse("a line takes \"method\" or \"execute\", not both");
-    if (!request.method && !request.execute) Refuse("a line takes \"method\" or \"execute\"");
+    const auto steps = StepsOf(json);
+    if (!steps.empty()) request.step = steps.front();
+    const auto asked = steps.size() + (request.method ? 1 : 0) + (request.execute ? 1 : 0);
+    if (asked > 1)
+        Refuse("a line takes one of \"method\", \"execute\", \"begin\", \"commit\" and \"rollback\", not several");
+    if (asked == 0) Refuse("a line takes \"method\", \"execute\", \"begin\", \"commit\" or \"rollback\"");
     for (const auto& [key, value] : json.items()) ReadMember(key, value, request);
-    if (request.execute && isGiven("args")) Refuse("\"args\" go with \"method\" only");
+    if (!request.method && isGiven("args")) Refuse("\"args\" go with \"method\" only");
 }
 
 }  // namespace kpTables::kpbook::batch

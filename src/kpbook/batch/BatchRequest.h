@@ -11,15 +11,22 @@
 
 namespace kpTables::kpbook::batch {
 
-/// The call of a method, or a statement that the host composed.
+/// A step of a transaction of the host's.
+enum class TransactionStep { Begin, Commit, Rollback };
+
+/// The call of a method, a statement that the host composed, or a step of a transaction.
 struct BatchRequest {
     std::optional<std::string> method;
     std::optional<std::string> execute;
+    std::optional<TransactionStep> step;
     std::vector<Variant> arguments;
     std::optional<bool> isSQL;
     std::optional<Date> today;
     std::optional<MessageAnswer> answer;
 };
+
+/// "begin", "commit" or "rollback": its key in a line.
+std::string_view KeyOf(TransactionStep step) noexcept;
 
 /// Reads a line. Error 5 says what is wrong and where; the request then still has "method" and "execute" if they could
 /// be read.

@@ -1,9 +1,12 @@
 #include <cstdio>
+#include <functional>
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
+#include "kpbook/Exit.h"
 #include "kpbook/Host.h"
+#include "kpbook/PastedValues.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/input/ArgumentText.h"
@@ -55,19 +58,51 @@ void ShowWrittenBack(const std::vector<Parameter>& parameters, const std::vector
     }
 }
 
+/// Makes the call in a transaction, which is kept when nothing in the call failed. False when it was rolled back.
+bool CallAllOrNothing(Workspace& workspace, const ConsoleHost& host, const std::function<void()>& call) {
+    workspace.connection->BeginTrans();
+    const auto rollBack = [&] {
+        workspace.connection->RollbackTrans();
+        std::fprintf(stderr, "kpbook: the changes of the call were rolled back\n");
+    };
+    try {
+        call();
+    } catch (...) {
+        rollBack();
+        throw;
+    }
+    if (!workspace.LogIncidents() && !host.HasReported()) {
+        workspace.connection->CommitTrans();
+        return true;
+    }
+    rollBack();
+    return false;
+}
+
 }  // namespace
 
 int Call(const CallOptions& options, const GlobalOptions& global) {
-    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
     std::vector<Variant> arguments;
     for (const auto& text : options.arguments) arguments.push_back(input::ReadArgument(text));
     const auto* method = _CTables::Find(options.method);
+    if (const auto fault = method && !options.raw ? QuoteFault(*method, arguments) : ""; !fault.empty()) {
+        throw UsageError(fault + " (--raw passes it on unchanged)");
+    }
+    const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
+    Workspace workspace(options.book, host, global);
     if (method) AddWrittenBack(method->parameters, arguments);
     const auto before = arguments;
-    const Variant result = CallMember(workspace.tables, options.method, arguments);
+    Variant result;
+    const auto call = [&] { result = CallMember(workspace.tables, options.method, arguments); };
+    bool kept = true;
+    if (options.transaction) {
+        kept = CallAllOrNothing(workspace, *host, call);
+    } else {
+        call();
+    }
     if (method) ShowWrittenBack(method->parameters, before, arguments);
     output::WriteResult(options.method, result, global);
-    return kSucceeded;
+    return host->HasReported() || !kept ? kFailed : kSucceeded;
 }
 
 }  // namespace kpTables::kpbook::commands

@@ -34,6 +34,7 @@ std::string Details(const Member& member) {
         text += "    " + parameter.name + "  " + std::string(_CTables::TypeText(parameter.type));
         if (parameter.optional) text += ", optional";
         if (parameter.inOut) text += ", written back";
+        if (parameter.pasted) text += ", pasted into a statement";
         text += '\n';
     }
     return text;
@@ -54,6 +55,17 @@ std::string Overview() {
     return text;
 }
 
+/// The names of the parameters that are pasted into statements.
+std::string PastedNames(const Member& member) {
+    std::string names;
+    for (const auto& parameter : member.parameters) {
+        if (!parameter.pasted) continue;
+        if (!names.empty()) names += ", ";
+        names += parameter.name;
+    }
+    return names;
+}
+
 MemoryRecordset& Fill(MemoryRecordset& recordset, const std::vector<const Member*>& members) {
     for (const Member* member : members) {
         recordset.AddNew();
@@ -62,6 +74,7 @@ MemoryRecordset& Fill(MemoryRecordset& recordset, const std::vector<const Member
         recordset.SetValue(2, KindText(member->kind));
         recordset.SetValue(3, _CTables::Signature(*member));
         recordset.SetValue(4, member->answers);
+        recordset.SetValue(5, PastedNames(*member));
         recordset.Update();
     }
     recordset.MoveFirst();
@@ -81,7 +94,8 @@ int Methods(const MethodsOptions& options, const GlobalOptions& global) {
                                    {"name", VarType::String},
                                    {"kind", VarType::String},
                                    {"signature", VarType::String},
-                                   {"answers", VarType::String}});
+                                   {"answers", VarType::String},
+                                   {"pasted", VarType::String}});
         output::WriteRecordset(Fill(recordset, members), global);
         return kSucceeded;
     }

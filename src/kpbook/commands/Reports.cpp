@@ -2,16 +2,11 @@
 
 #include <algorithm>
 
+#include "kpTables/Quoted.h"
+
 namespace kpTables::kpbook::commands {
 
 namespace {
-
-/// The methods put a text between quotes unchanged, so quotes in it are doubled here.
-Variant Quotable(const std::string& text) {
-    std::string doubled;
-    for (const char c : text) doubled.append(c == '\'' ? 2 : 1, c);
-    return doubled;
-}
 
 template <class T>
 Variant OrEmpty(const std::optional<T>& value) {
@@ -20,11 +15,12 @@ Variant OrEmpty(const std::optional<T>& value) {
 
 RecordsetPtr Bills(CTables& tables, ReportFilters& f) {
     const Variant ignored;
-    return tables.rs单据列表(Variant(f.direction), Quotable(f.type), OrEmpty(f.from), OrEmpty(f.to),
-                             Quotable(f.fromNumber), Quotable(f.toNumber), OrEmpty(f.warehouse), OrEmpty(f.partner),
-                             f.project.value_or(0), Quotable(f.handler), Quotable(f.counterpart), Quotable(f.packing),
-                             ignored, ignored, ignored, ignored, ignored, OrEmpty(f.minQuantity),
-                             OrEmpty(f.maxQuantity), OrEmpty(f.minAmount), OrEmpty(f.maxAmount));
+    return tables.rs单据列表(Variant(f.direction), Variant(Quoted(f.type)), OrEmpty(f.from), OrEmpty(f.to),
+                             Variant(Quoted(f.fromNumber)), Variant(Quoted(f.toNumber)), OrEmpty(f.warehouse),
+                             OrEmpty(f.partner), f.project.value_or(0), Variant(Quoted(f.handler)),
+                             Variant(Quoted(f.counterpart)), Variant(Quoted(f.packing)), ignored, ignored, ignored,
+                             ignored, ignored, OrEmpty(f.minQuantity), OrEmpty(f.maxQuantity), OrEmpty(f.minAmount),
+                             OrEmpty(f.maxAmount));
 }
 
 RecordsetPtr Balance(CTables& tables, ReportFilters& f) {

@@ -5,6 +5,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/Transaction.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
 #include "kpbook/Terminal.h"
@@ -17,29 +18,6 @@ namespace {
 
 /// Progress is shown after this many rows.
 constexpr std::int64_t kStep = 10'000;
-
-/// Rolls back unless it was committed.
-class Transaction {
-public:
-    explicit Transaction(Connection& connection) : connection_(&connection) { connection.BeginTrans(); }
-    ~Transaction() {
-        if (!connection_) return;
-        try {
-            connection_->RollbackTrans();
-        } catch (const Error&) {
-            // The engine has rolled back by itself; the original error says why.
-        }
-    }
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    void Commit() {
-        connection_->CommitTrans();
-        connection_ = nullptr;
-    }
-
-private:
-    Connection* connection_;
-};
 
 /// Whether the error is about this row only, so that other rows can still be added.
 bool IsRowsFault(const DatabaseError& error) noexcept {
@@ -62,6 +40,7 @@ CsvImport::CsvImport(Book& book, const TableInfo& table, CsvReader& csv, const s
 std::int64_t CsvImport::Run() {
     ReadHeader();
     Transaction transaction(book_);
+    Begin();
     while (csv_.Next()) ImportRow();
     faults_.Finish();
     if (faults_.Count() > 0) {
@@ -91,9 +70,14 @@ void CsvImport::ReadHeader() {
     }
     CheckHeader(unknown, repeated);
     values_.resize(columns_.size());
+}
+
+/// Inside the transaction: no month is closed while rows are added.
+void CsvImport::Begin() {
     std::vector<std::string> names;
     for (const auto* column : columns_) names.push_back(column->name);
     appender_ = book_.AppendTo(table_.name, names);
+    guard_ = std::make_unique<bookkeeping::EntryGuard>(book_, table_.name, names);
 }
 
 void CsvImport::CheckHeader(const std::vector<std::string>& unknown, const std::vector<std::string>& repeated) const {
@@ -146,6 +130,7 @@ bool CsvImport::ReadFields() {
 }
 
 void CsvImport::AddRow() {
+    if (const auto refusal = guard_->Refusal(values_); !refusal.empty()) return faults_.Add(csv_.Line(), "", refusal);
     try {
         appender_->Append(values_);
         if (++rows_ % kStep == 0) ShowProgress();

@@ -2,6 +2,8 @@
 
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <set>
+#include <vector>
 
 #include "kpTables/Error.h"
 #include "kpTables/MemoryGrid.h"
@@ -138,12 +140,19 @@ Variant ReadForm(const Json& value) {
 Json ParseJson(std::string_view text) {
     // Far more than any call needs, and far less than would exhaust the stack.
     constexpr int kDeepest = 100;
-    const auto checkDepth = [](int depth, Json::parse_event_t, Json&) {
+    // The keys of the objects that are open. Of two equal keys the parser would keep one without a word.
+    std::vector<std::set<std::string>> keys;
+    const auto check = [&](int depth, Json::parse_event_t event, Json& parsed) {
         if (depth > kDeepest) Refuse("values nested too deep");
+        if (event == Json::parse_event_t::object_start) keys.emplace_back();
+        if (event == Json::parse_event_t::object_end) keys.pop_back();
+        if (event == Json::parse_event_t::key && !keys.back().insert(parsed.get<std::string>()).second) {
+            Refuse("the key " + Shown(parsed) + " stands twice in an object");
+        }
         return true;
     };
     try {
-        return Json::parse(text, checkDepth);
+        return Json::parse(text, check);
     } catch (const Json::parse_error& error) {
         // Its text begins with "[name] parse error at line 1, column 8: "; only the reason is needed here.
         std::string reason = error.what();

@@ -1,0 +1,33 @@
+// A file that is made beside its place and gets its name when it is whole.
+#pragma once
+
+#include <string>
+
+namespace kpTables::engines::sqlite {
+
+/// An empty hidden file .NAME.new-XXXXXXXX in the folder of its place, which only its owner may read and write. Without
+/// Publish it is removed again; what a killed program has left of the same place is removed by the next draft for it. A
+/// failure is a DatabaseError "The book '...' cannot be made".
+class DraftFile {
+public:
+    /// Refuses a place that is taken, and one beside which a log of an earlier book would be read into the new one.
+    explicit DraftFile(const std::string& place);
+    ~DraftFile();
+    DraftFile(const DraftFile&) = delete;
+    DraftFile& operator=(const DraftFile&) = delete;
+
+    const std::string& Path() const noexcept { return path_; }
+    /// Brings the file to the disk and gives it its name, unless another file has taken that meanwhile.
+    void Publish();
+
+private:
+    bool Take();
+    void RemoveLeftovers() const;
+
+    std::string place_;
+    std::string path_;
+    int file_ = -1;  ///< holds a lock that tells a draft in the making from one that was left
+    bool published_ = false;
+};
+
+}  // namespace kpTables::engines::sqlite

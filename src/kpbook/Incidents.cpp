@@ -1,0 +1,31 @@
+#include "kpbook/Incidents.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <utility>
+
+#include "kpbook/Utf8.h"
+
+namespace kpTables::kpbook {
+
+void RemoveTold(Incidents& incidents, const Error& error) {
+    const auto isSame = [&](const Incident& each) {
+        return each.error.Number() == error.Number() && each.error.Description() == error.Description();
+    };
+    const auto last = std::find_if(incidents.rbegin(), incidents.rend(), isSame);
+    if (last != incidents.rend()) incidents.erase(std::next(last).base());
+}
+
+bool IncidentLog::Tell(const Error* ending) {
+    if (ending) RemoveTold(untold_, *ending);
+    const Incidents incidents = std::exchange(untold_, {});
+    for (const auto& [statement, error] : incidents) {
+        const char* what = statement.empty() ? "" : "a statement failed: ";
+        std::fprintf(stderr, "kpbook: %s%s\n", what, ReplaceInvalidUtf8(error.Description()).c_str());
+        if (!statement.empty()) std::fprintf(stderr, "  %s\n", ReplaceInvalidUtf8(statement).c_str());
+    }
+    return !incidents.empty();
+}
+
+}  // namespace kpTables::kpbook

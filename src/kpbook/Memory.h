@@ -1,0 +1,15 @@
+// Memory that ran out: a method that traps errors would answer as if nothing had happened.
+#pragma once
+
+#include "kpTables/Error.h"
+
+namespace kpTables::kpbook {
+
+/// From now on, an allocation that fails is remembered before it raises bad_alloc.
+void WatchMemory() noexcept;
+/// Whether an allocation has failed since the last call of this function.
+bool TakeMemoryShortage() noexcept;
+/// Visual Basic's error for it.
+Error MemoryError();
+
+}  // namespace kpTables::kpbook
