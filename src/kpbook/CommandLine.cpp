@@ -331,9 +331,10 @@ void CheckTarget(const Parsed& parsed) {
     const std::string& target = parsed.global.outputPath;
     if (target.empty()) return;
     const std::string* book = nullptr;
-    for (const auto* each : {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book,
-                             &parsed.log.book, &parsed.payroll.book, &parsed.import.book, &parsed.call.book,
-                             &parsed.sql.book, &parsed.close.book, &parsed.create.book}) {
+    for (const auto* each :
+         {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
+          &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
+          &parsed.create.book, &parsed.reopen.book, &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {
