@@ -89,6 +89,21 @@ public:
     requires std::derived_from<T, Object> Variant(std::shared_ptr<T> value)
     noexcept : value_(ObjectPtr(std::move(value))) {}
 
+    Variant(const Variant& other) : value_(CopyOf(other.value_)) {}
+    Variant(Variant&&) noexcept = default;
+    Variant& operator=(const Variant& other) {
+        auto* const text = If<std::string>();
+        const auto* const others = other.If<std::string>();
+        if (text && others) {
+            *text = *others;
+        } else {
+            value_ = CopyOf(other.value_);
+        }
+        return *this;
+    }
+    Variant& operator=(Variant&&) noexcept = default;
+    ~Variant() = default;
+
     static Variant Null() noexcept { return Variant(NullType{}); }
     static Variant Missing() noexcept { return Variant(MissingType{}); }
 
@@ -110,9 +125,17 @@ public:
     bool Is(const Variant& other) const;
 
 private:
-    std::variant<std::monostate, NullType, MissingType, bool, std::int16_t, std::int32_t, double, Currency, Date,
-                 std::string, ObjectPtr, std::shared_ptr<VariantArray>>
-        value_;
+    using Value = std::variant<std::monostate, NullType, MissingType, bool, std::int16_t, std::int32_t, double,
+                               Currency, Date, std::string, ObjectPtr, std::shared_ptr<VariantArray>>;
+
+    /// A text is copied outside the variant: GCC 12's destroys a text that was never made when there is no memory for
+    /// it.
+    static Value CopyOf(const Value& value) {
+        if (const auto* text = std::get_if<std::string>(&value)) return Value(std::string(*text));
+        return value;
+    }
+
+    Value value_;
 };
 
 }  // namespace kpTables

@@ -1,5 +1,6 @@
 #include "engines/sqlite/DraftFile.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -7,8 +8,8 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <random>
 #include <string_view>
 #include <system_error>
@@ -101,6 +102,19 @@ int SyncFolder(const fs::path& folder) {
     return code;
 }
 
+struct CloseFolder {
+    void operator()(DIR* folder) const noexcept { closedir(folder); }
+};
+
+/// Removes a draft that nobody is making.
+void RemoveLeftover(const fs::path& draft) {
+    const int file = open(draft.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0) return;
+    struct stat found {};
+    if (fstat(file, &found) == 0 && S_ISREG(found.st_mode) && Lock(file)) unlink(draft.c_str());
+    close(file);
+}
+
 }  // namespace
 
 DraftFile::DraftFile(const std::string& place) : place_(place) {
@@ -151,15 +165,12 @@ void DraftFile::Publish() {
 
 void DraftFile::RemoveLeftovers() const {
     const std::string prefix = PrefixOf(place_);
-    std::error_code error;
-    for (fs::directory_iterator at(FolderOf(place_), error), end; !error && at != end; at.increment(error)) {
-        const std::string path = at->path().string();
-        if (!IsDraftName(at->path().filename().string(), prefix)) continue;
-        const int file = open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-        if (file < 0) continue;
-        struct stat found {};
-        if (fstat(file, &found) == 0 && S_ISREG(found.st_mode) && Lock(file)) unlink(path.c_str());
-        close(file);
+    const fs::path folder = FolderOf(place_);
+    // The standard library's iterator ends the program when there is no memory for it.
+    const std::unique_ptr<DIR, CloseFolder> entries(opendir(folder.c_str()));
+    if (!entries) return;
+    while (const dirent* entry = readdir(entries.get())) {
+        if (IsDraftName(entry->d_name, prefix)) RemoveLeftover(folder / entry->d_name);
     }
 }
 
