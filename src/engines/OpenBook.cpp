@@ -3,8 +3,10 @@
 #include <string_view>
 
 #include "engines/BookUrl.h"
+#include "engines/sqlite/BookParts.h"
 #include "engines/sqlite/SqliteBook.h"
 #include "kpTables/Book.h"
+#include "kpTables/BookFiles.h"
 #include "kpTables/Error.h"
 
 namespace kpTables {
@@ -35,6 +37,11 @@ const Engine& EngineFor(const std::string& scheme, const std::string& url) {
 }
 
 }  // namespace
+
+bool IsPartOfBook(const std::string& path, const std::string& url) {
+    const engines::BookUrl parts = engines::ParseBookUrl(url);
+    return engines::sqlite::IsPartOfBook(path, parts.scheme == "file" ? parts.address : "");
+}
 
 BookPtr OpenBook(const std::string& url, const BookOptions& options) {
     const engines::BookUrl parts = engines::ParseBookUrl(url);

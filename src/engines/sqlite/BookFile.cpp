@@ -18,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int64_t kApplicationId = 0x6B705462;  // "kpTb"
 constexpr std::int64_t kFormat = 1;
 /// In KiB. A month-end closing reads each page once: a larger cache would only cost memory.
 constexpr int kCacheKibibytes = 16384;

@@ -2,12 +2,16 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 
 #include "engines/sqlite/Database.h"
 #include "kpTables/Book.h"
 
 namespace kpTables::engines::sqlite {
+
+/// In the header of every book's file.
+inline constexpr std::int64_t kApplicationId = 0x6B705462;  // "kpTb"
 
 /// Opens an existing book. Refuses a file that is no book, and one that cannot be written unless options ask for
 /// reading only.

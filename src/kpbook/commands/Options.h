@@ -67,6 +67,8 @@ struct ReportOptions {
 
 struct OperatorsOptions {
     std::string book;
+    std::string action;  ///< empty: list the operators; "set-password"
+    std::string name;    ///< of the operator that the action is for
 };
 
 struct LogOptions {
