@@ -346,7 +346,7 @@ class MethodsTest(KpbookCase):
 
     def test_as_data(self):
         found = json.loads(self.run_kpbook("methods", "Version", "-O", "json").stdout)
-        self.assertEqual([c["name"] for c in found["columns"]], ["subsystem", "name", "kind", "signature", "answers"])
+        self.assertEqual([c["name"] for c in found["columns"]], ["subsystem", "name", "kind", "signature", "answers", "pasted"])
         self.assertEqual(found["rows"][0][:4], ["Component frame", "Version", "Method", "Version() As String"])
 
     def test_unknown(self):

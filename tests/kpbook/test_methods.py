@@ -107,7 +107,7 @@ class HeaderTest(KpbookCase):
     def test_every_member_has_a_comment_in_the_header_and_a_line_in_the_table(self):
         for _, name, kind, _, commented in declared_members():
             self.assertTrue(commented or kind in ("Property Let", "Property Set"), name)
-        for _, name, _, _, answers in self.rows():
+        for _, name, _, _, answers, _ in self.rows():
             self.assertGreater(len(answers), 5, name)
 
 

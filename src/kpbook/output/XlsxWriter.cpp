@@ -112,8 +112,10 @@ namespace {
 /// than it needs.
 void RequireMemory() {
     constexpr std::size_t kReserve = 64U << 20U;
-    const std::unique_ptr<void, decltype(&std::free)> reserve(std::malloc(kReserve), &std::free);
+    // Volatile, for otherwise the compiler leaves out both calls.
+    void* const volatile reserve = std::malloc(kReserve);
     if (!reserve) throw CommandError("there is not enough memory to write a workbook; csv needs less");
+    std::free(reserve);
 }
 
 void RequireFit(const Section& section) {
