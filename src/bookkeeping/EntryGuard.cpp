@@ -25,6 +25,12 @@ std::int32_t WholeAt(const std::vector<Variant>& values, int column) {
     return value.IsNull() || value.IsMissing() ? 0 : CLng(value);
 }
 
+RecordsetPtr ClosedBills(Connection& book, const std::string& kind, const std::string& key, std::int32_t warehouse,
+                         std::int32_t through) {
+    return book.Execute("Select " + key + ",月份 From " + kind + "目录 Where dpID=" + std::to_string(warehouse) +
+                        " And 月份<=" + std::to_string(through));
+}
+
 }  // namespace
 
 EntryGuard::EntryGuard(Connection& book, std::string_view table, const std::vector<std::string>& columns) {
@@ -42,9 +48,7 @@ EntryGuard::EntryGuard(Connection& book, std::string_view table, const std::vect
         }
         bill_ = PositionOf(columns, key);
         for (const auto& [warehouse, through] : closed_) {
-            const auto bills =
-                book.Execute("Select " + key + ",月份 From " + kind + "目录 Where dpID=" + std::to_string(warehouse) +
-                             " And 月份<=" + std::to_string(through));
+            const auto bills = ClosedBills(book, kind, key, warehouse, through);
             for (; !bills->Eof(); bills->MoveNext())
                 bills_[CLng(bills->GetValue(0))] = {warehouse, CLng(bills->GetValue(1))};
         }

@@ -64,6 +64,14 @@ void CheckHeaders(Connection& book, const BillTables& bill, std::vector<Finding>
     }
 }
 
+/// Each id without a row in the master table, and how often it stands.
+std::string UnknownIds(const Reference& reference) {
+    const std::string column = reference.column;
+    return "Select T.编码,T.行数 From (Select " + column + " As 编码,Count(*) As 行数 From " + reference.table +
+           " Group by " + column + ") As T Where Not Exists (Select * From " + reference.master + " As M Where M." +
+           reference.key + "=T.编码)" + (reference.optional ? " And T.编码<>0" : "") + " Order by T.编码";
+}
+
 }  // namespace
 
 void CheckBillParts(Connection& book, std::vector<Finding>& findings) {
@@ -76,10 +84,7 @@ void CheckBillParts(Connection& book, std::vector<Finding>& findings) {
 void CheckMasterIds(Connection& book, std::vector<Finding>& findings) {
     for (const auto& each : kReferences) {
         const std::string column = each.column;
-        const auto rows = book.Execute(
-            "Select T.编码,T.行数 From (Select " + column + " As 编码,Count(*) As 行数 From " + each.table +
-            " Group by " + column + ") As T Where Not Exists (Select * From " + each.master + " As M Where M." +
-            each.key + "=T.编码)" + (each.optional ? " And T.编码<>0" : "") + " Order by T.编码");
+        const auto rows = book.Execute(UnknownIds(each));
         for (; !rows->Eof(); rows->MoveNext()) {
             const Variant id = rows->GetValue(0);
             Finding finding;
