@@ -224,8 +224,8 @@ const std::set<std::string> kStored = {"Update_Option rItem",
 TEST_P(HostileValuesTest, AreStoredAsTheyAre) {
     const Member& member = *GetParam();
     for (std::size_t i = 0; i < member.parameters.size(); ++i) {
-        const auto& [name, type, inOut, optional] = member.parameters[i];
-        if (type != ValueType::String && type != ValueType::Variant) continue;
+        const _CTables::Parameter& taken = member.parameters[i];
+        if (taken.type != ValueType::String && taken.type != ValueType::Variant) continue;
         bool isStored = false;
         for (const corpus::Call& call : CallsOf(member)) {
             if (i >= call.arguments.size() || !Stores(call, i)) continue;
@@ -233,7 +233,7 @@ TEST_P(HostileValuesTest, AreStoredAsTheyAre) {
             for (const HostileValue& hostile : HostileValues())
                 if (hostile.storable) ExpectStored(call, i, hostile);
         }
-        const std::string parameter = std::string(member.name) + ' ' + name;
+        const std::string parameter = std::string(member.name) + ' ' + taken.name;
         EXPECT_EQ(isStored, kStored.count(parameter) != 0) << parameter;
     }
 }
