@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -91,13 +92,25 @@ Outcome RunKpbook(const std::vector<std::string>& words, const std::string& inpu
         err.Become(STDERR_FILENO);
         Child(words, plan);
     }
+    const auto begin = std::chrono::steady_clock::now();
+    const bool toKill = plan.kind && plan.kind->effect == Effect::Kill;
+    if (toKill) {
+        ::usleep(static_cast<useconds_t>(plan.number));
+        ::kill(child, SIGKILL);
+    }
     int status = 0;
     ::waitpid(child, &status, 0);
     Outcome outcome;
     outcome.out = out.Read();
     outcome.err = err.Read();
     outcome.report = SharedReport();
-    if (WIFSIGNALED(status)) {
+    const auto elapsed = std::chrono::steady_clock::now() - begin;
+    outcome.report.passed[static_cast<std::size_t>(Point::Moment)] =
+        std::chrono::duration_cast<std::chrono::microseconds>(elapsed).count();
+    if (toKill && WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) {
+        outcome.report.injected = 1;
+        outcome.end = Outcome::End::Ended;
+    } else if (WIFSIGNALED(status)) {
         outcome.code = WTERMSIG(status);
         outcome.end = outcome.code == SIGALRM ? Outcome::End::Hung : Outcome::End::Crashed;
     } else {

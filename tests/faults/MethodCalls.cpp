@@ -34,6 +34,23 @@ Workload WorkloadOf(const corpus::Call& call, std::size_t number) {
     return workload;
 }
 
+/// The same call as a line of a batch.
+Workload BatchOf(const Workload& call) {
+    constexpr std::size_t kMethod = 6;
+    Workload batch{"batch" + call.name.substr(call.name.find('.')), Promise::TrueAnswer, call.before,
+                   {"call", "b.kpbook", "--today", "2006-08-19", "--answer", "yes", "--batch"}};
+    std::string arguments;
+    for (std::size_t i = kMethod + 1; i < call.words.size(); ++i) {
+        const std::string& word = call.words[i];
+        if (!arguments.empty()) arguments += ',';
+        arguments += word == "missing:"    ? R"({"missing":true})"
+                     : word == "progress:" ? R"({"progress":true})"
+                                           : word.substr(word.find(':') + 1);
+    }
+    batch.input = R"({"method":")" + call.words[kMethod] + R"(","args":[)" + arguments + "]}\n";
+    return batch;
+}
+
 /// A call that succeeds and changes the book; else one that succeeds.
 std::optional<Workload> Choose(const std::vector<corpus::Call>& calls, const BookState& before) {
     constexpr std::size_t kTried = 12;
@@ -63,7 +80,10 @@ std::vector<Workload> MethodCalls() {
         if (member.kind != _CTables::MemberKind::Method) continue;
         auto& ofMethod = calls[std::string(member.name)];
         if (ofMethod.empty() && member.parameters.empty()) ofMethod.push_back({std::string(member.name), {}});
-        if (auto workload = Choose(ofMethod, before)) all.push_back(std::move(*workload));
+        const auto workload = Choose(ofMethod, before);
+        if (!workload) continue;
+        all.push_back(*workload);
+        all.push_back(BatchOf(*workload));
     }
     return all;
 }

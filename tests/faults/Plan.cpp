@@ -45,6 +45,7 @@ constexpr FaultKind kKinds[] = {
     {"memory!", Bits(Point::Memory, Point::EngineMemory), Effect::Fail, SQLITE_NOMEM, true},
     {"die", kChanges | Bits(Point::Lock, Point::SharedMemory), Effect::Die, 0, false},
     {"cut", kChanges, Effect::PowerCut, 0, false},
+    {"kill", Bits(Point::Moment), Effect::Kill, 0, false},
 };
 
 Plan armed;

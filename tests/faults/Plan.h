@@ -23,6 +23,7 @@ enum class Point : unsigned {
     SharedMemory,  ///< the log's index: mapping it, and its locks
     EngineMemory,  ///< the engine's allocations
     Memory,        ///< operator new
+    Moment,        ///< a microsecond of the run
     kCount,
 };
 
@@ -30,6 +31,7 @@ enum class Effect {
     Fail,      ///< the operation reports an error
     Die,       ///< the process ends at once; what was written stays
     PowerCut,  ///< the process ends at once; what was not synced may be lost, torn or reordered
+    Kill,      ///< SIGKILL from outside
 };
 
 struct FaultKind {

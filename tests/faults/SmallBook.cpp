@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include "faults/Command.h"
@@ -84,8 +83,9 @@ void PutInPlace(const Folder& folder) {
 Folder TakeFolder() {
     Folder folder;
     for (const auto& entry : std::filesystem::directory_iterator(".")) {
-        std::ifstream file(entry.path(), std::ios::binary);
-        folder[entry.path().filename().string()] = std::string(std::istreambuf_iterator<char>(file), {});
+        std::string& bytes = folder[entry.path().filename().string()];
+        bytes.resize(entry.file_size());
+        std::ifstream(entry.path(), std::ios::binary).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     }
     return folder;
 }

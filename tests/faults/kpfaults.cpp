@@ -71,7 +71,10 @@ Options ReadOptions(int count, char** words) {
         }
     }
     if (options.kinds.empty()) {
-        for (const FaultKind& kind : FaultKinds()) options.kinds.push_back(&kind);
+        // Kills follow no plan that could be repeated: they are asked for.
+        for (const FaultKind& kind : FaultKinds()) {
+            if (kind.effect != Effect::Kill) options.kinds.push_back(&kind);
+        }
     }
     return options;
 }
@@ -112,7 +115,7 @@ std::vector<Reference> References(const Options& options) {
     std::vector<Workload> workloads = Commands(false);
     const auto add = [&](std::vector<Workload> more) { workloads.insert(workloads.end(), more.begin(), more.end()); };
     if (WantsGroup(options, "large.", false)) add(Commands(true));
-    if (WantsGroup(options, "call.", true)) add(MethodCalls());
+    if (WantsGroup(options, "call.", true) || WantsGroup(options, "batch.", true)) add(MethodCalls());
     std::vector<Reference> references;
     for (const Workload& workload : workloads) {
         if (Wanted(options, workload.name)) references.push_back(MakeReference(workload));
