@@ -145,9 +145,12 @@ std::string CommandComplaint(const Reference& reference, const Outcome& outcome,
     const bool done = now == reference.after;
     if (LooksLikeSuccess(reference.workload, outcome)) {
         if (!done) return "it looks like success, but the work is not done" + Difference(now, reference.after);
-        return outcome.out == reference.outcome.out ? "" : "it looks like success, but the answer is another: " + outcome.out;
+        return outcome.out == reference.outcome.out
+                   ? ""
+                   : "it looks like success, but the answer is another: " + outcome.out;
     }
-    if (outcome.end == Outcome::End::Exited && !outcome.Succeeded() && outcome.err.empty()) return "it failed without a word";
+    if (outcome.end == Outcome::End::Exited && !outcome.Succeeded() && outcome.err.empty())
+        return "it failed without a word";
     // A folder that is the same to the byte answers the next command as it did before.
     if (reference.workload.promise == Promise::TrueAnswer || done || untouched) return "";
     if (now != reference.before) return "half done" + Difference(now, reference.before);

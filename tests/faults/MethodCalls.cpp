@@ -37,7 +37,9 @@ Workload WorkloadOf(const corpus::Call& call, std::size_t number) {
 /// The same call as a line of a batch.
 Workload BatchOf(const Workload& call) {
     constexpr std::size_t kMethod = 6;
-    Workload batch{"batch" + call.name.substr(call.name.find('.')), Promise::TrueAnswer, call.before,
+    Workload batch{"batch" + call.name.substr(call.name.find('.')),
+                   Promise::TrueAnswer,
+                   call.before,
                    {"call", "b.kpbook", "--today", "2006-08-19", "--answer", "yes", "--batch"}};
     std::string arguments;
     for (std::size_t i = kMethod + 1; i < call.words.size(); ++i) {

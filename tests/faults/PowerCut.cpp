@@ -121,21 +121,21 @@ Contents Remains(const FileRecord& file, Left left, Random& random) {
 
 }  // namespace
 
-void NoteOpened(const std::string& path) {
+void NoteOpened(const char* path) {
     if (!IsRecording()) return;
     FileRecord& file = RecordOf(path);
     file.unsynced.push_back({Change::Kind::Create});
 }
 
-void NoteWrite(const std::string& path, std::int64_t offset, std::string_view bytes) {
+void NoteWrite(const char* path, std::int64_t offset, std::string_view bytes) {
     if (IsRecording()) RecordOf(path).unsynced.push_back({Change::Kind::Write, offset, std::string(bytes)});
 }
 
-void NoteTruncate(const std::string& path, std::int64_t size) {
+void NoteTruncate(const char* path, std::int64_t size) {
     if (IsRecording()) RecordOf(path).unsynced.push_back({Change::Kind::Truncate, size});
 }
 
-void NoteRemove(const std::string& path, bool folderSynced) {
+void NoteRemove(const char* path, bool folderSynced) {
     if (!IsRecording()) return;
     FileRecord& file = RecordOf(path);
     if (folderSynced)
@@ -144,7 +144,7 @@ void NoteRemove(const std::string& path, bool folderSynced) {
         file.unsynced.push_back({Change::Kind::Remove});
 }
 
-void NoteRename(const std::string& from, const std::string& to) {
+void NoteRename(const char* from, const char* to) {
     if (!IsRecording()) return;
     FileRecord moved = RecordOf(from);
     // A name without contents that ever reached the disk is an empty file.
@@ -153,7 +153,7 @@ void NoteRename(const std::string& from, const std::string& to) {
     Files()[from] = {};
 }
 
-void NoteSynced(const std::string& path) {
+void NoteSynced(const char* path) {
     if (!IsRecording()) return;
     FileRecord& file = RecordOf(path);
     for (const Change& change : file.unsynced) Apply(file.durable, change);

@@ -2,22 +2,22 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace kpTables::faults {
 
-// The file system tells what it is asked for, before it is done. Only a run whose plan is a power cut keeps a record.
+// The file system tells what it is asked for, before it is done. Only a run whose plan is a power cut keeps a record;
+// others allocate nothing here, since it might be their allocation that is to fail.
 
-void NoteOpened(const std::string& path);
-void NoteWrite(const std::string& path, std::int64_t offset, std::string_view bytes);
-void NoteTruncate(const std::string& path, std::int64_t size);
+void NoteOpened(const char* path);
+void NoteWrite(const char* path, std::int64_t offset, std::string_view bytes);
+void NoteTruncate(const char* path, std::int64_t size);
 /// A removed name comes back unless its folder was synced.
-void NoteRemove(const std::string& path, bool folderSynced);
+void NoteRemove(const char* path, bool folderSynced);
 /// Both names; durable at once: what is tested is that the file's contents were synced before.
-void NoteRename(const std::string& from, const std::string& to);
+void NoteRename(const char* from, const char* to);
 /// After the sync has succeeded.
-void NoteSynced(const std::string& path);
+void NoteSynced(const char* path);
 
 /// Leaves on the disk what the plan's seed says, and ends the process.
 [[noreturn]] void CutPower();

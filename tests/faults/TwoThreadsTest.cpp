@@ -1,4 +1,5 @@
-// Two components on two connections in two threads, for the thread sanitizer: what they share inside must not be a race.
+// Two components on two connections in two threads, for the thread sanitizer: what they share inside must not be a
+// race.
 #include <unistd.h>
 
 #include <atomic>
@@ -27,11 +28,13 @@ int Work(const std::string& path, std::int32_t warehouse) {
         tables.Cnn(book);
         tables.isSQL(round % 2 == 1);
         const std::string id = std::to_string(warehouse);
-        book->Execute("Insert Into 入库记录 (BillID,pdID,dpID,数量,除税单价,除税金额) Values (" + id + ",1," + id + ",2,3,6)");
+        book->Execute("Insert Into 入库记录 (BillID,pdID,dpID,数量,除税单价,除税金额) Values (" + id + ",1," + id +
+                      ",2,3,6)");
         closings += tables.Close_DepotBalance(warehouse, 3, false, Variant("2004-3-31"));
         const auto next = tables.rs仓库余额表(warehouse, 4);
-        const auto listed = book->Execute("Select Format(上期库存金额,'0.00') As 金额, 备注 From 仓库余额表 Where dpID=" + id +
-                                          " And 月份=4 Order by 备注");
+        const auto listed =
+            book->Execute("Select Format(上期库存金额,'0.00') As 金额, 备注 From 仓库余额表 Where dpID=" + id +
+                          " And 月份=4 Order by 备注");
         if (next->RecordCount() != 1 || listed->RecordCount() != 1) return -1;
         tables.Del仓库余额表(warehouse, 4);
     }
@@ -50,9 +53,12 @@ int main() {
         auto book = CreateBook(path);
         for (const char* id : {"1", "2"}) {
             book->Execute(std::string("Insert Into 仓库设置 (dpID,仓库名称) Values (") + id + ",'仓库')");
-            book->Execute(std::string("Insert Into 入库目录 (BillID,年份,月份,日子,dpID) Values (") + id + ",2004,3,5," + id + ")");
-            book->Execute(std::string("Insert Into 仓库余额表 (年份,月份,pdID,dpID,上期库存数量,上期库存金额) Values (2004,3,1,") +
-                          id + ",10,20)");
+            book->Execute(std::string("Insert Into 入库目录 (BillID,年份,月份,日子,dpID) Values (") + id +
+                          ",2004,3,5," + id + ")");
+            book->Execute(
+                std::string(
+                    "Insert Into 仓库余额表 (年份,月份,pdID,dpID,上期库存数量,上期库存金额) Values (2004,3,1,") +
+                id + ",10,20)");
         }
         const auto run = [&](std::int32_t warehouse) {
             try {
