@@ -1,6 +1,5 @@
 #include "faults/Command.h"
 
-#include <execinfo.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -9,9 +8,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <exception>
 #include <stdexcept>
 
 #include "faults/PowerCut.h"
@@ -64,19 +61,10 @@ Report& SharedReport() {
     return *static_cast<Report*>(memory);
 }
 
-/// Shows where a program that nothing caught ends.
-[[noreturn]] void ShowTrace() {
-    Disarm();
-    void* frames[64];
-    ::backtrace_symbols_fd(frames, ::backtrace(frames, 64), STDERR_FILENO);
-    std::abort();
-}
-
 [[noreturn]] void Child(std::vector<std::string> words, const Plan& plan) {
     const rlimit none{0, 0};
     ::setrlimit(RLIMIT_CORE, &none);
     ::alarm(kHungAfterSeconds);
-    std::set_terminate(ShowTrace);
     words.insert(words.begin(), "kpbook");
     std::vector<char*> pointers;
     for (auto& word : words) pointers.push_back(word.data());

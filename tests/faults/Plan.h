@@ -18,7 +18,7 @@ enum class Point : unsigned {
     Grow,  ///< a write beyond the file's end
     Sync,
     Truncate,
-    Delete,
+    Delete,  ///< removing a name or giving one
     Lock,
     SharedMemory,  ///< the log's index: mapping it, and its locks
     EngineMemory,  ///< the engine's allocations

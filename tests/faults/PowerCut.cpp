@@ -40,6 +40,27 @@ std::map<std::string, FileRecord>& Files() {
     return files;
 }
 
+struct Renamed {
+    std::string from;
+    std::string to;
+    FileRecord replaced;
+};
+
+/// The new names whose folder was not synced yet.
+std::vector<Renamed>& Renames() {
+    static std::vector<Renamed> renames;
+    return renames;
+}
+
+/// The last new names may never have reached the disk.
+void UndoRenames(std::uint64_t kept) {
+    for (; Renames().size() > kept; Renames().pop_back()) {
+        const Renamed& last = Renames().back();
+        Files()[last.from] = Files()[last.to];
+        Files()[last.to] = last.replaced;
+    }
+}
+
 bool IsRecording() { return Armed().kind && Armed().kind->effect == Effect::PowerCut; }
 
 Contents Read(const std::string& path) {
@@ -146,8 +167,11 @@ void NoteRemove(const char* path, bool folderSynced) {
 
 void NoteRename(const char* from, const char* to) {
     if (!IsRecording()) return;
-    FileRecord moved = RecordOf(from);
-    // A name without contents that ever reached the disk is an empty file.
+    const auto replaced = Files().find(to);
+    Renames().push_back({from, to, replaced == Files().end() ? FileRecord() : replaced->second});
+    const auto known = Files().find(from);
+    FileRecord moved = known == Files().end() ? FileRecord() : known->second;
+    // A name whose contents never reached the disk is an empty file.
     if (!moved.durable) moved.durable.emplace();
     Files()[to] = std::move(moved);
     Files()[from] = {};
@@ -155,14 +179,16 @@ void NoteRename(const char* from, const char* to) {
 
 void NoteSynced(const char* path) {
     if (!IsRecording()) return;
-    FileRecord& file = RecordOf(path);
-    for (const Change& change : file.unsynced) Apply(file.durable, change);
-    file.unsynced.clear();
+    // Whoever wrote it: the engine, or the program itself.
+    Files()[path] = {Read(path), {}};
 }
+
+void NoteFolderSynced() { Renames().clear(); }
 
 void CutPower() {
     Random random(Armed().seed * 1000003U + static_cast<std::uint64_t>(Armed().number));
     const auto left = static_cast<Left>(random.Below(static_cast<std::uint64_t>(Left::kCount)));
+    UndoRenames(random.Below(Renames().size() + 1));
     for (const auto& [path, file] : Files()) {
         const Contents contents = Remains(file, left, random);
         std::error_code ignored;

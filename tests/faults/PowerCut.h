@@ -14,10 +14,11 @@ void NoteWrite(const char* path, std::int64_t offset, std::string_view bytes);
 void NoteTruncate(const char* path, std::int64_t size);
 /// A removed name comes back unless its folder was synced.
 void NoteRemove(const char* path, bool folderSynced);
-/// Both names; durable at once: what is tested is that the file's contents were synced before.
+/// A file's new name, which is lost unless its folder is synced.
 void NoteRename(const char* from, const char* to);
 /// After the sync has succeeded.
 void NoteSynced(const char* path);
+void NoteFolderSynced();
 
 /// Leaves on the disk what the plan's seed says, and ends the process.
 [[noreturn]] void CutPower();

@@ -7,7 +7,8 @@
 
 namespace kpTables::faults {
 
-/// A book b.kpbook with rows 1, 2 and 7 in every table; bills and balances belong to warehouse 2 and March 2004.
+/// A book b.kpbook with rows 1, 2, 3, 5 and 7 in almost every table; bills and balances belong to warehouse 2 and March
+/// 2004.
 FolderPtr SmallBook();
 /// The same with 400 products and 2,000 lines of bills.
 FolderPtr LargeBook();
