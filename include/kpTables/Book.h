@@ -53,6 +53,8 @@ public:
     /// checked and on the disk before it gets its name, and only its owner may read and write it. An existing file is
     /// refused, and so is a copy while a host transaction is open.
     virtual void BackUp(const std::string& path) = 0;
+    /// What is wrong with the file itself, as the engine words it; nothing when it is whole. Reads all of it.
+    virtual std::vector<std::string> IntegrityFaults() = 0;
 };
 using BookPtr = std::shared_ptr<Book>;
 

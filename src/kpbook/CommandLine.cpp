@@ -8,6 +8,7 @@
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
+#include "kpbook/commands/CloseSyntax.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/ReportSyntax.h"
@@ -30,14 +31,16 @@ struct Parsed {
     commands::ImportOptions import;
     commands::CallOptions call;
     commands::SqlOptions sql;
-    commands::CloseOptions close;
+    commands::CloseWords close;
+    commands::ReopenOptions reopen;
+    commands::CheckOptions check;
+    commands::BackupOptions backup;
     commands::MethodsOptions methods;
     bool batch = false;
     bool clean = false;
     std::string format = "table";
     std::string today;
     std::string answer;
-    std::string closingDate;
     std::string dialect = "jet";
 };
 
@@ -188,26 +191,6 @@ void AddSql(CLI::App& app, Parsed& parsed) {
     command->add_option("TEXT", parsed.sql.text, "The statement")->required()->check(commands::kUtf8)->type_name("");
 }
 
-void AddClose(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "close", "Close a month for one warehouse or for all",
-        "First, products on bills that have no balance row are searched for, and added if the question is answered\n"
-        "with yes. Then each warehouse's balance rows of the month are filled and the next month's rows are created.\n\n"
-        "Examples:\n  kpbook close shop.kpbook --month 3\n"
-        "  kpbook close shop.kpbook --month 3 --warehouse 2 --cost --date 2004-03-31 --answer yes");
-    commands::AddBook(*command, parsed.close.book);
-    command->add_option("--month", parsed.close.month, "The month, 1 to 12")
-        ->required()
-        ->check(CLI::Range(1, commands::kLastMonth))
-        ->type_name("M");
-    command->add_option("--warehouse", parsed.close.warehouse, "The warehouse's dpID; default: all of them")
-        ->type_name("D");
-    command->add_flag("--cost", parsed.close.costUsed, "Take outbound amounts from the cost bills");
-    command->add_option("--date", parsed.closingDate, "The date noted in the rows that are created; default: today")
-        ->check(commands::kDate)
-        ->type_name("DATE");
-}
-
 void AddMethods(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(app, "methods", "List the methods, or one with its parameters",
                                          "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance");
@@ -233,7 +216,14 @@ constexpr CommandEntry kCommands[] = {
     {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
     {"call", AddCall, RunCall},
     {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
-    {"close", AddClose, [](const Parsed& parsed) { return commands::Close(parsed.close, parsed.global); }},
+    {"close", [](CLI::App& app, Parsed& parsed) { commands::AddClose(app, parsed.close); },
+     [](const Parsed& parsed) { return commands::Close(parsed.close.options, parsed.global); }},
+    {"reopen", [](CLI::App& app, Parsed& parsed) { commands::AddReopen(app, parsed.reopen); },
+     [](const Parsed& parsed) { return commands::Reopen(parsed.reopen, parsed.global); }},
+    {"check", [](CLI::App& app, Parsed& parsed) { commands::AddCheck(app, parsed.check); },
+     [](const Parsed& parsed) { return commands::Check(parsed.check, parsed.global); }},
+    {"backup", [](CLI::App& app, Parsed& parsed) { commands::AddBackup(app, parsed.backup); },
+     [](const Parsed& parsed) { return commands::Backup(parsed.backup, parsed.global); }},
     {"stock", AddStock, [](const Parsed& parsed) { return commands::Stock(parsed.stock, parsed.global); }},
     {"report", [](CLI::App& app, Parsed& parsed) { commands::AddReport(app, parsed.report); },
      [](const Parsed& parsed) { return commands::Report(parsed.report.options, parsed.global); }},
@@ -270,15 +260,17 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
     global.format = FormatOf(parsed.format);
     global.today = commands::DateOf(parsed.today);
-    parsed.close.date = commands::DateOf(parsed.closingDate);
+    parsed.close.options.date = commands::DateOf(parsed.close.date);
     if (!parsed.answer.empty()) global.answer = parsed.answer == "yes" ? MessageAnswer::Yes : MessageAnswer::No;
     if (global.format == OutputFormat::Xlsx && global.outputPath.empty()) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
-    for (std::string* word : {&global.outputPath, &parsed.create.book, &parsed.import.book, &parsed.import.table,
-                              &parsed.import.path, &parsed.call.book, &parsed.call.method, &parsed.sql.book,
-                              &parsed.sql.text, &parsed.close.book, &parsed.methods.name, &parsed.info.book,
-                              &parsed.stock.book, &parsed.operators.book, &parsed.log.book, &parsed.payroll.book}) {
+    for (std::string* word :
+         {&global.outputPath,  &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
+          &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
+          &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
+          &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
+          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);

@@ -42,6 +42,7 @@ public:
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     void BackUp(const std::string& path) override;
+    std::vector<std::string> IntegrityFaults() override { return {}; }
     const sql::print::Engine& Dialect() const noexcept override;
 
 private:

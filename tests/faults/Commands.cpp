@@ -10,6 +10,8 @@ using Words = std::vector<std::string>;
 const Words kClose = {"close", "b.kpbook", "--month",   "3",        "--warehouse",
                       "2",     "--date",   "2004-3-31", "--answer", "yes"};
 
+const Words kBatch = {"call", "b.kpbook", "--batch"};
+
 std::string EntryLine(int bill) {
     const std::string id = std::to_string(bill);
     return ExecuteLine("Insert Into 入库目录 (BillID,年份,月份,日子,单据类型,dpID) Values (" + id +
@@ -39,10 +41,13 @@ FolderPtr With(const FolderPtr& folder, const std::string& name, const std::stri
     return more;
 }
 
-/// A book whose month is closed, and to which a bill was added since.
-FolderPtr Closed(const FolderPtr& book) {
-    return After(After(book, kClose), {"call", "b.kpbook", "--batch"}, EntryLine(90));
+Words With(Words words, const char* option) {
+    words.emplace_back(option);
+    return words;
 }
+
+/// A book whose month is closed, and to which a bill was added since.
+FolderPtr ClosedTooEarly(const FolderPtr& book) { return After(After(book, kClose), kBatch, EntryLine(90)); }
 
 }  // namespace
 
@@ -52,16 +57,33 @@ std::vector<Workload> Commands(bool large) {
     const FolderPtr nothing = std::make_shared<Folder>();
     std::vector<Workload> all = {
         {"close", Promise::AllOrNothing, book, kClose},
-        {"reclose", Promise::AllOrNothing, Closed(book), kClose},
+        {"reclose", Promise::AllOrNothing, ClosedTooEarly(book), With(kClose, "--again")},
+        {"reopen",
+         Promise::AllOrNothing,
+         ClosedTooEarly(book),
+         {"reopen", "b.kpbook", "--month", "3", "--warehouse", "2"}},
         {"import",
          Promise::AllOrNothing,
          With(book, "p.csv", ProductRows(large ? 2000 : 20)),
          {"import", "b.kpbook", "商品设置", "p.csv"}},
-        {"entry", Promise::EachLine, book, {"call", "b.kpbook", "--batch"}, Entries(100, large ? 160 : 104)},
+        {"transacted", Promise::AllOrNothing, book, {"call", "b.kpbook", "--transaction", "Del_单据", "5", "入库"}},
+        {"entry", Promise::EachLine, book, kBatch, Entries(100, large ? 160 : 104)},
+        {"transaction", Promise::Transaction, book, kBatch,
+         "{\"begin\":true}\n" + Entries(100, large ? 160 : 104) + "{\"commit\":true}\n"},
+        {"backup",
+         Promise::AllOrNothing,
+         book,
+         {"backup", "b.kpbook", "copy.kpbook"},
+         {},
+         {"b.kpbook", "copy.kpbook"}},
     };
     if (!large) {
-        all.push_back(
-            {"new", Promise::AllOrNothing, nothing, {"new", "n.kpbook", "--today", "2004-01-01"}, {}, {"n.kpbook"}});
+        all.push_back({"new",
+                       Promise::AllOrNothing,
+                       nothing,
+                       {"new", "n.kpbook", "--today", "2004-01-01"},
+                       {},
+                       {"n.kpbook"}});
         all.push_back({"new-bare", Promise::AllOrNothing, nothing, {"new", "n.kpbook", "--bare"}, {}, {"n.kpbook"}});
     }
     for (Workload& workload : all) workload.name = prefix + workload.name;

@@ -137,7 +137,7 @@ class HoldingsTest(InfoCase, TradingCase):
         self.assertEqual(found["tables"], [["仓库设置", 2], ["商品设置", 3], ["入库目录", 2], ["入库记录", 2], ["出库目录", 1],
                                            ["出库记录", 1], ["仓库余额表", 6]])
         self.assertEqual(found["balance months"], [[2003, 12, 1], [2004, 1, 3], [2004, 2, 2]])
-        self.assertEqual(found["warehouses"], [[1, "东库", False, None], [2, "西库", True, "2004-01-31"]])
+        self.assertEqual(found["warehouses"], [[1, "东库", False, None, 1], [2, "西库", True, "2004-01-31", 1]])
 
     def test_book_does_not_change(self):
         before, files = self.book.read_bytes(), os.listdir(self.folder)
@@ -171,7 +171,7 @@ class HoldingsTest(InfoCase, TradingCase):
         parts = self.run_kpbook("info", self.book, "-O", "csv").stdout.split("\n\n")
         self.assertEqual([part.split("\n")[0] for part in parts],
                          ["information", "tables", "balance months", "warehouses"])
-        self.assertEqual(parts[3], "warehouses\ndpID,仓库名称,结帐标志,结帐日期\n1,东库,False,\n2,西库,False,\n")
+        self.assertEqual(parts[3], "warehouses\ndpID,仓库名称,结帐标志,结帐日期,closed through\n1,东库,False,,\n2,西库,False,,\n")
 
     def test_workbook_has_a_sheet_a_section(self):
         path = self.folder / "info.xlsx"

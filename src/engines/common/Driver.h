@@ -33,6 +33,8 @@ public:
     virtual std::shared_ptr<RowWriter> MakeWriter(WrittenTable table) = 0;
     /// See Book::BackUp; no transaction is open.
     virtual void BackUp(const std::string& path) = 0;
+    /// See Book::IntegrityFaults.
+    virtual std::vector<std::string> IntegrityFaults() = 0;
 
     /// How the front end prints statements for this engine.
     virtual const sql::print::Engine& Dialect() const noexcept = 0;

@@ -55,6 +55,8 @@ public:
         executor_->GetDriver().BackUp(path);
     }
 
+    std::vector<std::string> IntegrityFaults() override { return executor_->GetDriver().IntegrityFaults(); }
+
 private:
     std::string url_;
     ExecutorPtr executor_;

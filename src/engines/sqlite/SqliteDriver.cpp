@@ -120,6 +120,14 @@ std::shared_ptr<engines::RowWriter> SqliteDriver::MakeWriter(engines::WrittenTab
 
 void SqliteDriver::BackUp(const std::string& path) { CopyBook(database_, path); }
 
+std::vector<std::string> SqliteDriver::IntegrityFaults() {
+    std::vector<std::string> faults;
+    PreparedStatement check = database_.Prepare("PRAGMA integrity_check");
+    while (check.Step()) faults.emplace_back(check.Text(0));
+    if (faults == std::vector<std::string>{"ok"}) faults.clear();
+    return faults;
+}
+
 const sql::print::Engine& SqliteDriver::Dialect() const noexcept { return sql::print::sqlite::SqliteEngine(); }
 
 }  // namespace kpTables::engines::sqlite

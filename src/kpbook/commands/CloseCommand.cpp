@@ -1,133 +1,126 @@
 #include <cstdio>
-#include <vector>
+#include <memory>
 
-#include "kpTables/Convert.h"
-#include "kpTables/Error.h"
+#include "kpTables/MemoryRecordset.h"
+#include "kpTables/bookkeeping/Closing.h"
 #include "kpbook/Host.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
+#include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/output/CellText.h"
+#include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
 
 namespace {
 
-/// A warehouse and how it is to be closed.
-struct Warehouse {
-    std::int32_t id = 0;
-    std::string name;
-    std::int32_t products = 0;  ///< balance rows of the month
-    std::int32_t year = 0;
-    bool replaceNext = false;  ///< the next month's rows exist and are to be replaced
-    bool leaveOut = false;     ///< they exist and are to be kept
-};
+using bookkeeping::ClosingOutcome;
+using bookkeeping::ClosingResult;
 
-class Closing {
-public:
-    Closing(const CloseOptions& options, const GlobalOptions& global)
-        : options_(options),
-          host_(std::make_shared<ConsoleHost>(global.today, global.answer)),
-          workspace_(options.book, host_, global),
-          date_(options.date ? *options.date : host_->Today()) {}
+void Tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
-    int Run() {
-        ReadWarehouses();
-        workspace_.tables.CheckBnProduct(options_.month);
-        // All questions are asked before the first change, so that one without an answer leaves the book unchanged.
-        for (auto& warehouse : warehouses_) Examine(warehouse);
-        int exitCode = kSucceeded;
-        for (const auto& warehouse : warehouses_) {
-            if (!Close(warehouse)) exitCode = kFailed;
-        }
-        return exitCode;
+std::string MonthOf(const ClosingResult& result) { return MonthLabel(result.name, result.year, result.month); }
+
+/// Why a warehouse was not closed.
+std::string Refusal(const ClosingResult& result, std::int16_t month) {
+    const std::string asked = MonthLabel(result.name, 0, month);
+    const std::string last = std::to_string(result.month);
+    switch (result.outcome) {
+        case ClosingOutcome::ClosedAlready:
+            return MonthOf(result) + ": closed already; --again closes it again";
+        case ClosingOutcome::EarlierMonthOpen:
+            return asked + ": not closed: month " + last + " is open; close that first";
+        case ClosingOutcome::LaterMonthsClosed:
+            return asked + ": not closed: it is closed through month " + last +
+                   ", and the later months would become stale; --through " + last + " closes them again too";
+        case ClosingOutcome::LeftAsItWas:
+            return MonthOf(result) + ": left as it was";
+        default:
+            return MonthOf(result) + ": not closed: " + result.reason;
     }
+}
 
-private:
-    void ReadWarehouses() {
-        const auto rows = workspace_.connection->Execute("Select dpID, 仓库名称 From 仓库设置 Order by dpID");
-        for (; !rows->Eof(); rows->MoveNext()) {
-            const auto id = CLng(rows->GetValue(0));
-            if (!options_.warehouse || *options_.warehouse == id) warehouses_.push_back({id, Text(rows->GetValue(1))});
-        }
-        if (!warehouses_.empty()) return;
-        throw CommandError(options_.warehouse ? "the book has no warehouse " + std::to_string(*options_.warehouse)
-                                              : "the book has no warehouses");
+void TellClosed(const ClosingResult& result, bool dryRun) {
+    for (const auto& each : result.months) {
+        Tell(MonthLabel(result.name, each.year, each.month) + ": " + Counted(each.products, "product") +
+             (dryRun ? " would be closed" : " closed"));
     }
-
-    /// The number of a month's balance rows, and their latest year.
-    std::pair<std::int32_t, std::int32_t> BalanceRows(const Warehouse& warehouse, int month) {
-        const auto rows = workspace_.connection->Execute(
-            "Select Count(*) As n, Max(年份) As y From 仓库余额表 Where dpID=" + std::to_string(warehouse.id) +
-            " And 月份=" + std::to_string(month));
-        const auto year = rows->GetValue(1);
-        return {CLng(rows->GetValue(0)), year.IsNull() ? 0 : CLng(year)};
+    if (result.leftOut > 0) {
+        Tell("kpbook: " + result.name + ": " + Counted(result.leftOut, "product") +
+             " on bills without a balance row left out");
     }
+}
 
-    void Examine(Warehouse& warehouse) {
-        std::tie(warehouse.products, warehouse.year) = BalanceRows(warehouse, options_.month);
-        // Closing adds the next month's rows even if they exist.
-        if (warehouse.products == 0 || options_.month == kLastMonth) return;
-        const int next = options_.month + 1;
-        const auto count = BalanceRows(warehouse, next).first;
-        if (count == 0) return;
-        const auto answer = host_->MsgBox("month " + std::to_string(next) + " of " + warehouse.name + " has " +
-                                              std::to_string(count) + " rows already; remove and make them anew?",
-                                          MessageButtons::YesNo, "kpbook close");
-        warehouse.replaceNext = answer == MessageAnswer::Yes;
-        warehouse.leaveOut = !warehouse.replaceNext;
-    }
-
-    /// False when the warehouse was skipped or its closing failed.
-    bool Close(const Warehouse& warehouse) {
-        const std::string month = std::to_string(options_.month);
-        if (warehouse.products == 0) {
-            std::fprintf(stderr, "%s: no balance rows of month %s, nothing to close\n", warehouse.name.c_str(),
-                         month.c_str());
-            return true;
-        }
-        const std::string what = warehouse.name + " " + std::to_string(warehouse.year) + "-" + month;
-        if (warehouse.leaveOut) {
-            std::fprintf(stderr, "kpbook: %s: left as it was\n", what.c_str());
-            return false;
-        }
-        const auto next = static_cast<std::int16_t>(options_.month + 1);
-        if (warehouse.replaceNext) workspace_.tables.Del仓库余额表(warehouse.id, next);
-        workspace_.connection->ForgetFailures();
-        if (!RunClosing(warehouse.id, what)) {
-            std::fprintf(stderr, "kpbook: %s: not closed: %s\n", what.c_str(), Reason(warehouse.id).c_str());
-            return false;
-        }
-        std::fprintf(stderr, "%s: %d %s closed\n", what.c_str(), warehouse.products,
-                     warehouse.products == 1 ? "product" : "products");
+/// Whether the warehouse is closed, or has nothing to close.
+bool Tell(const ClosingResult& result, const CloseOptions& options) {
+    if (result.outcome == ClosingOutcome::Done) {
+        TellClosed(result, options.dryRun);
         return true;
     }
-
-    bool RunClosing(std::int32_t warehouse, const std::string& label) {
-        TerminalProgressBar bar(label);
-        return workspace_.tables.Close_DepotBalance(warehouse, options_.month, bool(options_.costUsed), Variant(date_),
-                                                    ErrorIsTerminal() ? &bar : nullptr);
+    if (result.outcome == ClosingOutcome::NothingToDo) {
+        Tell(result.name + ": no balance rows of month " + std::to_string(result.month) + ", nothing to close");
+        return true;
     }
+    Tell("kpbook: " + Refusal(result, options.month));
+    return false;
+}
 
-    std::string Reason(std::int32_t warehouse) {
-        if (const auto* error = workspace_.connection->LastError()) return error->Description();
-        const auto rows = workspace_.connection->Execute(
-            "Select Count(*) As n From 仓库余额表 Where 上期库存金额 Is Null And dpID=" + std::to_string(warehouse) +
-            " And 月份=" + std::to_string(options_.month));
-        if (const auto count = CLng(rows->GetValue(0)); count > 0) {
-            return std::to_string(count) + " of its rows have no 上期库存金额";
+/// The changes of a dry run, a figure a row.
+RecordsetPtr ChangesOf(const std::vector<ClosingResult>& results, const MasterNames& names) {
+    auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
+                                                                         {"年份", VarType::Long},
+                                                                         {"月份", VarType::Long},
+                                                                         {"pdID", VarType::Long},
+                                                                         {"商品", VarType::String},
+                                                                         {"column", VarType::String},
+                                                                         {"before", VarType::String},
+                                                                         {"after", VarType::String}});
+    const auto shown = [](const Variant& value) { return value.IsNull() ? value : Variant(output::CellText(value)); };
+    for (const auto& result : results) {
+        for (const auto& change : result.changes) {
+            rows->AddNew();
+            rows->SetValue(0, result.name);
+            if (change.product) {
+                rows->SetValue(1, change.year);
+                rows->SetValue(2, change.month);
+                rows->SetValue(3, *change.product);
+                rows->SetValue(4, names.Product(change.product));
+            }
+            rows->SetValue(5, change.column);
+            rows->SetValue(6, shown(change.before));
+            rows->SetValue(7, shown(change.after));
+            rows->Update();
         }
-        return "a figure is out of range";
     }
-
-    CloseOptions options_;
-    std::shared_ptr<ConsoleHost> host_;
-    Workspace workspace_;
-    Date date_;
-    std::vector<Warehouse> warehouses_;
-};
+    if (rows->RecordCount() > 0) rows->MoveFirst();
+    return rows;
+}
 
 }  // namespace
 
-int Close(const CloseOptions& options, const GlobalOptions& global) { return Closing(options, global).Run(); }
+int Close(const CloseOptions& options, const GlobalOptions& global) {
+    const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
+    const Workspace workspace(options.book, host, global);
+    bookkeeping::ClosingOptions closing;
+    closing.month = options.month;
+    closing.warehouse = options.warehouse;
+    closing.costUsed = options.costUsed;
+    closing.note = options.date ? *options.date : host->Today();
+    closing.again = options.again;
+    closing.through = options.through;
+    closing.dryRun = options.dryRun;
+    closing.isSQL = global.isSQL;
+
+    bool allClosed = true;
+    bookkeeping::ClosingWatch watch;
+    watch.done = [&](const ClosingResult& result) { allClosed = Tell(result, options) && allClosed; };
+    if (ErrorIsTerminal()) {
+        watch.bar = [](const std::string& label) { return std::make_unique<TerminalProgressBar>(label); };
+    }
+    const auto results = bookkeeping::CloseMonth(workspace.connection, host, closing, watch);
+    if (options.dryRun) output::WriteRecordset(*ChangesOf(results, MasterNames(*workspace.connection)), global);
+    return allClosed ? kSucceeded : kFailed;
+}
 
 }  // namespace kpTables::kpbook::commands

@@ -18,6 +18,9 @@ int Import(const ImportOptions& options, const GlobalOptions& global);
 int Call(const CallOptions& options, const GlobalOptions& global);
 int Sql(const SqlOptions& options, const GlobalOptions& global);
 int Close(const CloseOptions& options, const GlobalOptions& global);
+int Reopen(const ReopenOptions& options, const GlobalOptions& global);
+int Check(const CheckOptions& options, const GlobalOptions& global);
+int Backup(const BackupOptions& options, const GlobalOptions& global);
 int Methods(const MethodsOptions& options, const GlobalOptions& global);
 
 }  // namespace kpTables::kpbook::commands

@@ -2,6 +2,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
+#include "kpTables/bookkeeping/ClosedMonths.h"
 #include "kpbook/Host.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
@@ -28,8 +29,7 @@ public:
                 {"balance months",
                  workspace_.connection->Execute(
                      "Select 年份,月份,Count(*) As 行数 From 仓库余额表 Group by 年份,月份 Order by 年份,月份")},
-                {"warehouses",
-                 workspace_.connection->Execute("Select dpID,仓库名称,结帐标志,结帐日期 From 仓库设置 Order by dpID")}};
+                {"warehouses", Warehouses()}};
     }
 
 private:
@@ -70,6 +70,27 @@ private:
         rows.SetValue(0, item);
         rows.SetValue(1, value.IsNull() && forPeople_ ? Variant("(not set)") : value);
         rows.Update();
+    }
+
+    /// With the last month that is closed, by the rule that closing goes by.
+    RecordsetPtr Warehouses() {
+        auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"dpID", VarType::Long},
+                                                                             {"仓库名称", VarType::String},
+                                                                             {"结帐标志", VarType::Boolean},
+                                                                             {"结帐日期", VarType::Date},
+                                                                             {"closed through", VarType::Long}});
+        const auto stored =
+            workspace_.connection->Execute("Select dpID,仓库名称,结帐标志,结帐日期 From 仓库设置 Order by dpID");
+        for (; !stored->Eof(); stored->MoveNext()) {
+            rows->AddNew();
+            for (int column = 0; column < stored->FieldCount(); ++column)
+                rows->SetValue(column, stored->GetValue(column));
+            const auto month = bookkeeping::ClosedThrough(*workspace_.connection, CLng(stored->GetValue(0)));
+            rows->SetValue(stored->FieldCount(), month == 0 ? Variant::Null() : Variant(std::int32_t{month}));
+            rows->Update();
+        }
+        if (rows->RecordCount() > 0) rows->MoveFirst();
+        return rows;
     }
 
     RecordsetPtr Tables() {

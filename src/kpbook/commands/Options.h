@@ -106,6 +106,28 @@ struct CloseOptions {
     std::optional<std::int32_t> warehouse;  ///< empty: all of them
     bool costUsed = false;
     std::optional<Date> date;
+    bool again = false;        ///< close a month that is closed already
+    std::int16_t through = 0;  ///< close the months up to this one too
+    bool dryRun = false;       ///< show the changes and make none
+};
+
+struct ReopenOptions {
+    std::string book;
+    std::int16_t month = 0;
+    std::optional<std::int32_t> warehouse;  ///< empty: all of them
+};
+
+struct CheckOptions {
+    std::string book;
+    bool repair = false;  ///< remove doubled rows
+};
+
+inline constexpr int kMostGenerations = 1000;
+
+struct BackupOptions {
+    std::string book;
+    std::string path;
+    int keep = 0;  ///< generations; 0: an existing file is refused
 };
 
 struct MethodsOptions {

@@ -40,6 +40,7 @@ CsvImport::CsvImport(Book& book, const TableInfo& table, CsvReader& csv, const s
 std::int64_t CsvImport::Run() {
     ReadHeader();
     Transaction transaction(book_);
+    Begin();
     while (csv_.Next()) ImportRow();
     faults_.Finish();
     if (faults_.Count() > 0) {
@@ -69,9 +70,14 @@ void CsvImport::ReadHeader() {
     }
     CheckHeader(unknown, repeated);
     values_.resize(columns_.size());
+}
+
+/// Inside the transaction: no month is closed while rows are added.
+void CsvImport::Begin() {
     std::vector<std::string> names;
     for (const auto* column : columns_) names.push_back(column->name);
     appender_ = book_.AppendTo(table_.name, names);
+    guard_ = std::make_unique<bookkeeping::EntryGuard>(book_, table_.name, names);
 }
 
 void CsvImport::CheckHeader(const std::vector<std::string>& unknown, const std::vector<std::string>& repeated) const {
@@ -124,6 +130,7 @@ bool CsvImport::ReadFields() {
 }
 
 void CsvImport::AddRow() {
+    if (const auto refusal = guard_->Refusal(values_); !refusal.empty()) return faults_.Add(csv_.Line(), "", refusal);
     try {
         appender_->Append(values_);
         if (++rows_ % kStep == 0) ShowProgress();

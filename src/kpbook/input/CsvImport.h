@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "kpTables/Book.h"
+#include "kpTables/bookkeeping/EntryGuard.h"
 #include "kpbook/input/CsvReader.h"
 #include "kpbook/input/ImportFaults.h"
 
@@ -22,6 +23,7 @@ public:
 
 private:
     void ReadHeader();
+    void Begin();
     void CheckHeader(const std::vector<std::string>& unknown, const std::vector<std::string>& repeated) const;
     void ImportRow();
     /// Reads the row's fields into values_; false when one is not a value of its column's type.
@@ -35,6 +37,7 @@ private:
     std::string file_;
     ImportFaults faults_;
     std::unique_ptr<RowAppender> appender_;
+    std::unique_ptr<bookkeeping::EntryGuard> guard_;
     std::vector<const TableInfo::Column*> columns_;
     std::vector<Variant> values_;  ///< of the current row; Missing where the engine fills the column
     std::int64_t rows_ = 0;

@@ -1,0 +1,109 @@
+#include "kpTables/bookkeeping/Backup.h"
+
+#include <filesystem>
+#include <random>
+#include <system_error>
+
+#include "kpTables/Error.h"
+
+namespace kpTables::bookkeeping {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void Fail(const std::string& text) {
+    throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall), text);
+}
+
+fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
+
+/// A file beside the copy's that no other backup uses; removed unless it was given the copy's name.
+class NewCopy {
+public:
+    explicit NewCopy(const std::string& path) : name_(path + ".new-" + std::to_string(std::random_device{}())) {}
+    ~NewCopy() {
+        std::error_code ignored;
+        for (const char* suffix : {"", "-wal", "-shm", "-journal"}) fs::remove(PathOf(name_ + suffix), ignored);
+    }
+    NewCopy(const NewCopy&) = delete;
+    NewCopy& operator=(const NewCopy&) = delete;
+
+    const std::string& Name() const noexcept { return name_; }
+    fs::path Path() const { return PathOf(name_); }
+
+private:
+    std::string name_;
+};
+
+bool Exists(const std::string& path) {
+    std::error_code error;
+    return fs::symlink_status(PathOf(path), error).type() != fs::file_type::not_found;
+}
+
+void Move(const fs::path& from, const fs::path& to) {
+    std::error_code error;
+    fs::rename(from, to, error);
+    if (error) Fail("'" + to.string() + "' cannot be written: " + error.message());
+}
+
+/// Gives the copy a name that is not in use; another program may take it at the same moment.
+void PlaceNew(const NewCopy& copy, const std::string& path) {
+    std::error_code error;
+    fs::create_hard_link(copy.Path(), PathOf(path), error);
+    if (!error) return;
+    if (Exists(path)) Fail("'" + path + "' exists already; it was left as it is");
+    Move(copy.Path(), PathOf(path));  // the file system has no links
+}
+
+std::string Generation(const std::string& path, int number) {
+    return number == 0 ? path : path + "." + std::to_string(number);
+}
+
+/// The oldest generation goes, the others move up, and the copy becomes the newest. At every moment all but the oldest
+/// are there under some name.
+void PlaceNewest(const NewCopy& copy, const BackupOptions& options) {
+    int free = 0;
+    while (free < options.keep - 1 && Exists(Generation(options.path, free))) ++free;
+    for (int number = free; number > 0; --number) {
+        Move(PathOf(Generation(options.path, number - 1)), PathOf(Generation(options.path, number)));
+    }
+    Move(copy.Path(), PathOf(options.path));
+}
+
+void Check(const std::string& path, const BackupOptions& options) {
+    const auto faults = options.open(path)->IntegrityFaults();
+    if (!faults.empty()) Fail("the copy is damaged: " + faults.front());
+}
+
+void RequireFree(const BackupOptions& options) {
+    if (options.keep == 0) {
+        if (Exists(options.path)) Fail("'" + options.path + "' exists already; it was left as it is");
+        return;
+    }
+    for (int number = 0; number < options.keep; ++number) {
+        const std::string file = Generation(options.path, number);
+        std::error_code ignored;
+        if (!options.bookFile.empty() && fs::equivalent(PathOf(file), PathOf(options.bookFile), ignored))
+            Fail("'" + file + "' is the book itself");
+        if (fs::is_directory(PathOf(file), ignored)) Fail("'" + file + "' is a directory");
+    }
+    // A generation that moves up is not lost; a single one is written over.
+    if (options.keep == 1 && Exists(options.path)) options.open(options.path);
+}
+
+}  // namespace
+
+void BackUpBook(Book& book, const BackupOptions& options) {
+    RequireFree(options);
+    const NewCopy copy(options.path);
+    book.BackUp(copy.Name());
+    Check(copy.Name(), options);
+    if (options.keep == 0) {
+        PlaceNew(copy, options.path);
+    } else {
+        PlaceNewest(copy, options);
+    }
+}
+
+}  // namespace kpTables::bookkeeping

@@ -1,0 +1,74 @@
+#include "kpTables/bookkeeping/EntryGuard.h"
+
+#include <algorithm>
+
+#include "bookkeeping/Warehouses.h"
+#include "kpTables/Convert.h"
+
+namespace kpTables::bookkeeping {
+
+namespace {
+
+constexpr const char* kKinds[] = {"入库", "出库", "成本"};
+
+int PositionOf(const std::vector<std::string>& columns, std::string_view name) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    const auto found = std::ranges::find_if(
+        columns, [&](const std::string& column) { return std::ranges::equal(column, name, {}, lower, lower); });
+    return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
+}
+
+/// The whole number in a column; 0 when it is not given.
+std::int32_t WholeAt(const std::vector<Variant>& values, int column) {
+    if (column < 0) return 0;
+    const Variant& value = values[static_cast<std::size_t>(column)];
+    return value.IsNull() || value.IsMissing() ? 0 : CLng(value);
+}
+
+}  // namespace
+
+EntryGuard::EntryGuard(Connection& book, std::string_view table, const std::vector<std::string>& columns) {
+    for (const std::string kind : kKinds) {
+        const std::string key = kind == "成本" ? "CostID" : "BillID";
+        const bool isLine = table == kind + "记录";
+        if (!isLine && table != kind + "目录") continue;
+        closed_ = ClosedMonths(book).All();
+        if (closed_.empty()) return;
+        for (const auto& warehouse : ReadWarehouses(book, std::nullopt)) names_[warehouse.id] = warehouse.name;
+        if (!isLine) {
+            warehouse_ = PositionOf(columns, "dpID");
+            month_ = PositionOf(columns, "月份");
+            return;
+        }
+        bill_ = PositionOf(columns, key);
+        for (const auto& [warehouse, through] : closed_) {
+            const auto bills =
+                book.Execute("Select " + key + ",月份 From " + kind + "目录 Where dpID=" + std::to_string(warehouse) +
+                             " And 月份<=" + std::to_string(through));
+            for (; !bills->Eof(); bills->MoveNext())
+                bills_[CLng(bills->GetValue(0))] = {warehouse, CLng(bills->GetValue(1))};
+        }
+        return;
+    }
+}
+
+std::string EntryGuard::Refusal(const std::vector<Variant>& values) const {
+    if (bill_ >= 0) {
+        const auto bill = bills_.find(WholeAt(values, bill_));
+        return bill == bills_.end() ? "" : RefusalOf(bill->second.warehouse, bill->second.month);
+    }
+    if (warehouse_ < 0 || month_ < 0) return "";
+    const std::int32_t warehouse = WholeAt(values, warehouse_);
+    const std::int32_t month = WholeAt(values, month_);
+    const auto closed = closed_.find(warehouse);
+    if (closed == closed_.end() || month < 1 || month > closed->second) return "";
+    return RefusalOf(warehouse, month);
+}
+
+std::string EntryGuard::RefusalOf(std::int32_t warehouse, std::int32_t month) const {
+    const auto name = names_.find(warehouse);
+    return "month " + std::to_string(month) + " of " +
+           (name == names_.end() ? "warehouse " + std::to_string(warehouse) : name->second) + " is closed";
+}
+
+}  // namespace kpTables::bookkeeping

@@ -1,0 +1,27 @@
+#include "bookkeeping/Query.h"
+
+#include "kpTables/Convert.h"
+
+namespace kpTables::bookkeeping {
+
+std::int32_t NumberOf(Connection& book, const std::string& query) {
+    const auto rows = book.Execute(query);
+    if (rows->Eof()) return 0;
+    const Variant value = rows->GetValue(0);
+    return value.IsNull() ? 0 : CLng(value);
+}
+
+bool HasRows(Connection& book, const std::string& query) { return !book.Execute(query)->Eof(); }
+
+std::optional<std::int32_t> IdOf(const Variant& value) {
+    if (value.IsNull()) return std::nullopt;
+    return CLng(value);
+}
+
+std::string LinesText(std::int64_t count) { return std::to_string(count) + (count == 1 ? " line" : " lines"); }
+
+std::string OfMonth(std::int32_t warehouse, std::int32_t month) {
+    return " Where dpID=" + std::to_string(warehouse) + " And 月份=" + std::to_string(month);
+}
+
+}  // namespace kpTables::bookkeeping

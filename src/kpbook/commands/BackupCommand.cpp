@@ -1,0 +1,24 @@
+#include <cstdio>
+
+#include "engines/BookUrl.h"
+#include "kpTables/bookkeeping/Backup.h"
+#include "kpbook/Host.h"
+#include "kpbook/Workspace.h"
+#include "kpbook/commands/Commands.h"
+
+namespace kpTables::kpbook::commands {
+
+int Backup(const BackupOptions& options, const GlobalOptions& global) {
+    const Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global,
+                              Access::Read);
+    bookkeeping::BackupOptions backup;
+    backup.path = options.path;
+    backup.bookFile = engines::ParseBookUrl(options.book).address;
+    backup.keep = options.keep;
+    backup.open = [](const std::string& path) { return OpenBook(path); };
+    bookkeeping::BackUpBook(*workspace.book, backup);
+    std::fprintf(stderr, "%s: copied and checked\n", options.path.c_str());
+    return kSucceeded;
+}
+
+}  // namespace kpTables::kpbook::commands

@@ -1,0 +1,39 @@
+#include "kpbook/commands/BalanceTexts.h"
+
+#include "kpTables/Convert.h"
+
+namespace kpTables::kpbook::commands {
+
+namespace {
+
+Variant NameOf(const std::map<std::int32_t, std::string>& names, std::optional<std::int32_t> id) {
+    if (!id) return Variant::Null();
+    const auto found = names.find(*id);
+    return found == names.end() || found->second.empty() ? Variant(std::to_string(*id)) : Variant(found->second);
+}
+
+}  // namespace
+
+MasterNames::MasterNames(Connection& book)
+    : warehouses_(Read(book, "Select dpID,仓库名称 From 仓库设置")),
+      products_(Read(book, "Select pdID,商品名称 From 商品设置")) {}
+
+MasterNames::Names MasterNames::Read(Connection& book, const std::string& query) {
+    Names names;
+    for (const auto rows = book.Execute(query); !rows->Eof(); rows->MoveNext())
+        names[CLng(rows->GetValue(0))] = Text(rows->GetValue(1));
+    return names;
+}
+
+Variant MasterNames::Warehouse(std::optional<std::int32_t> id) const { return NameOf(warehouses_, id); }
+Variant MasterNames::Product(std::optional<std::int32_t> id) const { return NameOf(products_, id); }
+
+std::string MonthLabel(const std::string& warehouse, std::int32_t year, std::int32_t month) {
+    return warehouse + (year == 0 ? " month " : " " + std::to_string(year) + "-") + std::to_string(month);
+}
+
+std::string Counted(std::int64_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+}  // namespace kpTables::kpbook::commands

@@ -1,0 +1,36 @@
+// Findings and changes of balance rows as tables show them.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "kpTables/Connection.h"
+
+namespace kpTables::kpbook::commands {
+
+/// Names of warehouses and products by id.
+class MasterNames {
+public:
+    /// Knows no names.
+    MasterNames() = default;
+    explicit MasterNames(Connection& book);
+    /// The name; of an id without a row, or without a name, the id as text; Null without an id.
+    Variant Warehouse(std::optional<std::int32_t> id) const;
+    Variant Product(std::optional<std::int32_t> id) const;
+
+private:
+    using Names = std::map<std::int32_t, std::string>;
+    static Names Read(Connection& book, const std::string& query);
+
+    Names warehouses_;
+    Names products_;
+};
+
+/// "东库 2004-1"; without a year "东库 month 1".
+std::string MonthLabel(const std::string& warehouse, std::int32_t year, std::int32_t month);
+/// "1 row", "2 rows"
+std::string Counted(std::int64_t count, const std::string& what);
+
+}  // namespace kpTables::kpbook::commands

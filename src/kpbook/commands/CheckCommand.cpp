@@ -1,0 +1,65 @@
+#include <cstdio>
+
+#include "kpTables/MemoryRecordset.h"
+#include "kpTables/bookkeeping/Check.h"
+#include "kpbook/Host.h"
+#include "kpbook/Workspace.h"
+#include "kpbook/commands/BalanceTexts.h"
+#include "kpbook/commands/Commands.h"
+#include "kpbook/output/CellText.h"
+#include "kpbook/output/ResultWriter.h"
+
+namespace kpTables::kpbook::commands {
+
+namespace {
+
+RecordsetPtr TableOf(const std::vector<bookkeeping::Finding>& findings, const MasterNames& names) {
+    auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
+                                                                         {"年份", VarType::Long},
+                                                                         {"月份", VarType::Long},
+                                                                         {"pdID", VarType::Long},
+                                                                         {"商品", VarType::String},
+                                                                         {"what", VarType::String},
+                                                                         {"expected", VarType::String},
+                                                                         {"found", VarType::String}});
+    const auto shown = [](const Variant& value) { return value.IsNull() ? value : Variant(output::CellText(value)); };
+    const auto unlessZero = [](std::int32_t value) { return value == 0 ? Variant::Null() : Variant(value); };
+    for (const auto& finding : findings) {
+        rows->AddNew();
+        rows->SetValue(0, names.Warehouse(finding.warehouse));
+        rows->SetValue(1, unlessZero(finding.year));
+        rows->SetValue(2, unlessZero(finding.month));
+        rows->SetValue(3, finding.product ? Variant(*finding.product) : Variant::Null());
+        rows->SetValue(4, names.Product(finding.product));
+        rows->SetValue(5, finding.what);
+        rows->SetValue(6, shown(finding.expected));
+        rows->SetValue(7, shown(finding.found));
+        rows->Update();
+    }
+    rows->MoveFirst();
+    return rows;
+}
+
+void Repair(Workspace& workspace, const std::shared_ptr<Host>& host) {
+    const auto repair = bookkeeping::RemoveDoubledRows(*workspace.connection, host);
+    const auto line = repair.doubled == 0   ? std::string("no doubled rows that are equal")
+                      : repair.removed == 0 ? std::string("nothing removed")
+                                            : Counted(repair.removed, "doubled row") + " removed";
+    std::fprintf(stderr, "仓库余额表: %s\n", line.c_str());
+}
+
+}  // namespace
+
+int Check(const CheckOptions& options, const GlobalOptions& global) {
+    const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
+    Workspace workspace(options.book, host, global, options.repair ? Access::Change : Access::Read);
+    if (options.repair) Repair(workspace, host);
+    const auto findings = bookkeeping::CheckBook(*workspace.book);
+    if (findings.empty()) return kSucceeded;
+    // A damaged file may not even give names.
+    const auto names = findings.front().damaged ? MasterNames() : MasterNames(*workspace.connection);
+    output::WriteRecordset(*TableOf(findings, names), global);
+    return kFailed;
+}
+
+}  // namespace kpTables::kpbook::commands
