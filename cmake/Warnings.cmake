@@ -11,3 +11,9 @@ if(KPTABLES_SANITIZE)
   # Without -no-pie a program relocates a million pointers of the sanitizers before main begins.
   target_link_options(kpTablesFlags INTERFACE -fsanitize=address,undefined -no-pie)
 endif()
+# With the sanitizers, and with the coverage that guides a fuzzer.
+if(KPTABLES_FUZZ)
+  set(instrumented -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+  target_compile_options(kpTablesFlags INTERFACE -O1 -g ${instrumented})
+  target_link_options(kpTablesFlags INTERFACE ${instrumented})
+endif()

@@ -39,8 +39,12 @@ class Book : public Connection {
 public:
     /// The URL or path that it was opened or created with.
     virtual const std::string& Url() const = 0;
-    /// All tables of the book, in the schema's order.
+    /// All tables of the book: those of the schema in its order, then others in the order in which they were made.
     virtual std::vector<TableInfo> Tables() = 0;
+    /// The tables and columns of the schema that the book lacks, since somebody dropped them, each as "the table T" or
+    /// "the column T.C"; UpgradeBook adds them. Compares only when the book's schema has changed since it was last
+    /// found whole.
+    virtual std::vector<std::string> MissingParts() = 0;
     /// Names without regard to case, each once; error 3265 for an unknown column.
     virtual std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) = 0;
     /// Rows that the last Execute of an Insert, Update or Delete touched.
@@ -90,12 +94,30 @@ struct NewBookOptions {
 };
 
 /// Opens the book at url: a path, or file: with a path as URLs write it. A DatabaseError says what is wrong: a scheme
-/// that no engine has, no such file, a directory, no book, not readable, in use.
+/// that no engine has, no such file, a directory, no book, a book of an earlier or later format, not readable, in use.
 BookPtr OpenBook(const std::string& url, const BookOptions& options = {});
 /// Creates a book with every table of the schema: at a path, where an existing file is refused and left unchanged, or
 /// in memory (memory:). At a path it is made beside its place, in a hidden file .NAME.new-XXXXXXXX, and gets its name
 /// when it is whole and on the disk; only its owner may read and write it. What a killed attempt leaves is removed by
 /// the next.
 BookPtr CreateBook(const std::string& url, const NewBookOptions& options = {});
+
+struct UpgradeOptions {
+    std::chrono::milliseconds busyTimeout{5000};
+    bool copyFirst = true;  ///< copies the book beside itself before it is changed
+};
+
+/// What UpgradeBook has done.
+struct BookUpgrade {
+    std::int32_t fromFormat = 0;
+    std::int32_t toFormat = 0;
+    std::string copy;                  ///< the path of the copy that was made first; "" when none was
+    std::vector<std::string> changes;  ///< a phrase each, such as "added the column T.C"; empty: it was up to date
+};
+
+/// Brings a book of any earlier format to this program's, and adds what MissingParts names. Every row and whatever a
+/// host has added (tables, columns, indexes) is kept. All or nothing: after a failure, which is a DatabaseError, the
+/// book is as it was. A book of a later format, and one in memory, is refused.
+BookUpgrade UpgradeBook(const std::string& url, const UpgradeOptions& options = {});
 
 }  // namespace kpTables

@@ -24,11 +24,9 @@ struct __CTables {
 /// or success flags. Its only state is its three properties: every call goes to the database. One thread at a time.
 ///
 /// Unless a method says that it traps errors, a failure is raised to the caller: a DatabaseError from the connection,
-/// error 91 while Cnn is not set. Texts are put into the statements as they are: a value with a quote in it ends
-/// the text there, and what follows is read as SQL, which may fail or change other rows. A host doubles quotes with
-/// Quoted (Quoted.h) in the parameters that _CTables marks as pasted, and in no others. A recordset result has a
-/// CacheSize of 200, but for rs仓库列表, rs商品分类, rs日报列表, rs项目汇总表 and the lists of operators, log and saved
-/// reports, which leave it alone.
+/// error 91 while Cnn is not set. Texts are put between quotes as they are, so a value with a quote in it breaks the
+/// statement. A recordset result has a CacheSize of 200, but for rs仓库列表, rs商品分类, rs日报列表, rs项目汇总表 and
+/// the lists of operators, log and saved reports, which leave it alone.
 ///
 /// The kind selector (rWhich, m_Which, Which) is "入库" (inbound), "出库" (outbound) or "成本" (cost).
 class CTables {

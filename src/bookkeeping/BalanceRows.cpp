@@ -66,6 +66,10 @@ void BalanceRows::Add(const std::vector<std::int32_t>& products, std::int32_t mo
         book_.Execute(keys + std::to_string(product) + "," + std::to_string(warehouse_) + ")");
 }
 
+bool BalanceRows::HasNext(std::int32_t month) const {
+    return month < kLastMonth && HasRows(book_, "Select TOP 1 pdID From 仓库余额表" + OfMonth(warehouse_, month + 1));
+}
+
 /// " From 仓库余额表 Where ..." of the next month's rows of the month's products.
 std::string BalanceRows::NextRowsOf(std::int32_t month) const {
     return " From 仓库余额表" + OfMonth(warehouse_, month + 1) + " And pdID In (Select pdID From 仓库余额表" +
@@ -73,12 +77,12 @@ std::string BalanceRows::NextRowsOf(std::int32_t month) const {
 }
 
 std::int32_t BalanceRows::CarriedBefore(std::int32_t month) const {
-    if (month >= kLastMonth) return 0;
+    if (!HasNext(month)) return 0;
     return NumberOf(book_, "Select Count(*) As n" + NextRowsOf(month) + " And (上期库存数量<>0 Or 上期库存金额<>0)");
 }
 
 void BalanceRows::RemoveCarried(std::int32_t month) const {
-    if (month < kLastMonth) book_.Execute("Delete" + NextRowsOf(month));
+    if (HasNext(month)) book_.Execute("Delete" + NextRowsOf(month));
 }
 
 void BalanceRows::Reset(std::int32_t month) const {

@@ -34,6 +34,7 @@ public:
 
 private:
     std::int32_t NewRowsYear(std::int32_t month) const;
+    bool HasNext(std::int32_t month) const;
     std::string NextRowsOf(std::int32_t month) const;
 
     Connection& book_;

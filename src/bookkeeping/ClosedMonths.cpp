@@ -36,10 +36,10 @@ bool IsCarried(Connection& book, std::int32_t warehouse, std::int32_t month) {
                               std::to_string(warehouse) + " And B.月份=" + next + ")");
 }
 
-/// The last month whose products are all carried into the next one.
-std::int16_t CarriedMonth(Connection& book, std::int32_t warehouse) {
+/// The last month after one whose products are all carried into the next one; 0 when there is none.
+std::int16_t CarriedMonth(Connection& book, std::int32_t warehouse, std::int16_t after) {
     const auto months = book.Execute("Select Distinct 月份 From 仓库余额表 Where dpID=" + std::to_string(warehouse) +
-                                     " And 月份 Is Not Null Order by 月份 DESC");
+                                     " And 月份>" + std::to_string(after) + " Order by 月份 DESC");
     for (std::int16_t later = 0; !months->Eof(); months->MoveNext()) {
         const std::int16_t month = CInt(months->GetValue(0));
         if (later == month + 1 && IsCarried(book, warehouse, month)) return month;
@@ -51,7 +51,8 @@ std::int16_t CarriedMonth(Connection& book, std::int32_t warehouse) {
 }  // namespace
 
 std::int16_t ClosedThrough(Connection& book, std::int32_t warehouse) {
-    return std::max(FlaggedMonth(book, warehouse), CarriedMonth(book, warehouse));
+    const std::int16_t flagged = FlaggedMonth(book, warehouse);
+    return std::max(flagged, CarriedMonth(book, warehouse, flagged));
 }
 
 ClosedMonths::ClosedMonths(Connection& book) {

@@ -136,8 +136,9 @@ bool ClosingRun::MayClose(const BalanceRows& rows, std::int16_t closed, ClosingR
         result.outcome = begun ? ClosingOutcome::EarlierMonthOpen : ClosingOutcome::NothingToDo;
         if (begun) result.month = open;
     }
+    if (result.outcome == ClosingOutcome::Done) return true;
     result.year = rows.Year(result.month);
-    return result.outcome == ClosingOutcome::Done;
+    return false;
 }
 
 /// The component's check of all warehouses. It takes the year of the rows that it adds from the balance table, so it
@@ -188,6 +189,7 @@ bool ClosingRun::Prepare(const BalanceRows& rows, std::int16_t month, ClosingRes
                                  std::to_string(carried) + " rows already; remove and make them anew?";
         if (answers_->MsgBox(text, MessageButtons::YesNo, "closing") != MessageAnswer::Yes) {
             result.outcome = ClosingOutcome::LeftAsItWas;
+            result.year = rows.Year(month);
             return false;
         }
     }

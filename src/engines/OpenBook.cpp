@@ -3,8 +3,11 @@
 #include <string_view>
 
 #include "engines/BookUrl.h"
+#include "engines/sqlite/BookParts.h"
+#include "engines/sqlite/BookUpgrade.h"
 #include "engines/sqlite/SqliteBook.h"
 #include "kpTables/Book.h"
+#include "kpTables/BookFiles.h"
 #include "kpTables/Error.h"
 
 namespace kpTables {
@@ -16,13 +19,14 @@ struct Engine {
     std::string_view books;  ///< what its books are, for messages
     BookPtr (*open)(const std::string& address, const std::string& url, const BookOptions& options);
     BookPtr (*create)(const std::string& address, const std::string& url, const NewBookOptions& options);
+    BookUpgrade (*upgrade)(const std::string& address, const std::string& url, const UpgradeOptions& options);
 };
 
 constexpr Engine kEngines[] = {
     {"file", "a book is a file (its path, or file: and its path)", engines::sqlite::OpenFile,
-     engines::sqlite::CreateFile},
+     engines::sqlite::CreateFile, engines::sqlite::UpgradeFile},
     {"memory", "a book in memory is made anew each time (memory:)", engines::sqlite::OpenInMemory,
-     engines::sqlite::CreateInMemory},
+     engines::sqlite::CreateInMemory, engines::sqlite::UpgradeInMemory},
 };
 
 const Engine& EngineFor(const std::string& scheme, const std::string& url) {
@@ -36,6 +40,11 @@ const Engine& EngineFor(const std::string& scheme, const std::string& url) {
 
 }  // namespace
 
+bool IsPartOfBook(const std::string& path, const std::string& url) {
+    const engines::BookUrl parts = engines::ParseBookUrl(url);
+    return engines::sqlite::IsPartOfBook(path, parts.scheme == "file" ? parts.address : "");
+}
+
 BookPtr OpenBook(const std::string& url, const BookOptions& options) {
     const engines::BookUrl parts = engines::ParseBookUrl(url);
     return EngineFor(parts.scheme, url).open(parts.address, url, options);
@@ -44,6 +53,11 @@ BookPtr OpenBook(const std::string& url, const BookOptions& options) {
 BookPtr CreateBook(const std::string& url, const NewBookOptions& options) {
     const engines::BookUrl parts = engines::ParseBookUrl(url);
     return EngineFor(parts.scheme, url).create(parts.address, url, options);
+}
+
+BookUpgrade UpgradeBook(const std::string& url, const UpgradeOptions& options) {
+    const engines::BookUrl parts = engines::ParseBookUrl(url);
+    return EngineFor(parts.scheme, url).upgrade(parts.address, url, options);
 }
 
 }  // namespace kpTables

@@ -1,10 +1,14 @@
 #include "kpbook/CommandLine.h"
 
 #include <algorithm>
+#include <chrono>
+#include <iostream>
 #include <iterator>
 #include <limits>
+#include <sstream>
 #include <string_view>
 
+#include "kpTables/BookFiles.h"
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
@@ -12,7 +16,9 @@
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/ReportSyntax.h"
+#include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
+#include "kpbook/output/Output.h"
 
 namespace kpTables::kpbook {
 
@@ -35,6 +41,7 @@ struct Parsed {
     commands::ReopenOptions reopen;
     commands::CheckOptions check;
     commands::BackupOptions backup;
+    commands::UpgradeOptions upgrade;
     commands::MethodsOptions methods;
     bool batch = false;
     bool clean = false;
@@ -42,7 +49,12 @@ struct Parsed {
     std::string today;
     std::string answer;
     std::string dialect = "jet";
+    double timeout = 0;
+    std::int64_t maxMegabytes = 0;
 };
+
+constexpr std::int64_t kMegabyte = 1 << 20;
+constexpr std::int64_t kMostMegabytes = std::numeric_limits<std::int64_t>::max() / kMegabyte;
 
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
@@ -56,6 +68,16 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     app.add_option("--answer", parsed.answer, "Answer every question with yes or no")
         ->check(CLI::IsMember({"yes", "no"}))
         ->type_name("ANSWER");
+    app.add_option("--timeout", parsed.timeout, "End a statement that runs longer than S seconds")
+        ->check(CLI::PositiveNumber)
+        ->type_name("S");
+    app.add_option("--max-rows", global.maxRows, "The largest number of rows of a result; default: any")
+        ->check(CLI::PositiveNumber)
+        ->type_name("N");
+    app.add_option("--max-memory", parsed.maxMegabytes,
+                   "Memory for the rows of a result, in megabytes; default: half of what is free")
+        ->check(CLI::Range(std::int64_t{1}, kMostMegabytes))
+        ->type_name("MB");
     app.set_version_flag("--version", std::string("kpbook ") + KPBOOK_VERSION);
 }
 
@@ -105,11 +127,16 @@ void AddStock(CLI::App& app, Parsed& parsed) {
 
 void AddOperators(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
-        app, "operators", "List the operators",
+        app, "operators", "List the operators, or set the password of one",
         "Their warehouses and rights, and whether they have a password. A right is named by its column:\n"
-        "发货单位, 收货单位 and 部件管理 mean 资产处理, 卡片打印 and 资产折旧. The book is not changed.\n\n"
-        "Example:\n  kpbook operators shop.kpbook");
+        "发货单位, 收货单位 and 部件管理 mean 资产处理, 卡片打印 and 资产折旧. Listing does not change the book.\n"
+        "A new password is asked for twice at the terminal, or read as one line of standard input.\n\n"
+        "Examples:\n  kpbook operators shop.kpbook\n  kpbook operators shop.kpbook set-password 李明");
     commands::AddBook(*command, parsed.operators.book);
+    command->add_option("ACTION", parsed.operators.action, "set-password")
+        ->check(CLI::IsMember({"set-password"}))
+        ->type_name("");
+    command->add_option("NAME", parsed.operators.name, "The operator")->check(commands::kUtf8)->type_name("");
 }
 
 void AddLog(CLI::App& app, Parsed& parsed) {
@@ -231,6 +258,8 @@ constexpr CommandEntry kCommands[] = {
      [](const Parsed& parsed) { return commands::Operators(parsed.operators, parsed.global); }},
     {"log", AddLog, [](const Parsed& parsed) { return commands::Log(parsed.log, parsed.global); }},
     {"payroll", AddPayroll, [](const Parsed& parsed) { return commands::Payroll(parsed.payroll, parsed.global); }},
+    {"upgrade", [](CLI::App& app, Parsed& parsed) { commands::AddUpgrade(app, parsed.upgrade); },
+     [](const Parsed& parsed) { return commands::Upgrade(parsed.upgrade, parsed.global); }},
     {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
 };
 
@@ -260,6 +289,8 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
     global.format = FormatOf(parsed.format);
     global.today = commands::DateOf(parsed.today);
+    global.clock->SetLimit(std::chrono::duration<double>(parsed.timeout));
+    global.maxBytes = parsed.maxMegabytes * kMegabyte;
     parsed.close.options.date = commands::DateOf(parsed.close.date);
     if (!parsed.answer.empty()) global.answer = parsed.answer == "yes" ? MessageAnswer::Yes : MessageAnswer::No;
     if (global.format == OutputFormat::Xlsx && global.outputPath.empty()) {
@@ -270,18 +301,43 @@ void Complete(const CLI::App& app, Parsed& parsed) {
           &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
           &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
           &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book}) {
+          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
+          &parsed.upgrade.book}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
     parsed.create.sqlNames = parsed.dialect == "sql";
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
+    commands::Unmark(parsed.operators.name);
+    if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
     if (parsed.batch && (app.count("-O") > 0 || app.count("-o") > 0)) {
         throw CLI::ValidationError("--batch answers in JSON on standard output; -O and -o do not go with it");
+    }
+}
+
+int Show(const std::string& help) {
+    output::Output output("");
+    output.Write(help);
+    output.Close();
+    return kSucceeded;
+}
+
+/// Before anything is read or run: results must not replace a book.
+void CheckTarget(const Parsed& parsed) {
+    const std::string& target = parsed.global.outputPath;
+    if (target.empty()) return;
+    const std::string* book = nullptr;
+    for (const auto* each : {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book,
+                             &parsed.log.book, &parsed.payroll.book, &parsed.import.book, &parsed.call.book,
+                             &parsed.sql.book, &parsed.close.book, &parsed.create.book}) {
+        if (!each->empty()) book = each;
+    }
+    if (IsPartOfBook(target, book ? *book : "")) {
+        throw UsageError(target + " belongs to a book; results are not written over it");
     }
 }
 
@@ -308,12 +364,18 @@ int RunCommandLine(int count, char** words) {
         app.parse(marked);
         Complete(app, parsed);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kSucceeded : kWrongUsage;
+        std::ostringstream help;
+        if (app.exit(error, help, std::cerr) != 0) return kWrongUsage;
+        return RunToEnd([&] { return Show(help.str()); }, *parsed.global.incidents);
     }
     const auto asked = app.get_subcommands().front()->get_name();
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
-    return RunToEnd([&] { return entry->run(parsed); }, *parsed.global.incidents);
+    const auto run = [&] {
+        CheckTarget(parsed);
+        return entry->run(parsed);
+    };
+    return RunToEnd(run, *parsed.global.incidents);
 }
 
 }  // namespace kpTables::kpbook

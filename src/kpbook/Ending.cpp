@@ -5,16 +5,19 @@
 #include <string>
 
 #include "kpbook/Exit.h"
+#include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
-#include "kpbook/Utf8.h"
 
 namespace kpTables::kpbook {
 
 namespace {
 
-int Failed(const std::string& reason, const std::string& statement = {}) {
-    std::fprintf(stderr, "kpbook: %s\n", ReplaceInvalidUtf8(reason).c_str());
-    if (!statement.empty()) std::fprintf(stderr, "  %s\n", ReplaceInvalidUtf8(statement).c_str());
+/// What shells add to a signal's number.
+constexpr int kKilledBySignal = 128;
+
+int Failed(const IncidentLog& incidents, const std::string& reason, const std::string& statement = {}) {
+    std::fprintf(stderr, "kpbook: %s\n", incidents.Shown(reason).c_str());
+    if (!statement.empty()) std::fprintf(stderr, "  %s\n", incidents.Shown(statement).c_str());
     return kFailed;
 }
 
@@ -25,12 +28,10 @@ bool TellIncidents(IncidentLog& incidents, const Error* ending = nullptr) {
 
 int Ended(const Error& error, const std::string& statement, IncidentLog& incidents) {
     TellIncidents(incidents, &error);
-    return Failed(error.Description(), statement);
+    return Failed(incidents, error.Description(), statement);
 }
 
-}  // namespace
-
-int RunToEnd(const std::function<int()>& command, IncidentLog& incidents) {
+int RunTelling(const std::function<int()>& command, IncidentLog& incidents) {
     try {
         const int code = command();
         const bool hadIncidents = TellIncidents(incidents);
@@ -43,13 +44,25 @@ int RunToEnd(const std::function<int()>& command, IncidentLog& incidents) {
         return Ended(error, "", incidents);
     } catch (const std::bad_alloc&) {
         return Ended(MemoryError(), "", incidents);
+    } catch (const Interrupted&) {
+        TellIncidents(incidents);
+        return kFailed;
     } catch (const UsageError& error) {
-        Failed(error.what());
+        Failed(incidents, error.what());
         return kWrongUsage;
     } catch (const std::exception& error) {
         TellIncidents(incidents);
-        return Failed(error.what());
+        return Failed(incidents, error.what());
     }
+}
+
+}  // namespace
+
+int RunToEnd(const std::function<int()>& command, IncidentLog& incidents) {
+    const int code = RunTelling(command, incidents);
+    if (ArrivedSignal() == 0) return code;
+    std::fprintf(stderr, "kpbook: interrupted\n");
+    return kKilledBySignal + ArrivedSignal();
 }
 
 }  // namespace kpTables::kpbook

@@ -1,6 +1,7 @@
 // The options that every command takes.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 #include "kpTables/Date.h"
 #include "kpTables/Host.h"
 #include "kpbook/Incidents.h"
+#include "kpbook/Interruption.h"
 
 namespace kpTables::kpbook {
 
@@ -20,6 +22,9 @@ struct GlobalOptions {
     bool isSQL = false;
     std::optional<Date> today;
     std::optional<MessageAnswer> answer;
+    std::int64_t maxRows = 0;   ///< of a result; 0: any number
+    std::int64_t maxBytes = 0;  ///< of memory for a recordset's rows; 0: half of what is free
+    std::shared_ptr<StatementClock> clock = std::make_shared<StatementClock>();
     std::shared_ptr<IncidentLog> incidents = std::make_shared<IncidentLog>();
 };
 

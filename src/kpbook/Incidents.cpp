@@ -17,13 +17,28 @@ void RemoveTold(Incidents& incidents, const Error& error) {
     if (last != incidents.rend()) incidents.erase(std::next(last).base());
 }
 
+void IncidentLog::Hide(const std::string& secret) {
+    if (!secret.empty()) secrets_.push_back("'" + secret + "'");
+}
+
+std::string IncidentLog::Shown(std::string_view text) const {
+    constexpr std::string_view kHidden = "'***'";
+    std::string shown(text);
+    for (const auto& secret : secrets_) {
+        for (auto at = shown.find(secret); at != shown.npos; at = shown.find(secret, at + kHidden.size())) {
+            shown.replace(at, secret.size(), kHidden);
+        }
+    }
+    return ReplaceInvalidUtf8(shown);
+}
+
 bool IncidentLog::Tell(const Error* ending) {
     if (ending) RemoveTold(untold_, *ending);
     const Incidents incidents = std::exchange(untold_, {});
     for (const auto& [statement, error] : incidents) {
         const char* what = statement.empty() ? "" : "a statement failed: ";
-        std::fprintf(stderr, "kpbook: %s%s\n", what, ReplaceInvalidUtf8(error.Description()).c_str());
-        if (!statement.empty()) std::fprintf(stderr, "  %s\n", ReplaceInvalidUtf8(statement).c_str());
+        std::fprintf(stderr, "kpbook: %s%s\n", what, Shown(error.Description()).c_str());
+        if (!statement.empty()) std::fprintf(stderr, "  %s\n", Shown(statement).c_str());
     }
     return !incidents.empty();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kpTables/Error.h"
@@ -26,7 +27,13 @@ public:
     /// was anything else.
     bool Tell(const Error* ending = nullptr);
 
+    /// From now on a text that contains the secret between quotes is shown with *** for it.
+    void Hide(const std::string& secret);
+    /// A text as messages show it.
+    std::string Shown(std::string_view text) const;
+
 private:
+    std::vector<std::string> secrets_;  ///< with their quotes
     Incidents untold_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
 
 namespace kpTables::kpbook {
@@ -25,6 +26,12 @@ std::string QuoteFault(const _CTables::Member& member, std::span<const Variant> 
                " puts this value into a statement as it is, so a quote in it must be doubled: ''";
     }
     return {};
+}
+
+void HideSecrets(const _CTables::Member& member, std::span<const Variant> arguments, IncidentLog& log) {
+    for (std::size_t i = 0; i < std::min(member.parameters.size(), arguments.size()); ++i) {
+        if (member.parameters[i].secret) log.Hide(Text(arguments[i]));
+    }
 }
 
 }  // namespace kpTables::kpbook

@@ -1,10 +1,14 @@
 #include "kpbook/Terminal.h"
 
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+
+#include "kpbook/Exit.h"
+#include "kpbook/Interruption.h"
 
 namespace kpTables::kpbook {
 
@@ -45,6 +49,55 @@ std::optional<MessageAnswer> AskYesNo(const std::string& question) {
     if (!terminal) return ReadAnswer(question, stdin, stderr);
     std::setbuf(terminal.get(), nullptr);
     return ReadAnswer(question, terminal.get(), terminal.get());
+}
+
+namespace {
+
+/// While it lives, a terminal does not show what is typed.
+class HiddenInput {
+public:
+    explicit HiddenInput(std::FILE* terminal) : descriptor_(::fileno(terminal)) {
+        if (::tcgetattr(descriptor_, &shown_) != 0) throw CommandError("the terminal cannot hide a password");
+        termios hidden = shown_;
+        hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        if (::tcsetattr(descriptor_, TCSAFLUSH, &hidden) != 0) {
+            throw CommandError("the terminal cannot hide a password");
+        }
+    }
+    ~HiddenInput() { ::tcsetattr(descriptor_, TCSAFLUSH, &shown_); }
+    HiddenInput(const HiddenInput&) = delete;
+    HiddenInput& operator=(const HiddenInput&) = delete;
+
+private:
+    int descriptor_;
+    termios shown_{};
+};
+
+std::string ReadHidden(const char* question, std::FILE* terminal) {
+    std::fputs(question, terminal);
+    std::fflush(terminal);
+    const auto line = ReadLine(terminal);
+    std::fputc('\n', terminal);
+    ThrowIfInterrupted();
+    return line.value_or("");
+}
+
+}  // namespace
+
+std::string AskPassword() {
+    std::string password;
+    if (::isatty(STDIN_FILENO) == 1) {
+        const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
+        if (!terminal) throw CommandError("there is no terminal to ask for the password");
+        std::setbuf(terminal.get(), nullptr);
+        const HiddenInput hidden(terminal.get());
+        password = ReadHidden("New password: ", terminal.get());
+        if (ReadHidden("Again: ", terminal.get()) != password) throw CommandError("the two passwords differ");
+    } else {
+        password = ReadLine(stdin).value_or("");
+    }
+    if (password.empty()) throw CommandError("no password was given; the method Clear_Password empties one");
+    return password;
 }
 
 TerminalProgressBar::TerminalProgressBar(std::string label) : label_(std::move(label)) {}

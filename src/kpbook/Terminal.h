@@ -14,6 +14,10 @@ bool ErrorIsTerminal() noexcept;
 /// Asks a question until y or n is typed. Returns nothing when standard input is not a terminal or ends.
 std::optional<MessageAnswer> AskYesNo(const std::string& question);
 
+/// Reads a password: at a terminal twice and without showing it, otherwise one line of standard input. A CommandError
+/// when the two differ, and when there is none.
+std::string AskPassword();
+
 /// A bar drawn on standard error: "label [#####-----]  50%".
 class TerminalProgressBar : public ProgressBar {
 public:

@@ -39,6 +39,9 @@ private:
     std::shared_ptr<IncidentLog> log_;
 };
 
+/// How the options of every command bound the statements on a book.
+BookOptions OptionsOf(const GlobalOptions& global);
+
 /// The first column of the row that a statement finds; if there is none, a CommandError: the book has no "warehouse 9".
 std::string NameOf(Workspace& workspace, const std::string& statement, const std::string& what);
 

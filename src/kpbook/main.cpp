@@ -5,6 +5,7 @@
 
 #include "kpbook/CommandLine.h"
 #include "kpbook/Exit.h"
+#include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
 #include "kpbook/Utf8.h"
 
@@ -14,6 +15,7 @@ int main(int count, char** words) {
     // properly.
     std::signal(SIGPIPE, SIG_IGN);
     WatchMemory();
+    WatchSignals();
     try {
         return RunCommandLine(count, words);
     } catch (const std::bad_alloc&) {

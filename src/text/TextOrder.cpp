@@ -238,6 +238,7 @@ std::uint64_t HashOfText(std::string_view text) noexcept {
     WeightReader reader(text, ascii);
     while (const std::uint32_t weight = reader.NextPrimary()) hash = AddToHash(hash, weight);
     if (!reader.HasAccents()) return hash;
+    hash = AddToHash(hash, 0);  // as no weight is 0, no text without accents has this hash
     reader = WeightReader(text, 0);
     while (const std::uint32_t weight = reader.NextSecondary()) hash = AddToHash(hash, weight);
     return hash;

@@ -56,6 +56,9 @@ LIBRARIES = {
     "dlfcn.h": ["src/kpbook"],
     "fcntl.h": ["src/kpbook", "src/engines/sqlite"],
     "sys/": ["src/kpbook", "src/engines/sqlite"],
+    "poll.h": ["src/kpbook"],
+    "sys/stat.h": ["src/kpbook"],
+    "termios.h": ["src/kpbook"],
     "unistd.h": ["src/kpbook", "src/engines/sqlite"],
 }
 

@@ -1,10 +1,10 @@
 // ICU's order of texts, with the settings that the book's order was made from.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <unicode/ucol.h>
 #include <unicode/uset.h>
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,7 +22,7 @@ public:
         // ICU's Chinese rules put Chinese characters before letters; both original databases put them after.
         const std::int32_t none[] = {UCOL_REORDER_CODE_NONE};
         ucol_setReorderCodes(collator_, none, 1, &status);
-        EXPECT_TRUE(U_SUCCESS(status));
+        Check(status);
     }
     ~IcuOrder() { ucol_close(collator_); }
     IcuOrder(const IcuOrder&) = delete;
@@ -57,11 +57,14 @@ public:
             if (!text.empty()) texts.push_back(text);
         }
         uset_close(set);
-        EXPECT_TRUE(U_SUCCESS(status));
+        Check(status);
         return texts;
     }
 
 private:
+    static void Check(UErrorCode status) {
+        if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
+    }
     static std::string_view WithoutTrailingBlanks(std::string_view text) {
         return text.substr(0, text.find_last_not_of(' ') + 1);
     }

@@ -206,6 +206,11 @@ TEST_P(RandomTexts, HaveOneHashWhenEqual) {
 INSTANTIATE_TEST_SUITE_P(Of, RandomTexts, testing::ValuesIn(kAlphabets),
                          [](const auto& info) { return info.param.name; });
 
+TEST(TextOrder, WeightsOfAccentsAreNotTakenForCharacters) {
+    EXPECT_NE(HashOfText("\u00E9"), HashOfText("e\t"));
+    EXPECT_EQ(HashOfText("\u00E9"), HashOfText("\u00C9 "));
+}
+
 TEST(TextOrder, RandomMixedTextsAsIcu) {
     const IcuOrder icu;
     std::mt19937 random(20040308);

@@ -36,6 +36,12 @@ public:
     /// See Book::IntegrityFaults.
     virtual std::vector<std::string> IntegrityFaults() = 0;
 
+    /// Whether the schema is as it was when it was last noted as whole. An engine that cannot note it is asked to
+    /// compare it each time.
+    virtual bool IsSchemaNoted() { return false; }
+    /// Notes the schema, if that is possible now.
+    virtual void NoteSchema() noexcept {}
+
     /// How the front end prints statements for this engine.
     virtual const sql::print::Engine& Dialect() const noexcept = 0;
 };

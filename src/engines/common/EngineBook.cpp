@@ -4,6 +4,7 @@
 
 #include "BookSchema.h"
 #include "engines/common/EditableRecordset.h"
+#include "engines/common/SchemaParts.h"
 #include "engines/common/TableAppender.h"
 
 namespace kpTables::engines {
@@ -35,8 +36,17 @@ public:
         Catalog& catalog = executor_->GetDriver().GetCatalog();
         catalog.Refresh();
         std::vector<TableInfo> tables;
-        for (const std::string& name : catalog.TableNames()) tables.push_back(catalog.Describe(name));
+        for (const std::string& name : InSchemaOrder(catalog.TableNames())) tables.push_back(catalog.Describe(name));
         return tables;
+    }
+
+    std::vector<std::string> MissingParts() override {
+        Driver& driver = executor_->GetDriver();
+        if (driver.IsSchemaNoted()) return {};
+        driver.GetCatalog().Refresh();
+        auto missing = engines::MissingParts(driver.GetCatalog());
+        if (missing.empty()) driver.NoteSchema();
+        return missing;
     }
 
     std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) override {

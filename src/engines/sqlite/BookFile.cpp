@@ -9,6 +9,7 @@
 #include <system_error>
 #include <utility>
 
+#include "BookSchema.h"
 #include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
 
@@ -18,8 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int64_t kApplicationId = 0x6B705462;  // "kpTb"
-constexpr std::int64_t kFormat = 1;
 /// In KiB. A month-end closing reads each page once: a larger cache would only cost memory.
 constexpr int kCacheKibibytes = 16384;
 /// In bytes.
@@ -85,15 +84,21 @@ void CheckIsComplete(const Database& database, const std::string& path) {
     if (!error && static_cast<std::int64_t>(size) < expected) Refuse(path, "it is damaged: the file's end is missing");
 }
 
+void CheckFormat(std::int32_t format, std::int32_t oldest, const std::string& path) {
+    const std::string its = "its format is " + std::to_string(format);
+    const std::string own = std::to_string(schema::kFormat);
+    if (format > schema::kFormat) {
+        Refuse(path,
+               its + ", and this version of the program knows formats up to " + own + "; open it with a newer version");
+    }
+    if (format < oldest) Refuse(path, its + ", an earlier one than " + own + "; kpbook upgrade brings it up to date");
+}
+
 /// Reads the header and the schema, so that a file that is no book, or damaged, is refused at once.
-void CheckIsBook(const Database& database, const std::string& path) {
+void CheckIsBook(const Database& database, const std::string& path, std::int32_t oldestFormat = schema::kFormat) {
     const std::int64_t application = database.IntegerOf("PRAGMA application_id");
     if (application != kApplicationId) Refuse(path, "the file is a SQLite database, but not a book");
-    const std::int64_t format = database.IntegerOf("PRAGMA user_version");
-    if (format != kFormat) {
-        Refuse(path, "its format is " + std::to_string(format) + ", and this version of the program reads format " +
-                         std::to_string(kFormat));
-    }
+    CheckFormat(FormatOf(database), oldestFormat, path);
     database.IntegerOf("SELECT COUNT(*) FROM sqlite_schema");
     CheckIsComplete(database, path);
 }
@@ -113,14 +118,22 @@ std::string Uri(const std::string& name, const char* options) {
     return uri + options;
 }
 
+/// What is to be opened, and the earliest format that is taken.
+struct Opening {
+    const std::string& path;
+    const BookOptions& options;
+    std::int32_t oldestFormat;
+};
+
 /// Opens a book and prepares the connection. alone: without the files beside the book, which other programs would need
 /// to use it at the same time; code tells why it cannot be opened.
-Database OpenChecked(Database database, const std::string& path, const BookOptions& options, bool alone, int& code) {
+Database OpenChecked(Database database, const Opening& opening, bool alone, int& code) {
+    const auto& [path, options, oldestFormat] = opening;
     try {
         // First, because other settings read the schema.
         if (alone) database.Run("PRAGMA locking_mode = EXCLUSIVE");
         Configure(database, options.busyTimeout);
-        CheckIsBook(database, path);
+        CheckIsBook(database, path, oldestFormat);
         if (options.readOnly && alone) {
             Check(database.Get(), sqlite3_db_config(database.Get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr));
             database.RefuseChanges();
@@ -150,61 +163,74 @@ bool LacksFilesBeside(int code) noexcept {
 }
 
 /// Opens a book that no other program has open. It keeps the index of the log in memory.
-Database OpenAlone(const std::string& name, const std::string& path, const BookOptions& options) {
+Database OpenAlone(const std::string& name, const Opening& opening) {
     constexpr bool kAlone = true;
     int code = SQLITE_OK;
     try {
         Database database(name, SQLITE_OPEN_READWRITE);
-        if (!database.IsReadOnly()) return OpenChecked(std::move(database), path, options, kAlone, code);
+        if (!database.IsReadOnly()) return OpenChecked(std::move(database), opening, kAlone, code);
     } catch (const DatabaseError&) {
-        if (!options.readOnly || !LacksFilesBeside(code)) throw;
+        if (!opening.options.readOnly || !LacksFilesBeside(code)) throw;
     }
     // In a folder that cannot be written, no lock can be had, and none is needed: a program that writes the book has
     // its files beside it, and these would have been found.
     std::error_code error;
     const auto logged = fs::file_size(ToPath(name + "-wal"), error);
-    if (error || logged == 0) return OpenChecked(OpenUnchanging(name), path, options, !kAlone, code);
-    return OpenChecked(Database(Uri(name, "?vfs=unix-none"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI), path, options,
-                       kAlone, code);
+    if (error || logged == 0) return OpenChecked(OpenUnchanging(name), opening, !kAlone, code);
+    return OpenChecked(Database(Uri(name, "?vfs=unix-none"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI), opening, kAlone,
+                       code);
 }
 
-Database OpenWithFilesBeside(const std::string& name, const std::string& path, const BookOptions& options, int& code) {
+Database OpenWithFilesBeside(const std::string& name, const Opening& opening, int& code) {
     constexpr bool kAlone = true;
+    const auto& [path, options, oldestFormat] = opening;
     Database database(name, options.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
     if (!options.readOnly && database.IsReadOnly()) {
         Refuse(path, "the file is read-only; open it for reading only, or make it writable",
                DatabaseErrorNumber::NotPermitted);
     }
-    return OpenChecked(std::move(database), path, options, !kAlone, code);
+    return OpenChecked(std::move(database), opening, !kAlone, code);
 }
 
-Database OpenSomehow(const std::string& path, const BookOptions& options) {
-    const std::string name = AbsoluteName(path);
+Database OpenSomehow(const Opening& opening) {
+    const std::string name = AbsoluteName(opening.path);
     int code = SQLITE_OK;
     std::exception_ptr usual;
     try {
-        return OpenWithFilesBeside(name, path, options, code);
+        return OpenWithFilesBeside(name, opening, code);
     } catch (const DatabaseError&) {
         if (!LacksFilesBeside(code)) throw;
         usual = std::current_exception();
     }
     try {
-        return OpenAlone(name, path, options);
+        return OpenAlone(name, opening);
     } catch (const DatabaseError&) {
         std::rethrow_exception(usual);
+    }
+}
+
+/// Opens a file; errors name it.
+Database OpenNamed(const Opening& opening) {
+    CheckIsFile(opening.path);
+    try {
+        return OpenSomehow(opening);
+    } catch (const DatabaseError& error) {
+        if (error.Description().find(opening.path) != std::string::npos) throw;
+        throw DatabaseError(error.Number(), "The book '" + opening.path + "' cannot be opened: " + error.Description());
     }
 }
 
 }  // namespace
 
 Database OpenBookFile(const std::string& path, const BookOptions& options) {
-    CheckIsFile(path);
-    try {
-        return OpenSomehow(path, options);
-    } catch (const DatabaseError& error) {
-        if (error.Description().find(path) != std::string::npos) throw;
-        throw DatabaseError(error.Number(), "The book '" + path + "' cannot be opened: " + error.Description());
-    }
+    return OpenNamed({path, options, schema::kFormat});
+}
+
+Database OpenBookOfAnyFormat(const std::string& path, std::chrono::milliseconds busyTimeout) {
+    constexpr std::int32_t kOldestFormat = 1;
+    BookOptions options;
+    options.busyTimeout = busyTimeout;
+    return OpenNamed({path, options, kOldestFormat});
 }
 
 Database OpenDraft(const std::string& path, std::chrono::milliseconds busyTimeout) {
@@ -228,7 +254,11 @@ Database OpenMemory() {
 
 void MarkAsBook(const Database& database) {
     database.Run("PRAGMA application_id = " + std::to_string(kApplicationId));
-    database.Run("PRAGMA user_version = " + std::to_string(kFormat));
+    database.Run("PRAGMA user_version = " + std::to_string(schema::kFormat));
+}
+
+std::int32_t FormatOf(const Database& database) {
+    return static_cast<std::int32_t>(database.IntegerOf("PRAGMA user_version"));
 }
 
 void MarkAsLogged(const std::string& path) {

@@ -3,9 +3,9 @@
 #include <memory>
 #include <utility>
 
-#include "BookSchema.h"
 #include "engines/common/EngineBook.h"
 #include "engines/sqlite/BookFile.h"
+#include "engines/sqlite/BookTables.h"
 #include "engines/sqlite/DraftFile.h"
 #include "engines/sqlite/SqliteDriver.h"
 #include "engines/sqlite/TextOrderVersion.h"
@@ -14,37 +14,6 @@
 namespace kpTables::engines::sqlite {
 
 namespace {
-
-/// The indexes follow the renaming.
-void TakeSqlServerNames(const Database& database) {
-    const auto quoted = [](std::string_view name) { return '"' + std::string(name) + '"'; };
-    for (const auto& column : schema::kSqlServerNames) {
-        database.Run("ALTER TABLE " + quoted(column.table) + " RENAME COLUMN " + quoted(column.name) + " TO " +
-                     quoted(column.sqlServerName));
-    }
-}
-
-/// An executor with the database that it works on.
-struct OpenedDatabase {
-    OpenedDatabase(Database opened, engines::Limits limits) {
-        auto driver = std::make_unique<SqliteDriver>(std::move(opened), std::move(limits));
-        database = &driver->GetDatabase();
-        executor = std::make_shared<engines::Executor>(std::move(driver));
-    }
-
-    const Database* database;
-    engines::ExecutorPtr executor;
-};
-
-/// Creates every table of the schema, or none.
-void MakeTables(const OpenedDatabase& empty, HeaderDialect header) {
-    empty.executor->GetTransaction().Begin();
-    MarkAsBook(*empty.database);
-    RecordTextOrderVersion(*empty.database);
-    engines::CreateBookTables(*empty.executor);
-    if (header == HeaderDialect::SqlServer) TakeSqlServerNames(*empty.database);
-    empty.executor->GetTransaction().Commit();
-}
 
 [[noreturn]] void Refuse(const std::string& url, const char* complaint) {
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),

@@ -9,6 +9,7 @@
 #include "engines/sqlite/Collation.h"
 #include "engines/sqlite/Functions.h"
 #include "engines/sqlite/RowReader.h"
+#include "engines/sqlite/SchemaNote.h"
 #include "engines/sqlite/TableWriter.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
@@ -127,6 +128,13 @@ std::vector<std::string> SqliteDriver::IntegrityFaults() {
     if (faults == std::vector<std::string>{"ok"}) faults.clear();
     return faults;
 }
+
+bool SqliteDriver::IsSchemaNoted() {
+    comparedSchema_ = SchemaVersion(database_);
+    return ReadSchemaNote(database_) == comparedSchema_;
+}
+
+void SqliteDriver::NoteSchema() noexcept { TryWriteSchemaNote(database_, comparedSchema_); }
 
 const sql::print::Engine& SqliteDriver::Dialect() const noexcept { return sql::print::sqlite::SqliteEngine(); }
 

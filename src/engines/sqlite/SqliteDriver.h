@@ -52,6 +52,9 @@ public:
     void BackUp(const std::string& path) override;
     std::vector<std::string> IntegrityFaults() override;
 
+    bool IsSchemaNoted() override;
+    void NoteSchema() noexcept override;
+
     const sql::print::Engine& Dialect() const noexcept override;
 
 private:
@@ -59,6 +62,7 @@ private:
     engines::Limits limits_;
     BookCatalog catalog_;
     DatabaseTransaction transaction_;
+    std::int64_t comparedSchema_ = 0;  ///< its version when IsSchemaNoted was asked
 };
 
 }  // namespace kpTables::engines::sqlite

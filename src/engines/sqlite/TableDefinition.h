@@ -13,4 +13,11 @@ namespace kpTables::engines::sqlite {
 /// else.
 std::vector<std::pair<std::string, std::string>> SecondNames(std::string_view createTable);
 
+/// One of the comma-separated parts of a table's definition.
+struct TablePart {
+    std::string name;  ///< a column's; "" of a key or another constraint of the table
+    std::string text;  ///< as written, without surrounding blanks
+};
+std::vector<TablePart> TableParts(std::string_view createTable);
+
 }  // namespace kpTables::engines::sqlite

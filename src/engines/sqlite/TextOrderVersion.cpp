@@ -35,12 +35,18 @@ void RecordTextOrderVersion(const Database& database) {
     database.Run("INSERT INTO kp_collation VALUES ('" + Version() + "')");
 }
 
+bool SortIndexesAnew(const Database& database) {
+    if (IsUpToDate(database)) return false;
+    database.Run("REINDEX " + std::string(sql::print::sqlite::kTextCollation));
+    RecordTextOrderVersion(database);
+    return true;
+}
+
 void BringIndexesUpToDate(const Database& database, const std::string& path) {
     if (IsUpToDate(database)) return;
     if (database.IsReadOnly()) return CheckIndexes(database, path);
     database.Run("BEGIN IMMEDIATE");
-    database.Run("REINDEX " + std::string(sql::print::sqlite::kTextCollation));
-    RecordTextOrderVersion(database);
+    SortIndexesAnew(database);
     database.Run("COMMIT");
 }
 

@@ -10,6 +10,10 @@ namespace kpTables::engines::sqlite {
 /// Writes the version of the program's order into a new book.
 void RecordTextOrderVersion(const Database& database);
 
+/// Rebuilds indexes that another version of the order sorted, inside the caller's transaction; answers whether there
+/// were any.
+bool SortIndexesAnew(const Database& database);
+
 /// An index in another order would hide rows. A book whose indexes were built with another version gets them rebuilt;
 /// one that is open for reading only is refused, with its path, unless its indexes are in this order too.
 void BringIndexesUpToDate(const Database& database, const std::string& path);

@@ -7,6 +7,7 @@
 #include "kpTables/LateBound.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
+#include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
 #include "kpbook/Names.h"
 #include "kpbook/PastedValues.h"
@@ -98,10 +99,11 @@ private:
             return recordset ? Variant(recordset) : Variant(nullptr);
         }
         if (request.step) return Step(*request.step);
-        if (const auto* member = clean_ ? _CTables::Find(*request.method) : nullptr) {
-            if (const auto fault = QuoteFault(*member, request.arguments); !fault.empty()) {
+        if (const auto* member = _CTables::Find(*request.method)) {
+            if (const auto fault = clean_ ? QuoteFault(*member, request.arguments) : ""; !fault.empty()) {
                 throw Error(static_cast<int>(ErrorNumber::InvalidCall), fault);
             }
+            HideSecrets(*member, request.arguments, *global_.incidents);
         }
         if (!request.isSQL) return CallMember(workspace_.tables, *request.method, request.arguments);
         return RunInDialect(*request.isSQL, request);
@@ -111,8 +113,7 @@ private:
     Variant Step(TransactionStep step) {
         switch (step) {
             case TransactionStep::Begin:
-                workspace_.connection->BeginTrans();
-                return ++level_;
+                return level_ = workspace_.connection->BeginTrans();
             case TransactionStep::Commit:
                 workspace_.connection->CommitTrans();
                 return --level_;
@@ -154,6 +155,7 @@ int RunBatch(const BatchOptions& options, const GlobalOptions& global) {
     output::Output output("");
     try {
         while (const auto line = lines.Next()) {
+            ThrowIfInterrupted();
             if (line->find_first_not_of(" \t\r") == line->npos) continue;
             output.Write(runner.AnswerTo(*line, lines.Number()));
             output.Flush();

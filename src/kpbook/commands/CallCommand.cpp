@@ -88,6 +88,7 @@ int Call(const CallOptions& options, const GlobalOptions& global) {
     if (const auto fault = method && !options.raw ? QuoteFault(*method, arguments) : ""; !fault.empty()) {
         throw UsageError(fault + " (--raw passes it on unchanged)");
     }
+    if (method) HideSecrets(*method, arguments, *global.incidents);
     const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
     Workspace workspace(options.book, host, global);
     if (method) AddWrittenBack(method->parameters, arguments);

@@ -54,7 +54,9 @@ void AddBook(CLI::App& command, std::string& book) {
 CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer) {
     auto* command = app.add_subcommand(name, what);
     command->fallthrough();
-    command->footer(footer + "\n\nOptions of every command (-O, -o, --trace, --sql, --today, --answer): kpbook --help");
+    command->footer(
+        footer +
+        "\n\nOptions of every command (-O, -o, --trace, --sql, --today, --answer, --timeout, ...): kpbook --help");
     return command;
 }
 

@@ -21,6 +21,7 @@ int Close(const CloseOptions& options, const GlobalOptions& global);
 int Reopen(const ReopenOptions& options, const GlobalOptions& global);
 int Check(const CheckOptions& options, const GlobalOptions& global);
 int Backup(const BackupOptions& options, const GlobalOptions& global);
+int Upgrade(const UpgradeOptions& options, const GlobalOptions& global);
 int Methods(const MethodsOptions& options, const GlobalOptions& global);
 
 }  // namespace kpTables::kpbook::commands

@@ -27,6 +27,10 @@ void MakeReady(const BookPtr& book, const GlobalOptions& global) {
 int NewBook(const NewOptions& options, const GlobalOptions& global) {
     NewBookOptions book;
     book.header = options.sqlNames ? HeaderDialect::SqlServer : HeaderDialect::Jet;
+    const BookOptions bounds = OptionsOf(global);
+    book.maxRows = bounds.maxRows;
+    book.maxBytes = bounds.maxBytes;
+    book.interrupted = bounds.interrupted;
     if (!options.bare) book.prepare = [&](const BookPtr& made) { MakeReady(made, global); };
     const auto tables = CreateBook(options.book, book)->Tables().size();
     std::fprintf(stderr, "%s: %zu tables made%s\n", options.book.c_str(), tables,

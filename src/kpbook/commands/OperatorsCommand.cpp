@@ -1,9 +1,13 @@
 #include <algorithm>
+#include <cstdio>
 
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
+#include "kpTables/Quoted.h"
+#include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/ResultWriter.h"
@@ -43,9 +47,28 @@ void AddOperator(MemoryRecordset& list, Recordset& row, CTables& tables) {
     list.Update();
 }
 
+/// The id of the only operator with a name.
+std::int32_t OperatorNamed(Workspace& workspace, const std::string& name) {
+    const auto rows = workspace.connection->Execute("Select ID From 操作员 Where 姓名='" + Quoted(name) + "'");
+    if (rows->Eof()) throw CommandError("the book has no operator " + name);
+    if (rows->RecordCount() > 1) throw CommandError("several operators have the name " + name);
+    return CLng(rows->GetValue(0));
+}
+
+int SetPassword(const OperatorsOptions& options, const GlobalOptions& global) {
+    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
+    const auto id = OperatorNamed(workspace, options.name);
+    const std::string password = Quoted(AskPassword());
+    global.incidents->Hide(password);
+    if (!workspace.tables.Update_Password(Quoted(options.name), password, id)) return kFailed;
+    std::fprintf(stderr, "%s: password set\n", options.name.c_str());
+    return kSucceeded;
+}
+
 }  // namespace
 
 int Operators(const OperatorsOptions& options, const GlobalOptions& global) {
+    if (!options.action.empty()) return SetPassword(options, global);
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
     // rs操作员 would add an operator to an empty table, but listing must not change the book.
     const auto rows = workspace.connection->Execute("Select * From 操作员 Order By ID");

@@ -19,6 +19,11 @@ struct NewOptions {
     bool sqlNames = false;  ///< the table Header has SQL Server's column names
 };
 
+struct UpgradeOptions {
+    std::string book;
+    bool noBackup = false;
+};
+
 struct InfoOptions {
     std::string book;
 };
@@ -67,6 +72,8 @@ struct ReportOptions {
 
 struct OperatorsOptions {
     std::string book;
+    std::string action;  ///< empty: list the operators; "set-password"
+    std::string name;    ///< of the operator that the action is for
 };
 
 struct LogOptions {

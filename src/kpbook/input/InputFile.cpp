@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "kpbook/Exit.h"
+#include "kpbook/Interruption.h"
 
 namespace kpTables::kpbook::input {
 
@@ -22,6 +23,7 @@ InputFile::~InputFile() {
 
 std::size_t InputFile::Read(char* buffer, std::size_t size) {
     for (;;) {
+        WaitToRead(descriptor_);
         const auto count = ::read(descriptor_, buffer, size);
         if (count >= 0) return static_cast<std::size_t>(count);
         if (errno != EINTR) throw CommandError(name_ + ": cannot be read: " + std::strerror(errno));

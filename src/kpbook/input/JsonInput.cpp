@@ -8,6 +8,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/MemoryGrid.h"
 #include "kpbook/HostObjects.h"
+#include "text/Utf8.h"
 
 namespace kpTables::kpbook::input {
 
@@ -157,7 +158,8 @@ Json ParseJson(std::string_view text) {
         std::string reason = error.what();
         const auto colon = reason.find(": ");
         if (colon != reason.npos) reason = reason.substr(colon + 2);
-        Refuse("not JSON at column " + std::to_string(error.byte) + ": " + reason);
+        // It quotes the text up to the byte that it refuses.
+        Refuse("not JSON at column " + std::to_string(error.byte) + ": " + text::ReplaceInvalidUtf8(reason));
     } catch (const Json::out_of_range&) {
         Raise(ErrorNumber::Overflow, "a number beyond any Double");
     }
@@ -176,9 +178,11 @@ Date DateOf(const Json& value, std::string_view key) {
 
 std::string Shown(const Json& value) {
     constexpr std::size_t kLongest = 80;
-    std::string text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
-    if (text.size() > kLongest) text = text.substr(0, kLongest) + "...";
-    return text;
+    const std::string json = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    if (json.size() <= kLongest) return json;
+    std::size_t end = 0;
+    for (std::size_t next = 0; next <= kLongest; next += text::CharacterSize(json, next)) end = next;
+    return json.substr(0, end) + "...";
 }
 
 Variant VariantOf(const Json& value) {

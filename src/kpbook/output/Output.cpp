@@ -4,10 +4,14 @@
 #include <cstring>
 
 #include "kpbook/Exit.h"
+#include "kpbook/Interruption.h"
 
 namespace kpTables::kpbook::output {
 
-Output::Output(const std::string& path) : path_(path), file_(path.empty() ? stdout : std::fopen(path.c_str(), "wb")) {
+Output::Output(const std::string& path) : path_(path), file_(stdout) {
+    if (path.empty()) return;
+    if (IsReplaceable(path)) draft_.emplace(path);
+    file_ = std::fopen(draft_ ? draft_->Path().c_str() : path.c_str(), "wb");
     if (!file_) Fail();
 }
 
@@ -16,6 +20,7 @@ Output::~Output() {
 }
 
 void Output::Write(std::string_view text) {
+    ThrowIfInterrupted();
     if (std::fwrite(text.data(), 1, text.size(), file_) != text.size()) Fail();
 }
 
@@ -28,6 +33,7 @@ void Output::Close() {
     std::FILE* const file = file_;
     file_ = nullptr;
     if (file != stdout && std::fclose(file) != 0) Fail();
+    if (draft_) draft_->Keep();
 }
 
 void Output::Fail() const {

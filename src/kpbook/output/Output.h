@@ -2,19 +2,24 @@
 #pragma once
 
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "kpbook/output/DraftFile.h"
 
 namespace kpTables::kpbook::output {
 
 class Output {
 public:
-    /// An empty path is standard output. A CommandError says why a file cannot be written.
+    /// An empty path is standard output. A file is replaced when Close is called, and stays as it was without it. A
+    /// CommandError says why a file cannot be written.
     explicit Output(const std::string& path);
     ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
+    /// Throws Interrupted when the user has ended the program.
     void Write(std::string_view text);
     void Flush();
     /// Flushes and closes; without it a late failure (a full disk) would go unnoticed.
@@ -24,6 +29,7 @@ private:
     [[noreturn]] void Fail() const;
 
     std::string path_;
+    std::optional<DraftFile> draft_;
     std::FILE* file_;
 };
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "kpbook/Interruption.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/output/CellText.h"
 #include "kpbook/output/ColumnTotal.h"
@@ -65,6 +66,7 @@ std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<
     };
     std::int64_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
+        ThrowIfInterrupted();
         for (std::size_t i = 0; i < columns.size(); ++i) {
             columns[i].width = std::max(columns[i].width, DisplayWidth(cell(i)));
         }
@@ -84,6 +86,7 @@ std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<
     rule();
     if (rows > 0) recordset.MoveFirst();
     for (; !recordset.Eof(); recordset.MoveNext()) {
+        ThrowIfInterrupted();
         for (std::size_t i = 0; i < columns.size(); ++i) line.Cell(cell(i));
     }
     if (totals.IsShown()) {

@@ -1,3 +1,4 @@
+#include "kpbook/Interruption.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/output/CellText.h"
 #include "kpbook/output/ColumnTotal.h"
@@ -47,6 +48,7 @@ std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<
     line([&](int i) { return recordset.FieldAt(i).name; });
     std::int64_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
+        ThrowIfInterrupted();
         line([&](int i) { return textOf(recordset.GetValue(i)); });
         totals.Add(recordset);
     }
@@ -88,6 +90,7 @@ std::int64_t WriteJson(Recordset& recordset, Output& output) {
     text += ",\"rows\":[";
     std::int64_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
+        ThrowIfInterrupted();
         text += rows > 0 ? ",\n" : "\n";
         AppendJsonRow(text, recordset);
         output.Write(text);

@@ -1,10 +1,17 @@
+#include <array>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "kpbook/Exit.h"
+#include "kpbook/Interruption.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/output/CellText.h"
+#include "kpbook/output/DraftFile.h"
+#include "kpbook/output/Output.h"
 #include "kpbook/output/RowWriters.h"
 #include "kpbook/output/SheetLibrary.h"
 
@@ -90,6 +97,7 @@ std::int64_t WriteSheet(lxw_worksheet* sheet, Recordset& recordset, const Format
     }
     lxw_row_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext()) {
+        ThrowIfInterrupted();
         ++rows;
         for (lxw_col_t i = 0; i < count; ++i) Check(WriteCell(sheet, rows, i, recordset.GetValue(i), formats), path);
     }
@@ -98,10 +106,36 @@ std::int64_t WriteSheet(lxw_worksheet* sheet, Recordset& recordset, const Format
 
 }  // namespace
 
-std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& path) {
+namespace {
+
+/// The library writes through null pointers when memory runs out. It keeps no more than a row, so that this is far more
+/// than it needs.
+void RequireMemory() {
+    constexpr std::size_t kReserve = 64U << 20U;
+    const std::unique_ptr<void, decltype(&std::free)> reserve(std::malloc(kReserve), &std::free);
+    if (!reserve) throw CommandError("there is not enough memory to write a workbook; csv needs less");
+}
+
+void RequireFit(const Section& section) {
+    constexpr std::int32_t kMostRows = 1'048'575;  // below the titles
+    constexpr int kMostColumns = 16'384;
+    if (section.rows->RecordCount() <= kMostRows && section.rows->FieldCount() <= kMostColumns) return;
+    throw CommandError("a workbook's sheet holds at most " + std::to_string(kMostRows) + " rows and " +
+                       std::to_string(kMostColumns) + " columns; csv holds any number");
+}
+
+/// Rows are kept in temporary files, whose errors the library does not look at.
+void CheckRowsAreKept(const lxw_worksheet& sheet) {
+    std::FILE* const file = sheet.optimize_tmpfile;
+    if (!file || (std::fflush(file) == 0 && std::ferror(file) == 0)) return;
+    throw CommandError("the rows of a workbook cannot be kept in a temporary file: " +
+                       std::string(std::strerror(errno)));
+}
+
+std::int64_t WriteWorkbook(const std::vector<Section>& sections, const std::string& path, const std::string& shown) {
     lxw_workbook_options options{};
     options.constant_memory = LXW_TRUE;
-    const auto openFailed = [&] { return CommandError(path + ": cannot be written"); };
+    const auto openFailed = [&] { return CommandError(shown + ": cannot be written"); };
     std::unique_ptr<lxw_workbook, FreeWorkbook> workbook(Sheets().newWorkbook(path.c_str(), &options));
     if (!workbook) throw openFailed();
     const Formats formats = AddFormats(workbook.get());
@@ -110,9 +144,45 @@ std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& 
         const char* title = section.title.empty() ? nullptr : section.title.c_str();
         lxw_worksheet* const sheet = Sheets().addSheet(workbook.get(), title);
         if (!sheet) throw openFailed();
-        rows += WriteSheet(sheet, *section.rows, formats, path);
+        rows += WriteSheet(sheet, *section.rows, formats, shown);
+        CheckRowsAreKept(*sheet);
+        RequireMemory();
     }
-    Check(Sheets().closeWorkbook(workbook.release()), path);
+    Check(Sheets().closeWorkbook(workbook.release()), shown);
+    return rows;
+}
+
+/// A pipe or a device takes a workbook only as a copy, for writing one goes back in it.
+void CopyTo(const std::string& path, std::FILE& workbook) {
+    Output output(path);
+    std::array<char, 1 << 16> piece{};
+    std::rewind(&workbook);
+    for (std::size_t size = 0; (size = std::fread(piece.data(), 1, piece.size(), &workbook)) > 0;) {
+        output.Write({piece.data(), size});
+    }
+    output.Close();
+}
+
+struct CloseFile {
+    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+
+}  // namespace
+
+std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& path) {
+    for (const Section& section : sections) RequireFit(section);
+    Sheets();
+    RequireMemory();
+    if (IsReplaceable(path)) {
+        DraftFile draft(path);
+        const auto rows = WriteWorkbook(sections, draft.Path(), path);
+        draft.Keep();
+        return rows;
+    }
+    const std::unique_ptr<std::FILE, CloseFile> file(std::tmpfile());
+    if (!file) throw CommandError("no temporary file can be made: " + std::string(std::strerror(errno)));
+    const auto rows = WriteWorkbook(sections, "/proc/self/fd/" + std::to_string(fileno(file.get())), path);
+    CopyTo(path, *file);
     return rows;
 }
 

@@ -1,6 +1,7 @@
 // A date that a statement builds from a year, a month and a day column.
 #include <array>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "sql/rewrite/BoundNames.h"
@@ -49,6 +50,8 @@ public:
                 return Compared(term, As<Comparison>(*term));
             case TermKind::Between:
                 return Between(term, As<BetweenTerm>(*term));
+            case TermKind::Not:
+                return Negated(term);
             default:
                 return term;
         }
@@ -86,7 +89,7 @@ private:
                other.type != Type::Null;
     }
 
-    static TermPtr Compared(const TermPtr& term, const Comparison& comparison) {
+    TermPtr Compared(const TermPtr& term, const Comparison& comparison) {
         const TermPtr& left = comparison.operands[0];
         const TermPtr& right = comparison.operands[1];
         if (comparison.op > ComparisonOperator::GreaterEqual) return term;
@@ -95,7 +98,7 @@ private:
         return term;
     }
 
-    static TermPtr Between(const TermPtr& term, const BetweenTerm& between) {
+    TermPtr Between(const TermPtr& term, const BetweenTerm& between) {
         const auto& operands = between.operands;
         if (!ComparesByColumns(*operands[0], *operands[1]) || !ComparesByColumns(*operands[0], *operands[2]))
             return term;
@@ -103,7 +106,20 @@ private:
         auto high = ByColumns(ComparisonOperator::LessEqual, *operands[0], operands[2]);
         high->isUnit = true;
         TermPtr both = std::make_shared<Logic>(LogicOperator::And, Terms{std::move(low), std::move(high)});
-        return between.negated ? std::make_shared<NotTerm>(std::move(both)) : both;
+        return between.negated ? Negated(std::make_shared<NotTerm>(std::move(both))) : both;
+    }
+
+    // A comparison by columns may be false for a date with a Null part, where that of the dates is Null. A condition on
+    // rows takes both alike, but for its opposite they differ: there, the Null is kept.
+    TermPtr Negated(const TermPtr& term) const {
+        return Changed(term, [this](const TermPtr& part) -> TermPtr {
+            const auto found = byColumns_.find(part);
+            if (found == byColumns_.end()) return part;
+            Terms either{part};
+            for (const TermPtr& column : found->second)
+                either.push_back(Compare(ComparisonOperator::NotEqual, column, column));
+            return std::make_shared<Logic>(LogicOperator::Or, std::move(either));
+        });
     }
 
     // The year, month and day to compare a bill's date with. A time of day is the day's fraction: a bill's date has
@@ -127,9 +143,18 @@ private:
         return parts;
     }
 
-    static std::shared_ptr<Logic> ByColumns(ComparisonOperator op, const Term& bill, const TermPtr& other) {
+    std::shared_ptr<Logic> ByColumns(ComparisonOperator op, const Term& bill, const TermPtr& other) {
         const Terms& columns = bill.operands;
         Terms parts = PartsOf(other);
+        Terms mayBeNull = columns;
+        if (other->kind == TermKind::DateOfParts) mayBeNull.insert(mayBeNull.end(), parts.begin(), parts.end());
+        auto condition = Conditions(op, columns, parts, mayBeNull);
+        byColumns_.emplace(condition, std::move(mayBeNull));
+        return condition;
+    }
+
+    static std::shared_ptr<Logic> Conditions(ComparisonOperator op, const Terms& columns, const Terms& parts,
+                                             const Terms& mayBeNull) {
         Terms conditions;
         if (op == ComparisonOperator::Equal) {
             for (std::size_t i = 0; i < columns.size(); ++i) conditions.push_back(Compare(op, columns[i], parts[i]));
@@ -139,13 +164,12 @@ private:
         rows.insert(rows.end(), parts.begin(), parts.end());
         conditions.push_back(std::make_shared<RowComparison>(op, std::move(rows)));
         // A date with a Null part is Null, but rows are compared by the first parts that differ, ignoring the rest.
-        for (const auto& part : columns) conditions.push_back(Compare(ComparisonOperator::Equal, part, part));
-        if (other->kind == TermKind::DateOfParts)
-            for (const auto& part : parts) conditions.push_back(Compare(ComparisonOperator::Equal, part, part));
+        for (const auto& part : mayBeNull) conditions.push_back(Compare(ComparisonOperator::Equal, part, part));
         return std::make_shared<Logic>(LogicOperator::And, std::move(conditions));
     }
 
     std::vector<int>& fixedLiterals_;
+    std::unordered_map<TermPtr, Terms> byColumns_;  // the parts that may be Null of each condition made
 };
 
 void SplitKeys(Select& select) {

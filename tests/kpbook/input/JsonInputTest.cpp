@@ -5,6 +5,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/MemoryGrid.h"
 #include "kpbook/HostObjects.h"
+#include "text/Utf8.h"
 
 namespace kpTables::kpbook::input {
 namespace {
@@ -199,6 +200,29 @@ TEST(JsonInput, RefusesWhatIsNoForm) {
         {"\"\xFF\"", 5, "not JSON at column"},
     };
     for (const auto& each : cases) ExpectRefused(each);
+}
+
+/// The description of the error that a text raises; "" for none.
+std::string RefusalOf(const std::string& json) {
+    try {
+        ReadJsonValue(json);
+    } catch (const Error& error) {
+        return error.Description();
+    }
+    return {};
+}
+
+TEST(JsonInput, RefusesInWholeCharacters) {
+    for (std::size_t before = 0; before < 3; ++before) {
+        std::string name(before, 'x');
+        for (int i = 0; i < 40; ++i) name += "仓";
+        const std::string refusal = RefusalOf("{\"" + name + "\":1}");
+        EXPECT_TRUE(text::IsValidUtf8(refusal)) << refusal;
+        EXPECT_TRUE(refusal.ends_with("仓...")) << refusal;
+    }
+    const std::string refusal = RefusalOf("{\"c\x8B\":1}");
+    EXPECT_TRUE(text::IsValidUtf8(refusal)) << refusal;
+    EXPECT_NE(refusal.find("\uFFFD"), std::string::npos) << refusal;
 }
 
 TEST(JsonInput, RefusesDeepNesting) {

@@ -25,12 +25,24 @@ TEST(BillDate, ComparesByItsColumns) {
          "0 DateYear, 0 DateMonth, 0 DateDay"},
         {"CDATE(y & '-' & m & '-' & n)=#2004-3-7#", R"("T"."y" = ?1 AND "T"."m" = ?2 AND "T"."n" = ?3)",
          "2 DateYear, 2 DateMonth, 2 DateDay"},
-        {"Not CDATE(y & '-' & m & '-' & n)=#2004-3-7#", R"(NOT ("T"."y" = ?1 AND "T"."m" = ?2 AND "T"."n" = ?3))",
-         "2 DateYear, 2 DateMonth, 2 DateDay"},
         {"CDATE(y & '-' & m & '-' & n) Between #2004-3-1# And #2004-3-31#",
          R"(("T"."y", "T"."m", "T"."n") >= (?1, ?2, ?3))" + known +
              R"( AND (("T"."y", "T"."m", "T"."n") <= (?4, ?5, ?6))" + known + ")",
          "2 DateYear, 2 DateMonth, 2 DateDay, 3 DateYear, 3 DateMonth, 3 DateDay"},
+    });
+}
+
+// The opposite of a comparison holds for no bill whose date has a part that is Null.
+TEST(BillDate, IsUnknownInAnOpposite) {
+    const std::string known = kKnown;
+    const std::string unknown = R"( OR "T"."y" <> "T"."y" OR "T"."m" <> "T"."m" OR "T"."n" <> "T"."n")";
+    CheckConditions({
+        {"Not CDATE(y & '-' & m & '-' & n)=#2004-3-7#",
+         R"(NOT ("T"."y" = ?1 AND "T"."m" = ?2 AND "T"."n" = ?3)" + unknown + ")",
+         "2 DateYear, 2 DateMonth, 2 DateDay"},
+        {"Not (CDATE(y & '-' & m & '-' & n)<#2004-3-7# And id=1)",
+         R"(NOT ((("T"."y", "T"."m", "T"."n") < (?1, ?2, ?3))" + known + unknown + R"() AND "T"."id" = ?4))",
+         "2 DateYear, 2 DateMonth, 2 DateDay, 3 Number"},
     });
 }
 

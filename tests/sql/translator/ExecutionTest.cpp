@@ -77,6 +77,14 @@ TEST_F(Execution, ABillWithoutAMonthOrADayHasNoDate) {
                       "10|\n11|\n12|\n")
                 << condition;
         }
+        for (const char* range : {"<#2003-1-1#", "=#2003-1-1#", " Between #2003-1-1# And #2003-12-31#"}) {
+            const std::string opposite = "Not (" + date + range + " And BillID=BillID)";
+            EXPECT_EQ(book_.Run("Select BillID From 入库目录 Where " + opposite + " Order By BillID"),
+                      "10|\n11|\n12|\n")
+                << opposite;
+        }
+        EXPECT_EQ(book_.Run("Select BillID From 入库目录 Where " + date + " Not Between #2004-4-1# And #2004-12-31#"),
+                  "10|\n12|\n");
     }
 }
 

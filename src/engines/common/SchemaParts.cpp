@@ -1,0 +1,65 @@
+#include "engines/common/SchemaParts.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "BookSchema.h"
+#include "sql/Names.h"
+#include "sql/parse/Parser.h"
+
+namespace kpTables::engines {
+
+namespace {
+
+using TableDefinition = std::unique_ptr<const sql::CreateTableStatement>;
+
+std::vector<TableDefinition> SchemaTables() {
+    std::vector<TableDefinition> tables;
+    for (const std::string_view text : schema::BookSchema()) {
+        sql::StatementPtr statement = sql::parse::Parse(text);
+        if (statement->kind != sql::StatementKind::CreateTable) continue;
+        tables.emplace_back(static_cast<const sql::CreateTableStatement*>(statement.release()));
+    }
+    return tables;
+}
+
+bool Has(const sql::CatalogTable& table, const std::string& column) {
+    if (sql::FindColumn(table, column)) return true;
+    return std::any_of(std::begin(schema::kSqlServerNames), std::end(schema::kSqlServerNames),
+                       [&](const schema::SqlServerName& name) {
+                           return sql::SameName(name.table, table.name) && sql::SameName(name.name, column) &&
+                                  sql::FindColumn(table, name.sqlServerName);
+                       });
+}
+
+}  // namespace
+
+std::vector<std::string> MissingParts(const Catalog& catalog) {
+    std::vector<std::string> missing;
+    for (const TableDefinition& wanted : SchemaTables()) {
+        const sql::CatalogTable* table = catalog.Find(wanted->table);
+        if (!table) {
+            missing.push_back("the table " + wanted->table);
+            continue;
+        }
+        for (const auto& column : wanted->columns) {
+            if (!Has(*table, column.name)) missing.push_back("the column " + wanted->table + "." + column.name);
+        }
+    }
+    return missing;
+}
+
+std::vector<std::string> InSchemaOrder(std::vector<std::string> tables) {
+    auto next = tables.begin();
+    for (const TableDefinition& wanted : SchemaTables()) {
+        const auto found = std::find_if(next, tables.end(),
+                                        [&](const std::string& name) { return sql::SameName(name, wanted->table); });
+        if (found == tables.end()) continue;
+        std::rotate(next, found, found + 1);
+        ++next;
+    }
+    return tables;
+}
+
+}  // namespace kpTables::engines

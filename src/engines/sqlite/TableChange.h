@@ -1,0 +1,16 @@
+// Gives the tables of a book the definitions of a new one.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "engines/sqlite/Database.h"
+
+namespace kpTables::engines::sqlite {
+
+/// Makes what the book's tables and indexes lack, and makes anew those that are defined otherwise than in wanted, an
+/// empty book. Rows keep their ids; columns, tables, indexes and triggers that only the book has stay. Runs inside the
+/// caller's transaction. Answers a phrase for each change.
+std::vector<std::string> ChangeTables(const Database& book, const Database& wanted);
+
+}  // namespace kpTables::engines::sqlite
