@@ -1,7 +1,12 @@
 #include "kpbook/Memory.h"
 
 #include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <new>
+
+#include "kpbook/Exit.h"
 
 namespace kpTables::kpbook {
 
@@ -9,9 +14,17 @@ namespace {
 
 std::atomic<bool> shortage = false;
 
+/// Where an allocation failed in a function that must not fail, in a library's for example.
+[[noreturn]] void EndForWantOfMemory() {
+    if (!shortage) std::abort();
+    std::fputs("kpbook: Out of memory\n", stderr);
+    std::_Exit(kFailed);
+}
+
 }  // namespace
 
 void WatchMemory() noexcept {
+    std::set_terminate(EndForWantOfMemory);
     std::set_new_handler([] {
         shortage = true;
         throw std::bad_alloc();

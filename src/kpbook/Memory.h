@@ -5,7 +5,8 @@
 
 namespace kpTables::kpbook {
 
-/// From now on, an allocation that fails is remembered before it raises bad_alloc.
+/// From now on, an allocation that fails is remembered before it raises bad_alloc, and one that nothing can catch ends
+/// the program with a message.
 void WatchMemory() noexcept;
 /// Whether an allocation has failed since the last call of this function.
 bool TakeMemoryShortage() noexcept;

@@ -1,6 +1,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <new>
 
 #include "kpbook/CommandLine.h"
 #include "kpbook/Exit.h"
@@ -17,6 +18,10 @@ int main(int count, char** words) {
     WatchSignals();
     try {
         return RunCommandLine(count, words);
+    } catch (const std::bad_alloc&) {
+        // Nothing that tells of it may need memory.
+        std::fputs("kpbook: Out of memory\n", stderr);
+        return kFailed;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "kpbook: %s\n", ReplaceInvalidUtf8(error.what()).c_str());
         return kFailed;

@@ -1,0 +1,131 @@
+#include "faults/SmallBook.h"
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "faults/Command.h"
+#include "kpTables/Book.h"
+#include "kpbook/output/JsonText.h"
+
+namespace kpTables::faults {
+
+namespace {
+
+constexpr int kRows[] = {1, 2, 3, 5, 7};
+
+/// The value of a column in row k, as Jet writes it.
+std::string ValueOf(const std::string& table, const TableInfo::Column& column, int k) {
+    const std::string number = std::to_string(k);
+    if (column.name == "年份") return "2004";
+    if (column.name == "月份") return "3";
+    if (column.name == "dpID" && table != "仓库设置") return "2";
+    switch (column.type) {
+        case VarType::String:
+            return "'" + column.name.substr(0, 12) + number + "'";
+        case VarType::Date:
+            return "#2004-3-" + number + "#";
+        case VarType::Boolean:
+            return "0";
+        case VarType::Double:
+        case VarType::Currency:
+            return number + ".5";
+        default:
+            return number;
+    }
+}
+
+std::string InsertOf(const TableInfo& table, int k) {
+    std::string names, values;
+    for (const auto& column : table.columns) {
+        // Computed by the book.
+        if (column.name == "项目ID" && table.name != "项目设置") continue;
+        const char* separator = names.empty() ? "" : ",";
+        names += separator + ("[" + column.name + "]");
+        values += separator + ValueOf(table.name, column, k);
+    }
+    return "Insert Into [" + table.name + "] (" + names + ") Values (" + values + ")";
+}
+
+FolderPtr EmptyBook() { return After(std::make_shared<Folder>(), {"new", "b.kpbook", "--bare"}); }
+
+std::string LargeRows() {
+    constexpr int kProducts = 400;
+    constexpr int kLines = 1000;
+    std::string lines;
+    for (int product = 100; product < 100 + kProducts; ++product) {
+        const std::string id = std::to_string(product);
+        lines +=
+            ExecuteLine("Insert Into 商品设置 (pdID,商品名称,ClassCode) Values (" + id + ",'商品" + id + "','01')");
+        lines += ExecuteLine(
+            "Insert Into 仓库余额表 (年份,月份,pdID,dpID,上期库存单价,上期库存数量,上期库存金额) "
+            "Values (2004,3," +
+            id + ",2,2," + id + "," + std::to_string(2 * product) + ")");
+    }
+    for (int line = 0; line < kLines; ++line) {
+        const std::string product = std::to_string(100 + line * 7 % kProducts);
+        for (const char* table : {"入库记录", "出库记录"}) {
+            lines += ExecuteLine(std::string("Insert Into ") + table +
+                                 " (BillID,pdID,dpID,数量,除税单价,除税金额) Values (" +
+                                 std::to_string(kRows[line % 5]) + "," + product + ",2,1,2,2)");
+        }
+    }
+    return lines;
+}
+
+}  // namespace
+
+void PutInPlace(const Folder& folder) {
+    for (const auto& entry : std::filesystem::directory_iterator(".")) std::filesystem::remove_all(entry.path());
+    for (const auto& [name, bytes] : folder) std::ofstream(name, std::ios::binary) << bytes;
+}
+
+Folder TakeFolder() {
+    Folder folder;
+    for (const auto& entry : std::filesystem::directory_iterator(".")) {
+        std::string& bytes = folder[entry.path().filename().string()];
+        bytes.resize(entry.file_size());
+        std::ifstream(entry.path(), std::ios::binary).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    }
+    return folder;
+}
+
+FolderPtr After(const FolderPtr& before, const std::vector<std::string>& words, const std::string& input) {
+    PutInPlace(*before);
+    const Outcome outcome = RunKpbook(words, input);
+    if (!outcome.Succeeded() || outcome.out.find("\"error\":") != std::string::npos) {
+        throw std::runtime_error("kpbook " + words[0] + " failed while a book was prepared:\n" + outcome.out +
+                                 outcome.err);
+    }
+    return std::make_shared<Folder>(TakeFolder());
+}
+
+std::string ExecuteLine(const std::string& statement) {
+    std::string line = "{\"execute\":";
+    kpbook::output::AppendJsonString(line, statement);
+    return line + "}\n";
+}
+
+FolderPtr SmallBook() {
+    static const FolderPtr made = [] {
+        const FolderPtr empty = EmptyBook();
+        std::string lines;
+        for (const TableInfo& table : OpenBook("b.kpbook")->Tables()) {
+            // A method fills it when it is empty.
+            if (table.name == "收付款方式") continue;
+            for (const int k : kRows) lines += ExecuteLine(InsertOf(table, k));
+        }
+        // A product on a bill that has no balance row.
+        lines += ExecuteLine("Insert Into 商品设置 (pdID,商品名称) Values (9,'无余额')");
+        lines += ExecuteLine("Insert Into 入库记录 (BillID,pdID,dpID,数量,除税单价,除税金额) Values (2,9,2,1,1,1)");
+        return After(empty, {"call", "b.kpbook", "--batch"}, lines);
+    }();
+    return made;
+}
+
+FolderPtr LargeBook() {
+    static const FolderPtr made = After(SmallBook(), {"call", "b.kpbook", "--batch"}, LargeRows());
+    return made;
+}
+
+}  // namespace kpTables::faults
