@@ -51,6 +51,9 @@ void WarnOfMissingParts(Book& book) {
     }
 }
 
+/// The statement of an incident stands beside its error.
+Error Plain(const DatabaseError& error) { return Error(error.Number(), error.Description(), error.Source()); }
+
 }  // namespace
 
 Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global, Access access)
@@ -87,12 +90,12 @@ Workspace::~Workspace() {
 
 Incidents Workspace::TakeIncidents() {
     Incidents incidents;
-    for (const auto& failure : connection->Failures()) incidents.push_back({failure.text, failure.error});
+    for (const auto& failure : connection->Failures()) incidents.push_back({failure.text, Plain(failure.error)});
     connection->ForgetFailures();
     try {
         book->FlushRows();
     } catch (const DatabaseError& error) {
-        incidents.push_back({error.Statement(), error});
+        incidents.push_back({error.Statement(), Plain(error)});
     }
     if (TakeMemoryShortage()) incidents.push_back({"", MemoryError()});
     return incidents;
