@@ -9,12 +9,14 @@
 #include "kpbook/Memory.h"
 #include "kpbook/Utf8.h"
 
+// Memory may be short already for the objects that are made before main.
+[[gnu::constructor(101)]] static void WatchMemoryFromTheStart() { kpTables::kpbook::WatchMemory(); }
+
 int main(int count, char** words) {
     using namespace kpTables::kpbook;
     // A reader that goes away (head) must fail a write instead of killing the program, so that the book is closed
     // properly.
     std::signal(SIGPIPE, SIG_IGN);
-    WatchMemory();
     WatchSignals();
     try {
         return RunCommandLine(count, words);
