@@ -9,15 +9,8 @@
 #include "kpbook/Memory.h"
 #include "kpbook/Utf8.h"
 
-namespace {
-
-/// Made before every other static object: their constructors may run out of memory too.
-struct MemoryWatch {
-    MemoryWatch() noexcept { kpTables::kpbook::WatchMemory(); }
-};
-[[gnu::init_priority(101)]] const MemoryWatch memoryWatch;
-
-}  // namespace
+// Memory may be short already for the objects that are made before main.
+[[gnu::constructor(101)]] static void WatchMemoryFromTheStart() { kpTables::kpbook::WatchMemory(); }
 
 int main(int count, char** words) {
     using namespace kpTables::kpbook;

@@ -73,7 +73,7 @@ class Shop:
         self.end = time.monotonic() + seconds
         self.lock = threading.Lock()
         self.confirmed = set()
-        self.counts = {"bills": 0, "refused bills": 0, "closings": 0, "refused closings": 0, "looks": 0}
+        self.counts = {"bills": 0, "refused bills": 0, "closings": 0, "refused closings": 0, "looks": 0, "refused looks": 0}
         self.wrong = []
 
     def count(self, what, number=1):
@@ -158,14 +158,16 @@ class Shop:
         batch.close()
 
     def look(self, batch):
+        refused = False
         for name, text in FAULTS.items():
             answer = batch.execute(text)
             if "error" in answer or "failed" in answer:
+                refused = True
                 if not answer.get("error", {}).get("description") and not answer.get("failed"):
                     self.complain(f"a query failed without a reason: {answer}")
             elif answer["result"]["rows"]:
                 self.complain(f"{name}: {answer['result']['rows'][:3]}")
-        self.count("looks")
+        self.count("refused looks" if refused else "looks")
 
     def read(self, number):
         batch = Batch(self.book)

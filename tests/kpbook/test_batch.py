@@ -515,6 +515,15 @@ class TransactionTest(KpbookCase):
             self.assertIn("error", answer)
             self.assertNotIn("result", answer)
 
+    def test_transaction_that_does_not_begin(self):
+        with contextlib.closing(sqlite3.connect(self.book, isolation_level=None)) as other:
+            other.execute("BEGIN IMMEDIATE")
+            answers = self.batch({"begin": True}, self.insert("甲"), self.COUNT, {"commit": True}, self.COUNT)
+        self.assertEqual(["error" in answer for answer in answers], [True, True, True, True, False])
+        self.assertIn("did not begin", answers[1]["error"]["description"])
+        self.assertEqual(answers[1]["sent"], [])
+        self.assertEqual(answers[4]["result"]["rows"], [[0]])
+
     def test_lines_that_are_no_step(self):
         for answer in self.batch({"begin": False}, {"begin": 1}, {"begin": True, "commit": True},
                                  {"begin": True, "method": "Version"}, {"begin": True, "args": []}):

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <new>
+#include <utility>
 
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
@@ -94,11 +95,15 @@ private:
     Variant Run(BatchRequest& request) {
         host_->today = request.today ? request.today : global_.today;
         host_->answer = request.answer ? request.answer : global_.answer;
+        if (request.step) return Step(*request.step);
+        if (refusing_) {
+            throw Error(static_cast<int>(ErrorNumber::InvalidCall),
+                        "The transaction did not begin; its lines are not run");
+        }
         if (request.execute) {
             const auto recordset = workspace_.connection->Execute(*request.execute);
             return recordset ? Variant(recordset) : Variant(nullptr);
         }
-        if (request.step) return Step(*request.step);
         if (const auto* member = _CTables::Find(*request.method)) {
             if (const auto fault = clean_ ? QuoteFault(*member, request.arguments) : ""; !fault.empty()) {
                 throw Error(static_cast<int>(ErrorNumber::InvalidCall), fault);
@@ -111,9 +116,15 @@ private:
 
     /// Answers with the level of nesting after the step, as BeginTrans counts it.
     Variant Step(TransactionStep step) {
+        const bool wasRefusing = std::exchange(refusing_, step == TransactionStep::Begin);
+        if (wasRefusing && !refusing_) {
+            throw Error(static_cast<int>(ErrorNumber::InvalidCall), "The transaction did not begin");
+        }
         switch (step) {
             case TransactionStep::Begin:
-                return level_ = workspace_.connection->BeginTrans();
+                level_ = workspace_.connection->BeginTrans();
+                refusing_ = false;
+                return level_;
             case TransactionStep::Commit:
                 workspace_.connection->CommitTrans();
                 return --level_;
@@ -141,6 +152,7 @@ private:
     const GlobalOptions& global_;
     bool clean_;
     std::int32_t level_ = 0;  ///< of nested transactions
+    bool refusing_ = false;   ///< after a transaction that did not begin, until its end
     std::shared_ptr<BatchHost> host_;
     BatchOutcome outcome_;
     Workspace workspace_;
