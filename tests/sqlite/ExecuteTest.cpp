@@ -365,6 +365,16 @@ TEST_F(Execute, BillDatesCompareInBothDialects) {
         "2|1 / 11|5");
 }
 
+TEST_F(Execute, BillsWithoutADayShareTheDateNull) {
+    Run("Insert Into 入库目录 (BillID, 年份, 月份, 日子) Values (1, 2004, 3, 7)");
+    Run("Insert Into 入库目录 (BillID, 年份, 月份) Values (2, 2004, 4)");
+    Run("Insert Into 入库目录 (BillID, 年份, 日子) Values (3, 2003, 31)");
+    const std::string date = "CDATE(年份 & '-' & 月份 & '-' & 日子)";
+    EXPECT_EQ(Rows("Select BillID From 入库目录 Order By " + date + ", BillID Desc"), "3 / 2 / 1");
+    EXPECT_EQ(Rows("Select BillID From 入库目录 Order By " + date + " Desc, BillID"), "1 / 2 / 3");
+    EXPECT_EQ(Rows("Select " + date + ", Count(*) From 入库目录 Group By " + date), "Null|2 / 2004-3-7|1");
+}
+
 TEST_F(Execute, BillDatesLieBeforeTheTimesOfTheirDay) {
     Run("Insert Into 入库目录 (年份, 月份, 日子) Values (2003, 9, 5)");
     const std::string jet = "CDATE(年份 & '-' & 月份 & '-' & 日子)";
