@@ -5,7 +5,7 @@
 
 #include "bookkeeping/BalanceCheck.h"
 #include "bookkeeping/ReferenceCheck.h"
-#include "bookkeeping/Transaction.h"
+#include "kpTables/Transaction.h"
 
 namespace kpTables::bookkeeping {
 

@@ -8,11 +8,11 @@
 #include "bookkeeping/BalanceChanges.h"
 #include "bookkeeping/BalanceRows.h"
 #include "bookkeeping/Query.h"
-#include "bookkeeping/Transaction.h"
 #include "bookkeeping/Warehouses.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/WatchedConnection.h"
 
 namespace kpTables::bookkeeping {

@@ -2,8 +2,8 @@
 #include <vector>
 
 #include "bookkeeping/Query.h"
-#include "bookkeeping/Transaction.h"
 #include "kpTables/Convert.h"
+#include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/Check.h"
 
 namespace kpTables::bookkeeping {

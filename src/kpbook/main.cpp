@@ -9,12 +9,21 @@
 #include "kpbook/Memory.h"
 #include "kpbook/Utf8.h"
 
+namespace {
+
+/// Made before every other static object: their constructors may run out of memory too.
+struct MemoryWatch {
+    MemoryWatch() noexcept { kpTables::kpbook::WatchMemory(); }
+};
+[[gnu::init_priority(101)]] const MemoryWatch memoryWatch;
+
+}  // namespace
+
 int main(int count, char** words) {
     using namespace kpTables::kpbook;
     // A reader that goes away (head) must fail a write instead of killing the program, so that the book is closed
     // properly.
     std::signal(SIGPIPE, SIG_IGN);
-    WatchMemory();
     WatchSignals();
     try {
         return RunCommandLine(count, words);
