@@ -57,6 +57,24 @@ TEST_F(Execute, FlagsTakeBothDialects) {
     EXPECT_EQ(Rows("Select 仓库名称 From 仓库设置 Where Not 结帐标志 Order By 仓库名称"), "c / d");
 }
 
+TEST_F(Execute, TheLastMemberOfAUnionKeepsItsGroups) {
+    Run("Insert Into 入库记录 (pdID, dpID, 经手人) Values (1, 1, 'b')");
+    Run("Insert Into 入库记录 (pdID, dpID, 经手人) Values (1, 2, 'A')");
+    Run("Insert Into 入库记录 (pdID, dpID, 经手人) Values (2, 3, 'C')");
+    Run("Insert Into 入库记录 (pdID, dpID, 经手人) Values (3, 4, 'd')");
+    const std::string members =
+        "Select Trim(仓库名称) As x From 仓库设置 Union Select Min(经手人) From 入库记录 Group By pdID";
+    EXPECT_EQ(Rows(members), "A / C / d");
+    EXPECT_EQ(Rows(members + " Having Max(dpID)<4"), "A / C");
+    EXPECT_EQ(Rows(members + " Order By x Desc"), "d / C / A");
+    EXPECT_EQ(Rows("Select Trim(仓库名称) As x From 仓库设置 Union Select Max(经手人) From 入库记录 Having Count(*)>4"),
+              "");
+    // All members compare in the order of texts, whichever comes first.
+    Run("Insert Into 仓库设置 (仓库名称) Values ('a  ')");
+    Run("Insert Into 仓库设置 (仓库名称) Values ('B')");
+    EXPECT_EQ(Value("Select Count(*) From (" + members + ") As u"), "4");
+}
+
 TEST_F(Execute, TextOrdersAndComparesAsABookHasIt) {
     for (const char* name : {"张三", "李四", "abc", "Abd", "阿大", "10", "2"}) {
         Run(std::string("Insert Into 仓库设置 (仓库名称) Values ('").append(name).append("')"));
@@ -345,6 +363,16 @@ TEST_F(Execute, BillDatesCompareInBothDialects) {
         Rows("Select 月份, 日子 From 入库目录 Where CAST(CAST(年份 AS char(4)) + '-' + CAST(月份 AS char(2)) + '-' + "
              "CAST(日子 AS char(2)) AS DATETIME)>=CAST('1997-2-1' AS DATETIME)"),
         "2|1 / 11|5");
+}
+
+TEST_F(Execute, BillsWithoutADayShareTheDateNull) {
+    Run("Insert Into 入库目录 (BillID, 年份, 月份, 日子) Values (1, 2004, 3, 7)");
+    Run("Insert Into 入库目录 (BillID, 年份, 月份) Values (2, 2004, 4)");
+    Run("Insert Into 入库目录 (BillID, 年份, 日子) Values (3, 2003, 31)");
+    const std::string date = "CDATE(年份 & '-' & 月份 & '-' & 日子)";
+    EXPECT_EQ(Rows("Select BillID From 入库目录 Order By " + date + ", BillID Desc"), "3 / 2 / 1");
+    EXPECT_EQ(Rows("Select BillID From 入库目录 Order By " + date + " Desc, BillID"), "1 / 2 / 3");
+    EXPECT_EQ(Rows("Select " + date + ", Count(*) From 入库目录 Group By " + date), "Null|2 / 2004-3-7|1");
 }
 
 TEST_F(Execute, BillDatesLieBeforeTheTimesOfTheirDay) {

@@ -27,9 +27,13 @@ std::string Printer::Query(const bind::Query& query) {
         if (!text.empty()) text += member.all ? " UNION ALL " : " UNION ";
         text += Select(member.select, labelled);
     }
+    // Columns that are compared bring their collation along. Naming it again makes an engine misplace the last member's
+    // GROUP BY.
+    const bool isCollated = query.members.front().select.comparesRows;
     std::string separator = " ORDER BY ";
     for (const bind::OrderKey& key : query.orderBy) {
-        text.append(separator).append(Position(key));
+        text += separator;
+        text += isCollated ? engine_.OrderKey(std::to_string(*key.position), key.descending) : Position(key);
         separator = ", ";
     }
     return text;

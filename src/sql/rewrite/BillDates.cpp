@@ -1,4 +1,5 @@
 // A date that a statement builds from a year, a month and a day column.
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <unordered_map>
@@ -172,10 +173,30 @@ private:
     std::unordered_map<TermPtr, Terms> byColumns_;  // the parts that may be Null of each condition made
 };
 
+// Rows that meet the condition have a value in the column.
+bool RefusesNull(const TermPtr& condition, const Term& column) {
+    if (!condition) return false;
+    const auto& operands = condition->operands;
+    if (const auto* comparison = If<Comparison>(condition))
+        return comparison->op <= ComparisonOperator::GreaterEqual &&
+               (SameTerm(*operands[0], column) || SameTerm(*operands[1], column));
+    const auto* logic = If<Logic>(condition);
+    const bool holds = condition->kind == TermKind::Likely || (logic && logic->op == LogicOperator::And);
+    return holds && std::any_of(operands.begin(), operands.end(),
+                                [&](const TermPtr& part) { return RefusesNull(part, column); });
+}
+
+// Dates with a Null part are one Null: their columns would tell them apart.
+bool MayBeSplit(const Term& key, const Select& select) {
+    return key.kind == TermKind::DateOfParts &&
+           std::all_of(key.operands.begin(), key.operands.end(),
+                       [&](const TermPtr& part) { return RefusesNull(select.where, *part); });
+}
+
 void SplitKeys(Select& select) {
     std::vector<TermPtr> groups;
     for (TermPtr& key : select.groupBy) {
-        if (key->kind == TermKind::DateOfParts)
+        if (MayBeSplit(*key, select))
             groups.insert(groups.end(), key->operands.begin(), key->operands.end());
         else
             groups.push_back(std::move(key));
@@ -184,7 +205,7 @@ void SplitKeys(Select& select) {
     std::vector<OrderKey> order;
     for (OrderKey& key : select.orderBy) {
         const bool shown = key.position && (select.distinct || select.grouped);
-        if (key.term->kind == TermKind::DateOfParts && !shown)
+        if (!shown && MayBeSplit(*key.term, select))
             for (const TermPtr& part : key.term->operands) order.push_back({part, key.descending});
         else
             order.push_back(std::move(key));

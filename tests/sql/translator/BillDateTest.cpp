@@ -104,11 +104,22 @@ TEST(BillDate, SeparatorsAreFixed) {
 
 TEST(BillDate, OrdersByItsColumns) {
     CheckStatements({
+        {"Select id From T Where y=l And m>2 And n<9 Order By CDATE(y & '-' & m & '-' & n) DESC, id",
+         R"(SELECT "T"."id" FROM "T" WHERE "T"."y" = "T"."l" AND "T"."m" > ?1 AND "T"."n" < ?2 )"
+         R"(ORDER BY "T"."y" DESC, "T"."m" DESC, "T"."n" DESC, "T"."id")",
+         "0 Number, 1 Number", "id Long"},
+        {"Select Top 2 CDATE(y & '-' & m & '-' & n) As 日期 From T Where CDATE(y & '-' & m & '-' & n)<=#2004-3-7# "
+         "Order By 日期",
+         R"(SELECT kp_ymd("T"."y", "T"."m", "T"."n") AS "日期" FROM "T" WHERE ("T"."y", "T"."m", "T"."n") <= (?1, ?2, ?3) )"
+         R"(AND "T"."y" = "T"."y" AND "T"."m" = "T"."m" AND "T"."n" = "T"."n" ORDER BY "T"."y", "T"."m", "T"."n" LIMIT 2)",
+         "5 DateYear, 5 DateMonth, 5 DateDay", "日期 Date"},
+        // A date with a Null part is Null, whatever the other parts are.
         {"Select id From T Order By CDATE(y & '-' & m & '-' & n) DESC, id",
-         R"(SELECT "T"."id" FROM "T" ORDER BY "T"."y" DESC, "T"."m" DESC, "T"."n" DESC, "T"."id")", "", "id Long"},
-        {"Select Top 2 CDATE(y & '-' & m & '-' & n) As 日期 From T Order By 日期",
-         R"(SELECT kp_ymd("T"."y", "T"."m", "T"."n") AS "日期" FROM "T" ORDER BY "T"."y", "T"."m", "T"."n" LIMIT 2)",
-         "", "日期 Date"},
+         R"(SELECT "T"."id" FROM "T" ORDER BY kp_ymd("T"."y", "T"."m", "T"."n") DESC, "T"."id")", "", "id Long"},
+        {"Select id From T Where y=1 And (m=1 Or n=1) And Not n=5 Order By CDATE(y & '-' & m & '-' & n)",
+         R"(SELECT "T"."id" FROM "T" WHERE "T"."y" = ?1 AND ("T"."m" = ?2 OR "T"."n" = ?3) AND NOT "T"."n" = ?4 )"
+         R"(ORDER BY kp_ymd("T"."y", "T"."m", "T"."n"))",
+         "0 Number, 1 Number, 2 Number, 3 Number", "id Long"},
         {"Select Distinct CDATE(y & '-' & m & '-' & n) As 日期 From T Order By CDATE(y & '-' & m & '-' & n)",
          R"(SELECT DISTINCT kp_ymd("T"."y", "T"."m", "T"."n") AS "日期" FROM "T" ORDER BY 1)", "", "日期 Date"},
     });

@@ -36,6 +36,20 @@ TEST(Union, OrderInsideTheMembersOfTheDatesOfBills) {
     });
 }
 
+// SQLite loses the GROUP BY of the last member where a key names a collation.
+TEST(Union, OrderByATextThatIsComparedNamesNoCollation) {
+    CheckStatements({
+        {"Select Trim(经手人) As x From 入库记录 Union Select Max(经手人) From 入库记录 Group By pdID Order By x Desc",
+         R"(SELECT trim("入库记录"."经手人") COLLATE KPTEXT AS "x" FROM "入库记录" UNION )"
+         R"(SELECT MAX("入库记录"."经手人") COLLATE KPTEXT FROM "入库记录" GROUP BY "入库记录"."pdID" ORDER BY 1 DESC)",
+         "", "x Text"},
+        {"Select Trim(经手人) As x From 入库记录 Union All Select Max(经手人) From 入库记录 Order By x",
+         R"(SELECT trim("入库记录"."经手人") AS "x" FROM "入库记录" UNION ALL )"
+         R"(SELECT MAX("入库记录"."经手人") FROM "入库记录" ORDER BY 1 COLLATE KPTEXT)",
+         "", "x Text"},
+    });
+}
+
 TEST(Union, ColumnsHaveOneType) {
     CheckStatements({
         {"Select 金额 From 入库记录 Union Select pdID From 入库记录",
