@@ -11,6 +11,10 @@ if(KPTABLES_SANITIZE)
   # Without -no-pie a program relocates a million pointers of the sanitizers before main begins.
   target_link_options(kpTablesFlags INTERFACE -fsanitize=address,undefined -no-pie)
 endif()
+if(KPTABLES_SANITIZE_THREADS)
+  target_compile_options(kpTablesFlags INTERFACE -fsanitize=thread -O1 -fno-omit-frame-pointer)
+  target_link_options(kpTablesFlags INTERFACE -fsanitize=thread)
+endif()
 # With the sanitizers, and with the coverage that guides a fuzzer.
 if(KPTABLES_FUZZ)
   set(instrumented -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <filesystem>
 #include <iterator>
@@ -39,9 +40,10 @@ void AddRows(const Database& database, const std::string& table, std::vector<std
 }
 
 void Read(const std::string& path, BookState& state) {
-    const Database database = engines::sqlite::OpenBookFile(path, {});
+    const Database database = engines::sqlite::OpenBookOfAnyFormat(path, std::chrono::seconds(5));
     engines::sqlite::RegisterCollation(database.Get());
     engines::sqlite::RegisterFunctions(database.Get());
+    state.rows.push_back("format: " + std::to_string(engines::sqlite::FormatOf(database)));
     for (const auto& fault : TextsOf(database, "PRAGMA integrity_check")) {
         if (fault != "ok") state.fault += fault + "; ";
     }

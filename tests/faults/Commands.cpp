@@ -70,20 +70,13 @@ std::vector<Workload> Commands(bool large) {
         {"entry", Promise::EachLine, book, kBatch, Entries(100, large ? 160 : 104)},
         {"transaction", Promise::Transaction, book, kBatch,
          "{\"begin\":true}\n" + Entries(100, large ? 160 : 104) + "{\"commit\":true}\n"},
-        {"backup",
-         Promise::AllOrNothing,
-         book,
-         {"backup", "b.kpbook", "copy.kpbook"},
-         {},
-         {"b.kpbook", "copy.kpbook"}},
+        {"backup", Promise::AllOrNothing, book, {"backup", "b.kpbook", "copy.kpbook"}, {}, {"b.kpbook", "copy.kpbook"}},
     };
     if (!large) {
-        all.push_back({"new",
-                       Promise::AllOrNothing,
-                       nothing,
-                       {"new", "n.kpbook", "--today", "2004-01-01"},
-                       {},
-                       {"n.kpbook"}});
+        all.push_back(
+            {"new", Promise::AllOrNothing, nothing, {"new", "n.kpbook", "--today", "2004-01-01"}, {}, {"n.kpbook"}});
+        all.push_back({"upgrade", Promise::AllOrNothing, OldBook(), {"upgrade", "b.kpbook"}});
+        all.push_back({"upgrade-alone", Promise::AllOrNothing, OldBook(), {"upgrade", "b.kpbook", "--no-backup"}});
         all.push_back({"new-bare", Promise::AllOrNothing, nothing, {"new", "n.kpbook", "--bare"}, {}, {"n.kpbook"}});
     }
     for (Workload& workload : all) workload.name = prefix + workload.name;

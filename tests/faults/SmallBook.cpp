@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "faults/Command.h"
+#include "formats/OldBook.h"
 #include "kpTables/Book.h"
 #include "kpbook/output/JsonText.h"
 
@@ -119,6 +120,15 @@ FolderPtr SmallBook() {
         lines += ExecuteLine("Insert Into 商品设置 (pdID,商品名称) Values (9,'无余额')");
         lines += ExecuteLine("Insert Into 入库记录 (BillID,pdID,dpID,数量,除税单价,除税金额) Values (2,9,2,1,1,1)");
         return After(empty, {"call", "b.kpbook", "--batch"}, lines);
+    }();
+    return made;
+}
+
+FolderPtr OldBook() {
+    static const FolderPtr made = [] {
+        PutInPlace({});
+        test::UnpackBook(test::OldBooks().front(), "b.kpbook");
+        return std::make_shared<Folder>(TakeFolder());
     }();
     return made;
 }

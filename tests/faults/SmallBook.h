@@ -13,6 +13,9 @@ FolderPtr SmallBook();
 /// The same with 400 products and 2,000 lines of bills.
 FolderPtr LargeBook();
 
+/// A book b.kpbook of the earliest format.
+FolderPtr OldBook();
+
 /// The folder after a command, which must succeed.
 FolderPtr After(const FolderPtr& before, const std::vector<std::string>& words, const std::string& input = {});
 /// A line of a batch that runs a statement.
