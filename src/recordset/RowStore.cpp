@@ -75,7 +75,7 @@ void RowStore::BeginRow() {
 void RowStore::AddBlock() {
     const bool first = blocks_.empty();
     const std::size_t cells = (rowMask_ + 1) * fields_->size();
-    if (!first && Bytes() + cells * kBytesOfCell > limit_) throw StoreFull{limit_};
+    if (!first) RequireRoomFor(Bytes() + cells * kBytesOfCell);
     blocks_.emplace_back();
     // The first block grows as needed: most results are small.
     if (first) return;
@@ -170,10 +170,15 @@ void RowStore::PutValue(int column, const Variant& value) {
     Raise(ErrorNumber::TypeMismatch);
 }
 
+void RowStore::RequireRoomFor(std::size_t bytes) {
+    if (bytes > limit_ && laterLimit_) Limit(std::max(limit_, laterLimit_()));
+    if (bytes > limit_) throw StoreFull{limit_};
+}
+
 char* RowStore::Allocate(std::size_t bytes) {
     if (bytes > arenaLeft_) {
         const std::size_t size = std::max(bytes, nextArenaSize_);
-        if (arenaBytes_ + size > limit_) throw StoreFull{limit_};
+        RequireRoomFor(arenaBytes_ + size);
         arena_.emplace_back(new char[size]);
         arenaBytes_ += size;
         if (nextArenaSize_ < kLargestArena) nextArenaSize_ *= 2;

@@ -37,8 +37,12 @@ public:
     /// Bytes of memory held.
     std::size_t Bytes() const noexcept;
     void Reserve(std::size_t rows);
-    /// From now on, raises StoreFull rather than hold more than about so many bytes.
-    void Limit(std::size_t bytes) noexcept { limit_ = bytes; }
+    /// From now on, raises StoreFull rather than hold more than about so many bytes; later, if given, is asked once for
+    /// a larger limit when this one is passed.
+    void Limit(std::size_t bytes, std::size_t (*later)() = nullptr) noexcept {
+        limit_ = bytes;
+        laterLimit_ = later;
+    }
 
     // Writing. The Put functions fill cells of the row that BeginRow or EditRow chose.
     /// Appends a row of Nulls.
@@ -82,6 +86,7 @@ private:
     void Put(int column, VarType type, std::uint64_t payload);
     void AddBlock();
     char* Allocate(std::size_t bytes);
+    void RequireRoomFor(std::size_t bytes);
 
     FieldsPtr fields_;
     std::vector<Block> blocks_;
@@ -90,6 +95,7 @@ private:
     std::size_t rows_ = 0;
     std::size_t current_ = 0;
     std::size_t limit_ = std::numeric_limits<std::size_t>::max();
+    std::size_t (*laterLimit_)() = nullptr;
 
     std::vector<std::unique_ptr<char[]>> arena_;
     std::size_t arenaBytes_ = 0;

@@ -26,10 +26,12 @@ std::size_t HalfOfFreeMemory() {
 
 }  // namespace
 
-std::size_t Limits::MostBytes() const {
-    if (bytes > 0) return static_cast<std::size_t>(bytes);
-    static const std::size_t kDefault = HalfOfFreeMemory();
-    return kDefault;
+void Limits::ApplyTo(recordset::RowStore& rows) const {
+    if (bytes > 0) return rows.Limit(static_cast<std::size_t>(bytes));
+    rows.Limit(kLeastBytes, [] {
+        static const std::size_t kDefault = HalfOfFreeMemory();
+        return kDefault;
+    });
 }
 
 }  // namespace kpTables::engines

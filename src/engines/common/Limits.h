@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "kpTables/Book.h"
+#include "recordset/RowStore.h"
 
 namespace kpTables::engines {
 
@@ -15,8 +16,9 @@ struct Limits {
     std::int64_t bytes = 0;
     std::function<bool()> interrupted = {};
 
-    /// Bytes that a recordset's rows may take: those given, or the default.
-    std::size_t MostBytes() const;
+    /// Bounds a result's rows by the bytes given, or by the default, which the system is asked for only by a large
+    /// result: asking takes longer than most statements.
+    void ApplyTo(recordset::RowStore& rows) const;
 };
 
 /// Of BookOptions or NewBookOptions.

@@ -137,7 +137,7 @@ std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, recordset::Fiel
     std::unique_ptr<RowStore> rows;
     try {
         rows = std::make_unique<RowStore>(std::move(fields));
-        rows->Limit(limits.MostBytes());
+        limits.ApplyTo(*rows);
         AppendRows(statement, *rows, shown, limits.rows);
     } catch (const recordset::StoreFull& full) {
         rows.reset();
