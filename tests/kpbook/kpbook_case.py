@@ -10,6 +10,8 @@ import tempfile
 import unittest
 
 KPBOOK = os.environ["KPBOOK"]
+# For tests that bound the address space, of which a program with sanitizers takes terabytes.
+needs_no_sanitizer = unittest.skipIf(os.environ.get("SANITIZED") == "1", "built with sanitizers")
 
 
 # Books that many tests begin with are made once.

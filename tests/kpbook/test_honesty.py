@@ -6,7 +6,7 @@ import sqlite3
 import subprocess
 import unittest
 
-from kpbook_case import KPBOOK, TradingCase
+from kpbook_case import KPBOOK, TradingCase, needs_no_sanitizer
 
 
 class FailureTest(TradingCase):
@@ -77,6 +77,7 @@ class FailureTest(TradingCase):
         self.assertNotIn("failed", answer)
 
 
+@needs_no_sanitizer
 class MemoryTest(TradingCase):
     MEGABYTE = 1 << 20
     NOT_STARTED = 127  # the dynamic loader's own exit code

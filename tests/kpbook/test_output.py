@@ -14,7 +14,7 @@ import time
 import unittest
 import zipfile
 
-from kpbook_case import KPBOOK, KpbookCase, TradingCase
+from kpbook_case import KPBOOK, KpbookCase, TradingCase, needs_no_sanitizer
 
 QUERY = "Select * From 商品设置"
 
@@ -136,6 +136,7 @@ class TargetTest(TradingCase):
 
 
 class WorkbookTest(TradingCase):
+    @needs_no_sanitizer
     def test_little_memory(self):
         target = self.folder / "out.xlsx"
         megabyte = 1 << 20
