@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <random>
 #include <system_error>
+#include <utility>
 
 #include "kpTables/Error.h"
 
@@ -18,11 +19,12 @@ namespace fs = std::filesystem;
 
 fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
 
-/// A file beside the copy's that no other backup uses; removed unless it was given the copy's name.
+/// A copy that is removed unless it is kept.
 class NewCopy {
 public:
-    explicit NewCopy(const std::string& path) : name_(path + ".new-" + std::to_string(std::random_device{}())) {}
+    NewCopy(Book& book, std::string name) : name_(std::move(name)) { book.BackUp(name_); }
     ~NewCopy() {
+        if (kept_) return;
         std::error_code ignored;
         for (const char* suffix : {"", "-wal", "-shm", "-journal"}) fs::remove(PathOf(name_ + suffix), ignored);
     }
@@ -30,11 +32,15 @@ public:
     NewCopy& operator=(const NewCopy&) = delete;
 
     const std::string& Name() const noexcept { return name_; }
-    fs::path Path() const { return PathOf(name_); }
+    void Keep() noexcept { kept_ = true; }
 
 private:
     std::string name_;
+    bool kept_ = false;
 };
+
+/// A name beside the copy's that no other backup uses.
+std::string NameBeside(const std::string& path) { return path + ".new-" + std::to_string(std::random_device{}()); }
 
 bool Exists(const std::string& path) {
     std::error_code error;
@@ -45,15 +51,6 @@ void Move(const fs::path& from, const fs::path& to) {
     std::error_code error;
     fs::rename(from, to, error);
     if (error) Fail("'" + to.string() + "' cannot be written: " + error.message());
-}
-
-/// Gives the copy a name that is not in use; another program may take it at the same moment.
-void PlaceNew(const NewCopy& copy, const std::string& path) {
-    std::error_code error;
-    fs::create_hard_link(copy.Path(), PathOf(path), error);
-    if (!error) return;
-    if (Exists(path)) Fail("'" + path + "' exists already; it was left as it is");
-    Move(copy.Path(), PathOf(path));  // the file system has no links
 }
 
 std::string Generation(const std::string& path, int number) {
@@ -68,7 +65,7 @@ void PlaceNewest(const NewCopy& copy, const BackupOptions& options) {
     for (int number = free; number > 0; --number) {
         Move(PathOf(Generation(options.path, number - 1)), PathOf(Generation(options.path, number)));
     }
-    Move(copy.Path(), PathOf(options.path));
+    Move(PathOf(copy.Name()), PathOf(options.path));
 }
 
 void Check(const std::string& path, const BackupOptions& options) {
@@ -96,14 +93,10 @@ void RequireFree(const BackupOptions& options) {
 
 void BackUpBook(Book& book, const BackupOptions& options) {
     RequireFree(options);
-    const NewCopy copy(options.path);
-    book.BackUp(copy.Name());
+    NewCopy copy(book, options.keep == 0 ? options.path : NameBeside(options.path));
     Check(copy.Name(), options);
-    if (options.keep == 0) {
-        PlaceNew(copy, options.path);
-    } else {
-        PlaceNewest(copy, options);
-    }
+    if (options.keep > 0) PlaceNewest(copy, options);
+    copy.Keep();
 }
 
 }  // namespace kpTables::bookkeeping

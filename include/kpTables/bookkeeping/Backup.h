@@ -17,9 +17,9 @@ struct BackupOptions {
     std::function<BookPtr(const std::string& path)> open;
 };
 
-/// Copies a book, also while it is in use. The copy gets its name only after it was opened and found whole, and older
-/// generations move up only then. With one generation, an existing file that is no book is refused. An Error says what
-/// went wrong; the copies that were there are then as they were.
+/// Copies a book, also while it is in use, and opens the copy to check it: one that is not whole is removed, and older
+/// generations move up only after that. With one generation, an existing file that is no book is refused. An Error says
+/// what went wrong; the copies that were there are then as they were.
 void BackUpBook(Book& book, const BackupOptions& options);
 
 }  // namespace kpTables::bookkeeping
