@@ -12,9 +12,9 @@ namespace kpTables::bookkeeping {
 namespace {
 
 /// A bill's line belongs to the warehouse of its header: the closing counts it there.
-std::string LinesOf(const std::string& kind, std::int32_t warehouse, std::int32_t month) {
-    const std::string key = kind == "成本" ? "CostID" : "BillID";
-    return "From " + kind + "记录 Where " + key + " In (Select " + key + " From " + kind + "目录" +
+std::string LinesOf(const BillKind& kind, std::int32_t warehouse, std::int32_t month) {
+    const std::string key = kind.key;
+    return "From " + kind.Lines() + " Where " + key + " In (Select " + key + " From " + kind.Headers() +
            OfMonth(warehouse, month) + ")";
 }
 
@@ -30,16 +30,18 @@ std::int32_t BalanceRows::Year(std::int32_t month) const {
 
 std::int16_t BalanceRows::FirstUsedMonth(std::int32_t after, std::int32_t before) const {
     std::int32_t first = 0;
-    for (const char* table : {"仓库余额表", "入库目录", "出库目录", "成本目录"}) {
-        const std::int32_t month = NumberOf(book_, "Select Min(月份) As m From " + std::string(table) +
-                                                       " Where dpID=" + std::to_string(warehouse_) + " And 月份>" +
-                                                       std::to_string(after) + " And 月份<" + std::to_string(before));
+    std::vector<std::string> tables{"仓库余额表"};
+    for (const BillKind& kind : kBillKinds) tables.push_back(kind.Headers());
+    for (const std::string& table : tables) {
+        const std::int32_t month =
+            NumberOf(book_, "Select Min(月份) As m From " + table + " Where dpID=" + std::to_string(warehouse_) +
+                                " And 月份>" + std::to_string(after) + " And 月份<" + std::to_string(before));
         if (month > 0 && (first == 0 || month < first)) first = month;
     }
     return static_cast<std::int16_t>(first);
 }
 
-std::vector<std::int32_t> BalanceRows::Missing(const std::string& kind, std::int32_t month) const {
+std::vector<std::int32_t> BalanceRows::Missing(const BillKind& kind, std::int32_t month) const {
     const auto rows = book_.Execute("Select Distinct pdID " + LinesOf(kind, warehouse_, month) +
                                     " And pdID Is Not Null And pdID Not In (Select pdID From 仓库余额表" +
                                     OfMonth(warehouse_, month) + " And pdID Is Not Null)");
@@ -50,9 +52,9 @@ std::vector<std::int32_t> BalanceRows::Missing(const std::string& kind, std::int
 
 std::int32_t BalanceRows::NewRowsYear(std::int32_t month) const {
     std::int32_t year = NumberOf(book_, "Select Max(年份) As y From 仓库余额表");
-    for (const char* headers : {"入库目录", "出库目录", "成本目录"}) {
+    for (const BillKind& kind : kBillKinds) {
         if (year > 0) return year;
-        year = NumberOf(book_, "Select Max(年份) As y From " + std::string(headers) + OfMonth(warehouse_, month));
+        year = NumberOf(book_, "Select Max(年份) As y From " + kind.Headers() + OfMonth(warehouse_, month));
     }
     if (year == 0) Raise(ErrorNumber::InvalidCall, "neither balance rows nor bills have a year");
     return year;

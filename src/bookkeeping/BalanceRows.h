@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "bookkeeping/BillKinds.h"
 #include "kpTables/Connection.h"
 
 namespace kpTables::bookkeeping {
@@ -19,8 +20,8 @@ public:
     /// The first month after one and before another that has rows or bills; 0 when there is none.
     std::int16_t FirstUsedMonth(std::int32_t after, std::int32_t before) const;
 
-    /// Products on the month's bills of a kind (入库, 出库, 成本) that have no row in the month.
-    std::vector<std::int32_t> Missing(const std::string& kind, std::int32_t month) const;
+    /// Products on the month's bills of a kind that have no row in the month.
+    std::vector<std::int32_t> Missing(const BillKind& kind, std::int32_t month) const;
     /// Adds a row without figures for each product. Its year is the book's latest or, in a book without balance rows,
     /// that of the month's bills.
     void Add(const std::vector<std::int32_t>& products, std::int32_t month) const;

@@ -7,6 +7,7 @@
 #include "bookkeeping/Answers.h"
 #include "bookkeeping/BalanceChanges.h"
 #include "bookkeeping/BalanceRows.h"
+#include "bookkeeping/BillKinds.h"
 #include "bookkeeping/Query.h"
 #include "bookkeeping/Warehouses.h"
 #include "kpTables/CTables.h"
@@ -19,10 +20,8 @@ namespace kpTables::bookkeeping {
 
 namespace {
 
-constexpr const char* kBillKinds[] = {"入库", "出库"};
-
 /// Of the question about products without a row; the component's own words.
-std::string TitleOf(const std::string& kind) { return "检查" + kind + "记录"; }
+std::string TitleOf(const BillKind& kind) { return "检查" + kind.Lines(); }
 
 /// One run over all warehouses.
 class ClosingRun {
@@ -50,7 +49,7 @@ private:
     bool MayClose(const BalanceRows& rows, std::int16_t closed, ClosingResult& result);
     void CheckProducts();
     void AddMissing(const BalanceRows& rows, std::int16_t month, ClosingResult& result);
-    bool IsToBeAdded(const std::string& kind, const std::string& warehouse, std::size_t count);
+    bool IsToBeAdded(const BillKind& kind, const std::string& warehouse, std::size_t count);
     bool Prepare(const BalanceRows& rows, std::int16_t month, ClosingResult& result);
     bool Close(const BalanceRows& rows, std::int16_t month, ClosingResult& result);
     bool CloseAll(const BalanceRows& rows, ClosingResult& result);
@@ -150,24 +149,25 @@ void ClosingRun::CheckProducts() {
     }
     tables_.CheckBnProduct(options_.month);
     // With nothing to add it need not be run again.
-    productsChecked_ = std::ranges::none_of(kBillKinds, [this](const std::string& kind) {
+    const auto added = [this](const BillKind& kind) {
         const auto* answer = answers_->Under(TitleOf(kind));
         return answer && *answer == MessageAnswer::Yes;
-    });
+    };
+    productsChecked_ = !added(kInbound) && !added(kOutbound);
 }
 
-bool ClosingRun::IsToBeAdded(const std::string& kind, const std::string& warehouse, std::size_t count) {
+bool ClosingRun::IsToBeAdded(const BillKind& kind, const std::string& warehouse, std::size_t count) {
     if (const auto* answer = answers_->Under(TitleOf(kind))) return *answer == MessageAnswer::Yes;
-    const std::string text = kind + "记录中，有仓库余额表中没有的记录：" + std::to_string(count) + ",是否修正？";
+    const std::string text = kind.Lines() + "中，有仓库余额表中没有的记录：" + std::to_string(count) + ",是否修正？";
     return answers_->MsgBox(text, MessageButtons::YesNo, TitleOf(kind) + " (" + warehouse + ")") == MessageAnswer::Yes;
 }
 
 /// The component's check takes a product for known that has a row in any warehouse; the closing of this one would leave
 /// its bills out.
 void ClosingRun::AddMissing(const BalanceRows& rows, std::int16_t month, ClosingResult& result) {
-    std::vector<std::string> kinds(std::begin(kBillKinds), std::end(kBillKinds));
-    if (options_.costUsed) kinds.emplace_back("成本");
-    for (const auto& kind : kinds) {
+    std::vector<BillKind> kinds{kInbound, kOutbound};
+    if (options_.costUsed) kinds.push_back(kCost);
+    for (const BillKind& kind : kinds) {
         const auto products = rows.Missing(kind, month);
         if (products.empty()) continue;
         const bool add = IsToBeAdded(kind, result.name, products.size());

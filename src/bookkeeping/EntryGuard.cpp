@@ -2,14 +2,13 @@
 
 #include <algorithm>
 
+#include "bookkeeping/BillKinds.h"
 #include "bookkeeping/Warehouses.h"
 #include "kpTables/Convert.h"
 
 namespace kpTables::bookkeeping {
 
 namespace {
-
-constexpr const char* kKinds[] = {"入库", "出库", "成本"};
 
 int PositionOf(const std::vector<std::string>& columns, std::string_view name) {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
@@ -25,19 +24,17 @@ std::int32_t WholeAt(const std::vector<Variant>& values, int column) {
     return value.IsNull() || value.IsMissing() ? 0 : CLng(value);
 }
 
-RecordsetPtr ClosedBills(Connection& book, const std::string& kind, const std::string& key, std::int32_t warehouse,
-                         std::int32_t through) {
-    return book.Execute("Select " + key + ",月份 From " + kind + "目录 Where dpID=" + std::to_string(warehouse) +
-                        " And 月份<=" + std::to_string(through));
+RecordsetPtr ClosedBills(Connection& book, const BillKind& kind, std::int32_t warehouse, std::int32_t through) {
+    return book.Execute("Select " + std::string(kind.key) + ",月份 From " + kind.Headers() +
+                        " Where dpID=" + std::to_string(warehouse) + " And 月份<=" + std::to_string(through));
 }
 
 }  // namespace
 
 EntryGuard::EntryGuard(Connection& book, std::string_view table, const std::vector<std::string>& columns) {
-    for (const std::string kind : kKinds) {
-        const std::string key = kind == "成本" ? "CostID" : "BillID";
-        const bool isLine = table == kind + "记录";
-        if (!isLine && table != kind + "目录") continue;
+    for (const BillKind& kind : kBillKinds) {
+        const bool isLine = table == kind.Lines();
+        if (!isLine && table != kind.Headers()) continue;
         closed_ = ClosedMonths(book).All();
         if (closed_.empty()) return;
         for (const auto& warehouse : ReadWarehouses(book, std::nullopt)) names_[warehouse.id] = warehouse.name;
@@ -46,9 +43,9 @@ EntryGuard::EntryGuard(Connection& book, std::string_view table, const std::vect
             month_ = PositionOf(columns, "月份");
             return;
         }
-        bill_ = PositionOf(columns, key);
+        bill_ = PositionOf(columns, kind.key);
         for (const auto& [warehouse, through] : closed_) {
-            const auto bills = ClosedBills(book, kind, key, warehouse, through);
+            const auto bills = ClosedBills(book, kind, warehouse, through);
             for (; !bills->Eof(); bills->MoveNext())
                 bills_[CLng(bills->GetValue(0))] = {warehouse, CLng(bills->GetValue(1))};
         }

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "bookkeeping/BillKinds.h"
 #include "bookkeeping/Query.h"
 #include "kpTables/Convert.h"
 
@@ -42,11 +43,13 @@ private:
     int column_ = 0;
 };
 
-FiguresByProduct ReadFigures(Connection& book, const std::string& figures, const std::string& lines,
-                             const std::string& key, const std::string& headers) {
+FiguresByProduct ReadFigures(Connection& book, const std::string& figures, const BillKind& kind,
+                             const std::string& ofMonth) {
+    const std::string key = kind.key;
     FiguresByProduct byProduct;
-    const auto rows = book.Execute("Select pdID," + figures + ",Count(*) As 行数 From " + lines + " Where " + key +
-                                   " In (Select " + key + " From " + headers + ") And pdID Is Not Null Group by pdID");
+    const auto rows = book.Execute("Select pdID," + figures + ",Count(*) As 行数 From " + kind.Lines() + " Where " +
+                                   key + " In (Select " + key + " From " + kind.Headers() + ofMonth +
+                                   ") And pdID Is Not Null Group by pdID");
     for (; !rows->Eof(); rows->MoveNext()) {
         Cells cells(*rows);
         const std::int32_t product = cells.NextWhole();
@@ -97,10 +100,10 @@ std::vector<BalanceRow> ReadBalance(Connection& book, std::int32_t warehouse, st
 
 void BillMonth::Read(Connection& book, std::int32_t warehouse, std::int32_t month) {
     const std::string bills = "Avg(除税单价) As 单价,Sum(数量) As 数量,Sum(除税金额) As 金额";
-    in = ReadFigures(book, bills, "入库记录", "BillID", "入库目录" + OfMonth(warehouse, month));
-    out = ReadFigures(book, bills, "出库记录", "BillID", "出库目录" + OfMonth(warehouse, month));
-    cost = ReadFigures(book, "Avg(单价) As 单价,Sum(数量) As 数量,Sum(金额) As 金额", "成本记录", "CostID",
-                       "成本目录" + OfMonth(warehouse, month));
+    const std::string ofMonth = OfMonth(warehouse, month);
+    in = ReadFigures(book, bills, kInbound, ofMonth);
+    out = ReadFigures(book, bills, kOutbound, ofMonth);
+    cost = ReadFigures(book, "Avg(单价) As 单价,Sum(数量) As 数量,Sum(金额) As 金额", kCost, ofMonth);
     AddTo(inTotal, in);
     AddTo(outTotal, out);
     AddTo(costTotal, cost);

@@ -2,22 +2,13 @@
 
 #include <string>
 
+#include "bookkeeping/BillKinds.h"
 #include "bookkeeping/Query.h"
 #include "kpTables/Convert.h"
 
 namespace kpTables::bookkeeping {
 
 namespace {
-
-struct BillTables {
-    std::string header;
-    std::string lines;
-    std::string key;
-    bool linesHaveWarehouse;
-};
-const BillTables kBills[] = {{"入库目录", "入库记录", "BillID", true},
-                             {"出库目录", "出库记录", "BillID", true},
-                             {"成本目录", "成本记录", "CostID", false}};
 
 /// A column whose values are ids of a master table.
 struct Reference {
@@ -40,27 +31,30 @@ constexpr Reference kReferences[] = {
 
 std::string IdText(const std::string& key, const Variant& id) { return key + " " + (id.IsNull() ? "Null" : Text(id)); }
 
-void CheckLines(Connection& book, const BillTables& bill, std::vector<Finding>& findings) {
-    const std::string warehouse = bill.linesHaveWarehouse ? ",R.dpID" : "";
+void CheckLines(Connection& book, const BillKind& kind, std::vector<Finding>& findings) {
+    const std::string key = kind.key;
+    const std::string warehouse = kind.linesHaveWarehouse ? ",R.dpID" : "";
     const auto rows =
-        book.Execute("Select R." + bill.key + ",R.pdID,Count(*) As 行数" + warehouse + " From " + bill.lines +
-                     " As R Where Not Exists (Select * From " + bill.header + " As L Where L." + bill.key + "=R." +
-                     bill.key + ") Group by R." + bill.key + ",R.pdID" + warehouse);
+        book.Execute("Select R." + key + ",R.pdID,Count(*) As 行数" + warehouse + " From " + kind.Lines() +
+                     " As R Where Not Exists (Select * From " + kind.Headers() + " As L Where L." + key + "=R." + key +
+                     ") Group by R." + key + ",R.pdID" + warehouse);
     for (; !rows->Eof(); rows->MoveNext()) {
-        findings.push_back({bill.linesHaveWarehouse ? IdOf(rows->GetValue(3)) : std::nullopt, 0, 0,
-                            IdOf(rows->GetValue(1)), bill.lines + ": lines without a header", Variant::Null(),
-                            IdText(bill.key, rows->GetValue(0)) + ", " + LinesText(CLng(rows->GetValue(2)))});
+        findings.push_back({kind.linesHaveWarehouse ? IdOf(rows->GetValue(3)) : std::nullopt, 0, 0,
+                            IdOf(rows->GetValue(1)), kind.Lines() + ": lines without a header", Variant::Null(),
+                            IdText(key, rows->GetValue(0)) + ", " + LinesText(CLng(rows->GetValue(2)))});
     }
 }
 
-void CheckHeaders(Connection& book, const BillTables& bill, std::vector<Finding>& findings) {
-    const auto rows = book.Execute("Select L." + bill.key + ",L.dpID,L.年份,L.月份 From " + bill.header +
-                                   " As L Where Not Exists (Select * From " + bill.lines + " As R Where R." + bill.key +
-                                   "=L." + bill.key + ") Order by L." + bill.key);
+void CheckHeaders(Connection& book, const BillKind& kind, std::vector<Finding>& findings) {
+    const std::string key = kind.key;
+    const auto rows = book.Execute("Select L." + key + ",L.dpID,L.年份,L.月份 From " + kind.Headers() +
+                                   " As L Where Not Exists (Select * From " + kind.Lines() + " As R Where R." + key +
+                                   "=L." + key + ") Order by L." + key);
     for (; !rows->Eof(); rows->MoveNext()) {
         findings.push_back({IdOf(rows->GetValue(1)), IdOf(rows->GetValue(2)).value_or(0),
-                            IdOf(rows->GetValue(3)).value_or(0), std::nullopt, bill.header + ": a header without lines",
-                            Variant::Null(), IdText(bill.key, rows->GetValue(0))});
+                            IdOf(rows->GetValue(3)).value_or(0), std::nullopt,
+                            kind.Headers() + ": a header without lines", Variant::Null(),
+                            IdText(key, rows->GetValue(0))});
     }
 }
 
@@ -75,9 +69,9 @@ std::string UnknownIds(const Reference& reference) {
 }  // namespace
 
 void CheckBillParts(Connection& book, std::vector<Finding>& findings) {
-    for (const auto& bill : kBills) {
-        CheckLines(book, bill, findings);
-        CheckHeaders(book, bill, findings);
+    for (const BillKind& kind : kBillKinds) {
+        CheckLines(book, kind, findings);
+        CheckHeaders(book, kind, findings);
     }
 }
 
