@@ -141,7 +141,7 @@ void CompareTexts(const std::string& path, const Ask& ask) {
 }
 #endif
 
-struct Runs {
+struct CallRuns {
     std::vector<double> varied;
     std::vector<double> repeated;
 
@@ -170,10 +170,10 @@ public:
     /// ask is called with a side and with the number of the call.
     template <class Ask>
     void Add(const std::string& method, const Ask& ask) {
-        Runs component;
-        Runs hand;
-        Runs sqliteCpp;
-        Runs soci;
+        CallRuns component;
+        CallRuns hand;
+        CallRuns sqliteCpp;
+        CallRuns soci;
         for (int run = 0; run < setting_.runs; ++run) {
             AddRun<ComponentLookups>(component, ask);
             AddRun<HandLookups>(hand, ask);
@@ -208,14 +208,14 @@ public:
 
 private:
     template <class Side, class Ask>
-    void AddRun(Runs& runs, const Ask& ask) {
+    void AddRun(CallRuns& runs, const Ask& ask) {
         runs.Add(InChild([&] {
             Side side(path_);
             return Measure(side, ask);
         }));
     }
 
-    void AddRival(const std::string& method, const std::string& name, const Runs& component, const Runs& rival,
+    void AddRival(const std::string& method, const std::string& name, const CallRuns& component, const CallRuns& rival,
                   const Goal& goal, const std::function<double()>& compare) {
         lines_.push_back(Line("  " + name, rival.Figures(), 0));
         try {

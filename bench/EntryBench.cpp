@@ -71,7 +71,7 @@ std::vector<double> DigestOfEntered(const std::string& path, std::int64_t lastBi
     return both;
 }
 
-struct Runs {
+struct EntryRuns {
     std::vector<double> microseconds;
     double pages = 0;
 
@@ -100,15 +100,15 @@ Measured RunByHand(const std::string& path, const std::vector<NewBill>& bills, i
     });
 }
 
-std::string RatioOf(const Runs& runs, const Runs& rival) {
+std::string RatioOf(const EntryRuns& runs, const EntryRuns& rival) {
     return Fixed(Median(runs.microseconds) / Median(rival.microseconds), 2);
 }
 
 void EnterInTurns(const Setting& setting, const Books& books, const EntryCase& entry,
                   std::vector<std::vector<std::string>>& table) {
-    Runs ours;
-    Runs hand;
-    Runs bare;
+    EntryRuns ours;
+    EntryRuns hand;
+    EntryRuns bare;
     const int together = entry.billsOfTransaction;
     for (int run = 0; run < setting.runs; ++run) {
         const auto bills = NewBills(setting.size, together * setting.runs + run, entry.bills);
@@ -137,8 +137,8 @@ void PrintEachIndex(const Setting& setting, const std::string& whole) {
         std::vector<std::string> line = {index};
         for (const EntryCase& entry : {kAlone, kTogether}) {
             const bool alone = entry.billsOfTransaction == 1;
-            Runs all;
-            Runs without;
+            EntryRuns all;
+            EntryRuns without;
             for (int run = 0; run < (alone ? 1 : setting.runs); ++run) {
                 const auto bills = NewBills(setting.size, ++series, entry.bills);
                 all.Add(RunByHand(whole, bills, entry.billsOfTransaction));

@@ -14,12 +14,12 @@ namespace {
 constexpr double kScale = 10'000;
 
 /// Resets the statement at the end of a call, which releases the lock on the book.
-class Row {
+class FoundRow {
 public:
-    explicit Row(RawStatement& statement) : statement_(statement), found_(statement.Step()) {}
-    ~Row() { sqlite3_reset(statement_.Get()); }
-    Row(const Row&) = delete;
-    Row& operator=(const Row&) = delete;
+    explicit FoundRow(RawStatement& statement) : statement_(statement), found_(statement.Step()) {}
+    ~FoundRow() { sqlite3_reset(statement_.Get()); }
+    FoundRow(const FoundRow&) = delete;
+    FoundRow& operator=(const FoundRow&) = delete;
 
     bool Found() const noexcept { return found_; }
     bool IsNull(int column) const { return sqlite3_column_type(statement_.Get(), column) == SQLITE_NULL; }
@@ -73,7 +73,7 @@ HandLookups::HandLookups(const std::string& path)
 
 std::string HandLookups::Get仓库名称(std::int32_t dpID) {
     if (dpID == 0) return "全部仓库";
-    const Row row(depotName_.Bind(1, std::int64_t{dpID}));
+    const FoundRow row(depotName_.Bind(1, std::int64_t{dpID}));
     return row.Found() ? std::string(row.Text(0)) : std::string();
 }
 
@@ -83,7 +83,7 @@ Variant HandLookups::Get商品资料(std::int32_t rpdID, const std::string& rWhi
     std::size_t which = 0;
     while (which < kAttributes.size() && rWhich != kAttributes[which]) ++which;
     if (which == kAttributes.size()) return "";
-    const Row row(attributes_[which].Bind(1, std::int64_t{rpdID}));
+    const FoundRow row(attributes_[which].Bind(1, std::int64_t{rpdID}));
     // None of these names is part of the text whose parts give 0 without a product.
     if (!row.Found()) return "";
     if (which < kPrice) return Trim(row.Text(0));
@@ -94,7 +94,7 @@ Variant HandLookups::Get商品资料(std::int32_t rpdID, const std::string& rWhi
 
 std::int32_t HandLookups::Get商品ID(const std::string& theName) {
     for (RawStatement& each : productIds_) {
-        const Row row(each.Bind(1, std::string_view(theName)));
+        const FoundRow row(each.Bind(1, std::string_view(theName)));
         if (row.Found()) return static_cast<std::int32_t>(row.Whole(0));
     }
     return 0;
@@ -104,7 +104,7 @@ double HandLookups::Get本期库存(std::int32_t rdpID, std::int32_t rpdID, std:
     const bool amount = What == "金额";
     if (rMonth == 0 || (!amount && What != "数量")) return 0;
     RawStatement& figures = amount ? amount_ : quantity_;
-    const Row row(figures.Bind(1, std::int64_t{rdpID}).Bind(2, std::int64_t{rpdID}).Bind(3, std::int64_t{rMonth}));
+    const FoundRow row(figures.Bind(1, std::int64_t{rdpID}).Bind(2, std::int64_t{rpdID}).Bind(3, std::int64_t{rMonth}));
     const auto figure = [&](int column) {
         return amount ? row.Whole(column) : static_cast<std::int64_t>(std::nearbyint(row.Real(column) * kScale));
     };
@@ -112,7 +112,7 @@ double HandLookups::Get本期库存(std::int32_t rdpID, std::int32_t rpdID, std:
 }
 
 std::string HandLookups::Get_Option(const std::string& rItem) {
-    const Row row(option_.Bind(1, std::string_view(rItem)));
+    const FoundRow row(option_.Bind(1, std::string_view(rItem)));
     return row.Found() ? std::string(Trim(row.Text(0))) : std::string();
 }
 

@@ -96,7 +96,7 @@ bool SameLines(const std::string& path, int depot) {
     return SameFigures(component.figures, hand.figures);
 }
 
-struct Runs {
+struct ListingRuns {
     std::vector<Measured> measured;
 
     std::vector<double> All(std::size_t figure) const {
@@ -143,8 +143,8 @@ bool BenchListing(const Setting& setting, const std::string& path) {
     bool same = true;
     double text = 0;
     for (const int depot : {1, 0}) {
-        Runs component;
-        Runs hand;
+        ListingRuns component;
+        ListingRuns hand;
         for (int run = 0; run < setting.runs; ++run) {
             component.measured.push_back(InChild([&] { return ListByComponent(path, depot); }));
             hand.measured.push_back(InChild([&] { return ListByHand(path, depot); }));

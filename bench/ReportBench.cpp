@@ -65,7 +65,7 @@ std::vector<double> DigestByHand(const std::string& path, const ReportCase& repo
     return DigestOf(rows, report.columns, report.ordered);
 }
 
-struct Runs {
+struct ReportRuns {
     std::vector<double> seconds;
     double peak = 0;
 
@@ -84,8 +84,8 @@ bool BenchReport(const Setting& setting, const std::string& path, const ReportCa
                  std::vector<std::vector<std::string>>& table) {
     const auto component = InChild([&] { return DigestByComponent(path, report); }).figures;
     const auto hand = InChild([&] { return DigestByHand(path, report); }).figures;
-    Runs componentRuns;
-    Runs handRuns;
+    ReportRuns componentRuns;
+    ReportRuns handRuns;
     for (int run = 0; run < setting.runs; ++run) {
         componentRuns.Add(InChild([&] { return std::vector<double>{TimeByComponent(path, report)}; }));
         handRuns.Add(InChild([&] { return std::vector<double>{TimeByHand(path, report)}; }));

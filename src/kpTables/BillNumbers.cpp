@@ -4,14 +4,12 @@
 #include "kpTables/CTables.h"
 #include "kpTables/Clauses.h"
 #include "kpTables/Convert.h"
+#include "kpTables/Directions.h"
 #include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
 namespace {
-
-const char* const kInbound = "入库";
-const char* const kOutbound = "出库";
 
 /// The first bill of the other direction with the current row's kind and number, in a month; 0 without one.
 std::int32_t Counterpart(const ConnectionPtr& cnn, const std::string& otherKind, Recordset& bill, std::int16_t month) {

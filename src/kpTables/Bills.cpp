@@ -2,15 +2,13 @@
 #include "kpTables/CTables.h"
 #include "kpTables/Clauses.h"
 #include "kpTables/Convert.h"
+#include "kpTables/Directions.h"
 #include "kpTables/Numbers.h"
 #include "kpTables/Trapped.h"
 #include "kpTables/db/Access.h"
 
 namespace kpTables {
 namespace {
-
-const char* const kInbound = "入库";
-const char* const kOutbound = "出库";
 
 std::string WhereLines(std::int32_t warehouse, std::int32_t product) {
     return WhereClause(" Where {conditions}",

@@ -66,26 +66,30 @@ TEST(MostBytes, BoundARecordset) {
 class Interruptions : public testing::Test {
 protected:
     static constexpr auto kSoon = std::chrono::milliseconds(50);
-    static constexpr auto kPromised = std::chrono::seconds(1);
     static constexpr int kRows = 300;
 
-    static NewBookOptions Options(const Clock::time_point& deadline) {
+    NewBookOptions Options() {
         NewBookOptions options;
-        options.interrupted = [&deadline] { return Clock::now() > deadline; };
+        options.interrupted = [this] {
+            if (Clock::now() <= deadline) return false;
+            ++interruptions;
+            return true;
+        };
         return options;
     }
-    /// The number of the error, which has to come in time; further statements are not interrupted.
+    /// The number of the error, which has to come at the first word; further statements are not interrupted.
     std::int32_t InterruptedNumber(const std::function<void()>& call) {
-        const auto start = Clock::now();
-        deadline = start + kSoon;
+        interruptions = 0;
+        deadline = Clock::now() + kSoon;
         const std::int32_t number = NumberOf(call);
-        EXPECT_LT(Clock::now() - start, kSoon + kPromised);
+        EXPECT_EQ(interruptions, 1);
         deadline = Clock::time_point::max();
         return number;
     }
 
     Clock::time_point deadline = Clock::time_point::max();
-    BookPtr book = BookWith(Options(deadline), kRows);
+    int interruptions = 0;
+    BookPtr book = BookWith(Options(), kRows);
 };
 
 constexpr const char* kEndless =
@@ -149,7 +153,6 @@ TEST(Texts, ThatWouldGrowForMinutesAreErrors) {
     const BookPtr book = CreateBook("memory:");
     book->Execute("CREATE TABLE T (n LONG)");
     book->Execute("Insert Into T (n) Values (9000000)");
-    const auto start = Clock::now();
     for (const char* text :
          {"Select Replace(Replace(Replace(Space(n),' ','0123456789'),'0','0123456789'),'1','0123456789') From T",
           "Select InStr(String(n,'a'),String(n/2,'a') & 'b') From T",
@@ -158,7 +161,6 @@ TEST(Texts, ThatWouldGrowForMinutesAreErrors) {
           "Select n From T Where String(n,'a') Like '%' & String(n/2,'a') & 'b'"}) {
         EXPECT_EQ(NumberOf([&] { book->Execute(text); }), Code(DatabaseErrorNumber::Overflow)) << text;
     }
-    EXPECT_LT(Clock::now() - start, std::chrono::seconds(60));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // Find: what it takes, what it finds, and that its index finds what a scan finds.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 
 #include "Raised.h"
@@ -311,14 +310,12 @@ TEST(Find, RepeatedSearchesAreNotQuadratic) {
         rows->PutLong(0, i);
     }
     MemoryRecordset rs(std::move(rows));
-    const auto start = std::chrono::steady_clock::now();
+    // A scan each would read 5,000,000,000 rows, for longer than a test may run.
     for (int i = 0; i < kRows; ++i) {
         rs.MoveFirst();
         rs.Find("pdID=" + std::to_string(kRows - 1 - i), 0, 1);
         ASSERT_EQ(rs.AbsolutePosition(), kRows - i);
     }
-    // A scan each would read 5,000,000,000 rows: minutes.
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 TEST(Find, TheIndexKnowsEqualTextsOfDifferentForm) {

@@ -34,24 +34,24 @@ std::string AbsoluteName(const std::string& path) {
     return error ? path : std::string(name.begin(), name.end());
 }
 
-[[noreturn]] void Refuse(const std::string& path, const std::string& complaint,
-                         DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
+[[noreturn]] void RefuseFile(const std::string& path, const std::string& complaint,
+                             DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
     throw DatabaseError(static_cast<std::int32_t>(number), "The book '" + path + "' cannot be opened: " + complaint);
 }
 
 void CheckName(const std::string& path) {
-    if (path.empty() || path.find('\0') != path.npos) Refuse(path, "the path is empty or holds a NUL character");
+    if (path.empty() || path.find('\0') != path.npos) RefuseFile(path, "the path is empty or holds a NUL character");
 }
 
 void CheckIsFile(const std::string& path) {
     CheckName(path);
     std::error_code error;
     const fs::file_status status = fs::status(ToPath(path), error);
-    if (status.type() == fs::file_type::not_found) Refuse(path, "there is no such file");
-    if (status.type() == fs::file_type::directory) Refuse(path, "it is a directory");
-    if (status.type() == fs::file_type::none) Refuse(path, error.message());
-    if (status.type() != fs::file_type::regular) Refuse(path, "it is not a regular file");
-    if (fs::file_size(ToPath(path), error) == 0) Refuse(path, "the file is empty and so is not a book");
+    if (status.type() == fs::file_type::not_found) RefuseFile(path, "there is no such file");
+    if (status.type() == fs::file_type::directory) RefuseFile(path, "it is a directory");
+    if (status.type() == fs::file_type::none) RefuseFile(path, error.message());
+    if (status.type() != fs::file_type::regular) RefuseFile(path, "it is not a regular file");
+    if (fs::file_size(ToPath(path), error) == 0) RefuseFile(path, "the file is empty and so is not a book");
 }
 
 void Configure(const Database& database, std::chrono::milliseconds busyTimeout) {
@@ -81,23 +81,25 @@ void CheckIsComplete(const Database& database, const std::string& path) {
     const auto logged = fs::file_size(ToPath(path + "-wal"), error);
     if (!error && logged > 0) return;
     const auto size = fs::file_size(ToPath(path), error);
-    if (!error && static_cast<std::int64_t>(size) < expected) Refuse(path, "it is damaged: the file's end is missing");
+    if (!error && static_cast<std::int64_t>(size) < expected)
+        RefuseFile(path, "it is damaged: the file's end is missing");
 }
 
 void CheckFormat(std::int32_t format, std::int32_t oldest, const std::string& path) {
     const std::string its = "its format is " + std::to_string(format);
     const std::string own = std::to_string(schema::kFormat);
     if (format > schema::kFormat) {
-        Refuse(path,
-               its + ", and this version of the program knows formats up to " + own + "; open it with a newer version");
+        RefuseFile(path, its + ", and this version of the program knows formats up to " + own +
+                             "; open it with a newer version");
     }
-    if (format < oldest) Refuse(path, its + ", an earlier one than " + own + "; kpbook upgrade brings it up to date");
+    if (format < oldest)
+        RefuseFile(path, its + ", an earlier one than " + own + "; kpbook upgrade brings it up to date");
 }
 
 /// Reads the header and the schema, so that a file that is no book, or damaged, is refused at once.
 void CheckIsBook(const Database& database, const std::string& path, std::int32_t oldestFormat = schema::kFormat) {
     const std::int64_t application = database.IntegerOf("PRAGMA application_id");
-    if (application != kApplicationId) Refuse(path, "the file is a SQLite database, but not a book");
+    if (application != kApplicationId) RefuseFile(path, "the file is a SQLite database, but not a book");
     CheckFormat(FormatOf(database), oldestFormat, path);
     database.IntegerOf("SELECT COUNT(*) FROM sqlite_schema");
     CheckIsComplete(database, path);
@@ -186,8 +188,8 @@ Database OpenWithFilesBeside(const std::string& name, const Opening& opening, in
     const auto& [path, options, oldestFormat] = opening;
     Database database(name, options.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
     if (!options.readOnly && database.IsReadOnly()) {
-        Refuse(path, "the file is read-only; open it for reading only, or make it writable",
-               DatabaseErrorNumber::NotPermitted);
+        RefuseFile(path, "the file is read-only; open it for reading only, or make it writable",
+                   DatabaseErrorNumber::NotPermitted);
     }
     return OpenChecked(std::move(database), opening, !kAlone, code);
 }

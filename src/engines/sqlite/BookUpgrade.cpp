@@ -24,8 +24,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void Refuse(const std::string& url, const std::string& complaint,
-                         std::int32_t number = static_cast<std::int32_t>(DatabaseErrorNumber::Failure)) {
+[[noreturn]] void RefuseUpgrade(const std::string& url, const std::string& complaint,
+                                std::int32_t number = static_cast<std::int32_t>(DatabaseErrorNumber::Failure)) {
     throw DatabaseError(number, "The book '" + url + "' cannot be upgraded: " + complaint);
 }
 
@@ -110,12 +110,12 @@ BookUpgrade UpgradeFile(const std::string& path, const std::string& url, const U
     try {
         return Upgrade(driver.GetDatabase(), path, options);
     } catch (const DatabaseError& error) {
-        Refuse(url, error.Description() + "; nothing was changed", error.Number());
+        RefuseUpgrade(url, error.Description() + "; nothing was changed", error.Number());
     }
 }
 
 BookUpgrade UpgradeInMemory(const std::string& /*name*/, const std::string& url, const UpgradeOptions& /*options*/) {
-    Refuse(url, "a book in memory ends with its connection");
+    RefuseUpgrade(url, "a book in memory ends with its connection");
 }
 
 }  // namespace kpTables::engines::sqlite

@@ -28,8 +28,8 @@ constexpr std::size_t kDigits = 8;
 constexpr std::size_t kLongestName = 200;
 constexpr mode_t kOwnerOnly = 0600;
 
-[[noreturn]] void Refuse(const std::string& place, const std::string& complaint,
-                         DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
+[[noreturn]] void RefuseDraft(const std::string& place, const std::string& complaint,
+                              DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
     throw DatabaseError(static_cast<std::int32_t>(number), "The book '" + place + "' cannot be made: " + complaint);
 }
 
@@ -51,8 +51,8 @@ DatabaseErrorNumber NumberOf(int code) noexcept {
 }
 
 [[noreturn]] void RefuseForCode(const std::string& place, int code) {
-    if (code == EEXIST) Refuse(place, "there is a file of that name already");
-    Refuse(place, std::generic_category().message(code), NumberOf(code));
+    if (code == EEXIST) RefuseDraft(place, "there is a file of that name already");
+    RefuseDraft(place, std::generic_category().message(code), NumberOf(code));
 }
 
 fs::path FolderOf(const std::string& place) {
@@ -118,14 +118,15 @@ void RemoveLeftover(const fs::path& draft) {
 }  // namespace
 
 DraftFile::DraftFile(const std::string& place) : place_(place) {
-    if (place.empty() || place.find('\0') != place.npos) Refuse(place, "the path is empty or holds a NUL character");
+    if (place.empty() || place.find('\0') != place.npos)
+        RefuseDraft(place, "the path is empty or holds a NUL character");
     std::error_code error;
-    if (fs::exists(fs::symlink_status(place, error))) Refuse(place, "there is a file of that name already");
+    if (fs::exists(fs::symlink_status(place, error))) RefuseDraft(place, "there is a file of that name already");
     for (const char* suffix : {"-wal", "-journal"}) {
         const auto size = fs::file_size(place + suffix, error);
         if (!error && size > 0) {
-            Refuse(place, "beside it is '" + fs::path(place).filename().string() + suffix +
-                              "', the log of an earlier book of that name; move that away first");
+            RefuseDraft(place, "beside it is '" + fs::path(place).filename().string() + suffix +
+                                   "', the log of an earlier book of that name; move that away first");
         }
     }
     RemoveLeftovers();

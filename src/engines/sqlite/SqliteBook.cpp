@@ -15,7 +15,7 @@ namespace kpTables::engines::sqlite {
 
 namespace {
 
-[[noreturn]] void Refuse(const std::string& url, const char* complaint) {
+[[noreturn]] void RefuseInMemory(const std::string& url, const char* complaint) {
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
                         "The book '" + url + "' cannot be " + complaint);
 }
@@ -34,7 +34,7 @@ void MakeDraft(const std::string& draft, const std::string& url, const NewBookOp
     OpenedDatabase empty(OpenDraft(draft, options.busyTimeout), engines::LimitsOf(options));
     const std::weak_ptr<engines::Executor> connection = empty.executor;
     MakeNewBook(url, std::move(empty), options);
-    if (!connection.expired()) Refuse(url, "made: its preparation has kept it, or a recordset of it, open");
+    if (!connection.expired()) RefuseInMemory(url, "made: its preparation has kept it, or a recordset of it, open");
 }
 
 }  // namespace
@@ -59,11 +59,11 @@ BookPtr CreateFile(const std::string& path, const std::string& url, const NewBoo
 }
 
 BookPtr OpenInMemory(const std::string& /*name*/, const std::string& url, const BookOptions& /*options*/) {
-    Refuse(url, "opened: a book in memory ends with its connection; it can only be made");
+    RefuseInMemory(url, "opened: a book in memory ends with its connection; it can only be made");
 }
 
 BookPtr CreateInMemory(const std::string& name, const std::string& url, const NewBookOptions& options) {
-    if (!name.empty()) Refuse(url, "made: a book in memory has no name");
+    if (!name.empty()) RefuseInMemory(url, "made: a book in memory has no name");
     OpenedDatabase made(OpenMemory(), engines::LimitsOf(options));
     return MakeNewBook(url, std::move(made), options);
 }

@@ -114,7 +114,7 @@ std::string_view Trimmed(std::string_view text) noexcept {
 }
 
 /// The parts between the outer parentheses, one for each comma there.
-std::vector<Part> Parts(std::string_view createTable) {
+std::vector<Part> SplitDefinition(std::string_view createTable) {
     std::vector<Part> parts;
     Pieces pieces(createTable);
     int depth = 0;
@@ -150,7 +150,7 @@ bool IsConstraint(const Piece& first) noexcept {
 
 std::vector<std::pair<std::string, std::string>> SecondNames(std::string_view createTable) {
     std::vector<std::pair<std::string, std::string>> names;
-    for (const Part& column : Parts(createTable)) {
+    for (const Part& column : SplitDefinition(createTable)) {
         if (auto stored = StoredName(column.pieces)) names.emplace_back(column.pieces[0].text, std::move(*stored));
     }
     return names;
@@ -158,7 +158,7 @@ std::vector<std::pair<std::string, std::string>> SecondNames(std::string_view cr
 
 std::vector<TablePart> TableParts(std::string_view createTable) {
     std::vector<TablePart> parts;
-    for (const Part& part : Parts(createTable)) {
+    for (const Part& part : SplitDefinition(createTable)) {
         const bool column = !part.pieces.empty() && !IsConstraint(part.pieces[0]);
         parts.push_back({column ? part.pieces[0].text : std::string(), std::string(part.text)});
     }

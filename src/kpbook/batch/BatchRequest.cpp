@@ -13,14 +13,14 @@ namespace {
 
 using input::Json;
 
-[[noreturn]] void Refuse(const std::string& what) {
+[[noreturn]] void RefuseLine(const std::string& what) {
     throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall), what);
 }
 
 MessageAnswer ReadAnswer(const Json& value) {
     if (value == "yes") return MessageAnswer::Yes;
     if (value == "no") return MessageAnswer::No;
-    Refuse("\"answer\" takes \"yes\" or \"no\", not " + input::Shown(value));
+    RefuseLine("\"answer\" takes \"yes\" or \"no\", not " + input::Shown(value));
 }
 
 bool IsMember(std::string_view key) {
@@ -35,7 +35,7 @@ std::vector<TransactionStep> StepsOf(const Json& line) {
     for (const auto step : {TransactionStep::Begin, TransactionStep::Commit, TransactionStep::Rollback}) {
         const std::string key(KeyOf(step));
         if (!line.contains(key) || line[key].is_null()) continue;
-        if (line[key] != true) Refuse("\"" + key + "\" takes true, not " + input::Shown(line[key]));
+        if (line[key] != true) RefuseLine("\"" + key + "\" takes true, not " + input::Shown(line[key]));
         steps.push_back(step);
     }
     return steps;
@@ -44,17 +44,17 @@ std::vector<TransactionStep> StepsOf(const Json& line) {
 void ReadMember(const std::string& key, const Json& value, BatchRequest& request) {
     const auto is = [&](const char* name) { return key == name && !value.is_null(); };
     if (is("args")) {
-        if (!value.is_array()) Refuse("\"args\" takes a list, not " + input::Shown(value));
+        if (!value.is_array()) RefuseLine("\"args\" takes a list, not " + input::Shown(value));
         for (const auto& argument : value) request.arguments.push_back(input::VariantOf(argument));
     } else if (is("isSQL")) {
-        if (!value.is_boolean()) Refuse("\"isSQL\" takes true or false, not " + input::Shown(value));
+        if (!value.is_boolean()) RefuseLine("\"isSQL\" takes true or false, not " + input::Shown(value));
         request.isSQL = value.get<bool>();
     } else if (is("today")) {
         request.today = input::DateOf(value, key);
     } else if (is("answer")) {
         request.answer = ReadAnswer(value);
     } else if (!IsMember(key)) {
-        Refuse("unknown key \"" + key + "\"");
+        RefuseLine("unknown key \"" + key + "\"");
     }
 }
 
@@ -73,7 +73,7 @@ std::string_view KeyOf(TransactionStep step) noexcept {
 
 void ReadRequest(std::string_view line, BatchRequest& request) {
     const Json json = input::ParseJson(line);
-    if (!json.is_object()) Refuse("a line takes an object, not " + input::Shown(json));
+    if (!json.is_object()) RefuseLine("a line takes an object, not " + input::Shown(json));
     // A host that always writes every member writes null for those without a value.
     const auto isGiven = [&](const char* key) { return json.contains(key) && !json[key].is_null(); };
     // First the method, so that the answer can name it whatever is wrong with the other members.
@@ -83,10 +83,10 @@ void ReadRequest(std::string_view line, BatchRequest& request) {
     if (!steps.empty()) request.step = steps.front();
     const auto asked = steps.size() + (request.method ? 1 : 0) + (request.execute ? 1 : 0);
     if (asked > 1)
-        Refuse("a line takes one of \"method\", \"execute\", \"begin\", \"commit\" and \"rollback\", not several");
-    if (asked == 0) Refuse("a line takes \"method\", \"execute\", \"begin\", \"commit\" or \"rollback\"");
+        RefuseLine("a line takes one of \"method\", \"execute\", \"begin\", \"commit\" and \"rollback\", not several");
+    if (asked == 0) RefuseLine("a line takes \"method\", \"execute\", \"begin\", \"commit\" or \"rollback\"");
     for (const auto& [key, value] : json.items()) ReadMember(key, value, request);
-    if (!request.method && isGiven("args")) Refuse("\"args\" go with \"method\" only");
+    if (!request.method && isGiven("args")) RefuseLine("\"args\" go with \"method\" only");
 }
 
 }  // namespace kpTables::kpbook::batch

@@ -7,10 +7,6 @@ namespace kpTables::kpbook::commands {
 
 namespace {
 
-CLI::Option* AddMonth(CLI::App& command, const std::string& option, std::int16_t& month, const std::string& what) {
-    return command.add_option(option, month, what)->check(CLI::Range(1, kLastMonth))->type_name("M");
-}
-
 void AddWarehouse(CLI::App& command, std::optional<std::int32_t>& warehouse) {
     command.add_option("--warehouse", warehouse, "The warehouse's dpID; default: all of them")->type_name("D");
 }

@@ -1,6 +1,7 @@
 #include "kpbook/commands/CommandSyntax.h"
 
 #include "kpbook/Utf8.h"
+#include "kpbook/commands/Options.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -45,6 +46,10 @@ std::vector<std::string> MarkedWords(int count, char** words) {
 
 void Unmark(std::string& word) {
     if (word.starts_with(kMark)) word.erase(0, 1);
+}
+
+CLI::Option* AddMonth(CLI::App& command, const std::string& option, std::int16_t& month, const std::string& what) {
+    return command.add_option(option, month, what)->check(CLI::Range(1, kLastMonth))->type_name("M");
 }
 
 void AddBook(CLI::App& command, std::string& book) {

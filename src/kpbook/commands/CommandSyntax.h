@@ -4,6 +4,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +26,7 @@ std::vector<std::string> MarkedWords(int count, char** words);
 void Unmark(std::string& word);
 
 CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer);
+CLI::Option* AddMonth(CLI::App& command, const std::string& option, std::int16_t& month, const std::string& what);
 void AddBook(CLI::App& command, std::string& book);
 
 }  // namespace kpTables::kpbook::commands

@@ -27,10 +27,6 @@ void AddDay(CLI::App& command, const std::string& option, std::string& text, con
     command.add_option(option, text, what)->check(kDay)->type_name("DATE");
 }
 
-void AddMonth(CLI::App& command, const std::string& option, std::int16_t& month, const std::string& what) {
-    command.add_option(option, month, what)->check(CLI::Range(1, kLastMonth))->type_name("M");
-}
-
 void AddId(CLI::App& command, const std::string& option, std::optional<std::int32_t>& id, const std::string& what,
            const std::string& type) {
     command.add_option(option, id, what)->type_name(type);

@@ -12,14 +12,14 @@ namespace kpTables::kpbook::input {
 
 namespace {
 
-[[noreturn]] void Refuse(std::string_view argument) {
+[[noreturn]] void RefuseDate(std::string_view argument) {
     Raise(ErrorNumber::InvalidCall, "'" + std::string(argument) + "' does not have a value of that type");
 }
 
 Variant ReadDate(std::string_view argument, std::string_view text) {
     auto date = Date::ParseIso(text);
     if (!date) date = Date::Parse(text);
-    if (!date) Refuse(argument);
+    if (!date) RefuseDate(argument);
     return *date;
 }
 

@@ -13,7 +13,7 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-constexpr const char* kNoAggregate = "cannot have an aggregate function in the statement";
+constexpr const char* kNoAggregateInStatement = "cannot have an aggregate function in the statement";
 
 // Whether a name is an alias of a column that the statement names as well, whose value is used then.
 bool IsRepeated(const CatalogTable& table, const std::string& name, const std::vector<std::string>& names) {
@@ -63,7 +63,7 @@ std::vector<TermPtr> BindValues(Context& context, const InsertStatement& stateme
     std::vector<TermPtr> values;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (!columns[i]) continue;
-        TermPtr value = BindExpression(*statement.values[i], {context, none, kNoAggregate});
+        TermPtr value = BindExpression(*statement.values[i], {context, none, kNoAggregateInStatement});
         values.push_back(ColumnValue(context, std::move(value), *columns[i]));
     }
     return values;
@@ -102,7 +102,7 @@ SourcePtr Target(const CatalogTable& table, const std::string& written, const st
 
 TermPtr BindWhere(Context& context, const ExpressionPtr& where, const Scope& scope) {
     if (!where) return nullptr;
-    TermPtr condition = BindCondition(*where, {context, scope, kNoAggregate});
+    TermPtr condition = BindCondition(*where, {context, scope, kNoAggregateInStatement});
     return IsTrue(*condition) ? nullptr : condition;
 }
 
@@ -132,7 +132,7 @@ Update BindUpdate(Context& context, const UpdateStatement& statement) {
         if (IsRepeated(table, assignment.column, names)) continue;
         scope.Resolve(Column(assignment.table, assignment.column, assignment.offset));
         const CatalogColumn& column = RequireStoredColumn(table, assignment.column, assignment.offset);
-        TermPtr value = BindExpression(*assignment.value, {context, scope, kNoAggregate});
+        TermPtr value = BindExpression(*assignment.value, {context, scope, kNoAggregateInStatement});
         update.assignments.push_back({&column, ColumnValue(context, std::move(value), column)});
     }
     update.where = BindWhere(context, statement.where, scope);

@@ -8,7 +8,7 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-constexpr const char* kNoAggregate = "cannot have an aggregate function in a JOIN";
+constexpr const char* kNoAggregateInJoin = "cannot have an aggregate function in a JOIN";
 
 void CollectNames(const TableExpression& table, std::vector<std::string>& names) {
     if (table.kind == TableKind::Join) {
@@ -60,7 +60,7 @@ public:
                                   : join.join == JoinKind::Left ? JoinMethod::Left
                                                                 : JoinMethod::Right;
         return Joined(method, std::move(left), std::move(right),
-                      BindCondition(*join.on, {context_, scope_, kNoAggregate}));
+                      BindCondition(*join.on, {context_, scope_, kNoAggregateInJoin}));
     }
 
 private:

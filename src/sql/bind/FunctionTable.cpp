@@ -9,7 +9,7 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-constexpr DialectFunction kFunctions[] = {
+constexpr DialectFunction kDialectFunctions[] = {
     {"asc", "t", 1, Type::Short, "asc"},
     {"charindex", "ttn", 2, Type::Long, "charindex"},
     {"chr", "n", 1, Type::Text, "chr"},
@@ -60,9 +60,9 @@ constexpr DialectFunction kFunctions[] = {
 }  // namespace
 
 const DialectFunction* FindDialectFunction(std::string_view name) {
-    const auto found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
+    const auto found = std::find_if(std::begin(kDialectFunctions), std::end(kDialectFunctions),
                                     [&](const DialectFunction& f) { return SameName(f.name, name); });
-    return found == std::end(kFunctions) ? nullptr : found;
+    return found == std::end(kDialectFunctions) ? nullptr : found;
 }
 
 }  // namespace kpTables::sql::bind

@@ -167,7 +167,7 @@ TermPtr InStr(Context& context, Terms arguments) {
     return Call("instr", std::move(arguments), Type::Long);
 }
 
-constexpr SpecialFunction kFunctions[] = {
+constexpr SpecialFunction kSpecialFunctions[] = {
     {"abs", 1, 1, Abs},
     {"cbool", 1, 1, ConvertedTo<Type::Boolean>},
     {"ccur", 1, 1, ConvertedTo<Type::Currency>},
@@ -197,9 +197,9 @@ constexpr SpecialFunction kFunctions[] = {
 }  // namespace
 
 const SpecialFunction* FindSpecialFunction(std::string_view name) {
-    const auto found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
+    const auto found = std::find_if(std::begin(kSpecialFunctions), std::end(kSpecialFunctions),
                                     [&](const SpecialFunction& f) { return SameName(f.name, name); });
-    return found == std::end(kFunctions) ? nullptr : found;
+    return found == std::end(kSpecialFunctions) ? nullptr : found;
 }
 
 }  // namespace kpTables::sql::bind
