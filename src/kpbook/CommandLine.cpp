@@ -16,6 +16,7 @@
 #include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/MasterSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
@@ -32,6 +33,7 @@ struct Parsed {
     commands::InfoOptions info;
     commands::StockOptions stock;
     commands::ReportWords report;
+    commands::MasterOptions master;
     commands::OperatorsOptions operators;
     commands::LogOptions log;
     commands::PayrollOptions payroll;
@@ -246,6 +248,14 @@ int RunCall(const Parsed& parsed) {
 constexpr CommandEntry kCommands[] = {
     {"new", AddNew, [](const Parsed& parsed) { return commands::NewBook(parsed.create, parsed.global); }},
     {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
+    {"add", [](CLI::App& app, Parsed& parsed) { commands::AddMasterAdd(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::AddMasterRow(parsed.master, parsed.global); }},
+    {"edit", [](CLI::App& app, Parsed& parsed) { commands::AddMasterEdit(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::EditMasterRow(parsed.master, parsed.global); }},
+    {"remove", [](CLI::App& app, Parsed& parsed) { commands::AddMasterRemove(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::RemoveMasterRow(parsed.master, parsed.global); }},
+    {"list", [](CLI::App& app, Parsed& parsed) { commands::AddMasterList(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::ListMasterRows(parsed.master, parsed.global); }},
     {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
     {"call", AddCall, RunCall},
     {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
@@ -303,15 +313,16 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,  &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
-          &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
-          &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
-          &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
-          &parsed.upgrade.book}) {
+         {&global.outputPath,   &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
+          &parsed.import.path,  &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
+          &parsed.sql.text,     &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
+          &parsed.backup.book,  &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
+          &parsed.stock.book,   &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
+          &parsed.upgrade.book, &parsed.master.book,        &parsed.master.kind,  &parsed.master.which}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
+    for (auto& word : parsed.master.values) commands::Unmark(word);
     parsed.create.sqlNames = parsed.dialect == "sql";
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
@@ -338,10 +349,10 @@ void CheckTarget(const Parsed& parsed) {
     const std::string& target = parsed.global.outputPath;
     if (target.empty()) return;
     const std::string* book = nullptr;
-    for (const auto* each :
-         {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
-          &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
-          &parsed.create.book, &parsed.reopen.book, &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book}) {
+    for (const auto* each : {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book,
+                             &parsed.log.book, &parsed.payroll.book, &parsed.import.book, &parsed.call.book,
+                             &parsed.sql.book, &parsed.close.options.book, &parsed.create.book, &parsed.reopen.book,
+                             &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book, &parsed.master.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {
