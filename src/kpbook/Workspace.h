@@ -8,6 +8,7 @@
 
 #include "kpTables/Book.h"
 #include "kpTables/CTables.h"
+#include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/ActingOperator.h"
 #include "kpTables/bookkeeping/WatchedConnection.h"
 #include "kpbook/GlobalOptions.h"
@@ -41,6 +42,13 @@ struct Workspace {
     void Require(const std::string& right) const;
     /// Adds a line to the log; call it in the transaction of the change.
     void Log(const std::string& what) const;
+    /// Does a step, which answers its line in the log, wholly or not at all.
+    template <class Step>
+    void Change(Step step) {
+        Transaction transaction(*connection);
+        Log(step());
+        transaction.Commit();
+    }
     /// The warehouse that was asked for, else the operator's, if it manages one.
     std::optional<std::int32_t> WarehouseOr(std::optional<std::int32_t> asked) const;
 

@@ -4,7 +4,6 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
-#include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/MasterEntry.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
@@ -81,14 +80,6 @@ struct Target {
           kind(asked.kind ? *asked.kind : bookkeeping::ClassKindWith(workspace.connection, options.which)) {
         workspace.Require(bookkeeping::RightToChange(kind));
     }
-
-    /// Does a step, which answers its line in the log, wholly or not at all.
-    template <class Step>
-    void Do(Step step) {
-        Transaction transaction(*workspace.connection);
-        workspace.Log(step());
-        transaction.Commit();
-    }
 };
 
 RecordsetPtr AllClasses(const ConnectionPtr& book) {
@@ -115,7 +106,7 @@ int AddMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     if (!asked.kind) throw UsageError("say what the class is for: 种类=, one of " + bookkeeping::ClassKindWords());
     Target target(options, global, asked);
     std::int32_t id = 0;
-    target.Do([&] {
+    target.workspace.Change([&] {
         id = bookkeeping::AddMaster(target.workspace.connection, target.kind, asked.values);
         return "add " + options.kind + " " + std::to_string(id) + ":" + Joined(options.values);
     });
@@ -128,7 +119,7 @@ int EditMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     Target target(options, global, asked);
     const auto& book = target.workspace.connection;
     const auto row = bookkeeping::MasterText(book, target.kind, options.which);
-    target.Do([&] {
+    target.workspace.Change([&] {
         bookkeeping::EditMaster(book, target.kind, options.which, asked.values);
         return "edit " + options.kind + " " + row + ":" + Joined(options.values);
     });
@@ -142,7 +133,7 @@ int RemoveMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     Target target(options, global, asked);
     const auto& book = target.workspace.connection;
     const auto row = bookkeeping::MasterText(book, target.kind, options.which);
-    target.Do([&] {
+    target.workspace.Change([&] {
         bookkeeping::RemoveMaster(book, target.kind, options.which);
         return "remove " + options.kind + " " + row;
     });
