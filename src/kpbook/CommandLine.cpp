@@ -17,6 +17,7 @@
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/MasterSyntax.h"
+#include "kpbook/commands/OperatorsSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
@@ -131,20 +132,6 @@ void AddStock(CLI::App& app, Parsed& parsed) {
     command->add_option("--product", parsed.stock.product, "The product's pdID; default: all that have figures")
         ->type_name("P");
     command->add_flag("--cost", parsed.stock.costUsed, "Take outbound amounts from the cost bills");
-}
-
-void AddOperators(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "operators", "List the operators, or set the password of one",
-        "Their warehouses and rights, and whether they have a password. A right is named by its column:\n"
-        "发货单位, 收货单位 and 部件管理 mean 资产处理, 卡片打印 and 资产折旧. Listing does not change the book.\n"
-        "A new password is asked for twice at the terminal, or read as one line of standard input.\n\n"
-        "Examples:\n  kpbook operators shop.kpbook\n  kpbook operators shop.kpbook set-password 李明");
-    commands::AddBook(*command, parsed.operators.book);
-    command->add_option("ACTION", parsed.operators.action, "set-password")
-        ->check(CLI::IsMember({"set-password"}))
-        ->type_name("");
-    command->add_option("NAME", parsed.operators.name, "The operator")->check(commands::kUtf8)->type_name("");
 }
 
 void AddLog(CLI::App& app, Parsed& parsed) {
@@ -270,7 +257,7 @@ constexpr CommandEntry kCommands[] = {
     {"stock", AddStock, [](const Parsed& parsed) { return commands::Stock(parsed.stock, parsed.global); }},
     {"report", [](CLI::App& app, Parsed& parsed) { commands::AddReport(app, parsed.report); },
      [](const Parsed& parsed) { return commands::Report(parsed.report.options, parsed.global); }},
-    {"operators", AddOperators,
+    {"operators", [](CLI::App& app, Parsed& parsed) { commands::AddOperators(app, parsed.operators); },
      [](const Parsed& parsed) { return commands::Operators(parsed.operators, parsed.global); }},
     {"log", AddLog, [](const Parsed& parsed) { return commands::Log(parsed.log, parsed.global); }},
     {"payroll", AddPayroll, [](const Parsed& parsed) { return commands::Payroll(parsed.payroll, parsed.global); }},
@@ -328,6 +315,7 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     commands::Unmark(parsed.operators.name);
     commands::Unmark(global.operatorName);
+    for (auto& word : parsed.operators.words) commands::Unmark(word);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
@@ -393,6 +381,9 @@ int RunCommandLine(int count, char** words) {
     parsed.global.right = commands::RightFor(asked);
     const auto run = [&] {
         CheckTarget(parsed);
+        if (!parsed.global.operatorName.empty() && !commands::TakesOperator(asked)) {
+            throw UsageError(asked + " cannot act as an operator");
+        }
         return entry->run(parsed);
     };
     return RunToEnd(run, *parsed.global.incidents);

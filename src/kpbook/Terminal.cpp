@@ -97,7 +97,7 @@ std::string AskPassword() {
     } else {
         password = ReadLine(stdin).value_or("");
     }
-    if (password.empty()) throw CommandError("no password was given; the method Clear_Password empties one");
+    if (password.empty()) throw CommandError("no password was given; operators BOOK clear-password NAME empties one");
     return password;
 }
 

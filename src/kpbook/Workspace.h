@@ -42,6 +42,8 @@ struct Workspace {
     void Require(const std::string& right) const;
     /// Adds a line to the log; call it in the transaction of the change.
     void Log(const std::string& what) const;
+    /// The line of a method that was called; lists (rs...) and look-ups (Get...) have none.
+    void LogCall(const std::string& method) const;
     /// Does a step, which answers its line in the log, wholly or not at all.
     template <class Step>
     void Change(Step step) {
@@ -51,6 +53,8 @@ struct Workspace {
     }
     /// The warehouse that was asked for, else the operator's, if it manages one.
     std::optional<std::int32_t> WarehouseOr(std::optional<std::int32_t> asked) const;
+    /// The same for a word of the command line: a name or an id, 全部 for all warehouses; "" when none was given.
+    std::optional<std::int32_t> WarehouseOf(const std::string& word) const;
 
     BookPtr book;
     std::shared_ptr<bookkeeping::WatchedConnection> connection;

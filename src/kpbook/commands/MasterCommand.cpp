@@ -63,13 +63,6 @@ void RefuseValues(const Asked& asked) {
     if (!asked.values.empty()) throw UsageError(asked.values.front().column + "= is not taken here");
 }
 
-/// The values as the log shows them.
-std::string Joined(const std::vector<std::string>& words) {
-    std::string text;
-    for (const auto& word : words) text += " " + word;
-    return text;
-}
-
 /// An open book, and the row that a command is about.
 struct Target {
     Workspace workspace;
@@ -79,6 +72,13 @@ struct Target {
         : workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global),
           kind(asked.kind ? *asked.kind : bookkeeping::ClassKindWith(workspace.connection, options.which)) {
         workspace.Require(bookkeeping::RightToChange(kind));
+    }
+
+    /// The log's line of a change.
+    std::string Line(const std::string& verb, const std::string& row, const std::vector<std::string>& values) const {
+        std::string line = verb + " " + bookkeeping::MasterTableName(kind) + " " + row;
+        for (const auto& value : values) line += " " + value;
+        return line;
     }
 };
 
@@ -108,7 +108,7 @@ int AddMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     std::int32_t id = 0;
     target.workspace.Change([&] {
         id = bookkeeping::AddMaster(target.workspace.connection, target.kind, asked.values);
-        return "add " + options.kind + " " + std::to_string(id) + ":" + Joined(options.values);
+        return target.Line("增加", std::to_string(id), options.values);
     });
     output::WriteResult("id", id, global);
     return kSucceeded;
@@ -121,7 +121,7 @@ int EditMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     const auto row = bookkeeping::MasterText(book, target.kind, options.which);
     target.workspace.Change([&] {
         bookkeeping::EditMaster(book, target.kind, options.which, asked.values);
-        return "edit " + options.kind + " " + row + ":" + Joined(options.values);
+        return target.Line("修改", row, options.values);
     });
     std::fprintf(stderr, "%s %s: changed\n", options.kind.c_str(), row.c_str());
     return kSucceeded;
@@ -135,7 +135,7 @@ int RemoveMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     const auto row = bookkeeping::MasterText(book, target.kind, options.which);
     target.workspace.Change([&] {
         bookkeeping::RemoveMaster(book, target.kind, options.which);
-        return "remove " + options.kind + " " + row;
+        return target.Line("删除", row, {});
     });
     std::fprintf(stderr, "%s %s: removed\n", options.kind.c_str(), row.c_str());
     return kSucceeded;
