@@ -13,8 +13,11 @@
 #include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/CloseSyntax.h"
+#include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/MasterSyntax.h"
+#include "kpbook/commands/OperatorsSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
@@ -31,6 +34,7 @@ struct Parsed {
     commands::InfoOptions info;
     commands::StockOptions stock;
     commands::ReportWords report;
+    commands::MasterOptions master;
     commands::OperatorsOptions operators;
     commands::LogOptions log;
     commands::PayrollOptions payroll;
@@ -68,6 +72,11 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     app.add_option("--answer", parsed.answer, "Answer every question with yes or no")
         ->check(CLI::IsMember({"yes", "no"}))
         ->type_name("ANSWER");
+    app.add_option("--operator", global.operatorName,
+                   "The operator to act as; the password is asked for, or read from the file that the environment\n"
+                   "variable KPBOOK_PASSWORD_FILE names")
+        ->check(commands::kUtf8)
+        ->type_name("NAME");
     app.add_option("--timeout", parsed.timeout, "End a statement that runs longer than S seconds")
         ->check(CLI::PositiveNumber)
         ->type_name("S");
@@ -123,20 +132,6 @@ void AddStock(CLI::App& app, Parsed& parsed) {
     command->add_option("--product", parsed.stock.product, "The product's pdID; default: all that have figures")
         ->type_name("P");
     command->add_flag("--cost", parsed.stock.costUsed, "Take outbound amounts from the cost bills");
-}
-
-void AddOperators(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "operators", "List the operators, or set the password of one",
-        "Their warehouses and rights, and whether they have a password. A right is named by its column:\n"
-        "发货单位, 收货单位 and 部件管理 mean 资产处理, 卡片打印 and 资产折旧. Listing does not change the book.\n"
-        "A new password is asked for twice at the terminal, or read as one line of standard input.\n\n"
-        "Examples:\n  kpbook operators shop.kpbook\n  kpbook operators shop.kpbook set-password 李明");
-    commands::AddBook(*command, parsed.operators.book);
-    command->add_option("ACTION", parsed.operators.action, "set-password")
-        ->check(CLI::IsMember({"set-password"}))
-        ->type_name("");
-    command->add_option("NAME", parsed.operators.name, "The operator")->check(commands::kUtf8)->type_name("");
 }
 
 void AddLog(CLI::App& app, Parsed& parsed) {
@@ -240,6 +235,14 @@ int RunCall(const Parsed& parsed) {
 constexpr CommandEntry kCommands[] = {
     {"new", AddNew, [](const Parsed& parsed) { return commands::NewBook(parsed.create, parsed.global); }},
     {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
+    {"add", [](CLI::App& app, Parsed& parsed) { commands::AddMasterAdd(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::AddMasterRow(parsed.master, parsed.global); }},
+    {"edit", [](CLI::App& app, Parsed& parsed) { commands::AddMasterEdit(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::EditMasterRow(parsed.master, parsed.global); }},
+    {"remove", [](CLI::App& app, Parsed& parsed) { commands::AddMasterRemove(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::RemoveMasterRow(parsed.master, parsed.global); }},
+    {"list", [](CLI::App& app, Parsed& parsed) { commands::AddMasterList(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::ListMasterRows(parsed.master, parsed.global); }},
     {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
     {"call", AddCall, RunCall},
     {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
@@ -254,7 +257,7 @@ constexpr CommandEntry kCommands[] = {
     {"stock", AddStock, [](const Parsed& parsed) { return commands::Stock(parsed.stock, parsed.global); }},
     {"report", [](CLI::App& app, Parsed& parsed) { commands::AddReport(app, parsed.report); },
      [](const Parsed& parsed) { return commands::Report(parsed.report.options, parsed.global); }},
-    {"operators", AddOperators,
+    {"operators", [](CLI::App& app, Parsed& parsed) { commands::AddOperators(app, parsed.operators); },
      [](const Parsed& parsed) { return commands::Operators(parsed.operators, parsed.global); }},
     {"log", AddLog, [](const Parsed& parsed) { return commands::Log(parsed.log, parsed.global); }},
     {"payroll", AddPayroll, [](const Parsed& parsed) { return commands::Payroll(parsed.payroll, parsed.global); }},
@@ -297,19 +300,22 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,  &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
-          &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
-          &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
-          &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
-          &parsed.upgrade.book}) {
+         {&global.outputPath,   &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
+          &parsed.import.path,  &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
+          &parsed.sql.text,     &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
+          &parsed.backup.book,  &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
+          &parsed.stock.book,   &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
+          &parsed.upgrade.book, &parsed.master.book,        &parsed.master.kind,  &parsed.master.which}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
+    for (auto& word : parsed.master.values) commands::Unmark(word);
     parsed.create.sqlNames = parsed.dialect == "sql";
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     commands::Unmark(parsed.operators.name);
+    commands::Unmark(global.operatorName);
+    for (auto& word : parsed.operators.words) commands::Unmark(word);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
@@ -331,10 +337,10 @@ void CheckTarget(const Parsed& parsed) {
     const std::string& target = parsed.global.outputPath;
     if (target.empty()) return;
     const std::string* book = nullptr;
-    for (const auto* each :
-         {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
-          &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
-          &parsed.create.book, &parsed.reopen.book, &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book}) {
+    for (const auto* each : {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book,
+                             &parsed.log.book, &parsed.payroll.book, &parsed.import.book, &parsed.call.book,
+                             &parsed.sql.book, &parsed.close.options.book, &parsed.create.book, &parsed.reopen.book,
+                             &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book, &parsed.master.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {
@@ -372,8 +378,12 @@ int RunCommandLine(int count, char** words) {
     const auto asked = app.get_subcommands().front()->get_name();
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
+    parsed.global.right = commands::RightFor(asked);
     const auto run = [&] {
         CheckTarget(parsed);
+        if (!parsed.global.operatorName.empty() && !commands::TakesOperator(asked)) {
+            throw UsageError(asked + " cannot act as an operator");
+        }
         return entry->run(parsed);
     };
     return RunToEnd(run, *parsed.global.incidents);

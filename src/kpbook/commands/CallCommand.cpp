@@ -94,7 +94,10 @@ int Call(const CallOptions& options, const GlobalOptions& global) {
     if (method) AddWrittenBack(method->parameters, arguments);
     const auto before = arguments;
     Variant result;
-    const auto call = [&] { result = CallMember(workspace.tables, options.method, arguments); };
+    const auto call = [&] {
+        result = CallMember(workspace.tables, options.method, arguments);
+        workspace.LogCall(options.method);
+    };
     bool kept = true;
     if (options.transaction) {
         kept = CallAllOrNothing(workspace, *host, call);

@@ -1,14 +1,17 @@
 #include "kpbook/commands/CloseSyntax.h"
 
-#include <cstdint>
-#include <optional>
+#include <string>
 
 namespace kpTables::kpbook::commands {
 
 namespace {
 
-void AddWarehouse(CLI::App& command, std::optional<std::int32_t>& warehouse) {
-    command.add_option("--warehouse", warehouse, "The warehouse's dpID; default: all of them")->type_name("D");
+void AddWarehouse(CLI::App& command, std::string& warehouse) {
+    command
+        .add_option("--warehouse", warehouse,
+                    "The warehouse's name or dpID, or 全部; default: the one that --operator manages, else all of them")
+        ->check(kUtf8)
+        ->type_name("D");
 }
 
 }  // namespace
@@ -22,7 +25,7 @@ void AddClose(CLI::App& app, CloseWords& words) {
         "warehouse is marked as closed: all of it or, when a step fails, nothing. A month is closed after the one before\n"
         "it, and once; --again closes it anew, from the bills as they are now.\n\n"
         "Examples:\n  kpbook close shop.kpbook --month 3\n"
-        "  kpbook close shop.kpbook --month 3 --warehouse 2 --cost --date 2004-03-31 --answer yes\n"
+        "  kpbook close shop.kpbook --month 3 --warehouse 中心仓库 --cost --date 2004-03-31 --answer yes\n"
         "  kpbook close shop.kpbook --month 2 --again --through 4 --dry-run");
     AddBook(*command, options.book);
     AddMonth(*command, "--month", options.month, "The month, 1 to 12")->required();

@@ -19,7 +19,11 @@ int Import(const ImportOptions& options, const GlobalOptions& global) {
     input::InputFile file(options.path);
     input::CsvReader csv([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); });
     input::CsvImport import(*workspace.book, *table, csv, options.path == "-" ? "standard input" : options.path);
-    const auto rows = import.Run();
+    std::int64_t rows = 0;
+    workspace.Change([&] {
+        rows = import.Run();
+        return "导入 " + table->name + " " + std::to_string(rows);
+    });
     std::fprintf(stderr, "%s: %lld %s imported\n", table->name.c_str(), static_cast<long long>(rows),
                  rows == 1 ? "row" : "rows");
     return kSucceeded;

@@ -70,10 +70,19 @@ struct ReportOptions {
     ReportFilters filters;
 };
 
+/// Of add, edit, remove and list.
+struct MasterOptions {
+    std::string book;
+    std::string kind;                 ///< a word for the kind
+    std::string which;                ///< the row
+    std::vector<std::string> values;  ///< COLUMN=VALUE
+};
+
 struct OperatorsOptions {
     std::string book;
-    std::string action;  ///< empty: list the operators; "set-password"
-    std::string name;    ///< of the operator that the action is for
+    std::string action;              ///< empty: list the operators
+    std::string name;                ///< of the operator that the action is for; of require: on or off
+    std::vector<std::string> words;  ///< rights, and 姓名= or 仓库=
 };
 
 struct LogOptions {
@@ -110,7 +119,7 @@ struct SqlOptions {
 struct CloseOptions {
     std::string book;
     std::int16_t month = 0;
-    std::optional<std::int32_t> warehouse;  ///< empty: all of them
+    std::string warehouse;     ///< name or id; empty: the operator's, or all of them
     bool costUsed = false;
     std::optional<Date> date;
     bool again = false;        ///< close a month that is closed already
@@ -121,7 +130,7 @@ struct CloseOptions {
 struct ReopenOptions {
     std::string book;
     std::int16_t month = 0;
-    std::optional<std::int32_t> warehouse;  ///< empty: all of them
+    std::string warehouse;     ///< name or id; empty: the operator's, or all of them
 };
 
 struct CheckOptions {

@@ -13,6 +13,7 @@ int Sql(const SqlOptions& options, const GlobalOptions& global) {
         output::WriteRecordset(*recordset, global);
     } else {
         const auto rows = workspace.book->RecordsAffected();
+        workspace.Log("执行 " + options.text);
         std::fprintf(stderr, rows == 1 ? "%lld row changed\n" : "%lld rows changed\n", static_cast<long long>(rows));
     }
     return kSucceeded;
