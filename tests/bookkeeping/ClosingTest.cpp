@@ -205,6 +205,31 @@ TEST(ClosingOfANewBook, NeedsNoOpeningStock) {
     }
 }
 
+/// As docs/book.md advises hosts that call Close_DepotBalance themselves.
+TEST(ClosingOfANewBook, ByTheMethodsAloneNeedsTheFirstRows) {
+    const BookPtr book = CreateBook("memory:");
+    BeginBook(book, {.company = "甲", .year = 2004, .month = 1, .warehouses = {"东库", "西库"}});
+    Enter(*book, {"入库", 1, 1, 1, 1, "4", "24"});
+    Enter(*book, {"入库", 2, 1, 2, 1, "2", "3"});
+    Enter(*book, {"出库", 1, 1, 1, 1, "1", "5.5"});
+    Enter(*book, {"出库", 2, 1, 1, 3, "1", "2"});
+    CTables tables(std::make_shared<OneAnswer>(MessageAnswer::Yes));
+    tables.Cnn(book);
+    EXPECT_THROW(tables.CheckBnProduct(1), DatabaseError);
+    for (const std::string kind : {"入库", "出库"}) {
+        book->Execute("Insert Into 仓库余额表 (年份,月份,pdID,dpID) Select Distinct 2004,1,R.pdID,L.dpID From " + kind +
+                      "记录 As R Inner Join " + kind +
+                      "目录 As L On R.BillID=L.BillID Where L.月份=1 And Not Exists (Select * From 仓库余额表 As B "
+                      "Where B.pdID=R.pdID And B.dpID=L.dpID And B.月份=1)");
+    }
+    tables.CheckBnProduct(1);
+    for (const int warehouse : {1, 2})
+        EXPECT_TRUE(tables.Close_DepotBalance(warehouse, 1, false, Variant("2004-1-31"), nullptr));
+    EXPECT_EQ(
+        RowsOf(*book, "Select dpID,pdID,上期库存数量,上期库存金额 From 仓库余额表 Where 月份=2 Order by dpID,pdID"),
+        (std::vector<std::string>{"1|1|3|18.5", "1|3|-1|-2", "2|1|2|3"}));
+}
+
 /// Bills come and go, months are closed, reopened and closed again in any order: what is closed in the end is what a
 /// book gives that has only the bills that are left and was closed once.
 TEST(ClosingProperty, AnyWayToClosedMonthsGivesTheSameRows) {
