@@ -13,8 +13,10 @@
 #include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/CloseSyntax.h"
+#include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/MasterSyntax.h"
 #include "kpbook/commands/NewSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/UpgradeCommand.h"
@@ -34,6 +36,7 @@ struct Parsed {
     commands::InfoOptions info;
     commands::StockOptions stock;
     commands::ReportWords report;
+    commands::MasterOptions master;
     commands::OperatorsOptions operators;
     commands::LogOptions log;
     commands::PayrollOptions payroll;
@@ -70,6 +73,11 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     app.add_option("--answer", parsed.answer, "Answer every question with yes or no")
         ->check(CLI::IsMember({"yes", "no"}))
         ->type_name("ANSWER");
+    app.add_option("--operator", global.operatorName,
+                   "The operator to act as; the password is asked for, or read from the file that the environment\n"
+                   "variable KPBOOK_PASSWORD_FILE names")
+        ->check(commands::kUtf8)
+        ->type_name("NAME");
     app.add_option("--timeout", parsed.timeout, "End a statement that runs longer than S seconds")
         ->check(CLI::PositiveNumber)
         ->type_name("S");
@@ -229,6 +237,14 @@ constexpr CommandEntry kCommands[] = {
     {"opening", [](CLI::App& app, Parsed& parsed) { commands::AddOpening(app, parsed.opening); },
      [](const Parsed& parsed) { return commands::Opening(parsed.opening, parsed.global); }},
     {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
+    {"add", [](CLI::App& app, Parsed& parsed) { commands::AddMasterAdd(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::AddMasterRow(parsed.master, parsed.global); }},
+    {"edit", [](CLI::App& app, Parsed& parsed) { commands::AddMasterEdit(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::EditMasterRow(parsed.master, parsed.global); }},
+    {"remove", [](CLI::App& app, Parsed& parsed) { commands::AddMasterRemove(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::RemoveMasterRow(parsed.master, parsed.global); }},
+    {"list", [](CLI::App& app, Parsed& parsed) { commands::AddMasterList(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::ListMasterRows(parsed.master, parsed.global); }},
     {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
     {"call", AddCall, RunCall},
     {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
@@ -288,19 +304,24 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,   &parsed.opening.book,       &parsed.import.book,  &parsed.import.table,
+         {&global.outputPath,   &parsed.master.book,        &parsed.import.book,  &parsed.import.table,
           &parsed.import.path,  &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
           &parsed.sql.text,     &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
           &parsed.backup.book,  &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
           &parsed.stock.book,   &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
-          &parsed.upgrade.book, &parsed.opening.path,       &parsed.copy.book,    &parsed.copy.copy}) {
+          &parsed.upgrade.book, &parsed.master.kind,        &parsed.master.which}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
+    for (auto& word : parsed.master.values) commands::Unmark(word);
+    for (std::string* word : {&parsed.opening.book, &parsed.opening.path, &parsed.copy.book, &parsed.copy.copy}) {
+        commands::Unmark(*word);
+    }
     commands::ReadNew(parsed.create);
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     commands::Unmark(parsed.operators.name);
+    commands::Unmark(global.operatorName);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
@@ -326,7 +347,7 @@ void CheckTarget(const Parsed& parsed) {
          {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
           &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
           &parsed.create.options.book, &parsed.opening.book, &parsed.copy.book, &parsed.reopen.book, &parsed.check.book,
-          &parsed.backup.book, &parsed.upgrade.book}) {
+          &parsed.backup.book, &parsed.upgrade.book, &parsed.master.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {
@@ -364,6 +385,7 @@ int RunCommandLine(int count, char** words) {
     const auto asked = app.get_subcommands().front()->get_name();
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
+    parsed.global.right = commands::RightFor(asked);
     const auto run = [&] {
         CheckTarget(parsed);
         return entry->run(parsed);

@@ -85,6 +85,14 @@ struct ReportOptions {
     ReportFilters filters;
 };
 
+/// Of add, edit, remove and list.
+struct MasterOptions {
+    std::string book;
+    std::string kind;                 ///< a word for the kind
+    std::string which;                ///< the row
+    std::vector<std::string> values;  ///< COLUMN=VALUE
+};
+
 struct OperatorsOptions {
     std::string book;
     std::string action;  ///< empty: list the operators; "set-password"
