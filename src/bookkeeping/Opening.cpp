@@ -12,6 +12,7 @@
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
 #include "kpTables/bookkeeping/Masters.h"
+#include "kpTables/bookkeeping/NewBook.h"
 
 namespace kpTables::bookkeeping {
 
@@ -65,7 +66,7 @@ OpeningResult OpeningEntry::Run(OpeningPurpose purpose) {
 
 void OpeningEntry::ReadFirstMonth() {
     const Date built = setup_.Tables().Get_BuiltDate();
-    setup_.Check();
+    setup_.Check(built.Year() >= kFirstYear);
     result_.year = built.Year();
     result_.month = static_cast<std::int16_t>(built.Month());
     const std::string year = std::to_string(result_.year);

@@ -32,6 +32,9 @@ Setup::Setup(const ConnectionPtr& book, std::optional<Date> today)
 void Setup::Store(const std::string& item, const Variant& value) {
     tables_.Update_AccInfo(item, Variant(value));
     Check();
+    // Update_AccInfo skips what fails in AccInfo.
+    const auto kept = book_->Execute("Select " + item + " From AccInfo");
+    if (kept->Eof() || Text(kept->GetValue(0)) != Text(value)) RefuseSetup("AccInfo does not keep " + item);
 }
 
 void Setup::StoreDates(std::int32_t year, std::int32_t month) {

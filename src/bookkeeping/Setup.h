@@ -22,7 +22,7 @@ public:
     /// Through which everything is to be sent.
     CTables& Tables() noexcept { return tables_; }
     Connection& Book() noexcept { return *book_; }
-    /// Stores an item of the book's information.
+    /// Stores an item of the book's information, as a setting and in AccInfo.
     void Store(const std::string& item, const Variant& value);
     /// Sets the first day of a month as the date on which the book was set up, and as its current date.
     void StoreDates(std::int32_t year, std::int32_t month);

@@ -60,7 +60,8 @@ std::optional<Beginning> FirmOf(const NewOptions& options, Date today) {
     return std::nullopt;
 }
 
-/// Creates the book, prepared by a function that gets its connection; answers the number of its tables.
+/// Creates the book, prepared by a function that gets its connection. What fails in a method that traps errors ends it
+/// too. Answers the number of its tables.
 std::size_t Create(const NewOptions& options, const GlobalOptions& global, HeaderDialect header,
                    const std::function<void(const BookPtr&, const ConnectionPtr&)>& prepare) {
     NewBookOptions book;
@@ -69,11 +70,15 @@ std::size_t Create(const NewOptions& options, const GlobalOptions& global, Heade
     book.maxRows = bounds.maxRows;
     book.maxBytes = bounds.maxBytes;
     book.interrupted = bounds.interrupted;
+    std::size_t tables = 0;
     book.prepare = [&](const BookPtr& made) {
-        const Workspace workspace(made, std::make_shared<ConsoleHost>(global.today, global.answer), global);
+        Workspace workspace(made, std::make_shared<ConsoleHost>(global.today, global.answer), global);
         prepare(made, workspace.connection);
+        tables = made->Tables().size();
+        if (workspace.LogIncidents()) throw CommandError(options.book + ": was not made");
     };
-    return CreateBook(options.book, book)->Tables().size();
+    CreateBook(options.book, book);
+    return tables;
 }
 
 int BeginNextYear(const NewOptions& options, const GlobalOptions& global) {
@@ -84,8 +89,9 @@ int BeginNextYear(const NewOptions& options, const GlobalOptions& global) {
            [&](const BookPtr& made, const ConnectionPtr&) { next = bookkeeping::BeginNextYear(*from.book, made); });
     for (const std::string& table : next.ownTables)
         std::fprintf(stderr, "kpbook: your own table %s was left behind\n", table.c_str());
-    std::fprintf(stderr, "%s: %d begins with %s of opening stock\n", options.book.c_str(), static_cast<int>(next.year),
-                 Counted(next.openingRows, "row").c_str());
+    std::fprintf(stderr, "%s: %d begins with %d %s of opening stock\n", options.book.c_str(),
+                 static_cast<int>(next.year), static_cast<int>(next.openingRows),
+                 next.openingRows == 1 ? "row" : "rows");
     return kSucceeded;
 }
 
@@ -96,6 +102,11 @@ int NewBook(const NewOptions& options, const GlobalOptions& global) {
     const HeaderDialect header = options.sqlNames ? HeaderDialect::SqlServer : HeaderDialect::Jet;
     const Date today = ConsoleHost(global.today, global.answer).Today();
     const auto firm = options.bare ? std::nullopt : FirmOf(options, today);
+    std::string done = options.bare ? "" : ", names, dates and payment methods set";
+    if (firm) {
+        done = ", " + firm->company + " begins " + std::to_string(firm->year) + "-" + std::to_string(firm->month) +
+               " with " + Counted(std::ssize(firm->warehouses), "warehouse");
+    }
     const auto tables = Create(options, global, header, [&](const BookPtr&, const ConnectionPtr& book) {
         if (options.bare) return;
         if (firm) {
@@ -104,13 +115,7 @@ int NewBook(const NewOptions& options, const GlobalOptions& global) {
             bookkeeping::PrepareBook(book, today);
         }
     });
-    std::string done = "names, dates and payment methods set";
-    if (firm) {
-        done = firm->company + " begins " + std::to_string(firm->year) + "-" + std::to_string(firm->month) + " with " +
-               Counted(static_cast<std::int32_t>(firm->warehouses.size()), "warehouse");
-    }
-    std::fprintf(stderr, "%s: %zu tables made%s\n", options.book.c_str(), tables,
-                 options.bare ? "" : (", " + done).c_str());
+    std::fprintf(stderr, "%s: %zu tables made%s\n", options.book.c_str(), tables, done.c_str());
     return kSucceeded;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "kpTables/Transaction.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Workspace.h"
@@ -30,15 +31,21 @@ void RefuseOpening(const input::OpeningFile& file, const std::vector<bookkeeping
 }  // namespace
 
 int Opening(const OpeningOptions& options, const GlobalOptions& global) {
-    const Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
+    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
     const input::OpeningFile file(options.path);
     const auto purpose =
         file.Faults().empty() ? bookkeeping::OpeningPurpose::Enter : bookkeeping::OpeningPurpose::Check;
+    Transaction transaction(*workspace.connection);
     const auto result = bookkeeping::EnterOpening(workspace.connection, file.Rows(), purpose);
     RefuseOpening(file, result.faults);
-    std::fprintf(stderr, "opening stock of %d-%d: %s added, %d changed\n", static_cast<int>(result.year),
-                 static_cast<int>(result.month), Counted(result.added, "row").c_str(),
-                 static_cast<int>(result.changed));
+    const std::string done = "opening stock of " + std::to_string(result.year) + "-" + std::to_string(result.month) +
+                             ": " + Counted(result.added, "row") + " added, " + std::to_string(result.changed) +
+                             " changed";
+    workspace.Log(done);
+    // A method answers an error that it traps with a default, which must not be entered.
+    if (workspace.LogIncidents()) return kFailed;
+    transaction.Commit();
+    std::fprintf(stderr, "%s\n", done.c_str());
     return kSucceeded;
 }
 
