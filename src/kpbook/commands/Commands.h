@@ -8,6 +8,8 @@
 namespace kpTables::kpbook::commands {
 
 int NewBook(const NewOptions& options, const GlobalOptions& global);
+int Opening(const OpeningOptions& options, const GlobalOptions& global);
+int Copy(const CopyOptions& options, const GlobalOptions& global);
 int Info(const InfoOptions& options, const GlobalOptions& global);
 int Stock(const StockOptions& options, const GlobalOptions& global);
 int Report(const ReportOptions& options, const GlobalOptions& global);
