@@ -13,6 +13,7 @@
 #include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/CloseSyntax.h"
+#include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/ReportSyntax.h"
@@ -68,6 +69,11 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     app.add_option("--answer", parsed.answer, "Answer every question with yes or no")
         ->check(CLI::IsMember({"yes", "no"}))
         ->type_name("ANSWER");
+    app.add_option("--operator", global.operatorName,
+                   "The operator to act as; the password is asked for, or read from the file that the environment\n"
+                   "variable KPBOOK_PASSWORD_FILE names")
+        ->check(commands::kUtf8)
+        ->type_name("NAME");
     app.add_option("--timeout", parsed.timeout, "End a statement that runs longer than S seconds")
         ->check(CLI::PositiveNumber)
         ->type_name("S");
@@ -310,6 +316,7 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     commands::Unmark(parsed.operators.name);
+    commands::Unmark(global.operatorName);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
@@ -372,6 +379,7 @@ int RunCommandLine(int count, char** words) {
     const auto asked = app.get_subcommands().front()->get_name();
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
+    parsed.global.right = commands::RightFor(asked);
     const auto run = [&] {
         CheckTarget(parsed);
         return entry->run(parsed);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "kpbook/Exit.h"
@@ -98,6 +99,27 @@ std::string AskPassword() {
     }
     if (password.empty()) throw CommandError("no password was given; the method Clear_Password empties one");
     return password;
+}
+
+std::string LoginPassword(const std::string& name) {
+    if (const char* path = std::getenv("KPBOOK_PASSWORD_FILE"); path && *path) {
+        const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
+        const auto line = file ? ReadLine(file.get()) : std::nullopt;
+        if (!file || std::ferror(file.get())) {
+            throw CommandError("the file of KPBOOK_PASSWORD_FILE cannot be read: " + std::string(path));
+        }
+        std::string password = line.value_or("");
+        if (password.ends_with('\r')) password.pop_back();
+        return password;
+    }
+    const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
+    if (!terminal) {
+        throw CommandError(
+            "there is no terminal to ask for the operator's password; KPBOOK_PASSWORD_FILE may name a file with it");
+    }
+    std::setbuf(terminal.get(), nullptr);
+    const HiddenInput hidden(terminal.get());
+    return ReadHidden(("Password of " + name + ": ").c_str(), terminal.get());
 }
 
 TerminalProgressBar::TerminalProgressBar(std::string label) : label_(std::move(label)) {}

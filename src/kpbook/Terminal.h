@@ -18,6 +18,11 @@ std::optional<MessageAnswer> AskYesNo(const std::string& question);
 /// when the two differ, and when there is none.
 std::string AskPassword();
 
+/// The password with which an operator logs in: the first line of the file that the environment variable
+/// KPBOOK_PASSWORD_FILE names, else what is typed at the terminal without being shown. A CommandError when the file
+/// cannot be read, and when there is neither.
+std::string LoginPassword(const std::string& name);
+
 /// A bar drawn on standard error: "label [#####-----]  50%".
 class TerminalProgressBar : public ProgressBar {
 public:
