@@ -12,6 +12,7 @@
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
+#include "kpbook/commands/BillSyntax.h"
 #include "kpbook/commands/CloseSyntax.h"
 #include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
@@ -36,6 +37,7 @@ struct Parsed {
     commands::LogOptions log;
     commands::PayrollOptions payroll;
     commands::ImportOptions import;
+    commands::BillWords bill;
     commands::CallOptions call;
     commands::SqlOptions sql;
     commands::CloseWords close;
@@ -247,6 +249,8 @@ constexpr CommandEntry kCommands[] = {
     {"new", AddNew, [](const Parsed& parsed) { return commands::NewBook(parsed.create, parsed.global); }},
     {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
     {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
+    {"bill", [](CLI::App& app, Parsed& parsed) { commands::AddBill(app, parsed.bill); },
+     [](const Parsed& parsed) { return commands::Bill(parsed.bill.options, parsed.global); }},
     {"call", AddCall, RunCall},
     {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
     {"close", [](CLI::App& app, Parsed& parsed) { commands::AddClose(app, parsed.close); },
@@ -315,6 +319,7 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     parsed.create.sqlNames = parsed.dialect == "sql";
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
+    if (command.get_name() == "bill") parsed.bill.options = commands::ReadBillWords(command, parsed.bill);
     commands::Unmark(parsed.operators.name);
     commands::Unmark(global.operatorName);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
@@ -339,9 +344,10 @@ void CheckTarget(const Parsed& parsed) {
     if (target.empty()) return;
     const std::string* book = nullptr;
     for (const auto* each :
-         {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
-          &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
-          &parsed.create.book, &parsed.reopen.book, &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book}) {
+         {&parsed.info.book, &parsed.bill.options.book, &parsed.stock.book, &parsed.report.options.book,
+          &parsed.operators.book, &parsed.log.book, &parsed.payroll.book, &parsed.import.book, &parsed.call.book,
+          &parsed.sql.book, &parsed.close.options.book, &parsed.create.book, &parsed.reopen.book, &parsed.check.book,
+          &parsed.backup.book, &parsed.upgrade.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {

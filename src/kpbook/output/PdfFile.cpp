@@ -51,8 +51,9 @@ std::string BrowserPath() {
             at = end + 1;
         }
     }
-    throw CommandError("a PDF needs Chromium, which is not installed (Debian: apt install chromium); or print the "
-                       "page that -o FILE.html writes");
+    throw CommandError(
+        "a PDF needs Chromium, which is not installed (Debian: apt install chromium); or print the "
+        "page that -o FILE.html writes");
 }
 
 /// Runs a program with its output thrown away; answers whether it succeeded.
@@ -83,7 +84,10 @@ void WritePdf(const std::string& html, const std::string& path) {
     const fs::path page = folder.path / "bill.html";
     const fs::path pdf = folder.path / "bill.pdf";
     std::ofstream(page, std::ios::binary) << html;
-    std::vector<std::string> words{browser, "--headless", "--disable-gpu", "--no-pdf-header-footer",
+    std::vector<std::string> words{browser,
+                                   "--headless",
+                                   "--disable-gpu",
+                                   "--no-pdf-header-footer",
                                    "--user-data-dir=" + (folder.path / "profile").string(),
                                    "--print-to-pdf=" + pdf.string()};
     // Chromium's sandbox does not work for root; the page is our own and loads nothing.
