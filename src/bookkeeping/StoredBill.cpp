@@ -146,7 +146,7 @@ std::int32_t FindBill(Connection& book, BillFamily family, const std::string& te
     std::string candidates;
     for (const StoredBill& bill : found) candidates += (candidates.empty() ? "" : ", ") + CandidateText(bill);
     RefuseWith(text + " may be any of " + std::to_string(found.size()) + " " + NounOf(family) + "s: " + candidates +
-               "; name one by its id:");
+               "; name one as id:N");
 }
 
 std::int32_t CounterpartOf(const ConnectionPtr& book, const StoredBill& bill) {
