@@ -17,6 +17,8 @@
 #include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/MasterSyntax.h"
+#include "kpbook/commands/NewSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
@@ -29,10 +31,13 @@ namespace {
 /// Everything that can be set on the command line.
 struct Parsed {
     GlobalOptions global;
-    commands::NewOptions create;
+    commands::NewWords create;
+    commands::OpeningOptions opening;
+    commands::CopyOptions copy;
     commands::InfoOptions info;
     commands::StockOptions stock;
     commands::ReportWords report;
+    commands::MasterOptions master;
     commands::OperatorsOptions operators;
     commands::LogOptions log;
     commands::PayrollOptions payroll;
@@ -51,7 +56,6 @@ struct Parsed {
     std::string format = "table";
     std::string today;
     std::string answer;
-    std::string dialect = "jet";
     double timeout = 0;
     std::int64_t maxMegabytes = 0;
 };
@@ -87,22 +91,6 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
         ->check(CLI::Range(std::int64_t{1}, kMostMegabytes))
         ->type_name("MB");
     app.set_version_flag("--version", std::string("kpbook ") + KPBOOK_VERSION);
-}
-
-void AddNew(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "new", "Create a book, ready for data entry",
-        "The book has all its tables, its names, today as the date on which it was set up, and the\n"
-        "usual payment methods. An existing file is not changed.\n\n"
-        "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01\n"
-        "  kpbook new shop.kpbook --dialect sql");
-    commands::AddBook(*command, parsed.create.book);
-    command->add_flag("--bare", parsed.create.bare, "Create the tables only");
-    command
-        ->add_option("--dialect", parsed.dialect,
-                     "Column names of the table Header: Table and Index (jet) or TableName and ColIndex (sql)")
-        ->check(CLI::IsMember({"jet", "sql"}))
-        ->type_name("DIALECT");
 }
 
 void AddInfo(CLI::App& app, Parsed& parsed) {
@@ -246,8 +234,19 @@ int RunCall(const Parsed& parsed) {
 
 // In the order of the help text.
 constexpr CommandEntry kCommands[] = {
-    {"new", AddNew, [](const Parsed& parsed) { return commands::NewBook(parsed.create, parsed.global); }},
+    {"new", [](CLI::App& app, Parsed& parsed) { commands::AddNew(app, parsed.create); },
+     [](const Parsed& parsed) { return commands::NewBook(parsed.create.options, parsed.global); }},
+    {"opening", [](CLI::App& app, Parsed& parsed) { commands::AddOpening(app, parsed.opening); },
+     [](const Parsed& parsed) { return commands::Opening(parsed.opening, parsed.global); }},
     {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
+    {"add", [](CLI::App& app, Parsed& parsed) { commands::AddMasterAdd(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::AddMasterRow(parsed.master, parsed.global); }},
+    {"edit", [](CLI::App& app, Parsed& parsed) { commands::AddMasterEdit(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::EditMasterRow(parsed.master, parsed.global); }},
+    {"remove", [](CLI::App& app, Parsed& parsed) { commands::AddMasterRemove(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::RemoveMasterRow(parsed.master, parsed.global); }},
+    {"list", [](CLI::App& app, Parsed& parsed) { commands::AddMasterList(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::ListMasterRows(parsed.master, parsed.global); }},
     {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
     {"bill", [](CLI::App& app, Parsed& parsed) { commands::AddBill(app, parsed.bill); },
      [](const Parsed& parsed) { return commands::Bill(parsed.bill.options, parsed.global); }},
@@ -261,6 +260,8 @@ constexpr CommandEntry kCommands[] = {
      [](const Parsed& parsed) { return commands::Check(parsed.check, parsed.global); }},
     {"backup", [](CLI::App& app, Parsed& parsed) { commands::AddBackup(app, parsed.backup); },
      [](const Parsed& parsed) { return commands::Backup(parsed.backup, parsed.global); }},
+    {"copy", [](CLI::App& app, Parsed& parsed) { commands::AddCopy(app, parsed.copy); },
+     [](const Parsed& parsed) { return commands::Copy(parsed.copy, parsed.global); }},
     {"stock", AddStock, [](const Parsed& parsed) { return commands::Stock(parsed.stock, parsed.global); }},
     {"report", [](CLI::App& app, Parsed& parsed) { commands::AddReport(app, parsed.report); },
      [](const Parsed& parsed) { return commands::Report(parsed.report.options, parsed.global); }},
@@ -307,16 +308,20 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,  &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
-          &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
-          &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
-          &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
-          &parsed.upgrade.book}) {
+         {&global.outputPath,   &parsed.master.book,        &parsed.import.book,  &parsed.import.table,
+          &parsed.import.path,  &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
+          &parsed.sql.text,     &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
+          &parsed.backup.book,  &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
+          &parsed.stock.book,   &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
+          &parsed.upgrade.book, &parsed.master.kind,        &parsed.master.which}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
-    parsed.create.sqlNames = parsed.dialect == "sql";
+    for (auto& word : parsed.master.values) commands::Unmark(word);
+    for (std::string* word : {&parsed.opening.book, &parsed.opening.path, &parsed.copy.book, &parsed.copy.copy}) {
+        commands::Unmark(*word);
+    }
+    commands::ReadNew(parsed.create);
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     if (command.get_name() == "bill") parsed.bill.options = commands::ReadBillWords(command, parsed.bill);
@@ -344,10 +349,10 @@ void CheckTarget(const Parsed& parsed) {
     if (target.empty()) return;
     const std::string* book = nullptr;
     for (const auto* each :
-         {&parsed.info.book, &parsed.bill.options.book, &parsed.stock.book, &parsed.report.options.book,
-          &parsed.operators.book, &parsed.log.book, &parsed.payroll.book, &parsed.import.book, &parsed.call.book,
-          &parsed.sql.book, &parsed.close.options.book, &parsed.create.book, &parsed.reopen.book, &parsed.check.book,
-          &parsed.backup.book, &parsed.upgrade.book}) {
+         {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
+          &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
+          &parsed.create.options.book, &parsed.opening.book, &parsed.copy.book, &parsed.reopen.book, &parsed.check.book,
+          &parsed.backup.book, &parsed.upgrade.book, &parsed.master.book, &parsed.bill.options.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {

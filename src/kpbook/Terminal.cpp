@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "kpTables/Convert.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 
@@ -28,11 +29,15 @@ std::optional<std::string> ReadLine(std::FILE* input) {
     return line;
 }
 
+std::optional<std::string> ReadReply(const std::string& question, std::FILE* input, std::FILE* output) {
+    std::fputs(question.c_str(), output);
+    std::fflush(output);
+    return ReadLine(input);
+}
+
 std::optional<MessageAnswer> ReadAnswer(const std::string& question, std::FILE* input, std::FILE* output) {
     for (;;) {
-        std::fputs((question + " [y/n] ").c_str(), output);
-        std::fflush(output);
-        const auto line = ReadLine(input);
+        const auto line = ReadReply(question + " [y/n] ", input, output);
         if (!line) return std::nullopt;
         if (*line == "y" || *line == "Y" || *line == "yes" || *line == "是") return MessageAnswer::Yes;
         if (*line == "n" || *line == "N" || *line == "no" || *line == "否") return MessageAnswer::No;
@@ -43,13 +48,30 @@ std::optional<MessageAnswer> ReadAnswer(const std::string& question, std::FILE* 
 
 bool ErrorIsTerminal() noexcept { return ::isatty(STDERR_FILENO) == 1; }
 
-std::optional<MessageAnswer> AskYesNo(const std::string& question) {
-    if (::isatty(STDIN_FILENO) != 1) return std::nullopt;
-    // Standard error may be redirected to a file; the question must reach the user.
+bool InputIsTerminal() noexcept { return ::isatty(STDIN_FILENO) == 1; }
+
+namespace {
+
+/// What read(question, input, output) gets from the user. Standard error may be redirected to a file; the question must
+/// reach the user.
+template <class Read>
+auto FromTerminal(const std::string& question, Read read) -> decltype(read(question, stdin, stderr)) {
+    if (!InputIsTerminal()) return std::nullopt;
     const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
-    if (!terminal) return ReadAnswer(question, stdin, stderr);
+    if (!terminal) return read(question, stdin, stderr);
     std::setbuf(terminal.get(), nullptr);
-    return ReadAnswer(question, terminal.get(), terminal.get());
+    return read(question, terminal.get(), terminal.get());
+}
+
+}  // namespace
+
+std::optional<MessageAnswer> AskYesNo(const std::string& question) { return FromTerminal(question, ReadAnswer); }
+
+std::optional<std::string> AskLine(const std::string& question) {
+    const auto line = FromTerminal(question, ReadReply);
+    ThrowIfInterrupted();
+    if (!line) return std::nullopt;
+    return std::string(Trim(*line));
 }
 
 namespace {

@@ -11,6 +11,12 @@ namespace kpTables::kpbook {
 /// Whether standard error is a terminal.
 bool ErrorIsTerminal() noexcept;
 
+/// Whether standard input is a terminal: somebody can be asked.
+bool InputIsTerminal() noexcept;
+
+/// Asks for a line of text; without blanks at its ends. Returns nothing when standard input is not a terminal or ends.
+std::optional<std::string> AskLine(const std::string& question);
+
 /// Asks a question until y or n is typed. Returns nothing when standard input is not a terminal or ends.
 std::optional<MessageAnswer> AskYesNo(const std::string& question);
 

@@ -17,6 +17,21 @@ struct NewOptions {
     std::string book;
     bool bare = false;      ///< the tables only
     bool sqlNames = false;  ///< the table Header has SQL Server's column names
+    std::string company;    ///< empty: a book without a firm, unless somebody at a terminal names one
+    std::optional<std::int16_t> year;
+    std::optional<std::int16_t> month;
+    std::vector<std::string> warehouses;
+    std::string from;  ///< the book of the year before; empty: none
+};
+
+struct OpeningOptions {
+    std::string book;
+    std::string path;  ///< "-" is standard input
+};
+
+struct CopyOptions {
+    std::string book;
+    std::string copy;
 };
 
 struct UpgradeOptions {
@@ -68,6 +83,14 @@ struct ReportOptions {
     const ReportKind* kind = nullptr;  ///< null: list the reports
     std::string book;
     ReportFilters filters;
+};
+
+/// Of add, edit, remove and list.
+struct MasterOptions {
+    std::string book;
+    std::string kind;                 ///< a word for the kind
+    std::string which;                ///< the row
+    std::vector<std::string> values;  ///< COLUMN=VALUE
 };
 
 struct OperatorsOptions {
