@@ -17,14 +17,17 @@ constexpr const char* kOrdinaryInvoice = "普通发票";
 constexpr const char* kVatInvoice = "增值税发票";
 constexpr std::size_t kLongestText = 255;
 
-/// The year of a book's balance rows or, where it has none, of its bills; 0 without either.
-std::int32_t YearOf(Connection& book) {
+/// The year of a book's balance rows, else of its bills, else of its date; 0 where it has none of them. The date is not
+/// asked of the component, which would set one.
+std::int32_t BookYear(Connection& book) {
     std::int32_t year = NumberOf(book, "Select Max(年份) As y From 仓库余额表");
     for (const BillKind& kind : kBillKinds) {
         if (year > 0) return year;
         year = NumberOf(book, "Select Max(年份) As y From " + kind.Headers());
     }
-    return year;
+    if (year > 0) return year;
+    const auto rows = book.Execute("Select Discription From 系统选项 Where Item='当前日期'");
+    return !rows->Eof() && IsDate(rows->GetValue(0)) ? CDate(rows->GetValue(0)).Year() : 0;
 }
 
 /// Whether a table has a row with an id; 0 is none and always fine.
@@ -70,7 +73,7 @@ void CheckRate(double rate) {
 }  // namespace
 
 BillResolver::BillResolver(const ConnectionPtr& book, const EntryOptions& options)
-    : book_(book), returns_(options.returns), closed_(*book), year_(YearOf(*book)) {
+    : book_(book), returns_(options.returns), closed_(*book), year_(BookYear(*book)) {
     tables_.Cnn(book);
 }
 
