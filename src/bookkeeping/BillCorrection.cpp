@@ -4,6 +4,7 @@
 
 #include "bookkeeping/BillResolver.h"
 #include "bookkeeping/BillRows.h"
+#include "bookkeeping/CheckedTables.h"
 #include "bookkeeping/Refusal.h"
 #include "bookkeeping/StockMoves.h"
 #include "kpTables/CTables.h"
@@ -187,13 +188,13 @@ Corrected AuditBill(const ConnectionPtr& book, BillFamily family, std::int32_t i
     if (family == BillFamily::Cost) RefuseWith("cost bills have no auditor");
     if (auditor.empty()) RefuseWith("the auditor's name is empty");
     Transaction transaction(*book);
-    CTables tables;
-    tables.Cnn(book);
+    CheckedTables checked(book);
     BillPair pair = ReadPair(book, family, id);
     const auto stamp = [&](const StoredBill& bill) {
         if (!bill.auditor.empty()) RefuseToChange(bill, "it is audited by " + bill.auditor + " already");
-        if (tables.BillAdulting(SelectorOf(bill.family), bill.id, Quoted(auditor), Variant(date))) return;
-        RefuseWith("the audit of " + NameOfBill(bill) + " could not be written");
+        checked.Do("the audit is not written", [&](CTables& tables) {
+            return tables.BillAdulting(SelectorOf(bill.family), bill.id, Quoted(auditor), Variant(date));
+        });
     };
     stamp(pair.bill);
     if (pair.other) stamp(*pair.other);

@@ -1,9 +1,9 @@
 #include "kpTables/bookkeeping/BillNumbers.h"
 
 #include "bookkeeping/BillRows.h"
+#include "bookkeeping/CheckedTables.h"
 #include "bookkeeping/Query.h"
 #include "bookkeeping/Refusal.h"
-#include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
 
@@ -98,15 +98,16 @@ bool IsNumberTaken(Connection& book, const StoredBill& bill, std::int32_t except
 }
 
 std::string NextBillNumber(const ConnectionPtr& book, const StoredBill& bill) {
-    CTables tables;
-    tables.Cnn(book);
-    std::string pattern = tables.Get_Option(kNumberPatternOption);
+    CheckedTables checked(book);
+    std::string pattern = checked.Ask([](CTables& tables) { return tables.Get_Option(kNumberPatternOption); });
     if (pattern.empty()) pattern = kNumberPattern;
     CheckNumberPattern(pattern);
     const std::int32_t warehouse = HasPlace(pattern, "仓库") ? bill.warehouse : 0;
     const auto month = static_cast<std::int16_t>(bill.date->Month());
     StoredBill numbered = bill;
-    std::int32_t count = tables.Get_BillNum(warehouse, month, Quoted(bill.type), SelectorOf(bill.family));
+    std::int32_t count = checked.Ask([&](CTables& tables) {
+        return tables.Get_BillNum(warehouse, month, Quoted(bill.type), SelectorOf(bill.family));
+    });
     do {
         numbered.number = NumberBy(pattern, bill, ++count);
     } while (IsNumberTaken(*book, numbered));

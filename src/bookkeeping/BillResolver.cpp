@@ -73,9 +73,7 @@ void CheckRate(double rate) {
 }  // namespace
 
 BillResolver::BillResolver(const ConnectionPtr& book, const EntryOptions& options)
-    : book_(book), returns_(options.returns), closed_(*book), year_(BookYear(*book)) {
-    tables_.Cnn(book);
-}
+    : book_(book), tables_(book), returns_(options.returns), closed_(*book), year_(BookYear(*book)) {}
 
 std::string BillResolver::RefusalOfMonth(std::int32_t warehouse, std::int32_t month) const {
     return closed_.IsClosed(warehouse, month) && month > 0 ? "month " + std::to_string(month) + " is closed" : "";
@@ -90,17 +88,21 @@ std::string BillResolver::RefusalOfDay(std::int32_t warehouse, Date date) const 
 
 std::string BillResolver::WarehouseName(std::int32_t id) {
     auto [found, isNew] = warehouses_.try_emplace(id);
-    if (isNew) found->second = tables_.Get仓库名称(id);
+    if (isNew) found->second = tables_.Ask([id](CTables& tables) { return tables.Get仓库名称(id); });
     return found->second.empty() ? "warehouse " + std::to_string(id) : found->second;
+}
+
+Variant BillResolver::ProductValue(std::int32_t id, const std::string& column) {
+    return tables_.Ask([&](CTables& tables) { return tables.Get商品资料(id, column); });
 }
 
 const BillResolver::Product& BillResolver::ProductOf(std::int32_t id) {
     auto [found, isNew] = products_.try_emplace(id);
     Product& product = found->second;
     if (!isNew) return product;
-    product.isKnown = tables_.Get商品资料(id, "ID").Type() != VarType::String;
-    const auto number = Text(tables_.Get商品资料(id, "商品编号"));
-    const auto name = Text(tables_.Get商品资料(id, "商品名称"));
+    product.isKnown = ProductValue(id, "ID").Type() != VarType::String;
+    const auto number = Text(ProductValue(id, "商品编号"));
+    const auto name = Text(ProductValue(id, "商品名称"));
     product.name = number + (number.empty() || name.empty() ? "" : " ") + name;
     if (product.name.empty()) product.name = std::to_string(id);
     return product;
@@ -112,7 +114,7 @@ double BillResolver::ProductFigure(std::int32_t id, const std::string& column) {
     ProductOf(id);
     auto& figures = products_[id].figures;
     const auto [found, isNew] = figures.try_emplace(column, 0);
-    if (isNew) found->second = CDbl(tables_.Get商品资料(id, column));
+    if (isNew) found->second = CDbl(ProductValue(id, column));
     return found->second;
 }
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "kpTables/CTables.h"
+#include "bookkeeping/CheckedTables.h"
 #include "kpTables/bookkeeping/BillEntry.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
 
@@ -39,6 +39,7 @@ private:
         std::map<std::string, double> figures;
     };
 
+    Variant ProductValue(std::int32_t id, const std::string& column);
     const Product& ProductOf(std::int32_t id);
     double ProductFigure(std::int32_t id, const std::string& column);
     void CheckHeader(const NewBill& bill, std::vector<BillFault>& faults);
@@ -50,7 +51,7 @@ private:
     double RateOf(const NewBill& bill, const NewBillLine& line, const std::string& type);
 
     ConnectionPtr book_;
-    CTables tables_;
+    CheckedTables tables_;
     bool returns_;
     ClosedMonths closed_;
     std::int32_t year_;  ///< the book's; 0: not known yet

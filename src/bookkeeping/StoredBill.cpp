@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "bookkeeping/BillRows.h"
+#include "bookkeeping/CheckedTables.h"
 #include "bookkeeping/Query.h"
 #include "bookkeeping/Refusal.h"
-#include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
 
@@ -159,9 +159,9 @@ std::int32_t CounterpartOf(const ConnectionPtr& book, const StoredBill& bill) {
         RefuseWith("the other half of the transfer " + bill.number + " may be any of " + std::to_string(halves) +
                    " bills of month " + std::to_string(bill.month) + ": give them different numbers first");
     }
-    CTables tables;
-    tables.Cnn(book);
-    return halves == 0 ? 0 : tables.GetShiftID(bill.id, SelectorOf(bill.family));
+    if (halves == 0) return 0;
+    return CheckedTables(book).Ask(
+        [&](CTables& tables) { return tables.GetShiftID(bill.id, SelectorOf(bill.family)); });
 }
 
 BillTotals TotalsOf(const StoredBill& bill) {
