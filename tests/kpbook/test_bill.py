@@ -166,6 +166,8 @@ class AddTest(BillCase):
         self.assertIn("出库处理", self.refused("out", "--operator", "李明", "--line", "商品=1,数量=1,单价=1"))
         done = self.bill("remove", self.book, "in", "1", "--operator", "李明", code=1)
         self.assertIn("单据删除", done.stderr)
+        self.bill("show", self.book, "in", "1", "--operator", "李明")
+        self.assertIn("报表打印", self.bill("show", self.book, "out", "1", "--operator", "李明", code=1).stderr)
 
     def test_terminal(self):
         stdin, terminal = pty.openpty()
@@ -251,6 +253,10 @@ class CorrectionTest(BillCase):
         done = self.bill("edit", self.book, "in", "DB1-01-0001", "--line", "商品=1,数量=3,单价=400")
         self.assertEqual(done.stderr, "DB1-01-0001 (id 2) and its other half (id 1): changed\n")
         self.assertEqual(self.rows("Select 数量 From 出库记录"), [[3.0]])
+        self.bill("edit", self.book, "in", "1", "说明=自提", "类型=赊购", "单位=1")
+        self.assertEqual(self.rows("Select 日子,ksID,单据类型,类型,说明 From 入库目录 Where BillID=1"), [[10, 1, "入库单", "赊购", "自提"]])
+        self.assertIn("数量=3", self.bill("edit", self.book, "in", "1", "数量=3", code=2).stderr)
+        self.assertIn("no date", self.bill("edit", self.book, "in", "1", "日期=2026-2-30", code=2).stderr)
         self.bill("edit", self.book, "in", "RK1-01-0001", code=2)
         self.assertIn("no inbound bill 99", self.bill("edit", self.book, "in", "99", "--remarks", "x", code=1).stderr)
         self.assertIn("'x' is no number",
@@ -274,13 +280,15 @@ class CorrectionTest(BillCase):
 
     def test_audit(self):
         self.assertEqual(self.bill("audit", self.book, "in", "1", "--auditor", "O'Hara", "--date", "2026-1-31").stderr,
-                         "RK1-01-0001 (id 1): audited\n")
+                         "RK1-01-0001 (id 1): audited by O'Hara\n")
         self.assertEqual(self.rows("Select 审核员,审核日期 From 入库目录 Where BillID=1"), [["O'Hara", "2026-01-31"]])
         for action in (["remove"], ["edit", "--remarks", "x"], ["audit", "--auditor", "x"]):
             done = self.bill(action[0], self.book, "in", "1", *action[1:], code=1)
             self.assertIn("it is audited by O'Hara", done.stderr)
         self.bill("audit", self.book, "in", "1", "--undo")
-        self.bill("audit", self.book, "in", "1", code=2)
+        self.call("Update_AccInfo", "财务主管", "王芳")
+        self.assertIn("audited by 王芳", self.bill("audit", self.book, "in", "1").stderr)
+        self.bill("audit", self.book, "in", "1", "--undo")
         self.add("cost", *self.line, "商品=1,数量=2,金额=801")
         self.assertIn("no auditor", self.bill("audit", self.book, "cost", "1", "--auditor", "x", code=1).stderr)
         self.bill("remove", self.book, "in", "1", "--allow-negative")

@@ -101,6 +101,17 @@ void RequireEntry(const Workspace& workspace, EntryKind kind) {
     if (kind != EntryKind::Inbound) workspace.Require(rights::kOutbound);
 }
 
+void RequireReading(const Workspace& workspace, EntryKind kind) {
+    namespace rights = bookkeeping::rights;
+    const char* const entry = kind == EntryKind::Inbound ? rights::kInbound
+                              : kind == EntryKind::Cost  ? rights::kCost
+                                                         : rights::kOutbound;
+    for (const char* right : {entry, rights::kAudit, rights::kDeleteBills}) {
+        if (workspace.acting && workspace.acting->Has(right)) return;
+    }
+    workspace.Require(rights::kReports);
+}
+
 bookkeeping::EntryOptions EntryOptionsOf(const BillOptions& options, Date today) {
     return {today, options.allowNegative, options.red};
 }

@@ -48,6 +48,8 @@ bookkeeping::BillFamily FamilyOf(bookkeeping::EntryKind kind) noexcept;
 std::int32_t BillMeant(Workspace& workspace, const BillOptions& options);
 /// Refuses what the operator has no right to enter.
 void RequireEntry(const Workspace& workspace, bookkeeping::EntryKind kind);
+/// Refuses to show a bill to an operator who may neither enter, audit nor remove such a bill nor print reports.
+void RequireReading(const Workspace& workspace, bookkeeping::EntryKind kind);
 bookkeeping::EntryOptions EntryOptionsOf(const BillOptions& options, Date today);
 bookkeeping::SheetOptions SheetOptionsOf(const Workspace& workspace, const BillOptions& options, Date today);
 /// The rows of --line.

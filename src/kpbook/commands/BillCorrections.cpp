@@ -1,11 +1,16 @@
+#include <pwd.h>
+#include <unistd.h>
+
 #include <cstdio>
 
+#include "kpTables/Convert.h"
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/BillCorrection.h"
 #include "kpTables/bookkeeping/Masters.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/commands/BillCommand.h"
+#include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/input/BillFile.h"
 
 namespace kpTables::kpbook::commands {
@@ -35,8 +40,8 @@ bookkeeping::BillChanges ChangesOf(Workspace& workspace, const BillOptions& opti
         return text->empty() ? 0 : bookkeeping::MasterId(workspace.connection, kind, *text);
     };
     if (const auto* date = given("日期")) {
-        const auto iso = Date::ParseIso(*date);
-        changes.date = iso ? iso : Date::Parse(*date);
+        changes.date = DateOf(*date);
+        if (!changes.date) throw UsageError("'" + *date + "' is no date");
     }
     changes.warehouse = id("仓库", MasterKind::Warehouse);
     changes.partner = id("单位", options.kind == EntryKind::Inbound ? MasterKind::Supplier : MasterKind::Customer);
@@ -53,14 +58,24 @@ bookkeeping::BillChanges ChangesOf(Workspace& workspace, const BillOptions& opti
     return changes;
 }
 
-void Tell(const Corrected& corrected, const char* what) {
+/// Who was named, else the operator, the firm's 财务主管, or the user of this system.
+std::string AuditorFor(Workspace& workspace, const BillOptions& options) {
+    if (options.auditor) return *options.auditor;
+    if (workspace.acting) return workspace.acting->Name();
+    const std::string accountant(Trim(Text(workspace.tables.Get_AccInfo("财务主管"))));
+    if (!accountant.empty()) return accountant;
+    const passwd* const user = ::getpwuid(::geteuid());
+    return user ? user->pw_name : "";
+}
+
+void Tell(const Corrected& corrected, const std::string& what) {
     std::fprintf(stderr, "%s%s: %s\n", BillLabel(corrected.bill).c_str(), OtherHalf(corrected.counterpart).c_str(),
-                 what);
+                 what.c_str());
 }
 
 /// Runs a correction with its line in the log, in one transaction.
 template <class Action>
-int Correct(Workspace& workspace, const char* what, const std::string& logged, Action action) {
+int Correct(Workspace& workspace, const std::string& what, const std::string& logged, Action action) {
     try {
         Transaction transaction(*workspace.connection);
         const Corrected corrected = action();
@@ -112,11 +127,9 @@ int AuditBill(const BillOptions& options, const GlobalOptions& global) {
             return bookkeeping::UndoAudit(workspace.connection, family, BillMeant(workspace, options));
         });
     }
-    const std::string auditor = options.auditor    ? *options.auditor
-                                : workspace.acting ? workspace.acting->Name()
-                                                   : std::string();
+    const std::string auditor = AuditorFor(workspace, options);
     if (auditor.empty()) throw UsageError("bill audit needs the auditor: --auditor NAME, or --operator NAME");
-    return Correct(workspace, "audited", "审核", [&] {
+    return Correct(workspace, "audited by " + auditor, "审核", [&] {
         return bookkeeping::AuditBill(workspace.connection, family, BillMeant(workspace, options), auditor,
                                       options.date.value_or(host->Today()));
     });

@@ -27,6 +27,11 @@ constexpr HeaderWord kHeaderWords[] = {
 
 constexpr const char* kBillTypes[] = {"入库单", "出库单", "普通发票", "增值税发票"};
 
+/// The column that a type belongs to: the kinds of bills have their own.
+const char* TypeColumnOf(const std::string& type) {
+    return std::ranges::find(kBillTypes, type) != std::end(kBillTypes) ? "单据类型" : "类型";
+}
+
 CLI::App* AddAction(CLI::App& bill, const std::string& name, const std::string& what, const std::string& footer,
                     BillWords& words, bool withTransfers) {
     auto* action = AddCommand(bill, name, what, footer);
@@ -96,11 +101,14 @@ void AddEdit(CLI::App& bill, BillWords& words) {
         bill, "edit", "Change a bill that is not audited, in an open month",
         "Only what is given changes. Lines are replaced together, by those of --line or of a file. Both halves of a\n"
         "transfer keep the same date, number, remarks and lines.\n\n"
-        "Examples:\n  kpbook bill edit shop.kpbook in RK1-01-0003 --partner 杭州宏图\n"
+        "Examples:\n  kpbook bill edit shop.kpbook in RK1-01-0003 单位=杭州宏图 说明=自提\n"
         "  kpbook bill edit shop.kpbook out CK1-01-0001 --line 商品=01001,数量=4,单价=420\n"
         "  kpbook bill edit shop.kpbook in id:17 --lines lines.csv --gross",
         words, false);
     AddWhich(*action, words);
+    action->add_option("CHANGES", words.changes, "Fields as COLUMN=VALUE, such as 说明=自提")
+        ->check(kUtf8)
+        ->type_name("");
     AddHeaderOptions(*action, words);
     AddLineOptions(*action, words);
     action->add_option("--lines", words.options.file, "The file with the new lines, - for standard input")
@@ -128,7 +136,9 @@ void AddAudit(CLI::App& bill, BillWords& words) {
                              "  kpbook bill audit shop.kpbook in RK1-01-0003 --undo",
                              words, false);
     AddWhich(*action, words);
-    auto* auditor = action->add_option("--auditor", words.options.auditor, "Who audits; default: the operator")
+    auto* auditor = action
+                        ->add_option("--auditor", words.options.auditor,
+                                     "Who audits; default: the operator, the book's 财务主管, or the user")
                         ->check(kUtf8)
                         ->type_name("NAME");
     auto* date = action->add_option("--date", words.auditDate, "The date of the audit; default: today")
@@ -167,6 +177,24 @@ bool IsGiven(const CLI::App& action, const char* option) {
     return found && found->count() > 0;
 }
 
+/// Takes "说明=自提" as --remarks 自提 is taken.
+void AddChange(BillOptions& options, std::string& change) {
+    Unmark(change);
+    const auto equals = change.find('=');
+    const std::string column = change.substr(0, equals);
+    const bool isHeader = column == "单据类型" || std::ranges::any_of(kHeaderWords, [&](const HeaderWord& word) {
+                              return column == word.column && column != "调入仓库";
+                          });
+    if (equals == std::string::npos || !isHeader) {
+        throw CLI::ValidationError(
+            "'" + change +
+            "' is no change: COLUMN=VALUE with 日期, 仓库, 单位, 项目, 类型, 单据类型, 单据编号 or "
+            "说明; lines are replaced by --line or --lines");
+    }
+    const std::string text = change.substr(equals + 1);
+    options.header[column == "类型" ? TypeColumnOf(text) : column] = text;
+}
+
 }  // namespace
 
 void AddBill(CLI::App& app, BillWords& words) {
@@ -198,10 +226,11 @@ BillOptions ReadBillWords(const CLI::App& command, BillWords words) {
         std::string column = word.column;
         if (isTransfer && column == "仓库") column = "调出仓库";
         if (!isTransfer && column == "调入仓库") throw CLI::ValidationError("--to-warehouse is for transfers");
-        if (column == "类型" && std::ranges::find(kBillTypes, text) != std::end(kBillTypes)) column = "单据类型";
+        if (column == "类型") column = TypeColumnOf(text);
         options.header[column] = text;
     }
     for (std::string& line : options.lines) Unmark(line);
+    for (std::string& change : words.changes) AddChange(options, change);
     if (options.action == "add" && !options.file.empty() && !options.lines.empty()) {
         throw CLI::ValidationError("a FILE and --line do not go together");
     }

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "kpbook/commands/BillCommand.h"
 #include "kpbook/commands/CommandSyntax.h"
@@ -13,6 +14,7 @@ namespace kpTables::kpbook::commands {
 struct BillWords {
     std::string kind;
     std::string auditDate;
+    std::vector<std::string> changes;           ///< COLUMN=VALUE
     std::map<std::string, std::string> header;  ///< by column; options that were not given stay ""
     BillOptions options;
 };

@@ -215,6 +215,7 @@ output::BillPage PageOf(const NamedBill& named, const std::string& company) {
 
 int ShowBill(const BillOptions& options, const GlobalOptions& global) {
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
+    RequireReading(workspace, options.kind);
     const NamedBill named = ReadNamed(workspace, options);
     const bool isText = global.format == OutputFormat::Table || global.format == OutputFormat::Markdown;
     output::WriteSections({{"单据", HeaderRows(named, !isText)}, {"明细", LineRows(named)}}, global);
@@ -223,6 +224,7 @@ int ShowBill(const BillOptions& options, const GlobalOptions& global) {
 
 int PrintBill(const BillOptions& options, const GlobalOptions& global) {
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
+    RequireReading(workspace, options.kind);
     const NamedBill named = ReadNamed(workspace, options);
     const std::string html =
         output::BillHtml(PageOf(named, std::string(Trim(Text(workspace.tables.Get_AccInfo("单位名称"))))));
