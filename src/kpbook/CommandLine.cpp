@@ -12,6 +12,7 @@
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
 #include "kpbook/batch/BatchCommand.h"
+#include "kpbook/commands/BillSyntax.h"
 #include "kpbook/commands/CloseSyntax.h"
 #include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
@@ -42,6 +43,7 @@ struct Parsed {
     commands::LogOptions log;
     commands::PayrollOptions payroll;
     commands::ImportOptions import;
+    commands::BillWords bill;
     commands::CallOptions call;
     commands::SqlOptions sql;
     commands::CloseWords close;
@@ -233,6 +235,8 @@ constexpr CommandEntry kCommands[] = {
     {"list", [](CLI::App& app, Parsed& parsed) { commands::AddMasterList(app, parsed.master); },
      [](const Parsed& parsed) { return commands::ListMasterRows(parsed.master, parsed.global); }},
     {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
+    {"bill", [](CLI::App& app, Parsed& parsed) { commands::AddBill(app, parsed.bill); },
+     [](const Parsed& parsed) { return commands::Bill(parsed.bill.options, parsed.global); }},
     {"call", AddCall, RunCall},
     {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
     {"close", [](CLI::App& app, Parsed& parsed) { commands::AddClose(app, parsed.close); },
@@ -307,6 +311,7 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     commands::ReadNew(parsed.create);
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
+    if (command.get_name() == "bill") parsed.bill.options = commands::ReadBillWords(command, parsed.bill);
     commands::Unmark(parsed.operators.name);
     commands::Unmark(global.operatorName);
     for (auto& word : parsed.operators.words) commands::Unmark(word);
@@ -335,7 +340,7 @@ void CheckTarget(const Parsed& parsed) {
          {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
           &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
           &parsed.create.options.book, &parsed.opening.book, &parsed.copy.book, &parsed.reopen.book, &parsed.check.book,
-          &parsed.backup.book, &parsed.upgrade.book, &parsed.master.book}) {
+          &parsed.backup.book, &parsed.upgrade.book, &parsed.master.book, &parsed.bill.options.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {

@@ -58,6 +58,7 @@ LIBRARIES = {
     "fcntl.h": ["src/kpbook", "src/engines/sqlite"],
     "sys/": ["src/kpbook", "src/engines/sqlite"],
     "poll.h": ["src/kpbook"],
+    "pwd.h": ["src/kpbook"],
     "sys/stat.h": ["src/kpbook"],
     "termios.h": ["src/kpbook"],
     "unistd.h": ["src/kpbook", "src/engines/sqlite"],

@@ -51,6 +51,11 @@ const Words kNewFirm = {"new", "n.kpbook", "--company", "甲", "--year", "2004",
 const std::string kOpeningRows =
     "仓库,商品编号,数量,金额\n仓库名称2,商品编号1,3,4.5\n仓库名称1,商品编号2,0.1,7\n仓库名称2,商品编号7,2,1\n";
 
+const std::string kBillRows =
+    "单据,日期,调出仓库,调入仓库,商品编号,数量,单价\nA,2004-3-9,2,1,1,1,2\nA,,,,2,1,2\nB,2004-3-10,2,1,1,2,2\n";
+
+const Words kTransfer = {"bill", "add", "b.kpbook", "transfer", "t.csv", "--allow-negative", "--today", "2004-3-9"};
+
 /// A book whose year is closed.
 FolderPtr ClosedYear(const FolderPtr& book) {
     Words words = kClose;
@@ -79,6 +84,11 @@ std::vector<Workload> Commands(bool large) {
          With(book, "p.csv", ProductRows(large ? 2000 : 20)),
          {"import", "b.kpbook", "商品设置", "p.csv"}},
         {"opening", Promise::AllOrNothing, With(book, "o.csv", kOpeningRows), {"opening", "b.kpbook", "o.csv"}},
+        {"bills", Promise::AllOrNothing, With(book, "t.csv", kBillRows), kTransfer},
+        {"bill-remove",
+         Promise::AllOrNothing,
+         After(With(book, "t.csv", kBillRows), kTransfer),
+         {"bill", "remove", "b.kpbook", "out", "DB2-03-0001", "--allow-negative"}},
         {"transacted", Promise::AllOrNothing, book, {"call", "b.kpbook", "--transaction", "Del_单据", "5", "入库"}},
         {"entry", Promise::EachLine, book, kBatch, Entries(100, large ? 160 : 104)},
         {"transaction", Promise::Transaction, book, kBatch,
