@@ -58,8 +58,8 @@ constexpr std::int64_t kMostMegabytes = std::numeric_limits<std::int64_t>::max()
 
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
-    app.add_option("-O,--output-format", parsed.format, "The output format: table, csv, json, markdown or xlsx")
-        ->check(CLI::IsMember({"table", "csv", "json", "markdown", "xlsx"}))
+    app.add_option("-O,--output-format", parsed.format, "The output format: table, csv, json, markdown, html or xlsx")
+        ->check(CLI::IsMember({"table", "csv", "json", "markdown", "html", "xlsx"}))
         ->type_name("FORMAT");
     app.add_option("-o,--output", global.outputPath, "Write results to a file (xlsx needs one)")->type_name("FILE");
     app.add_flag("--trace", global.trace, "Show every statement on standard error as it is sent");
@@ -280,6 +280,7 @@ OutputFormat FormatOf(const std::string& name) {
     if (name == "csv") return OutputFormat::Csv;
     if (name == "json") return OutputFormat::Json;
     if (name == "markdown") return OutputFormat::Markdown;
+    if (name == "html") return OutputFormat::Html;
     if (name == "xlsx") return OutputFormat::Xlsx;
     return OutputFormat::Table;
 }
