@@ -30,6 +30,7 @@ struct Parsed {
     commands::NewOptions create;
     commands::InfoOptions info;
     commands::StockOptions stock;
+    commands::FigureWords figures;
     commands::ReportWords report;
     commands::OperatorsOptions operators;
     commands::LogOptions log;
@@ -112,17 +113,21 @@ void AddStock(CLI::App& app, Parsed& parsed) {
         "Opening, inbound, outbound and closing stock, from the balance rows and bills as they are now, without a\n"
         "closing. The book is not changed.\n\n"
         "Examples:\n  kpbook stock shop.kpbook --month 3\n"
-        "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost");
+        "  kpbook stock shop.kpbook --month 3 --warehouse 中心仓库 --product 01001 --cost");
     commands::AddBook(*command, parsed.stock.book);
     command->add_option("--month", parsed.stock.month, "The month, 1 to 12")
         ->required()
         ->check(CLI::Range(1, commands::kLastMonth))
         ->type_name("M");
-    command->add_option("--warehouse", parsed.stock.warehouse, "The warehouse's dpID; default: all of them together")
+    command
+        ->add_option("--warehouse", parsed.stock.warehouseText,
+                     "The warehouse's name or dpID; default: all of them together")
+        ->check(commands::kUtf8)
         ->type_name("D");
-    command->add_option("--product", parsed.stock.product, "The product's pdID; default: all that have figures")
+    command->add_option("--product", parsed.stock.productText, "The product's number, name or pdID; default: all")
+        ->check(commands::kUtf8)
         ->type_name("P");
-    command->add_flag("--cost", parsed.stock.costUsed, "Take outbound amounts from the cost bills");
+    commands::AddFigures(*command, parsed.figures);
 }
 
 void AddOperators(CLI::App& app, Parsed& parsed) {
@@ -148,6 +153,7 @@ void AddLog(CLI::App& app, Parsed& parsed) {
     command->add_option("--limit", parsed.log.limit, "The largest number of entries; default: all")
         ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
         ->type_name("N");
+    commands::AddColumns(*command, parsed.log.showing);
 }
 
 void AddPayroll(CLI::App& app, Parsed& parsed) {
@@ -167,6 +173,7 @@ void AddPayroll(CLI::App& app, Parsed& parsed) {
         ->check(CLI::Range(1, commands::kLastMonth))
         ->excludes(month)
         ->type_name("M");
+    commands::AddColumns(*command, parsed.payroll.showing);
 }
 
 void AddImport(CLI::App& app, Parsed& parsed) {
@@ -298,18 +305,19 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,  &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
-          &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
-          &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
-          &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
-          &parsed.upgrade.book}) {
+         {&global.outputPath,  &parsed.create.book,         &parsed.import.book,       &parsed.import.table,
+          &parsed.import.path, &parsed.call.book,           &parsed.call.method,       &parsed.sql.book,
+          &parsed.sql.text,    &parsed.close.options.book,  &parsed.reopen.book,       &parsed.check.book,
+          &parsed.backup.book, &parsed.backup.path,         &parsed.methods.name,      &parsed.info.book,
+          &parsed.stock.book,  &parsed.stock.warehouseText, &parsed.stock.productText, &parsed.operators.book,
+          &parsed.log.book,    &parsed.payroll.book,        &parsed.upgrade.book}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
     parsed.create.sqlNames = parsed.dialect == "sql";
     const CLI::App& command = *app.get_subcommands().front();
-    if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
+    if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report, global);
+    if (command.get_name() == "stock") parsed.stock.showing = commands::ReadFigures(parsed.figures, global.format);
     commands::Unmark(parsed.operators.name);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() != "call") return;

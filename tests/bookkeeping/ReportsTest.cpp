@@ -10,6 +10,7 @@
 #include "kpTables/bookkeeping/ReportBalance.h"
 #include "kpTables/bookkeeping/ReportDays.h"
 #include "kpTables/bookkeeping/ReportMonths.h"
+#include "kpTables/bookkeeping/ReportStock.h"
 #include "kpTables/bookkeeping/ReportValuation.h"
 
 namespace kpTables::bookkeeping {
@@ -161,6 +162,36 @@ TEST_F(Reports, BalanceWithoutRowsHasColumns) {
     const auto rows = BalanceAt(tables_, 0, month, Valuation::OutboundBills);
     EXPECT_TRUE(rows->Eof());
     EXPECT_EQ(rows->FieldAt(0).name, "pdID");
+}
+
+TEST_F(Reports, StockOfOneProductEqualsThatOfAll) {
+    const auto watched = std::make_shared<WatchedConnection>(book_, [] { return 0; });
+    tables_.Cnn(watched);
+    for (const auto valuation : {Valuation::OutboundBills, Valuation::CostBills}) {
+        const StockScope scope{1, 1, valuation};
+        const auto all = StockByProduct(*book_, scope);
+        ASSERT_EQ(all.size(), 2U);
+        const auto one = StockOf(tables_, *watched, scope, 1);
+        const bool atCost = valuation == Valuation::CostBills;
+        EXPECT_EQ(one.Quantity(), 11);
+        EXPECT_EQ(one.Amount().ToText(), atCost ? "60.5" : "48");
+        EXPECT_EQ(one.Amount(), all.at(1).Amount());
+        EXPECT_EQ(one.Price(), all.at(1).Price());
+    }
+}
+
+TEST_F(Reports, StockValuesByWarehouseAndMonth) {
+    const auto lines = [&](Valuation valuation) {
+        Lines values;
+        for (const auto& value : StockValues(*book_, valuation)) {
+            values.push_back(Text(value.warehouse) + " " + Text(value.month) + " " + value.amount.ToText());
+        }
+        return values;
+    };
+    EXPECT_EQ(lines(Valuation::OutboundBills), (Lines{"1 1 73", "2 1 15"}));
+    EXPECT_EQ(lines(Valuation::CostBills), (Lines{"1 1 85.5", "2 1 15"}));
+    Close(1, 1, true);
+    EXPECT_EQ(lines(Valuation::CostBills), (Lines{"1 1 85.5", "1 2 85.5", "2 1 15"}));
 }
 
 }  // namespace
