@@ -27,7 +27,10 @@ Currency AmountOfBills(Connection& book, const BillKind& kind, const std::string
 }  // namespace
 
 std::optional<Valuation> ValuationSetting(CTables& tables) {
-    const std::string setting = tables.Get_Option(kValuationSetting);
+    // Get_Option answers with an empty text after an error, which must not look like a missing setting.
+    const auto rows =
+        tables.Cnn()->Execute("Select Discription From 系统选项 Where Item='" + std::string(kValuationSetting) + "'");
+    const std::string setting(rows->Eof() ? "" : Trim(Text(rows->GetValue(0))));
     if (setting.empty()) return std::nullopt;
     if (setting == "成本") return Valuation::CostBills;
     if (setting == "出库") return Valuation::OutboundBills;

@@ -182,6 +182,14 @@ class ValuationTest(KpbookCase):
         self.assertEqual(self.closing_stocks("--cost"), [at_cost] * 3)
         self.call("Update_Option", "出库计价", "成本")
         self.assertEqual(self.closing_stocks(), [at_cost] * 3)
+
+        def stored():
+            return sum(Decimal(row[0]) for row in self.rows("Select 本期库存金额 From 仓库余额表 Where 月份=1"))
+        self.assertEqual(stored(), at_sale)
+        self.close("--again")
+        self.assertEqual(stored(), at_cost, "a closing goes by the setting")
+        self.close("--again", "--no-cost")
+        self.assertEqual(stored(), at_sale)
         for command in (("report", "daily"), ("report", "balance"), ("stock",)):
             heading = self.run_kpbook(*command, self.book, "--month", 1).stdout.splitlines()[0]
             self.assertTrue(heading.endswith("  2004年1月  全部仓库  出库按成本单计价"), heading)

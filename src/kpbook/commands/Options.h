@@ -129,6 +129,7 @@ struct CloseOptions {
     std::int16_t month = 0;
     std::optional<std::int32_t> warehouse;  ///< empty: all of them
     bool costUsed = false;
+    bool costUnused = false;  ///< also where the book's setting says otherwise
     std::optional<Date> date;
     bool again = false;        ///< close a month that is closed already
     std::int16_t through = 0;  ///< close the months up to this one too
