@@ -37,6 +37,7 @@ struct Parsed {
     commands::CopyOptions copy;
     commands::InfoOptions info;
     commands::StockOptions stock;
+    commands::FigureWords figures;
     commands::ReportWords report;
     commands::MasterOptions master;
     commands::OperatorsOptions operators;
@@ -66,8 +67,8 @@ constexpr std::int64_t kMostMegabytes = std::numeric_limits<std::int64_t>::max()
 
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
-    app.add_option("-O,--output-format", parsed.format, "The output format: table, csv, json, markdown or xlsx")
-        ->check(CLI::IsMember({"table", "csv", "json", "markdown", "xlsx"}))
+    app.add_option("-O,--output-format", parsed.format, "The output format: table, csv, json, markdown, html or xlsx")
+        ->check(CLI::IsMember({"table", "csv", "json", "markdown", "html", "xlsx"}))
         ->type_name("FORMAT");
     app.add_option("-o,--output", global.outputPath, "Write results to a file (xlsx needs one)")->type_name("FILE");
     app.add_flag("--trace", global.trace, "Show every statement on standard error as it is sent");
@@ -109,17 +110,21 @@ void AddStock(CLI::App& app, Parsed& parsed) {
         "Opening, inbound, outbound and closing stock, from the balance rows and bills as they are now, without a\n"
         "closing. The book is not changed.\n\n"
         "Examples:\n  kpbook stock shop.kpbook --month 3\n"
-        "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost");
+        "  kpbook stock shop.kpbook --month 3 --warehouse 中心仓库 --product 01001 --cost");
     commands::AddBook(*command, parsed.stock.book);
     command->add_option("--month", parsed.stock.month, "The month, 1 to 12")
         ->required()
         ->check(CLI::Range(1, commands::kLastMonth))
         ->type_name("M");
-    command->add_option("--warehouse", parsed.stock.warehouse, "The warehouse's dpID; default: all of them together")
+    command
+        ->add_option("--warehouse", parsed.stock.warehouseText,
+                     "The warehouse's name or dpID; default: all of them together")
+        ->check(commands::kUtf8)
         ->type_name("D");
-    command->add_option("--product", parsed.stock.product, "The product's pdID; default: all that have figures")
+    command->add_option("--product", parsed.stock.productText, "The product's number, name or pdID; default: all")
+        ->check(commands::kUtf8)
         ->type_name("P");
-    command->add_flag("--cost", parsed.stock.costUsed, "Take outbound amounts from the cost bills");
+    commands::AddFigures(*command, parsed.figures);
 }
 
 void AddLog(CLI::App& app, Parsed& parsed) {
@@ -131,6 +136,7 @@ void AddLog(CLI::App& app, Parsed& parsed) {
     command->add_option("--limit", parsed.log.limit, "The largest number of entries; default: all")
         ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
         ->type_name("N");
+    commands::AddColumns(*command, parsed.log.showing);
 }
 
 void AddPayroll(CLI::App& app, Parsed& parsed) {
@@ -150,6 +156,7 @@ void AddPayroll(CLI::App& app, Parsed& parsed) {
         ->check(CLI::Range(1, commands::kLastMonth))
         ->excludes(month)
         ->type_name("M");
+    commands::AddColumns(*command, parsed.payroll.showing);
 }
 
 void AddImport(CLI::App& app, Parsed& parsed) {
@@ -278,6 +285,7 @@ OutputFormat FormatOf(const std::string& name) {
     if (name == "csv") return OutputFormat::Csv;
     if (name == "json") return OutputFormat::Json;
     if (name == "markdown") return OutputFormat::Markdown;
+    if (name == "html") return OutputFormat::Html;
     if (name == "xlsx") return OutputFormat::Xlsx;
     return OutputFormat::Table;
 }
@@ -295,12 +303,13 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,   &parsed.master.book,        &parsed.import.book,  &parsed.import.table,
-          &parsed.import.path,  &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
-          &parsed.sql.text,     &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
-          &parsed.backup.book,  &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,   &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
-          &parsed.upgrade.book, &parsed.master.kind,        &parsed.master.which}) {
+         {&global.outputPath,          &parsed.import.book,       &parsed.import.table,   &parsed.import.path,
+          &parsed.call.book,           &parsed.call.method,       &parsed.sql.book,       &parsed.sql.text,
+          &parsed.close.options.book,  &parsed.reopen.book,       &parsed.check.book,     &parsed.backup.book,
+          &parsed.backup.path,         &parsed.methods.name,      &parsed.info.book,      &parsed.stock.book,
+          &parsed.stock.warehouseText, &parsed.stock.productText, &parsed.operators.book, &parsed.log.book,
+          &parsed.payroll.book,        &parsed.upgrade.book,      &parsed.master.book,    &parsed.master.kind,
+          &parsed.master.which}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
@@ -310,8 +319,9 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     }
     commands::ReadNew(parsed.create);
     const CLI::App& command = *app.get_subcommands().front();
-    if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
+    if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report, global);
     if (command.get_name() == "bill") parsed.bill.options = commands::ReadBillWords(command, parsed.bill);
+    if (command.get_name() == "stock") parsed.stock.showing = commands::ReadFigures(parsed.figures, global.format);
     commands::Unmark(parsed.operators.name);
     commands::Unmark(global.operatorName);
     for (auto& word : parsed.operators.words) commands::Unmark(word);

@@ -13,7 +13,7 @@
 
 namespace kpTables::kpbook {
 
-enum class OutputFormat { Table, Csv, Json, Markdown, Xlsx };
+enum class OutputFormat { Table, Csv, Json, Markdown, Xlsx, Html };
 
 struct GlobalOptions {
     OutputFormat format = OutputFormat::Table;

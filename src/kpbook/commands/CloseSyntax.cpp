@@ -30,7 +30,11 @@ void AddClose(CLI::App& app, CloseWords& words) {
     AddBook(*command, options.book);
     AddMonth(*command, "--month", options.month, "The month, 1 to 12")->required();
     AddWarehouse(*command, options.warehouse);
-    command->add_flag("--cost", options.costUsed, "Take outbound amounts from the cost bills");
+    auto* cost = command->add_flag("--cost", options.costUsed, "Take outbound amounts from the cost bills");
+    command
+        ->add_flag("--no-cost", options.costUnused,
+                   "Take them from the outbound bills; default: the book's setting 出库计价, else these")
+        ->excludes(cost);
     command->add_option("--date", words.date, "The date noted in the rows that are created; default: today")
         ->check(kDate)
         ->type_name("DATE");
