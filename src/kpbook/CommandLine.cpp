@@ -15,6 +15,7 @@
 #include "kpbook/commands/CloseSyntax.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/FilesSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
@@ -35,6 +36,7 @@ struct Parsed {
     commands::LogOptions log;
     commands::PayrollOptions payroll;
     commands::ImportOptions import;
+    commands::ExportOptions exported;
     commands::CallOptions call;
     commands::SqlOptions sql;
     commands::CloseWords close;
@@ -169,18 +171,6 @@ void AddPayroll(CLI::App& app, Parsed& parsed) {
         ->type_name("M");
 }
 
-void AddImport(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "import", "Add the rows of a CSV file to a table",
-        "The first line names the columns. Either all rows are added or, if any row is bad, none; every bad row is\n"
-        "reported with its line and the reason. An empty field takes the column's default, except in text columns.\n\n"
-        "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n"
-        "  produce | kpbook import shop.kpbook 入库记录 -");
-    commands::AddBook(*command, parsed.import.book);
-    command->add_option("TABLE", parsed.import.table, "The table")->required()->check(commands::kUtf8)->type_name("");
-    command->add_option("FILE", parsed.import.path, "The CSV file, - for standard input")->required()->type_name("");
-}
-
 void AddCall(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
         app, "call", "Call a method by name, or many with --batch",
@@ -240,7 +230,10 @@ int RunCall(const Parsed& parsed) {
 constexpr CommandEntry kCommands[] = {
     {"new", AddNew, [](const Parsed& parsed) { return commands::NewBook(parsed.create, parsed.global); }},
     {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
-    {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
+    {"import", [](CLI::App& app, Parsed& parsed) { commands::AddImport(app, parsed.import); },
+     [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
+    {"export", [](CLI::App& app, Parsed& parsed) { commands::AddExport(app, parsed.exported); },
+     [](const Parsed& parsed) { return commands::Export(parsed.exported, parsed.global); }},
     {"call", AddCall, RunCall},
     {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
     {"close", [](CLI::App& app, Parsed& parsed) { commands::AddClose(app, parsed.close); },
@@ -297,12 +290,12 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,  &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
-          &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
-          &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
-          &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
-          &parsed.upgrade.book}) {
+         {&global.outputPath,   &parsed.create.book,        &parsed.import.book,    &parsed.import.table,
+          &parsed.import.path,  &parsed.call.book,          &parsed.call.method,    &parsed.sql.book,
+          &parsed.sql.text,     &parsed.close.options.book, &parsed.reopen.book,    &parsed.check.book,
+          &parsed.backup.book,  &parsed.backup.path,        &parsed.methods.name,   &parsed.info.book,
+          &parsed.stock.book,   &parsed.operators.book,     &parsed.log.book,       &parsed.payroll.book,
+          &parsed.upgrade.book, &parsed.exported.book,      &parsed.exported.table, &parsed.exported.target}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
@@ -311,6 +304,10 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     commands::Unmark(parsed.operators.name);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
+    if (command.get_name() == "import") commands::CheckImport(parsed.import);
+    if (command.get_name() == "export" && (app.count("-O") > 0 || app.count("-o") > 0)) {
+        throw CLI::ValidationError("export writes CSV into the folder that it is given; -O and -o do not go with it");
+    }
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
@@ -331,10 +328,10 @@ void CheckTarget(const Parsed& parsed) {
     const std::string& target = parsed.global.outputPath;
     if (target.empty()) return;
     const std::string* book = nullptr;
-    for (const auto* each :
-         {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
-          &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
-          &parsed.create.book, &parsed.reopen.book, &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book}) {
+    for (const auto* each : {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book,
+                             &parsed.log.book, &parsed.payroll.book, &parsed.import.book, &parsed.call.book,
+                             &parsed.sql.book, &parsed.close.options.book, &parsed.create.book, &parsed.reopen.book,
+                             &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book, &parsed.exported.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {

@@ -54,6 +54,7 @@ LIBRARIES = {
     "utf8proc.h": ["src/kpbook"],
     "xlsxwriter.h": ["src/kpbook/output"],
     "dlfcn.h": ["src/kpbook"],
+    "iconv.h": ["src/kpbook"],
     "dirent.h": ["src/engines/sqlite"],
     "fcntl.h": ["src/kpbook", "src/engines/sqlite"],
     "sys/": ["src/kpbook", "src/engines/sqlite"],

@@ -22,6 +22,9 @@ std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const std::vect
 
 /// RFC 4180, with LF as the line end.
 std::int64_t WriteCsv(Recordset& recordset, Output& output);
+/// As WriteCsv, for a table that is imported again: Null is \N in the columns that marked names, where an empty field
+/// would mean another value, and the text \N is quoted.
+std::int64_t WriteTableCsv(Recordset& recordset, Output& output, const std::vector<bool>& marked);
 /// {"columns":[...],"rows":[...]}, one row per line.
 std::int64_t WriteJson(Recordset& recordset, Output& output);
 /// A recordset with a title.

@@ -1,0 +1,36 @@
+// A file of rows, read by what it contains.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "kpbook/input/InputFile.h"
+#include "kpbook/input/RowReader.h"
+
+namespace kpTables::kpbook::input {
+
+struct TableFileOptions {
+    std::string encoding;           ///< as TextDecoder takes it; empty: recognised
+    std::optional<char> separator;  ///< of fields; nothing: recognised
+};
+
+class TableFile {
+public:
+    /// "-" is standard input. A CommandError says why the file cannot be read, a UsageError that an encoding is
+    /// unknown.
+    explicit TableFile(const std::string& path, const TableFileOptions& options = {});
+    TableFile(const TableFile&) = delete;
+    TableFile& operator=(const TableFile&) = delete;
+
+    RowReader& Rows() noexcept { return *rows_; }
+    /// As messages show it.
+    const std::string& Name() const noexcept { return name_; }
+
+private:
+    std::string name_;
+    InputFile file_;
+    std::unique_ptr<RowReader> rows_;
+};
+
+}  // namespace kpTables::kpbook::input
