@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <iostream>
 #include <iterator>
 #include <limits>
@@ -11,12 +12,14 @@
 #include "kpTables/BookFiles.h"
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
+#include "kpbook/Names.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/CloseSyntax.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/FilesSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
+#include "kpbook/commands/Reports.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
 #include "kpbook/output/Output.h"
@@ -60,10 +63,13 @@ constexpr std::int64_t kMostMegabytes = std::numeric_limits<std::int64_t>::max()
 
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
-    app.add_option("-O,--output-format", parsed.format, "The output format: table, csv, json, markdown or xlsx")
+    app.add_option("-O,--output-format", parsed.format,
+                   "The output format: table, csv, json, markdown or xlsx; default: by -o")
         ->check(CLI::IsMember({"table", "csv", "json", "markdown", "xlsx"}))
         ->type_name("FORMAT");
-    app.add_option("-o,--output", global.outputPath, "Write results to a file (xlsx needs one)")->type_name("FILE");
+    app.add_option("-o,--output", global.outputPath,
+                   "Write results to a file (xlsx needs one), in the format of its name: .csv, .json, .md or .xlsx")
+        ->type_name("FILE");
     app.add_flag("--trace", global.trace, "Show every statement on standard error as it is sent");
     app.add_flag("--sql", global.isSQL, "Send statements in SQL Server's dialect (isSQL)");
     app.add_option("--today", parsed.today, "The date that counts as today")->check(commands::kDate)->type_name("DATE");
@@ -269,18 +275,37 @@ void AddCommands(CLI::App& app, Parsed& parsed, const std::vector<std::string>& 
     }
 }
 
-OutputFormat FormatOf(const std::string& name) {
-    if (name == "csv") return OutputFormat::Csv;
-    if (name == "json") return OutputFormat::Json;
-    if (name == "markdown") return OutputFormat::Markdown;
-    if (name == "xlsx") return OutputFormat::Xlsx;
-    return OutputFormat::Table;
+struct FormatName {
+    std::string_view name;
+    std::string_view extension;  ///< of files that are written in it; empty: none
+    OutputFormat format;
+};
+
+constexpr FormatName kFormats[] = {{"table", "", OutputFormat::Table},
+                                   {"csv", ".csv", OutputFormat::Csv},
+                                   {"json", ".json", OutputFormat::Json},
+                                   {"markdown", ".md", OutputFormat::Markdown},
+                                   {"xlsx", ".xlsx", OutputFormat::Xlsx}};
+
+/// The format that -O names, else that of the output file's name.
+OutputFormat FormatOf(const std::string& name, bool isGiven, const std::string& path) {
+    const auto named = std::ranges::find(kFormats, name, &FormatName::name);
+    const std::string extension = std::filesystem::path(path).extension().string();
+    const auto byFile = std::ranges::find_if(kFormats, [&extension](const FormatName& format) {
+        return !extension.empty() && SameName(format.extension, extension);
+    });
+    if (byFile == std::end(kFormats)) return named->format;
+    if (isGiven && byFile != named) {
+        throw CLI::ValidationError("-o " + path + " is the name of a " + std::string(byFile->name) +
+                                   " file, but -O says " + name + "; change one of them");
+    }
+    return byFile->format;
 }
 
 /// Converts the options, and checks what depends on more than one of them.
 void Complete(const CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
-    global.format = FormatOf(parsed.format);
+    global.format = FormatOf(parsed.format, app.count("-O") > 0, global.outputPath);
     global.today = commands::DateOf(parsed.today);
     global.clock->SetLimit(std::chrono::duration<double>(parsed.timeout));
     global.maxBytes = parsed.maxMegabytes * kMegabyte;
@@ -301,7 +326,9 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
     parsed.create.sqlNames = parsed.dialect == "sql";
     const CLI::App& command = *app.get_subcommands().front();
+    global.title = command.get_name() == "call" ? parsed.call.method : command.get_name();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
+    if (const auto* kind = parsed.report.options.kind) global.title = kind->name;
     commands::Unmark(parsed.operators.name);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() == "import") commands::CheckImport(parsed.import);

@@ -67,11 +67,13 @@ void TotalsRow::Add(const Recordset& recordset) {
     for (std::size_t i = 0; i < columns_.size(); ++i) totals_[i].Add(recordset.GetValue(columns_[i]));
 }
 
-std::string TotalsRow::Cell(int column) const {
+std::string TotalsRow::Cell(int column) const { return ShownText(Value(column)); }
+
+Variant TotalsRow::Value(int column) const {
     if (column == labelled_) return kLabel;
     const auto found = std::ranges::find(columns_, column);
-    if (found == columns_.end()) return {};
-    return ShownText(totals_[static_cast<std::size_t>(found - columns_.begin())].Value());
+    if (found == columns_.end()) return Variant::Null();
+    return totals_[static_cast<std::size_t>(found - columns_.begin())].Value();
 }
 
 }  // namespace kpTables::kpbook::output

@@ -35,6 +35,8 @@ public:
     /// False without a column to sum, or without a row.
     bool IsShown() const noexcept { return !columns_.empty() && hasRows_; }
     std::string Cell(int column) const;
+    /// The sum of a column, the label in its place; Null where there is neither.
+    Variant Value(int column) const;
 
 private:
     std::vector<int> columns_;

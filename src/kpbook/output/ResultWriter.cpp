@@ -27,7 +27,10 @@ std::int64_t WriteRows(Recordset& recordset, OutputFormat format, Output& output
 }
 
 std::int64_t WriteRows(Recordset& recordset, const GlobalOptions& global, const std::vector<int>& totalled = {}) {
-    if (global.format == OutputFormat::Xlsx) return WriteXlsx(recordset, global.outputPath);
+    if (global.format == OutputFormat::Xlsx) {
+        // A section that does not own its rows.
+        return WriteXlsx({{global.title, RecordsetPtr(RecordsetPtr(), &recordset), totalled}}, global.outputPath);
+    }
     Output output(global.outputPath);
     const auto count = WriteRows(recordset, global.format, output, totalled);
     output.Close();
