@@ -6,15 +6,16 @@ namespace kpTables::kpbook::commands {
 
 void AddImport(CLI::App& app, ImportOptions& options) {
     auto* command = AddCommand(
-        app, "import", "Add the rows of a file to a table, or an exported folder to an empty book",
+        app, "import", "Add the rows of a CSV file or workbook to a table, or an exported folder to an empty book",
         "The first line names the columns. Either all rows are added or, if any row is bad, none; every bad row is\n"
         "reported with its line and the reason. An empty field takes the column's default, except in text columns; \\N\n"
         "without quotes is Null. Commas, tabs and semicolons are recognised from the first line, UTF-8, UTF-16 with a\n"
-        "byte order mark and GB18030 (GBK) from the text. Bills of closed months are refused.\n"
+        "byte order mark and GB18030 (GBK) from the text; of a workbook (xlsx), the first sheet is taken. Bills of closed\n"
+        "months are refused.\n"
         "--update changes the row that has the same key, adds rows whose key is new, and says how many are which.\n"
         "A folder that export has written is imported as a whole into an empty book (new BOOK --bare).\n\n"
         "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n"
-        "  kpbook import shop.kpbook 商品设置 prices.csv --update --key 商品编号\n"
+        "  kpbook import shop.kpbook 商品设置 prices.xlsx --update --key 商品编号\n"
         "  produce | kpbook import shop.kpbook 入库记录 -\n"
         "  kpbook import copy.kpbook exported");
     AddBook(*command, options.book);
@@ -27,6 +28,9 @@ void AddImport(CLI::App& app, ImportOptions& options) {
         ->type_name("NAME");
     command->add_option("--separator", options.separator, "comma, tab, semicolon or a character; default: recognised")
         ->type_name("S");
+    command->add_option("--sheet", options.sheet, "The sheet of a workbook; default: the first")
+        ->check(kUtf8)
+        ->type_name("NAME");
     auto* update = command->add_flag("--update", options.update, "Change the rows that have the same key");
     command->add_option("--key", options.key, "Columns that tell the rows apart; default: the table's primary key")
         ->check(kUtf8)

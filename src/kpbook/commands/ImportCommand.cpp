@@ -24,7 +24,7 @@ const TableInfo& TableNamed(const std::vector<TableInfo>& tables, const std::str
 }
 
 input::TableFileOptions FormatOf(const ImportOptions& options) {
-    return {options.encoding, SeparatorOf(options.separator)};
+    return {options.encoding, SeparatorOf(options.separator), options.sheet};
 }
 
 std::string RowsText(std::int64_t rows) { return std::to_string(rows) + (rows == 1 ? " row" : " rows"); }

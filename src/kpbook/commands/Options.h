@@ -94,6 +94,7 @@ struct ImportOptions {
     std::string path;   ///< "-" is standard input
     std::string encoding;
     std::string separator;
+    std::string sheet;  ///< of a workbook; empty: the first
     bool update = false;
     std::string key;  ///< columns that tell the rows apart, with commas between; empty: the table's primary key
 };

@@ -8,25 +8,13 @@
 #include "kpbook/Exit.h"
 #include "kpbook/input/InputFile.h"
 #include "kpbook/input/JsonInput.h"
+#include "kpbook/input/WholeFile.h"
 
 namespace kpTables::kpbook::input {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string WholeText(const std::string& path) {
-    InputFile file(path);
-    std::string text;
-    for (std::size_t count = 1; count > 0;) {
-        constexpr std::size_t kPiece = 1 << 16;
-        const auto size = text.size();
-        text.resize(size + kPiece);
-        count = file.Read(text.data() + size, kPiece);
-        text.resize(size + count);
-    }
-    return text;
-}
 
 const Json& Member(const Json& object, const char* key) {
     if (object.is_object() && object.contains(key)) return object[key];
@@ -68,7 +56,9 @@ std::vector<ManifestEntry> ReadFolder(const std::string& folder) {
     std::vector<ManifestEntry> entries;
     if (std::error_code error; fs::exists(path, error)) {
         try {
-            entries = ReadManifest(WholeText(path));
+            InputFile file(path);
+            entries =
+                ReadManifest(WholeOf([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); }));
         } catch (const Error& error) {
             throw CommandError(path + ": " + error.Description());
         }

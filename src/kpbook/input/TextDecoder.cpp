@@ -77,7 +77,7 @@ private:
 
 TextDecoder::TextDecoder(Source source, std::string encoding) : source_(std::move(source)), encoding_(kUtf8Name) {
     if (!encoding.empty()) SetEncoding(encoding);
-    ReadBeginning();
+    ReadMark();
 }
 
 TextDecoder::~TextDecoder() = default;
@@ -89,14 +89,13 @@ void TextDecoder::SetEncoding(const std::string& encoding) {
     converter_ = isUtf8 ? nullptr : std::make_unique<Converter>(encoding);
 }
 
-void TextDecoder::ReadBeginning() {
+void TextDecoder::ReadMark() {
     struct Mark {
         std::string_view bytes;
         const char* encoding;
     };
     constexpr Mark kMarks[] = {{"\xEF\xBB\xBF", kUtf8Name}, {"\xFF\xFE", "UTF-16LE"}, {"\xFE\xFF", "UTF-16BE"}};
     Fill();
-    beginning_ = raw_.substr(0, 8);
     for (const Mark& mark : kMarks) {
         if (!raw_.starts_with(mark.bytes)) continue;
         SetEncoding(mark.encoding);

@@ -26,13 +26,11 @@ public:
     std::size_t Read(char* buffer, std::size_t size);
     /// Known when the first text beyond ASCII has been read; UTF-8 until then.
     const std::string& Encoding() const noexcept { return encoding_; }
-    /// The file's first bytes, at most 8.
-    std::string_view Beginning() const noexcept { return beginning_; }
 
 private:
     class Converter;
 
-    void ReadBeginning();
+    void ReadMark();
     /// Reads the next piece of raw bytes behind those that are left.
     void Fill();
     void Recognise();
@@ -42,7 +40,6 @@ private:
     std::string encoding_;
     bool known_ = false;
     bool ended_ = false;
-    std::string beginning_;
     std::string raw_;                       ///< read and not yet converted
     std::string text_;                      ///< converted
     std::size_t at_ = 0;                    ///< how much of text_ is handed out
