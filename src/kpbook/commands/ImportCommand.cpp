@@ -40,7 +40,7 @@ int ImportFile(Book& book, const ImportOptions& options) {
                                  ? std::to_string(counts.added) + " added, " + std::to_string(counts.changed) +
                                        " changed, " + std::to_string(counts.unchanged) + " unchanged"
                                  : RowsText(counts.added) + " imported";
-    const std::string encoding = file.Rows().Encoding();
+    const std::string encoding(file.Rows().Encoding());
     std::fprintf(stderr, "%s: %s%s\n", table.name.c_str(), done.c_str(),
                  encoding == "UTF-8" || !options.encoding.empty() ? "" : (", read as " + encoding).c_str());
     return kSucceeded;

@@ -27,7 +27,7 @@ public:
     /// What is malformed in the row, with the number of the field, counted from 1; empty when nothing is.
     virtual const std::string& Problem() const = 0;
     /// The encoding that the file is read in, for messages.
-    virtual std::string Encoding() const { return "UTF-8"; }
+    virtual std::string_view Encoding() const { return "UTF-8"; }
 };
 
 }  // namespace kpTables::kpbook::input

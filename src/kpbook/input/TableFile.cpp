@@ -21,7 +21,7 @@ public:
                     separator),
           text_(std::move(text)) {}
 
-    std::string Encoding() const override { return text_->Encoding(); }
+    std::string_view Encoding() const override { return text_->Encoding(); }
 
 private:
     std::unique_ptr<TextDecoder> text_;

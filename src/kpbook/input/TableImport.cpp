@@ -127,8 +127,9 @@ bool TableImport::ReadFields() {
         const auto& column = *columns_[i];
         const auto text = rows_.Field(i);
         std::string problem;
-        if (rows_.IsNull(i) || (text.empty() && column.type != VarType::String)) {
-            problem = ReadEmpty(column, rows_.IsNull(i), values_[i]);
+        const bool isNull = rows_.IsNull(i);
+        if (isNull || (text.empty() && column.type != VarType::String)) {
+            problem = ReadEmpty(column, isNull, values_[i]);
         } else {
             auto read = ReadField(text, column.type, rows_.Encoding());
             problem = std::move(read.problem);
