@@ -97,13 +97,12 @@ std::string_view CsvReader::Field(std::size_t index) const noexcept {
     return std::string_view(text_).substr(start, end - start);
 }
 
-bool CsvReader::IsNull(std::size_t index) const noexcept { return !quoted_[index] && Field(index) == kNullField; }
-
 void CsvReader::StartField() { starts_.push_back(text_.size()); }
 
 void CsvReader::AppendPlainRun() {
     const auto start = position_;
-    while (position_ < filled_ && !IsSpecial(buffer_[position_])) ++position_;
+    const char* const buffer = buffer_.data();
+    while (position_ < filled_ && !IsSpecial(buffer[position_])) ++position_;
     text_.append(buffer_.data() + start, position_ - start);
 }
 

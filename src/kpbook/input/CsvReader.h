@@ -12,9 +12,6 @@
 
 namespace kpTables::kpbook::input {
 
-/// The field, without quotes, that means Null.
-inline constexpr std::string_view kNullField = "\\N";
-
 /// Records end with LF or CRLF, fields are separated by commas or another character; a field in double quotes may
 /// contain line breaks and doubled quotes. A byte order mark at the beginning and empty lines between records are
 /// skipped.
@@ -31,8 +28,7 @@ public:
     std::int64_t Line() const noexcept override { return line_; }
     std::size_t FieldCount() const noexcept override { return starts_.size(); }
     std::string_view Field(std::size_t index) const noexcept override;
-    /// Whether the field is kNullField, without quotes.
-    bool IsNull(std::size_t index) const noexcept override;
+    bool IsQuoted(std::size_t index) const noexcept override { return quoted_[index]; }
     const std::string& Problem() const noexcept override { return problem_; }
 
 private:

@@ -8,6 +8,9 @@
 
 namespace kpTables::kpbook::input {
 
+/// The text of a field that is Null; in quotes it is a text like others.
+inline constexpr std::string_view kNullField = "\\N";
+
 class RowReader {
 public:
     RowReader() = default;
@@ -22,8 +25,8 @@ public:
     virtual std::size_t FieldCount() const = 0;
     /// Valid until Next.
     virtual std::string_view Field(std::size_t index) const = 0;
-    /// Whether the field says that it is Null, unlike an empty one.
-    virtual bool IsNull(std::size_t index) const = 0;
+    /// Whether the field stood in quotes.
+    virtual bool IsQuoted(std::size_t index) const = 0;
     /// What is malformed in the row, with the number of the field, counted from 1; empty when nothing is.
     virtual const std::string& Problem() const = 0;
     /// The encoding that the file is read in, for messages.

@@ -127,7 +127,7 @@ bool TableImport::ReadFields() {
         const auto& column = *columns_[i];
         const auto text = rows_.Field(i);
         std::string problem;
-        const bool isNull = rows_.IsNull(i);
+        const bool isNull = text == kNullField && !rows_.IsQuoted(i);
         if (isNull || (text.empty() && column.type != VarType::String)) {
             problem = ReadEmpty(column, isNull, values_[i]);
         } else {

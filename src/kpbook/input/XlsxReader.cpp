@@ -8,7 +8,6 @@
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
 #include "kpbook/Exit.h"
-#include "kpbook/input/CsvReader.h"
 
 namespace kpTables::kpbook::input {
 
@@ -71,8 +70,6 @@ void XlsxReader::SetWidth() {
     while (cells_.size() > width_ && cells_.back().empty()) cells_.pop_back();
     if (cells_.size() < width_) cells_.resize(width_);
 }
-
-bool XlsxReader::IsNull(std::size_t index) const { return cells_[index] == kNullField; }
 
 void XlsxReader::Start(std::string_view name, const XmlAttributes& attributes) {
     if (name == "row") {

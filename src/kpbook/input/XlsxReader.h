@@ -26,7 +26,7 @@ public:
     std::int64_t Line() const override { return line_; }
     std::size_t FieldCount() const override { return cells_.size(); }
     std::string_view Field(std::size_t index) const override { return cells_[index]; }
-    bool IsNull(std::size_t index) const override;
+    bool IsQuoted(std::size_t) const override { return false; }
     const std::string& Problem() const override { return problem_; }
 
 private:

@@ -133,11 +133,11 @@ TEST(CsvReader, Separators) {
     }
 }
 
-TEST(CsvReader, NullIsWrittenWithoutQuotes) {
-    CsvReader reader(InPieces("\\N,\"\\N\",,\\N \n", 3));
+TEST(CsvReader, Quotes) {
+    CsvReader reader(InPieces("a,\"a\",,\"\"\n", 3));
     ASSERT_TRUE(reader.Next());
-    EXPECT_TRUE(reader.IsNull(0));
-    for (const std::size_t i : {1, 2, 3}) EXPECT_FALSE(reader.IsNull(i));
+    for (const std::size_t i : {0, 2}) EXPECT_FALSE(reader.IsQuoted(i));
+    for (const std::size_t i : {1, 3}) EXPECT_TRUE(reader.IsQuoted(i));
 }
 
 }  // namespace
