@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <iostream>
 #include <iterator>
 #include <limits>
@@ -11,16 +12,19 @@
 #include "kpTables/BookFiles.h"
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
+#include "kpbook/Names.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/BillSyntax.h"
 #include "kpbook/commands/CloseSyntax.h"
 #include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/FilesSyntax.h"
 #include "kpbook/commands/MasterSyntax.h"
 #include "kpbook/commands/NewSyntax.h"
 #include "kpbook/commands/OperatorsSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
+#include "kpbook/commands/Reports.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
 #include "kpbook/output/Output.h"
@@ -45,6 +49,7 @@ struct Parsed {
     commands::PayrollOptions payroll;
     commands::ImportOptions import;
     commands::BillWords bill;
+    commands::ExportOptions exported;
     commands::CallOptions call;
     commands::SqlOptions sql;
     commands::CloseWords close;
@@ -67,10 +72,14 @@ constexpr std::int64_t kMostMegabytes = std::numeric_limits<std::int64_t>::max()
 
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
-    app.add_option("-O,--output-format", parsed.format, "The output format: table, csv, json, markdown, html or xlsx")
+    app.add_option("-O,--output-format", parsed.format,
+                   "The output format: table, csv, json, markdown, html or xlsx; default: by -o")
         ->check(CLI::IsMember({"table", "csv", "json", "markdown", "html", "xlsx"}))
         ->type_name("FORMAT");
-    app.add_option("-o,--output", global.outputPath, "Write results to a file (xlsx needs one)")->type_name("FILE");
+    app.add_option(
+           "-o,--output", global.outputPath,
+           "Write results to a file (xlsx needs one), in the format of its name: .csv, .json, .md, .html or .xlsx")
+        ->type_name("FILE");
     app.add_flag("--trace", global.trace, "Show every statement on standard error as it is sent");
     app.add_flag("--sql", global.isSQL, "Send statements in SQL Server's dialect (isSQL)");
     app.add_option("--today", parsed.today, "The date that counts as today")->check(commands::kDate)->type_name("DATE");
@@ -159,18 +168,6 @@ void AddPayroll(CLI::App& app, Parsed& parsed) {
     commands::AddColumns(*command, parsed.payroll.showing);
 }
 
-void AddImport(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "import", "Add the rows of a CSV file to a table",
-        "The first line names the columns. Either all rows are added or, if any row is bad, none; every bad row is\n"
-        "reported with its line and the reason. An empty field takes the column's default, except in text columns.\n\n"
-        "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n"
-        "  produce | kpbook import shop.kpbook 入库记录 -");
-    commands::AddBook(*command, parsed.import.book);
-    command->add_option("TABLE", parsed.import.table, "The table")->required()->check(commands::kUtf8)->type_name("");
-    command->add_option("FILE", parsed.import.path, "The CSV file, - for standard input")->required()->type_name("");
-}
-
 void AddCall(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(
         app, "call", "Call a method by name, or many with --batch",
@@ -241,7 +238,10 @@ constexpr CommandEntry kCommands[] = {
      [](const Parsed& parsed) { return commands::RemoveMasterRow(parsed.master, parsed.global); }},
     {"list", [](CLI::App& app, Parsed& parsed) { commands::AddMasterList(app, parsed.master); },
      [](const Parsed& parsed) { return commands::ListMasterRows(parsed.master, parsed.global); }},
-    {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
+    {"import", [](CLI::App& app, Parsed& parsed) { commands::AddImport(app, parsed.import); },
+     [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
+    {"export", [](CLI::App& app, Parsed& parsed) { commands::AddExport(app, parsed.exported); },
+     [](const Parsed& parsed) { return commands::Export(parsed.exported, parsed.global); }},
     {"bill", [](CLI::App& app, Parsed& parsed) { commands::AddBill(app, parsed.bill); },
      [](const Parsed& parsed) { return commands::Bill(parsed.bill.options, parsed.global); }},
     {"call", AddCall, RunCall},
@@ -281,19 +281,35 @@ void AddCommands(CLI::App& app, Parsed& parsed, const std::vector<std::string>& 
     }
 }
 
-OutputFormat FormatOf(const std::string& name) {
-    if (name == "csv") return OutputFormat::Csv;
-    if (name == "json") return OutputFormat::Json;
-    if (name == "markdown") return OutputFormat::Markdown;
-    if (name == "html") return OutputFormat::Html;
-    if (name == "xlsx") return OutputFormat::Xlsx;
-    return OutputFormat::Table;
+struct FormatName {
+    std::string_view name;
+    std::string_view extension;  ///< of files that are written in it; empty: none
+    OutputFormat format;
+};
+
+constexpr FormatName kFormats[] = {{"table", "", OutputFormat::Table},    {"csv", ".csv", OutputFormat::Csv},
+                                   {"json", ".json", OutputFormat::Json}, {"markdown", ".md", OutputFormat::Markdown},
+                                   {"html", ".html", OutputFormat::Html}, {"xlsx", ".xlsx", OutputFormat::Xlsx}};
+
+/// The format that -O names, else that of the output file's name.
+OutputFormat FormatOf(const std::string& name, bool isGiven, const std::string& path) {
+    const auto named = std::ranges::find(kFormats, name, &FormatName::name);
+    const std::string extension = std::filesystem::path(path).extension().string();
+    const auto byFile = std::ranges::find_if(kFormats, [&extension](const FormatName& format) {
+        return !extension.empty() && SameName(format.extension, extension);
+    });
+    if (byFile == std::end(kFormats)) return named->format;
+    if (isGiven && byFile != named) {
+        throw CLI::ValidationError("-o " + path + " is the name of a " + std::string(byFile->name) +
+                                   " file, but -O says " + name + "; change one of them");
+    }
+    return byFile->format;
 }
 
 /// Converts the options, and checks what depends on more than one of them.
 void Complete(const CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
-    global.format = FormatOf(parsed.format);
+    global.format = FormatOf(parsed.format, app.count("-O") > 0, global.outputPath);
     global.today = commands::DateOf(parsed.today);
     global.clock->SetLimit(std::chrono::duration<double>(parsed.timeout));
     global.maxBytes = parsed.maxMegabytes * kMegabyte;
@@ -309,7 +325,7 @@ void Complete(const CLI::App& app, Parsed& parsed) {
           &parsed.backup.path,         &parsed.methods.name,      &parsed.info.book,      &parsed.stock.book,
           &parsed.stock.warehouseText, &parsed.stock.productText, &parsed.operators.book, &parsed.log.book,
           &parsed.payroll.book,        &parsed.upgrade.book,      &parsed.master.book,    &parsed.master.kind,
-          &parsed.master.which}) {
+          &parsed.master.which,        &parsed.exported.book,     &parsed.exported.table, &parsed.exported.target}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
@@ -319,13 +335,19 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     }
     commands::ReadNew(parsed.create);
     const CLI::App& command = *app.get_subcommands().front();
+    global.title = command.get_name() == "call" ? parsed.call.method : command.get_name();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report, global);
     if (command.get_name() == "bill") parsed.bill.options = commands::ReadBillWords(command, parsed.bill);
     if (command.get_name() == "stock") parsed.stock.showing = commands::ReadFigures(parsed.figures, global.format);
+    if (const auto* kind = parsed.report.options.kind) global.title = kind->name;
     commands::Unmark(parsed.operators.name);
     commands::Unmark(global.operatorName);
     for (auto& word : parsed.operators.words) commands::Unmark(word);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
+    if (command.get_name() == "import") commands::CheckImport(parsed.import);
+    if (command.get_name() == "export" && (app.count("-O") > 0 || app.count("-o") > 0)) {
+        throw CLI::ValidationError("export writes CSV into the folder that it is given; -O and -o do not go with it");
+    }
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
@@ -347,10 +369,11 @@ void CheckTarget(const Parsed& parsed) {
     if (target.empty()) return;
     const std::string* book = nullptr;
     for (const auto* each :
-         {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book, &parsed.log.book,
-          &parsed.payroll.book, &parsed.import.book, &parsed.call.book, &parsed.sql.book, &parsed.close.options.book,
-          &parsed.create.options.book, &parsed.opening.book, &parsed.copy.book, &parsed.reopen.book, &parsed.check.book,
-          &parsed.backup.book, &parsed.upgrade.book, &parsed.master.book, &parsed.bill.options.book}) {
+         {&parsed.info.book,    &parsed.stock.book,         &parsed.report.options.book, &parsed.operators.book,
+          &parsed.log.book,     &parsed.payroll.book,       &parsed.import.book,         &parsed.call.book,
+          &parsed.sql.book,     &parsed.close.options.book, &parsed.create.options.book, &parsed.opening.book,
+          &parsed.copy.book,    &parsed.reopen.book,        &parsed.check.book,          &parsed.backup.book,
+          &parsed.upgrade.book, &parsed.master.book,        &parsed.bill.options.book,   &parsed.exported.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {

@@ -131,8 +131,20 @@ struct PayrollOptions {
 
 struct ImportOptions {
     std::string book;
-    std::string table;
-    std::string path;  ///< "-" is standard input
+    std::string table;  ///< without a path: the folder of an export
+    std::string path;   ///< "-" is standard input
+    std::string encoding;
+    std::string separator;
+    std::string sheet;  ///< of a workbook; empty: the first
+    bool update = false;
+    std::string key;  ///< columns that tell the rows apart, with commas between; empty: the table's primary key
+};
+
+struct ExportOptions {
+    std::string book;
+    std::string table;   ///< without a target: the folder for all tables
+    std::string target;  ///< a folder, or "-" for standard output
+    bool excel = false;  ///< begin the files with a byte order mark
 };
 
 struct CallOptions {
