@@ -101,7 +101,7 @@ private:
                         "The transaction did not begin; its lines are not run");
         }
         if (request.execute) {
-            const auto recordset = workspace_.connection->Execute(*request.execute);
+            const auto recordset = workspace_.connection->Execute(*request.execute, request.values);
             return recordset ? Variant(recordset) : Variant(nullptr);
         }
         if (const auto* member = _CTables::Find(*request.method)) {
