@@ -16,9 +16,11 @@
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/ReportSyntax.h"
+#include "kpbook/commands/SqlCommand.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
 #include "kpbook/output/Output.h"
+#include "kpbook/shell/Shell.h"
 
 namespace kpTables::kpbook {
 
@@ -37,6 +39,7 @@ struct Parsed {
     commands::ImportOptions import;
     commands::CallOptions call;
     commands::SqlOptions sql;
+    shell::ShellOptions shell;
     commands::CloseWords close;
     commands::ReopenOptions reopen;
     commands::CheckOptions check;
@@ -210,14 +213,6 @@ void AddCall(CLI::App& app, Parsed& parsed) {
         ->excludes(batch);
 }
 
-void AddSql(CLI::App& app, Parsed& parsed) {
-    auto* command =
-        commands::AddCommand(app, "sql", "Run one statement",
-                             "Example:\n  kpbook sql shop.kpbook \"Select * From 仓库设置 Order by dpID\" -O csv");
-    commands::AddBook(*command, parsed.sql.book);
-    command->add_option("TEXT", parsed.sql.text, "The statement")->required()->check(commands::kUtf8)->type_name("");
-}
-
 void AddMethods(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(app, "methods", "List the methods, or one with its parameters",
                                          "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance");
@@ -242,7 +237,10 @@ constexpr CommandEntry kCommands[] = {
     {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
     {"import", AddImport, [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
     {"call", AddCall, RunCall},
-    {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
+    {"sql", [](CLI::App& app, Parsed& parsed) { commands::AddSql(app, parsed.sql); },
+     [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
+    {"shell", [](CLI::App& app, Parsed& parsed) { shell::AddShell(app, parsed.shell); },
+     [](const Parsed& parsed) { return shell::Shell(parsed.shell, parsed.global); }},
     {"close", [](CLI::App& app, Parsed& parsed) { commands::AddClose(app, parsed.close); },
      [](const Parsed& parsed) { return commands::Close(parsed.close.options, parsed.global); }},
     {"reopen", [](CLI::App& app, Parsed& parsed) { commands::AddReopen(app, parsed.reopen); },
@@ -297,20 +295,22 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,  &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
-          &parsed.import.path, &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
-          &parsed.sql.text,    &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
-          &parsed.backup.book, &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
-          &parsed.stock.book,  &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
-          &parsed.upgrade.book}) {
+         {&global.outputPath,   &parsed.create.book,        &parsed.import.book,  &parsed.import.table,
+          &parsed.import.path,  &parsed.call.book,          &parsed.call.method,  &parsed.sql.book,
+          &parsed.sql.text,     &parsed.close.options.book, &parsed.reopen.book,  &parsed.check.book,
+          &parsed.backup.book,  &parsed.backup.path,        &parsed.methods.name, &parsed.info.book,
+          &parsed.stock.book,   &parsed.operators.book,     &parsed.log.book,     &parsed.payroll.book,
+          &parsed.upgrade.book, &parsed.shell.book}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
+    for (auto& parameter : parsed.sql.parameters) commands::Unmark(parameter);
     parsed.create.sqlNames = parsed.dialect == "sql";
     const CLI::App& command = *app.get_subcommands().front();
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     commands::Unmark(parsed.operators.name);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
+    if (command.get_name() == "sql") commands::CheckSql(parsed.sql);
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
