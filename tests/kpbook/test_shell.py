@@ -41,8 +41,8 @@ class PipedTest(TradingCase):
         self.assertEqual(done.stdout, "24\nTrue\n")
         self.assertIn("a quote in it must be doubled", done.stderr)
         # A method that traps an error answers; the statement that failed is told all the same.
-        self.run_kpbook("sql", self.book, "Drop Table 出库记录")
-        done = self.shell(".call Get单据金额 1 出库\nSelect 5 As n;\n", code=1)
+        self.run_kpbook("sql", self.book, "Drop Table 操作员")
+        done = self.shell(".call Clear_Password 1\nSelect 5 As n;\n", code=1)
         self.assertIn("a statement failed", done.stderr)
         self.assertIn("n\n-\n5\n", done.stdout)
 
