@@ -11,10 +11,13 @@
 #include "kpTables/BookFiles.h"
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
+#include "kpbook/Suggestion.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/CloseSyntax.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/CompletionCommand.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/SqlCommand.h"
 #include "kpbook/commands/UpgradeCommand.h"
@@ -40,6 +43,9 @@ struct Parsed {
     commands::CallOptions call;
     commands::SqlOptions sql;
     shell::ShellOptions shell;
+    commands::CompletionOptions completion;
+    commands::ManOptions man;
+    const CLI::App* tree = nullptr;  ///< the definitions of the commands
     commands::CloseWords close;
     commands::ReopenOptions reopen;
     commands::CheckOptions check;
@@ -105,7 +111,8 @@ void AddInfo(CLI::App& app, Parsed& parsed) {
         commands::AddCommand(app, "info", "Describe a book and its contents",
                              "Its information and dates as they are stored, the row counts of its tables, the months\n"
                              "of its balance, and which warehouses are closed. The book is not changed.\n\n"
-                             "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json");
+                             "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json\n"
+"  kpbook info shop.kpbook -O markdown -o shop.md");
     commands::AddBook(*command, parsed.info.book);
 }
 
@@ -115,7 +122,8 @@ void AddStock(CLI::App& app, Parsed& parsed) {
         "Opening, inbound, outbound and closing stock, from the balance rows and bills as they are now, without a\n"
         "closing. The book is not changed.\n\n"
         "Examples:\n  kpbook stock shop.kpbook --month 3\n"
-        "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost");
+        "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost\n"
+"  kpbook stock shop.kpbook --month 3 -O csv -o stock.csv");
     commands::AddBook(*command, parsed.stock.book);
     command->add_option("--month", parsed.stock.month, "The month, 1 to 12")
         ->required()
@@ -134,7 +142,8 @@ void AddOperators(CLI::App& app, Parsed& parsed) {
         "Their warehouses and rights, and whether they have a password. A right is named by its column:\n"
         "发货单位, 收货单位 and 部件管理 mean 资产处理, 卡片打印 and 资产折旧. Listing does not change the book.\n"
         "A new password is asked for twice at the terminal, or read as one line of standard input.\n\n"
-        "Examples:\n  kpbook operators shop.kpbook\n  kpbook operators shop.kpbook set-password 李明");
+        "Examples:\n  kpbook operators shop.kpbook\n  kpbook operators shop.kpbook -O json\n"
+"  kpbook operators shop.kpbook set-password 李明");
     commands::AddBook(*command, parsed.operators.book);
     command->add_option("ACTION", parsed.operators.action, "set-password")
         ->check(CLI::IsMember({"set-password"}))
@@ -146,7 +155,8 @@ void AddLog(CLI::App& app, Parsed& parsed) {
     auto* command =
         commands::AddCommand(app, "log", "List what the operators did, newest first",
                              "The book is not changed.\n\n"
-                             "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv");
+                             "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv\n"
+"  kpbook log shop.kpbook --limit 1000 -O json -o log.json");
     commands::AddBook(*command, parsed.log.book);
     command->add_option("--limit", parsed.log.limit, "The largest number of entries; default: all")
         ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
@@ -178,7 +188,8 @@ void AddImport(CLI::App& app, Parsed& parsed) {
         "The first line names the columns. Either all rows are added or, if any row is bad, none; every bad row is\n"
         "reported with its line and the reason. An empty field takes the column's default, except in text columns.\n\n"
         "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n"
-        "  produce | kpbook import shop.kpbook 入库记录 -");
+        "  kpbook import shop.kpbook 商品设置 products.csv --trace\n"
+"  produce | kpbook import shop.kpbook 入库记录 -");
     commands::AddBook(*command, parsed.import.book);
     command->add_option("TABLE", parsed.import.table, "The table")->required()->check(commands::kUtf8)->type_name("");
     command->add_option("FILE", parsed.import.path, "The CSV file, - for standard input")->required()->type_name("");
@@ -215,7 +226,8 @@ void AddCall(CLI::App& app, Parsed& parsed) {
 
 void AddMethods(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(app, "methods", "List the methods, or one with its parameters",
-                                         "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance");
+                                         "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance\n"
+"  kpbook methods -O csv");
     command->add_option("NAME", parsed.methods.name, "The method")->check(commands::kUtf8)->type_name("");
 }
 
@@ -259,15 +271,22 @@ constexpr CommandEntry kCommands[] = {
     {"upgrade", [](CLI::App& app, Parsed& parsed) { commands::AddUpgrade(app, parsed.upgrade); },
      [](const Parsed& parsed) { return commands::Upgrade(parsed.upgrade, parsed.global); }},
     {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
+    {"completion", [](CLI::App& app, Parsed& parsed) { commands::AddCompletion(app, parsed.completion); },
+     [](const Parsed& parsed) { return commands::Completion(*parsed.tree, parsed.completion, parsed.global); }},
+    {"man", [](CLI::App& app, Parsed& parsed) { commands::AddMan(app, parsed.man); },
+     [](const Parsed& parsed) { return commands::Man(*parsed.tree, parsed.man, parsed.global); }},
 };
 
 /// Adds only the commands that the words may name: adding all of them takes longer than the statement of a short call.
 void AddCommands(CLI::App& app, Parsed& parsed, const std::vector<std::string>& words) {
-    const auto isHelp = [](const std::string& word) { return word.starts_with("-h") || word.starts_with("--help"); };
+    // Some show them all.
+    const auto needsAll = [](const std::string& word) {
+        return word.starts_with("-h") || word.starts_with("--help") || word == "completion" || word == "man";
+    };
     const auto isNamed = [&words](const CommandEntry& command) {
         return std::find(words.begin(), words.end(), command.name) != words.end();
     };
-    const bool all = std::any_of(words.begin(), words.end(), isHelp) ||
+    const bool all = std::any_of(words.begin(), words.end(), needsAll) ||
                      std::none_of(std::begin(kCommands), std::end(kCommands), isNamed);
     for (const CommandEntry& command : kCommands) {
         if (all || isNamed(command)) command.add(app, parsed);
@@ -319,6 +338,12 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     }
 }
 
+std::string UnknownWord(const std::string& word) {
+    std::vector<std::string_view> names;
+    for (const CommandEntry& command : kCommands) names.push_back(command.name);
+    return "there is no command or option " + word + DidYouMean(word, names);
+}
+
 int Show(const std::string& help) {
     output::Output output("");
     output.Write(help);
@@ -355,8 +380,8 @@ int RunCommandLine(int count, char** words) {
         "  kpbook close shop.kpbook --month 1\n  kpbook call shop.kpbook rs余额记录 1 2");
     app.failure_message([](const CLI::App* asked, const CLI::Error& error) {
         const auto unknown = asked->get_subcommands().empty() ? asked->remaining() : std::vector<std::string>();
-        const std::string what = unknown.empty() ? error.what() : "there is no command or option " + unknown.front();
-        return "kpbook: " + what + "\nFor help, see kpbook --help.\n";
+        const std::string what = unknown.empty() ? error.what() : UnknownWord(unknown.front());
+        return FailureMark() + (" " + what) + "\nFor help, see kpbook --help.\n";
     });
     AddGlobalOptions(app, parsed);
     std::vector<std::string> marked = commands::MarkedWords(count, words);
@@ -372,6 +397,7 @@ int RunCommandLine(int count, char** words) {
     const auto asked = app.get_subcommands().front()->get_name();
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
+    parsed.tree = &app;
     const auto run = [&] {
         CheckTarget(parsed);
         return entry->run(parsed);

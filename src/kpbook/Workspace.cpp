@@ -9,6 +9,7 @@
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
+#include "kpbook/Suggestion.h"
 
 namespace kpTables::kpbook {
 
@@ -124,6 +125,7 @@ std::string NameOf(Workspace& workspace, const std::string& statement, const std
 Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant>& arguments) {
     using Kind = _CTables::MemberKind;
     const auto* getter = _CTables::Find(name, Kind::PropertyGet);
+    if (!getter && !_CTables::Find(name)) Raise(ErrorNumber::UnknownMember, name + MethodMeant(name));
     if (!getter) return _CTables::Call(tables, name, arguments);
     if (getter->result == _CTables::ValueType::Connection) {
         Raise(ErrorNumber::UnknownMember, name + ": the connection is kpbook's own");

@@ -66,7 +66,7 @@ class Terminal:
     def __init__(self, folder, *arguments):
         self.child, self.tty = pty.fork()
         if self.child == 0:
-            os.environ.update(TERM="xterm", XDG_STATE_HOME=str(folder / "state"), LC_ALL="C.UTF-8")
+            os.environ.update(TERM="xterm", XDG_STATE_HOME=str(folder / "state"), LC_ALL="C.UTF-8", NO_COLOR="1")
             os.execv(KPBOOK, [KPBOOK, *map(str, arguments)])
         self.shown = ""
 

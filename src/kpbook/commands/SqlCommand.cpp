@@ -10,6 +10,7 @@
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Interruption.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
@@ -95,7 +96,7 @@ private:
             if (done_ > 0 && !keepsAll_) {
                 std::fprintf(stderr, "kpbook: what the statements before line %zu did is kept\n", statement.line);
             }
-            const DatabaseError placed = InScript(statement, error);
+            const DatabaseError placed = InScript(statement, WithSuggestion(error, *workspace_.book));
             throw DatabaseError(placed.Number(), name_ + ": " + placed.Description(), placed.Statement());
         }
         if (!rows) return TellChanged(workspace_);
@@ -113,7 +114,13 @@ private:
 };
 
 void RunOneStatement(Workspace& workspace, const SqlOptions& options, const GlobalOptions& global) {
-    const auto recordset = workspace.connection->Execute(options.text, ReadParameters(options.parameters));
+    RecordsetPtr recordset;
+    try {
+        recordset = workspace.connection->Execute(options.text, ReadParameters(options.parameters));
+    } catch (const DatabaseError& error) {
+        workspace.connection->ForgetFailures();
+        throw WithSuggestion(error, *workspace.book);
+    }
     if (!recordset) return TellChanged(workspace);
     output::WriteRecordset(*recordset, global);
 }

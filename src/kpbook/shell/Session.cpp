@@ -12,6 +12,7 @@
 #include "kpbook/Memory.h"
 #include "kpbook/Names.h"
 #include "kpbook/Suggestion.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/commands/CallCommand.h"
 #include "kpbook/output/ResultWriter.h"
 #include "kpbook/shell/ShellSyntax.h"
@@ -63,7 +64,7 @@ Session::~Session() { RollBackRest(); }
 
 void Session::Tell(const std::string& failure) {
     hasFailed_ = true;
-    std::fprintf(stderr, "kpbook: %s\n", global_.incidents->Shown(failure).c_str());
+    std::fprintf(stderr, "%s %s\n", FailureMark(), global_.incidents->Shown(failure).c_str());
 }
 
 void Session::Guarded(const std::function<void()>& action) {
@@ -95,9 +96,9 @@ void Session::RunStatement(const ScriptStatement& statement, bool inScript) {
         try {
             Show(workspace_.connection->Execute(statement.text));
         } catch (const DatabaseError& error) {
-            if (!inScript) throw;
             workspace_.connection->ForgetFailures();
-            throw InScript(statement, error);
+            const DatabaseError hinted = WithSuggestion(error, *workspace_.book);
+            throw inScript ? InScript(statement, hinted) : hinted;
         }
     });
 }
