@@ -329,7 +329,7 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
     commands::Unmark(parsed.operators.name);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
-    if (command.get_name() == "sql") commands::CheckSql(parsed.sql);
+    if (command.get_name() == "sql") commands::CheckSql(command);
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);

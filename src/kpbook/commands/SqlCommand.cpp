@@ -153,9 +153,10 @@ void AddSql(CLI::App& app, SqlOptions& options) {
                       "Keep the changes of all statements, or none when one of them failed");
 }
 
-void CheckSql(const SqlOptions& options) {
-    if (options.text.empty() == options.file.empty())
+void CheckSql(const CLI::App& command) {
+    if (command.count("TEXT") + command.count("--file") != 1) {
         throw CLI::ValidationError("sql takes either TEXT or --file FILE");
+    }
 }
 
 int Sql(const SqlOptions& options, const GlobalOptions& global) {

@@ -9,6 +9,6 @@ namespace kpTables::kpbook::commands {
 void AddSql(CLI::App& app, SqlOptions& options);
 
 /// Raises CLI's error unless exactly one of TEXT and --file was given.
-void CheckSql(const SqlOptions& options);
+void CheckSql(const CLI::App& command);
 
 }  // namespace kpTables::kpbook::commands
