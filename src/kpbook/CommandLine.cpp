@@ -13,21 +13,26 @@
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/batch/BatchCommand.h"
 #include "kpbook/commands/BillSyntax.h"
 #include "kpbook/commands/CloseSyntax.h"
 #include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/CompletionCommand.h"
 #include "kpbook/commands/FilesSyntax.h"
 #include "kpbook/commands/MasterSyntax.h"
 #include "kpbook/commands/NewSyntax.h"
 #include "kpbook/commands/OperatorsSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/Reports.h"
+#include "kpbook/commands/SqlCommand.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
 #include "kpbook/output/Output.h"
+#include "kpbook/shell/Shell.h"
 
 namespace kpTables::kpbook {
 
@@ -52,6 +57,10 @@ struct Parsed {
     commands::ExportOptions exported;
     commands::CallOptions call;
     commands::SqlOptions sql;
+    shell::ShellOptions shell;
+    commands::CompletionOptions completion;
+    commands::ManOptions man;
+    const CLI::App* tree = nullptr;  ///< the definitions of the commands
     commands::CloseWords close;
     commands::ReopenOptions reopen;
     commands::CheckOptions check;
@@ -109,7 +118,8 @@ void AddInfo(CLI::App& app, Parsed& parsed) {
         commands::AddCommand(app, "info", "Describe a book and its contents",
                              "Its information and dates as they are stored, the row counts of its tables, the months\n"
                              "of its balance, and which warehouses are closed. The book is not changed.\n\n"
-                             "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json");
+                             "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json\n"
+                             "  kpbook info shop.kpbook -O markdown -o shop.md");
     commands::AddBook(*command, parsed.info.book);
 }
 
@@ -119,7 +129,8 @@ void AddStock(CLI::App& app, Parsed& parsed) {
         "Opening, inbound, outbound and closing stock, from the balance rows and bills as they are now, without a\n"
         "closing. The book is not changed.\n\n"
         "Examples:\n  kpbook stock shop.kpbook --month 3\n"
-        "  kpbook stock shop.kpbook --month 3 --warehouse 中心仓库 --product 01001 --cost");
+        "  kpbook stock shop.kpbook --month 3 --warehouse 中心仓库 --product 01001 --cost\n"
+        "  kpbook stock shop.kpbook --month 3 -O csv -o stock.csv");
     commands::AddBook(*command, parsed.stock.book);
     command->add_option("--month", parsed.stock.month, "The month, 1 to 12")
         ->required()
@@ -140,7 +151,8 @@ void AddLog(CLI::App& app, Parsed& parsed) {
     auto* command =
         commands::AddCommand(app, "log", "List what the operators did, newest first",
                              "The book is not changed.\n\n"
-                             "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv");
+                             "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv\n"
+                             "  kpbook log shop.kpbook --limit 1000 -O json -o log.json");
     commands::AddBook(*command, parsed.log.book);
     command->add_option("--limit", parsed.log.limit, "The largest number of entries; default: all")
         ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
@@ -197,17 +209,10 @@ void AddCall(CLI::App& app, Parsed& parsed) {
         ->excludes(batch);
 }
 
-void AddSql(CLI::App& app, Parsed& parsed) {
-    auto* command =
-        commands::AddCommand(app, "sql", "Run one statement",
-                             "Example:\n  kpbook sql shop.kpbook \"Select * From 仓库设置 Order by dpID\" -O csv");
-    commands::AddBook(*command, parsed.sql.book);
-    command->add_option("TEXT", parsed.sql.text, "The statement")->required()->check(commands::kUtf8)->type_name("");
-}
-
 void AddMethods(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(app, "methods", "List the methods, or one with its parameters",
-                                         "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance");
+                                         "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance\n"
+                                         "  kpbook methods -O csv");
     command->add_option("NAME", parsed.methods.name, "The method")->check(commands::kUtf8)->type_name("");
 }
 
@@ -245,7 +250,10 @@ constexpr CommandEntry kCommands[] = {
     {"bill", [](CLI::App& app, Parsed& parsed) { commands::AddBill(app, parsed.bill); },
      [](const Parsed& parsed) { return commands::Bill(parsed.bill.options, parsed.global); }},
     {"call", AddCall, RunCall},
-    {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
+    {"sql", [](CLI::App& app, Parsed& parsed) { commands::AddSql(app, parsed.sql); },
+     [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
+    {"shell", [](CLI::App& app, Parsed& parsed) { shell::AddShell(app, parsed.shell); },
+     [](const Parsed& parsed) { return shell::Shell(parsed.shell, parsed.global); }},
     {"close", [](CLI::App& app, Parsed& parsed) { commands::AddClose(app, parsed.close); },
      [](const Parsed& parsed) { return commands::Close(parsed.close.options, parsed.global); }},
     {"reopen", [](CLI::App& app, Parsed& parsed) { commands::AddReopen(app, parsed.reopen); },
@@ -266,15 +274,22 @@ constexpr CommandEntry kCommands[] = {
     {"upgrade", [](CLI::App& app, Parsed& parsed) { commands::AddUpgrade(app, parsed.upgrade); },
      [](const Parsed& parsed) { return commands::Upgrade(parsed.upgrade, parsed.global); }},
     {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
+    {"completion", [](CLI::App& app, Parsed& parsed) { commands::AddCompletion(app, parsed.completion); },
+     [](const Parsed& parsed) { return commands::Completion(*parsed.tree, parsed.completion, parsed.global); }},
+    {"man", [](CLI::App& app, Parsed& parsed) { commands::AddMan(app, parsed.man); },
+     [](const Parsed& parsed) { return commands::Man(*parsed.tree, parsed.man, parsed.global); }},
 };
 
 /// Adds only the commands that the words may name: adding all of them takes longer than the statement of a short call.
 void AddCommands(CLI::App& app, Parsed& parsed, const std::vector<std::string>& words) {
-    const auto isHelp = [](const std::string& word) { return word.starts_with("-h") || word.starts_with("--help"); };
+    // Some show them all.
+    const auto needsAll = [](const std::string& word) {
+        return word.starts_with("-h") || word.starts_with("--help") || word == "completion" || word == "man";
+    };
     const auto isNamed = [&words](const CommandEntry& command) {
         return std::find(words.begin(), words.end(), command.name) != words.end();
     };
-    const bool all = std::any_of(words.begin(), words.end(), isHelp) ||
+    const bool all = std::any_of(words.begin(), words.end(), needsAll) ||
                      std::none_of(std::begin(kCommands), std::end(kCommands), isNamed);
     for (const CommandEntry& command : kCommands) {
         if (all || isNamed(command)) command.add(app, parsed);
@@ -325,10 +340,12 @@ void Complete(const CLI::App& app, Parsed& parsed) {
           &parsed.backup.path,         &parsed.methods.name,      &parsed.info.book,      &parsed.stock.book,
           &parsed.stock.warehouseText, &parsed.stock.productText, &parsed.operators.book, &parsed.log.book,
           &parsed.payroll.book,        &parsed.upgrade.book,      &parsed.master.book,    &parsed.master.kind,
-          &parsed.master.which,        &parsed.exported.book,     &parsed.exported.table, &parsed.exported.target}) {
+          &parsed.master.which,        &parsed.exported.book,     &parsed.exported.table, &parsed.exported.target,
+          &parsed.shell.book}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
+    for (auto& parameter : parsed.sql.parameters) commands::Unmark(parameter);
     for (auto& word : parsed.master.values) commands::Unmark(word);
     for (std::string* word : {&parsed.opening.book, &parsed.opening.path, &parsed.copy.book, &parsed.copy.copy}) {
         commands::Unmark(*word);
@@ -348,12 +365,19 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (command.get_name() == "export" && (app.count("-O") > 0 || app.count("-o") > 0)) {
         throw CLI::ValidationError("export writes CSV into the folder that it is given; -O and -o do not go with it");
     }
+    if (command.get_name() == "sql") commands::CheckSql(command);
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
     if (parsed.batch && (app.count("-O") > 0 || app.count("-o") > 0)) {
         throw CLI::ValidationError("--batch answers in JSON on standard output; -O and -o do not go with it");
     }
+}
+
+std::string UnknownWord(const std::string& word) {
+    std::vector<std::string_view> names;
+    for (const CommandEntry& command : kCommands) names.push_back(command.name);
+    return "there is no command or option " + word + DidYouMean(word, names);
 }
 
 int Show(const std::string& help) {
@@ -394,8 +418,8 @@ int RunCommandLine(int count, char** words) {
         "  kpbook close shop.kpbook --month 1\n  kpbook call shop.kpbook rs余额记录 1 2");
     app.failure_message([](const CLI::App* asked, const CLI::Error& error) {
         const auto unknown = asked->get_subcommands().empty() ? asked->remaining() : std::vector<std::string>();
-        const std::string what = unknown.empty() ? error.what() : "there is no command or option " + unknown.front();
-        return "kpbook: " + what + "\nFor help, see kpbook --help.\n";
+        const std::string what = unknown.empty() ? error.what() : UnknownWord(unknown.front());
+        return FailureMark() + (" " + what) + "\nFor help, see kpbook --help.\n";
     });
     AddGlobalOptions(app, parsed);
     std::vector<std::string> marked = commands::MarkedWords(count, words);
@@ -412,6 +436,7 @@ int RunCommandLine(int count, char** words) {
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
     parsed.global.right = commands::RightFor(asked);
+    parsed.tree = &app;
     const auto run = [&] {
         CheckTarget(parsed);
         if (!parsed.global.operatorName.empty() && !commands::TakesOperator(asked)) {

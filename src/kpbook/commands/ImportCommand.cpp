@@ -6,6 +6,7 @@
 #include "kpTables/bookkeeping/RowEntry.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/FilesSyntax.h"
@@ -19,7 +20,11 @@ namespace {
 
 const TableInfo& TableNamed(const std::vector<TableInfo>& tables, const std::string& name) {
     const auto table = std::ranges::find_if(tables, [&](const auto& t) { return SameName(t.name, name); });
-    if (table == tables.end()) throw CommandError("the book has no table " + name);
+    if (table == tables.end()) {
+        std::vector<std::string_view> names;
+        for (const TableInfo& each : tables) names.push_back(each.name);
+        throw CommandError("the book has no table " + name + DidYouMean(name, names));
+    }
     return *table;
 }
 

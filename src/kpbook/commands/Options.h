@@ -157,7 +157,10 @@ struct CallOptions {
 
 struct SqlOptions {
     std::string book;
-    std::string text;
+    std::string text;                     ///< one statement, or "-" for a script on standard input
+    std::string file;                     ///< a script
+    std::vector<std::string> parameters;  ///< "name=value"
+    bool transaction = false;             ///< all or nothing
 };
 
 struct CloseOptions {
