@@ -11,6 +11,17 @@ namespace kpTables::kpbook {
 /// Whether standard error is a terminal.
 bool ErrorIsTerminal() noexcept;
 
+/// Whether colours may be shown there: a terminal that is not dumb, and no NO_COLOR.
+bool ErrorHasColours() noexcept;
+bool OutputHasColours() noexcept;
+/// "kpbook:", as messages of failures begin.
+const char* FailureMark() noexcept;
+/// Whether standard input is a terminal: somebody can be asked.
+bool InputIsTerminal() noexcept;
+
+/// Asks for a line of text; without blanks at its ends. Returns nothing when standard input is not a terminal or ends.
+std::optional<std::string> AskLine(const std::string& question);
+
 /// Asks a question until y or n is typed. Returns nothing when standard input is not a terminal or ends.
 std::optional<MessageAnswer> AskYesNo(const std::string& question);
 

@@ -14,6 +14,7 @@
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
 #include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook {
@@ -175,6 +176,7 @@ std::string NameOf(Workspace& workspace, const std::string& statement, const std
 Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant>& arguments) {
     using Kind = _CTables::MemberKind;
     const auto* getter = _CTables::Find(name, Kind::PropertyGet);
+    if (!getter && !_CTables::Find(name)) Raise(ErrorNumber::UnknownMember, name + MethodMeant(name));
     if (!getter) return _CTables::Call(tables, name, arguments);
     if (getter->result == _CTables::ValueType::Connection) {
         Raise(ErrorNumber::UnknownMember, name + ": the connection is kpbook's own");

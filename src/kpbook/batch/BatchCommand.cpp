@@ -101,7 +101,7 @@ private:
                         "The transaction did not begin; its lines are not run");
         }
         if (request.execute) {
-            const auto recordset = workspace_.connection->Execute(*request.execute);
+            const auto recordset = workspace_.connection->Execute(*request.execute, request.values);
             if (!recordset) workspace_.Log("执行 " + *request.execute);
             return recordset ? Variant(recordset) : Variant(nullptr);
         }

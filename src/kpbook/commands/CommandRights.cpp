@@ -40,6 +40,8 @@ const char* RightFor(std::string_view command) {
     return found == std::end(kRights) ? rights::kSettings : found->right;
 }
 
-bool TakesOperator(std::string_view command) { return command != "methods" && command != "upgrade"; }
+bool TakesOperator(std::string_view command) { 
+    return command != "methods" && command != "upgrade" && command != "completion" && command != "man";
+}
 
 }  // namespace kpTables::kpbook::commands
