@@ -112,7 +112,7 @@ void AddInfo(CLI::App& app, Parsed& parsed) {
                              "Its information and dates as they are stored, the row counts of its tables, the months\n"
                              "of its balance, and which warehouses are closed. The book is not changed.\n\n"
                              "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json\n"
-"  kpbook info shop.kpbook -O markdown -o shop.md");
+                             "  kpbook info shop.kpbook -O markdown -o shop.md");
     commands::AddBook(*command, parsed.info.book);
 }
 
@@ -123,7 +123,7 @@ void AddStock(CLI::App& app, Parsed& parsed) {
         "closing. The book is not changed.\n\n"
         "Examples:\n  kpbook stock shop.kpbook --month 3\n"
         "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost\n"
-"  kpbook stock shop.kpbook --month 3 -O csv -o stock.csv");
+        "  kpbook stock shop.kpbook --month 3 -O csv -o stock.csv");
     commands::AddBook(*command, parsed.stock.book);
     command->add_option("--month", parsed.stock.month, "The month, 1 to 12")
         ->required()
@@ -143,7 +143,7 @@ void AddOperators(CLI::App& app, Parsed& parsed) {
         "发货单位, 收货单位 and 部件管理 mean 资产处理, 卡片打印 and 资产折旧. Listing does not change the book.\n"
         "A new password is asked for twice at the terminal, or read as one line of standard input.\n\n"
         "Examples:\n  kpbook operators shop.kpbook\n  kpbook operators shop.kpbook -O json\n"
-"  kpbook operators shop.kpbook set-password 李明");
+        "  kpbook operators shop.kpbook set-password 李明");
     commands::AddBook(*command, parsed.operators.book);
     command->add_option("ACTION", parsed.operators.action, "set-password")
         ->check(CLI::IsMember({"set-password"}))
@@ -156,7 +156,7 @@ void AddLog(CLI::App& app, Parsed& parsed) {
         commands::AddCommand(app, "log", "List what the operators did, newest first",
                              "The book is not changed.\n\n"
                              "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv\n"
-"  kpbook log shop.kpbook --limit 1000 -O json -o log.json");
+                             "  kpbook log shop.kpbook --limit 1000 -O json -o log.json");
     commands::AddBook(*command, parsed.log.book);
     command->add_option("--limit", parsed.log.limit, "The largest number of entries; default: all")
         ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
@@ -189,7 +189,7 @@ void AddImport(CLI::App& app, Parsed& parsed) {
         "reported with its line and the reason. An empty field takes the column's default, except in text columns.\n\n"
         "Examples:\n  kpbook import shop.kpbook 商品设置 products.csv\n"
         "  kpbook import shop.kpbook 商品设置 products.csv --trace\n"
-"  produce | kpbook import shop.kpbook 入库记录 -");
+        "  produce | kpbook import shop.kpbook 入库记录 -");
     commands::AddBook(*command, parsed.import.book);
     command->add_option("TABLE", parsed.import.table, "The table")->required()->check(commands::kUtf8)->type_name("");
     command->add_option("FILE", parsed.import.path, "The CSV file, - for standard input")->required()->type_name("");
@@ -227,7 +227,7 @@ void AddCall(CLI::App& app, Parsed& parsed) {
 void AddMethods(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(app, "methods", "List the methods, or one with its parameters",
                                          "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance\n"
-"  kpbook methods -O csv");
+                                         "  kpbook methods -O csv");
     command->add_option("NAME", parsed.methods.name, "The method")->check(commands::kUtf8)->type_name("");
 }
 
