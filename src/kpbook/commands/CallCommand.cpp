@@ -101,7 +101,10 @@ int RunCall(Workspace& workspace, const ConsoleHost& host, const CallOptions& op
     if (method) AddWrittenBack(method->parameters, arguments);
     const auto before = arguments;
     Variant result;
-    const auto call = [&] { result = CallMember(workspace.tables, options.method, arguments); };
+    const auto call = [&] {
+        result = CallMember(workspace.tables, options.method, arguments);
+        workspace.LogCall(options.method);
+    };
     bool kept = true;
     if (options.transaction) {
         kept = CallAllOrNothing(workspace, host, call);

@@ -1,14 +1,17 @@
 #include "kpbook/commands/CloseSyntax.h"
 
-#include <cstdint>
-#include <optional>
+#include <string>
 
 namespace kpTables::kpbook::commands {
 
 namespace {
 
-void AddWarehouse(CLI::App& command, std::optional<std::int32_t>& warehouse) {
-    command.add_option("--warehouse", warehouse, "The warehouse's dpID; default: all of them")->type_name("D");
+void AddWarehouse(CLI::App& command, std::string& warehouse) {
+    command
+        .add_option("--warehouse", warehouse,
+                    "The warehouse's name or dpID, or 全部; default: the one that --operator manages, else all of them")
+        ->check(kUtf8)
+        ->type_name("D");
 }
 
 }  // namespace
@@ -22,12 +25,16 @@ void AddClose(CLI::App& app, CloseWords& words) {
         "warehouse is marked as closed: all of it or, when a step fails, nothing. A month is closed after the one before\n"
         "it, and once; --again closes it anew, from the bills as they are now.\n\n"
         "Examples:\n  kpbook close shop.kpbook --month 3 --answer yes\n"
-        "  kpbook close shop.kpbook --month 4 --warehouse 2 --cost --date 2004-04-30 --answer yes\n"
+        "  kpbook close shop.kpbook --month 4 --warehouse 中心仓库 --cost --date 2004-04-30 --answer yes\n"
         "  kpbook close shop.kpbook --month 3 --warehouse 1 --again --dry-run --answer yes");
     AddBook(*command, options.book);
     AddMonth(*command, "--month", options.month, "The month, 1 to 12")->required();
     AddWarehouse(*command, options.warehouse);
-    command->add_flag("--cost", options.costUsed, "Take outbound amounts from the cost bills");
+    auto* cost = command->add_flag("--cost", options.costUsed, "Take outbound amounts from the cost bills");
+    command
+        ->add_flag("--no-cost", options.costUnused,
+                   "Take them from the outbound bills; default: the book's setting 出库计价, else these")
+        ->excludes(cost);
     command->add_option("--date", words.date, "The date noted in the rows that are created; default: today")
         ->check(kDate)
         ->type_name("DATE");

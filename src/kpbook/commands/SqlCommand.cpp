@@ -56,8 +56,9 @@ std::string ReadScript(const std::string& path) {
     return text;
 }
 
-void TellChanged(Workspace& workspace) {
+void TellChanged(Workspace& workspace, const std::string& text) {
     const auto rows = workspace.book->RecordsAffected();
+    workspace.Log("执行 " + text);
     std::fprintf(stderr, rows == 1 ? "%lld row changed\n" : "%lld rows changed\n", static_cast<long long>(rows));
 }
 
@@ -99,7 +100,7 @@ private:
             const DatabaseError placed = InScript(statement, WithSuggestion(error, *workspace_.book));
             throw DatabaseError(placed.Number(), name_ + ": " + placed.Description(), placed.Statement());
         }
-        if (!rows) return TellChanged(workspace_);
+        if (!rows) return TellChanged(workspace_, statement.text);
         if (global_.outputPath.empty()) return output::WriteRecordset(*rows, global_);
         kept_.push_back({"line " + std::to_string(statement.line), rows});
     }
@@ -121,7 +122,7 @@ void RunOneStatement(Workspace& workspace, const SqlOptions& options, const Glob
         workspace.connection->ForgetFailures();
         throw WithSuggestion(error, *workspace.book);
     }
-    if (!recordset) return TellChanged(workspace);
+    if (!recordset) return TellChanged(workspace, options.text);
     output::WriteRecordset(*recordset, global);
 }
 

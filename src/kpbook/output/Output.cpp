@@ -34,10 +34,18 @@ void Output::Flush() {
 }
 
 void Output::Close() {
+    Finish();
+    Keep();
+}
+
+void Output::Finish() {
     Flush();
     std::FILE* const file = file_;
     file_ = nullptr;
     if (file != stdout && std::fclose(file) != 0) Fail();
+}
+
+void Output::Keep() {
     if (draft_) draft_->Keep();
 }
 

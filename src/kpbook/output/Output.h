@@ -26,6 +26,9 @@ public:
     void Flush();
     /// Flushes and closes; without it a late failure (a full disk) would go unnoticed.
     void Close();
+    // The two halves of Close, for several files that take their places together.
+    void Finish();
+    void Keep();
 
 private:
     [[noreturn]] void Fail() const;
