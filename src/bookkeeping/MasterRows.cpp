@@ -126,28 +126,46 @@ std::string MasterRow::Text() const {
     return id == 0 ? words : std::to_string(id) + " (" + words + ")";
 }
 
-std::vector<MasterRow> RowsWith(Connection& book, const MasterTable& table, const std::string& column,
-                                const std::string& text) {
-    auto rows = ReadRows(book, table, column + "='" + Quoted(text) + "'");
+std::vector<MasterRow> RowsWhere(Connection& book, const MasterTable& table, const std::string& condition) {
+    auto rows = ReadRows(book, table, condition);
     NumberByPlace(book, table, rows);
     return rows;
 }
 
-MasterRow FindMaster(const ConnectionPtr& book, MasterKind kind, const std::string& text) {
+std::vector<MasterRow> RowsWith(Connection& book, const MasterTable& table, const std::string& column,
+                                const std::string& text) {
+    return RowsWhere(book, table, column + "='" + Quoted(text) + "'");
+}
+
+std::string ConditionOf(const MasterTable& table, const MasterRow& row) {
+    if (*table.id != '\0') return std::string(table.id) + "=" + std::to_string(row.id);
+    const bool hasNumber = *table.number != '\0';
+    // Null is joined to "".
+    return std::string(hasNumber ? table.number : table.name) + " & ''='" + Quoted(hasNumber ? row.number : row.name) +
+           "'";
+}
+
+std::vector<MasterRow> MatchingRows(const ConnectionPtr& book, MasterKind kind, const std::string& text) {
     const MasterTable& table = TableOf(kind);
     const std::string words(Trim(text));
     if (words.empty()) RefuseName(std::string("the ") + table.noun + " is not named");
     // The look-up takes the first of several rows, so whether others match is asked as well.
     const std::int32_t lookedUp = LookedUp(book, kind, words);
-    const auto rows = FirstMatches(*book, table, words);
-    if (rows.size() > 1) {
-        RefuseName("'" + words + "' may be any of these " + table.plural + ": " + ListOf(rows) + "; give the id");
-    }
-    if (rows.size() == 1 && (lookedUp == 0 || rows.front().id == lookedUp)) return rows.front();
+    auto rows = FirstMatches(*book, table, words);
+    if (rows.size() > 1 || (rows.size() == 1 && (lookedUp == 0 || rows.front().id == lookedUp))) return rows;
     if (const auto id = lookedUp > 0 ? std::optional(lookedUp) : IdIn(words)) {
-        if (const auto row = RowOfId(*book, table, *id)) return *row;
+        if (const auto row = RowOfId(*book, table, *id)) return {*row};
     }
-    RefuseUnknown(*book, table, words);
+    return {};
+}
+
+MasterRow FindMaster(const ConnectionPtr& book, MasterKind kind, const std::string& text) {
+    const MasterTable& table = TableOf(kind);
+    const std::string words(Trim(text));
+    const auto rows = MatchingRows(book, kind, words);
+    if (rows.empty()) RefuseUnknown(*book, table, words);
+    if (rows.size() == 1) return rows.front();
+    RefuseName("'" + words + "' may be any of these " + table.plural + ": " + ListOf(rows) + "; give the id");
 }
 
 }  // namespace kpTables::bookkeeping

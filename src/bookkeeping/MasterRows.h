@@ -20,12 +20,18 @@ struct MasterRow {
     std::string Text() const;
 };
 
-/// The only row that a text means; errors as MasterId.
+/// The rows that a text may mean, as MasterId says; none when nothing is found. Error 5 for a blank text.
+std::vector<MasterRow> MatchingRows(const ConnectionPtr& book, MasterKind kind, const std::string& text);
+/// The only one of them; errors as MasterId.
 MasterRow FindMaster(const ConnectionPtr& book, MasterKind kind, const std::string& text);
 
-/// The rows whose value in a column equals a text, as the book compares texts. Where the table has no id, all rows are
-/// read, and each is numbered by its place.
+/// The rows that meet a condition, by id. Where the table has no id, all rows are read, and each is numbered by its
+/// place.
+std::vector<MasterRow> RowsWhere(Connection& book, const MasterTable& table, const std::string& condition);
+/// The rows whose value in a column equals a text, as the book compares texts.
 std::vector<MasterRow> RowsWith(Connection& book, const MasterTable& table, const std::string& column,
                                 const std::string& text);
+/// The condition that only this row meets; rows without an id are known by their number, or else their name.
+std::string ConditionOf(const MasterTable& table, const MasterRow& row);
 
 }  // namespace kpTables::bookkeeping

@@ -247,10 +247,16 @@ class FormatTest(ReportCase):
     def test_formats_for_programs_have_none(self):
         for form in ("csv", "json"):
             self.assertNotIn("合计", self.run_kpbook("report", "costs", self.book, "-O", form).stdout)
+
+    def test_a_workbook_has_totals(self):
         path = self.folder / "costs.xlsx"
-        self.run_kpbook("report", "costs", self.book, "-O", "xlsx", "-o", path)
-        sheet = zipfile.ZipFile(path).read("xl/worksheets/sheet1.xml").decode()
-        self.assertEqual(sheet.count("<row "), 3)
+        self.run_kpbook("report", "costs", self.book, "-o", path)
+        archive = zipfile.ZipFile(path)
+        sheet = archive.read("xl/worksheets/sheet1.xml").decode()
+        self.assertEqual(sheet.count("<row "), 4)
+        self.assertIn("合计", sheet)
+        self.assertIn("<v>27.55</v>", sheet)
+        self.assertIn('<sheet name="costs"', archive.read("xl/workbook.xml").decode())
 
     def test_nothing_found_has_no_totals(self):
         for form, lines in (("table", 4), ("markdown", 4), ("csv", 1)):

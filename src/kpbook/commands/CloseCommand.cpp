@@ -105,7 +105,7 @@ int Close(const CloseOptions& options, const GlobalOptions& global) {
     Workspace workspace(options.book, host, global);
     bookkeeping::ClosingOptions closing;
     closing.month = options.month;
-    closing.warehouse = options.warehouse;
+    closing.warehouse = workspace.WarehouseOf(options.warehouse);
     closing.costUsed = options.costUsed || (!options.costUnused && bookkeeping::ValuationSetting(workspace.tables) ==
                                                                        bookkeeping::Valuation::CostBills);
     closing.note = options.date ? *options.date : host->Today();
@@ -116,7 +116,13 @@ int Close(const CloseOptions& options, const GlobalOptions& global) {
 
     bool allClosed = true;
     bookkeeping::ClosingWatch watch;
-    watch.done = [&](const ClosingResult& result) { allClosed = Tell(result, options) && allClosed; };
+    watch.done = [&](const ClosingResult& result) {
+        allClosed = Tell(result, options) && allClosed;
+        if (result.outcome == ClosingOutcome::Done && !options.dryRun) {
+            for (const auto& each : result.months)
+                workspace.Log("结帐 " + MonthLabel(result.name, each.year, each.month));
+        }
+    };
     if (ErrorIsTerminal()) {
         watch.bar = [](const std::string& label) { return std::make_unique<TerminalProgressBar>(label); };
     }

@@ -17,6 +17,21 @@ struct NewOptions {
     std::string book;
     bool bare = false;      ///< the tables only
     bool sqlNames = false;  ///< the table Header has SQL Server's column names
+    std::string company;    ///< empty: a book without a firm, unless somebody at a terminal names one
+    std::optional<std::int16_t> year;
+    std::optional<std::int16_t> month;
+    std::vector<std::string> warehouses;
+    std::string from;  ///< the book of the year before; empty: none
+};
+
+struct OpeningOptions {
+    std::string book;
+    std::string path;  ///< "-" is standard input
+};
+
+struct CopyOptions {
+    std::string book;
+    std::string copy;
 };
 
 struct UpgradeOptions {
@@ -85,10 +100,19 @@ struct ReportOptions {
     Showing showing;
 };
 
+/// Of add, edit, remove and list.
+struct MasterOptions {
+    std::string book;
+    std::string kind;                 ///< a word for the kind
+    std::string which;                ///< the row
+    std::vector<std::string> values;  ///< COLUMN=VALUE
+};
+
 struct OperatorsOptions {
     std::string book;
-    std::string action;  ///< empty: list the operators; "set-password"
-    std::string name;    ///< of the operator that the action is for
+    std::string action;              ///< empty: list the operators
+    std::string name;                ///< of the operator that the action is for; of require: on or off
+    std::vector<std::string> words;  ///< rights, and 姓名= or 仓库=
 };
 
 struct LogOptions {
@@ -107,8 +131,20 @@ struct PayrollOptions {
 
 struct ImportOptions {
     std::string book;
-    std::string table;
-    std::string path;  ///< "-" is standard input
+    std::string table;  ///< without a path: the folder of an export
+    std::string path;   ///< "-" is standard input
+    std::string encoding;
+    std::string separator;
+    std::string sheet;  ///< of a workbook; empty: the first
+    bool update = false;
+    std::string key;  ///< columns that tell the rows apart, with commas between; empty: the table's primary key
+};
+
+struct ExportOptions {
+    std::string book;
+    std::string table;   ///< without a target: the folder for all tables
+    std::string target;  ///< a folder, or "-" for standard output
+    bool excel = false;  ///< begin the files with a byte order mark
 };
 
 struct CallOptions {
@@ -121,13 +157,16 @@ struct CallOptions {
 
 struct SqlOptions {
     std::string book;
-    std::string text;
+    std::string text;                     ///< one statement, or "-" for a script on standard input
+    std::string file;                     ///< a script
+    std::vector<std::string> parameters;  ///< "name=value"
+    bool transaction = false;             ///< all or nothing
 };
 
 struct CloseOptions {
     std::string book;
     std::int16_t month = 0;
-    std::optional<std::int32_t> warehouse;  ///< empty: all of them
+    std::string warehouse;     ///< name or id; empty: the operator's, or all of them
     bool costUsed = false;
     bool costUnused = false;  ///< also where the book's setting says otherwise
     std::optional<Date> date;
@@ -139,7 +178,7 @@ struct CloseOptions {
 struct ReopenOptions {
     std::string book;
     std::int16_t month = 0;
-    std::optional<std::int32_t> warehouse;  ///< empty: all of them
+    std::string warehouse;     ///< name or id; empty: the operator's, or all of them
 };
 
 struct CheckOptions {

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "kpTables/Error.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/commands/Reports.h"
 
 namespace kpTables::kpbook::commands {
@@ -214,7 +215,10 @@ ReportOptions ReadReport(const CLI::App& command, ReportWords words, const Globa
     if (words.name.empty()) throw CLI::RequiredError("NAME or --list");
     words.options.kind = FindReport(words.name);
     if (!words.options.kind) {
-        throw CLI::ValidationError("there is no report " + words.name + "; kpbook report --list shows the reports");
+        std::vector<std::string_view> names;
+        for (const ReportKind& kind : ReportKinds()) names.push_back(kind.name);
+        throw CLI::ValidationError("there is no report " + words.name + DidYouMean(words.name, names) +
+                                   "; kpbook report --list shows the reports");
     }
     filters.from = DateOf(words.from);
     filters.to = DateOf(words.to);

@@ -68,11 +68,16 @@ void TotalsRow::Add(const Recordset& recordset) {
 }
 
 std::string TotalsRow::Cell(int column) const {
+    const Variant value = Value(column);
+    return value.IsNull() ? std::string() : ShownText(value, presentation_.LookOf(column));
+}
+
+Variant TotalsRow::Value(int column) const {
     if (column == labelled_) return kLabel;
     const auto& totalled = presentation_.totalled;
     const auto found = std::ranges::find(totalled, column);
-    if (found == totalled.end()) return {};
-    return ShownText(totals_[static_cast<std::size_t>(found - totalled.begin())].Value(), presentation_.LookOf(column));
+    if (found == totalled.end()) return Variant::Null();
+    return totals_[static_cast<std::size_t>(found - totalled.begin())].Value();
 }
 
 }  // namespace kpTables::kpbook::output

@@ -36,6 +36,8 @@ public:
     /// False without a column to sum, or without a row.
     bool IsShown() const noexcept { return !presentation_.totalled.empty() && hasRows_; }
     std::string Cell(int column) const;
+    /// The sum of a column, the label in its place; Null where there is neither.
+    Variant Value(int column) const;
 
 private:
     Presentation presentation_;

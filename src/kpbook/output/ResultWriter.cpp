@@ -36,7 +36,9 @@ void TellCount(std::int64_t count) {
 RecordsetPtr Borrowed(Recordset& recordset) { return {RecordsetPtr(), &recordset}; }
 
 std::int64_t WriteRows(Recordset& recordset, const GlobalOptions& global, const Presentation& presentation = {}) {
-    if (global.format == OutputFormat::Xlsx) return WriteXlsx(recordset, global.outputPath);
+    if (global.format == OutputFormat::Xlsx) {
+        return WriteXlsx({{global.title, Borrowed(recordset), presentation.totalled}}, global.outputPath);
+    }
     Output output(global.outputPath);
     const auto count = global.format == OutputFormat::Html
                            ? WriteHtml({{"", {}, Borrowed(recordset), presentation, {}}}, output)
@@ -88,7 +90,7 @@ void WriteView(const View& view, const GlobalOptions& global, Charts charts) {
         return;
     }
     for (const auto& note : view.notes) std::fprintf(stderr, "%s\n", note.c_str());
-    TellCount(WriteRows(*view.rows, global));
+    TellCount(WriteRows(*view.rows, global, view.presentation));
 }
 
 void WriteSections(const std::vector<Section>& sections, const GlobalOptions& global) {

@@ -80,7 +80,9 @@ std::int64_t WriteTable(Recordset& recordset, Output& output, const Presentation
         columns[i].width = std::max(columns[i].width, DisplayWidth(total(i)));
     }
     LineWriter line(columns, output);
+    output.Emphasize(true);
     for (const auto& column : columns) line.Cell(column.title);
+    output.Emphasize(false);
     const auto rule = [&] {
         for (const auto& column : columns) line.Cell(std::string(column.width, '-'));
     };

@@ -10,6 +10,8 @@ namespace kpTables::kpbook::output {
 
 namespace {
 
+constexpr const char* kNull = "\\N";
+
 std::string CsvField(const std::string& text) {
     if (text.find_first_of(",\"\r\n") == text.npos) return text;
     std::string quoted = "\"";
@@ -65,6 +67,33 @@ std::int64_t WriteCsv(Recordset& recordset, Output& output) {
     return WriteLines(recordset, output, {}, textOf, [single](const std::string& text, int, bool last) {
         return (single && text.empty() ? "\"\"" : CsvField(text)) + (last ? '\n' : ',');
     });
+}
+
+std::int64_t WriteTableCsv(Recordset& recordset, Output& output, const std::vector<bool>& marked) {
+    const int count = recordset.FieldCount();
+    std::string line;
+    const auto field = [&](const std::string& text, int column) {
+        line += count == 1 && text.empty() ? "\"\"" : text;
+        line += column + 1 == count ? '\n' : ',';
+    };
+    for (int i = 0; i < count; ++i) field(CsvField(recordset.FieldAt(i).name), i);
+    std::int64_t rows = 0;
+    for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
+        ThrowIfInterrupted();
+        for (int i = 0; i < count; ++i) {
+            const Variant value = recordset.GetValue(i);
+            const std::string text = CellText(value);
+            if (value.IsNull()) {
+                field(marked[static_cast<std::size_t>(i)] ? kNull : "", i);
+            } else {
+                field(text == kNull ? '"' + text + '"' : CsvField(text), i);
+            }
+        }
+        output.Write(line);
+        line.clear();
+    }
+    if (rows == 0) output.Write(line);
+    return rows;
 }
 
 std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const Presentation& presentation) {
