@@ -21,6 +21,7 @@ struct TableInfo {
         Variant defaultValue;   ///< Null when the column has none
         bool required = false;  ///< a key or NOT NULL column that the engine does not fill by itself
         bool counter = false;   ///< the engine assigns the value when none is given
+        bool key = false;       ///< part of the primary key
     };
     std::string name;
     std::vector<Column> columns;

@@ -82,6 +82,8 @@ MasterKind ClassKindWith(const ConnectionPtr& book, const std::string& which) {
     return *found;
 }
 
+const char* MasterTableName(MasterKind kind) { return TableOf(kind).table; }
+
 const char* RightToChange(MasterKind kind) {
     switch (kind) {
         case MasterKind::Warehouse:

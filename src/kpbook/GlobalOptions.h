@@ -13,11 +13,12 @@
 
 namespace kpTables::kpbook {
 
-enum class OutputFormat { Table, Csv, Json, Markdown, Xlsx };
+enum class OutputFormat { Table, Csv, Json, Markdown, Xlsx, Html };
 
 struct GlobalOptions {
     OutputFormat format = OutputFormat::Table;
     std::string outputPath;  ///< empty: standard output
+    std::string title;       ///< what the results are: the name of a workbook's sheet
     bool trace = false;
     bool isSQL = false;
     std::optional<Date> today;

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string_view>
 
 #include "kpTables/Convert.h"
 #include "kpbook/Exit.h"
@@ -44,9 +45,22 @@ std::optional<MessageAnswer> ReadAnswer(const std::string& question, std::FILE* 
     }
 }
 
+/// By the convention of no-color.org, any text in NO_COLOR says no.
+bool WantsColours() noexcept {
+    const char* const refused = std::getenv("NO_COLOR");
+    const char* const terminal = std::getenv("TERM");
+    return !(refused && *refused) && terminal && *terminal && std::string_view(terminal) != "dumb";
+}
+
 }  // namespace
 
 bool ErrorIsTerminal() noexcept { return ::isatty(STDERR_FILENO) == 1; }
+
+bool ErrorHasColours() noexcept { return ErrorIsTerminal() && WantsColours(); }
+
+bool OutputHasColours() noexcept { return ::isatty(STDOUT_FILENO) == 1 && WantsColours(); }
+
+const char* FailureMark() noexcept { return ErrorHasColours() ? "\033[1;31mkpbook:\033[0m" : "kpbook:"; }
 
 bool InputIsTerminal() noexcept { return ::isatty(STDIN_FILENO) == 1; }
 
@@ -119,7 +133,7 @@ std::string AskPassword() {
     } else {
         password = ReadLine(stdin).value_or("");
     }
-    if (password.empty()) throw CommandError("no password was given; the method Clear_Password empties one");
+    if (password.empty()) throw CommandError("no password was given; operators BOOK clear-password NAME empties one");
     return password;
 }
 

@@ -11,6 +11,11 @@ namespace kpTables::kpbook {
 /// Whether standard error is a terminal.
 bool ErrorIsTerminal() noexcept;
 
+/// Whether colours may be shown there: a terminal that is not dumb, and no NO_COLOR.
+bool ErrorHasColours() noexcept;
+bool OutputHasColours() noexcept;
+/// "kpbook:", as messages of failures begin.
+const char* FailureMark() noexcept;
 /// Whether standard input is a terminal: somebody can be asked.
 bool InputIsTerminal() noexcept;
 

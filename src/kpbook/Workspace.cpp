@@ -9,9 +9,12 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
+#include "kpTables/bookkeeping/Masters.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
+#include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook {
@@ -121,9 +124,20 @@ void Workspace::Log(const std::string& what) const {
     if (acting) acting->Log(Now(today_), log_->Shown(what));
 }
 
+void Workspace::LogCall(const std::string& method) const {
+    const auto begins = [&](std::string_view word) { return SameName(method.substr(0, word.size()), word); };
+    if (!begins("rs") && !begins("Get")) Log("调用 " + method);
+}
+
 std::optional<std::int32_t> Workspace::WarehouseOr(std::optional<std::int32_t> asked) const {
     if (asked || !acting || acting->Warehouse() < 1) return asked;
     return acting->Warehouse();
+}
+
+std::optional<std::int32_t> Workspace::WarehouseOf(const std::string& word) const {
+    if (word == "全部" || word == "全部仓库") return std::nullopt;
+    if (word.empty()) return WarehouseOr(std::nullopt);
+    return bookkeeping::MasterId(connection, bookkeeping::MasterKind::Warehouse, word);
 }
 
 Incidents Workspace::TakeIncidents() {
@@ -162,6 +176,7 @@ std::string NameOf(Workspace& workspace, const std::string& statement, const std
 Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant>& arguments) {
     using Kind = _CTables::MemberKind;
     const auto* getter = _CTables::Find(name, Kind::PropertyGet);
+    if (!getter && !_CTables::Find(name)) Raise(ErrorNumber::UnknownMember, name + MethodMeant(name));
     if (!getter) return _CTables::Call(tables, name, arguments);
     if (getter->result == _CTables::ValueType::Connection) {
         Raise(ErrorNumber::UnknownMember, name + ": the connection is kpbook's own");

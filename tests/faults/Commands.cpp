@@ -89,6 +89,10 @@ std::vector<Workload> Commands(bool large) {
          Promise::AllOrNothing,
          After(With(book, "t.csv", kBillRows), kTransfer),
          {"bill", "remove", "b.kpbook", "out", "DB2-03-0001", "--allow-negative"}},
+        {"import-update",
+         Promise::AllOrNothing,
+         With(book, "p.csv", ProductRows(5) + "1,水泥,N1,02\n2,螺栓,N2,02\n"),
+         {"import", "b.kpbook", "商品设置", "p.csv", "--update"}},
         {"transacted", Promise::AllOrNothing, book, {"call", "b.kpbook", "--transaction", "Del_单据", "5", "入库"}},
         {"entry", Promise::EachLine, book, kBatch, Entries(100, large ? 160 : 104)},
         {"transaction", Promise::Transaction, book, kBatch,
@@ -109,6 +113,11 @@ std::vector<Workload> Commands(bool large) {
             {"copy", Promise::AllOrNothing, book, {"copy", "b.kpbook", "c.kpbook"}, {}, {"b.kpbook", "c.kpbook"}});
         all.push_back({"upgrade", Promise::AllOrNothing, OldBook(), {"upgrade", "b.kpbook"}});
         all.push_back({"upgrade-alone", Promise::AllOrNothing, OldBook(), {"upgrade", "b.kpbook", "--no-backup"}});
+        all.push_back({"import-folder",
+                       Promise::AllOrNothing,
+                       With(With(After(nothing, {"new", "b.kpbook", "--bare"}), "商品设置.csv", ProductRows(20)),
+                            "仓库设置.csv", "仓库名称\n东库\n"),
+                       {"import", "b.kpbook", "."}});
         all.push_back({"new-bare", Promise::AllOrNothing, nothing, {"new", "n.kpbook", "--bare"}, {}, {"n.kpbook"}});
     }
     for (Workload& workload : all) workload.name = prefix + workload.name;

@@ -307,7 +307,7 @@ class FormatTest(TradingCase):
         path = self.folder / "out.xlsx"
         self.run_kpbook("sql", self.book, "Select 除税金额,数量,单价 From 出库记录", "-O", "xlsx", "-o", path)
         cells = self.cells(path)
-        self.assertEqual(cells["A2"], ("n", "40", "0.0000"))
+        self.assertEqual(cells["A2"], ("n", "40", "#,##0.00"))
         self.assertEqual(cells["B2"], ("n", "5", ""))
         # A number in a sheet keeps 15 digits; more are written as text.
         self.assertEqual(cells["C2"][1], "922337203685477.5807")

@@ -154,7 +154,7 @@ class BadImportTest(KpbookCase):
                      table="仓库设置")
 
     def test_header_in_another_encoding(self):
-        self.refused("仓库名称\n东库\n".encode("gbk"), "no such column", table="仓库设置")
+        self.refused("倉庫名稱\n東庫\n".encode("big5"), "no such column", table="仓库设置")
 
     def test_quote_in_the_middle_of_a_field(self):
         self.refused('仓库名称\nab"c\ngood\n', "line 2: field 1: a quote in the middle of a field without quotes",

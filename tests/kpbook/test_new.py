@@ -150,6 +150,16 @@ class OpeningTest(FirmCase):
         self.assertEqual(self.stock(), before)
 
 
+    def test_operator_needs_the_right_and_is_logged(self):
+        for name, right in (("王", -1), ("李", 0)):
+            self.sql(f"Insert Into 操作员 (姓名,系统设置) Values ('{name}',{right})")
+        path = self.write("stock.csv", HEADER + "中心仓库,01001,1,1\n")
+        self.assertIn("系统设置", self.run_kpbook("opening", self.book, path, "--operator", "李", code=1).stderr)
+        self.run_kpbook("opening", self.book, path, "--operator", "王")
+        self.assertEqual(self.rows("Select Operator,内容 From Log"),
+                         [["1", "opening stock of 2026-1: 1 row added, 0 changed"]])
+
+
 class YearTest(FirmCase):
     def test_a_years_life(self):
         chance = random.Random(13)

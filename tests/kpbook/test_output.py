@@ -12,6 +12,7 @@ import subprocess
 import threading
 import time
 import unittest
+import xml.etree.ElementTree
 import zipfile
 
 from kpbook_case import KPBOOK, KpbookCase, TradingCase, needs_no_sanitizer
@@ -135,7 +136,78 @@ class TargetTest(TradingCase):
         self.assertEqual((done.returncode, done.stderr), (0, b""))
 
 
+class FormatByNameTest(TradingCase):
+    QUERY = "Select dpID,仓库名称 From 仓库设置 Order by dpID"
+
+    def written(self, name, *options):
+        target = self.folder / name
+        done = self.run_kpbook("sql", self.book, self.QUERY, *options, "-o", target)
+        self.assertEqual(done.stdout, "")
+        return target.read_bytes()
+
+    def test_the_name_picks_the_format(self):
+        for name, begin in (("a.csv", b"dpID,"), ("a.CSV", b"dpID,"), ("a.json", b'{"columns"'), ("a.md", b"| dpID"),
+                            ("a.xlsx", b"PK"), ("a.txt", b"dpID  "), ("a", b"dpID  ")):
+            self.assertTrue(self.written(name).startswith(begin), name)
+        self.assertTrue(self.written("b.txt", "-O", "csv").startswith(b"dpID,"))
+        self.assertTrue(self.written("b.csv", "-O", "csv").startswith(b"dpID,"))
+
+    def test_a_name_of_another_format_is_refused(self):
+        for name, form in (("a.csv", "json"), ("a.xlsx", "csv"), ("a.md", "table")):
+            target = self.folder / name
+            done = self.run_kpbook("sql", self.book, self.QUERY, "-O", form, "-o", target, code=2)
+            self.assertIn(f"-O says {form}", done.stderr)
+            self.assertFalse(target.exists())
+
+
 class WorkbookTest(TradingCase):
+    SPACE = "{http://schemas.openxmlformats.org/spreadsheetml/2006/main}"
+
+    def sheet(self, *arguments):
+        """The sheet of a workbook that a command writes, as XML, and the sheet's name."""
+        target = self.folder / "look.xlsx"
+        self.run_kpbook(*arguments, "-o", target)
+        with zipfile.ZipFile(target) as archive:
+            names = xml.etree.ElementTree.fromstring(archive.read("xl/workbook.xml")).iter(self.SPACE + "sheet")
+            self.styles = xml.etree.ElementTree.fromstring(archive.read("xl/styles.xml"))
+            return (xml.etree.ElementTree.fromstring(archive.read("xl/worksheets/sheet1.xml")),
+                    [sheet.get("name") for sheet in names])
+
+    def look(self, cell):
+        """The number format of a cell, and whether it is bold."""
+        codes = {f.get("numFmtId"): f.get("formatCode") for f in self.styles.iter(self.SPACE + "numFmt")}
+        codes["4"] = "#,##0.00"
+        used = self.styles.find(self.SPACE + "cellXfs")[int(cell.get("s", 0))]
+        font = self.styles.find(self.SPACE + "fonts")[int(used.get("fontId"))]
+        return codes.get(used.get("numFmtId"), ""), font.find(self.SPACE + "b") is not None
+
+    def test_look(self):
+        self.sql("Update 入库记录 Set 除税金额=1234567.8901 Where 数量=4")
+        sheet, names = self.sheet("report", "bills", self.book, "--direction", "in")
+        self.assertEqual(names, ["bills"])
+        pane = next(sheet.iter(self.SPACE + "pane"))
+        self.assertEqual((pane.get("ySplit"), pane.get("state")), ("1", "frozen"))
+        rows = [[(cell.get("r")[0], "".join(cell.itertext()), *self.look(cell)) for cell in row]
+                for row in sheet.iter(self.SPACE + "row")]
+        self.assertEqual(len(rows), 4)
+        self.assertTrue(all(bold for _, _, _, bold in rows[0]) and all(bold for _, _, _, bold in rows[-1]))
+        self.assertFalse(any(bold for row in rows[1:3] for _, _, _, bold in row))
+        # 1234567.8901 and 14 with all decimals, shown with two.
+        money = [value for row in rows[1:] for _, value, pattern, _ in row if pattern == "#,##0.00" and value != "0"]
+        self.assertEqual([float(value) for value in money], [1234567.8901, 14, 1234581.8901])
+
+    def test_widths(self):
+        self.sql("Update 仓库设置 Set 仓库名称='一二三四五六七八九十' Where dpID=1")
+        sheet, names = self.sheet("sql", self.book, "Select dpID,仓库名称,结帐标志 From 仓库设置")
+        self.assertEqual(names, ["sql"])
+        # Ten characters, each two columns wide, and a margin of two; at least six and the margin.
+        widths = [float(column.get("width")) for column in sheet.iter(self.SPACE + "col")]
+        self.assertEqual([int(width) for width in widths], [8, 22, 10])
+
+    def test_names_of_sheets(self):
+        _, names = self.sheet("call", self.book, "rs余额记录", 1, 1)
+        self.assertEqual(names, ["rs余额记录"])
+
     @needs_no_sanitizer
     def test_little_memory(self):
         target = self.folder / "out.xlsx"

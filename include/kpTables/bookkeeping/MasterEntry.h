@@ -37,6 +37,8 @@ RecordsetPtr ListMasters(const ConnectionPtr& book, MasterKind kind);
 
 /// "3 (01001 水泥)": how messages show the row that a text means. Errors as MasterId.
 std::string MasterText(const ConnectionPtr& book, MasterKind kind, const std::string& which);
+/// The table that keeps the rows of a kind.
+const char* MasterTableName(MasterKind kind);
 /// The right that an operator needs to change rows of a kind.
 const char* RightToChange(MasterKind kind);
 

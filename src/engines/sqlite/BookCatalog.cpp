@@ -83,12 +83,14 @@ TableInfo BookCatalog::Describe(std::string_view name) const {
     for (const sql::CatalogColumn& known : table->columns) {
         if (!columns.Step()) break;
         if (known.computed) continue;
-        TableInfo::Column column{known.name, engines::FieldType(known.type), Variant::Null(), false, known.counter};
+        TableInfo::Column column{known.name, engines::FieldType(known.type), Variant::Null(), false, known.counter,
+                                 false};
         if (!columns.IsNull(kDefault)) {
             column.defaultValue = DefaultValue(database_, std::string(columns.Text(kDefault)), column.type);
         }
-        const bool key = columns.Integer(kKey) > 0 || columns.Integer(kNotNull) != 0;
-        column.required = key && !known.counter && column.defaultValue.IsNull();
+        column.key = columns.Integer(kKey) > 0;
+        const bool needed = column.key || columns.Integer(kNotNull) != 0;
+        column.required = needed && !known.counter && column.defaultValue.IsNull();
         info.columns.push_back(std::move(column));
     }
     return info;

@@ -19,7 +19,6 @@ struct CommandRight {
 constexpr CommandRight kRights[] = {
     {"info", ""},
     {"list", ""},
-    {"methods", ""},
     {"stock", rights::kStock},
     {"check", rights::kStock},
     {"report", rights::kReports},
@@ -39,6 +38,10 @@ constexpr CommandRight kRights[] = {
 const char* RightFor(std::string_view command) {
     const auto* found = std::ranges::find(kRights, command, &CommandRight::command);
     return found == std::end(kRights) ? rights::kSettings : found->right;
+}
+
+bool TakesOperator(std::string_view command) { 
+    return command != "methods" && command != "upgrade" && command != "completion" && command != "man";
 }
 
 }  // namespace kpTables::kpbook::commands

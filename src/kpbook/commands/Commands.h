@@ -21,6 +21,7 @@ int Operators(const OperatorsOptions& options, const GlobalOptions& global);
 int Log(const LogOptions& options, const GlobalOptions& global);
 int Payroll(const PayrollOptions& options, const GlobalOptions& global);
 int Import(const ImportOptions& options, const GlobalOptions& global);
+int Export(const ExportOptions& options, const GlobalOptions& global);
 int Call(const CallOptions& options, const GlobalOptions& global);
 int Sql(const SqlOptions& options, const GlobalOptions& global);
 int Close(const CloseOptions& options, const GlobalOptions& global);

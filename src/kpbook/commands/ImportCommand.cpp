@@ -1,28 +1,114 @@
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 
+#include "kpTables/Transaction.h"
+#include "kpTables/bookkeeping/RowEntry.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
-#include "kpbook/input/CsvImport.h"
-#include "kpbook/input/InputFile.h"
+#include "kpbook/commands/FilesSyntax.h"
+#include "kpbook/input/Manifest.h"
+#include "kpbook/input/TableFile.h"
+#include "kpbook/input/TableImport.h"
 
 namespace kpTables::kpbook::commands {
 
-int Import(const ImportOptions& options, const GlobalOptions& global) {
-    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
-    const auto tables = workspace.book->Tables();
-    const auto table = std::ranges::find_if(tables, [&](const auto& t) { return SameName(t.name, options.table); });
-    if (table == tables.end()) throw CommandError("the book has no table " + options.table);
+namespace {
 
-    input::InputFile file(options.path);
-    input::CsvReader csv([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); });
-    input::CsvImport import(*workspace.book, *table, csv, options.path == "-" ? "standard input" : options.path);
-    const auto rows = import.Run();
-    std::fprintf(stderr, "%s: %lld %s imported\n", table->name.c_str(), static_cast<long long>(rows),
-                 rows == 1 ? "row" : "rows");
+const TableInfo& TableNamed(const std::vector<TableInfo>& tables, const std::string& name) {
+    const auto table = std::ranges::find_if(tables, [&](const auto& t) { return SameName(t.name, name); });
+    if (table == tables.end()) {
+        std::vector<std::string_view> names;
+        for (const TableInfo& each : tables) names.push_back(each.name);
+        throw CommandError("the book has no table " + name + DidYouMean(name, names));
+    }
+    return *table;
+}
+
+input::TableFileOptions FormatOf(const ImportOptions& options) {
+    return {options.encoding, SeparatorOf(options.separator), options.sheet};
+}
+
+std::string RowsText(std::int64_t rows) { return std::to_string(rows) + (rows == 1 ? " row" : " rows"); }
+
+int ImportFile(Workspace& workspace, const ImportOptions& options) {
+    Book& book = *workspace.book;
+    const auto tables = book.Tables();
+    const TableInfo& table = TableNamed(tables, options.table);
+    input::TableFile file(options.path, FormatOf(options));
+    input::TableImport import(book, table, file.Rows(), file.Name(),
+                              {.update = options.update, .key = ColumnsOf(options.key)});
+    input::ImportCounts counts;
+    workspace.Change([&] {
+        counts = import.Run();
+        return "导入 " + table.name + " " + std::to_string(counts.added + counts.changed);
+    });
+    const std::string done = options.update
+                                 ? std::to_string(counts.added) + " added, " + std::to_string(counts.changed) +
+                                       " changed, " + std::to_string(counts.unchanged) + " unchanged"
+                                 : RowsText(counts.added) + " imported";
+    const std::string encoding(file.Rows().Encoding());
+    std::fprintf(stderr, "%s: %s%s\n", table.name.c_str(), done.c_str(),
+                 encoding == "UTF-8" || !options.encoding.empty() ? "" : (", read as " + encoding).c_str());
     return kSucceeded;
+}
+
+/// The rows of a file of a folder, which are as many as the manifest counts.
+std::int64_t ImportEntry(Book& book, const std::vector<TableInfo>& tables, const std::string& folder,
+                         const input::ManifestEntry& entry, const ImportOptions& options) {
+    const TableInfo& table = TableNamed(tables, entry.table);
+    input::TableFile file(folder + "/" + entry.file, FormatOf(options));
+    // The bills of closed months belong to a whole book.
+    input::TableImport import(book, table, file.Rows(), file.Name(), {.closedMonths = true});
+    const auto rows = import.Run().added;
+    if (entry.rows && rows != *entry.rows) {
+        throw CommandError(file.Name() + ": " + RowsText(rows) + ", but " + input::kManifestName + " counts " +
+                           std::to_string(*entry.rows) + "; export the book again");
+    }
+    return rows;
+}
+
+int ImportFolder(Book& book, const ImportOptions& options) {
+    const std::string& folder = options.table;
+    const auto entries = input::ReadFolder(folder);
+    const auto tables = book.Tables();
+    Transaction transaction(book);
+    if (const auto taken = bookkeeping::FirstTableWithRows(book); !taken.empty()) {
+        throw CommandError("the book has rows in " + taken +
+                           "; a folder is imported into an empty book, which kpbook new BOOK --bare makes");
+    }
+    std::int64_t rows = 0;
+    std::size_t bad = 0;
+    for (const auto& entry : entries) {
+        try {
+            rows += ImportEntry(book, tables, folder, entry, options);
+        } catch (const CommandError& error) {
+            std::fprintf(stderr, "kpbook: %s\n", error.what());
+            ++bad;
+        }
+    }
+    if (bad > 0) {
+        throw CommandError(folder + ": " + std::to_string(bad) + (bad == 1 ? " bad file" : " bad files") +
+                           ", nothing was imported");
+    }
+    transaction.Commit();
+    std::fprintf(stderr, "%s: %zu tables, %s imported\n", folder.c_str(), entries.size(), RowsText(rows).c_str());
+    return kSucceeded;
+}
+
+}  // namespace
+
+int Import(const ImportOptions& options, const GlobalOptions& global) {
+    const bool isFolder = options.path.empty();
+    if (std::error_code error; isFolder && !std::filesystem::is_directory(options.table, error)) {
+        throw UsageError("import takes a table and a file, or the folder of an export; there is no folder " +
+                         options.table);
+    }
+    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
+    return isFolder ? ImportFolder(*workspace.book, options) : ImportFile(workspace, options);
 }
 
 }  // namespace kpTables::kpbook::commands

@@ -4,7 +4,6 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
-#include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/MasterEntry.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
@@ -64,13 +63,6 @@ void RefuseValues(const Asked& asked) {
     if (!asked.values.empty()) throw UsageError(asked.values.front().column + "= is not taken here");
 }
 
-/// The values as the log shows them.
-std::string Joined(const std::vector<std::string>& words) {
-    std::string text;
-    for (const auto& word : words) text += " " + word;
-    return text;
-}
-
 /// An open book, and the row that a command is about.
 struct Target {
     Workspace workspace;
@@ -82,12 +74,11 @@ struct Target {
         workspace.Require(bookkeeping::RightToChange(kind));
     }
 
-    /// Does a step, which answers its line in the log, wholly or not at all.
-    template <class Step>
-    void Do(Step step) {
-        Transaction transaction(*workspace.connection);
-        workspace.Log(step());
-        transaction.Commit();
+    /// The log's line of a change.
+    std::string Line(const std::string& verb, const std::string& row, const std::vector<std::string>& values) const {
+        std::string line = verb + " " + bookkeeping::MasterTableName(kind) + " " + row;
+        for (const auto& value : values) line += " " + value;
+        return line;
     }
 };
 
@@ -115,9 +106,9 @@ int AddMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     if (!asked.kind) throw UsageError("say what the class is for: 种类=, one of " + bookkeeping::ClassKindWords());
     Target target(options, global, asked);
     std::int32_t id = 0;
-    target.Do([&] {
+    target.workspace.Change([&] {
         id = bookkeeping::AddMaster(target.workspace.connection, target.kind, asked.values);
-        return "add " + options.kind + " " + std::to_string(id) + ":" + Joined(options.values);
+        return target.Line("增加", std::to_string(id), options.values);
     });
     output::WriteResult("id", id, global);
     return kSucceeded;
@@ -128,9 +119,9 @@ int EditMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     Target target(options, global, asked);
     const auto& book = target.workspace.connection;
     const auto row = bookkeeping::MasterText(book, target.kind, options.which);
-    target.Do([&] {
+    target.workspace.Change([&] {
         bookkeeping::EditMaster(book, target.kind, options.which, asked.values);
-        return "edit " + options.kind + " " + row + ":" + Joined(options.values);
+        return target.Line("修改", row, options.values);
     });
     std::fprintf(stderr, "%s %s: changed\n", options.kind.c_str(), row.c_str());
     return kSucceeded;
@@ -142,9 +133,9 @@ int RemoveMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     Target target(options, global, asked);
     const auto& book = target.workspace.connection;
     const auto row = bookkeeping::MasterText(book, target.kind, options.which);
-    target.Do([&] {
+    target.workspace.Change([&] {
         bookkeeping::RemoveMaster(book, target.kind, options.which);
-        return "remove " + options.kind + " " + row;
+        return target.Line("删除", row, {});
     });
     std::fprintf(stderr, "%s %s: removed\n", options.kind.c_str(), row.c_str());
     return kSucceeded;

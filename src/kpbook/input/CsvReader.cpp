@@ -1,5 +1,7 @@
 #include "kpbook/input/CsvReader.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace kpTables::kpbook::input {
@@ -8,21 +10,42 @@ namespace {
 
 constexpr std::size_t kBufferSize = 1 << 18;
 
-/// Characters that end a run of plain text in a field without quotes.
-bool IsSpecial(char character) noexcept {
-    return character == ',' || character == '"' || character == '\n' || character == '\r';
-}
-
 }  // namespace
 
-CsvReader::CsvReader(Source source) : source_(std::move(source)), buffer_(kBufferSize) {
+CsvReader::CsvReader(Source source, std::optional<char> separator) : source_(std::move(source)), buffer_(kBufferSize) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    while (filled_ < kByteOrderMark.size() && !ended_) {
-        const auto count = source_(buffer_.data() + filled_, buffer_.size() - filled_);
-        filled_ += count;
-        ended_ = count == 0;
-    }
+    while (filled_ < kByteOrderMark.size() && ReadMore()) continue;
     if (std::string_view(buffer_.data(), filled_).starts_with(kByteOrderMark)) position_ = kByteOrderMark.size();
+    separator_ = separator ? *separator : RecognisedSeparator();
+}
+
+bool CsvReader::ReadMore() {
+    if (ended_ || filled_ == buffer_.size()) return false;
+    const auto count = source_(buffer_.data() + filled_, buffer_.size() - filled_);
+    filled_ += count;
+    ended_ = count == 0;
+    return !ended_;
+}
+
+char CsvReader::RecognisedSeparator() {
+    constexpr std::string_view kSeparators = ",\t;";
+    std::array<std::size_t, kSeparators.size()> counts{};
+    bool quoted = false;
+    bool begun = false;  // empty lines before the first are skipped
+    for (auto at = position_; at < filled_ || ReadMore(); ++at) {
+        const char character = buffer_[at];
+        if (character == '"') quoted = !quoted;
+        if (quoted) continue;
+        const bool isLineEnd = character == '\n' || character == '\r';
+        if (isLineEnd && begun) break;
+        begun = begun || !isLineEnd;
+        if (const auto found = kSeparators.find(character); found != kSeparators.npos) ++counts[found];
+    }
+    return kSeparators[static_cast<std::size_t>(std::ranges::max_element(counts) - counts.begin())];
+}
+
+bool CsvReader::IsSpecial(char character) const noexcept {
+    return character == separator_ || character == '"' || character == '\n' || character == '\r';
 }
 
 int CsvReader::Peek() {
@@ -49,17 +72,19 @@ bool CsvReader::Next() {
     if (Peek() == kEnd) return false;
     text_.clear();
     starts_.clear();
+    quoted_.clear();
     problem_.clear();
     line_ = nextLine_;
     for (;;) {
         StartField();
-        if (Peek() == '"') {
+        quoted_.push_back(Peek() == '"');
+        if (quoted_.back()) {
             Take();
             ReadQuoted();
         } else {
             ReadPlain();
         }
-        if (Peek() != ',') break;
+        if (Peek() != static_cast<unsigned char>(separator_)) break;
         Take();
     }
     TakeLineEnd();
@@ -76,14 +101,15 @@ void CsvReader::StartField() { starts_.push_back(text_.size()); }
 
 void CsvReader::AppendPlainRun() {
     const auto start = position_;
-    while (position_ < filled_ && !IsSpecial(buffer_[position_])) ++position_;
+    const char* const buffer = buffer_.data();
+    while (position_ < filled_ && !IsSpecial(buffer[position_])) ++position_;
     text_.append(buffer_.data() + start, position_ - start);
 }
 
 void CsvReader::ReadPlain() {
     for (;;) {
         const int next = Peek();
-        if (next == kEnd || next == ',' || next == '\n') return;
+        if (next == kEnd || next == static_cast<unsigned char>(separator_) || next == '\n') return;
         if (next == '"') {
             Report("a quote in the middle of a field without quotes");
             text_ += static_cast<char>(Take());
@@ -118,7 +144,7 @@ void CsvReader::ReadQuoted() {
         if (Peek() != '"') break;
         text_ += static_cast<char>(Take());
     }
-    if (Peek() == ',' || AtLineEnd()) return;
+    if (Peek() == static_cast<unsigned char>(separator_) || AtLineEnd()) return;
     if (Peek() != '\r') Report("text after a closing quote");
     ReadPlain();
 }

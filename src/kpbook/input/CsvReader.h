@@ -3,35 +3,42 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "kpbook/input/RowReader.h"
+
 namespace kpTables::kpbook::input {
 
-/// Records end with LF or CRLF, fields are separated by commas; a field in double quotes may contain line breaks and
-/// doubled quotes. A byte order mark at the beginning and empty lines between records are skipped.
-class CsvReader {
+/// Records end with LF or CRLF, fields are separated by commas or another character; a field in double quotes may
+/// contain line breaks and doubled quotes. A byte order mark at the beginning and empty lines between records are
+/// skipped.
+class CsvReader : public RowReader {
 public:
     /// Reads the next bytes, at most size; returns their number, 0 at the end.
     using Source = std::function<std::size_t(char* buffer, std::size_t size)>;
 
-    explicit CsvReader(Source source);
+    /// Without a separator, it is the one of comma, tab and semicolon that the first line has most often outside of
+    /// quotes; a comma where it has none.
+    explicit CsvReader(Source source, std::optional<char> separator = ',');
 
-    /// Goes to the next record; false at the end.
-    bool Next();
-
-    /// Line on which the record begins, counted from 1.
-    std::int64_t Line() const noexcept { return line_; }
-    std::size_t FieldCount() const noexcept { return starts_.size(); }
-    /// Valid until Next.
-    std::string_view Field(std::size_t index) const noexcept;
-    /// What is malformed in the record, with the number of the field, counted from 1; empty when nothing is.
-    const std::string& Problem() const noexcept { return problem_; }
+    bool Next() override;
+    std::int64_t Line() const noexcept override { return line_; }
+    std::size_t FieldCount() const noexcept override { return starts_.size(); }
+    std::string_view Field(std::size_t index) const noexcept override;
+    bool IsQuoted(std::size_t index) const noexcept override { return quoted_[index]; }
+    const std::string& Problem() const noexcept override { return problem_; }
 
 private:
     static constexpr int kEnd = -1;
 
+    /// Reads more into the buffer behind what is there; false at the end.
+    bool ReadMore();
+    char RecognisedSeparator();
+    /// Characters that end a run of plain text in a field without quotes.
+    bool IsSpecial(char character) const noexcept;
     int Peek();
     int Take();
     void StartField();
@@ -46,12 +53,14 @@ private:
     void Report(const std::string& problem);
 
     Source source_;
+    char separator_ = ',';
     std::vector<char> buffer_;
     std::size_t position_ = 0;
     std::size_t filled_ = 0;
     bool ended_ = false;
     std::string text_;                 ///< the record's fields, concatenated
     std::vector<std::size_t> starts_;  ///< where each begins in text_
+    std::vector<bool> quoted_;         ///< whether each began with a quote
     std::string problem_;
     std::int64_t line_ = 0;
     std::int64_t nextLine_ = 1;

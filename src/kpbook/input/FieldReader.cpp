@@ -107,15 +107,15 @@ FieldValue ReadFlag(std::string_view text) {
     return Problem(text, "is no flag (True, False, yes, no, -1, 1 or 0)");
 }
 
-FieldValue ReadText(std::string_view text) {
-    if (!IsValidUtf8(text)) return Problem(text, "is not valid UTF-8");
+FieldValue ReadText(std::string_view text, std::string_view encoding) {
+    if (!IsValidUtf8(text)) return Problem(text, "is not valid " + std::string(encoding));
     if (text.find('\0') != text.npos) return Problem(text, "holds a NUL character");
     return {text, {}};
 }
 
 }  // namespace
 
-FieldValue ReadField(std::string_view text, VarType type) {
+FieldValue ReadField(std::string_view text, VarType type, std::string_view encoding) {
     switch (type) {
         case VarType::Boolean:
             return ReadFlag(Trim(text));
@@ -130,7 +130,7 @@ FieldValue ReadField(std::string_view text, VarType type) {
         case VarType::Date:
             return ReadDate(Trim(text));
         default:
-            return ReadText(text);
+            return ReadText(text, encoding);
     }
 }
 

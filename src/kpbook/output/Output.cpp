@@ -5,6 +5,7 @@
 
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
+#include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook::output {
 
@@ -24,15 +25,27 @@ void Output::Write(std::string_view text) {
     if (std::fwrite(text.data(), 1, text.size(), file_) != text.size()) Fail();
 }
 
+void Output::Emphasize(bool on) {
+    if (path_.empty() && OutputHasColours()) Write(on ? "\033[1m" : "\033[0m");
+}
+
 void Output::Flush() {
     if (std::fflush(file_) != 0) Fail();
 }
 
 void Output::Close() {
+    Finish();
+    Keep();
+}
+
+void Output::Finish() {
     Flush();
     std::FILE* const file = file_;
     file_ = nullptr;
     if (file != stdout && std::fclose(file) != 0) Fail();
+}
+
+void Output::Keep() {
     if (draft_) draft_->Keep();
 }
 

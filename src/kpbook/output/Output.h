@@ -21,9 +21,14 @@ public:
 
     /// Throws Interrupted when the user has ended the program.
     void Write(std::string_view text);
+    /// On a terminal that shows colours, what follows is bold, or no longer.
+    void Emphasize(bool on);
     void Flush();
     /// Flushes and closes; without it a late failure (a full disk) would go unnoticed.
     void Close();
+    // The two halves of Close, for several files that take their places together.
+    void Finish();
+    void Keep();
 
 private:
     [[noreturn]] void Fail() const;

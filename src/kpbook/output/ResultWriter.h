@@ -11,7 +11,7 @@
 namespace kpTables::kpbook::output {
 
 /// Writes a recordset from its current row to Eof, and the number of rows to standard error. The totals of the columns
-/// in totalled are written below a table; formats for programs have none.
+/// in totalled are written below a table and in a workbook; formats for programs have none.
 void WriteRecordset(Recordset& recordset, const GlobalOptions& global, const std::vector<int>& totalled = {});
 
 /// Writes several recordsets: each below its title, in JSON as one object whose keys are the titles, in a workbook as

@@ -39,6 +39,8 @@ SheetLibrary Load() {
     Find(library, "worksheet_write_string", functions.writeString);
     Find(library, "worksheet_write_number", functions.writeNumber);
     Find(library, "worksheet_write_boolean", functions.writeBoolean);
+    Find(library, "worksheet_set_column", functions.setColumn);
+    Find(library, "worksheet_freeze_panes", functions.freezePanes);
     Find(library, "lxw_strerror", functions.errorText);
     return functions;
 }

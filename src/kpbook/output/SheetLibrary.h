@@ -17,6 +17,8 @@ struct SheetLibrary {
     decltype(&worksheet_write_string) writeString;
     decltype(&worksheet_write_number) writeNumber;
     decltype(&worksheet_write_boolean) writeBoolean;
+    decltype(&worksheet_set_column) setColumn;
+    decltype(&worksheet_freeze_panes) freezePanes;
     decltype(&lxw_strerror) errorText;
 };
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cmath>
@@ -8,8 +9,10 @@
 
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
+#include "kpbook/Names.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/output/CellText.h"
+#include "kpbook/output/ColumnTotal.h"
 #include "kpbook/output/DraftFile.h"
 #include "kpbook/output/Output.h"
 #include "kpbook/output/RowWriters.h"
@@ -19,24 +22,33 @@ namespace kpTables::kpbook::output {
 
 namespace {
 
+/// The formats of a row's cells, by what they hold.
 struct Formats {
-    lxw_format* title;
+    lxw_format* other;  ///< null: none
     lxw_format* money;
     lxw_format* date;
     lxw_format* dateTime;
 };
 
-lxw_format* NumberFormat(lxw_workbook* workbook, const char* pattern) {
+struct SheetFormats {
+    lxw_format* title;
+    Formats rows;
+    Formats totals;
+};
+
+lxw_format* AddFormat(lxw_workbook* workbook, const char* pattern, bool bold) {
     lxw_format* format = Sheets().addFormat(workbook);
-    Sheets().setNumberFormat(format, pattern);
+    if (pattern) Sheets().setNumberFormat(format, pattern);
+    if (bold) Sheets().setBold(format);
     return format;
 }
 
-Formats AddFormats(lxw_workbook* workbook) {
-    const Formats formats{Sheets().addFormat(workbook), NumberFormat(workbook, "0.0000"),
-                          NumberFormat(workbook, "yyyy-mm-dd"), NumberFormat(workbook, "yyyy-mm-dd hh:mm:ss")};
-    Sheets().setBold(formats.title);
-    return formats;
+SheetFormats AddFormats(lxw_workbook* workbook) {
+    const auto formats = [workbook](bool bold) {
+        return Formats{bold ? AddFormat(workbook, nullptr, true) : nullptr, AddFormat(workbook, "#,##0.00", bold),
+                       AddFormat(workbook, "yyyy-mm-dd", bold), AddFormat(workbook, "yyyy-mm-dd hh:mm:ss", bold)};
+    };
+    return {AddFormat(workbook, nullptr, true), formats(false), formats(true)};
 }
 
 /// For a workbook that is abandoned; closing one frees it.
@@ -61,14 +73,14 @@ lxw_error WriteCell(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const
         case VarType::Null:
             return LXW_NO_ERROR;
         case VarType::Boolean:
-            return Sheets().writeBoolean(sheet, row, column, *value.If<bool>(), nullptr);
+            return Sheets().writeBoolean(sheet, row, column, *value.If<bool>(), formats.other);
         case VarType::Integer:
-            return Sheets().writeNumber(sheet, row, column, *value.If<std::int16_t>(), nullptr);
+            return Sheets().writeNumber(sheet, row, column, *value.If<std::int16_t>(), formats.other);
         case VarType::Long:
-            return Sheets().writeNumber(sheet, row, column, *value.If<std::int32_t>(), nullptr);
+            return Sheets().writeNumber(sheet, row, column, *value.If<std::int32_t>(), formats.other);
         case VarType::Double:
             if (!std::isfinite(*value.If<double>())) break;
-            return Sheets().writeNumber(sheet, row, column, *value.If<double>(), nullptr);
+            return Sheets().writeNumber(sheet, row, column, *value.If<double>(), formats.other);
         case VarType::Currency:
             if (std::llabs(value.If<Currency>()->Scaled()) <= kLargestSheetMoney) {
                 return Sheets().writeNumber(sheet, row, column, value.If<Currency>()->ToDouble(), formats.money);
@@ -83,25 +95,83 @@ lxw_error WriteCell(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const
         default:
             break;
     }
-    return WriteText(sheet, row, column, CellText(value), nullptr);
+    return WriteText(sheet, row, column, CellText(value), formats.other);
 }
 
 void Check(lxw_error error, const std::string& path) {
     if (error != LXW_NO_ERROR) throw CommandError(path + ": cannot be written: " + Sheets().errorText(error));
 }
 
-std::int64_t WriteSheet(lxw_worksheet* sheet, Recordset& recordset, const Formats& formats, const std::string& path) {
-    const auto count = static_cast<lxw_col_t>(recordset.FieldCount());
-    for (lxw_col_t i = 0; i < count; ++i) {
-        Check(WriteText(sheet, 0, i, recordset.FieldAt(i).name, formats.title), path);
+/// Columns that a cell's text takes in its number format.
+std::size_t CellWidth(const Variant& value) {
+    const std::size_t width = DisplayWidth(ShownText(value));
+    if (value.Type() != VarType::Currency) return width;
+    const auto digits = std::to_string(value.If<Currency>()->Scaled() / Currency::kScale).size();
+    return digits + digits / 3 + 3;
+}
+
+/// The widths of a sheet's columns, by their widest cells.
+class ColumnWidths {
+public:
+    explicit ColumnWidths(std::size_t columns) : widths_(columns, kNarrowest) {}
+
+    void Add(lxw_col_t column, std::size_t width) { widths_[column] = std::clamp(width, widths_[column], kWidest); }
+    void Set(lxw_worksheet* sheet, const std::string& path) const {
+        constexpr double kMargin = 2;
+        for (lxw_col_t i = 0; i < widths_.size(); ++i) {
+            Check(Sheets().setColumn(sheet, i, i, static_cast<double>(widths_[i]) + kMargin, nullptr), path);
+        }
     }
-    lxw_row_t rows = 0;
+
+private:
+    static constexpr std::size_t kNarrowest = 6;
+    static constexpr std::size_t kWidest = 60;
+    std::vector<std::size_t> widths_;
+};
+
+std::int64_t WriteSheet(lxw_worksheet* sheet, const Section& section, const SheetFormats& formats,
+                        const std::string& path) {
+    Recordset& recordset = *section.rows;
+    const auto count = static_cast<lxw_col_t>(recordset.FieldCount());
+    ColumnWidths widths(count);
+    TotalsRow totals(recordset, section.totalled);
+    lxw_row_t row = 0;
+    const auto write = [&](lxw_col_t column, const Variant& value, const Formats& cells) {
+        Check(WriteCell(sheet, row, column, value, cells), path);
+        widths.Add(column, CellWidth(value));
+    };
+    Sheets().freezePanes(sheet, 1, 0);
+    for (lxw_col_t i = 0; i < count; ++i) {
+        Check(WriteText(sheet, row, i, recordset.FieldAt(i).name, formats.title), path);
+        widths.Add(i, DisplayWidth(recordset.FieldAt(i).name));
+    }
     for (; !recordset.Eof(); recordset.MoveNext()) {
         ThrowIfInterrupted();
-        ++rows;
-        for (lxw_col_t i = 0; i < count; ++i) Check(WriteCell(sheet, rows, i, recordset.GetValue(i), formats), path);
+        ++row;
+        for (lxw_col_t i = 0; i < count; ++i) write(i, recordset.GetValue(i), formats.rows);
+        totals.Add(recordset);
     }
+    const lxw_row_t rows = row;
+    if (totals.IsShown()) {
+        ++row;
+        for (lxw_col_t i = 0; i < count; ++i) write(i, totals.Value(i), formats.totals);
+    }
+    widths.Set(sheet, path);
     return rows;
+}
+
+/// A title as a sheet may be named: without some characters, at most 31 long, and not History, which Excel keeps for
+/// itself.
+std::string SheetName(const std::string& title) {
+    constexpr std::size_t kLongest = 31;
+    std::string name;
+    for (std::size_t at = 0; at < title.size();) {
+        const std::string character = title.substr(at, text::CharacterSize(title, at));
+        if (text::Utf16Length(name + character) > kLongest) break;
+        name += std::string_view("[]:*?/\\'").find(character) == std::string_view::npos ? character : "_";
+        at += character.size();
+    }
+    return SameName(name, "History") ? name + "_" : name;
 }
 
 }  // namespace
@@ -119,7 +189,7 @@ void RequireMemory() {
 }
 
 void RequireFit(const Section& section) {
-    constexpr std::int32_t kMostRows = 1'048'575;  // below the titles
+    constexpr std::int32_t kMostRows = 1'048'574;  // between the titles and the totals
     constexpr int kMostColumns = 16'384;
     if (section.rows->RecordCount() <= kMostRows && section.rows->FieldCount() <= kMostColumns) return;
     throw CommandError("a workbook's sheet holds at most " + std::to_string(kMostRows) + " rows and " +
@@ -140,13 +210,13 @@ std::int64_t WriteWorkbook(const std::vector<Section>& sections, const std::stri
     const auto openFailed = [&] { return CommandError(shown + ": cannot be written"); };
     std::unique_ptr<lxw_workbook, FreeWorkbook> workbook(Sheets().newWorkbook(path.c_str(), &options));
     if (!workbook) throw openFailed();
-    const Formats formats = AddFormats(workbook.get());
+    const SheetFormats formats = AddFormats(workbook.get());
     std::int64_t rows = 0;
     for (const Section& section : sections) {
-        const char* title = section.title.empty() ? nullptr : section.title.c_str();
-        lxw_worksheet* const sheet = Sheets().addSheet(workbook.get(), title);
+        const std::string name = SheetName(section.title);
+        lxw_worksheet* const sheet = Sheets().addSheet(workbook.get(), name.empty() ? nullptr : name.c_str());
         if (!sheet) throw openFailed();
-        rows += WriteSheet(sheet, *section.rows, formats, shown);
+        rows += WriteSheet(sheet, section, formats, shown);
         CheckRowsAreKept(*sheet);
         RequireMemory();
     }
@@ -186,11 +256,6 @@ std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& 
     const auto rows = WriteWorkbook(sections, "/proc/self/fd/" + std::to_string(fileno(file.get())), path);
     CopyTo(path, *file);
     return rows;
-}
-
-std::int64_t WriteXlsx(Recordset& recordset, const std::string& path) {
-    // An untitled section that does not own its rows.
-    return WriteXlsx({{"", RecordsetPtr(RecordsetPtr(), &recordset)}}, path);
 }
 
 }  // namespace kpTables::kpbook::output

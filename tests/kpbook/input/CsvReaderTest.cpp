@@ -110,5 +110,35 @@ TEST(CsvReader, LongFieldsAcrossBuffers) {
     EXPECT_EQ(records[1], (Record{2, {"x", "y"}, ""}));
 }
 
+std::string FieldsOf(const std::string& text, std::optional<char> separator, std::size_t piece) {
+    CsvReader reader(InPieces(text, piece), separator);
+    std::string fields;
+    while (reader.Next()) {
+        for (std::size_t i = 0; i < reader.FieldCount(); ++i) fields += "[" + std::string(reader.Field(i)) + "]";
+        fields += reader.Problem() + "\n";
+    }
+    return fields;
+}
+
+TEST(CsvReader, Separators) {
+    const std::optional<char> recognised;
+    for (const std::size_t piece : {1, 2, 1000}) {
+        EXPECT_EQ(FieldsOf("a\tb,c\td\n1\t2\t\"3\t4\"\n", recognised, piece), "[a][b,c][d]\n[1][2][3\t4]\n");
+        EXPECT_EQ(FieldsOf("a;b\n1;2,5\n", recognised, piece), "[a][b]\n[1][2,5]\n");
+        EXPECT_EQ(FieldsOf("\r\n\"x;y;z\",b\n1,2;\n", recognised, piece), "[x;y;z][b]\n[1][2;]\n");
+        EXPECT_EQ(FieldsOf("a\n1;2\n", recognised, piece), "[a]\n[1;2]\n");
+        EXPECT_EQ(FieldsOf("a;b\n1;2\n", ',', piece), "[a;b]\n[1;2]\n");
+        EXPECT_EQ(FieldsOf("a|b\n\"1\"|2\n", '|', piece), "[a][b]\n[1][2]\n");
+        EXPECT_EQ(FieldsOf("", recognised, piece), "");
+    }
+}
+
+TEST(CsvReader, Quotes) {
+    CsvReader reader(InPieces("a,\"a\",,\"\"\n", 3));
+    ASSERT_TRUE(reader.Next());
+    for (const std::size_t i : {0, 2}) EXPECT_FALSE(reader.IsQuoted(i));
+    for (const std::size_t i : {1, 3}) EXPECT_TRUE(reader.IsQuoted(i));
+}
+
 }  // namespace
 }  // namespace kpTables::kpbook::input

@@ -140,8 +140,8 @@ TEST(RowWriters, XlsxRefusesATextTooLongForACell) {
     char folder[] = "/tmp/kpbook-xlsx-XXXXXX";
     ASSERT_TRUE(::mkdtemp(folder));
     const std::string path = std::string(folder) + "/rows.xlsx";
-    const auto recordset = Filled({{"a", VarType::String}}, {{std::string(40'000, 'x')}});
-    EXPECT_THROW(WriteXlsx(*recordset, path), std::runtime_error);
+    const RecordsetPtr recordset = Filled({{"a", VarType::String}}, {{std::string(40'000, 'x')}});
+    EXPECT_THROW(WriteXlsx({{"", recordset, {}}}, path), std::runtime_error);
     EXPECT_NE(::access(path.c_str(), F_OK), 0);
     ::rmdir(folder);
 }

@@ -1,0 +1,177 @@
+#include "kpbook/input/TableImport.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+#include "kpTables/Transaction.h"
+#include "kpbook/Exit.h"
+#include "kpbook/Names.h"
+#include "kpbook/Terminal.h"
+#include "kpbook/Utf8.h"
+#include "kpbook/input/FieldReader.h"
+
+namespace kpTables::kpbook::input {
+
+namespace {
+
+/// Progress is shown after this many rows.
+constexpr std::int64_t kStep = 10'000;
+
+/// Whether the error is about this row only, so that other rows can still be added.
+bool IsRowsFault(const DatabaseError& error) noexcept {
+    const auto number = static_cast<DatabaseErrorNumber>(error.Number());
+    return number == DatabaseErrorNumber::ConstraintViolated || number == DatabaseErrorNumber::TypeMismatch ||
+           number == DatabaseErrorNumber::Overflow;
+}
+
+std::string Joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const auto& name : names) text += (text.empty() ? "" : ", ") + Printable(name);
+    return text;
+}
+
+}  // namespace
+
+TableImport::TableImport(Book& book, const TableInfo& table, RowReader& rows, const std::string& file,
+                         const bookkeeping::RowEntryOptions& options)
+    : book_(book), table_(table), rows_(rows), file_(file), options_(options), faults_(file) {}
+
+ImportCounts TableImport::Run() {
+    ReadHeader();
+    Transaction transaction(book_);
+    Begin();
+    while (rows_.Next()) ImportRow();
+    faults_.Finish();
+    if (faults_.Count() > 0) {
+        const auto bad = faults_.BadRows();
+        throw CommandError(file_ + ": " + std::to_string(bad) + (bad == 1 ? " bad row" : " bad rows") +
+                           ", nothing was imported");
+    }
+    transaction.Commit();
+    return counts_;
+}
+
+void TableImport::ReadHeader() {
+    if (!rows_.Next()) throw CommandError(file_ + ": no header line with the names of the columns");
+    RefuseNul();
+    if (!rows_.Problem().empty()) throw CommandError(file_ + ": line 1: " + rows_.Problem());
+    std::vector<std::string> unknown;
+    std::vector<std::string> repeated;
+    for (std::size_t i = 0; i < rows_.FieldCount(); ++i) {
+        const auto name = Trim(rows_.Field(i));
+        const auto info = std::ranges::find_if(table_.columns, [&](const auto& c) { return SameName(c.name, name); });
+        if (info == table_.columns.end()) {
+            unknown.emplace_back(name);
+        } else if (std::ranges::any_of(columns_, [&](const auto& c) { return c == &*info; })) {
+            repeated.emplace_back(name);
+        } else {
+            columns_.push_back(&*info);
+        }
+    }
+    CheckHeader(unknown, repeated);
+    values_.resize(columns_.size());
+}
+
+/// Inside the transaction: no month is closed while rows are entered.
+void TableImport::Begin() {
+    std::vector<std::string> names;
+    for (const auto* column : columns_) names.push_back(column->name);
+    try {
+        entry_.emplace(book_, table_, names, options_);
+    } catch (const DatabaseError&) {
+        throw;
+    } catch (const Error& error) {
+        throw CommandError(file_ + ": line 1: " + error.Description());
+    }
+}
+
+void TableImport::RefuseNul() const {
+    for (std::size_t i = 0; i < rows_.FieldCount(); ++i) {
+        if (rows_.Field(i).find('\0') == std::string_view::npos) continue;
+        throw CommandError(file_ +
+                           ": line 1: NUL characters; if the file is UTF-16 without a byte order mark, "
+                           "--encoding UTF-16LE reads it");
+    }
+}
+
+void TableImport::CheckHeader(const std::vector<std::string>& unknown, const std::vector<std::string>& repeated) const {
+    std::vector<std::string> missing;
+    for (const auto& column : table_.columns) {
+        const bool given = std::ranges::any_of(columns_, [&](const auto& c) { return c == &column; });
+        if (column.required && !column.counter && !given) missing.push_back(column.name);
+    }
+    std::string problems;
+    if (!unknown.empty()) problems += "; no such column in " + table_.name + ": " + Joined(unknown);
+    if (!repeated.empty()) problems += "; given more than once: " + Joined(repeated);
+    if (!missing.empty()) problems += "; missing: " + Joined(missing);
+    if (!problems.empty()) throw CommandError(file_ + ": line 1: wrong header" + problems);
+}
+
+void TableImport::ImportRow() {
+    if (!rows_.Problem().empty()) {
+        faults_.Add(rows_.Line(), "", rows_.Problem());
+    } else if (rows_.FieldCount() != columns_.size()) {
+        faults_.Add(rows_.Line(), "",
+                    (rows_.FieldCount() < columns_.size() ? "too few fields: " : "too many fields: ") +
+                        std::to_string(rows_.FieldCount()) + " instead of " + std::to_string(columns_.size()));
+    } else if (ReadFields()) {
+        EnterRow();
+    }
+}
+
+bool TableImport::ReadFields() {
+    bool good = true;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        const auto& column = *columns_[i];
+        const auto text = rows_.Field(i);
+        std::string problem;
+        const bool isNull = text == kNullField && !rows_.IsQuoted(i);
+        if (isNull || (text.empty() && column.type != VarType::String)) {
+            problem = ReadEmpty(column, isNull, values_[i]);
+        } else {
+            auto read = ReadField(text, column.type, rows_.Encoding());
+            problem = std::move(read.problem);
+            values_[i] = std::move(read.value);
+        }
+        if (problem.empty()) continue;
+        faults_.Add(rows_.Line(), column.name, problem);
+        good = false;
+    }
+    return good;
+}
+
+std::string TableImport::ReadEmpty(const TableInfo::Column& column, bool isNull, Variant& value) {
+    const bool filled = column.counter || (!isNull && !column.defaultValue.IsNull());
+    value = filled ? Variant::Missing() : Variant::Null();
+    if (filled || !column.required) return {};
+    return isNull ? "Null, but the column needs a value" : "empty, but the column needs a value";
+}
+
+void TableImport::EnterRow() {
+    try {
+        const auto result = entry_->Enter(values_);
+        if (result.outcome == bookkeeping::RowEntryResult::Outcome::Refused) {
+            return faults_.Add(rows_.Line(), "", result.refusal);
+        }
+        Count(result.outcome);
+    } catch (const DatabaseError& error) {
+        if (!IsRowsFault(error)) throw;
+        faults_.Add(rows_.Line(), "", error.Description());
+    }
+}
+
+void TableImport::Count(bookkeeping::RowEntryResult::Outcome outcome) {
+    using Outcome = bookkeeping::RowEntryResult::Outcome;
+    ++(outcome == Outcome::Added ? counts_.added : outcome == Outcome::Changed ? counts_.changed : counts_.unchanged);
+    if ((counts_.added + counts_.changed + counts_.unchanged) % kStep == 0) ShowProgress();
+}
+
+void TableImport::ShowProgress() const {
+    if (!ErrorIsTerminal()) return;
+    std::fprintf(stderr, "\r%s: %lld rows\r", table_.name.c_str(),
+                 static_cast<long long>(counts_.added + counts_.changed + counts_.unchanged));
+}
+
+}  // namespace kpTables::kpbook::input
