@@ -14,6 +14,7 @@ class Recorder : public Connection {
 public:
     Recorder(ConnectionPtr book, std::vector<std::string>& texts) : book_(std::move(book)), texts_(texts) {}
 
+    using Connection::Execute;
     RecordsetPtr Execute(std::string_view text) override {
         texts_.emplace_back(text);
         return book_->Execute(text);

@@ -1,4 +1,5 @@
-// A minimal host: creates a book in memory, enters two bills, closes the month, checks the book and prints the balance.
+// A minimal host: begins a firm's book in memory, enters opening stock and two bills, closes the month, checks the book
+// and prints the balance.
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -9,6 +10,8 @@
 #include "kpTables/Error.h"
 #include "kpTables/bookkeeping/Check.h"
 #include "kpTables/bookkeeping/Closing.h"
+#include "kpTables/bookkeeping/NewBook.h"
+#include "kpTables/bookkeeping/Opening.h"
 
 namespace {
 
@@ -30,12 +33,19 @@ private:
     double shown_ = 0;
 };
 
-void EnterMonth(kpTables::Connection& book) {
+/// The firm's first month is March 2004; its warehouse gets the id 1.
+void BeginFirm(const kpTables::BookPtr& book) {
+    namespace bookkeeping = kpTables::bookkeeping;
+    bookkeeping::BeginBook(book, {.company = "测试商行", .year = 2004, .month = 3, .warehouses = {"中心仓库"}});
+    book->Execute("Insert Into 商品设置 (pdID, 商品名称, 计量单位) Values (7, '普通硅酸盐水泥', '吨')");
+    bookkeeping::EnterOpening(book, {{.warehouse = "中心仓库",
+                                      .product = "普通硅酸盐水泥",
+                                      .quantity = 10,
+                                      .amount = kpTables::Currency::FromLong(2000)}});
+}
+
+void EnterBills(kpTables::Connection& book) {
     for (const char* statement : {
-             "Insert Into 仓库设置 (dpID, 仓库名称) Values (1, '中心仓库')",
-             "Insert Into 商品设置 (pdID, 商品名称, 计量单位) Values (7, '普通硅酸盐水泥', '吨')",
-             "Insert Into 仓库余额表 (年份, 月份, pdID, dpID, 上期库存单价, 上期库存数量, 上期库存金额) "
-             "Values (2004, 3, 7, 1, 200, 10, 2000)",
              "Insert Into 入库目录 (BillID, 年份, 月份, 日子, 单据类型, 单据编号, dpID, 录入日期) "
              "Values (1, 2004, 3, 7, '入库单', 'R001', 1, #2004-3-7#)",
              "Insert Into 入库记录 (BillID, pdID, dpID, 数量, 除税单价, 除税金额) Values (1, 7, 1, 30, 210, 6300)",
@@ -70,7 +80,8 @@ bool CloseMarch(const kpTables::BookPtr& book) {
 int main() {
     try {
         const auto book = kpTables::CreateBook("memory:");
-        EnterMonth(*book);
+        BeginFirm(book);
+        EnterBills(*book);
 
         if (!CloseMarch(book)) return 1;
         kpTables::CTables tables;

@@ -3,7 +3,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
+
+#include "kpTables/Error.h"
 
 #include "kpTables/Recordset.h"
 
@@ -15,12 +19,26 @@ enum class SourceKind : int {
     Table = 2,  ///< adCmdTable: a table's name
 };
 
+/// A value for a name in a statement's text. The value is bound and never becomes part of the text: Null, a Boolean, a
+/// number, a Date or a String; error 13 for any other.
+struct NamedValue {
+    std::string name;  ///< without the sign: "id" for @id and :id; without regard to case
+    Variant value;
+};
+using NamedValues = std::vector<NamedValue>;
+
 /// An open connection. The host opens it and hands it to CTables; every failure is a DatabaseError.
 class Connection : public Object {
 public:
     /// Runs one statement. A query answers with a complete, scrollable, read-only recordset that knows its count;
     /// any other statement with null.
     virtual RecordsetPtr Execute(std::string_view text) = 0;
+    /// As above, with a value for every @name or :name in the text; one without a value is a syntax error, a value
+    /// without its name is not used. Error 5 where a connection binds no values.
+    virtual RecordsetPtr Execute(std::string_view text, const NamedValues& values) {
+        if (values.empty()) return Execute(text);
+        Raise(ErrorNumber::InvalidCall, "this connection binds no values");
+    }
     /// Opens an editable recordset (dynamic cursor, pessimistic locking). Nothing is fetched before a row or a count is
     /// requested.
     virtual RecordsetPtr Open(std::string_view source, SourceKind kind) = 0;

@@ -1,11 +1,16 @@
 // The result set of the component and its hosts: ADO's members by ADO's names.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
+#include "kpTables/Convert.h"
 #include "kpTables/Variant.h"
 
 namespace kpTables {
@@ -15,6 +20,18 @@ namespace kpTables {
 struct FieldInfo {
     std::string name;
     VarType type = VarType::Empty;
+};
+
+/// Where a recordset stands when it is on no row, with ADO's numbers: what AbsolutePosition answers then.
+enum Position : std::int32_t {
+    PositionUnknown = -1,  ///< adPosUnknown
+    PositionEof = -3,      ///< adPosEOF
+};
+
+/// The direction of Find, with ADO's numbers.
+enum SearchDirection : int {
+    SearchForward = 1,    ///< adSearchForward
+    SearchBackward = -1,  ///< adSearchBackward
 };
 
 class Recordset;
@@ -33,6 +50,55 @@ public:
 private:
     Recordset* recordset_;
     int index_;
+};
+
+/// The row that a recordset stands on: another one once the recordset has moved.
+class Row {
+public:
+    explicit Row(const Recordset& recordset) noexcept : recordset_(&recordset) {}
+
+    /// A field as T: bool, std::int16_t, std::int32_t, double, Currency, Date, std::string, Variant, or a std::optional
+    /// of one of them, which is empty for Null. Converts as CBool, CInt, CLng, CDbl, CCur, CDate and Text do: Null is
+    /// error 94 (as a text ""), what does not fit error 6, what does not convert error 13; an unknown column is error
+    /// 3265.
+    template <class T>
+    T get(std::string_view column) const;
+    template <class T>
+    T get(int column) const;
+
+private:
+    static void Convert(const Variant& value, bool& to) { to = CBool(value); }
+    static void Convert(const Variant& value, std::int16_t& to) { to = CInt(value); }
+    static void Convert(const Variant& value, std::int32_t& to) { to = CLng(value); }
+    static void Convert(const Variant& value, double& to) { to = CDbl(value); }
+    static void Convert(const Variant& value, Currency& to) { to = CCur(value); }
+    static void Convert(const Variant& value, Date& to) { to = CDate(value); }
+    static void Convert(const Variant& value, std::string& to) { to = Text(value); }
+    static void Convert(const Variant& value, Variant& to) { to = value; }
+    template <class T>
+    static void Convert(const Variant& value, std::optional<T>& to) {
+        if (!value.IsNull()) Convert(value, to.emplace());
+    }
+
+    const Recordset* recordset_;
+};
+
+/// The rows of a range-based for, of which each can be read until the next.
+class RowIterator {
+public:
+    using iterator_concept = std::input_iterator_tag;
+    using value_type = Row;
+    using difference_type = std::ptrdiff_t;
+
+    explicit RowIterator(Recordset& recordset) noexcept : recordset_(&recordset), row_(recordset) {}
+    const Row& operator*() const noexcept { return row_; }
+    RowIterator& operator++();
+    void operator++(int) { ++*this; }
+    bool operator==(std::default_sentinel_t) const;
+
+private:
+    Recordset* recordset_;
+    Row row_;
 };
 
 /// Base of all result sets. A recordset starts positioned on its first row, or at Eof when it has none.
@@ -58,7 +124,7 @@ public:
     // Navigation
     /// Number of rows, including one being added; -1 when unknown.
     virtual std::int32_t RecordCount() const = 0;
-    /// 1-based position of the current row; -3 (adPosEOF) at the end, -1 (adPosUnknown) where it is unknown.
+    /// 1-based position of the current row, or a Position.
     virtual std::int32_t AbsolutePosition() const = 0;
     virtual bool Eof() const = 0;
     /// Error 3021 when the recordset is empty.
@@ -66,12 +132,19 @@ public:
     /// To the next row or to Eof; error 3021 when already at Eof.
     virtual void MoveNext() = 0;
     /// Moves to the first row, from the current row (included) plus skip on, that meets "column op value" with op one
-    /// of = <> < <= > >= Like; to Eof when there is none. direction 1 searches forward, -1 backward. Error 3001 on
-    /// other criteria.
+    /// of = <> < <= > >= Like; to Eof when there is none. direction: a SearchDirection. Error 3001 on other criteria.
     virtual void Find(std::string_view criteria, std::int32_t skip = 0, int direction = 1) = 0;
     /// Orders the rows by "column [ASC|DESC], ..." and moves to the first; "" restores the original order. Client-side
     /// only.
     virtual void Sort(std::string_view order) = 0;
+
+    // All rows, from the first on: for (auto& row : *rs) total = total + row.get<Currency>("金额"). The loop moves the
+    // recordset and leaves it at Eof.
+    RowIterator begin() {
+        if (RecordCount() != 0) MoveFirst();
+        return RowIterator(*this);
+    }
+    std::default_sentinel_t end() const noexcept { return {}; }
 
     // Editing
     /// Begins a new row, which becomes the current one.
@@ -89,6 +162,23 @@ private:
     std::int32_t cacheSize_ = 1;
 };
 using RecordsetPtr = std::shared_ptr<Recordset>;
+
+template <class T>
+T Row::get(std::string_view column) const {
+    return get<T>(recordset_->FieldIndex(column));
+}
+template <class T>
+T Row::get(int column) const {
+    T value{};
+    Convert(recordset_->GetValue(column), value);
+    return value;
+}
+
+inline RowIterator& RowIterator::operator++() {
+    recordset_->MoveNext();
+    return *this;
+}
+inline bool RowIterator::operator==(std::default_sentinel_t) const { return recordset_->Eof(); }
 
 inline const std::string& Field::Name() const { return recordset_->FieldAt(index_).name; }
 inline VarType Field::Type() const { return recordset_->FieldAt(index_).type; }

@@ -4,7 +4,6 @@
 
 #include "bookkeeping/Query.h"
 #include "kpTables/Convert.h"
-#include "kpTables/Error.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
 
 namespace kpTables::bookkeeping {
@@ -50,20 +49,19 @@ std::vector<std::int32_t> BalanceRows::Missing(const BillKind& kind, std::int32_
     return products;
 }
 
-std::int32_t BalanceRows::NewRowsYear(std::int32_t month) const {
-    std::int32_t year = NumberOf(book_, "Select Max(年份) As y From 仓库余额表");
+std::int32_t BalanceRows::BillsYear(std::int32_t month) const {
+    std::int32_t year = 0;
     for (const BillKind& kind : kBillKinds) {
-        if (year > 0) return year;
-        year = NumberOf(book_, "Select Max(年份) As y From " + kind.Headers() + OfMonth(warehouse_, month));
+        const std::int32_t latest =
+            NumberOf(book_, "Select Max(年份) As y From " + kind.Headers() + OfMonth(warehouse_, month));
+        year = std::max(year, latest);
     }
-    if (year == 0) Raise(ErrorNumber::InvalidCall, "neither balance rows nor bills have a year");
     return year;
 }
 
-void BalanceRows::Add(const std::vector<std::int32_t>& products, std::int32_t month) const {
-    if (products.empty()) return;
-    const std::string keys = "Insert Into 仓库余额表 (年份,月份,pdID,dpID) Values (" +
-                             std::to_string(NewRowsYear(month)) + "," + std::to_string(month) + ",";
+void BalanceRows::Add(const std::vector<std::int32_t>& products, std::int32_t year, std::int32_t month) const {
+    const std::string keys = "Insert Into 仓库余额表 (年份,月份,pdID,dpID) Values (" + std::to_string(year) + "," +
+                             std::to_string(month) + ",";
     for (const std::int32_t product : products)
         book_.Execute(keys + std::to_string(product) + "," + std::to_string(warehouse_) + ")");
 }

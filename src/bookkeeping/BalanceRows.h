@@ -22,9 +22,10 @@ public:
 
     /// Products on the month's bills of a kind that have no row in the month.
     std::vector<std::int32_t> Missing(const BillKind& kind, std::int32_t month) const;
-    /// Adds a row without figures for each product. Its year is the book's latest or, in a book without balance rows,
-    /// that of the month's bills.
-    void Add(const std::vector<std::int32_t>& products, std::int32_t month) const;
+    /// The latest year of the month's bills; 0 when there is none.
+    std::int32_t BillsYear(std::int32_t month) const;
+    /// Adds a row without figures for each product.
+    void Add(const std::vector<std::int32_t>& products, std::int32_t year, std::int32_t month) const;
 
     /// Rows of the next month that the month's closing would carry in once more, with an opening stock in them.
     std::int32_t CarriedBefore(std::int32_t month) const;
@@ -34,7 +35,6 @@ public:
     void Reset(std::int32_t month) const;
 
 private:
-    std::int32_t NewRowsYear(std::int32_t month) const;
     bool HasNext(std::int32_t month) const;
     std::string NextRowsOf(std::int32_t month) const;
 

@@ -49,6 +49,7 @@ private:
     bool MayClose(const BalanceRows& rows, std::int16_t closed, ClosingResult& result);
     void CheckProducts();
     void AddMissing(const BalanceRows& rows, std::int16_t month, ClosingResult& result);
+    std::int32_t NewRowsYear(const BalanceRows& rows, std::int16_t month);
     bool IsToBeAdded(const BillKind& kind, const std::string& warehouse, std::size_t count);
     bool Prepare(const BalanceRows& rows, std::int16_t month, ClosingResult& result);
     bool Close(const BalanceRows& rows, std::int16_t month, ClosingResult& result);
@@ -61,11 +62,14 @@ private:
     const ClosingOptions& options_;
     const ClosingWatch& watch_;
     std::int16_t through_;
+    /// The book has no balance rows yet: what the closing adds are its first.
+    bool isFirst_ = false;
     bool productsChecked_ = false;
 };
 
 std::vector<ClosingResult> ClosingRun::Run() {
     const auto warehouses = ReadWarehouses(*book_, options_.warehouse);
+    isFirst_ = !HasRows(*book_, "Select TOP 1 pdID From 仓库余额表");
     // All questions are asked before the first change, so that one without an answer leaves the book unchanged. A
     // single warehouse asks as it goes: its transaction is rolled back for each question.
     if (warehouses.size() > 1) {
@@ -141,12 +145,9 @@ bool ClosingRun::MayClose(const BalanceRows& rows, std::int16_t closed, ClosingR
 }
 
 /// The component's check of all warehouses. It takes the year of the rows that it adds from the balance table, so it
-/// cannot repair an empty one.
+/// cannot repair an empty one: AddMissing does.
 void ClosingRun::CheckProducts() {
-    if (!HasRows(*book_, "Select TOP 1 pdID From 仓库余额表")) {
-        productsChecked_ = true;
-        return;
-    }
+    if (isFirst_) return;
     tables_.CheckBnProduct(options_.month);
     // With nothing to add it need not be run again.
     const auto added = [this](const BillKind& kind) {
@@ -156,7 +157,18 @@ void ClosingRun::CheckProducts() {
     productsChecked_ = !added(kInbound) && !added(kOutbound);
 }
 
+/// The balance table's, else the book's own; a book without a current date has that of the bills.
+std::int32_t ClosingRun::NewRowsYear(const BalanceRows& rows, std::int16_t month) {
+    if (const auto year = NumberOf(*book_, "Select Max(年份) As y From 仓库余额表"); year > 0) return year;
+    const Variant current = tables_.Get_AccInfo("当前日期");
+    const std::int32_t year = IsDate(current) ? CDate(current).Year() : rows.BillsYear(month);
+    if (year == 0) Raise(ErrorNumber::InvalidCall, "neither the book nor its bills have a year");
+    return year;
+}
+
+/// In a book's first rows nothing is missing that somebody would have to know of.
 bool ClosingRun::IsToBeAdded(const BillKind& kind, const std::string& warehouse, std::size_t count) {
+    if (isFirst_) return true;
     if (const auto* answer = answers_->Under(TitleOf(kind))) return *answer == MessageAnswer::Yes;
     const std::string text = kind.Lines() + "中，有仓库余额表中没有的记录：" + std::to_string(count) + ",是否修正？";
     return answers_->MsgBox(text, MessageButtons::YesNo, TitleOf(kind) + " (" + warehouse + ")") == MessageAnswer::Yes;
@@ -171,7 +183,7 @@ void ClosingRun::AddMissing(const BalanceRows& rows, std::int16_t month, Closing
         const auto products = rows.Missing(kind, month);
         if (products.empty()) continue;
         const bool add = IsToBeAdded(kind, result.name, products.size());
-        if (add) rows.Add(products, month);
+        if (add) rows.Add(products, NewRowsYear(rows, month), month);
         (add ? result.rowsAdded : result.leftOut) += static_cast<std::int32_t>(products.size());
     }
 }

@@ -3,31 +3,14 @@
 #include <string>
 
 #include "bookkeeping/BillKinds.h"
+#include "bookkeeping/MasterTables.h"
 #include "bookkeeping/Query.h"
+#include "bookkeeping/References.h"
 #include "kpTables/Convert.h"
 
 namespace kpTables::bookkeeping {
 
 namespace {
-
-/// A column whose values are ids of a master table.
-struct Reference {
-    const char* table;
-    const char* column;
-    const char* master;
-    const char* key;
-    bool optional;  ///< Null and 0 stand for none
-};
-constexpr Reference kReferences[] = {
-    {"仓库余额表", "dpID", "仓库设置", "dpID", false}, {"仓库余额表", "pdID", "商品设置", "pdID", false},
-    {"入库目录", "dpID", "仓库设置", "dpID", false},   {"出库目录", "dpID", "仓库设置", "dpID", false},
-    {"成本目录", "dpID", "仓库设置", "dpID", false},   {"入库记录", "dpID", "仓库设置", "dpID", false},
-    {"出库记录", "dpID", "仓库设置", "dpID", false},   {"入库记录", "pdID", "商品设置", "pdID", false},
-    {"出库记录", "pdID", "商品设置", "pdID", false},   {"成本记录", "pdID", "商品设置", "pdID", false},
-    {"入库目录", "ksID", "厂商资料", "KSID", true},    {"出库目录", "ksID", "客户资料", "KSID", true},
-    {"入库目录", "pjID", "项目设置", "项目ID", true},  {"出库目录", "pjID", "项目设置", "项目ID", true},
-    {"商品设置", "KSID", "厂商资料", "KSID", true},    {"项目设置", "ksID", "客户资料", "KSID", true},
-};
 
 std::string IdText(const std::string& key, const Variant& id) { return key + " " + (id.IsNull() ? "Null" : Text(id)); }
 
@@ -61,9 +44,11 @@ void CheckHeaders(Connection& book, const BillKind& kind, std::vector<Finding>& 
 /// Each id without a row in the master table, and how often it stands.
 std::string UnknownIds(const Reference& reference) {
     const std::string column = reference.column;
+    const MasterTable& master = TableOf(reference.master);
     return "Select T.编码,T.行数 From (Select " + column + " As 编码,Count(*) As 行数 From " + reference.table +
-           " Group by " + column + ") As T Where Not Exists (Select * From " + reference.master + " As M Where M." +
-           reference.key + "=T.编码)" + (reference.optional ? " And T.编码<>0" : "") + " Order by T.编码";
+           " Group by " + column + ") As T Where Not Exists (Select * From " + master.table + " As M Where M." +
+           master.id + "=T.编码)" + (reference.by == ReferenceBy::IdOrNone ? " And T.编码<>0" : "") +
+           " Order by T.编码";
 }
 
 }  // namespace
@@ -77,6 +62,7 @@ void CheckBillParts(Connection& book, std::vector<Finding>& findings) {
 
 void CheckMasterIds(Connection& book, std::vector<Finding>& findings) {
     for (const auto& each : kReferences) {
+        if (!each.checked) continue;
         const std::string column = each.column;
         const auto rows = book.Execute(UnknownIds(each));
         for (; !rows->Eof(); rows->MoveNext()) {
@@ -84,7 +70,7 @@ void CheckMasterIds(Connection& book, std::vector<Finding>& findings) {
             Finding finding;
             if (column == "dpID") finding.warehouse = IdOf(id);
             if (column == "pdID") finding.product = IdOf(id);
-            finding.what = std::string(each.table) + "." + column + " has no row in " + each.master;
+            finding.what = std::string(each.table) + "." + column + " has no row in " + TableOf(each.master).table;
             const auto count = CLng(rows->GetValue(1));
             finding.found = IdText(column, id) + ", " + std::to_string(count) + (count == 1 ? " row" : " rows");
             findings.push_back(finding);

@@ -34,6 +34,11 @@ RecordsetPtr WatchedConnection::Execute(std::string_view text) {
     return Report({StatementOp::Execute, std::string(text), SourceKind::Text}, [&] { return target_->Execute(text); });
 }
 
+RecordsetPtr WatchedConnection::Execute(std::string_view text, const NamedValues& values) {
+    return Report({StatementOp::Execute, std::string(text), SourceKind::Text},
+                  [&] { return target_->Execute(text, values); });
+}
+
 RecordsetPtr WatchedConnection::Open(std::string_view source, SourceKind kind) {
     return Report({StatementOp::Open, std::string(source), kind}, [&]() -> RecordsetPtr {
         return std::make_shared<WatchedRecordset>(target_->Open(source, kind), std::string(source), failures_);

@@ -13,16 +13,26 @@
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/batch/BatchCommand.h"
+#include "kpbook/commands/BillSyntax.h"
 #include "kpbook/commands/CloseSyntax.h"
+#include "kpbook/commands/CommandRights.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/CompletionCommand.h"
 #include "kpbook/commands/FilesSyntax.h"
+#include "kpbook/commands/MasterSyntax.h"
+#include "kpbook/commands/NewSyntax.h"
+#include "kpbook/commands/OperatorsSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/Reports.h"
+#include "kpbook/commands/SqlCommand.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
 #include "kpbook/output/Output.h"
+#include "kpbook/shell/Shell.h"
 
 namespace kpTables::kpbook {
 
@@ -31,17 +41,26 @@ namespace {
 /// Everything that can be set on the command line.
 struct Parsed {
     GlobalOptions global;
-    commands::NewOptions create;
+    commands::NewWords create;
+    commands::OpeningOptions opening;
+    commands::CopyOptions copy;
     commands::InfoOptions info;
     commands::StockOptions stock;
+    commands::FigureWords figures;
     commands::ReportWords report;
+    commands::MasterOptions master;
     commands::OperatorsOptions operators;
     commands::LogOptions log;
     commands::PayrollOptions payroll;
     commands::ImportOptions import;
+    commands::BillWords bill;
     commands::ExportOptions exported;
     commands::CallOptions call;
     commands::SqlOptions sql;
+    shell::ShellOptions shell;
+    commands::CompletionOptions completion;
+    commands::ManOptions man;
+    const CLI::App* tree = nullptr;  ///< the definitions of the commands
     commands::CloseWords close;
     commands::ReopenOptions reopen;
     commands::CheckOptions check;
@@ -53,7 +72,6 @@ struct Parsed {
     std::string format = "table";
     std::string today;
     std::string answer;
-    std::string dialect = "jet";
     double timeout = 0;
     std::int64_t maxMegabytes = 0;
 };
@@ -64,11 +82,12 @@ constexpr std::int64_t kMostMegabytes = std::numeric_limits<std::int64_t>::max()
 void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     auto& global = parsed.global;
     app.add_option("-O,--output-format", parsed.format,
-                   "The output format: table, csv, json, markdown or xlsx; default: by -o")
-        ->check(CLI::IsMember({"table", "csv", "json", "markdown", "xlsx"}))
+                   "The output format: table, csv, json, markdown, html or xlsx; default: by -o")
+        ->check(CLI::IsMember({"table", "csv", "json", "markdown", "html", "xlsx"}))
         ->type_name("FORMAT");
-    app.add_option("-o,--output", global.outputPath,
-                   "Write results to a file (xlsx needs one), in the format of its name: .csv, .json, .md or .xlsx")
+    app.add_option(
+           "-o,--output", global.outputPath,
+           "Write results to a file (xlsx needs one), in the format of its name: .csv, .json, .md, .html or .xlsx")
         ->type_name("FILE");
     app.add_flag("--trace", global.trace, "Show every statement on standard error as it is sent");
     app.add_flag("--sql", global.isSQL, "Send statements in SQL Server's dialect (isSQL)");
@@ -76,6 +95,11 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     app.add_option("--answer", parsed.answer, "Answer every question with yes or no")
         ->check(CLI::IsMember({"yes", "no"}))
         ->type_name("ANSWER");
+    app.add_option("--operator", global.operatorName,
+                   "The operator to act as; the password is asked for, or read from the file that the environment\n"
+                   "variable KPBOOK_PASSWORD_FILE names")
+        ->check(commands::kUtf8)
+        ->type_name("NAME");
     app.add_option("--timeout", parsed.timeout, "End a statement that runs longer than S seconds")
         ->check(CLI::PositiveNumber)
         ->type_name("S");
@@ -89,28 +113,13 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
     app.set_version_flag("--version", std::string("kpbook ") + KPBOOK_VERSION);
 }
 
-void AddNew(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "new", "Create a book, ready for data entry",
-        "The book has all its tables, its names, today as the date on which it was set up, and the\n"
-        "usual payment methods. An existing file is not changed.\n\n"
-        "Examples:\n  kpbook new shop.kpbook\n  kpbook new shop.kpbook --today 2004-01-01\n"
-        "  kpbook new shop.kpbook --dialect sql");
-    commands::AddBook(*command, parsed.create.book);
-    command->add_flag("--bare", parsed.create.bare, "Create the tables only");
-    command
-        ->add_option("--dialect", parsed.dialect,
-                     "Column names of the table Header: Table and Index (jet) or TableName and ColIndex (sql)")
-        ->check(CLI::IsMember({"jet", "sql"}))
-        ->type_name("DIALECT");
-}
-
 void AddInfo(CLI::App& app, Parsed& parsed) {
     auto* command =
         commands::AddCommand(app, "info", "Describe a book and its contents",
                              "Its information and dates as they are stored, the row counts of its tables, the months\n"
                              "of its balance, and which warehouses are closed. The book is not changed.\n\n"
-                             "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json");
+                             "Examples:\n  kpbook info shop.kpbook\n  kpbook info shop.kpbook -O json\n"
+                             "  kpbook info shop.kpbook -O markdown -o shop.md");
     commands::AddBook(*command, parsed.info.book);
 }
 
@@ -120,42 +129,35 @@ void AddStock(CLI::App& app, Parsed& parsed) {
         "Opening, inbound, outbound and closing stock, from the balance rows and bills as they are now, without a\n"
         "closing. The book is not changed.\n\n"
         "Examples:\n  kpbook stock shop.kpbook --month 3\n"
-        "  kpbook stock shop.kpbook --month 3 --warehouse 2 --product 17 --cost");
+        "  kpbook stock shop.kpbook --month 3 --warehouse 中心仓库 --product 01001 --cost\n"
+        "  kpbook stock shop.kpbook --month 3 -O csv -o stock.csv");
     commands::AddBook(*command, parsed.stock.book);
     command->add_option("--month", parsed.stock.month, "The month, 1 to 12")
         ->required()
         ->check(CLI::Range(1, commands::kLastMonth))
         ->type_name("M");
-    command->add_option("--warehouse", parsed.stock.warehouse, "The warehouse's dpID; default: all of them together")
+    command
+        ->add_option("--warehouse", parsed.stock.warehouseText,
+                     "The warehouse's name or dpID; default: all of them together")
+        ->check(commands::kUtf8)
         ->type_name("D");
-    command->add_option("--product", parsed.stock.product, "The product's pdID; default: all that have figures")
+    command->add_option("--product", parsed.stock.productText, "The product's number, name or pdID; default: all")
+        ->check(commands::kUtf8)
         ->type_name("P");
-    command->add_flag("--cost", parsed.stock.costUsed, "Take outbound amounts from the cost bills");
-}
-
-void AddOperators(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "operators", "List the operators, or set the password of one",
-        "Their warehouses and rights, and whether they have a password. A right is named by its column:\n"
-        "发货单位, 收货单位 and 部件管理 mean 资产处理, 卡片打印 and 资产折旧. Listing does not change the book.\n"
-        "A new password is asked for twice at the terminal, or read as one line of standard input.\n\n"
-        "Examples:\n  kpbook operators shop.kpbook\n  kpbook operators shop.kpbook set-password 李明");
-    commands::AddBook(*command, parsed.operators.book);
-    command->add_option("ACTION", parsed.operators.action, "set-password")
-        ->check(CLI::IsMember({"set-password"}))
-        ->type_name("");
-    command->add_option("NAME", parsed.operators.name, "The operator")->check(commands::kUtf8)->type_name("");
+    commands::AddFigures(*command, parsed.figures);
 }
 
 void AddLog(CLI::App& app, Parsed& parsed) {
     auto* command =
         commands::AddCommand(app, "log", "List what the operators did, newest first",
                              "The book is not changed.\n\n"
-                             "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv");
+                             "Examples:\n  kpbook log shop.kpbook --limit 20\n  kpbook log shop.kpbook -O csv\n"
+                             "  kpbook log shop.kpbook --limit 1000 -O json -o log.json");
     commands::AddBook(*command, parsed.log.book);
     command->add_option("--limit", parsed.log.limit, "The largest number of entries; default: all")
         ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()))
         ->type_name("N");
+    commands::AddColumns(*command, parsed.log.showing);
 }
 
 void AddPayroll(CLI::App& app, Parsed& parsed) {
@@ -175,6 +177,7 @@ void AddPayroll(CLI::App& app, Parsed& parsed) {
         ->check(CLI::Range(1, commands::kLastMonth))
         ->excludes(month)
         ->type_name("M");
+    commands::AddColumns(*command, parsed.payroll.showing);
 }
 
 void AddCall(CLI::App& app, Parsed& parsed) {
@@ -206,17 +209,10 @@ void AddCall(CLI::App& app, Parsed& parsed) {
         ->excludes(batch);
 }
 
-void AddSql(CLI::App& app, Parsed& parsed) {
-    auto* command =
-        commands::AddCommand(app, "sql", "Run one statement",
-                             "Example:\n  kpbook sql shop.kpbook \"Select * From 仓库设置 Order by dpID\" -O csv");
-    commands::AddBook(*command, parsed.sql.book);
-    command->add_option("TEXT", parsed.sql.text, "The statement")->required()->check(commands::kUtf8)->type_name("");
-}
-
 void AddMethods(CLI::App& app, Parsed& parsed) {
     auto* command = commands::AddCommand(app, "methods", "List the methods, or one with its parameters",
-                                         "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance");
+                                         "Examples:\n  kpbook methods\n  kpbook methods Close_DepotBalance\n"
+                                         "  kpbook methods -O csv");
     command->add_option("NAME", parsed.methods.name, "The method")->check(commands::kUtf8)->type_name("");
 }
 
@@ -234,14 +230,30 @@ int RunCall(const Parsed& parsed) {
 
 // In the order of the help text.
 constexpr CommandEntry kCommands[] = {
-    {"new", AddNew, [](const Parsed& parsed) { return commands::NewBook(parsed.create, parsed.global); }},
+    {"new", [](CLI::App& app, Parsed& parsed) { commands::AddNew(app, parsed.create); },
+     [](const Parsed& parsed) { return commands::NewBook(parsed.create.options, parsed.global); }},
+    {"opening", [](CLI::App& app, Parsed& parsed) { commands::AddOpening(app, parsed.opening); },
+     [](const Parsed& parsed) { return commands::Opening(parsed.opening, parsed.global); }},
     {"info", AddInfo, [](const Parsed& parsed) { return commands::Info(parsed.info, parsed.global); }},
+    {"add", [](CLI::App& app, Parsed& parsed) { commands::AddMasterAdd(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::AddMasterRow(parsed.master, parsed.global); }},
+    {"edit", [](CLI::App& app, Parsed& parsed) { commands::AddMasterEdit(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::EditMasterRow(parsed.master, parsed.global); }},
+    {"remove", [](CLI::App& app, Parsed& parsed) { commands::AddMasterRemove(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::RemoveMasterRow(parsed.master, parsed.global); }},
+    {"list", [](CLI::App& app, Parsed& parsed) { commands::AddMasterList(app, parsed.master); },
+     [](const Parsed& parsed) { return commands::ListMasterRows(parsed.master, parsed.global); }},
     {"import", [](CLI::App& app, Parsed& parsed) { commands::AddImport(app, parsed.import); },
      [](const Parsed& parsed) { return commands::Import(parsed.import, parsed.global); }},
     {"export", [](CLI::App& app, Parsed& parsed) { commands::AddExport(app, parsed.exported); },
      [](const Parsed& parsed) { return commands::Export(parsed.exported, parsed.global); }},
+    {"bill", [](CLI::App& app, Parsed& parsed) { commands::AddBill(app, parsed.bill); },
+     [](const Parsed& parsed) { return commands::Bill(parsed.bill.options, parsed.global); }},
     {"call", AddCall, RunCall},
-    {"sql", AddSql, [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
+    {"sql", [](CLI::App& app, Parsed& parsed) { commands::AddSql(app, parsed.sql); },
+     [](const Parsed& parsed) { return commands::Sql(parsed.sql, parsed.global); }},
+    {"shell", [](CLI::App& app, Parsed& parsed) { shell::AddShell(app, parsed.shell); },
+     [](const Parsed& parsed) { return shell::Shell(parsed.shell, parsed.global); }},
     {"close", [](CLI::App& app, Parsed& parsed) { commands::AddClose(app, parsed.close); },
      [](const Parsed& parsed) { return commands::Close(parsed.close.options, parsed.global); }},
     {"reopen", [](CLI::App& app, Parsed& parsed) { commands::AddReopen(app, parsed.reopen); },
@@ -250,25 +262,34 @@ constexpr CommandEntry kCommands[] = {
      [](const Parsed& parsed) { return commands::Check(parsed.check, parsed.global); }},
     {"backup", [](CLI::App& app, Parsed& parsed) { commands::AddBackup(app, parsed.backup); },
      [](const Parsed& parsed) { return commands::Backup(parsed.backup, parsed.global); }},
+    {"copy", [](CLI::App& app, Parsed& parsed) { commands::AddCopy(app, parsed.copy); },
+     [](const Parsed& parsed) { return commands::Copy(parsed.copy, parsed.global); }},
     {"stock", AddStock, [](const Parsed& parsed) { return commands::Stock(parsed.stock, parsed.global); }},
     {"report", [](CLI::App& app, Parsed& parsed) { commands::AddReport(app, parsed.report); },
      [](const Parsed& parsed) { return commands::Report(parsed.report.options, parsed.global); }},
-    {"operators", AddOperators,
+    {"operators", [](CLI::App& app, Parsed& parsed) { commands::AddOperators(app, parsed.operators); },
      [](const Parsed& parsed) { return commands::Operators(parsed.operators, parsed.global); }},
     {"log", AddLog, [](const Parsed& parsed) { return commands::Log(parsed.log, parsed.global); }},
     {"payroll", AddPayroll, [](const Parsed& parsed) { return commands::Payroll(parsed.payroll, parsed.global); }},
     {"upgrade", [](CLI::App& app, Parsed& parsed) { commands::AddUpgrade(app, parsed.upgrade); },
      [](const Parsed& parsed) { return commands::Upgrade(parsed.upgrade, parsed.global); }},
     {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
+    {"completion", [](CLI::App& app, Parsed& parsed) { commands::AddCompletion(app, parsed.completion); },
+     [](const Parsed& parsed) { return commands::Completion(*parsed.tree, parsed.completion, parsed.global); }},
+    {"man", [](CLI::App& app, Parsed& parsed) { commands::AddMan(app, parsed.man); },
+     [](const Parsed& parsed) { return commands::Man(*parsed.tree, parsed.man, parsed.global); }},
 };
 
 /// Adds only the commands that the words may name: adding all of them takes longer than the statement of a short call.
 void AddCommands(CLI::App& app, Parsed& parsed, const std::vector<std::string>& words) {
-    const auto isHelp = [](const std::string& word) { return word.starts_with("-h") || word.starts_with("--help"); };
+    // Some show them all.
+    const auto needsAll = [](const std::string& word) {
+        return word.starts_with("-h") || word.starts_with("--help") || word == "completion" || word == "man";
+    };
     const auto isNamed = [&words](const CommandEntry& command) {
         return std::find(words.begin(), words.end(), command.name) != words.end();
     };
-    const bool all = std::any_of(words.begin(), words.end(), isHelp) ||
+    const bool all = std::any_of(words.begin(), words.end(), needsAll) ||
                      std::none_of(std::begin(kCommands), std::end(kCommands), isNamed);
     for (const CommandEntry& command : kCommands) {
         if (all || isNamed(command)) command.add(app, parsed);
@@ -281,11 +302,9 @@ struct FormatName {
     OutputFormat format;
 };
 
-constexpr FormatName kFormats[] = {{"table", "", OutputFormat::Table},
-                                   {"csv", ".csv", OutputFormat::Csv},
-                                   {"json", ".json", OutputFormat::Json},
-                                   {"markdown", ".md", OutputFormat::Markdown},
-                                   {"xlsx", ".xlsx", OutputFormat::Xlsx}};
+constexpr FormatName kFormats[] = {{"table", "", OutputFormat::Table},    {"csv", ".csv", OutputFormat::Csv},
+                                   {"json", ".json", OutputFormat::Json}, {"markdown", ".md", OutputFormat::Markdown},
+                                   {"html", ".html", OutputFormat::Html}, {"xlsx", ".xlsx", OutputFormat::Xlsx}};
 
 /// The format that -O names, else that of the output file's name.
 OutputFormat FormatOf(const std::string& name, bool isGiven, const std::string& path) {
@@ -315,32 +334,50 @@ void Complete(const CLI::App& app, Parsed& parsed) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
     for (std::string* word :
-         {&global.outputPath,   &parsed.create.book,        &parsed.import.book,    &parsed.import.table,
-          &parsed.import.path,  &parsed.call.book,          &parsed.call.method,    &parsed.sql.book,
-          &parsed.sql.text,     &parsed.close.options.book, &parsed.reopen.book,    &parsed.check.book,
-          &parsed.backup.book,  &parsed.backup.path,        &parsed.methods.name,   &parsed.info.book,
-          &parsed.stock.book,   &parsed.operators.book,     &parsed.log.book,       &parsed.payroll.book,
-          &parsed.upgrade.book, &parsed.exported.book,      &parsed.exported.table, &parsed.exported.target}) {
+         {&global.outputPath,          &parsed.import.book,       &parsed.import.table,   &parsed.import.path,
+          &parsed.call.book,           &parsed.call.method,       &parsed.sql.book,       &parsed.sql.text,
+          &parsed.close.options.book,  &parsed.reopen.book,       &parsed.check.book,     &parsed.backup.book,
+          &parsed.backup.path,         &parsed.methods.name,      &parsed.info.book,      &parsed.stock.book,
+          &parsed.stock.warehouseText, &parsed.stock.productText, &parsed.operators.book, &parsed.log.book,
+          &parsed.payroll.book,        &parsed.upgrade.book,      &parsed.master.book,    &parsed.master.kind,
+          &parsed.master.which,        &parsed.exported.book,     &parsed.exported.table, &parsed.exported.target,
+          &parsed.shell.book}) {
         commands::Unmark(*word);
     }
     for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
-    parsed.create.sqlNames = parsed.dialect == "sql";
+    for (auto& parameter : parsed.sql.parameters) commands::Unmark(parameter);
+    for (auto& word : parsed.master.values) commands::Unmark(word);
+    for (std::string* word : {&parsed.opening.book, &parsed.opening.path, &parsed.copy.book, &parsed.copy.copy}) {
+        commands::Unmark(*word);
+    }
+    commands::ReadNew(parsed.create);
     const CLI::App& command = *app.get_subcommands().front();
     global.title = command.get_name() == "call" ? parsed.call.method : command.get_name();
-    if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report);
+    if (command.get_name() == "report") parsed.report.options = commands::ReadReport(command, parsed.report, global);
+    if (command.get_name() == "bill") parsed.bill.options = commands::ReadBillWords(command, parsed.bill);
+    if (command.get_name() == "stock") parsed.stock.showing = commands::ReadFigures(parsed.figures, global.format);
     if (const auto* kind = parsed.report.options.kind) global.title = kind->name;
     commands::Unmark(parsed.operators.name);
+    commands::Unmark(global.operatorName);
+    for (auto& word : parsed.operators.words) commands::Unmark(word);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() == "import") commands::CheckImport(parsed.import);
     if (command.get_name() == "export" && (app.count("-O") > 0 || app.count("-o") > 0)) {
         throw CLI::ValidationError("export writes CSV into the folder that it is given; -O and -o do not go with it");
     }
+    if (command.get_name() == "sql") commands::CheckSql(command);
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
     if (parsed.batch && (app.count("-O") > 0 || app.count("-o") > 0)) {
         throw CLI::ValidationError("--batch answers in JSON on standard output; -O and -o do not go with it");
     }
+}
+
+std::string UnknownWord(const std::string& word) {
+    std::vector<std::string_view> names;
+    for (const CommandEntry& command : kCommands) names.push_back(command.name);
+    return "there is no command or option " + word + DidYouMean(word, names);
 }
 
 int Show(const std::string& help) {
@@ -355,10 +392,12 @@ void CheckTarget(const Parsed& parsed) {
     const std::string& target = parsed.global.outputPath;
     if (target.empty()) return;
     const std::string* book = nullptr;
-    for (const auto* each : {&parsed.info.book, &parsed.stock.book, &parsed.report.options.book, &parsed.operators.book,
-                             &parsed.log.book, &parsed.payroll.book, &parsed.import.book, &parsed.call.book,
-                             &parsed.sql.book, &parsed.close.options.book, &parsed.create.book, &parsed.reopen.book,
-                             &parsed.check.book, &parsed.backup.book, &parsed.upgrade.book, &parsed.exported.book}) {
+    for (const auto* each :
+         {&parsed.info.book,    &parsed.stock.book,         &parsed.report.options.book, &parsed.operators.book,
+          &parsed.log.book,     &parsed.payroll.book,       &parsed.import.book,         &parsed.call.book,
+          &parsed.sql.book,     &parsed.close.options.book, &parsed.create.options.book, &parsed.opening.book,
+          &parsed.copy.book,    &parsed.reopen.book,        &parsed.check.book,          &parsed.backup.book,
+          &parsed.upgrade.book, &parsed.master.book,        &parsed.bill.options.book,   &parsed.exported.book}) {
         if (!each->empty()) book = each;
     }
     if (IsPartOfBook(target, book ? *book : "")) {
@@ -379,8 +418,8 @@ int RunCommandLine(int count, char** words) {
         "  kpbook close shop.kpbook --month 1\n  kpbook call shop.kpbook rs余额记录 1 2");
     app.failure_message([](const CLI::App* asked, const CLI::Error& error) {
         const auto unknown = asked->get_subcommands().empty() ? asked->remaining() : std::vector<std::string>();
-        const std::string what = unknown.empty() ? error.what() : "there is no command or option " + unknown.front();
-        return "kpbook: " + what + "\nFor help, see kpbook --help.\n";
+        const std::string what = unknown.empty() ? error.what() : UnknownWord(unknown.front());
+        return FailureMark() + (" " + what) + "\nFor help, see kpbook --help.\n";
     });
     AddGlobalOptions(app, parsed);
     std::vector<std::string> marked = commands::MarkedWords(count, words);
@@ -396,8 +435,13 @@ int RunCommandLine(int count, char** words) {
     const auto asked = app.get_subcommands().front()->get_name();
     const auto* entry = std::find_if(std::begin(kCommands), std::end(kCommands),
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
+    parsed.global.right = commands::RightFor(asked);
+    parsed.tree = &app;
     const auto run = [&] {
         CheckTarget(parsed);
+        if (!parsed.global.operatorName.empty() && !commands::TakesOperator(asked)) {
+            throw UsageError(asked + " cannot act as an operator");
+        }
         return entry->run(parsed);
     };
     return RunToEnd(run, *parsed.global.incidents);

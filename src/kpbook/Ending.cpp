@@ -7,6 +7,7 @@
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
+#include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook {
 
@@ -16,7 +17,7 @@ namespace {
 constexpr int kKilledBySignal = 128;
 
 int Failed(const IncidentLog& incidents, const std::string& reason, const std::string& statement = {}) {
-    std::fprintf(stderr, "kpbook: %s\n", incidents.Shown(reason).c_str());
+    std::fprintf(stderr, "%s %s\n", FailureMark(), incidents.Shown(reason).c_str());
     if (!statement.empty()) std::fprintf(stderr, "  %s\n", incidents.Shown(statement).c_str());
     return kFailed;
 }

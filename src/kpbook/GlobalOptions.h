@@ -13,7 +13,7 @@
 
 namespace kpTables::kpbook {
 
-enum class OutputFormat { Table, Csv, Json, Markdown, Xlsx };
+enum class OutputFormat { Table, Csv, Json, Markdown, Xlsx, Html };
 
 struct GlobalOptions {
     OutputFormat format = OutputFormat::Table;
@@ -23,6 +23,10 @@ struct GlobalOptions {
     bool isSQL = false;
     std::optional<Date> today;
     std::optional<MessageAnswer> answer;
+    std::string operatorName;  ///< who the command acts as; empty: nobody
+    /// The right that the command needs when it acts as an operator; "" when it asks for rights by itself, or needs
+    /// none. Set by the command line.
+    std::string right;
     std::int64_t maxRows = 0;   ///< of a result; 0: any number
     std::int64_t maxBytes = 0;  ///< of memory for a recordset's rows; 0: half of what is free
     std::shared_ptr<StatementClock> clock = std::make_shared<StatementClock>();

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "kpbook/Terminal.h"
 #include "kpbook/Utf8.h"
 
 namespace kpTables::kpbook {
@@ -37,7 +38,7 @@ bool IncidentLog::Tell(const Error* ending) {
     const Incidents incidents = std::exchange(untold_, {});
     for (const auto& [statement, error] : incidents) {
         const char* what = statement.empty() ? "" : "a statement failed: ";
-        std::fprintf(stderr, "kpbook: %s%s\n", what, Shown(error.Description()).c_str());
+        std::fprintf(stderr, "%s %s%s\n", FailureMark(), what, Shown(error.Description()).c_str());
         if (!statement.empty()) std::fprintf(stderr, "  %s\n", Shown(statement).c_str());
     }
     return !incidents.empty();

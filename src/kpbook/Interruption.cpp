@@ -24,16 +24,26 @@ void Note(int signal) {
     errno = reason;
 }
 
-}  // namespace
-
-void WatchSignals() noexcept {
-    if (::pipe2(wake, O_CLOEXEC | O_NONBLOCK) != 0) return;
+void RememberSignals() noexcept {
     struct sigaction action {};
     action.sa_handler = Note;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigemptyset(&action.sa_mask);
     ::sigaction(SIGINT, &action, nullptr);
     ::sigaction(SIGTERM, &action, nullptr);
+}
+
+}  // namespace
+
+void WatchSignals() noexcept {
+    if (::pipe2(wake, O_CLOEXEC | O_NONBLOCK) == 0) RememberSignals();
+}
+
+void ForgetSignal() noexcept {
+    char bytes[16];
+    while (::read(wake[0], bytes, sizeof bytes) > 0) continue;
+    arrived = 0;
+    RememberSignals();
 }
 
 int ArrivedSignal() noexcept { return arrived; }

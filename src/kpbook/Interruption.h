@@ -17,6 +17,8 @@ public:
 void WatchSignals() noexcept;
 /// The signal that has arrived, or 0.
 int ArrivedSignal() noexcept;
+/// Goes on after a signal: the next one is remembered again.
+void ForgetSignal() noexcept;
 /// Throws Interrupted when one has arrived.
 void ThrowIfInterrupted();
 /// Waits until a descriptor can be read; Interrupted when a signal arrives first.

@@ -5,8 +5,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <string_view>
 
+#include "kpTables/Convert.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 
@@ -27,28 +30,62 @@ std::optional<std::string> ReadLine(std::FILE* input) {
     return line;
 }
 
+std::optional<std::string> ReadReply(const std::string& question, std::FILE* input, std::FILE* output) {
+    std::fputs(question.c_str(), output);
+    std::fflush(output);
+    return ReadLine(input);
+}
+
 std::optional<MessageAnswer> ReadAnswer(const std::string& question, std::FILE* input, std::FILE* output) {
     for (;;) {
-        std::fputs((question + " [y/n] ").c_str(), output);
-        std::fflush(output);
-        const auto line = ReadLine(input);
+        const auto line = ReadReply(question + " [y/n] ", input, output);
         if (!line) return std::nullopt;
         if (*line == "y" || *line == "Y" || *line == "yes" || *line == "是") return MessageAnswer::Yes;
         if (*line == "n" || *line == "N" || *line == "no" || *line == "否") return MessageAnswer::No;
     }
 }
 
+/// By the convention of no-color.org, any text in NO_COLOR says no.
+bool WantsColours() noexcept {
+    const char* const refused = std::getenv("NO_COLOR");
+    const char* const terminal = std::getenv("TERM");
+    return !(refused && *refused) && terminal && *terminal && std::string_view(terminal) != "dumb";
+}
+
 }  // namespace
 
 bool ErrorIsTerminal() noexcept { return ::isatty(STDERR_FILENO) == 1; }
 
-std::optional<MessageAnswer> AskYesNo(const std::string& question) {
-    if (::isatty(STDIN_FILENO) != 1) return std::nullopt;
-    // Standard error may be redirected to a file; the question must reach the user.
+bool ErrorHasColours() noexcept { return ErrorIsTerminal() && WantsColours(); }
+
+bool OutputHasColours() noexcept { return ::isatty(STDOUT_FILENO) == 1 && WantsColours(); }
+
+const char* FailureMark() noexcept { return ErrorHasColours() ? "\033[1;31mkpbook:\033[0m" : "kpbook:"; }
+
+bool InputIsTerminal() noexcept { return ::isatty(STDIN_FILENO) == 1; }
+
+namespace {
+
+/// What read(question, input, output) gets from the user. Standard error may be redirected to a file; the question must
+/// reach the user.
+template <class Read>
+auto FromTerminal(const std::string& question, Read read) -> decltype(read(question, stdin, stderr)) {
+    if (!InputIsTerminal()) return std::nullopt;
     const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
-    if (!terminal) return ReadAnswer(question, stdin, stderr);
+    if (!terminal) return read(question, stdin, stderr);
     std::setbuf(terminal.get(), nullptr);
-    return ReadAnswer(question, terminal.get(), terminal.get());
+    return read(question, terminal.get(), terminal.get());
+}
+
+}  // namespace
+
+std::optional<MessageAnswer> AskYesNo(const std::string& question) { return FromTerminal(question, ReadAnswer); }
+
+std::optional<std::string> AskLine(const std::string& question) {
+    const auto line = FromTerminal(question, ReadReply);
+    ThrowIfInterrupted();
+    if (!line) return std::nullopt;
+    return std::string(Trim(*line));
 }
 
 namespace {
@@ -96,8 +133,29 @@ std::string AskPassword() {
     } else {
         password = ReadLine(stdin).value_or("");
     }
-    if (password.empty()) throw CommandError("no password was given; the method Clear_Password empties one");
+    if (password.empty()) throw CommandError("no password was given; operators BOOK clear-password NAME empties one");
     return password;
+}
+
+std::string LoginPassword(const std::string& name) {
+    if (const char* path = std::getenv("KPBOOK_PASSWORD_FILE"); path && *path) {
+        const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
+        const auto line = file ? ReadLine(file.get()) : std::nullopt;
+        if (!file || std::ferror(file.get())) {
+            throw CommandError("the file of KPBOOK_PASSWORD_FILE cannot be read: " + std::string(path));
+        }
+        std::string password = line.value_or("");
+        if (password.ends_with('\r')) password.pop_back();
+        return password;
+    }
+    const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
+    if (!terminal) {
+        throw CommandError(
+            "there is no terminal to ask for the operator's password; KPBOOK_PASSWORD_FILE may name a file with it");
+    }
+    std::setbuf(terminal.get(), nullptr);
+    const HiddenInput hidden(terminal.get());
+    return ReadHidden(("Password of " + name + ": ").c_str(), terminal.get());
 }
 
 TerminalProgressBar::TerminalProgressBar(std::string label) : label_(std::move(label)) {}

@@ -11,12 +11,28 @@ namespace kpTables::kpbook {
 /// Whether standard error is a terminal.
 bool ErrorIsTerminal() noexcept;
 
+/// Whether colours may be shown there: a terminal that is not dumb, and no NO_COLOR.
+bool ErrorHasColours() noexcept;
+bool OutputHasColours() noexcept;
+/// "kpbook:", as messages of failures begin.
+const char* FailureMark() noexcept;
+/// Whether standard input is a terminal: somebody can be asked.
+bool InputIsTerminal() noexcept;
+
+/// Asks for a line of text; without blanks at its ends. Returns nothing when standard input is not a terminal or ends.
+std::optional<std::string> AskLine(const std::string& question);
+
 /// Asks a question until y or n is typed. Returns nothing when standard input is not a terminal or ends.
 std::optional<MessageAnswer> AskYesNo(const std::string& question);
 
 /// Reads a password: at a terminal twice and without showing it, otherwise one line of standard input. A CommandError
 /// when the two differ, and when there is none.
 std::string AskPassword();
+
+/// The password with which an operator logs in: the first line of the file that the environment variable
+/// KPBOOK_PASSWORD_FILE names, else what is typed at the terminal without being shown. A CommandError when the file
+/// cannot be read, and when there is neither.
+std::string LoginPassword(const std::string& name);
 
 /// A bar drawn on standard error: "label [#####-----]  50%".
 class TerminalProgressBar : public ProgressBar {

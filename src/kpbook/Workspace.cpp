@@ -1,14 +1,21 @@
 #include "kpbook/Workspace.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <ctime>
 #include <utility>
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
+#include "kpTables/bookkeeping/Masters.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
+#include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
+#include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook {
 
@@ -51,6 +58,17 @@ void WarnOfMissingParts(Book& book) {
     }
 }
 
+/// The log's time: the date that counts as today, at the time of the clock.
+Date Now(std::optional<Date> today) {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    const Date clock = Date::FromParts({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+                                        local.tm_min, std::min(local.tm_sec, 59)})
+                           .value_or(Date());
+    return today ? Date::FromSerial(std::floor(today->Serial()) + clock.TimeOfDay()) : clock;
+}
+
 /// The statement of an incident stands beside its error.
 Error Plain(const DatabaseError& error) { return Error(error.Number(), error.Description(), error.Source()); }
 
@@ -60,10 +78,11 @@ Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const G
     : Workspace(access == Access::Read ? OpenToRead(url, OptionsOf(global)) : OpenBook(url, OptionsOf(global)),
                 std::move(host), global) {
     WarnOfMissingParts(*book);
+    LogIn(global, access);
 }
 
 Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global)
-    : book(std::move(opened)), tables(std::move(host)), log_(global.incidents) {
+    : book(std::move(opened)), tables(std::move(host)), today_(global.today), log_(global.incidents) {
     connection = std::make_shared<bookkeeping::WatchedConnection>(
         book, [engine = book.get()] { return engine->RecordsAffected(); });
     connection->onSend = [log = log_, clock = global.clock, trace = global.trace](const auto& statement) {
@@ -86,6 +105,39 @@ Workspace::~Workspace() {
         // There is no memory to keep the incidents: the shortage itself is told at the end.
         return;
     }
+}
+
+void Workspace::LogIn(const GlobalOptions& global, Access access) {
+    if (!global.operatorName.empty()) {
+        acting.emplace(connection, global.operatorName, [&] { return LoginPassword(global.operatorName); });
+        if (!global.right.empty()) Require(global.right);
+    } else if (access == Access::Change && bookkeeping::OperatorRequired(book)) {
+        throw CommandError("the book demands an operator for every change: --operator NAME");
+    }
+}
+
+void Workspace::Require(const std::string& right) const {
+    if (acting) acting->Require(right);
+}
+
+void Workspace::Log(const std::string& what) const {
+    if (acting) acting->Log(Now(today_), log_->Shown(what));
+}
+
+void Workspace::LogCall(const std::string& method) const {
+    const auto begins = [&](std::string_view word) { return SameName(method.substr(0, word.size()), word); };
+    if (!begins("rs") && !begins("Get")) Log("调用 " + method);
+}
+
+std::optional<std::int32_t> Workspace::WarehouseOr(std::optional<std::int32_t> asked) const {
+    if (asked || !acting || acting->Warehouse() < 1) return asked;
+    return acting->Warehouse();
+}
+
+std::optional<std::int32_t> Workspace::WarehouseOf(const std::string& word) const {
+    if (word == "全部" || word == "全部仓库") return std::nullopt;
+    if (word.empty()) return WarehouseOr(std::nullopt);
+    return bookkeeping::MasterId(connection, bookkeeping::MasterKind::Warehouse, word);
 }
 
 Incidents Workspace::TakeIncidents() {
@@ -124,6 +176,7 @@ std::string NameOf(Workspace& workspace, const std::string& statement, const std
 Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant>& arguments) {
     using Kind = _CTables::MemberKind;
     const auto* getter = _CTables::Find(name, Kind::PropertyGet);
+    if (!getter && !_CTables::Find(name)) Raise(ErrorNumber::UnknownMember, name + MethodMeant(name));
     if (!getter) return _CTables::Call(tables, name, arguments);
     if (getter->result == _CTables::ValueType::Connection) {
         Raise(ErrorNumber::UnknownMember, name + ": the connection is kpbook's own");

@@ -1,11 +1,15 @@
 // An open book and the component that works on it.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "kpTables/Book.h"
 #include "kpTables/CTables.h"
+#include "kpTables/Transaction.h"
+#include "kpTables/bookkeeping/ActingOperator.h"
 #include "kpTables/bookkeeping/WatchedConnection.h"
 #include "kpbook/GlobalOptions.h"
 #include "kpbook/Incidents.h"
@@ -16,7 +20,9 @@ namespace kpTables::kpbook {
 enum class Access { Read, Change };
 
 struct Workspace {
-    /// Opens the book at a path or URL. With --trace, every statement is written to standard error.
+    /// Opens the book at a path or URL. With --trace, every statement is written to standard error. With --operator,
+    /// the operator logs in and must have the command's right; without, a book that demands an operator is not opened
+    /// for a change: a CommandError.
     Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global,
               Access access = Access::Change);
     Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global);
@@ -31,11 +37,35 @@ struct Workspace {
     /// Adds them to the incidents of the run, which its end tells. True when there were any.
     bool LogIncidents();
 
+    // Without --operator, everything is permitted and nothing is logged.
+    /// Refuses what the operator has no right to: error 5.
+    void Require(const std::string& right) const;
+    /// Adds a line to the log; call it in the transaction of the change.
+    void Log(const std::string& what) const;
+    /// The line of a method that was called; lists (rs...) and look-ups (Get...) have none.
+    void LogCall(const std::string& method) const;
+    /// Does a step, which answers its line in the log, wholly or not at all.
+    template <class Step>
+    void Change(Step step) {
+        Transaction transaction(*connection);
+        Log(step());
+        transaction.Commit();
+    }
+    /// The warehouse that was asked for, else the operator's, if it manages one.
+    std::optional<std::int32_t> WarehouseOr(std::optional<std::int32_t> asked) const;
+    /// The same for a word of the command line: a name or an id, 全部 for all warehouses; "" when none was given.
+    std::optional<std::int32_t> WarehouseOf(const std::string& word) const;
+
     BookPtr book;
     std::shared_ptr<bookkeeping::WatchedConnection> connection;
     CTables tables;
+    /// Who --operator names; nobody without it.
+    std::optional<bookkeeping::ActingOperator> acting;
 
 private:
+    void LogIn(const GlobalOptions& global, Access access);
+
+    std::optional<Date> today_;
     std::shared_ptr<IncidentLog> log_;
 };
 

@@ -22,25 +22,29 @@ std::string_view Placeholder(LiteralKind kind) {
 
 }  // namespace
 
-std::string Shape(std::string_view text, std::vector<LiteralValue>& values) {
+std::string Shape(std::string_view text, std::vector<LiteralValue>& values, std::span<const NamedLiteral> named) {
     std::string shape;
     shape.reserve(text.size());
-    parse::Scanner scanner(text);
+    parse::Scanner scanner(text, named);
     // Pieces that are already spaced as in the shape, by one blank or none, are copied together.
     std::size_t begin = 0;
     std::size_t end = 0;
     for (parse::Lexeme piece = scanner.Next(); piece.kind != parse::TokenKind::End; piece = scanner.Next()) {
-        const bool literal = piece.kind == parse::TokenKind::Literal;
+        const bool replaced = piece.kind == parse::TokenKind::Literal || piece.given;
         const bool together = piece.begin == end || (end > 0 && piece.begin == end + 1 && text[end] == ' ');
-        if (literal || !together) {
+        if (replaced || !together) {
             shape.append(text, begin, end - begin);
             if (piece.blankBefore && !shape.empty()) shape += ' ';
             begin = piece.begin;
         }
         end = piece.end;
-        if (!literal) continue;
-        shape += Placeholder(piece.literal);
-        values.push_back({piece.literal, scanner.ValueOf(piece)});
+        if (!replaced) continue;
+        if (piece.kind == parse::TokenKind::Literal) {
+            shape += Placeholder(piece.literal);
+            values.push_back({piece.literal, scanner.ValueOf(piece), piece.begin});
+        } else {
+            shape += scanner.TextOf(piece);
+        }
         begin = end;
     }
     shape.append(text, begin, end - begin);

@@ -70,7 +70,15 @@ enum class LiteralKind { Null, Boolean, Integer, Decimal, Text, Date };
 struct LiteralValue {
     LiteralKind kind;
     std::string text;
+    std::size_t offset = 0;  ///< of the literal in the statement's text
 };
+
+/// The value that a name in the statement's text stands for: @name or :name, without regard to case.
+struct NamedLiteral {
+    std::string name;  ///< without the sign
+    LiteralValue value;
+};
+using NamedLiterals = std::vector<NamedLiteral>;
 
 /// A constant. text is its value, not its spelling: 12.5, it's (quotes undoubled), True; of a date the text between the
 /// # signs, which the engine reads.

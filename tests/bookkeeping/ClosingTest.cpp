@@ -8,6 +8,7 @@
 #include "kpTables/CTables.h"
 #include "kpTables/Error.h"
 #include "kpTables/bookkeeping/Check.h"
+#include "kpTables/bookkeeping/NewBook.h"
 
 namespace kpTables::bookkeeping {
 namespace {
@@ -168,6 +169,65 @@ TEST_F(ClosingTest, ABarForEachMonth) {
     CloseMonth(book_, host_, options, watch);
     EXPECT_EQ(labels, (std::vector<std::string>{"西库 2004-1", "西库 2004-2"}));
     EXPECT_EQ(values, (std::vector<double>{50, 100, 100, 50, 100, 100}));
+}
+
+/// Nobody is asked for a book's first rows. Their year is the book's; that of the bills in a book that has none.
+TEST(ClosingOfANewBook, NeedsNoOpeningStock) {
+    class Absent : public Host {};
+    for (const bool begun : {true, false}) {
+        const BookPtr book = CreateBook("memory:");
+        if (begun) {
+            BeginBook(book, {.company = "甲", .year = 2005, .month = 1, .warehouses = {"东库", "西库"}});
+        } else {
+            PrepareBook(book);
+            for (const char* name : {"东库", "西库"})
+                book->Execute(std::string("Insert Into 仓库设置 (仓库名称) Values ('") + name + "')");
+        }
+        Enter(*book, {"入库", 1, 1, 1, 1, "4", "24"});
+        Enter(*book, {"出库", 1, 1, 1, 1, "1", "5.5"});
+        Enter(*book, {"入库", 2, 1, 2, 2, "2", "3"});
+        auto all = Month(1);
+        all.warehouse.reset();
+        const auto results = CloseMonth(book, std::make_shared<Absent>(), all);
+        ASSERT_EQ(results.size(), 2U);
+        for (const auto& result : results) {
+            EXPECT_EQ(result.outcome, ClosingOutcome::Done) << result.reason;
+            EXPECT_EQ(result.rowsAdded, 1);
+        }
+        const std::string year = begun ? "2005" : "2004";
+        EXPECT_EQ(
+            RowsOf(*book, "Select 年份,月份,dpID,pdID,本期库存数量,本期库存金额 From 仓库余额表 Order by 月份,dpID"),
+            (std::vector<std::string>{year + "|1|1|1|3|18.5", year + "|1|2|2|2|3", year + "|2|1|1|3|18.5",
+                                      year + "|2|2|2|2|3"}));
+        // From then on a product without a row is a question again.
+        Enter(*book, {"入库", 3, 2, 1, 3, "1", "1"});
+        EXPECT_THROW(CloseMonth(book, std::make_shared<Absent>(), Month(2)), Error);
+    }
+}
+
+/// As docs/book.md advises hosts that call Close_DepotBalance themselves.
+TEST(ClosingOfANewBook, ByTheMethodsAloneNeedsTheFirstRows) {
+    const BookPtr book = CreateBook("memory:");
+    BeginBook(book, {.company = "甲", .year = 2004, .month = 1, .warehouses = {"东库", "西库"}});
+    Enter(*book, {"入库", 1, 1, 1, 1, "4", "24"});
+    Enter(*book, {"入库", 2, 1, 2, 1, "2", "3"});
+    Enter(*book, {"出库", 1, 1, 1, 1, "1", "5.5"});
+    Enter(*book, {"出库", 2, 1, 1, 3, "1", "2"});
+    CTables tables(std::make_shared<OneAnswer>(MessageAnswer::Yes));
+    tables.Cnn(book);
+    EXPECT_THROW(tables.CheckBnProduct(1), DatabaseError);
+    for (const std::string kind : {"入库", "出库"}) {
+        book->Execute("Insert Into 仓库余额表 (年份,月份,pdID,dpID) Select Distinct 2004,1,R.pdID,L.dpID From " + kind +
+                      "记录 As R Inner Join " + kind +
+                      "目录 As L On R.BillID=L.BillID Where L.月份=1 And Not Exists (Select * From 仓库余额表 As B "
+                      "Where B.pdID=R.pdID And B.dpID=L.dpID And B.月份=1)");
+    }
+    tables.CheckBnProduct(1);
+    for (const int warehouse : {1, 2})
+        EXPECT_TRUE(tables.Close_DepotBalance(warehouse, 1, false, Variant("2004-1-31"), nullptr));
+    EXPECT_EQ(
+        RowsOf(*book, "Select dpID,pdID,上期库存数量,上期库存金额 From 仓库余额表 Where 月份=2 Order by dpID,pdID"),
+        (std::vector<std::string>{"1|1|3|18.5", "1|3|-1|-2", "2|1|2|3"}));
 }
 
 /// Bills come and go, months are closed, reopened and closed again in any order: what is closed in the end is what a

@@ -13,6 +13,7 @@ namespace {
 /// close.
 class FakeConnection : public Connection {
 public:
+    using Connection::Execute;
     RecordsetPtr Execute(std::string_view text) override {
         if (text == "bad") throw DatabaseError(-2147217900, "refused", std::string(text));
         if (!text.starts_with("Select")) return nullptr;

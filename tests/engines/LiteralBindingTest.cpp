@@ -54,7 +54,7 @@ TEST_P(Literals, BecomeTheParametersValue) {
     LastValue last;
     std::string answer;
     try {
-        BindLiterals(last, {parameter}, {{one.kind, one.literal}}, text);
+        BindLiterals(last, {parameter}, {{one.kind, one.literal, 2}}, text);
         answer = last.text;
     } catch (const sql::SqlError& error) {
         answer = error.what();

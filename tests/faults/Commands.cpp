@@ -46,6 +46,23 @@ Words With(Words words, const char* option) {
     return words;
 }
 
+const Words kNewFirm = {"new", "n.kpbook", "--company", "甲", "--year", "2004", "--month", "1", "--warehouse", "东库"};
+
+const std::string kOpeningRows =
+    "仓库,商品编号,数量,金额\n仓库名称2,商品编号1,3,4.5\n仓库名称1,商品编号2,0.1,7\n仓库名称2,商品编号7,2,1\n";
+
+const std::string kBillRows =
+    "单据,日期,调出仓库,调入仓库,商品编号,数量,单价\nA,2004-3-9,2,1,1,1,2\nA,,,,2,1,2\nB,2004-3-10,2,1,1,2,2\n";
+
+const Words kTransfer = {"bill", "add", "b.kpbook", "transfer", "t.csv", "--allow-negative", "--today", "2004-3-9"};
+
+/// A book whose year is closed.
+FolderPtr ClosedYear(const FolderPtr& book) {
+    Words words = kClose;
+    words.insert(words.end(), {"--through", "12"});
+    return After(book, words);
+}
+
 /// A book whose month is closed, and to which a bill was added since.
 FolderPtr ClosedTooEarly(const FolderPtr& book) { return After(After(book, kClose), kBatch, EntryLine(90)); }
 
@@ -66,6 +83,12 @@ std::vector<Workload> Commands(bool large) {
          Promise::AllOrNothing,
          With(book, "p.csv", ProductRows(large ? 2000 : 20)),
          {"import", "b.kpbook", "商品设置", "p.csv"}},
+        {"opening", Promise::AllOrNothing, With(book, "o.csv", kOpeningRows), {"opening", "b.kpbook", "o.csv"}},
+        {"bills", Promise::AllOrNothing, With(book, "t.csv", kBillRows), kTransfer},
+        {"bill-remove",
+         Promise::AllOrNothing,
+         After(With(book, "t.csv", kBillRows), kTransfer),
+         {"bill", "remove", "b.kpbook", "out", "DB2-03-0001", "--allow-negative"}},
         {"import-update",
          Promise::AllOrNothing,
          With(book, "p.csv", ProductRows(5) + "1,水泥,N1,02\n2,螺栓,N2,02\n"),
@@ -79,6 +102,15 @@ std::vector<Workload> Commands(bool large) {
     if (!large) {
         all.push_back(
             {"new", Promise::AllOrNothing, nothing, {"new", "n.kpbook", "--today", "2004-01-01"}, {}, {"n.kpbook"}});
+        all.push_back({"new-firm", Promise::AllOrNothing, nothing, kNewFirm, {}, {"n.kpbook"}});
+        all.push_back({"new-next",
+                       Promise::AllOrNothing,
+                       ClosedYear(book),
+                       {"new", "n.kpbook", "--from", "b.kpbook"},
+                       {},
+                       {"b.kpbook", "n.kpbook"}});
+        all.push_back(
+            {"copy", Promise::AllOrNothing, book, {"copy", "b.kpbook", "c.kpbook"}, {}, {"b.kpbook", "c.kpbook"}});
         all.push_back({"upgrade", Promise::AllOrNothing, OldBook(), {"upgrade", "b.kpbook"}});
         all.push_back({"upgrade-alone", Promise::AllOrNothing, OldBook(), {"upgrade", "b.kpbook", "--no-backup"}});
         all.push_back({"import-folder",

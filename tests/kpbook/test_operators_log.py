@@ -63,7 +63,13 @@ class LogTest(KpbookCase):
                                 "3,1,2004-02-28,退出\n")
         for options, expected in (((), 3), (("--limit", 1), 1), (("--limit", 2), 2), (("--limit", 3), 3), (("--limit", 99), 3)):
             self.assertEqual(self.log(*options), self.NEWEST_FIRST[:expected], options)
-        self.assertEqual(self.run_kpbook("log", self.book, "--limit", 1).stdout,
+        self.import_text("操作员", "ID,姓名\n2,李明\n")
+        self.assertEqual(self.run_kpbook("log", self.book, "--limit", 2).stdout,
+                         "时间                 操作员  内容\n"
+                         "-------------------  ------  ----\n"
+                         "2004-03-02 09:30:00  李明    结帐\n"
+                         "2004-03-01 08:00:00  1       登录\n")
+        self.assertEqual(self.run_kpbook("log", self.book, "--limit", 1, "--raw").stdout,
                          "logID  Operator  logDate              内容\n"
                          "-----  --------  -------------------  ----\n"
                          "    2  2         2004-03-02 09:30:00  结帐\n")

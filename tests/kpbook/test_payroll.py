@@ -40,15 +40,26 @@ class PayrollTest(KpbookCase):
         for options, income, fuel, pay in ((("--month", 3), "1500.5", "200.25", "1300.2501"),
                                            (("--to-month", 4), "1600.5", "201.25", "1399.2501"),
                                            ((), "1610.5", "201.25", "1409.2501")):
-            lines = self.run_kpbook("payroll", self.book, *options).stdout.splitlines()
+            lines = self.run_kpbook("payroll", self.book, *options, "--raw").stdout.splitlines()
             self.assertEqual(lines[-2], lines[1])
             self.assertEqual(lines[-1].split(), ["合计", income, fuel, *["0"] * 22, pay], options)
 
+    def test_people_read_columns_with_figures(self):
+        self.assertEqual(self.run_kpbook("payroll", self.book, "--month", 3).stdout,
+                         "年份  月份  姓名    总收入    油费  实发工资\n"
+                         "----  ----  ----  --------  ------  --------\n"
+                         "2004     3  张三  1,000.50  200.25    800.25\n"
+                         "2004     3  李四    500.00    0.00    500.00\n"
+                         "----  ----  ----  --------  ------  --------\n"
+                         "合计              1,500.50  200.25  1,300.25\n")
+        wide = self.run_kpbook("payroll", self.book, "--month", 3, "--wide").stdout.splitlines()
+        self.assertEqual(wide[-1].split(), ["合计", "1,500.50", "200.25", *["0.00"] * 22, "1,300.25"])
+
     def test_new_sheet(self):
         lines = self.run_kpbook("payroll", self.book, "--month", 4, "--new").stdout.splitlines()
-        self.assertEqual(lines[:2], ["姓名    总收入", "----  --------"])
-        self.assertEqual(sorted(lines[2:4]), ["张三  300.9001", "李四        50"])
-        self.assertEqual(lines[4:], ["----  --------", "合计  350.9001"])
+        self.assertEqual(lines[:2], ["姓名  总收入", "----  ------"])
+        self.assertEqual(sorted(lines[2:4]), ["张三  300.90", "李四   50.00"])
+        self.assertEqual(lines[4:], ["----  ------", "合计  350.90"])
 
     def test_nothing_saved(self):
         done = self.run_kpbook("payroll", self.book, "--month", 6)
@@ -56,7 +67,7 @@ class PayrollTest(KpbookCase):
 
     def test_formats(self):
         new = ("payroll", self.book, "--month", 4, "--new", "-O")
-        self.assertTrue(self.run_kpbook(*new, "markdown").stdout.endswith("| 合计 | 350.9001 |\n"))
+        self.assertTrue(self.run_kpbook(*new, "markdown").stdout.endswith("| 合计 | 350.90 |\n"))
         for form in ("csv", "json"):
             self.assertNotIn("合计", self.run_kpbook(*new, form).stdout)
 

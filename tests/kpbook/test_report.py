@@ -5,60 +5,7 @@ import os
 import unittest
 import zipfile
 
-from kpbook_case import BALANCE_HEADER, KpbookCase
-
-LINES = "BillID,pdID,dpID,数量,单价,金额,税额,除税单价,除税金额,经手人,交接人,包装\n"
-BILLS = "BillID,年份,月份,日子,单据类型,类型,单据编号,dpID,ksID,pjID\n"
-
-
-class ReportCase(KpbookCase):
-    """A book whose months are March and April.
-
-    March opens with 110 pieces and tons at 75 in warehouse 1 and 3 tons at 15 in warehouse 2. In come cement 4 and
-    bolts 0.5 on the 5th (net 24 and 0.8766), cement 2 on the 20th into warehouse 2 (net 14); out go cement 5 and bolts
-    0.25 on the 10th (net 40 and 0.9). In April an inbound bill has no lines, and cement 1 goes out (net 9).
-    """
-
-    def setUp(self):
-        super().setUp()
-        self.copy_of("reports", self.make_report_book)
-
-    def make_report_book(self):
-        self.new_book()
-        self.import_text("仓库设置", "dpID,仓库名称\n1,东库\n2,西库\n")
-        self.import_text("商品设置", "pdID,商品名称,商品编号,计量单位,ClassCode\n1,水泥,C01,吨,01\n2,螺栓,C02,只,02\n")
-        self.import_text("厂商资料", "KSID,企业名称\n1,红星厂\n2,O'Neil\n")
-        self.import_text("客户资料", "KSID,企业名称\n1,建工集团\n")
-        self.import_text("项目设置", "项目ID,项目编号,项目名称,工程名称,工程性质,ClassCode\n1,P1,大桥,桥面,市政,01\n")
-        self.import_text("仓库余额表", BALANCE_HEADER.replace("\n", ",本期库存金额\n") +
-                         "2004,3,1,1,5,10,50,48.0001\n2004,3,2,1,0.25,100,25,25\n2004,3,1,2,5,3,15,15\n"
-                         "2004,4,1,1,4,11,48.0001,0\n")
-        self.import_text("入库目录", BILLS + "1,2004,3,5,普通发票,购货,R001,1,1,0\n2,2004,3,20,调拨单,移库,R002,2,2,0\n"
-                         "3,2004,4,2,普通发票,购货,R003,1,1,0\n")
-        self.import_text("入库记录", LINES + "1,1,1,4,7,28,4,6,24,张三,李四,袋\n"
-                         "1,2,1,0.5,2,1,0.1234,1.7532,0.8766,张三,,箱\n2,1,2,2,8,16,2,7,14,O'Neil,李四,袋\n")
-        self.import_text("出库目录", BILLS + "1,2004,3,10,普通发票,销售,C001,1,1,1\n2,2004,4,25,普通发票,销售,C002,1,1,0\n")
-        self.import_text("出库记录", LINES + "1,1,1,5,9,45,5,8,40,,,\n1,2,1,0.25,4,1,0.1,4,0.9,,,\n"
-                         "2,1,1,1,10,10,1,9,9,,,\n")
-        self.import_text("成本目录", "CostID,年份,月份,日子,dpID\n1,2004,3,31,1\n")
-        self.import_text("成本记录", "CostID,pdID,数量,单价,金额\n1,1,5,5.5,27.5\n1,2,0.25,0.2,0.05\n")
-
-    def report(self, *options, columns=None, **others):
-        """The rows; of these columns only when they are given."""
-        found = json.loads(self.run_kpbook("report", options[0], self.book, *options[1:], "-O", "json", **others).stdout)
-        names = [column["name"] for column in found["columns"]]
-        places = [names.index(column) for column in columns] if columns else range(len(names))
-        return [[row[place] for place in places] for row in found["rows"]]
-
-    def table(self, *options):
-        return self.run_kpbook("report", options[0], self.book, *options[1:]).stdout
-
-    def totals(self, *options):
-        """The words of the last line, which stands below a rule."""
-        lines = self.table(*options).splitlines()
-        self.assertEqual(lines[-2], lines[1])
-        return lines[-1].split()
-
+from report_case import BILLS, LINES, ReportCase
 
 class BillsTest(ReportCase):
     def numbers(self, *options):
@@ -103,7 +50,8 @@ class BillsTest(ReportCase):
                          [[0.5, "0.8766", "0.1234", "1", "东库", "红星厂"]])
 
     def test_totals(self):
-        self.assertEqual(self.totals("bills", "--direction", "in"), ["合计", "6.5", "38.8766", "6.1234", "45"])
+        self.assertEqual(self.totals("bills", "--direction", "in"), ["合计", "6.5", "38.88", "6.12", "45.00"])
+        self.assertEqual(self.totals("bills", "--direction", "in", "--raw"), ["合计", "6.5", "38.8766", "6.1234", "45"])
 
     def test_bounds_that_are_none(self):
         for option, value, reason in (("--min-amount", "0", "sets no bound"), ("--max-amount", "0.00001", "sets no bound"),
@@ -131,9 +79,11 @@ class BalanceTest(ReportCase):
         taken = self.run_kpbook("report", "balance", self.book)
         self.assertEqual(taken.stderr, "month 3, the first with balance rows\n2 rows\n")
         self.assertEqual(self.run_kpbook("report", "balance", self.book, "--month", 3).stderr, "2 rows\n")
+        self.assertEqual(self.run_kpbook("report", "balance", self.book, "--raw").stderr, taken.stderr)
 
     def test_totals_are_amounts_alone(self):
-        self.assertEqual(self.totals("balance"), ["合计", "90", "0", "0", "0", "0", "88.0001"])
+        self.assertEqual(self.totals("balance"), ["合计", "90.00", "0.00", "0.00", "88.00"])
+        self.assertEqual(self.totals("balance", "--raw"), ["合计", "90", "0", "0", "0", "0", "88.0001"])
 
     def test_book_without_balance_rows(self):
         self.sql("Delete From 仓库余额表")
@@ -159,7 +109,9 @@ class SummaryTest(ReportCase):
                 (("cost",), [[1, 5.0, "27.5", "水泥"], [2, 0.25, "0.05", "螺栓"]]),
                 (("成本", "--warehouse", 2), [])):
             self.assertEqual(sorted(self.report("products", "--direction", *options, columns=columns)), expected, options)
-        self.assertEqual(self.totals("products", "--direction", "in"), ["合计", "38.8766", "6.1234", "38.8766"])
+        # Net amounts, tax, and both together.
+        self.assertEqual(self.totals("products", "--direction", "in"), ["合计", "38.88", "6.12", "45.00"])
+        self.assertEqual(self.totals("products", "--direction", "in", "--raw"), ["合计", "38.8766", "6.1234", "38.8766"])
         self.assertEqual(self.totals("products", "--direction", "cost"), ["合计", "27.55"])
 
     def test_partners(self):
@@ -170,7 +122,9 @@ class SummaryTest(ReportCase):
                 (("out", "--from-month", 4), [[1, "建工集团", 1.0, "9", "10", "1"]]),
                 (("in", "--from-month", 4, "--to-month", 5), [])):
             self.assertEqual(sorted(self.report("partners", "--direction", *options, columns=columns)), expected, options)
-        self.assertEqual(self.totals("partners", "--direction", "in"), ["合计", "6.5", "38.8766", "45", "6.1234"])
+        self.assertEqual(self.totals("partners", "--direction", "in"), ["合计", "6.5", "38.88", "6.12", "45.00"])
+        self.assertEqual(self.totals("partners", "--direction", "in", "--raw"),
+                         ["合计", "6.5", "38.8766", "45", "6.1234"])
 
     def test_costs(self):
         columns = ["pdID", "数量", "金额"]
@@ -184,9 +138,23 @@ class SummaryTest(ReportCase):
 
 class DailyTest(ReportCase):
     def test_daily(self):
-        # A day with outbound movements alone comes last.
         self.assertEqual(
             self.table("daily", "--month", 3),
+            "库存日报表  2004年3月  全部仓库  出库按出库单计价\n"
+            "3月未结帐 (not closed)：东库、西库；数字来自已录入的单据\n"
+            "\n"
+            "日子  期初数量  期初金额  入库数量  入库金额  出库数量  出库金额  库存数量  库存金额\n"
+            "----  --------  --------  --------  --------  --------  --------  --------  --------\n"
+            "   5       113     90.00       4.5     24.88         0      0.00     117.5    114.88\n"
+            "  10     117.5    114.88         0      0.00      5.25     40.90    112.25     73.98\n"
+            "  20    112.25     73.98         2     14.00         0      0.00    114.25     87.98\n"
+            "----  --------  --------  --------  --------  --------  --------  --------  --------\n"
+            "合计                           6.5     38.88      5.25     40.90\n")
+
+    def test_raw_daily(self):
+        # The method puts a day with outbound movements alone last.
+        self.assertEqual(
+            self.table("daily", "--month", 3, "--raw"),
             "日子  期初数量  期初金额  入库数量  入库金额  出库数量  出库金额  库存数量  库存金额\n"
             "----  --------  --------  --------  --------  --------  --------  --------  --------\n"
             "   5       113        90       4.5   24.8766         0         0     117.5  114.8766\n"
@@ -212,8 +180,9 @@ class DailyTest(ReportCase):
                 (("--direction", "out", "--date", "2004-03-10"), [[1, 5.0, "40", "5", "45"], [2, 0.25, "0.9", "0.1", "1"]]),
                 (("--direction", "out", "--date", "2004-03-05"), [])):
             self.assertEqual(self.report("day", *options, columns=columns), expected, options)
-        self.assertEqual(self.totals("day", "--direction", "in", "--date", "2004-03-05"),
-                         ["合计", "24.8766", "4.1234", "29"])
+        fifth = ("day", "--direction", "in", "--date", "2004-03-05")
+        self.assertEqual(self.totals(*fifth), ["合计", "24.88", "4.12", "29.00"])
+        self.assertEqual(self.totals(*fifth, "--raw"), ["合计", "24.8766", "4.1234", "29"])
 
     def test_day_in_sql_servers_dialect_is_outbound(self):
         note = "in SQL Server's dialect these are outbound figures, whatever the direction\n"
@@ -236,32 +205,43 @@ class ProjectsTest(ReportCase):
 
     def test_quantities(self):
         for options in ((), ("--measure", "quantity"), ("--measure", "数量")):
-            self.assertEqual(self.found(*options)[:2], (["合计", "月合计", "3", "4"],
+            self.assertEqual(self.found(*options, "--raw")[:2], (["合计", "月合计", "3", "4"],
                              {"大桥": [5.25, 5.25, 5.25, None], None: [1.0, 1.0, None, 1.0]}), options)
-        self.assertEqual(self.totals("projects"), ["合计", "6.25", "6.25", "5.25", "1"])
+            self.assertEqual(self.found(*options)[:2], (["合计", "月合计", "3", "4", "类别"],
+                             {"大桥": [5.25, 5.25, 5.25, None, "桥梁"], "(无项目)": [1.0, 1.0, None, 1.0, ""]}), options)
+        self.assertEqual(self.totals("projects"), ["合计", "5.25", "1", "6.25"])
+        self.assertEqual(self.totals("projects", "--raw"), ["合计", "6.25", "6.25", "5.25", "1"])
 
     def test_amounts(self):
         for measure in ("amount", "金额"):
-            self.assertEqual(self.found("--measure", measure)[1],
+            self.assertEqual(self.found("--measure", measure, "--raw")[1],
                              {"大桥": [5.25, "46", "46", None], None: [1.0, "10", None, "10"]})
-        self.assertEqual(self.totals("projects", "--measure", "amount"), ["合计", "6.25", "56", "46", "10"])
+        self.assertEqual(self.totals("projects", "--measure", "amount"), ["合计", "46.00", "10.00", "6.25", "56.00"])
+        self.assertEqual(self.totals("projects", "--measure", "amount", "--raw"), ["合计", "6.25", "56", "46", "10"])
 
     def test_sql_servers_dialect(self):
         note = "in SQL Server's dialect the months are quantities, whatever the measure\n"
         months = ["一", "二", "三", "四", "五", "六", "七", "八", "九", "十", "十一", "十二", "合计"]
         rows = {"大桥": [0, 0, 5.25] + [0] * 9 + [5.25], None: [0, 0, 0, 1] + [0] * 8 + [1]}
-        self.assertEqual(self.found("--sql"), (months, rows, "2 rows\n"))
-        self.assertEqual(self.found("--sql", "--measure", "amount"), (months, rows, note + "2 rows\n"))
+        self.assertEqual(self.found("--sql", "--raw"), (months, rows, "2 rows\n"))
+        self.assertEqual(self.found("--sql", "--raw", "--measure", "amount"), (months, rows, note + "2 rows\n"))
         self.assertEqual(self.totals("projects", "--sql"),
                          ["合计", "0", "0", "5.25", "1", "0", "0", "0", "0", "0", "0", "0", "0", "6.25"])
 
 
 class FormatTest(ReportCase):
     def test_markdown_has_totals(self):
-        self.assertEqual(self.run_kpbook("report", "partners", self.book, "--direction", "out", "-O", "markdown").stdout,
+        out = ("report", "partners", self.book, "--direction", "out", "-O", "markdown")
+        self.assertEqual(self.run_kpbook(*out).stdout,
+                         "## 客户汇总\n\n"
+                         "| 客户 | 类别 | 数量 | 除税均价 | 除税金额 | 税额 | 均价 | 价税合计 |\n"
+                         "| --- | --- | ---: | ---: | ---: | ---: | ---: | ---: |\n"
+                         "| 建工集团 | 施工 | 6.25 | 7.984 | 49.90 | 6.10 | 8.96 | 56.00 |\n"
+                         "| 合计 |  | 6.25 |  | 49.90 | 6.10 |  | 56.00 |\n")
+        self.assertEqual(self.run_kpbook(*out, "--raw").stdout,
                          "| ksID | ClassCode | 企业名称 | 数量 | 除税单价 | 除税金额 | 单价 | 金额 | 税额 |\n"
                          "| ---: | --- | --- | ---: | ---: | ---: | ---: | ---: | ---: |\n"
-                         "| 1 |  | 建工集团 | 6.25 | 7 | 49.9 | 23 | 56 | 6.1 |\n"
+                         "| 1 | 02 | 建工集团 | 6.25 | 7 | 49.9 | 23 | 56 | 6.1 |\n"
                          "| 合计 |  |  | 6.25 |  | 49.9 |  | 56 | 6.1 |\n")
 
     def test_formats_for_programs_have_none(self):
@@ -279,7 +259,7 @@ class FormatTest(ReportCase):
         self.assertIn('<sheet name="costs"', archive.read("xl/workbook.xml").decode())
 
     def test_nothing_found_has_no_totals(self):
-        for form, lines in (("table", 2), ("markdown", 2), ("csv", 1)):
+        for form, lines in (("table", 4), ("markdown", 4), ("csv", 1)):
             done = self.run_kpbook("report", "costs", self.book, "--to-month", 2, "-O", form)
             self.assertEqual((done.stdout.count("\n"), done.stderr), (lines, "0 rows\n"), form)
             self.assertNotIn("合计", done.stdout)
@@ -287,7 +267,8 @@ class FormatTest(ReportCase):
     def test_totals_of_fractions_show_no_more_digits_than_they_have(self):
         self.import_text("出库目录", BILLS + "7,2004,7,1,普通发票,销售,C007,1,1,0\n8,2004,7,2,普通发票,销售,C008,1,1,0\n")
         self.import_text("出库记录", LINES + "7,1,1,0.1,0,0,0,0,0.1,,,\n8,1,1,0.2,0,0,0,0,0.2,,,\n")
-        self.assertEqual(self.totals("daily", "--month", 7), ["合计", "0", "0", "0.3", "0.3"])
+        self.assertEqual(self.totals("daily", "--month", 7), ["合计", "0", "0.00", "0.3", "0.30"])
+        self.assertEqual(self.totals("daily", "--month", 7, "--raw"), ["合计", "0", "0", "0.3", "0.3"])
 
     def test_list(self):
         text = self.run_kpbook("report", "--list").stdout
@@ -358,10 +339,9 @@ class UsageTest(ReportCase):
         self.assertFalse((self.folder / "none").exists())
 
     def test_figures_come_from_the_method(self):
-        done = self.run_kpbook("report", "costs", self.book, "--from-month", 3, "--to-month", 3, "--warehouse", 1, "--trace")
+        done = self.run_kpbook("report", "costs", self.book, "--from-month", 3, "--to-month", 3, "--warehouse", 1, "--raw", "--trace")
         sent = [line for line in done.stderr.splitlines() if line.startswith(("execute", "open"))]
-        self.assertEqual(sent, [
-            "execute: Select dpID From 仓库设置 Where dpID=1",
+        self.assertEqual(sent[-1:], [
             "execute: SELECT Rec.pdID, Avg(Rec.单价) AS 单价, Sum(Rec.数量) AS 数量, Sum(Rec.金额) AS 金额 FROM 成本记录 As Rec "
             "INNER JOIN 成本目录 As Lst ON Rec.CostID = Lst.CostID  Where  (Lst.月份=3) And dpID=1 GROUP BY Rec.pdID "])
 

@@ -50,6 +50,28 @@ class StockTest(TradingCase):
                 (("--month", 1, "--product", 3), self.PAINT)):
             self.assertEqual(self.stock(*options), [expected], options)
 
+    def test_table_has_totals_and_two_decimals(self):
+        # 90 = 65 + 25, in 38, out 40: 88 are left.
+        self.assertEqual(
+            self.run_kpbook("stock", self.book, "--month", 1).stdout,
+            "库存表  2004年1月  全部仓库  出库按出库单计价\n"
+            "1月未结帐 (not closed)：东库、西库；数字来自已录入的单据\n"
+            "\n"
+            "商品名称  上期库存数量  上期库存金额  本期入库数量  本期入库金额  本期出库数量  本期出库金额  本期库存数量  本期库存金额  库存均价\n"
+            "--------  ------------  ------------  ------------  ------------  ------------  ------------  ------------  ------------  --------\n"
+            "水泥                13         65.00             6         38.00             5         40.00            14         63.00      4.50\n"
+            "螺栓               100         25.00             0          0.00             0          0.00           100         25.00      0.25\n"
+            "--------  ------------  ------------  ------------  ------------  ------------  ------------  ------------  ------------  --------\n"
+            "合计                           90.00                       38.00                       40.00                       88.00\n")
+        raw = self.run_kpbook("stock", self.book, "--month", 1, "--raw").stdout
+        self.assertTrue(raw.startswith("pdID  商品名称  上期库存数量  上期库存单价"), raw)
+        self.assertNotIn("合计", raw)
+
+    def test_names(self):
+        self.assertEqual(self.stock("--month", 1, "--warehouse", "东库", "--product", "水泥"), [self.CEMENT_EAST])
+        done = self.run_kpbook("stock", self.book, "--month", 1, "--warehouse", "库", code=1)
+        self.assertIn("东库", done.stderr)
+
     def test_cost_bills(self):
         self.add_cost_bills()
         east = ("--month", 1, "--warehouse", 1)
@@ -74,8 +96,13 @@ class StockTest(TradingCase):
 
     def test_statements_do_not_grow_with_the_products(self):
         self.add_cost_bills()
-        done = self.run_kpbook("stock", self.book, "--month", 1, "--warehouse", 1, "--cost", "--trace")
-        self.assertEqual(sum(line.startswith("execute: ") for line in done.stderr.splitlines()), 6)
+        def statements(*options):
+            done = self.run_kpbook("stock", self.book, "--month", 1, "--warehouse", 1, "--cost", "--trace", *options)
+            return sum(line.startswith("execute: ") for line in done.stderr.splitlines())
+        few, raw = statements(), statements("--raw")
+        lines = "".join(f"1,{product},1,1\n" for product in range(100, 130))
+        self.import_text("入库记录", "BillID,pdID,数量,除税金额\n" + lines)
+        self.assertEqual((statements(), statements("--raw")), (few, raw))
 
     def test_unknown_warehouse_or_product(self):
         for options, expected in ((("--warehouse", 9), "the book has no warehouse 9"),

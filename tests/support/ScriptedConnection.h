@@ -42,6 +42,7 @@ public:
     const std::vector<Sent>& Statements() const { return sent_; }
     const JournalPtr& Log() const { return journal_; }
 
+    using Connection::Execute;
     RecordsetPtr Execute(std::string_view text) override;
     RecordsetPtr Open(std::string_view source, SourceKind kind) override;
     // The component begins no transactions; the journal shows it when it does.

@@ -54,6 +54,7 @@ public:
     void ForgetFailures() noexcept { failures_->clear(); }
 
     RecordsetPtr Execute(std::string_view text) override;
+    RecordsetPtr Execute(std::string_view text, const NamedValues& values) override;
     RecordsetPtr Open(std::string_view source, SourceKind kind) override;
     int BeginTrans() override;
     void CommitTrans() override;

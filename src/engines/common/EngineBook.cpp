@@ -4,6 +4,7 @@
 
 #include "BookSchema.h"
 #include "engines/common/EditableRecordset.h"
+#include "engines/common/NamedLiterals.h"
 #include "engines/common/SchemaParts.h"
 #include "engines/common/TableAppender.h"
 
@@ -16,6 +17,9 @@ public:
     EngineBook(std::string url, ExecutorPtr executor) : url_(std::move(url)), executor_(std::move(executor)) {}
 
     RecordsetPtr Execute(std::string_view text) override { return executor_->Execute(text); }
+    RecordsetPtr Execute(std::string_view text, const NamedValues& values) override {
+        return executor_->Execute(text, NamedLiteralsOf(values));
+    }
 
     RecordsetPtr Open(std::string_view source, SourceKind kind) override {
         BoundQuery query = executor_->PrepareOpen(source, kind);

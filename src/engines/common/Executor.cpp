@@ -44,38 +44,38 @@ bool BeginsWith(const std::vector<FieldInfo>& fields, const std::vector<FieldInf
 
 Executor::Executor(std::unique_ptr<Driver> driver) : driver_(std::move(driver)), catalog_(driver_->GetCatalog()) {}
 
-RecordsetPtr Executor::Execute(std::string_view text) {
+RecordsetPtr Executor::Execute(std::string_view text, const sql::NamedLiterals& named) {
     GetTransaction().RaiseLoss();
     try {
-        return Run(text);
+        return Run(text, named);
     } catch (const sql::SqlError& refusal) {
         RaiseRefusal(refusal, text);
     }
 }
 
-RecordsetPtr Executor::Run(std::string_view text) {
+RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& named) {
     std::vector<sql::LiteralValue> literals;
-    std::string shape = sql::Shape(text, literals);
+    std::string shape = sql::Shape(text, literals, named);
     CachedStatementPtr statement = cache_.Find(shape, literals);
     if (!statement) {
-        const sql::StatementPtr tree = sql::parse::Parse(text);
+        const sql::StatementPtr tree = sql::parse::Parse(text, named);
         if (tree->kind == sql::StatementKind::Transform) {
             return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
         }
         statement = Translate(*tree, std::move(shape), literals);
     }
     if (!statement->translation.columns.empty()) {
-        return RunQuery({std::move(statement), std::string(text), std::move(literals)});
+        return RunQuery({std::move(statement), std::string(text), std::move(literals)}, named);
     }
     RunChange(*statement, text, literals);
     return nullptr;
 }
 
-RecordsetPtr Executor::RunQuery(const BoundQuery& query) {
+RecordsetPtr Executor::RunQuery(const BoundQuery& query, const sql::NamedLiterals& named) {
     auto rows = Rows(query);
     if (query.statement->prepared->TakeSchemaChange()) {
         RefreshCatalog();
-        const auto fresh = Translate(*sql::parse::Parse(query.text), {}, query.literals);
+        const auto fresh = Translate(*sql::parse::Parse(query.text, named), {}, query.literals);
         rows = Rows(*fresh, query.text, query.literals);
     }
     return Answer(std::move(rows));

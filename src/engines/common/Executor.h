@@ -27,8 +27,8 @@ public:
     std::int64_t RecordsAffected() const noexcept { return recordsAffected_; }
     std::size_t CachedStatements() const noexcept { return cache_.Size(); }
 
-    /// Runs one statement of either dialect; null unless it is a query.
-    RecordsetPtr Execute(std::string_view text);
+    /// Runs one statement of either dialect; null unless it is a query. named: the values of the names in the text.
+    RecordsetPtr Execute(std::string_view text, const sql::NamedLiterals& named = {});
     /// The query behind an editable recordset, with a writer in its statement; without one, its rows cannot be edited.
     BoundQuery PrepareOpen(std::string_view source, SourceKind kind);
     /// Runs a query that PrepareOpen returned; the row ids follow the fields. When another program has changed the
@@ -39,10 +39,10 @@ public:
     std::size_t CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded);
 
 private:
-    RecordsetPtr Run(std::string_view text);
+    RecordsetPtr Run(std::string_view text, const sql::NamedLiterals& named);
     RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string_view text,
                               const std::vector<sql::LiteralValue>& literals);
-    RecordsetPtr RunQuery(const BoundQuery& query);
+    RecordsetPtr RunQuery(const BoundQuery& query, const sql::NamedLiterals& named);
     RecordsetPtr Answer(std::unique_ptr<recordset::RowStore> rows) const;
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
     static std::unique_ptr<recordset::RowStore> Rows(CachedStatement& statement, std::string_view text,

@@ -8,7 +8,6 @@
 #include "kpTables/Convert.h"
 #include "sql/Position.h"
 #include "sql/SqlError.h"
-#include "sql/parse/Lexer.h"
 
 namespace kpTables::engines {
 
@@ -58,13 +57,6 @@ const char* Wanted(Binding binding) noexcept {
         default:
             return "a date";
     }
-}
-
-std::size_t OffsetOfLiteral(int ordinal, std::string_view text) {
-    for (const sql::parse::Token& token : sql::parse::Tokenize(text).tokens) {
-        if (token.ordinal == ordinal) return token.offset;
-    }
-    return 0;
 }
 
 }  // namespace
@@ -128,19 +120,23 @@ std::string TextOf(const LiteralValue& literal) {
     }
 }
 
-LiteralValue Negated(const LiteralValue& literal) { return {literal.kind, "-" + literal.text}; }
+LiteralValue Negated(const LiteralValue& literal) {
+    // A given value may have a minus of its own.
+    if (literal.text.starts_with('-')) return {literal.kind, literal.text.substr(1), literal.offset};
+    return {literal.kind, "-" + literal.text, literal.offset};
+}
 
 void RaiseNotConverted(const Error& error, const sql::Parameter& parameter, const LiteralValue& literal,
                        std::string_view text) {
     const bool overflow = error.Number() == static_cast<std::int32_t>(ErrorNumber::Overflow);
-    const std::size_t offset = OffsetOfLiteral(parameter.literal, text);
-    const sql::Position at = sql::Locate(text, offset);
+    const sql::Position at = sql::Locate(text, literal.offset);
     std::string message = overflow ? "Overflow" : "Type mismatch";
     message += " at line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " +
                (literal.kind == LiteralKind::Text ? "'" + literal.text + "'"
                                                   : (parameter.negative ? "-" : "") + literal.text) +
                (overflow ? " is too large for " : " is not ") + Wanted(parameter.binding);
-    throw sql::SqlError(overflow ? sql::ErrorKind::Overflow : sql::ErrorKind::TypeMismatch, message, offset, true);
+    throw sql::SqlError(overflow ? sql::ErrorKind::Overflow : sql::ErrorKind::TypeMismatch, message, literal.offset,
+                        true);
 }
 
 }  // namespace kpTables::engines

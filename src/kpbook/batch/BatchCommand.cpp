@@ -101,7 +101,8 @@ private:
                         "The transaction did not begin; its lines are not run");
         }
         if (request.execute) {
-            const auto recordset = workspace_.connection->Execute(*request.execute);
+            const auto recordset = workspace_.connection->Execute(*request.execute, request.values);
+            if (!recordset) workspace_.Log("执行 " + *request.execute);
             return recordset ? Variant(recordset) : Variant(nullptr);
         }
         if (const auto* member = _CTables::Find(*request.method)) {
@@ -110,8 +111,10 @@ private:
             }
             HideSecrets(*member, request.arguments, *global_.incidents);
         }
-        if (!request.isSQL) return CallMember(workspace_.tables, *request.method, request.arguments);
-        return RunInDialect(*request.isSQL, request);
+        Variant result = request.isSQL ? RunInDialect(*request.isSQL, request)
+                                       : CallMember(workspace_.tables, *request.method, request.arguments);
+        workspace_.LogCall(*request.method);
+        return result;
     }
 
     /// Answers with the level of nesting after the step, as BeginTrans counts it.

@@ -24,8 +24,8 @@ MessageAnswer ReadAnswer(const Json& value) {
 }
 
 bool IsMember(std::string_view key) {
-    constexpr std::array<std::string_view, 9> kMembers = {"method", "execute", "begin", "commit", "rollback",
-                                                          "args",   "isSQL",   "today", "answer"};
+    constexpr std::array<std::string_view, 10> kMembers = {"method",   "execute", "params", "begin", "commit",
+                                                           "rollback", "args",    "isSQL",  "today", "answer"};
     return std::find(kMembers.begin(), kMembers.end(), key) != kMembers.end();
 }
 
@@ -46,6 +46,9 @@ void ReadMember(const std::string& key, const Json& value, BatchRequest& request
     if (is("args")) {
         if (!value.is_array()) RefuseLine("\"args\" takes a list, not " + input::Shown(value));
         for (const auto& argument : value) request.arguments.push_back(input::VariantOf(argument));
+    } else if (is("params")) {
+        if (!value.is_object()) RefuseLine("\"params\" takes an object, not " + input::Shown(value));
+        for (const auto& [name, each] : value.items()) request.values.push_back({name, input::VariantOf(each)});
     } else if (is("isSQL")) {
         if (!value.is_boolean()) RefuseLine("\"isSQL\" takes true or false, not " + input::Shown(value));
         request.isSQL = value.get<bool>();
@@ -87,6 +90,7 @@ void ReadRequest(std::string_view line, BatchRequest& request) {
     if (asked == 0) RefuseLine("a line takes \"method\", \"execute\", \"begin\", \"commit\" or \"rollback\"");
     for (const auto& [key, value] : json.items()) ReadMember(key, value, request);
     if (!request.method && isGiven("args")) RefuseLine("\"args\" go with \"method\" only");
+    if (!request.execute && isGiven("params")) RefuseLine("\"params\" go with \"execute\" only");
 }
 
 }  // namespace kpTables::kpbook::batch

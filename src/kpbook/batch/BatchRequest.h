@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "kpTables/Connection.h"
 #include "kpTables/Host.h"
 #include "kpTables/Variant.h"
 
@@ -18,6 +19,7 @@ enum class TransactionStep { Begin, Commit, Rollback };
 struct BatchRequest {
     std::optional<std::string> method;
     std::optional<std::string> execute;
+    NamedValues values;  ///< for the names in the statement
     std::optional<TransactionStep> step;
     std::vector<Variant> arguments;
     std::optional<bool> isSQL;

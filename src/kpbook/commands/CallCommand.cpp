@@ -1,5 +1,8 @@
+#include "kpbook/commands/CallCommand.h"
+
 #include <cstdio>
 #include <functional>
+#include <utility>
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
@@ -81,29 +84,43 @@ bool CallAllOrNothing(Workspace& workspace, const ConsoleHost& host, const std::
 
 }  // namespace
 
-int Call(const CallOptions& options, const GlobalOptions& global) {
+std::vector<Variant> ReadCallArguments(const CallOptions& options, IncidentLog& log) {
     std::vector<Variant> arguments;
     for (const auto& text : options.arguments) arguments.push_back(input::ReadArgument(text));
     const auto* method = _CTables::Find(options.method);
     if (const auto fault = method && !options.raw ? QuoteFault(*method, arguments) : ""; !fault.empty()) {
         throw UsageError(fault + " (--raw passes it on unchanged)");
     }
-    if (method) HideSecrets(*method, arguments, *global.incidents);
-    const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
-    Workspace workspace(options.book, host, global);
+    if (method) HideSecrets(*method, arguments, log);
+    return arguments;
+}
+
+int RunCall(Workspace& workspace, const ConsoleHost& host, const CallOptions& options, std::vector<Variant> arguments,
+            const GlobalOptions& global) {
+    const auto* method = _CTables::Find(options.method);
     if (method) AddWrittenBack(method->parameters, arguments);
     const auto before = arguments;
     Variant result;
-    const auto call = [&] { result = CallMember(workspace.tables, options.method, arguments); };
+    const auto call = [&] {
+        result = CallMember(workspace.tables, options.method, arguments);
+        workspace.LogCall(options.method);
+    };
     bool kept = true;
     if (options.transaction) {
-        kept = CallAllOrNothing(workspace, *host, call);
+        kept = CallAllOrNothing(workspace, host, call);
     } else {
         call();
     }
     if (method) ShowWrittenBack(method->parameters, before, arguments);
     output::WriteResult(options.method, result, global);
-    return host->HasReported() || !kept ? kFailed : kSucceeded;
+    return host.HasReported() || !kept ? kFailed : kSucceeded;
+}
+
+int Call(const CallOptions& options, const GlobalOptions& global) {
+    auto arguments = ReadCallArguments(options, *global.incidents);
+    const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
+    Workspace workspace(options.book, host, global);
+    return RunCall(workspace, *host, options, std::move(arguments), global);
 }
 
 }  // namespace kpTables::kpbook::commands

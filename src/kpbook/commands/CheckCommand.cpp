@@ -41,10 +41,12 @@ RecordsetPtr TableOf(const std::vector<bookkeeping::Finding>& findings, const Ma
 }
 
 void Repair(Workspace& workspace, const std::shared_ptr<Host>& host) {
+    workspace.Require(bookkeeping::rights::kClose);
     const auto repair = bookkeeping::RemoveDoubledRows(*workspace.connection, host);
     const auto line = repair.doubled == 0   ? std::string("no doubled rows that are equal")
                       : repair.removed == 0 ? std::string("nothing removed")
                                             : Counted(repair.removed, "doubled row") + " removed";
+    if (repair.removed > 0) workspace.Log("修复 仓库余额表: " + line);
     std::fprintf(stderr, "仓库余额表: %s\n", line.c_str());
 }
 

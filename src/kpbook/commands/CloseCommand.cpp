@@ -3,6 +3,7 @@
 
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/Closing.h"
+#include "kpTables/bookkeeping/ReportValuation.h"
 #include "kpbook/Host.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
@@ -101,11 +102,12 @@ RecordsetPtr ChangesOf(const std::vector<ClosingResult>& results, const MasterNa
 
 int Close(const CloseOptions& options, const GlobalOptions& global) {
     const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
-    const Workspace workspace(options.book, host, global);
+    Workspace workspace(options.book, host, global);
     bookkeeping::ClosingOptions closing;
     closing.month = options.month;
-    closing.warehouse = options.warehouse;
-    closing.costUsed = options.costUsed;
+    closing.warehouse = workspace.WarehouseOf(options.warehouse);
+    closing.costUsed = options.costUsed || (!options.costUnused && bookkeeping::ValuationSetting(workspace.tables) ==
+                                                                       bookkeeping::Valuation::CostBills);
     closing.note = options.date ? *options.date : host->Today();
     closing.again = options.again;
     closing.through = options.through;
@@ -114,7 +116,13 @@ int Close(const CloseOptions& options, const GlobalOptions& global) {
 
     bool allClosed = true;
     bookkeeping::ClosingWatch watch;
-    watch.done = [&](const ClosingResult& result) { allClosed = Tell(result, options) && allClosed; };
+    watch.done = [&](const ClosingResult& result) {
+        allClosed = Tell(result, options) && allClosed;
+        if (result.outcome == ClosingOutcome::Done && !options.dryRun) {
+            for (const auto& each : result.months)
+                workspace.Log("结帐 " + MonthLabel(result.name, each.year, each.month));
+        }
+    };
     if (ErrorIsTerminal()) {
         watch.bar = [](const std::string& label) { return std::make_unique<TerminalProgressBar>(label); };
     }

@@ -1,14 +1,17 @@
 #include "kpbook/commands/CloseSyntax.h"
 
-#include <cstdint>
-#include <optional>
+#include <string>
 
 namespace kpTables::kpbook::commands {
 
 namespace {
 
-void AddWarehouse(CLI::App& command, std::optional<std::int32_t>& warehouse) {
-    command.add_option("--warehouse", warehouse, "The warehouse's dpID; default: all of them")->type_name("D");
+void AddWarehouse(CLI::App& command, std::string& warehouse) {
+    command
+        .add_option("--warehouse", warehouse,
+                    "The warehouse's name or dpID, or 全部; default: the one that --operator manages, else all of them")
+        ->check(kUtf8)
+        ->type_name("D");
 }
 
 }  // namespace
@@ -21,13 +24,17 @@ void AddClose(CLI::App& app, CloseWords& words) {
         "Then each warehouse's balance rows of the month are filled, the next month's rows are created, and the\n"
         "warehouse is marked as closed: all of it or, when a step fails, nothing. A month is closed after the one before\n"
         "it, and once; --again closes it anew, from the bills as they are now.\n\n"
-        "Examples:\n  kpbook close shop.kpbook --month 3\n"
-        "  kpbook close shop.kpbook --month 3 --warehouse 2 --cost --date 2004-03-31 --answer yes\n"
-        "  kpbook close shop.kpbook --month 2 --again --through 4 --dry-run");
+        "Examples:\n  kpbook close shop.kpbook --month 3 --answer yes\n"
+        "  kpbook close shop.kpbook --month 4 --warehouse 中心仓库 --cost --date 2004-04-30 --answer yes\n"
+        "  kpbook close shop.kpbook --month 3 --warehouse 1 --again --dry-run --answer yes");
     AddBook(*command, options.book);
     AddMonth(*command, "--month", options.month, "The month, 1 to 12")->required();
     AddWarehouse(*command, options.warehouse);
-    command->add_flag("--cost", options.costUsed, "Take outbound amounts from the cost bills");
+    auto* cost = command->add_flag("--cost", options.costUsed, "Take outbound amounts from the cost bills");
+    command
+        ->add_flag("--no-cost", options.costUnused,
+                   "Take them from the outbound bills; default: the book's setting 出库计价, else these")
+        ->excludes(cost);
     command->add_option("--date", words.date, "The date noted in the rows that are created; default: today")
         ->check(kDate)
         ->type_name("DATE");
@@ -41,7 +48,8 @@ void AddReopen(CLI::App& app, ReopenOptions& options) {
         app, "reopen", "Open the last closed month again",
         "The rows that were carried into the next month are removed, the month's rows are put back to how they were\n"
         "before the closing, and its bills can be entered again.\n\n"
-        "Examples:\n  kpbook reopen shop.kpbook --month 3\n  kpbook reopen shop.kpbook --month 3 --warehouse 2");
+        "Examples:\n  kpbook reopen shop.kpbook --month 2 --warehouse 2\n  kpbook reopen shop.kpbook --month 2 --warehouse 1\n"
+        "  kpbook reopen shop.kpbook --month 1 --warehouse 2");
     AddBook(*command, options.book);
     AddMonth(*command, "--month", options.month, "The month, 1 to 12")->required();
     AddWarehouse(*command, options.warehouse);
@@ -65,7 +73,8 @@ void AddBackup(CLI::App& app, BackupOptions& options) {
         app, "backup", "Copy a book, also while it is in use",
         "The copy is checked before it takes its name. An existing FILE is refused, unless --keep says how many\n"
         "generations to keep: FILE is the newest, then FILE.1, FILE.2, ...\n\n"
-        "Examples:\n  kpbook backup shop.kpbook /media/usb/shop.kpbook\n"
+        "Examples:\n  kpbook backup shop.kpbook shop-copy.kpbook\n"
+        "  kpbook backup shop.kpbook shop-$(date +%F).kpbook\n"
         "  kpbook backup shop.kpbook backups/shop.kpbook --keep 7");
     AddBook(*command, options.book);
     command->add_option("FILE", options.path, "The copy")->required()->type_name("");

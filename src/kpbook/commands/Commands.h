@@ -8,9 +8,15 @@
 namespace kpTables::kpbook::commands {
 
 int NewBook(const NewOptions& options, const GlobalOptions& global);
+int Opening(const OpeningOptions& options, const GlobalOptions& global);
+int Copy(const CopyOptions& options, const GlobalOptions& global);
 int Info(const InfoOptions& options, const GlobalOptions& global);
 int Stock(const StockOptions& options, const GlobalOptions& global);
 int Report(const ReportOptions& options, const GlobalOptions& global);
+int AddMasterRow(const MasterOptions& options, const GlobalOptions& global);
+int EditMasterRow(const MasterOptions& options, const GlobalOptions& global);
+int RemoveMasterRow(const MasterOptions& options, const GlobalOptions& global);
+int ListMasterRows(const MasterOptions& options, const GlobalOptions& global);
 int Operators(const OperatorsOptions& options, const GlobalOptions& global);
 int Log(const LogOptions& options, const GlobalOptions& global);
 int Payroll(const PayrollOptions& options, const GlobalOptions& global);

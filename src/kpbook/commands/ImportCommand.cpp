@@ -6,6 +6,7 @@
 #include "kpTables/bookkeeping/RowEntry.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/FilesSyntax.h"
@@ -19,7 +20,11 @@ namespace {
 
 const TableInfo& TableNamed(const std::vector<TableInfo>& tables, const std::string& name) {
     const auto table = std::ranges::find_if(tables, [&](const auto& t) { return SameName(t.name, name); });
-    if (table == tables.end()) throw CommandError("the book has no table " + name);
+    if (table == tables.end()) {
+        std::vector<std::string_view> names;
+        for (const TableInfo& each : tables) names.push_back(each.name);
+        throw CommandError("the book has no table " + name + DidYouMean(name, names));
+    }
     return *table;
 }
 
@@ -29,13 +34,18 @@ input::TableFileOptions FormatOf(const ImportOptions& options) {
 
 std::string RowsText(std::int64_t rows) { return std::to_string(rows) + (rows == 1 ? " row" : " rows"); }
 
-int ImportFile(Book& book, const ImportOptions& options) {
+int ImportFile(Workspace& workspace, const ImportOptions& options) {
+    Book& book = *workspace.book;
     const auto tables = book.Tables();
     const TableInfo& table = TableNamed(tables, options.table);
     input::TableFile file(options.path, FormatOf(options));
     input::TableImport import(book, table, file.Rows(), file.Name(),
                               {.update = options.update, .key = ColumnsOf(options.key)});
-    const auto counts = import.Run();
+    input::ImportCounts counts;
+    workspace.Change([&] {
+        counts = import.Run();
+        return "导入 " + table.name + " " + std::to_string(counts.added + counts.changed);
+    });
     const std::string done = options.update
                                  ? std::to_string(counts.added) + " added, " + std::to_string(counts.changed) +
                                        " changed, " + std::to_string(counts.unchanged) + " unchanged"
@@ -98,7 +108,7 @@ int Import(const ImportOptions& options, const GlobalOptions& global) {
                          options.table);
     }
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
-    return isFolder ? ImportFolder(*workspace.book, options) : ImportFile(*workspace.book, options);
+    return isFolder ? ImportFolder(*workspace.book, options) : ImportFile(workspace, options);
 }
 
 }  // namespace kpTables::kpbook::commands

@@ -1,7 +1,10 @@
+#include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpbook/Host.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/ReportLayout.h"
+#include "kpbook/commands/ReportView.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
@@ -21,13 +24,36 @@ RecordsetPtr FirstRows(Recordset& rows, std::int32_t limit) {
     return first;
 }
 
+/// An entry keeps its operator's id as text.
+Variant OperatorName(const ReportRow& row) {
+    const Variant id = row.At("Operator");
+    return row.names.OperatorOf(Text(id));
+}
+
+ReportLayout LogLayout(const Recordset& rows) {
+    const ReportColumn name{.heading = "操作员", .worked = OperatorName};
+    ReportLayout layout{.shown = {{.heading = "时间", .column = "logDate"}, name}, .added = {name}};
+    for (int i = 0; i < rows.FieldCount(); ++i) {
+        const auto& column = rows.FieldAt(i).name;
+        if (column == "logID" || column == "Operator" || column == "logDate") continue;
+        layout.shown.push_back({.heading = column, .column = column});
+    }
+    return layout;
+}
+
 }  // namespace
 
 int Log(const LogOptions& options, const GlobalOptions& global) {
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
     auto rows = workspace.tables.rsLog();
     if (options.limit) rows = FirstRows(*rows, *options.limit);
-    output::WriteRecordset(*rows, global);
+    ReportDesk desk(workspace, options.showing, global);
+    if (options.showing.raw || desk.isForPrograms) {
+        output::WriteRecordset(*rows, global);
+        return kSucceeded;
+    }
+    const auto laidOut = LayOut(*rows, LogLayout(*rows), desk.columns, workspace.tables, desk.names, false);
+    output::WriteView({"", {}, laidOut.rows, laidOut.presentation, {}}, global);
     return kSucceeded;
 }
 

@@ -2,6 +2,7 @@
 #include "kpTables/LateBound.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/Output.h"
 #include "kpbook/output/ResultWriter.h"
@@ -88,7 +89,7 @@ int Methods(const MethodsOptions& options, const GlobalOptions& global) {
     for (const auto& member : _CTables::Members()) {
         if (options.name.empty() || SameName(member.name, options.name)) members.push_back(&member);
     }
-    if (members.empty()) throw CommandError("there is no method " + options.name);
+    if (members.empty()) throw CommandError("there is no method " + options.name + MethodMeant(options.name));
     if (global.format != OutputFormat::Table) {
         MemoryRecordset recordset({{"subsystem", VarType::String},
                                    {"name", VarType::String},

@@ -1,9 +1,13 @@
 #include <algorithm>
 #include <cstdio>
+#include <optional>
+#include <utility>
 
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/bookkeeping/Masters.h"
+#include "kpTables/bookkeeping/Operators.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
@@ -47,28 +51,161 @@ void AddOperator(MemoryRecordset& list, Recordset& row, CTables& tables) {
     list.Update();
 }
 
-/// The id of the only operator with a name.
-std::int32_t OperatorNamed(Workspace& workspace, const std::string& name) {
-    const auto rows = workspace.connection->Execute("Select ID From 操作员 Where 姓名='" + Quoted(name) + "'");
-    if (rows->Eof()) throw CommandError("the book has no operator " + name);
-    if (rows->RecordCount() > 1) throw CommandError("several operators have the name " + name);
-    return CLng(rows->GetValue(0));
+/// What the words of an action say.
+struct OperatorWords {
+    std::optional<std::string> name;
+    std::optional<std::string> warehouse;
+    std::vector<bookkeeping::RightChange> rights;
+    bool all = false;   ///< give all rights
+    bool none = false;  ///< take all rights
+};
+
+bool ReadSwitch(const std::string& right, const std::string& word) {
+    for (const char* yes : {"yes", "on", "1", "是"}) {
+        if (word == yes) return true;
+    }
+    for (const char* no : {"no", "off", "0", "否"}) {
+        if (word == no) return false;
+    }
+    throw UsageError(right + "= takes yes or no, not '" + word + "'");
 }
 
-int SetPassword(const OperatorsOptions& options, const GlobalOptions& global) {
-    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
-    const auto id = OperatorNamed(workspace, options.name);
-    const std::string password = Quoted(AskPassword());
-    global.incidents->Hide(password);
-    if (!workspace.tables.Update_Password(Quoted(options.name), password, id)) return kFailed;
-    std::fprintf(stderr, "%s: password set\n", options.name.c_str());
+OperatorWords ReadWords(const OperatorsOptions& options) {
+    OperatorWords read;
+    const bool isEdit = options.action == "edit";
+    const bool takesRights = options.action == "add" || options.action == "rights";
+    for (const std::string& word : options.words) {
+        const auto sign = word.find('=');
+        const std::string column = word.substr(0, sign);
+        const std::string value = sign == word.npos ? "" : word.substr(sign + 1);
+        if (sign != word.npos && isEdit && column == "姓名") {
+            read.name = value;
+        } else if (sign != word.npos && options.action != "rights" && (column == "仓库" || SameName(column, "dpID"))) {
+            read.warehouse = value;
+        } else if (!takesRights || column.empty()) {
+            throw UsageError("'" + word + "' is not taken here; see kpbook operators --help");
+        } else if (word == "all" || word == "none") {
+            (word == "all" ? read.all : read.none) = true;
+        } else {
+            read.rights.push_back({column, sign == word.npos || ReadSwitch(column, value)});
+        }
+    }
+    if (isEdit && !read.name && !read.warehouse) throw UsageError("say what to change: 姓名=NAME or 仓库=WAREHOUSE");
+    return read;
+}
+
+/// The line of the log.
+std::string LineOf(const OperatorsOptions& options) {
+    std::string line = "操作员 " + options.action + " " + options.name;
+    for (const auto& word : options.words) line += " " + word;
+    return line;
+}
+
+void Apply(const Workspace& workspace, std::int32_t id, const OperatorWords& words) {
+    const ConnectionPtr book = workspace.connection;
+    if (words.name) bookkeeping::RenameOperator(book, id, *words.name);
+    if (words.warehouse) {
+        const bool isNone = words.warehouse->empty() || *words.warehouse == "0";
+        bookkeeping::SetManagedWarehouse(
+            book, id, isNone ? 0 : bookkeeping::MasterId(book, bookkeeping::MasterKind::Warehouse, *words.warehouse));
+    }
+    if (words.none) bookkeeping::ClearRights(book, id);
+    std::vector<bookkeeping::RightChange> rights;
+    if (words.all) {
+        for (auto& right : bookkeeping::AllRights(book)) rights.push_back({std::move(right), true});
+    }
+    rights.insert(rights.end(), words.rights.begin(), words.rights.end());
+    if (!rights.empty()) bookkeeping::ChangeRights(book, id, rights);
+}
+
+/// The rights of one operator, a row a right.
+int ListRights(const OperatorsOptions& options, const GlobalOptions& global) {
+    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
+    const auto id = bookkeeping::OperatorId(workspace.connection, options.name);
+    MemoryRecordset list({{"权限", VarType::String}, {"有", VarType::Boolean}});
+    for (const auto& right : bookkeeping::AllRights(workspace.connection)) {
+        list.AddNew();
+        list.SetValue(0, right);
+        list.SetValue(1, workspace.tables.Get操作权限(id, right));
+        list.Update();
+    }
+    if (list.RecordCount() > 0) list.MoveFirst();
+    output::WriteRecordset(list, global);
     return kSucceeded;
+}
+
+int Add(Workspace& workspace, const OperatorsOptions& options, const GlobalOptions& global) {
+    std::int32_t id = 0;
+    workspace.Change([&] {
+        id = bookkeeping::AddOperator(workspace.connection, options.name);
+        Apply(workspace, id, ReadWords(options));
+        return LineOf(options);
+    });
+    output::WriteResult("ID", id, global);
+    return kSucceeded;
+}
+
+/// Does what an action says to an operator of the book; answers the word for it.
+const char* Do(Workspace& workspace, const OperatorsOptions& options, std::int32_t id, const std::string& password) {
+    const ConnectionPtr book = workspace.connection;
+    if (options.action == "remove") {
+        bookkeeping::RemoveOperator(book, id);
+        return "removed";
+    }
+    if (options.action == "set-password") {
+        bookkeeping::SetPassword(book, id, password);
+        return "password set";
+    }
+    if (options.action == "clear-password") {
+        bookkeeping::ClearPassword(book, id);
+        return "password emptied";
+    }
+    Apply(workspace, id, ReadWords(options));
+    return "changed";
+}
+
+int ChangeOperator(Workspace& workspace, const OperatorsOptions& options, const GlobalOptions& global) {
+    const auto id = bookkeeping::OperatorId(workspace.connection, options.name);
+    const bool isOwnPassword = options.action == "set-password" && workspace.acting && workspace.acting->Id() == id;
+    if (!isOwnPassword) workspace.Require(bookkeeping::rights::kSettings);
+    std::string password;
+    if (options.action == "set-password") {
+        password = AskPassword();
+        global.incidents->Hide(Quoted(password));
+    }
+    const char* done = "";
+    workspace.Change([&] {
+        done = Do(workspace, options, id, password);
+        return LineOf(options);
+    });
+    std::fprintf(stderr, "%s: %s\n", options.name.c_str(), done);
+    return kSucceeded;
+}
+
+int Require(Workspace& workspace, const OperatorsOptions& options) {
+    const std::string& word = options.name;
+    if (word != "on" && word != "off") throw UsageError("require takes on or off, not '" + word + "'");
+    workspace.Change([&] {
+        bookkeeping::RequireOperator(workspace.connection, word == "on");
+        return LineOf(options);
+    });
+    std::fprintf(stderr, word == "on" ? "from now on, every change needs --operator\n" : "changes need no operator\n");
+    return kSucceeded;
+}
+
+int ChangeOperators(const OperatorsOptions& options, const GlobalOptions& global) {
+    ReadWords(options);
+    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
+    if (options.action != "add" && options.action != "require") return ChangeOperator(workspace, options, global);
+    workspace.Require(bookkeeping::rights::kSettings);
+    return options.action == "add" ? Add(workspace, options, global) : Require(workspace, options);
 }
 
 }  // namespace
 
 int Operators(const OperatorsOptions& options, const GlobalOptions& global) {
-    if (!options.action.empty()) return SetPassword(options, global);
+    if (options.action == "rights" && options.words.empty()) return ListRights(options, global);
+    if (!options.action.empty()) return ChangeOperators(options, global);
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
     // rs操作员 would add an operator to an empty table, but listing must not change the book.
     const auto rows = workspace.connection->Execute("Select * From 操作员 Order By ID");

@@ -17,6 +17,21 @@ struct NewOptions {
     std::string book;
     bool bare = false;      ///< the tables only
     bool sqlNames = false;  ///< the table Header has SQL Server's column names
+    std::string company;    ///< empty: a book without a firm, unless somebody at a terminal names one
+    std::optional<std::int16_t> year;
+    std::optional<std::int16_t> month;
+    std::vector<std::string> warehouses;
+    std::string from;  ///< the book of the year before; empty: none
+};
+
+struct OpeningOptions {
+    std::string book;
+    std::string path;  ///< "-" is standard input
+};
+
+struct CopyOptions {
+    std::string book;
+    std::string copy;
 };
 
 struct UpgradeOptions {
@@ -28,12 +43,22 @@ struct InfoOptions {
     std::string book;
 };
 
+/// How figures are shown.
+struct Showing {
+    std::optional<bool> atCost;  ///< outbound amounts from the cost bills, or not; empty: as the book's figures are
+    bool raw = false;            ///< the method's rows and columns as they are
+    bool wide = false;           ///< all columns
+    bool chart = false;          ///< with bars, in a terminal
+};
+
 struct StockOptions {
     std::string book;
     std::int16_t month = 0;
     std::optional<std::int32_t> warehouse;  ///< empty: all of them together
     std::optional<std::int32_t> product;    ///< empty: all that have figures
-    bool costUsed = false;
+    std::string warehouseText;              ///< as typed: a name or an id; empty: none
+    std::string productText;
+    Showing showing;
 };
 
 /// The filters of a report; those that were not given are empty or 0.
@@ -46,6 +71,9 @@ struct ReportFilters {
     std::optional<std::int32_t> warehouse;
     std::optional<std::int32_t> partner;
     std::optional<std::int32_t> project;
+    std::string warehouseText;  ///< as typed: a name or an id; empty: none
+    std::string partnerText;
+    std::string projectText;
     std::string type;
     std::string handler;
     std::string counterpart;
@@ -66,19 +94,31 @@ struct ReportKind;
 
 struct ReportOptions {
     const ReportKind* kind = nullptr;  ///< null: list the reports
+    bool all = false;                  ///< the whole set of a month, instead of a kind
     std::string book;
     ReportFilters filters;
+    Showing showing;
+};
+
+/// Of add, edit, remove and list.
+struct MasterOptions {
+    std::string book;
+    std::string kind;                 ///< a word for the kind
+    std::string which;                ///< the row
+    std::vector<std::string> values;  ///< COLUMN=VALUE
 };
 
 struct OperatorsOptions {
     std::string book;
-    std::string action;  ///< empty: list the operators; "set-password"
-    std::string name;    ///< of the operator that the action is for
+    std::string action;              ///< empty: list the operators
+    std::string name;                ///< of the operator that the action is for; of require: on or off
+    std::vector<std::string> words;  ///< rights, and 姓名= or 仓库=
 };
 
 struct LogOptions {
     std::string book;
     std::optional<std::int32_t> limit;
+    Showing showing;
 };
 
 struct PayrollOptions {
@@ -86,6 +126,7 @@ struct PayrollOptions {
     std::optional<std::int16_t> month;    ///< the sheet of a month
     std::optional<std::int16_t> toMonth;  ///< sums from the first month to this one; empty: of all months
     bool fresh = false;                   ///< make the month's sheet from the work orders
+    Showing showing;
 };
 
 struct ImportOptions {
@@ -116,14 +157,18 @@ struct CallOptions {
 
 struct SqlOptions {
     std::string book;
-    std::string text;
+    std::string text;                     ///< one statement, or "-" for a script on standard input
+    std::string file;                     ///< a script
+    std::vector<std::string> parameters;  ///< "name=value"
+    bool transaction = false;             ///< all or nothing
 };
 
 struct CloseOptions {
     std::string book;
     std::int16_t month = 0;
-    std::optional<std::int32_t> warehouse;  ///< empty: all of them
+    std::string warehouse;     ///< name or id; empty: the operator's, or all of them
     bool costUsed = false;
+    bool costUnused = false;  ///< also where the book's setting says otherwise
     std::optional<Date> date;
     bool again = false;        ///< close a month that is closed already
     std::int16_t through = 0;  ///< close the months up to this one too
@@ -133,7 +178,7 @@ struct CloseOptions {
 struct ReopenOptions {
     std::string book;
     std::int16_t month = 0;
-    std::optional<std::int32_t> warehouse;  ///< empty: all of them
+    std::string warehouse;     ///< name or id; empty: the operator's, or all of them
 };
 
 struct CheckOptions {

@@ -1,6 +1,8 @@
 #include "kpbook/Host.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/ReportLayouts.h"
+#include "kpbook/commands/ReportView.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
@@ -18,11 +20,17 @@ RecordsetPtr Sheet(CTables& tables, const PayrollOptions& options) {
 int Payroll(const PayrollOptions& options, const GlobalOptions& global) {
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
     const auto rows = Sheet(workspace.tables, options);
-    std::vector<int> amounts;
-    for (int i = 0; i < rows->FieldCount(); ++i) {
-        if (rows->FieldAt(i).type == VarType::Currency) amounts.push_back(i);
+    ReportDesk desk(workspace, options.showing, global);
+    if (options.showing.raw || desk.isForPrograms) {
+        std::vector<int> amounts;
+        for (int i = 0; i < rows->FieldCount(); ++i) {
+            if (rows->FieldAt(i).type == VarType::Currency) amounts.push_back(i);
+        }
+        output::WriteRecordset(*rows, global, amounts);
+        return kSucceeded;
     }
-    output::WriteRecordset(*rows, global, amounts);
+    auto laidOut = LayOut(*rows, PayrollLayout(*rows), desk.columns, workspace.tables, desk.names, false);
+    output::WriteView({"", {}, laidOut.rows, laidOut.presentation, {}}, global);
     return kSucceeded;
 }
 

@@ -31,9 +31,13 @@ std::string LineOf(const bookkeeping::ClosingResult& result, std::int16_t month)
 
 int Reopen(const ReopenOptions& options, const GlobalOptions& global) {
     const Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
-    const auto results =
-        bookkeeping::ReopenMonth(workspace.connection, {options.month, options.warehouse, global.isSQL});
-    for (const auto& result : results) std::fprintf(stderr, "%s\n", LineOf(result, options.month).c_str());
+    const auto results = bookkeeping::ReopenMonth(
+        workspace.connection, {options.month, workspace.WarehouseOf(options.warehouse), global.isSQL});
+    for (const auto& result : results) {
+        std::fprintf(stderr, "%s\n", LineOf(result, options.month).c_str());
+        if (result.outcome != ClosingOutcome::Done) continue;
+        workspace.Log("反结帐 " + MonthLabel(result.name, result.year, options.month));
+    }
     const auto was = [&results](ClosingOutcome outcome) {
         return std::ranges::count(results, outcome, &bookkeeping::ClosingResult::outcome);
     };

@@ -5,6 +5,8 @@
 #include "kpbook/Host.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/commands/ReportSet.h"
+#include "kpbook/commands/ReportView.h"
 #include "kpbook/commands/Reports.h"
 #include "kpbook/output/Output.h"
 #include "kpbook/output/ResultWriter.h"
@@ -58,20 +60,6 @@ int ListReports(const GlobalOptions& global) {
     return kSucceeded;
 }
 
-/// An unknown id would give an empty report, which looks like a valid one.
-void CheckIds(Workspace& workspace, const ReportFilters& filters) {
-    const auto check = [&](const std::optional<std::int32_t>& id, const std::string& table, const std::string& key,
-                           const std::string& what) {
-        if (!id) return;
-        const auto number = std::to_string(*id);
-        NameOf(workspace, "Select " + key + " From " + table + " Where " + key + "=" + number, what + " " + number);
-    };
-    const bool inbound = filters.direction == "入库";
-    check(filters.warehouse, "仓库设置", "dpID", "warehouse");
-    check(filters.partner, inbound ? "厂商资料" : "客户资料", "KSID", inbound ? "supplier" : "customer");
-    check(filters.project, "项目设置", "项目ID", "project");
-}
-
 std::vector<int> ColumnsNamed(const Recordset& recordset, const std::vector<std::string_view>& names) {
     std::vector<int> columns;
     for (int i = 0; i < recordset.FieldCount(); ++i) {
@@ -80,23 +68,38 @@ std::vector<int> ColumnsNamed(const Recordset& recordset, const std::vector<std:
     return columns;
 }
 
+void TellMonth(const ReportFilters& asked, const ReportFilters& taken) {
+    if (taken.month == asked.month) return;
+    std::fprintf(stderr, "month %d, the first with balance rows\n", static_cast<int>(taken.month));
+}
+
+void TellOfDialect(const ReportKind& kind, const ReportFilters& filters, const GlobalOptions& global) {
+    const auto note = global.isSQL && kind.sqlNote ? kind.sqlNote(filters) : "";
+    if (!note.empty()) std::fprintf(stderr, "%s\n", std::string(note).c_str());
+}
+
 }  // namespace
 
 int Report(const ReportOptions& options, const GlobalOptions& global) {
+    if (options.all) return ReportAll(options, global);
     if (!options.kind) return ListReports(global);
     const ReportKind& kind = *options.kind;
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
-    CheckIds(workspace, options.filters);
     auto filters = options.filters;
-    const auto rows = kind.run(workspace.tables, filters);
-    if (!rows) throw CommandError(std::string(kind.method) + " returned no recordset");
-    if (filters.month != options.filters.month) {
-        std::fprintf(stderr, "month %d, the first with balance rows\n", static_cast<int>(filters.month));
+    ResolveNames(workspace, filters);
+    if (options.showing.raw) {
+        const auto rows = kind.run(workspace.tables, filters);
+        if (!rows) throw CommandError(std::string(kind.method) + " returned no recordset");
+        TellMonth(options.filters, filters);
+        TellOfDialect(kind, filters, global);
+        output::WriteRecordset(*rows, global, ColumnsNamed(*rows, kind.totalled));
+        return kSucceeded;
     }
-    if (const auto note = global.isSQL && kind.sqlNote ? kind.sqlNote(filters) : ""; !note.empty()) {
-        std::fprintf(stderr, "%s\n", std::string(note).c_str());
-    }
-    output::WriteRecordset(*rows, global, ColumnsNamed(*rows, kind.totalled));
+    ReportDesk desk(workspace, options.showing, global);
+    const auto view = ViewOf(desk, kind, filters);
+    TellMonth(options.filters, filters);
+    TellOfDialect(kind, filters, global);
+    output::WriteView(view, global, options.showing.chart ? output::Charts::Drawn : output::Charts::Hidden);
     return kSucceeded;
 }
 

@@ -1,9 +1,12 @@
 #include "kpbook/commands/ReportSyntax.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 
 #include "kpTables/Error.h"
+#include "kpbook/Suggestion.h"
 #include "kpbook/commands/Reports.h"
 
 namespace kpTables::kpbook::commands {
@@ -27,11 +30,6 @@ void AddDay(CLI::App& command, const std::string& option, std::string& text, con
     command.add_option(option, text, what)->check(kDay)->type_name("DATE");
 }
 
-void AddId(CLI::App& command, const std::string& option, std::optional<std::int32_t>& id, const std::string& what,
-           const std::string& type) {
-    command.add_option(option, id, what)->type_name(type);
-}
-
 void AddFilters(CLI::App& command, ReportWords& words) {
     auto& filters = words.options.filters;
     command.add_option("--direction", words.direction, "in, out or cost: inbound, outbound or cost bills")
@@ -41,9 +39,10 @@ void AddFilters(CLI::App& command, ReportWords& words) {
     AddDay(command, "--to", words.to, "The last day");
     AddText(command, "--from-number", filters.fromNumber, "The lowest bill number", "N");
     AddText(command, "--to-number", filters.toNumber, "The highest bill number", "N");
-    AddId(command, "--warehouse", filters.warehouse, "The warehouse's dpID; default: all of them together", "D");
-    AddId(command, "--partner", filters.partner, "The supplier's (in) or customer's (out) KSID", "K");
-    AddId(command, "--project", filters.project, "The project's 项目ID", "P");
+    AddText(command, "--warehouse", filters.warehouseText,
+            "The warehouse's name or dpID; default: all of them together", "D");
+    AddText(command, "--partner", filters.partnerText, "The supplier's (in) or customer's (out) name or KSID", "K");
+    AddText(command, "--project", filters.projectText, "The project's number, name or 项目ID", "P");
     AddText(command, "--type", filters.type, "The 类型 of the bills; 购进 or 调拨 for products", "T");
     AddText(command, "--handler", filters.handler, "The 经手人 of the lines", "TEXT");
     AddText(command, "--counterpart", filters.counterpart, "The 交接人 of the lines", "TEXT");
@@ -62,12 +61,18 @@ void AddFilters(CLI::App& command, ReportWords& words) {
         ->type_name("WHAT");
 }
 
+/// Options that are no filters.
+constexpr const char* kShowing[] = {"--list", "--cost", "--no-cost", "--raw", "--wide", "--chart"};
+
 /// The names of the given filters.
 std::vector<std::string> GivenFilters(const CLI::App& command) {
     std::vector<std::string> given;
     for (const CLI::Option* option : command.get_options()) {
         const std::string name = option->get_name();
-        if (option->count() == 0 || option->get_positional() || name == "--list") continue;
+        if (option->count() == 0 || option->get_positional() ||
+            std::ranges::find(kShowing, name) != std::end(kShowing)) {
+            continue;
+        }
         // The methods take an empty text for a filter that was not given.
         if (option->results().front().empty()) throw CLI::ValidationError(name + " is empty");
         given.push_back(name);
@@ -117,28 +122,83 @@ std::optional<double> QuantityOf(const std::string& option, std::string text) {
     return Bounding(option, text, quantity);
 }
 
+void CheckValuation(const ReportOptions& options) {
+    if (!options.showing.atCost) return;
+    const std::string report = "report " + std::string(options.kind->name);
+    if (!options.kind->valued) throw CLI::ValidationError(report + " takes no --cost; balance, daily and stock do");
+    if (options.showing.raw)
+        throw CLI::ValidationError(report + " --raw shows the method's figures; it takes no --cost");
+}
+
+/// The set of a month takes few filters: its reports have different ones.
+void CheckSet(const ReportWords& words, const std::vector<std::string>& given, const GlobalOptions& global) {
+    for (const auto& option : given) {
+        if (option != "--month" && option != "--warehouse") {
+            throw CLI::ValidationError("report all takes no " + option + "; it takes --month M and --warehouse D");
+        }
+    }
+    const auto& figures = words.figures.showing;
+    if (figures.raw || figures.chart) throw CLI::ValidationError("report all takes neither --raw nor --chart");
+    if (global.format != OutputFormat::Table && global.format != OutputFormat::Html) {
+        throw CLI::ValidationError("report all writes pages of HTML; it takes no other -O");
+    }
+    if (global.outputPath.empty()) throw CLI::ValidationError("report all needs a folder: -o DIR");
+    if (words.options.book.empty()) throw CLI::RequiredError("BOOK");
+}
+
 }  // namespace
+
+void AddColumns(CLI::App& command, Showing& showing) {
+    auto* raw = command.add_flag("--raw", showing.raw, "The method's own columns, order and figures");
+    command.add_flag("--wide", showing.wide, "All columns")->excludes(raw);
+}
+
+void AddFigures(CLI::App& command, FigureWords& words) {
+    auto* cost = command.add_flag("--cost", words.cost, "Take outbound amounts from the cost bills");
+    command
+        .add_flag("--no-cost", words.noCost,
+                  "Take them from the outbound bills; default: the book's setting 出库计价, else as it was closed")
+        ->excludes(cost);
+    AddColumns(command, words.showing);
+    command.add_flag("--chart", words.showing.chart, "Draw bars below a table in a terminal");
+}
+
+Showing ReadFigures(const FigureWords& words, OutputFormat format) {
+    Showing showing = words.showing;
+    if (words.cost || words.noCost) showing.atCost = words.cost;
+    if (showing.chart && showing.raw) throw CLI::ValidationError("--raw takes no --chart");
+    if (showing.chart && format != OutputFormat::Table && format != OutputFormat::Html) {
+        throw CLI::ValidationError("--chart goes with tables; a page (-O html) has charts of its own");
+    }
+    return showing;
+}
 
 CLI::App* AddReport(CLI::App& app, ReportWords& words) {
     auto* command = AddCommand(
         app, "report", "Show a report",
         "The reports are bills, balance, products, partners, costs, daily, day and projects; kpbook report --list\n"
         "describes each with its filters. A table ends with the totals of its amounts, and of quantities where the\n"
-        "report itself adds up different products. The book is not changed.\n\n"
-        "Examples:\n  kpbook report balance shop.kpbook --month 3 --warehouse 2\n"
+        "report itself adds up different products. Tables show the columns that people read; --wide, csv and json have\n"
+        "all of them, and all digits. A page (-O html) has charts. The book is not changed.\n"
+        "kpbook report all BOOK -o DIR writes all reports of a month as pages with an index.\n\n"
+        "Examples:\n  kpbook report balance shop.kpbook --month 3 --warehouse 中心仓库\n"
+        "  kpbook report all shop.kpbook --month 3 -o pages\n"
+        "  kpbook report daily shop.kpbook --month 3 --cost --chart\n"
         "  kpbook report bills shop.kpbook --direction out --from 2004-03-01 --to 2004-03-31 --min-amount 1000\n"
         "  kpbook report day shop.kpbook --direction in --date 2004-03-15 --before -O csv");
     command->add_option("NAME", words.name, "The report")->check(kUtf8)->type_name("");
     command->add_option("BOOK", words.options.book, "The book's file")->type_name("");
     command->add_flag("--list", words.list, "List the reports with their methods and filters");
     AddFilters(*command, words);
+    AddFigures(*command, words.figures);
     return command;
 }
 
-ReportOptions ReadReport(const CLI::App& command, ReportWords words) {
+ReportOptions ReadReport(const CLI::App& command, ReportWords words, const GlobalOptions& global) {
     auto& filters = words.options.filters;
     for (std::string* word : {&words.name, &words.options.book, &filters.fromNumber, &filters.toNumber, &filters.type,
-                              &filters.handler, &filters.counterpart, &filters.packing}) {
+                              &filters.warehouseText, &filters.partnerText, &filters.projectText, &filters.handler,
+                              &filters.counterpart, &filters.packing}) {
         Unmark(*word);
     }
     const auto given = GivenFilters(command);
@@ -146,10 +206,19 @@ ReportOptions ReadReport(const CLI::App& command, ReportWords words) {
         if (!given.empty() || !words.name.empty()) throw CLI::ValidationError("report --list takes nothing else");
         return {};
     }
+    words.options.showing = ReadFigures(words.figures, global.format);
+    if (words.name == "all") {
+        CheckSet(words, given, global);
+        words.options.all = true;
+        return words.options;
+    }
     if (words.name.empty()) throw CLI::RequiredError("NAME or --list");
     words.options.kind = FindReport(words.name);
     if (!words.options.kind) {
-        throw CLI::ValidationError("there is no report " + words.name + "; kpbook report --list shows the reports");
+        std::vector<std::string_view> names;
+        for (const ReportKind& kind : ReportKinds()) names.push_back(kind.name);
+        throw CLI::ValidationError("there is no report " + words.name + DidYouMean(words.name, names) +
+                                   "; kpbook report --list shows the reports");
     }
     filters.from = DateOf(words.from);
     filters.to = DateOf(words.to);
@@ -163,6 +232,7 @@ ReportOptions ReadReport(const CLI::App& command, ReportWords words) {
     if (const auto fault = UsageFault(*words.options.kind, given, filters); !fault.empty()) {
         throw CLI::ValidationError(fault);
     }
+    CheckValuation(words.options);
     if (words.options.book.empty()) throw CLI::RequiredError("BOOK");
     return words.options;
 }

@@ -1,8 +1,14 @@
 #include "kpbook/commands/Reports.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
+#include "kpTables/MemoryRecordset.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/bookkeeping/ReportBalance.h"
+#include "kpTables/bookkeeping/ReportDays.h"
+#include "kpbook/commands/ReportLayouts.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -30,6 +36,10 @@ RecordsetPtr Balance(CTables& tables, ReportFilters& f) {
     return rows ? rows : tables.rs余额记录(f.warehouse.value_or(0), kAnyMonth);
 }
 
+RecordsetPtr ValuedBalance(CTables& tables, ReportFilters& f, bookkeeping::Valuation valuation) {
+    return bookkeeping::BalanceAt(tables, f.warehouse.value_or(0), f.month, valuation);
+}
+
 RecordsetPtr Products(CTables& tables, ReportFilters& f) {
     return tables.rs商品汇总(f.direction, f.fromMonth, f.toMonth, f.warehouse.value_or(0), f.partner.value_or(0),
                              f.type);
@@ -44,6 +54,28 @@ RecordsetPtr Costs(CTables& tables, ReportFilters& f) {
 }
 
 RecordsetPtr Daily(CTables& tables, ReportFilters& f) { return tables.rs日报列表(f.month, f.warehouse.value_or(0)); }
+
+/// The figures in the method's columns.
+RecordsetPtr ValuedDaily(CTables& tables, ReportFilters& f, bookkeeping::Valuation valuation) {
+    std::vector<FieldInfo> fields = {{"日子", VarType::Long}};
+    for (const char* name :
+         {"期初数量", "期初金额", "入库数量", "入库金额", "出库数量", "出库金额", "库存数量", "库存金额"}) {
+        fields.push_back({name, VarType::Double});
+    }
+    auto rows = std::make_shared<MemoryRecordset>(std::move(fields));
+    for (const auto& day : bookkeeping::DailyFigures(tables, f.month, f.warehouse.value_or(0), valuation)) {
+        rows->AddNew();
+        int column = 0;
+        for (const Variant& value : {Variant(day.day), Variant(day.openingQuantity), Variant(day.openingAmount),
+                                     Variant(day.inQuantity), Variant(day.inAmount), Variant(day.outQuantity),
+                                     Variant(day.outAmount), Variant(day.quantity), Variant(day.amount)}) {
+            rows->SetValue(column++, value);
+        }
+        rows->Update();
+    }
+    if (rows->RecordCount() > 0) rows->MoveFirst();
+    return rows;
+}
 
 RecordsetPtr Day(CTables& tables, ReportFilters& f) {
     return tables.rs日报记录(f.warehouse.value_or(0), f.partner.value_or(0), f.date.value_or(Date()), f.direction,
@@ -103,7 +135,9 @@ ReportKind BillsKind() {
              {"--min-amount A"},
              {"--max-amount A"}},
             {"数量", "金额", "税额", "合计"},
-            Bills};
+            Bills,
+            [](const ReportFilters& f) { return f.direction + "单列表"; },
+            BillsLayout};
 }
 
 ReportKind BalanceKind() {
@@ -112,7 +146,10 @@ ReportKind BalanceKind() {
             "Balance figures per product of a month, the first one without --month",
             {{"--month M"}, {"--warehouse D"}},
             {"上期库存金额", "本期入库金额", "累计入库金额", "本期出库金额", "累计出库金额", "本期库存金额"},
-            Balance};
+            Balance,
+            [](const ReportFilters&) { return std::string("库存余额表"); },
+            BalanceLayout,
+            ValuedBalance};
 }
 
 ReportKind ProductsKind() {
@@ -126,7 +163,9 @@ ReportKind ProductsKind() {
              {"--partner K"},
              {"--type 购进|调拨"}},
             {"金额", "税额", "合计"},
-            Products};
+            Products,
+            [](const ReportFilters& f) { return "商品" + f.direction + "汇总"; },
+            ProductsLayout};
 }
 
 ReportKind PartnersKind() {
@@ -135,7 +174,9 @@ ReportKind PartnersKind() {
             "Sums per supplier (in) or per customer (out)",
             {kDirection, {"--from-month M"}, {"--to-month M"}},
             {"数量", "除税金额", "金额", "税额"},
-            Partners};
+            Partners,
+            [](const ReportFilters& f) { return std::string(f.direction == "入库" ? "供应商" : "客户") + "汇总"; },
+            PartnersLayout};
 }
 
 ReportKind CostsKind() {
@@ -144,7 +185,9 @@ ReportKind CostsKind() {
             "Sums per product of the cost bills",
             {{"--from-month M"}, {"--to-month M"}, {"--warehouse D"}},
             {"金额"},
-            Costs};
+            Costs,
+            [](const ReportFilters&) { return std::string("成本汇总"); },
+            CostsLayout};
 }
 
 ReportKind DailyKind() {
@@ -153,7 +196,10 @@ ReportKind DailyKind() {
             "Opening stock, movements and closing stock per day of a month",
             {{"--month M", true}, {"--warehouse D"}},
             {"入库数量", "入库金额", "出库数量", "出库金额"},
-            Daily};
+            Daily,
+            [](const ReportFilters&) { return std::string("库存日报表"); },
+            DailyLayout,
+            ValuedDaily};
 }
 
 ReportKind DayKind() {
@@ -163,6 +209,9 @@ ReportKind DayKind() {
             {{"--date DATE", true}, kDirection, {"--before"}, {"--warehouse D"}, {"--partner K"}},
             {"金额", "税额", "合计"},
             Day,
+            [](const ReportFilters& f) { return "商品" + f.direction + "日报"; },
+            DayLayout,
+            nullptr,
             DayInSql};
 }
 
@@ -174,6 +223,9 @@ ReportKind ProjectsKind() {
             {"合计", "月合计", "1",  "2",  "3",  "4",  "5",  "6",  "7",  "8",  "9",  "10",   "11",
              "12",   "一",     "二", "三", "四", "五", "六", "七", "八", "九", "十", "十一", "十二"},
             Projects,
+            [](const ReportFilters& f) { return "项目汇总表（" + (f.measure.empty() ? "数量" : f.measure) + "）"; },
+            ProjectsLayout,
+            nullptr,
             ProjectsInSql};
 }
 

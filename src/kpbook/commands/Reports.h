@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "kpTables/CTables.h"
+#include "kpTables/bookkeeping/ReportValuation.h"
 #include "kpbook/commands/Options.h"
+#include "kpbook/commands/ReportLayout.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -23,11 +25,17 @@ struct ReportKind {
     std::string_view method;
     std::string_view answers;
     std::vector<ReportFilter> filters;
-    /// Columns whose sum is meaningful: amounts, and quantities if the report's rows add up different products already.
-    /// Unit prices are never summed, nor are pieces added to tons.
+    /// The method's columns whose sum is meaningful: amounts, and quantities if the report's rows add up different
+    /// products already. Unit prices are never summed, nor are pieces added to tons.
     std::vector<std::string_view> totalled;
     /// Calls the method; values that it writes back are put into the filters.
     RecordsetPtr (*run)(CTables& tables, ReportFilters& filters);
+    /// What the report is called, for its heading.
+    std::string (*title)(const ReportFilters& filters);
+    /// What people read of the method's rows.
+    ReportLayout (*layout)(const Recordset& rows, const ReportFilters& filters);
+    /// The report's figures at a valuation, in the method's columns; null for reports that have none.
+    RecordsetPtr (*valued)(CTables& tables, ReportFilters& filters, bookkeeping::Valuation valuation) = nullptr;
     /// Which of the given filters has no effect in SQL Server's dialect; "" when all have.
     std::string_view (*sqlNote)(const ReportFilters& filters) = nullptr;
 };

@@ -13,7 +13,8 @@ void AddUpgrade(CLI::App& app, UpgradeOptions& options) {
         "Gives the book the tables, columns and indexes of a new one, also those that somebody dropped. Every row, and\n"
         "every table and column of your own, stays. All or nothing: after a failure the book is as it was. Close other\n"
         "programs that use the book. First, the book is copied beside itself, to BOOK.before-upgrade.\n\n"
-        "Examples:\n  kpbook upgrade shop.kpbook\n  kpbook upgrade shop.kpbook --no-backup");
+        "Examples:\n  kpbook upgrade shop.kpbook\n  kpbook upgrade shop.kpbook --no-backup\n"
+        "  for book in *.kpbook; do kpbook upgrade $book; done");
     AddBook(*command, options.book);
     command->add_flag("--no-backup", options.noBackup, "Make no copy first");
 }

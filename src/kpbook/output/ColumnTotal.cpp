@@ -55,25 +55,29 @@ Variant ColumnTotal::Value() const {
     return std::isfinite(number_) ? Rounded(number_ + lost_, decimals_) : number_;
 }
 
-TotalsRow::TotalsRow(const Recordset& recordset, const std::vector<int>& columns)
-    : columns_(columns), totals_(columns.size()), labelled_(-1) {
+TotalsRow::TotalsRow(const Recordset& recordset, const Presentation& presentation)
+    : presentation_(presentation), totals_(presentation.totalled.size()), labelled_(-1) {
     for (int i = recordset.FieldCount() - 1; i >= 0; --i) {
-        if (std::ranges::find(columns_, i) == columns_.end()) labelled_ = i;
+        if (std::ranges::find(presentation_.totalled, i) == presentation_.totalled.end()) labelled_ = i;
     }
 }
 
 void TotalsRow::Add(const Recordset& recordset) {
     hasRows_ = true;
-    for (std::size_t i = 0; i < columns_.size(); ++i) totals_[i].Add(recordset.GetValue(columns_[i]));
+    for (std::size_t i = 0; i < totals_.size(); ++i) totals_[i].Add(recordset.GetValue(presentation_.totalled[i]));
 }
 
-std::string TotalsRow::Cell(int column) const { return ShownText(Value(column)); }
+std::string TotalsRow::Cell(int column) const {
+    const Variant value = Value(column);
+    return value.IsNull() ? std::string() : ShownText(value, presentation_.LookOf(column));
+}
 
 Variant TotalsRow::Value(int column) const {
     if (column == labelled_) return kLabel;
-    const auto found = std::ranges::find(columns_, column);
-    if (found == columns_.end()) return Variant::Null();
-    return totals_[static_cast<std::size_t>(found - columns_.begin())].Value();
+    const auto& totalled = presentation_.totalled;
+    const auto found = std::ranges::find(totalled, column);
+    if (found == totalled.end()) return Variant::Null();
+    return totals_[static_cast<std::size_t>(found - totalled.begin())].Value();
 }
 
 }  // namespace kpTables::kpbook::output

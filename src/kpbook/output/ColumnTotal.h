@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "kpTables/Recordset.h"
+#include "kpbook/output/Presentation.h"
 
 namespace kpTables::kpbook::output {
 
@@ -28,18 +29,18 @@ private:
 /// The row of totals below a recordset: the sums of some columns and, in the first of the others, a label.
 class TotalsRow {
 public:
-    TotalsRow(const Recordset& recordset, const std::vector<int>& columns);
+    TotalsRow(const Recordset& recordset, const Presentation& presentation);
 
     /// Adds the recordset's current row.
     void Add(const Recordset& recordset);
     /// False without a column to sum, or without a row.
-    bool IsShown() const noexcept { return !columns_.empty() && hasRows_; }
+    bool IsShown() const noexcept { return !presentation_.totalled.empty() && hasRows_; }
     std::string Cell(int column) const;
     /// The sum of a column, the label in its place; Null where there is neither.
     Variant Value(int column) const;
 
 private:
-    std::vector<int> columns_;
+    Presentation presentation_;
     std::vector<ColumnTotal> totals_;
     int labelled_;  ///< position of the label; -1 where every column is summed
     bool hasRows_ = false;

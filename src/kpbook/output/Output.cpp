@@ -5,6 +5,7 @@
 
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
+#include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook::output {
 
@@ -22,6 +23,10 @@ Output::~Output() {
 void Output::Write(std::string_view text) {
     ThrowIfInterrupted();
     if (std::fwrite(text.data(), 1, text.size(), file_) != text.size()) Fail();
+}
+
+void Output::Emphasize(bool on) {
+    if (path_.empty() && OutputHasColours()) Write(on ? "\033[1m" : "\033[0m");
 }
 
 void Output::Flush() {

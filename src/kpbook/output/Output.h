@@ -21,6 +21,8 @@ public:
 
     /// Throws Interrupted when the user has ended the program.
     void Write(std::string_view text);
+    /// On a terminal that shows colours, what follows is bold, or no longer.
+    void Emphasize(bool on);
     void Flush();
     /// Flushes and closes; without it a late failure (a full disk) would go unnoticed.
     void Close();

@@ -4,37 +4,70 @@
 
 #include "kpbook/HostObjects.h"
 #include "kpbook/output/CellText.h"
+#include "kpbook/output/HtmlPage.h"
 #include "kpbook/output/JsonText.h"
 #include "kpbook/output/Output.h"
 #include "kpbook/output/RowWriters.h"
+#include "kpbook/output/View.h"
 
 namespace kpTables::kpbook::output {
 
 namespace {
 
 std::int64_t WriteRows(Recordset& recordset, OutputFormat format, Output& output,
-                       const std::vector<int>& totalled = {}) {
+                       const Presentation& presentation = {}) {
     switch (format) {
         case OutputFormat::Csv:
             return WriteCsv(recordset, output);
         case OutputFormat::Json:
             return WriteJson(recordset, output);
         case OutputFormat::Markdown:
-            return WriteMarkdown(recordset, output, totalled);
+            return WriteMarkdown(recordset, output, presentation);
         default:
-            return WriteTable(recordset, output, totalled);
+            return WriteTable(recordset, output, presentation);
     }
 }
 
-std::int64_t WriteRows(Recordset& recordset, const GlobalOptions& global, const std::vector<int>& totalled = {}) {
+void TellCount(std::int64_t count) {
+    std::fprintf(stderr, count == 1 ? "%lld row\n" : "%lld rows\n", static_cast<long long>(count));
+}
+
+/// A recordset that the caller keeps.
+RecordsetPtr Borrowed(Recordset& recordset) { return {RecordsetPtr(), &recordset}; }
+
+std::int64_t WriteRows(Recordset& recordset, const GlobalOptions& global, const Presentation& presentation = {}) {
     if (global.format == OutputFormat::Xlsx) {
-        // A section that does not own its rows.
-        return WriteXlsx({{global.title, RecordsetPtr(RecordsetPtr(), &recordset), totalled}}, global.outputPath);
+        return WriteXlsx({{global.title, Borrowed(recordset), presentation.totalled}}, global.outputPath);
     }
     Output output(global.outputPath);
-    const auto count = WriteRows(recordset, global.format, output, totalled);
+    const auto count = global.format == OutputFormat::Html
+                           ? WriteHtml({{"", {}, Borrowed(recordset), presentation, {}}}, output)
+                           : WriteRows(recordset, global.format, output, presentation);
     output.Close();
     return count;
+}
+
+void WriteHeading(const View& view, OutputFormat format, Output& output) {
+    const bool isMarkdown = format == OutputFormat::Markdown;
+    if (!view.title.empty()) output.Write((isMarkdown ? "## " : "") + view.title + (isMarkdown ? "\n\n" : "\n"));
+    for (const auto& note : view.notes) output.Write((isMarkdown ? "> " : "") + note + (isMarkdown ? "\n\n" : "\n"));
+    if (!isMarkdown && !(view.title.empty() && view.notes.empty())) output.Write("\n");
+}
+
+void WriteForPeople(const View& view, const GlobalOptions& global, Charts charts) {
+    Output output(global.outputPath);
+    std::int64_t count = 0;
+    if (global.format == OutputFormat::Html) {
+        count = WriteHtml({view}, output);
+    } else {
+        WriteHeading(view, global.format, output);
+        count = WriteRows(*view.rows, global.format, output, view.presentation);
+    }
+    if (charts == Charts::Drawn && global.format == OutputFormat::Table) {
+        for (const auto& chart : view.charts) WriteTerminalChart(chart, output);
+    }
+    output.Close();
+    TellCount(count);
 }
 
 void WriteLine(const std::string& text, const GlobalOptions& global) {
@@ -47,13 +80,30 @@ void WriteLine(const std::string& text, const GlobalOptions& global) {
 }  // namespace
 
 void WriteRecordset(Recordset& recordset, const GlobalOptions& global, const std::vector<int>& totalled) {
-    const auto count = WriteRows(recordset, global, totalled);
-    std::fprintf(stderr, count == 1 ? "%lld row\n" : "%lld rows\n", static_cast<long long>(count));
+    TellCount(WriteRows(recordset, global, totalled));
+}
+
+void WriteView(const View& view, const GlobalOptions& global, Charts charts) {
+    const auto format = global.format;
+    if (format == OutputFormat::Table || format == OutputFormat::Markdown || format == OutputFormat::Html) {
+        WriteForPeople(view, global, charts);
+        return;
+    }
+    for (const auto& note : view.notes) std::fprintf(stderr, "%s\n", note.c_str());
+    TellCount(WriteRows(*view.rows, global, view.presentation));
 }
 
 void WriteSections(const std::vector<Section>& sections, const GlobalOptions& global) {
     if (global.format == OutputFormat::Xlsx) {
         WriteXlsx(sections, global.outputPath);
+        return;
+    }
+    if (global.format == OutputFormat::Html) {
+        std::vector<View> views;
+        for (const Section& section : sections) views.push_back({section.title, {}, section.rows, {}, {}});
+        Output output(global.outputPath);
+        WriteHtml(views, output);
+        output.Close();
         return;
     }
     const bool isJson = global.format == OutputFormat::Json;

@@ -7,16 +7,18 @@
 #include <vector>
 
 #include "kpTables/Recordset.h"
+#include "kpbook/output/Presentation.h"
 
 namespace kpTables::kpbook::output {
 
 class Output;
 
-// For people to read. The last row contains the totals of the columns listed in totalled, unless there are no rows.
+// For people to read. The last row contains the totals of the columns that the presentation lists, unless there are no
+// rows.
 
 /// Columns aligned by their width on a terminal, numbers to the right.
-std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<int>& totalled);
-std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const std::vector<int>& totalled);
+std::int64_t WriteTable(Recordset& recordset, Output& output, const Presentation& presentation);
+std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const Presentation& presentation);
 
 // For programs to read.
 

@@ -58,11 +58,12 @@ private:
 
 }  // namespace
 
-std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<int>& totalled) {
+std::int64_t WriteTable(Recordset& recordset, Output& output, const Presentation& presentation) {
     auto columns = ColumnsOf(recordset);
-    TotalsRow totals(recordset, totalled);
+    TotalsRow totals(recordset, presentation);
     const auto cell = [&](std::size_t column) {
-        return Printable(ShownText(recordset.GetValue(static_cast<int>(column))));
+        const int index = static_cast<int>(column);
+        return Printable(ShownText(recordset.GetValue(index), presentation.LookOf(index)));
     };
     std::int64_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
@@ -79,7 +80,9 @@ std::int64_t WriteTable(Recordset& recordset, Output& output, const std::vector<
         columns[i].width = std::max(columns[i].width, DisplayWidth(total(i)));
     }
     LineWriter line(columns, output);
+    output.Emphasize(true);
     for (const auto& column : columns) line.Cell(column.title);
+    output.Emphasize(false);
     const auto rule = [&] {
         for (const auto& column : columns) line.Cell(std::string(column.width, '-'));
     };

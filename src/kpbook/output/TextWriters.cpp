@@ -35,13 +35,13 @@ std::string MarkdownCell(const std::string& text) {
     return escaped;
 }
 
-/// Writes a line for the titles, one for each row and one for the totals. textOf converts a value, lineOf formats a
-/// cell.
-template <class LineOf>
-std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<int>& totalled,
-                        std::string (*textOf)(const Variant&), LineOf lineOf) {
+/// Writes a line for the titles, one for each row and one for the totals. textOf converts a column's value, lineOf
+/// formats a cell.
+template <class TextOf, class LineOf>
+std::int64_t WriteLines(Recordset& recordset, Output& output, const Presentation& presentation, TextOf textOf,
+                        LineOf lineOf) {
     const int count = recordset.FieldCount();
-    TotalsRow totals(recordset, totalled);
+    TotalsRow totals(recordset, presentation);
     const auto line = [&](auto textAt) {
         std::string text;
         for (int i = 0; i < count; ++i) text += lineOf(textAt(i), i, i + 1 == count);
@@ -51,7 +51,7 @@ std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<
     std::int64_t rows = 0;
     for (; !recordset.Eof(); recordset.MoveNext(), ++rows) {
         ThrowIfInterrupted();
-        line([&](int i) { return textOf(recordset.GetValue(i)); });
+        line([&](int i) { return textOf(recordset.GetValue(i), i); });
         totals.Add(recordset);
     }
     if (totals.IsShown()) line([&](int i) { return totals.Cell(i); });
@@ -63,7 +63,8 @@ std::int64_t WriteLines(Recordset& recordset, Output& output, const std::vector<
 std::int64_t WriteCsv(Recordset& recordset, Output& output) {
     // A line with a single empty field would be read as an empty line.
     const bool single = recordset.FieldCount() == 1;
-    return WriteLines(recordset, output, {}, CellText, [single](const std::string& text, int, bool last) {
+    const auto textOf = [](const Variant& value, int) { return CellText(value); };
+    return WriteLines(recordset, output, {}, textOf, [single](const std::string& text, int, bool last) {
         return (single && text.empty() ? "\"\"" : CsvField(text)) + (last ? '\n' : ',');
     });
 }
@@ -95,14 +96,15 @@ std::int64_t WriteTableCsv(Recordset& recordset, Output& output, const std::vect
     return rows;
 }
 
-std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const std::vector<int>& totalled) {
+std::int64_t WriteMarkdown(Recordset& recordset, Output& output, const Presentation& presentation) {
     std::string rule = "|";
     for (int i = 0; i < recordset.FieldCount(); ++i) {
         rule += IsNumber(recordset.FieldAt(i).type) ? " ---: |" : " --- |";
     }
     rule += '\n';
     bool isTitle = true;
-    return WriteLines(recordset, output, totalled, ShownText, [&](const std::string& text, int column, bool last) {
+    const auto textOf = [&](const Variant& value, int column) { return ShownText(value, presentation.LookOf(column)); };
+    return WriteLines(recordset, output, presentation, textOf, [&](const std::string& text, int column, bool last) {
         std::string cell = (column == 0 ? "| " : " ") + MarkdownCell(text) + " |";
         if (last) {
             cell += '\n';

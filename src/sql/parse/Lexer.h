@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,7 +27,7 @@ struct TokenStream {
     std::vector<LiteralValue> literals;
 };
 
-/// Raises SqlError for a character, a quote or a date that cannot be read.
-TokenStream Tokenize(std::string_view text);
+/// Raises SqlError for a character, a quote or a date that cannot be read, and for a name without a value.
+TokenStream Tokenize(std::string_view text, std::span<const NamedLiteral> named = {});
 
 }  // namespace kpTables::sql::parse

@@ -1,13 +1,15 @@
 // Parser of tokens.
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "sql/Tree.h"
 
 namespace kpTables::sql::parse {
 
-/// Reads exactly one statement. Raises SqlError with line, column and token on anything else.
-StatementPtr Parse(std::string_view text);
+/// Reads exactly one statement; named: the values of the names in it. Raises SqlError with line, column and token on
+/// anything else.
+StatementPtr Parse(std::string_view text, std::span<const NamedLiteral> named = {});
 
 }  // namespace kpTables::sql::parse

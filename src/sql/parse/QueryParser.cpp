@@ -9,7 +9,8 @@ ExpressionPtr ParseTop(TokenCursor& cursor) {
     if (!cursor.At("TOP") || cursor.Peek(1).kind != TokenKind::Literal) return nullptr;
     cursor.Take();
     const Token& count = cursor.Peek();
-    if (count.literal != LiteralKind::Integer) cursor.Fail("a whole number after TOP");
+    const bool isNegative = cursor.ValueOf(count).text.starts_with('-');  // a parameter's value may be
+    if (count.literal != LiteralKind::Integer || isNegative) cursor.Fail("a whole number after TOP");
     cursor.Take();
     if (cursor.At("PERCENT")) cursor.FailUnsupported(cursor.Peek(), "TOP ... PERCENT");
     return std::make_unique<Literal>(count.literal, cursor.ValueOf(count).text, count.ordinal, count.offset);

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 
+#include "sql/Names.h"
 #include "sql/Position.h"
 
 namespace kpTables::sql::parse {
@@ -210,11 +211,33 @@ void Scanner::ScanQuotedName(Lexeme& piece) {
 }
 
 void Scanner::ScanVariable(Lexeme& piece) {
+    if (text_.substr(piece.begin, 2) != "@@") return ScanParameter(piece);
     piece.kind = TokenKind::Variable;
     piece.end += 2;
-    if (text_.substr(piece.begin, 2) != "@@" || NameCharacter(piece.end) == 0)
-        Fail(piece.begin, 1, "expected a name such as @@IDENTITY");
+    if (NameCharacter(piece.end) == 0) Fail(piece.begin, 1, "expected a name such as @@IDENTITY");
     piece.end = EndOfName(piece.end);
+}
+
+void Scanner::ScanParameter(Lexeme& piece) {
+    ++piece.end;
+    if (!NameBeginsAt(piece.end)) Fail(piece.begin, 1, "expected a parameter's name after the sign");
+    piece.end = EndOfName(piece.end);
+    const std::string_view spelling = TextOf(piece);
+    for (const NamedLiteral& each : named_) {
+        if (SameName(each.name, spelling.substr(1))) piece.given = &each.value;
+    }
+    if (!piece.given) Fail(piece.begin, spelling.size(), "no value is given for this parameter");
+    const bool word = piece.given->kind == LiteralKind::Null || piece.given->kind == LiteralKind::Boolean;
+    piece.kind = word ? TokenKind::Word : TokenKind::Literal;
+    piece.literal = piece.given->kind;
+}
+
+bool Scanner::NameBeginsAt(std::size_t at) const { return !DigitAt(at) && NameCharacter(at) > 0; }
+
+std::string_view Scanner::TextOf(const Lexeme& piece) const {
+    if (piece.given && piece.literal == LiteralKind::Null) return "NULL";
+    if (piece.given && piece.literal == LiteralKind::Boolean) return piece.given->text;
+    return text_.substr(piece.begin, piece.end - piece.begin);
 }
 
 void Scanner::ScanNumber(Lexeme& piece) {
@@ -273,6 +296,7 @@ void Scanner::ScanOperator(Lexeme& piece) {
     constexpr std::string_view kShort = ".-<>";
     piece.kind = TokenKind::Operator;
     const std::string_view rest = text_.substr(piece.begin);
+    if (rest.front() == ':' && NameBeginsAt(piece.begin + 1)) return ScanParameter(piece);
     if (rest.substr(0, 2) == "--")
         Fail(piece.begin, 2, "a comment is no part of a statement; put a blank between two signs");
     for (std::string_view spelling : kLong) {
@@ -289,6 +313,7 @@ void Scanner::ScanOperator(Lexeme& piece) {
 }
 
 std::string Scanner::ValueOf(const Lexeme& piece) const {
+    if (piece.given) return piece.given->text;
     const std::string_view text = TextOf(piece);
     if (piece.literal == LiteralKind::Integer || piece.literal == LiteralKind::Decimal) return std::string(text);
     const std::string_view inner = text.substr(1, text.size() - 2);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,7 @@ struct Lexeme {
     std::size_t begin = 0;
     std::size_t end = 0;
     bool blankBefore = false;
+    const LiteralValue* given = nullptr;  ///< what a name stands for; Null, True and False are Words
 };
 
 /// Whether the text is one name whose characters need no brackets.
@@ -22,23 +24,26 @@ bool IsBareName(std::string_view text);
 
 class Scanner {
 public:
-    explicit Scanner(std::string_view text) : text_(text) {}
+    /// named: the values of the names in the text, which must live as long as this.
+    explicit Scanner(std::string_view text, std::span<const NamedLiteral> named = {}) : text_(text), named_(named) {}
 
     /// The next piece; End after the last. Raises SqlError for what cannot be read.
     Lexeme Next();
 
-    /// The piece as written in the text.
-    std::string_view TextOf(const Lexeme& piece) const { return text_.substr(piece.begin, piece.end - piece.begin); }
+    /// The piece as written in the text; for a name that stands for Null, True or False, that word.
+    std::string_view TextOf(const Lexeme& piece) const;
     /// A literal's value: without its quotes or signs, doubled quotes undoubled.
     std::string ValueOf(const Lexeme& piece) const;
 
 private:
     bool SkipBlanks();
+    bool NameBeginsAt(std::size_t at) const;
     std::size_t NameCharacter(std::size_t at) const;
     std::size_t EndOfName(std::size_t at) const;
     void ScanName(Lexeme& piece);
     void ScanQuotedName(Lexeme& piece);
     void ScanVariable(Lexeme& piece);
+    void ScanParameter(Lexeme& piece);
     void ScanNumber(Lexeme& piece);
     void ScanText(Lexeme& piece);
     void ScanDate(Lexeme& piece);
@@ -47,6 +52,7 @@ private:
     [[noreturn]] void Fail(std::size_t at, std::size_t length, std::string_view complaint) const;
 
     std::string_view text_;
+    std::span<const NamedLiteral> named_;
     std::size_t at_ = 0;
     bool afterName_ = false;  ///< the last piece was a name that ends here: a point qualifies it and starts no number
 };

@@ -52,8 +52,8 @@ UpdateStatement::Assignment ParseAssignment(TokenCursor& cursor) {
 
 }  // namespace
 
-StatementPtr Parse(std::string_view text) {
-    TokenCursor cursor(text);
+StatementPtr Parse(std::string_view text, std::span<const NamedLiteral> named) {
+    TokenCursor cursor(text, named);
     StatementPtr statement = ParseStatement(cursor);
     if (cursor.AcceptOperator(";") && !cursor.AtEnd()) cursor.FailAt(cursor.Peek(), "one statement only");
     if (!cursor.AtEnd()) cursor.Fail("the statement's end");

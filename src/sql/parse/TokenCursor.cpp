@@ -21,7 +21,10 @@ bool FollowsQuery(const Token& token) {
 
 }  // namespace
 
-TokenCursor::TokenCursor(std::string_view text) : text_(text), stream_(Tokenize(text)) { FindQueries(); }
+TokenCursor::TokenCursor(std::string_view text, std::span<const NamedLiteral> named)
+    : text_(text), stream_(Tokenize(text, named)) {
+    FindQueries();
+}
 
 /// "((SELECT" may open a query in parentheses or a value and a table that begin with one: what follows the closing
 /// parenthesis decides, so the tokens are examined from last to first.
@@ -105,9 +108,9 @@ int TokenCursor::TakeNumber(std::string_view what, int least, int most) {
     const Token& token = Peek();
     if (token.kind != TokenKind::Literal || token.literal != LiteralKind::Integer) Fail(what);
     int number = -1;
-    const char* end = token.text.data() + token.text.size();
-    if (std::from_chars(token.text.data(), end, number).ec != std::errc() || number < least || number > most)
-        Fail(what);
+    const std::string& digits = ValueOf(token).text;
+    const char* end = digits.data() + digits.size();
+    if (std::from_chars(digits.data(), end, number).ec != std::errc() || number < least || number > most) Fail(what);
     fixedLiterals_.push_back(token.ordinal);
     Take();
     return number;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +14,7 @@ namespace kpTables::sql::parse {
 
 class TokenCursor {
 public:
-    explicit TokenCursor(std::string_view text);
+    explicit TokenCursor(std::string_view text, std::span<const NamedLiteral> named = {});
 
     const Token& Peek(std::size_t ahead = 0) const;
     const Token& Take();

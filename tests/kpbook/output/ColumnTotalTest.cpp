@@ -58,15 +58,15 @@ TEST(TotalsRow, LabelsTheFirstColumnThatIsNotSummed) {
     rows.SetValue(0, 1.5);
     rows.Update();
     rows.MoveFirst();
-    TotalsRow some(rows, {0});
+    TotalsRow some(rows, std::vector<int>{0});
     EXPECT_FALSE(some.IsShown());
     some.Add(rows);
     EXPECT_TRUE(some.IsShown());
     EXPECT_EQ(some.Cell(0) + "|" + some.Cell(1) + "|" + some.Cell(2), "1.5|合计|");
-    TotalsRow all(rows, {0, 1, 2});
+    TotalsRow all(rows, std::vector<int>{0, 1, 2});
     all.Add(rows);
     EXPECT_EQ(all.Cell(0) + "|" + all.Cell(1) + "|" + all.Cell(2), "1.5|0|0");
-    TotalsRow none(rows, {});
+    TotalsRow none(rows, std::vector<int>{});
     none.Add(rows);
     EXPECT_FALSE(none.IsShown());
 }

@@ -1,0 +1,157 @@
+#include "kpTables/bookkeeping/LineAmounts.h"
+
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "bookkeeping/Refusal.h"
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+
+namespace kpTables::bookkeeping {
+
+namespace {
+
+/// Holds the product of an amount and a number of fifteen digits.
+__extension__ using Wide = __int128;
+
+/// A number of at most fifteen digits: digits / power.
+struct DecimalFraction {
+    Wide digits = 0;
+    Wide power = 1;
+};
+
+DecimalFraction FractionOf(double number) {
+    DecimalFraction fraction;
+    bool negative = false;
+    bool afterPoint = false;
+    for (const char c : Text(number)) {
+        if (c == '-') {
+            negative = true;
+        } else if (c == '.') {
+            afterPoint = true;
+        } else if (c >= '0' && c <= '9') {
+            fraction.digits = fraction.digits * 10 + (c - '0');
+            if (afterPoint) fraction.power *= 10;
+        } else {
+            RefuseWith("the number " + Text(number) + " has too many digits");
+        }
+    }
+    if (negative) fraction.digits = -fraction.digits;
+    return fraction;
+}
+
+/// dividend / divisor in ten-thousandths, half to even.
+Currency RoundedQuotient(Wide dividend, Wide divisor) {
+    if (divisor == 0) RefuseWith("the quantity is 0");
+    if (divisor < 0) {
+        dividend = -dividend;
+        divisor = -divisor;
+    }
+    Wide quotient = dividend / divisor;
+    Wide rest = dividend % divisor;
+    const int sign = dividend < 0 ? -1 : 1;
+    if (rest < 0) rest = -rest;
+    const bool isOdd = quotient % 2 != 0;
+    if (rest > divisor - rest || (rest == divisor - rest && isOdd)) quotient += sign;
+    if (quotient > std::numeric_limits<std::int64_t>::max() || quotient < std::numeric_limits<std::int64_t>::min()) {
+        Raise(ErrorNumber::Overflow);
+    }
+    return Currency::FromScaled(static_cast<std::int64_t>(quotient));
+}
+
+/// The tax on a net amount.
+Currency TaxOn(Currency net, const DecimalFraction& rate) {
+    return RoundedQuotient(net.Scaled() * rate.digits, 100 * rate.power);
+}
+
+/// A net amount or price with the tax on it.
+Currency WithTax(Currency net, const DecimalFraction& rate) {
+    return RoundedQuotient(net.Scaled() * (100 * rate.power + rate.digits), 100 * rate.power);
+}
+
+/// A gross amount or price without the tax in it.
+Currency WithoutTax(Currency gross, const DecimalFraction& rate) {
+    return RoundedQuotient(gross.Scaled() * (100 * rate.power), 100 * rate.power + rate.digits);
+}
+
+/// An amount that is given beside a price must be that price's but for the rounding of the price to a hundredth.
+void CheckPrice(Currency amount, Currency price, double quantity, const char* names) {
+    const Wide half = Currency::kScale / 200;
+    Wide difference = static_cast<Wide>(amount.Scaled()) - AmountOf(price, quantity).Scaled();
+    if (difference < 0) difference = -difference;
+    DecimalFraction size = FractionOf(quantity);
+    if (size.digits < 0) size.digits = -size.digits;
+    if (difference * size.power > half * (size.digits + size.power)) {
+        RefuseWith(std::string(names) + " do not fit together: " + price.ToText() + " x " + Text(quantity) +
+                   " is not " + amount.ToText());
+    }
+}
+
+/// A figure of the line: given, or price x quantity; nothing without both.
+std::optional<Currency> AmountGiven(std::optional<Currency> amount, std::optional<Currency> price, double quantity,
+                                    const char* names) {
+    if (amount && price) CheckPrice(*amount, *price, quantity, names);
+    if (!amount && price) return AmountOf(*price, quantity);
+    return amount;
+}
+
+void CheckSign(Currency amount, double quantity, const char* name) {
+    if (amount.Scaled() != 0 && (amount.Scaled() < 0) != (quantity < 0)) {
+        RefuseWith(std::string(name) + " " + amount.ToText() + " and the quantity " + Text(quantity) +
+                   " differ in sign");
+    }
+}
+
+}  // namespace
+
+Currency AmountOf(Currency price, double quantity) {
+    const auto fraction = FractionOf(quantity);
+    return RoundedQuotient(price.Scaled() * fraction.digits, fraction.power);
+}
+
+Currency PriceOf(Currency amount, double quantity) {
+    const auto fraction = FractionOf(quantity);
+    return RoundedQuotient(amount.Scaled() * fraction.power, fraction.digits);
+}
+
+LineAmounts WorkOutAmounts(const GivenAmounts& given, double quantity, double taxRate) {
+    const auto rate = FractionOf(taxRate);
+    const auto net = AmountGiven(given.net, given.netPrice, quantity, "除税单价 and 除税金额");
+    const auto gross = AmountGiven(given.gross, given.grossPrice, quantity, "单价 and 金额");
+    LineAmounts line;
+    bool byRate = false;
+    if (net && gross) {
+        line.net = *net;
+        line.gross = *gross;
+        line.tax = *gross - *net;
+    } else if (net) {
+        byRate = !given.tax;
+        line.net = *net;
+        line.tax = given.tax ? *given.tax : TaxOn(*net, rate);
+        line.gross = line.net + line.tax;
+    } else if (gross) {
+        byRate = !given.tax;
+        line.gross = *gross;
+        line.net = given.tax ? *gross - *given.tax : WithoutTax(*gross, rate);
+        line.tax = line.gross - line.net;
+    } else {
+        RefuseWith("neither a price nor an amount is given");
+    }
+    if (given.tax && *given.tax != line.tax) {
+        RefuseWith("除税金额 " + line.net.ToText() + " and 税额 " + given.tax->ToText() + " do not add up to 金额 " +
+                   line.gross.ToText());
+    }
+    CheckSign(line.net, quantity, "除税金额");
+    CheckSign(line.tax, quantity, "税额");
+    CheckSign(line.gross, quantity, "金额");
+    line.netPrice = given.netPrice               ? *given.netPrice
+                    : byRate && given.grossPrice ? WithoutTax(*given.grossPrice, rate)
+                                                 : PriceOf(line.net, quantity);
+    line.grossPrice = given.grossPrice           ? *given.grossPrice
+                      : byRate && given.netPrice ? WithTax(*given.netPrice, rate)
+                                                 : PriceOf(line.gross, quantity);
+    return line;
+}
+
+}  // namespace kpTables::bookkeeping

@@ -1,0 +1,151 @@
+#include "kpbook/input/BillFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "kpTables/Convert.h"
+#include "kpTables/Error.h"
+#include "kpbook/Exit.h"
+#include "kpbook/Utf8.h"
+#include "kpbook/input/CsvReader.h"
+#include "kpbook/input/InputFile.h"
+#include "kpbook/input/JsonInput.h"
+
+namespace kpTables::kpbook::input {
+
+namespace {
+
+using bookkeeping::SheetRow;
+
+constexpr const char* kLines = "明细";
+constexpr std::string_view kMark = "\xEF\xBB\xBF";
+
+std::string ReadAll(const std::string& path) {
+    InputFile file(path);
+    std::string content;
+    std::array<char, 1 << 16> buffer{};
+    while (const std::size_t count = file.Read(buffer.data(), buffer.size())) content.append(buffer.data(), count);
+    return content;
+}
+
+[[noreturn]] void RefuseFile(const std::string& path, const std::string& reason) {
+    throw CommandError((path == "-" ? "standard input" : path) + ": " + reason);
+}
+
+std::string Cell(std::string_view text) { return std::string(Trim(text)); }
+
+std::vector<std::string> ReadColumns(CsvReader& csv, const std::string& path) {
+    if (!csv.Next()) RefuseFile(path, "no header line with the names of the columns");
+    std::vector<std::string> columns;
+    for (std::size_t i = 0; i < csv.FieldCount(); ++i) {
+        std::string name = Cell(csv.Field(i));
+        if (!name.empty() && std::ranges::find(columns, name) != columns.end()) {
+            RefuseFile(path, "the column " + Printable(name) + " stands twice in the first line");
+        }
+        columns.push_back(std::move(name));
+    }
+    return columns;
+}
+
+std::vector<SheetRow> ReadCsvRows(const std::string& content, const std::string& path) {
+    std::size_t read = 0;
+    CsvReader csv([&](char* buffer, std::size_t size) {
+        const std::size_t count = std::min(size, content.size() - read);
+        std::memcpy(buffer, content.data() + read, count);
+        read += count;
+        return count;
+    });
+    const auto columns = ReadColumns(csv, path);
+    std::vector<SheetRow> rows;
+    while (csv.Next()) {
+        const std::string line = "line " + std::to_string(csv.Line()) + ": ";
+        if (!csv.Problem().empty()) RefuseFile(path, line + csv.Problem());
+        if (csv.FieldCount() > columns.size()) RefuseFile(path, line + "more fields than the first line has columns");
+        SheetRow row{csv.Line(), {}};
+        for (std::size_t i = 0; i < csv.FieldCount(); ++i) {
+            if (!IsValidUtf8(csv.Field(i))) RefuseFile(path, line + "not valid UTF-8");
+            row.cells[columns[i]] = Cell(csv.Field(i));
+        }
+        // Spreadsheets write empty rows as commas.
+        if (std::ranges::any_of(row.cells, [](const auto& cell) { return !cell.second.empty(); })) rows.push_back(row);
+    }
+    return rows;
+}
+
+std::string JsonCell(const Json& value, const std::string& key) {
+    if (value.is_null()) return "";
+    if (value.is_string()) return Cell(value.get_ref<const std::string&>());
+    if (value.is_number()) return value.dump();
+    throw CommandError(key + " is neither a text nor a number: " + Shown(value));
+}
+
+void AddCells(SheetRow& row, const Json& object) {
+    if (!object.is_object()) throw CommandError("a row is an object, not " + Shown(object));
+    for (const auto& [key, value] : object.items()) {
+        if (key != kLines) row.cells[key] = JsonCell(value, key);
+    }
+}
+
+std::vector<SheetRow> ReadJsonRows(const std::string& content, const std::string& path) {
+    try {
+        const Json json = ParseJson(content);
+        std::vector<SheetRow> rows;
+        const auto add = [&](const Json& bill) {
+            SheetRow row;
+            AddCells(row, bill);
+            const auto lines = bill.find(kLines);
+            if (lines != bill.end() && !lines->is_array()) throw CommandError(std::string(kLines) + " is no array");
+            const bool isOne = lines == bill.end();
+            // Objects without a key of their own are bills of their own.
+            if (!isOne) row.cells.try_emplace("单据", "#" + std::to_string(rows.size() + 1));
+            for (std::size_t i = 0; i < (isOne ? 1 : lines->size()); ++i) {
+                SheetRow line = row;
+                line.row = static_cast<std::int64_t>(rows.size()) + 1;
+                if (!isOne) AddCells(line, (*lines)[i]);
+                rows.push_back(std::move(line));
+            }
+        };
+        if (json.is_array()) {
+            for (const Json& bill : json) add(bill);
+        } else {
+            add(json);
+        }
+        return rows;
+    } catch (const Error& error) {
+        RefuseFile(path, error.Description());
+    } catch (const CommandError& error) {
+        RefuseFile(path, error.what());
+    }
+}
+
+}  // namespace
+
+std::vector<SheetRow> ReadBillFile(const std::string& path) {
+    std::string content = ReadAll(path);
+    if (content.starts_with(kMark)) content.erase(0, kMark.size());
+    const auto first = content.find_first_not_of(" \t\r\n");
+    const bool isJson = first != std::string::npos && (content[first] == '[' || content[first] == '{');
+    auto rows = isJson ? ReadJsonRows(content, path) : ReadCsvRows(content, path);
+    if (rows.empty()) RefuseFile(path, "there are no rows");
+    return rows;
+}
+
+SheetRow ReadLineWord(const std::string& word, std::int64_t row) {
+    SheetRow line{row, {}};
+    for (std::size_t at = 0; at <= word.size();) {
+        const std::size_t end = std::min(word.find(',', at), word.size());
+        const std::string part = word.substr(at, end - at);
+        const auto equals = part.find('=');
+        if (equals == std::string::npos || equals == 0) {
+            throw UsageError("--line " + word + ": '" + part +
+                             "' is not COLUMN=VALUE, such as 商品=01001,数量=5,单价=12.5");
+        }
+        line.cells[Cell(std::string_view(part).substr(0, equals))] = Cell(std::string_view(part).substr(equals + 1));
+        at = end + 1;
+    }
+    return line;
+}
+
+}  // namespace kpTables::kpbook::input

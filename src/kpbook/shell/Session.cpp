@@ -1,0 +1,221 @@
+#include "kpbook/shell/Session.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <utility>
+
+#include "kpTables/Convert.h"
+#include "kpTables/MemoryRecordset.h"
+#include "kpbook/Exit.h"
+#include "kpbook/Interruption.h"
+#include "kpbook/Memory.h"
+#include "kpbook/Names.h"
+#include "kpbook/Suggestion.h"
+#include "kpbook/Terminal.h"
+#include "kpbook/commands/CallCommand.h"
+#include "kpbook/output/ResultWriter.h"
+#include "kpbook/shell/ShellSyntax.h"
+#include "kpbook/shell/Words.h"
+
+namespace kpTables::kpbook::shell {
+
+namespace {
+
+const char* TypeName(VarType type) {
+    switch (type) {
+        case VarType::Integer:
+            return "Integer";
+        case VarType::Long:
+            return "Long";
+        case VarType::Double:
+            return "Double";
+        case VarType::Currency:
+            return "Currency";
+        case VarType::Date:
+            return "Date";
+        case VarType::Boolean:
+            return "Boolean";
+        default:
+            return "String";
+    }
+}
+
+void AddColumns(MemoryRecordset& rows, const TableInfo& table) {
+    for (const auto& column : table.columns) {
+        rows.AddNew();
+        rows.SetValue(0, table.name);
+        rows.SetValue(1, column.name);
+        rows.SetValue(2, TypeName(column.type));
+        rows.SetValue(3, column.counter ? "counter" : column.required ? "required" : "");
+        rows.SetValue(4, column.defaultValue.IsNull() ? Variant("") : Variant(Text(column.defaultValue)));
+        rows.Update();
+    }
+}
+
+}  // namespace
+
+Session::Session(const std::string& book, const GlobalOptions& global)
+    : global_(global),
+      host_(std::make_shared<ConsoleHost>(global.today, global.answer)),
+      workspace_(book, host_, global) {}
+
+Session::~Session() { RollBackRest(); }
+
+void Session::Tell(const std::string& failure) {
+    hasFailed_ = true;
+    std::fprintf(stderr, "%s %s\n", FailureMark(), global_.incidents->Shown(failure).c_str());
+}
+
+void Session::Guarded(const std::function<void()>& action) {
+    try {
+        action();
+        hasFailed_ = workspace_.LogIncidents() || hasFailed_;
+    } catch (const Error& error) {
+        auto incidents = workspace_.TakeIncidents();
+        RemoveTold(incidents, error);
+        global_.incidents->Add(incidents);
+        Tell(error.Description());
+    } catch (const std::bad_alloc&) {
+        Tell(MemoryError().Description());
+    } catch (const CommandError& error) {
+        Tell(error.what());
+    }
+    std::fflush(stdout);
+    global_.incidents->Tell();
+}
+
+void Session::Show(const RecordsetPtr& rows) {
+    if (rows) return output::WriteRecordset(*rows, global_);
+    const auto changed = workspace_.book->RecordsAffected();
+    std::fprintf(stderr, changed == 1 ? "%lld row changed\n" : "%lld rows changed\n", static_cast<long long>(changed));
+}
+
+void Session::RunStatement(const ScriptStatement& statement, bool inScript) {
+    Guarded([&] {
+        try {
+            Show(workspace_.connection->Execute(statement.text));
+        } catch (const DatabaseError& error) {
+            workspace_.connection->ForgetFailures();
+            const DatabaseError hinted = WithSuggestion(error, *workspace_.book);
+            throw inScript ? InScript(statement, hinted) : hinted;
+        }
+    });
+}
+
+bool Session::RunCommand(const std::string& line) {
+    bool quits = false;
+    Guarded([&] {
+        const auto words = SplitWords(line);
+        quits = words.front() == ".quit" || words.front() == ".exit";
+        if (!quits) Perform(words);
+    });
+    return !quits;
+}
+
+void Session::Perform(const std::vector<std::string>& words) {
+    const std::string& name = words.front();
+    const std::string word = words.size() > 1 ? words[1] : "";
+    if (name == ".help") {
+        for (const DotCommand& command : DotCommands()) {
+            std::printf("%-36s %s\n", (std::string(command.name) + " " + std::string(command.words)).c_str(),
+                        std::string(command.what).c_str());
+        }
+    } else if (name == ".tables") {
+        ShowTables();
+    } else if (name == ".schema") {
+        ShowSchema(word);
+    } else if (name == ".mode") {
+        SetMode(word);
+    } else if (name == ".dialect") {
+        SetDialect(word);
+    } else if (name == ".call") {
+        Call(words);
+    } else if (name == ".begin") {
+        level_ = workspace_.connection->BeginTrans();
+    } else if (name == ".commit") {
+        workspace_.connection->CommitTrans();
+        --level_;
+    } else if (name == ".rollback") {
+        workspace_.connection->RollbackTrans();
+        --level_;
+    } else {
+        std::vector<std::string_view> names;
+        for (const DotCommand& command : DotCommands()) names.push_back(command.name);
+        throw CommandError("there is no command " + name + DidYouMean(name, names) + "; .help lists the commands");
+    }
+}
+
+void Session::Call(const std::vector<std::string>& words) {
+    if (words.size() < 2) throw CommandError(".call takes a method and its arguments");
+    const commands::CallOptions options{"", words[1], {words.begin() + 2, words.end()}};
+    commands::RunCall(workspace_, *host_, options, commands::ReadCallArguments(options, *global_.incidents), global_);
+}
+
+void Session::ShowTables() {
+    MemoryRecordset rows({{"table", VarType::String}, {"columns", VarType::Long}});
+    for (const TableInfo& table : workspace_.book->Tables()) {
+        rows.AddNew();
+        rows.SetValue(0, table.name);
+        rows.SetValue(1, static_cast<std::int32_t>(table.columns.size()));
+        rows.Update();
+    }
+    rows.MoveFirst();
+    output::WriteRecordset(rows, global_);
+}
+
+void Session::ShowSchema(const std::string& name) {
+    MemoryRecordset rows({{"table", VarType::String},
+                          {"column", VarType::String},
+                          {"type", VarType::String},
+                          {"key", VarType::String},
+                          {"default", VarType::String}});
+    const auto tables = workspace_.book->Tables();
+    std::vector<std::string_view> names;
+    bool found = name.empty();
+    for (const TableInfo& table : tables) {
+        names.push_back(table.name);
+        if (!name.empty() && !SameName(table.name, name)) continue;
+        AddColumns(rows, table);
+        found = true;
+    }
+    if (!found) throw CommandError("there is no table " + name + DidYouMean(name, names));
+    rows.MoveFirst();
+    output::WriteRecordset(rows, global_);
+}
+
+void Session::SetMode(const std::string& mode) {
+    const auto& choices = ChoicesOf(".mode");
+    const auto found = std::ranges::find(choices, mode);
+    constexpr OutputFormat kFormats[] = {OutputFormat::Table, OutputFormat::Csv, OutputFormat::Json,
+                                         OutputFormat::Markdown};
+    if (found == choices.end()) throw CommandError(".mode takes table, csv, json or markdown");
+    global_.format = kFormats[found - choices.begin()];
+}
+
+void Session::SetDialect(const std::string& dialect) {
+    if (dialect != "jet" && dialect != "sql") throw CommandError(".dialect takes jet or sql");
+    workspace_.tables.isSQL(dialect == "sql");
+}
+
+std::vector<TableInfo> Session::Tables() {
+    try {
+        return workspace_.book->Tables();
+    } catch (const Error&) {
+        return {};
+    }
+}
+
+bool Session::RollBackRest() {
+    if (level_ == 0) return false;
+    std::fprintf(stderr, "kpbook: the shell ended inside a transaction, which is rolled back\n");
+    try {
+        for (; level_ > 0; --level_) workspace_.connection->RollbackTrans();
+    } catch (const Error& error) {
+        level_ = 0;
+        Tell(error.Description());
+    }
+    return true;
+}
+
+}  // namespace kpTables::kpbook::shell

@@ -1,0 +1,108 @@
+"""Statements: one, and scripts from files and standard input; values that are bound to their names."""
+
+import json
+import unittest
+
+from kpbook_case import TradingCase
+
+
+class ScriptTest(TradingCase):
+    SCRIPT = """-- two payments; and a question
+Insert Into 仓库设置 (dpID,仓库名称) Values (7,'南;库');
+/* the new one */ Select 仓库名称 From 仓库设置
+    Where dpID=7;
+Select Count(*) As n From 仓库设置
+"""
+
+    def test_from_a_file_and_from_standard_input(self):
+        path = self.write("a.sql", b"\xef\xbb\xbf" + self.SCRIPT.encode())
+        done = self.run_kpbook("sql", self.book, "-f", path, "-O", "csv")
+        self.assertEqual(done.stdout, "仓库名称\n南;库\nn\n3\n")
+        self.assertIn("1 row changed", done.stderr)
+        done = self.run_kpbook("sql", self.book, "-", "-O", "csv", text=self.SCRIPT.replace("7", "8"))
+        self.assertEqual(done.stdout, "仓库名称\n南;库\nn\n4\n")
+
+    def test_results_in_a_file(self):
+        one, two = self.folder / "one.json", self.folder / "two.json"
+        self.run_kpbook("sql", self.book, "-", "-O", "json", "-o", one, text="Select 1 As a;")
+        self.assertEqual(json.loads(one.read_text())["rows"], [[1]])
+        self.run_kpbook("sql", self.book, "-", "-O", "json", "-o", two, text="Select 1 As a;\nSelect 2 As a;")
+        self.assertEqual({k: v["rows"] for k, v in json.loads(two.read_text()).items()}, {"line 1": [[1]], "line 2": [[2]]})
+
+    def test_an_error_says_its_line_and_what_stays(self):
+        bad = "Delete From 商品设置 Where pdID=3;\n\nSelect *\nFro 商品设置;\nDelete From 商品设置;"
+        done = self.run_kpbook("sql", self.book, "-f", self.write("bad.sql", bad), code=1)
+        self.assertRegex(done.stderr, r"kpbook: .*bad\.sql: Syntax error at line 4, column 1 near \"Fro\"")
+        self.assertEqual(done.stderr.count("Syntax error"), 1)
+        self.assertIn("before line 3 did is kept", done.stderr)
+        self.assertEqual(self.rows("Select Count(*) From 商品设置"), [[2]])
+        done = self.run_kpbook("sql", self.book, "-", "--transaction", text=bad.replace("3;", "1;", 1), code=1)
+        self.assertNotIn("is kept", done.stderr)
+        self.assertEqual(self.rows("Select Count(*) From 商品设置"), [[2]])
+        done = self.run_kpbook("sql", self.book, "-", code=1, text="\n\nInsert Into 商品设置 (pdID) Values (1)")
+        self.assertIn("standard input: line 3: ", done.stderr)
+
+    def test_a_transaction_keeps_all(self):
+        self.run_kpbook("sql", self.book, "-", "--transaction", text="Delete From 商品设置 Where pdID=1;Delete From 商品设置 Where pdID=2")
+        self.assertEqual(self.rows("Select pdID From 商品设置"), [[3]])
+
+    def test_usage(self):
+        for arguments in ((), ("Select 1", "-f", "x.sql")):
+            self.assertIn("either TEXT or --file", self.run_kpbook("sql", self.book, *arguments, code=2).stderr)
+        self.run_kpbook("sql", self.book, "-f", self.folder / "none.sql", code=1)
+        self.assertIn("not valid UTF-8", self.run_kpbook("sql", self.book, "-", text=b"Select '\xff'", code=1).stderr)
+        # One text is one statement.
+        self.assertIn("one statement only", self.run_kpbook("sql", self.book, "Select 1; Select 2", code=1).stderr)
+
+
+class ParameterTest(TradingCase):
+    def value(self, text, *parameters):
+        words = [word for each in parameters for word in ("--param", each)]
+        return json.loads(self.run_kpbook("sql", self.book, text, *words, "-O", "json").stdout)["rows"]
+
+    def test_values_are_bound(self):
+        self.assertEqual(self.value("Select pdID From 商品设置 Where 商品名称=@名", "名=水泥"), [[1]])
+        self.assertEqual(self.value("Select pdID From 商品设置 Where 商品名称=:名", "名=水泥"), [[1]])
+        self.assertEqual(self.value("Select pdID From 商品设置 Where pdID=@id", "id=2"), [[2]])
+        self.assertEqual(self.value("Select pdID From 商品设置 Where ClassCode=@c", "c=01"), [[1]])
+        self.assertEqual(self.value("Select Top @n pdID From 商品设置 Order by pdID", "n=number:2"), [[1], [2]])
+        self.assertEqual(self.value("Select @a & @b", "a=x=y", "b=[1,2]"), [["x=y[1,2]"]])
+        self.assertEqual(self.value("Select IIf(IsNull(@a),1,2), @d", "a=null:", "d=date:2004-03-07")[0][1], "2004-03-07")
+
+    def test_they_are_never_part_of_the_text(self):
+        self.run_kpbook("sql", self.book, "Update 商品设置 Set 商品名称=@名 Where pdID=1",
+                        "--param", "名=x', ClassCode='9' Where '1'='1")
+        self.assertEqual(self.rows("Select 商品名称 From 商品设置 Where pdID=1"), [["x', ClassCode='9' Where '1'='1"]])
+        self.assertEqual(self.rows("Select Count(*) From 商品设置 Where ClassCode='9'"), [[0]])
+
+    def test_in_scripts(self):
+        done = self.run_kpbook("sql", self.book, "-", "--param", "a=水泥", "--param", "b=2", "-O", "csv",
+                               text="Select pdID From 商品设置 Where 商品名称=@a;\nSelect 商品名称 From 商品设置 Where pdID=@b;")
+        self.assertEqual(done.stdout, "pdID\n1\n商品名称\n螺栓\n")
+
+    def test_refusals(self):
+        self.assertIn("no value is given", self.run_kpbook("sql", self.book, "Select @a", code=1).stderr)
+        self.assertIn("NAME=VALUE", self.run_kpbook("sql", self.book, "Select @a", "--param", "a", code=2).stderr)
+        done = self.run_kpbook("sql", self.book, "Select @a", "--param", "a=1", "--param", "A=2", code=1)
+        self.assertIn("given twice", done.stderr)
+
+    def test_in_a_batch(self):
+        answers = self.batch(
+            {"execute": "Select pdID From 商品设置 Where 商品名称=@名 And pdID<@top", "params": {"名": "水泥", "top": 9}},
+            {"execute": "Update 商品设置 Set 商品名称=:n Where pdID=1", "params": {"n": "it's"}},
+            {"execute": "Select 商品名称 From 商品设置 Where pdID=:id", "params": {"id": 1}},
+            {"execute": "Select @d, @c", "params": {"d": {"date": "2004-03-07"}, "c": {"currency": "12.5"}}},
+            {"execute": "Select @x", "params": {"x": [1]}},
+            {"execute": "Select @x", "params": {"x": {"array": [1]}}},
+            {"execute": "Select @x"},
+            {"method": "Get单据金额", "args": [1, "入库"], "params": {"x": 1}})
+        self.assertEqual(answers[0]["result"]["rows"], [[1]])
+        self.assertEqual(answers[2]["result"]["rows"], [["it's"]])
+        self.assertEqual(answers[3]["result"]["rows"][0][0], "2004-03-07")
+        for answer in answers[4:]:
+            self.assertIn("error", answer)
+        self.assertIn('"params" go with "execute" only', answers[7]["error"]["description"])
+
+
+if __name__ == "__main__":
+    unittest.main()
