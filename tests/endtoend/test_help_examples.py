@@ -1,7 +1,8 @@
 """Every command's --help shows three examples or more, and each of them works.
 
 The examples of a command run in the order of the help, in a folder of their own that holds the sample year (shop.kpbook, its first
-two months closed, and prepare.sql run) and the files of tests/endtoend/examples. A new command needs nothing here, but the files that it names.
+two months closed, and prepare.sql run) and the files of tests/endtoend/examples, or what prepare/COMMAND.sh makes of them first. A new
+command needs nothing here, but the files that it names.
 """
 
 import atexit
@@ -71,8 +72,12 @@ class ExamplesTest(unittest.TestCase):
         (place / "bin" / "produce").write_text(f"#!/bin/sh\ncat {place}/produced.csv\n")
         (place / "bin" / "produce").chmod(0o755)
         (place / "bin" / "kpbook").symlink_to(KPBOOK)
-        if command[0] not in FROM_NOTHING:
+        preparation = place / "prepare" / f"{command[0]}.sh"
+        begins = preparation.exists() and "kpbook new shop.kpbook" in preparation.read_text()
+        if command[0] not in FROM_NOTHING and not begins:
             shutil.copy(book, place / "shop.kpbook")
+        if preparation.exists():
+            self.run_example(f"set -e; . prepare/{preparation.name}", place)
         return place
 
     def run_example(self, example, place):
@@ -92,6 +97,8 @@ class ExamplesTest(unittest.TestCase):
                 self.assertGreaterEqual(len(found), LEAST, f"kpbook {' '.join(command)} --help shows {found}")
             place = self.folder_for(command, book)
             for example in found:
+                if example.endswith(".pdf") and not shutil.which("chromium"):
+                    continue
                 with self.subTest(example=example):
                     self.run_example(example, self.folder_for(command, book) if command[0] in FROM_NOTHING else place)
 

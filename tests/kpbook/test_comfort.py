@@ -40,7 +40,7 @@ class CompletionTest(TradingCase):
         return subprocess.run(["bash", "-c", script], capture_output=True, encoding="utf-8", check=True).stdout.split()
 
     def test_bash(self):
-        self.assertEqual(self.bash("kpbook", "re")[:1], ["reopen"])
+        self.assertEqual(self.bash("kpbook", "re")[:2], ["remove", "reopen"])
         self.assertIn("report", self.bash("kpbook", "re"))
         self.assertEqual(self.bash("kpbook", "-O", "j"), ["json"])
         self.assertEqual(self.bash("kpbook", "sql", "x", "--par"), ["--param"])

@@ -87,7 +87,7 @@ void AddAdd(CLI::App& bill, BillWords& words) {
         "期限. The options are the defaults of the columns. Net, tax and gross are worked out from what is given; numbers\n"
         "follow the setting 单据编号格式. Without FILE and --line, the bill is asked for at the terminal.\n\n"
         "Examples:\n  kpbook bill add shop.kpbook in purchases.csv\n"
-        "  kpbook bill add shop.kpbook out --partner 杭州宏图 --line 商品=01001,数量=5,单价=420\n"
+        "  kpbook bill add shop.kpbook out --warehouse 中心仓库 --partner 杭州宏图 --line 商品=01001,数量=5,单价=420\n"
         "  kpbook bill add shop.kpbook transfer --warehouse 中心仓库 --to-warehouse 门店 --line 商品=01001,数量=2",
         words, true);
     action->add_option("FILE", words.options.file, "CSV or JSON, - for standard input")->type_name("");
@@ -103,7 +103,7 @@ void AddEdit(CLI::App& bill, BillWords& words) {
         "transfer keep the same date, number, remarks and lines.\n\n"
         "Examples:\n  kpbook bill edit shop.kpbook in RK1-01-0003 单位=杭州宏图 说明=自提\n"
         "  kpbook bill edit shop.kpbook out CK1-01-0001 --line 商品=01001,数量=4,单价=420\n"
-        "  kpbook bill edit shop.kpbook in id:17 --lines lines.csv --gross",
+        "  kpbook bill edit shop.kpbook in id:2 --lines lines.csv --gross",
         words, false);
     AddWhich(*action, words);
     action->add_option("CHANGES", words.changes, "Fields as COLUMN=VALUE, such as 说明=自提")
@@ -122,7 +122,7 @@ void AddRemove(CLI::App& bill, BillWords& words) {
                              "A bill of a closed month and an audited one are refused.\n\n"
                              "Examples:\n  kpbook bill remove shop.kpbook in RK1-01-0003\n"
                              "  kpbook bill remove shop.kpbook out CK1-01-0001 --month 1\n"
-                             "  kpbook bill remove shop.kpbook cost 4",
+                             "  kpbook bill remove shop.kpbook cost 1",
                              words, false);
     AddWhich(*action, words);
     AddAllowNegative(*action, words);
@@ -151,7 +151,7 @@ void AddShow(CLI::App& bill, BillWords& words) {
     AddWhich(*AddAction(bill, "show", "Show a bill with its lines",
                         "Examples:\n  kpbook bill show shop.kpbook in RK1-01-0003\n"
                         "  kpbook bill show shop.kpbook out CK1-01-0001 -O json\n"
-                        "  kpbook bill show shop.kpbook cost 4",
+                        "  kpbook bill show shop.kpbook cost 1",
                         words, false),
              words);
 }
@@ -161,7 +161,7 @@ void AddPrint(CLI::App& bill, BillWords& words) {
                         "The page has Chinese headings and the amount in capital figures. A PDF needs Chromium.\n\n"
                         "Examples:\n  kpbook bill print shop.kpbook in RK1-01-0003 -o bill.html\n"
                         "  kpbook bill print shop.kpbook out CK1-01-0001 -o bill.pdf\n"
-                        "  kpbook bill print shop.kpbook cost 4 > bill.html",
+                        "  kpbook bill print shop.kpbook cost 1 > bill.html",
                         words, false),
              words);
 }

@@ -26,7 +26,7 @@ void AddClose(CLI::App& app, CloseWords& words) {
         "it, and once; --again closes it anew, from the bills as they are now.\n\n"
         "Examples:\n  kpbook close shop.kpbook --month 3 --answer yes\n"
         "  kpbook close shop.kpbook --month 4 --warehouse 中心仓库 --cost --date 2004-04-30 --answer yes\n"
-        "  kpbook close shop.kpbook --month 3 --warehouse 1 --again --dry-run --answer yes");
+        "  kpbook close shop.kpbook --month 4 --warehouse 中心仓库 --again --dry-run --answer yes");
     AddBook(*command, options.book);
     AddMonth(*command, "--month", options.month, "The month, 1 to 12")->required();
     AddWarehouse(*command, options.warehouse);

@@ -70,7 +70,7 @@ std::string BashScript(const std::vector<CommandPage>& pages) {
         options += "        " + InQuotes(page.name) + ") options=" + InQuotes(Joined(NamesOf(page.options))) + " ;;\n";
         for (std::size_t i = 0; i < page.words.size(); ++i) {
             if (page.words[i].choices.empty()) continue;
-            words += "        " + page.name + ":" + std::to_string(i) +
+            words += "        " + InQuotes(page.name + ":" + std::to_string(i)) +
                      ") words=" + InQuotes(Joined(page.words[i].choices)) + " ;;\n";
         }
     }

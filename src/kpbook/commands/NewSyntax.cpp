@@ -55,16 +55,18 @@ void AddOpening(CLI::App& app, OpeningOptions& options) {
         "or id. Either all rows are entered or, if any row is bad, none; every bad row is reported with its line and the\n"
         "reason. While the first month is open the opening stock may be entered again: it replaces that of the products\n"
         "in the file, and no other.\n\n"
-        "Examples:\n  kpbook opening shop.kpbook stock.csv\n  produce | kpbook opening shop.kpbook -");
+        "Examples:\n  kpbook opening shop.kpbook stock.csv\n  produce | kpbook opening shop.kpbook -\n"
+        "  kpbook opening shop.kpbook stock.csv --trace");
     AddBook(*command, options.book);
     command->add_option("FILE", options.path, "The CSV file, - for standard input")->required()->type_name("");
 }
 
 void AddCopy(CLI::App& app, CopyOptions& options) {
-    auto* command = AddCommand(
-        app, "copy", "Copy a whole book into a new one, also while it is in use",
-        "The copy is checked before it takes its name. An existing file is not changed.\n\n"
-        "Examples:\n  kpbook copy shop.kpbook trial.kpbook\n  kpbook copy shop.kpbook file:///books/2026.kpbook");
+    auto* command =
+        AddCommand(app, "copy", "Copy a whole book into a new one, also while it is in use",
+                   "The copy is checked before it takes its name. An existing file is not changed.\n\n"
+                   "Examples:\n  kpbook copy shop.kpbook trial.kpbook\n  kpbook copy shop.kpbook backups/2026.kpbook\n"
+                   "  kpbook copy shop.kpbook second.kpbook --trace");
     AddBook(*command, options.book);
     command->add_option("BOOK2", options.copy, "The new book")->required()->type_name("");
 }

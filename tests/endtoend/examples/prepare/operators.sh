@@ -1,0 +1,1 @@
+kpbook sql shop.kpbook "Delete From 操作员"
