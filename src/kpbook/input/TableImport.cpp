@@ -170,8 +170,8 @@ void TableImport::Count(bookkeeping::RowEntryResult::Outcome outcome) {
 
 void TableImport::ShowProgress() const {
     if (!ErrorIsTerminal()) return;
-    std::fprintf(stderr, "\r%s: %lld rows\r", table_.name.c_str(),
-                 static_cast<long long>(counts_.added + counts_.changed + counts_.unchanged));
+    const std::int64_t rows = counts_.added + counts_.changed + counts_.unchanged;
+    std::fprintf(stderr, "\r%s: %lld rows\r", table_.name.c_str(), static_cast<long long>(rows));
 }
 
 }  // namespace kpTables::kpbook::input

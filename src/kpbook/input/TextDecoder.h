@@ -17,7 +17,7 @@ public:
     /// encoding: a name that iconv knows, error UsageError for others; empty recognises it. A byte order mark tells
     /// UTF-8 and UTF-16, whatever name is given, and is left out. Without one, text is GB18030 (which contains GBK)
     /// where most of the lines with bytes beyond ASCII are no valid UTF-8, and else UTF-8.
-    TextDecoder(Source source, std::string encoding);
+    TextDecoder(Source source, const std::string& encoding);
     ~TextDecoder();
     TextDecoder(const TextDecoder&) = delete;
     TextDecoder& operator=(const TextDecoder&) = delete;
