@@ -96,6 +96,12 @@ class AddTest(BillCase):
         self.assertIn("standard input: ", self.refused("in", "-", text="[{"))
         self.assertIn("there are no rows", self.refused("in", "-", text="单据,数量\n"))
 
+    def test_spreadsheets_text(self):
+        text = "仓库\t商品编号\t数量\t单价\r\n门店\t水泥\t2\t10\r\n"
+        self.assertEqual(self.add("in", self.write("gbk.txt", text.encode("gb18030")))[0]["除税金额"], "20")
+        self.run_kpbook("sql", self.book, "Select TOP 1 '门店' As 仓库,商品编号,3 As 数量,10 As 单价 From 商品设置", "-o", self.folder / "in.xlsx")
+        self.assertEqual(self.add("in", self.folder / "in.xlsx")[0]["除税金额"], "30")
+
     def test_options(self):
         rows = self.add("out", "--date", "2026-1-8", "--warehouse", "中心仓库", "--partner", "西湖工地", "--remarks", "自提",
                         "--line", "商品=01001,数量=2,单价=500", "--line", "商品=SN,数量=1,含税单价=565,税率=13", "--type", "批发")

@@ -80,8 +80,8 @@ void AddAllowNegative(CLI::App& action, BillWords& words) {
 void AddAdd(CLI::App& bill, BillWords& words) {
     auto* action = AddAction(
         bill, "add", "Enter bills, all or none",
-        "FILE is CSV with the names of the columns in its first line, or JSON: an array of objects with these keys, and\n"
-        "under 明细 an array of a bill's lines. Rows with the same 单据 are one bill. Columns: 单据, 日期, 仓库 (transfer:\n"
+        "FILE is CSV or xlsx with the names of the columns in its first line, or JSON: an array of objects with these keys,\n"
+        "and under 明细 an array of a bill's lines. Rows with the same 单据 are one bill. Columns: 单据, 日期, 仓库 (transfer:\n"
         "调出仓库, 调入仓库), 单位, 项目, 类型, 单据编号, 说明, 商品编号, 数量, 单价 (without tax; with --gross: with tax),\n"
         "税率 (percent; default: the product's), 金额, 除税单价, 含税单价, 除税金额, 税额, 价税合计, 经手人, 交接人, 包装, 货位,\n"
         "期限. The options are the defaults of the columns. Net, tax and gross are worked out from what is given; numbers\n"
@@ -90,7 +90,7 @@ void AddAdd(CLI::App& bill, BillWords& words) {
         "  kpbook bill add shop.kpbook out --warehouse 中心仓库 --partner 杭州宏图 --line 商品=01001,数量=5,单价=420\n"
         "  kpbook bill add shop.kpbook transfer --warehouse 中心仓库 --to-warehouse 门店 --line 商品=01001,数量=2",
         words, true);
-    action->add_option("FILE", words.options.file, "CSV or JSON, - for standard input")->type_name("");
+    action->add_option("FILE", words.options.file, "CSV, xlsx or JSON, - for standard input")->type_name("");
     AddHeaderOptions(*action, words);
     AddLineOptions(*action, words);
     AddAllowNegative(*action, words);

@@ -1,7 +1,6 @@
 #include "kpbook/input/BillFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <nlohmann/json.hpp>
 
@@ -12,6 +11,9 @@
 #include "kpbook/input/CsvReader.h"
 #include "kpbook/input/InputFile.h"
 #include "kpbook/input/JsonInput.h"
+#include "kpbook/input/TextDecoder.h"
+#include "kpbook/input/WholeFile.h"
+#include "kpbook/input/XlsxReader.h"
 
 namespace kpTables::kpbook::input {
 
@@ -24,10 +26,7 @@ constexpr std::string_view kMark = "\xEF\xBB\xBF";
 
 std::string ReadAll(const std::string& path) {
     InputFile file(path);
-    std::string content;
-    std::array<char, 1 << 16> buffer{};
-    while (const std::size_t count = file.Read(buffer.data(), buffer.size())) content.append(buffer.data(), count);
-    return content;
+    return WholeOf([&file](char* buffer, std::size_t size) { return file.Read(buffer, size); });
 }
 
 [[noreturn]] void RefuseFile(const std::string& path, const std::string& reason) {
@@ -36,7 +35,7 @@ std::string ReadAll(const std::string& path) {
 
 std::string Cell(std::string_view text) { return std::string(Trim(text)); }
 
-std::vector<std::string> ReadColumns(CsvReader& csv, const std::string& path) {
+std::vector<std::string> ReadColumns(RowReader& csv, const std::string& path) {
     if (!csv.Next()) RefuseFile(path, "no header line with the names of the columns");
     std::vector<std::string> columns;
     for (std::size_t i = 0; i < csv.FieldCount(); ++i) {
@@ -49,14 +48,7 @@ std::vector<std::string> ReadColumns(CsvReader& csv, const std::string& path) {
     return columns;
 }
 
-std::vector<SheetRow> ReadCsvRows(const std::string& content, const std::string& path) {
-    std::size_t read = 0;
-    CsvReader csv([&](char* buffer, std::size_t size) {
-        const std::size_t count = std::min(size, content.size() - read);
-        std::memcpy(buffer, content.data() + read, count);
-        read += count;
-        return count;
-    });
+std::vector<SheetRow> ReadTableRows(RowReader& csv, const std::string& path) {
     const auto columns = ReadColumns(csv, path);
     std::vector<SheetRow> rows;
     while (csv.Next()) {
@@ -72,6 +64,25 @@ std::vector<SheetRow> ReadCsvRows(const std::string& content, const std::string&
         if (std::ranges::any_of(row.cells, [](const auto& cell) { return !cell.second.empty(); })) rows.push_back(row);
     }
     return rows;
+}
+
+/// A text in any encoding, with any separator.
+std::vector<SheetRow> ReadTextRows(const std::string& content, const std::string& path) {
+    std::size_t read = 0;
+    const auto source = [&](char* buffer, std::size_t size) {
+        const std::size_t count = std::min(size, content.size() - read);
+        std::memcpy(buffer, content.data() + read, count);
+        read += count;
+        return count;
+    };
+    TextDecoder text(source, "");
+    CsvReader csv([&text](char* buffer, std::size_t size) { return text.Read(buffer, size); }, std::nullopt);
+    return ReadTableRows(csv, path);
+}
+
+std::vector<SheetRow> ReadWorkbookRows(std::string content, const std::string& path) {
+    XlsxReader sheet(std::move(content), path, "");
+    return ReadTableRows(sheet, path);
 }
 
 std::string JsonCell(const Json& value, const std::string& key) {
@@ -127,7 +138,9 @@ std::vector<SheetRow> ReadBillFile(const std::string& path) {
     if (content.starts_with(kMark)) content.erase(0, kMark.size());
     const auto first = content.find_first_not_of(" \t\r\n");
     const bool isJson = first != std::string::npos && (content[first] == '[' || content[first] == '{');
-    auto rows = isJson ? ReadJsonRows(content, path) : ReadCsvRows(content, path);
+    auto rows = isJson                              ? ReadJsonRows(content, path)
+                : content.starts_with("PK\x03\x04") ? ReadWorkbookRows(std::move(content), path)
+                                                    : ReadTextRows(content, path);
     if (rows.empty()) RefuseFile(path, "there are no rows");
     return rows;
 }
