@@ -12,6 +12,7 @@
 #include "kpbook/input/CsvReader.h"
 #include "kpbook/input/InputFile.h"
 #include "kpbook/input/JsonInput.h"
+#include "kpbook/input/TextDecoder.h"
 
 namespace kpTables::kpbook::input {
 
@@ -51,12 +52,15 @@ std::vector<std::string> ReadColumns(CsvReader& csv, const std::string& path) {
 
 std::vector<SheetRow> ReadCsvRows(const std::string& content, const std::string& path) {
     std::size_t read = 0;
-    CsvReader csv([&](char* buffer, std::size_t size) {
-        const std::size_t count = std::min(size, content.size() - read);
-        std::memcpy(buffer, content.data() + read, count);
-        read += count;
-        return count;
-    });
+    TextDecoder text(
+        [&](char* buffer, std::size_t size) {
+            const std::size_t count = std::min(size, content.size() - read);
+            std::memcpy(buffer, content.data() + read, count);
+            read += count;
+            return count;
+        },
+        "");
+    CsvReader csv([&text](char* buffer, std::size_t size) { return text.Read(buffer, size); }, std::nullopt);
     const auto columns = ReadColumns(csv, path);
     std::vector<SheetRow> rows;
     while (csv.Next()) {
@@ -65,7 +69,7 @@ std::vector<SheetRow> ReadCsvRows(const std::string& content, const std::string&
         if (csv.FieldCount() > columns.size()) RefuseFile(path, line + "more fields than the first line has columns");
         SheetRow row{csv.Line(), {}};
         for (std::size_t i = 0; i < csv.FieldCount(); ++i) {
-            if (!IsValidUtf8(csv.Field(i))) RefuseFile(path, line + "not valid UTF-8");
+            if (!IsValidUtf8(csv.Field(i))) RefuseFile(path, line + "not valid " + text.Encoding());
             row.cells[columns[i]] = Cell(csv.Field(i));
         }
         // Spreadsheets write empty rows as commas.
