@@ -87,7 +87,7 @@ NewBill AsEntered(const BillPair& pair, const BillChanges& changes) {
     entry.number = pair.bill.number;
     entry.remarks = pair.bill.remarks;
     entry.clerk = pair.bill.clerk;
-    if (!entry.date.Serial() && !changes.date) RefuseToChange(pair.bill, "it has no date; give it one");
+    if (!pair.bill.date && !changes.date) RefuseToChange(pair.bill, "it has no date; give it one");
     Take(entry.date, changes.date);
     Take(entry.partner, changes.partner);
     Take(entry.project, changes.project);

@@ -17,7 +17,7 @@ namespace kpTables::bookkeeping {
 namespace {
 
 /// A row that is to be added, or changed.
-struct Entry {
+struct RowEntry {
     ConnectionPtr book;
     const MasterTable& table;
     ColumnValues values;
@@ -51,7 +51,7 @@ std::vector<std::string_view> RequiredColumns(const MasterTable& table) {
 
 /// The component's look-ups ask 单位名称, its lists show 企业名称: a partner has one name until it is given a short
 /// one.
-void CompletePartnerNames(Entry& entry) {
+void CompletePartnerNames(RowEntry& entry) {
     if (entry.table.kind != MasterKind::Supplier && entry.table.kind != MasterKind::Customer) return;
     const auto* name = entry.Given("企业名称");
     const auto* shortName = entry.Given("单位名称");
@@ -62,19 +62,19 @@ void CompletePartnerNames(Entry& entry) {
     }
 }
 
-void CheckRequired(const Entry& entry) {
+void CheckRequired(const RowEntry& entry) {
     for (const auto column : RequiredColumns(entry.table)) {
         if ((entry.self && !entry.Given(column)) || !Trim(entry.TextOf(column)).empty()) continue;
         RefuseMaster("a " + std::string(entry.table.noun) + " needs " + std::string(column));
     }
 }
 
-[[noreturn]] void RefuseTaken(const Entry& entry, const std::string& what, const MasterRow& other) {
+[[noreturn]] void RefuseTaken(const RowEntry& entry, const std::string& what, const MasterRow& other) {
     RefuseMaster(what + ": the " + entry.table.noun + " " + other.Text() + " has it already");
 }
 
 /// Products of one name differ in their specification or model.
-void CheckProductName(const Entry& entry) {
+void CheckProductName(const RowEntry& entry) {
     constexpr std::array kParts{"商品名称", "规格", "型号"};
     if (std::ranges::none_of(kParts, [&](const char* column) { return entry.Given(column); })) return;
     std::string condition;
@@ -87,7 +87,7 @@ void CheckProductName(const Entry& entry) {
 }
 
 /// What a row is known by must not mean another row, too. Short codes may be shared.
-void CheckDistinct(const Entry& entry) {
+void CheckDistinct(const RowEntry& entry) {
     constexpr std::string_view kShortCode = "输入简码";
     std::vector<std::string_view> known(entry.table.known.begin(), entry.table.known.end());
     std::erase(known, "商品名称");
@@ -103,20 +103,20 @@ void CheckDistinct(const Entry& entry) {
     if (entry.table.kind == MasterKind::Product) CheckProductName(entry);
 }
 
-void CheckWarehouseName(const Entry& entry) {
+void CheckWarehouseName(const RowEntry& entry) {
     if (entry.table.kind != MasterKind::Warehouse) return;
     const std::string name = entry.TextOf("仓库名称");
     if (name == "全部" || name == "全部仓库") RefuseMaster("仓库名称: " + name + " means all warehouses");
 }
 
-void CheckClassCode(const Entry& entry) {
+void CheckClassCode(const RowEntry& entry) {
     const auto* code = entry.Given("ClassCode");
     if (!IsClass(entry.table.kind) || !entry.self || !code || Text(code->value) == entry.self->number) return;
     const auto uses = UsesOf(*entry.book, entry.table.kind, *entry.self);
     if (!uses.empty()) RefuseMaster("the ClassCode of the " + entry.RowText() + " is used: " + uses);
 }
 
-void Check(Entry& entry) {
+void CheckEntry(RowEntry& entry) {
     if (entry.values.empty()) RefuseMaster(std::string("nothing is given for the ") + entry.table.noun);
     CompletePartnerNames(entry);
     CheckRequired(entry);
@@ -125,7 +125,7 @@ void Check(Entry& entry) {
     CheckDistinct(entry);
 }
 
-void Write(Recordset& rows, const ColumnValues& values) {
+void WriteValues(Recordset& rows, const ColumnValues& values) {
     for (const auto& [column, value] : values) rows.Fields(column).SetValue(value);
     rows.Update();
 }
@@ -140,7 +140,8 @@ std::string OnlyRow(Connection& book, const MasterTable& table, const MasterRow&
 }
 
 /// Removes a row; the component has methods for three of the classes.
-void Delete(const ConnectionPtr& book, const MasterTable& table, const MasterRow& row, const std::string& condition) {
+void DeleteRow(const ConnectionPtr& book, const MasterTable& table, const MasterRow& row,
+               const std::string& condition) {
     CheckedTables tables(book);
     switch (table.kind) {
         case MasterKind::SupplierClass:
@@ -159,11 +160,11 @@ void Delete(const ConnectionPtr& book, const MasterTable& table, const MasterRow
 std::int32_t AddMaster(const ConnectionPtr& book, MasterKind kind, const ColumnValues& values) {
     Transaction transaction(*book);
     const MasterTable& table = TableOf(kind);
-    Entry entry{book, table, ReadMasterValues(book, table, values), std::nullopt, nullptr};
-    Check(entry);
+    RowEntry entry{book, table, ReadMasterValues(book, table, values), std::nullopt, nullptr};
+    CheckEntry(entry);
     const auto rows = book->Open(table.table, SourceKind::Table);
     rows->AddNew();
-    Write(*rows, entry.values);
+    WriteValues(*rows, entry.values);
     const bool hasId = *table.id != '\0';
     std::int32_t id = hasId ? CLng(rows->Fields(table.id).Value()) : 0;
     rows->Close();
@@ -178,9 +179,9 @@ void EditMaster(const ConnectionPtr& book, MasterKind kind, const std::string& w
     const MasterRow row = FindMaster(book, kind, which);
     const auto rows = book->Open("Select * From " + std::string(table.table) + " Where " + OnlyRow(*book, table, row),
                                  SourceKind::Text);
-    Entry entry{book, table, ReadMasterValues(book, table, values), row, rows};
-    Check(entry);
-    Write(*rows, entry.values);
+    RowEntry entry{book, table, ReadMasterValues(book, table, values), row, rows};
+    CheckEntry(entry);
+    WriteValues(*rows, entry.values);
     rows->Close();
     transaction.Commit();
 }
@@ -191,7 +192,7 @@ void RemoveMaster(const ConnectionPtr& book, MasterKind kind, const std::string&
     const MasterRow row = FindMaster(book, kind, which);
     const auto uses = UsesOf(*book, kind, row);
     if (!uses.empty()) RefuseMaster("the " + std::string(table.noun) + " " + row.Text() + " is used: " + uses);
-    Delete(book, table, row, OnlyRow(*book, table, row));
+    DeleteRow(book, table, row, OnlyRow(*book, table, row));
     transaction.Commit();
 }
 

@@ -41,6 +41,7 @@ std::int32_t Greatest(Connection& book, const std::string& column, const std::st
 
 std::vector<WarehouseMonth> MonthStates(Connection& book, std::int16_t month, std::optional<std::int32_t> warehouse) {
     std::vector<WarehouseMonth> states;
+    if (!warehouse && !HasRows(book, "Select TOP 1 dpID From 仓库设置")) return states;
     for (const auto& each : ReadWarehouses(book, warehouse)) {
         states.push_back({each.id, each.name, StateOf(book, month, each.id)});
     }

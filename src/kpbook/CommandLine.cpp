@@ -359,6 +359,9 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (const auto* kind = parsed.report.options.kind) global.title = kind->name;
     commands::Unmark(parsed.operators.name);
     commands::Unmark(global.operatorName);
+    if (app.count("--operator") > 0 && global.operatorName.empty()) {
+        throw CLI::ValidationError("--operator needs a name");
+    }
     for (auto& word : parsed.operators.words) commands::Unmark(word);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() == "import") commands::CheckImport(parsed.import);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "bookkeeping/BookOfAYear.h"
 #include "kpTables/Error.h"
 
@@ -73,6 +75,18 @@ TEST_F(ActingOperatorTest, ALostPasswordColumnLetsNobodyIn) {
     EXPECT_THROW(LogIn("王芳", ""), Error);
     book_->Execute("Drop Table 操作员");
     EXPECT_THROW(LogIn("李明", ""), Error);
+}
+
+TEST_F(ActingOperatorTest, ABookForReadingOnlyKnowsItsOperators) {
+    const std::string path = testing::TempDir() + "acting.kpbook";
+    std::filesystem::remove(path);
+    CreateBook(path)->Execute("Insert Into 操作员 (姓名,密码,报表打印) Values ('李明','8801',True)");
+    const auto book = OpenBook(path, {.readOnly = true});
+    const ActingOperator acting(book, "李明", [] { return "8801"; });
+    EXPECT_TRUE(acting.Has(rights::kReports));
+    EXPECT_FALSE(acting.Has(rights::kStock));
+    EXPECT_FALSE(OperatorRequired(book));
+    EXPECT_THROW(acting.Log(Date(), "a change"), Error);
 }
 
 TEST_F(ActingOperatorTest, RightsAreThoseOfTheRow) {

@@ -119,8 +119,10 @@ TEST_F(Reports, AWarehouseWithoutAnyFiguresIsUnused) {
     EXPECT_EQ(States(2), (Lines{"东库 unused", "西库 unused"}));
     EXPECT_EQ(LastUsedMonth(*book_), 3);
     EXPECT_EQ(BookYear(*book_), 2004);
-    EXPECT_EQ(LastUsedMonth(*CreateBook("memory:")), 0);
-    EXPECT_EQ(BookYear(*CreateBook("memory:")), 0);
+    const auto empty = CreateBook("memory:");
+    EXPECT_EQ(LastUsedMonth(*empty), 0);
+    EXPECT_EQ(BookYear(*empty), 0);
+    EXPECT_TRUE(MonthStates(*empty, 1, std::nullopt).empty());
 }
 
 TEST_F(Reports, AClosedMonthTellsItsValuation) {

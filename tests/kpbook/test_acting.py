@@ -89,6 +89,7 @@ class LoginTest(ActingCase):
     def test_where_no_operator_goes(self):
         self.run_kpbook("methods", "--operator", "李明", code=2)
         self.run_kpbook("upgrade", self.book, "--operator", "李明", code=2)
+        self.run_kpbook("info", self.book, "--operator", "", code=2)
 
 
 class RightsTest(ActingCase):
@@ -133,6 +134,13 @@ class RightsTest(ActingCase):
         self.run_kpbook("add", self.book, "product", "商品编号=01005", "商品名称=螺栓", "--operator", "李明", "--today", "2004-02-29")
         self.assertEqual(self.rows("Select Top 1 logDate From Log Order by logID DESC")[0][0][:11], "2004-02-29T")
         self.assertRegex(when, r"^20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d$")
+
+    def test_a_change_that_cannot_be_logged_is_not_made(self):
+        self.sql("Drop Table Log")
+        before = self.rows("Select * From 商品设置")
+        self.as_ming("add", "product", "商品编号=01003", "商品名称=油漆", code=1)
+        self.as_system("import", "商品设置", self.write("products.csv", "商品编号\n01003\n"), code=1)
+        self.assertEqual(self.rows("Select * From 商品设置"), before)
 
     def test_a_batch_is_logged(self):
         requests = ('{"method":"Update_Option","args":["b","2"]}\n{"method":"Get_Option","args":["b"]}\n'

@@ -20,7 +20,7 @@ using bookkeeping::ColumnValues;
 using bookkeeping::MasterKind;
 
 /// What a command is about.
-struct Asked {
+struct AskedMaster {
     std::optional<MasterKind> kind;  ///< nothing for a class of a kind that was not given
     ColumnValues values;             ///< without 种类
 };
@@ -40,8 +40,8 @@ ColumnValues ReadValues(const std::vector<std::string>& words) {
     return values;
 }
 
-Asked Read(const MasterOptions& options) {
-    Asked asked{bookkeeping::MasterKindOf(options.kind), ReadValues(options.values)};
+AskedMaster ReadAsked(const MasterOptions& options) {
+    AskedMaster asked{bookkeeping::MasterKindOf(options.kind), ReadValues(options.values)};
     if (asked.kind) return asked;
     if (options.kind != "class" && options.kind != "分类") {
         throw UsageError(
@@ -59,16 +59,16 @@ Asked Read(const MasterOptions& options) {
     return asked;
 }
 
-void RefuseValues(const Asked& asked) {
+void RefuseValues(const AskedMaster& asked) {
     if (!asked.values.empty()) throw UsageError(asked.values.front().column + "= is not taken here");
 }
 
 /// An open book, and the row that a command is about.
-struct Target {
+struct MasterTarget {
     Workspace workspace;
     MasterKind kind;
 
-    Target(const MasterOptions& options, const GlobalOptions& global, const Asked& asked)
+    MasterTarget(const MasterOptions& options, const GlobalOptions& global, const AskedMaster& asked)
         : workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global),
           kind(asked.kind ? *asked.kind : bookkeeping::ClassKindWith(workspace.connection, options.which)) {
         workspace.Require(bookkeeping::RightToChange(kind));
@@ -102,9 +102,9 @@ RecordsetPtr AllClasses(const ConnectionPtr& book) {
 }  // namespace
 
 int AddMasterRow(const MasterOptions& options, const GlobalOptions& global) {
-    const Asked asked = Read(options);
+    const AskedMaster asked = ReadAsked(options);
     if (!asked.kind) throw UsageError("say what the class is for: 种类=, one of " + bookkeeping::ClassKindWords());
-    Target target(options, global, asked);
+    MasterTarget target(options, global, asked);
     std::int32_t id = 0;
     target.workspace.Change([&] {
         id = bookkeeping::AddMaster(target.workspace.connection, target.kind, asked.values);
@@ -115,8 +115,8 @@ int AddMasterRow(const MasterOptions& options, const GlobalOptions& global) {
 }
 
 int EditMasterRow(const MasterOptions& options, const GlobalOptions& global) {
-    const Asked asked = Read(options);
-    Target target(options, global, asked);
+    const AskedMaster asked = ReadAsked(options);
+    MasterTarget target(options, global, asked);
     const auto& book = target.workspace.connection;
     const auto row = bookkeeping::MasterText(book, target.kind, options.which);
     target.workspace.Change([&] {
@@ -128,9 +128,9 @@ int EditMasterRow(const MasterOptions& options, const GlobalOptions& global) {
 }
 
 int RemoveMasterRow(const MasterOptions& options, const GlobalOptions& global) {
-    const Asked asked = Read(options);
+    const AskedMaster asked = ReadAsked(options);
     RefuseValues(asked);
-    Target target(options, global, asked);
+    MasterTarget target(options, global, asked);
     const auto& book = target.workspace.connection;
     const auto row = bookkeeping::MasterText(book, target.kind, options.which);
     target.workspace.Change([&] {
@@ -142,7 +142,7 @@ int RemoveMasterRow(const MasterOptions& options, const GlobalOptions& global) {
 }
 
 int ListMasterRows(const MasterOptions& options, const GlobalOptions& global) {
-    const Asked asked = Read(options);
+    const AskedMaster asked = ReadAsked(options);
     RefuseValues(asked);
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
     const auto rows =

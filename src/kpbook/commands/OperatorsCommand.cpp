@@ -95,13 +95,13 @@ OperatorWords ReadWords(const OperatorsOptions& options) {
 }
 
 /// The line of the log.
-std::string LineOf(const OperatorsOptions& options) {
+std::string LogLine(const OperatorsOptions& options) {
     std::string line = "操作员 " + options.action + " " + options.name;
     for (const auto& word : options.words) line += " " + word;
     return line;
 }
 
-void Apply(const Workspace& workspace, std::int32_t id, const OperatorWords& words) {
+void ApplyWords(const Workspace& workspace, std::int32_t id, const OperatorWords& words) {
     const ConnectionPtr book = workspace.connection;
     if (words.name) bookkeeping::RenameOperator(book, id, *words.name);
     if (words.warehouse) {
@@ -134,19 +134,20 @@ int ListRights(const OperatorsOptions& options, const GlobalOptions& global) {
     return kSucceeded;
 }
 
-int Add(Workspace& workspace, const OperatorsOptions& options, const GlobalOptions& global) {
+int AddNamed(Workspace& workspace, const OperatorsOptions& options, const GlobalOptions& global) {
     std::int32_t id = 0;
     workspace.Change([&] {
         id = bookkeeping::AddOperator(workspace.connection, options.name);
-        Apply(workspace, id, ReadWords(options));
-        return LineOf(options);
+        ApplyWords(workspace, id, ReadWords(options));
+        return LogLine(options);
     });
     output::WriteResult("ID", id, global);
     return kSucceeded;
 }
 
 /// Does what an action says to an operator of the book; answers the word for it.
-const char* Do(Workspace& workspace, const OperatorsOptions& options, std::int32_t id, const std::string& password) {
+const char* DoAction(Workspace& workspace, const OperatorsOptions& options, std::int32_t id,
+                     const std::string& password) {
     const ConnectionPtr book = workspace.connection;
     if (options.action == "remove") {
         bookkeeping::RemoveOperator(book, id);
@@ -160,7 +161,7 @@ const char* Do(Workspace& workspace, const OperatorsOptions& options, std::int32
         bookkeeping::ClearPassword(book, id);
         return "password emptied";
     }
-    Apply(workspace, id, ReadWords(options));
+    ApplyWords(workspace, id, ReadWords(options));
     return "changed";
 }
 
@@ -175,19 +176,19 @@ int ChangeOperator(Workspace& workspace, const OperatorsOptions& options, const 
     }
     const char* done = "";
     workspace.Change([&] {
-        done = Do(workspace, options, id, password);
-        return LineOf(options);
+        done = DoAction(workspace, options, id, password);
+        return LogLine(options);
     });
     std::fprintf(stderr, "%s: %s\n", options.name.c_str(), done);
     return kSucceeded;
 }
 
-int Require(Workspace& workspace, const OperatorsOptions& options) {
+int SetDemand(Workspace& workspace, const OperatorsOptions& options) {
     const std::string& word = options.name;
     if (word != "on" && word != "off") throw UsageError("require takes on or off, not '" + word + "'");
     workspace.Change([&] {
         bookkeeping::RequireOperator(workspace.connection, word == "on");
-        return LineOf(options);
+        return LogLine(options);
     });
     std::fprintf(stderr, word == "on" ? "from now on, every change needs --operator\n" : "changes need no operator\n");
     return kSucceeded;
@@ -198,7 +199,7 @@ int ChangeOperators(const OperatorsOptions& options, const GlobalOptions& global
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
     if (options.action != "add" && options.action != "require") return ChangeOperator(workspace, options, global);
     workspace.Require(bookkeeping::rights::kSettings);
-    return options.action == "add" ? Add(workspace, options, global) : Require(workspace, options);
+    return options.action == "add" ? AddNamed(workspace, options, global) : SetDemand(workspace, options);
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ std::string Titles(const Recordset& rows) {
     return html + "</tr>\n";
 }
 
-std::int64_t WriteRows(const View& view, Output& output) {
+std::int64_t WriteTableOf(const View& view, Output& output) {
     Recordset& rows = *view.rows;
     const Presentation& presentation = view.presentation;
     TotalsRow totals(rows, presentation);
@@ -77,7 +77,7 @@ std::int64_t WriteHtml(const std::vector<View>& views, Output& output, const Pag
         if (!view.title.empty()) output.Write("<h1>" + HtmlText(view.title) + "</h1>\n");
         output.Write(NotesOf(view.notes));
         for (const Chart& chart : view.charts) output.Write(SvgChart(chart));
-        count += WriteRows(view, output);
+        count += WriteTableOf(view, output);
         output.Write("</section>\n");
     }
     EndPage(output);

@@ -1,8 +1,8 @@
 #include "kpbook/output/Presentation.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <string_view>
 
 #include "kpTables/Convert.h"
@@ -15,10 +15,25 @@ namespace {
 constexpr int kMoneyDecimals = 2;
 constexpr int kPriceDecimals = 4;
 
-/// Rounded as amounts are: half away from zero, of the decimal that the shortest text of a Double shows.
+/// An amount rounded to whole units of so many decimals, half away from zero: exactly, where a Double would not hold
+/// it.
+std::string RoundedText(Currency amount, int decimals) {
+    std::int64_t unit = Currency::kScale;
+    for (int i = 0; i < decimals; ++i) unit /= 10;
+    const std::int64_t rest = amount.Scaled() % unit;
+    std::int64_t whole = amount.Scaled() / unit;
+    if (std::abs(rest) * 2 >= unit) whole += rest < 0 ? -1 : 1;
+    std::string digits = std::to_string(whole < 0 ? -whole : whole);
+    const auto least = static_cast<std::size_t>(decimals) + 1;
+    if (digits.size() < least) digits.insert(0, least - digits.size(), '0');
+    digits.insert(digits.size() - static_cast<std::size_t>(decimals), ".");
+    return (whole < 0 ? "-" : "") + digits;
+}
+
+/// Rounded half away from zero; a Double by the decimals of its shortest text.
 std::string FixedText(const Variant& value, int decimals) {
-    const std::string pattern = "0." + std::string(static_cast<std::size_t>(decimals), '0');
-    std::string text = Format(value, pattern);
+    if (const auto* amount = value.If<Currency>()) return RoundedText(*amount, decimals);
+    std::string text = Format(value, "0." + std::string(static_cast<std::size_t>(decimals), '0'));
     const bool isZero = text.find_first_not_of("-0.") == text.npos;
     if (isZero && text.starts_with('-')) text.erase(0, 1);
     return text;

@@ -85,16 +85,18 @@ void Session::Guarded(const std::function<void()>& action) {
     global_.incidents->Tell();
 }
 
-void Session::Show(const RecordsetPtr& rows) {
+void Session::Run(const std::string& text) {
+    const auto rows = workspace_.connection->Execute(text);
     if (rows) return output::WriteRecordset(*rows, global_);
     const auto changed = workspace_.book->RecordsAffected();
+    workspace_.Log("执行 " + text);
     std::fprintf(stderr, changed == 1 ? "%lld row changed\n" : "%lld rows changed\n", static_cast<long long>(changed));
 }
 
 void Session::RunStatement(const ScriptStatement& statement, bool inScript) {
     Guarded([&] {
         try {
-            Show(workspace_.connection->Execute(statement.text));
+            Run(statement.text);
         } catch (const DatabaseError& error) {
             workspace_.connection->ForgetFailures();
             const DatabaseError hinted = WithSuggestion(error, *workspace_.book);

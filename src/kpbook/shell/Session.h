@@ -35,7 +35,7 @@ public:
 
 private:
     void Guarded(const std::function<void()>& action);
-    void Show(const RecordsetPtr& rows);
+    void Run(const std::string& text);
     void Perform(const std::vector<std::string>& words);
     void Call(const std::vector<std::string>& words);
     void ShowTables();

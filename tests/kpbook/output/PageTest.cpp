@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <limits>
 #include <memory>
 #include <sstream>
 
@@ -44,6 +45,12 @@ TEST(Presentation, MoneyHasTwoDecimalsAndSeparators) {
     EXPECT_EQ(Money(1250), "0.13");
     EXPECT_EQ(Money(-40), "0.00");
     EXPECT_EQ(Money(0), "0.00");
+    EXPECT_EQ(Money(-50), "-0.01");
+    // A Double has no such amount.
+    EXPECT_EQ(Money(std::numeric_limits<std::int64_t>::max()), "922,337,203,685,477.58");
+    EXPECT_EQ(Money(std::numeric_limits<std::int64_t>::min()), "-922,337,203,685,477.58");
+    EXPECT_EQ(ShownText(Variant(Currency::FromScaled(-12345)), Look::Price), "-1.2345");
+    EXPECT_EQ(ShownText(Variant(Currency::FromScaled(12300)), Look::Price), "1.23");
     EXPECT_EQ(ShownText(Variant(1234.5), Look::Money), "1,234.50");
     EXPECT_EQ(ShownText(Variant(1e300), Look::Money), "1e+300");
     EXPECT_EQ(ShownText(Variant::Null(), Look::Money), "");
