@@ -285,6 +285,20 @@ class ExportTest(KpbookCase):
         self.assertEqual({file.name: file.read_bytes() for file in folder.iterdir()}, old)
 
 
+class SheetsOfAFirmTest(KpbookCase):
+    """Opening stock and bills from files as a Chinese spreadsheet program saves them."""
+
+    def test_opening_and_bills(self):
+        self.run_kpbook("new", self.book, "--company", "测试商行", "--year", "2026", "--month", "1", "--warehouse", "中心仓库")
+        self.import_text("商品设置", "pdID,商品编号,商品名称\n1,01001,水泥\n")
+        opening = "仓库\t商品编号\t数量\t金额\r\n中心仓库\t01001\t10\t4000.5\r\n"
+        self.run_kpbook("opening", self.book, self.write("opening.txt", opening.encode("utf-16")))
+        bill = "日期;仓库;商品编号;数量;单价\n2026-1-20;中心仓库;01001;2;400.25\n"
+        self.run_kpbook("bill", "add", self.book, "in", self.write("bill.csv", bill.encode("gbk")), "--today", "2026-01-20")
+        self.assertEqual(self.rows("Select 上期库存数量,上期库存金额 From 仓库余额表"), [[10.0, "4000.5"]])
+        self.assertEqual(self.rows("Select 数量,除税单价,除税金额 From 入库记录"), [[2.0, "400.25", "800.5"]])
+
+
 class ClosedBookTest(TradingCase):
     def test_comes_back_with_its_closed_months(self):
         self.run_kpbook("close", self.book, "--month", "1", "--answer", "yes", "--date", "2004-01-31")

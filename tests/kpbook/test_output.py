@@ -183,7 +183,7 @@ class WorkbookTest(TradingCase):
 
     def test_look(self):
         self.sql("Update 入库记录 Set 除税金额=1234567.8901 Where 数量=4")
-        sheet, names = self.sheet("report", "bills", self.book, "--direction", "in")
+        sheet, names = self.sheet("report", "bills", self.book, "--direction", "in", "--raw")
         self.assertEqual(names, ["bills"])
         pane = next(sheet.iter(self.SPACE + "pane"))
         self.assertEqual((pane.get("ySplit"), pane.get("state")), ("1", "frozen"))

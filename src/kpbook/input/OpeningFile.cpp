@@ -11,17 +11,14 @@
 
 namespace kpTables::kpbook::input {
 
-OpeningFile::OpeningFile(const std::string& path)
-    : name_(path == "-" ? "standard input" : path),
-      file_(path),
-      csv_([this](char* buffer, std::size_t size) { return file_.Read(buffer, size); }) {
+OpeningFile::OpeningFile(const std::string& path) : file_(path), csv_(file_.Rows()) {
     ReadHeader();
     while (csv_.Next()) ReadRow();
 }
 
 void OpeningFile::ReadHeader() {
-    if (!csv_.Next()) throw CommandError(name_ + ": no header line with the names of the columns");
-    if (!csv_.Problem().empty()) throw CommandError(name_ + ": line 1: " + csv_.Problem());
+    if (!csv_.Next()) throw CommandError(Name() + ": no header line with the names of the columns");
+    if (!csv_.Problem().empty()) throw CommandError(Name() + ": line 1: " + csv_.Problem());
     fields_ = csv_.FieldCount();
     std::array<int, kColumns.size()> given{};
     std::string problems;
@@ -39,7 +36,7 @@ void OpeningFile::ReadHeader() {
     for (std::size_t column = 0; column < kColumns.size(); ++column) {
         if (given[column] == 0) problems += std::string("; missing: ") + kColumns[column];
     }
-    if (!problems.empty()) throw CommandError(name_ + ": line 1: wrong header" + problems);
+    if (!problems.empty()) throw CommandError(Name() + ": line 1: wrong header" + problems);
 }
 
 void OpeningFile::ReadRow() {
@@ -62,14 +59,14 @@ void OpeningFile::ReadRow() {
 
 Variant OpeningFile::Figure(Column column, VarType type, const Variant& other) {
     const auto text = Trim(csv_.Field(place_[column]));
-    auto read = text.empty() ? FieldValue{{}, "is empty"} : ReadField(text, type);
+    auto read = text.empty() ? FieldValue{{}, "is empty"} : ReadField(text, type, csv_.Encoding());
     if (read.problem.empty()) return std::move(read.value);
     AddFault(kColumns[column], read.problem);
     return other;
 }
 
 std::string OpeningFile::Text(Column column) {
-    const auto read = ReadField(csv_.Field(place_[column]), VarType::String);
+    const auto read = ReadField(csv_.Field(place_[column]), VarType::String, csv_.Encoding());
     if (read.problem.empty()) return CStr(read.value);
     AddFault(kColumns[column], read.problem);
     return "";

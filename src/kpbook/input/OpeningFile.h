@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "kpTables/bookkeeping/Opening.h"
-#include "kpbook/input/CsvReader.h"
-#include "kpbook/input/InputFile.h"
+#include "kpbook/input/TableFile.h"
 
 namespace kpTables::kpbook::input {
 
@@ -25,7 +24,7 @@ public:
     explicit OpeningFile(const std::string& path);
 
     /// For messages.
-    const std::string& Name() const noexcept { return name_; }
+    const std::string& Name() const noexcept { return file_.Name(); }
     /// Those that have the right fields; a figure that cannot be read is among the faults.
     const std::vector<bookkeeping::OpeningRow>& Rows() const noexcept { return rows_; }
     /// On which a row begins, counted from 1.
@@ -45,9 +44,8 @@ private:
         faults_.push_back({csv_.Line(), column, reason});
     }
 
-    std::string name_;
-    InputFile file_;
-    CsvReader csv_;
+    TableFile file_;
+    RowReader& csv_;
     std::size_t fields_ = 0;                            ///< of each row
     std::array<std::size_t, kColumns.size()> place_{};  ///< of each column
     std::vector<bookkeeping::OpeningRow> rows_;
