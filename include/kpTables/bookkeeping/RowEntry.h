@@ -14,9 +14,9 @@
 namespace kpTables::bookkeeping {
 
 struct RowEntryOptions {
-    bool update = false;           ///< changes the row with the same key, and adds those that have none
-    std::vector<std::string> key;  ///< columns, among those given; empty: the table's primary key
-    bool closedMonths = false;     ///< takes bills of closed months too, as a whole book's are
+    bool update = false;                ///< changes the row with the same key, and adds those that have none
+    std::vector<std::string> key = {};  ///< columns, among those given; empty: the table's primary key
+    bool closedMonths = false;          ///< takes bills of closed months too, as a whole book's are
 };
 
 /// What has become of a row.

@@ -71,7 +71,7 @@ struct ReportColumn {
 };
 
 struct ReportLayout {
-    std::vector<ReportColumn> shown;  ///< what a person reads, in this order
+    std::vector<ReportColumn> shown = {};  ///< what a person reads, in this order
     /// With all columns: columns of the method whose name says something else, and what stands in their place.
     std::map<std::string, ReportColumn> replaced = {};
     std::vector<ReportColumn> added = {};    ///< with all columns: what stands behind those of the method
