@@ -13,6 +13,9 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/kpTablesConfigVersi
                                  VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kpTablesConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/kpTablesConfigVersion.cmake
         DESTINATION ${cmakeFiles})
+# The installed folder may be moved.
+file(RELATIVE_PATH upToPrefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" upToPrefix ${upToPrefix})
 configure_file(cmake/kpTables.pc.in ${CMAKE_CURRENT_BINARY_DIR}/kpTables.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kpTables.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 if(KPTABLES_KPBOOK)
