@@ -40,7 +40,7 @@ const char* RightFor(std::string_view command) {
     return found == std::end(kRights) ? rights::kSettings : found->right;
 }
 
-bool TakesOperator(std::string_view command) { 
+bool TakesOperator(std::string_view command) {
     return command != "methods" && command != "upgrade" && command != "completion" && command != "man";
 }
 

@@ -28,7 +28,8 @@ struct CommandPage {
     std::vector<OptionEntry> words;
 };
 
-/// The program, then its commands in the order of the help, each before its own. Every command must have been added to it.
+/// The program, then its commands in the order of the help, each before its own. Every command must have been added to
+/// it.
 std::vector<CommandPage> ReadCommandTree(const CLI::App& app);
 
 }  // namespace kpTables::kpbook::commands

@@ -166,7 +166,7 @@ struct SqlOptions {
 struct CloseOptions {
     std::string book;
     std::int16_t month = 0;
-    std::string warehouse;     ///< name or id; empty: the operator's, or all of them
+    std::string warehouse;  ///< name or id; empty: the operator's, or all of them
     bool costUsed = false;
     bool costUnused = false;  ///< also where the book's setting says otherwise
     std::optional<Date> date;
@@ -178,7 +178,7 @@ struct CloseOptions {
 struct ReopenOptions {
     std::string book;
     std::int16_t month = 0;
-    std::string warehouse;     ///< name or id; empty: the operator's, or all of them
+    std::string warehouse;  ///< name or id; empty: the operator's, or all of them
 };
 
 struct CheckOptions {

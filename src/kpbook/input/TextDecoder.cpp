@@ -75,7 +75,8 @@ private:
     ::iconv_t handle_;
 };
 
-TextDecoder::TextDecoder(Source source, const std::string& encoding) : source_(std::move(source)), encoding_(kUtf8Name) {
+TextDecoder::TextDecoder(Source source, const std::string& encoding)
+    : source_(std::move(source)), encoding_(kUtf8Name) {
     if (!encoding.empty()) SetEncoding(encoding);
     ReadMark();
 }
