@@ -116,6 +116,13 @@ class RightsTest(ActingCase):
         self.assertEqual(self.as_ming("reopen", "--month", "1", "--warehouse", "全部").stderr,
                          "中心仓库 2026-1: reopened\n钢材货场 2026-1: reopened\n")
         self.assertIn("the book has no warehouse 东库", self.as_ming("close", "--month", "1", "--warehouse", "东库", code=1).stderr)
+        self.operators("rights", "李明", "库存查询")
+        stock = ("stock", "--month", "1", "-O", "csv")
+        everything = self.as_system(*stock).stdout
+        self.assertEqual(self.as_ming(*stock, "--warehouse", "全部").stdout, everything)
+        managed = self.as_ming(*stock).stdout
+        self.assertEqual(managed, self.as_system(*stock, "--warehouse", "钢材货场").stdout)
+        self.assertNotEqual(managed, everything)
 
     def test_the_log(self):
         self.as_ming("close", "--month", "1")

@@ -73,6 +73,15 @@ void Resolve(Workspace& workspace, MasterKind kind, const std::string& what, con
     }
 }
 
+/// A warehouse that is not named is the one that the operator manages.
+void ResolveWarehouse(Workspace& workspace, const std::string& text, std::optional<std::int32_t>& id) {
+    if (text.empty() || text == "全部" || text == "全部仓库") {
+        id = workspace.WarehouseOf(text);
+    } else {
+        Resolve(workspace, MasterKind::Warehouse, "warehouse", text, id);
+    }
+}
+
 }  // namespace
 
 ReportDesk::ReportDesk(Workspace& opened, const Showing& showing, const GlobalOptions& global)
@@ -131,14 +140,14 @@ output::View ViewOf(ReportDesk& desk, const ReportKind& kind, ReportFilters& fil
 
 void ResolveNames(Workspace& workspace, ReportFilters& filters) {
     const bool isInbound = filters.direction == "入库";
-    Resolve(workspace, MasterKind::Warehouse, "warehouse", filters.warehouseText, filters.warehouse);
+    ResolveWarehouse(workspace, filters.warehouseText, filters.warehouse);
     Resolve(workspace, isInbound ? MasterKind::Supplier : MasterKind::Customer, isInbound ? "supplier" : "customer",
             filters.partnerText, filters.partner);
     Resolve(workspace, MasterKind::Project, "project", filters.projectText, filters.project);
 }
 
 void ResolveNames(Workspace& workspace, StockOptions& options) {
-    Resolve(workspace, MasterKind::Warehouse, "warehouse", options.warehouseText, options.warehouse);
+    ResolveWarehouse(workspace, options.warehouseText, options.warehouse);
     Resolve(workspace, MasterKind::Product, "product", options.productText, options.product);
 }
 
