@@ -5,6 +5,7 @@ import pty
 import select
 import signal
 import stat
+import termios
 import time
 import unittest
 
@@ -79,6 +80,11 @@ class Terminal:
                     raise AssertionError(f"{text!r} was not shown: {self.shown!r}")
                 continue
             self.shown += os.read(self.tty, 65536).decode(errors="replace")
+        # What is typed before the line editor has the terminal is edited by the system.
+        while text.endswith("> ") and termios.tcgetattr(self.tty)[3] & termios.ICANON:
+            if time.monotonic() > end:
+                raise AssertionError(f"nobody reads the keys after {text!r}: {self.shown!r}")
+            time.sleep(0.01)
         before, _, self.shown = self.shown.partition(text)
         return before + text
 

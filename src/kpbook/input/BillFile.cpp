@@ -1,7 +1,6 @@
 #include "kpbook/input/BillFile.h"
 
 #include <algorithm>
-#include <cstring>
 #include <nlohmann/json.hpp>
 
 #include "kpTables/Convert.h"
@@ -71,7 +70,7 @@ std::vector<SheetRow> ReadTextRows(const std::string& content, const std::string
     std::size_t read = 0;
     const auto source = [&](char* buffer, std::size_t size) {
         const std::size_t count = std::min(size, content.size() - read);
-        std::memcpy(buffer, content.data() + read, count);
+        std::copy_n(content.data() + read, count, buffer);
         read += count;
         return count;
     };

@@ -57,9 +57,9 @@ std::string BrowserPath() {
 }
 
 /// Runs a program with its output thrown away; answers whether it succeeded.
-bool RunQuietly(const std::vector<std::string>& words) {
+bool RunQuietly(std::vector<std::string> words) {
     std::vector<char*> arguments;
-    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+    for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     const pid_t child = ::fork();
     if (child < 0) throw CommandError("the browser cannot be started");

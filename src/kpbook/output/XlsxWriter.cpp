@@ -118,8 +118,10 @@ public:
     void Add(lxw_col_t column, std::size_t width) { widths_[column] = std::clamp(width, widths_[column], kWidest); }
     void Set(lxw_worksheet* sheet, const std::string& path) const {
         constexpr double kMargin = 2;
-        for (lxw_col_t i = 0; i < widths_.size(); ++i) {
-            Check(Sheets().setColumn(sheet, i, i, static_cast<double>(widths_[i]) + kMargin, nullptr), path);
+        lxw_col_t column = 0;
+        for (const std::size_t width : widths_) {
+            Check(Sheets().setColumn(sheet, column, column, static_cast<double>(width) + kMargin, nullptr), path);
+            ++column;
         }
     }
 

@@ -1,5 +1,8 @@
 #include "kpbook/shell/WideText.h"
 
+#include <bit>
+#include <cstdint>
+
 namespace kpTables::kpbook::shell {
 
 static_assert(sizeof(wchar_t) == 4, "a wide character is a code point");
@@ -28,7 +31,7 @@ std::string NarrowText(std::wstring_view text) {
     std::string narrow;
     const auto append = [&narrow](std::uint32_t byte) { narrow += static_cast<char>(byte); };
     for (const wchar_t character : text) {
-        const auto code = static_cast<std::uint32_t>(character);
+        const auto code = std::bit_cast<std::uint32_t>(character);
         if (code < 0x80) {
             append(code);
             continue;
