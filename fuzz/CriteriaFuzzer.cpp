@@ -34,7 +34,7 @@ constexpr std::string_view kTexts[] = {"",     "a",  "A ", "ab", "AB",        "a
                                        "张三", "Ａ", "１", "1",  "e\xCC\x81", "\xC3\xA9", "\xFF", "水泥  "};
 constexpr double kNumbers[] = {0, -0.0, 1, -1, 0.5, 1e15, 12.25, -3};
 constexpr std::string_view kSigns[] = {"=", "<>", "<", "<=", ">", ">=", "Like"};
-using Row = std::vector<Variant>;
+using SearchedRow = std::vector<Variant>;
 
 const TextOrder kBookOrder = {text::CompareTexts,
                               [](std::string_view value) noexcept { return std::optional(text::HashOfText(value)); }};
@@ -79,13 +79,14 @@ int SignOf(double left, double right) { return (left > right) - (left < right); 
 /// The rows as the model keeps them, in the recordset's present order.
 class Model {
 public:
-    Model(std::vector<Row> rows, bool bookOrder) : rows_(std::move(rows)), bookOrder_(bookOrder), order_(rows_.size()) {
+    Model(std::vector<SearchedRow> rows, bool bookOrder)
+        : rows_(std::move(rows)), bookOrder_(bookOrder), order_(rows_.size()) {
         std::iota(order_.begin(), order_.end(), 0U);
     }
 
     std::unique_ptr<MemoryRecordset> Recordset() const {
         auto store = std::make_unique<recordset::RowStore>(kFields);
-        for (const Row& row : rows_) {
+        for (const SearchedRow& row : rows_) {
             store->BeginRow();
             for (std::size_t i = 0; i < row.size(); ++i) store->PutValue(static_cast<int>(i), row[i]);
         }
@@ -138,10 +139,10 @@ public:
         });
     }
 
-    const Row& RowAt(std::size_t position) const { return rows_[order_[position]]; }
+    const SearchedRow& RowAt(std::size_t position) const { return rows_[order_[position]]; }
 
 private:
-    std::vector<Row> rows_;
+    std::vector<SearchedRow> rows_;
     bool bookOrder_;
     std::vector<std::size_t> order_;
 };
@@ -214,8 +215,8 @@ void CheckAny(std::string_view criteria, const Model& model) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input input(data, size);
     const bool bookOrder = input.Flag();
-    std::vector<Row> table(1 + input.Below(8));
-    for (Row& row : table)
+    std::vector<SearchedRow> table(1 + input.Below(8));
+    for (SearchedRow& row : table)
         for (std::size_t column = 0; column < kColumns; ++column) row.push_back(CellOf(column, input.Byte()));
     Model model(std::move(table), bookOrder);
     const auto rows = model.Recordset();

@@ -27,7 +27,7 @@ using kpTables::fuzz::Input;
 using kpTables::fuzz::Require;
 namespace query = kpTables::fuzz::query;
 
-using Row = std::vector<std::string>;
+using QueriedRow = std::vector<std::string>;
 
 std::string Shown(double number) {
     char buffer[64];
@@ -38,11 +38,11 @@ std::string Shown(double number) {
 // Which of two equal texts stands for a group is open.
 std::string Shown(std::string_view text) { return '\'' + text::LowerCase(text::WithoutTrailingBlanks(text)); }
 
-std::vector<Row> Translated(const std::string& text) {
-    std::vector<Row> rows;
+std::vector<QueriedRow> Translated(const std::string& text) {
+    std::vector<QueriedRow> rows;
     const RecordsetPtr answer = fuzz::SmallBook().Execute(text);
     for (; !answer->Eof(); answer->MoveNext()) {
-        Row row;
+        QueriedRow row;
         for (int i = 0; i < answer->FieldCount(); ++i) {
             const Variant value = answer->GetValue(i);
             if (value.IsNull()) {
@@ -60,7 +60,7 @@ std::vector<Row> Translated(const std::string& text) {
     return rows;
 }
 
-std::vector<Row> Naive(const query::Select& select) {
+std::vector<QueriedRow> Naive(const query::Select& select) {
     constexpr double kTenThousandths = 10000;
     sqlite3* const database = fuzz::SmallBook().GetDatabase().Get();
     const std::string text = NaiveText(select);
@@ -68,10 +68,10 @@ std::vector<Row> Naive(const query::Select& select) {
     sqlite3_prepare_v2(database, text.c_str(), -1, &prepared, nullptr);
     const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement(prepared, sqlite3_finalize);
     Require(prepared != nullptr, sqlite3_errmsg(database), text);
-    std::vector<Row> rows;
+    std::vector<QueriedRow> rows;
     int code = 0;
     while ((code = sqlite3_step(prepared)) == SQLITE_ROW) {
-        Row row;
+        QueriedRow row;
         for (int i = 0; i < sqlite3_column_count(prepared); ++i) {
             const query::Kind kind = select.items[static_cast<std::size_t>(i)].value.kind;
             if (sqlite3_column_type(prepared, i) == SQLITE_NULL) {
@@ -89,18 +89,18 @@ std::vector<Row> Naive(const query::Select& select) {
     return rows;
 }
 
-std::string Text(const std::vector<Row>& rows) {
+std::string Text(const std::vector<QueriedRow>& rows) {
     std::string text;
-    for (const Row& row : rows) {
+    for (const QueriedRow& row : rows) {
         for (const std::string& cell : row) text += cell + '|';
         text += '\n';
     }
     return text;
 }
 
-std::vector<Row> KeysOf(const std::vector<Row>& rows, const query::Select& select) {
-    std::vector<Row> keys;
-    for (const Row& row : rows) {
+std::vector<QueriedRow> KeysOf(const std::vector<QueriedRow>& rows, const query::Select& select) {
+    std::vector<QueriedRow> keys;
+    for (const QueriedRow& row : rows) {
         keys.emplace_back();
         for (const auto& [item, descending] : select.order) keys.back().push_back(row[item]);
     }
@@ -113,13 +113,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     const query::Select select = query::RandomQuery(input);
     const std::string text = HostText(select);
-    std::vector<Row> translated;
+    std::vector<QueriedRow> translated;
     try {
         translated = Translated(text);
     } catch (const Error& error) {
         Require(false, error.Description(), text);
     }
-    std::vector<Row> naive = Naive(select);
+    std::vector<QueriedRow> naive = Naive(select);
     const bool inOrder = KeysOf(translated, select) == KeysOf(naive, select);
     std::sort(translated.begin(), translated.end());
     std::sort(naive.begin(), naive.end());
