@@ -124,6 +124,7 @@ class TerminalTest(TradingCase):
         at.wait("kpbook> ")
         at.type("Update 操作员 Set 密码='secret' Where 姓名='x';\r")
         at.wait("row")
+        at.wait("kpbook> ")
         at.type("\x04")
         self.assertEqual(at.end()[0], 0)
         history = self.folder / "state" / "kpbook" / "history"
