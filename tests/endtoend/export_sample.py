@@ -4,28 +4,16 @@
 SAMPLE is the folder that kpsample makes. Each cell of each table is compared as it is stored, and what is asked of both books.
 """
 
-import contextlib
 import pathlib
-import sqlite3
 import subprocess
 import sys
 import tempfile
 
+from book_cells import stored_cells
+
 
 def run(*words):
     return subprocess.run([str(word) for word in words], check=True, stdout=subprocess.PIPE, text=True).stdout
-
-
-def cells(book):
-    with contextlib.closing(sqlite3.connect(f"file:{book}?mode=ro", uri=True)) as connection:
-        names = [row[0] for row in connection.execute(
-            "Select name From sqlite_master Where type='table' And Not name Glob 'sqlite*' And Not name Glob 'kp_*'")]
-        found = {}
-        for name in names:
-            columns = [row[1] for row in connection.execute(f'Pragma table_info("{name}")')]
-            shown = ",".join(f'typeof("{column}"),"{column}"' for column in columns)
-            found[name] = connection.execute(f'Select {shown} From "{name}" Order by rowid').fetchall()
-        return found
 
 
 def main(kpbook, sample):
@@ -42,7 +30,7 @@ def main(kpbook, sample):
         run(kpbook, "export", book, exported)
         run(kpbook, "new", copy, "--bare")
         run(kpbook, "import", copy, exported)
-        ours, theirs = cells(book), cells(copy)
+        ours, theirs = stored_cells(book), stored_cells(copy)
         assert ours.keys() == theirs.keys()
         for table, rows in ours.items():
             assert rows == theirs[table], table

@@ -4,6 +4,8 @@ import atexit
 import json
 import os
 import pathlib
+import pty
+import select
 import shutil
 import subprocess
 import tempfile
@@ -37,6 +39,27 @@ class KpbookCase(unittest.TestCase):
         done.stdout, done.stderr = done.stdout.decode(), done.stderr.decode()
         self.assertEqual(done.returncode, code, f"kpbook {arguments}\n{done.stdout}\n{done.stderr}")
         return done
+
+    def on_terminal(self, *arguments, answers=(), asks=b"[y/n] ", environment=()):
+        """Runs kpbook on a terminal of its own, types an answer at each question; gives what was shown and the exit code."""
+        child, terminal = pty.fork()
+        if child == 0:
+            os.environ.update(environment)
+            os.execv(KPBOOK, [KPBOOK, *map(str, arguments)])
+        shown, pending = b"", list(answers)
+        while select.select([terminal], [], [], 30)[0]:
+            try:
+                piece = os.read(terminal, 65536)
+            except OSError:
+                break
+            if not piece:
+                break
+            shown += piece
+            if shown.endswith(asks) and pending:
+                os.write(terminal, pending.pop(0).encode() + b"\n")
+        os.close(terminal)
+        self.assertEqual(pending, [], "questions that were never asked")
+        return shown.decode().replace("\r\n", "\n"), os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
 
     def new_book(self):
         """A book with its tables only."""

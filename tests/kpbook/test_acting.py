@@ -57,28 +57,12 @@ class LoginTest(ActingCase):
     def test_at_the_terminal(self):
         del os.environ["KPBOOK_PASSWORD_FILE"]
         for typed, code in (("8801", 0), ("8802", 1)):
-            shown, ended = self.at_terminal(typed, "stock", self.book, "--month", "1", "--operator", "系统操作员")
+            shown, ended = self.on_terminal("stock", self.book, "--month", "1", "--operator", "系统操作员", answers=[typed],
+                                            asks="Password of 系统操作员: ".encode())
             self.assertEqual(ended, code, shown)
             self.assertIn("Password of 系统操作员: ", shown)
             self.assertNotIn("8801", shown)
         self.password("8801")
-
-    def at_terminal(self, typed, *words):
-        """What a terminal shows, and the exit code, when this is typed at the first question."""
-        child, terminal = os.forkpty()
-        if child == 0:
-            os.execv(KPBOOK, [KPBOOK, *map(str, words)])
-        shown = b""
-        while "Password of".encode() not in shown:
-            shown += os.read(terminal, 1000)
-        os.write(terminal, f"{typed}\n".encode())
-        try:
-            while more := os.read(terminal, 1000):
-                shown += more
-        except OSError:
-            pass  # the terminal's end
-        os.close(terminal)
-        return shown.decode(), os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
 
     def test_a_broken_table_lets_nobody_in(self):
         self.sql("Drop Table 操作员")

@@ -294,26 +294,6 @@ class PipeTest(TradingCase):
 
 
 class TerminalTest(TradingCase):
-    def on_terminal(self, *arguments, answers=()):
-        """Runs kpbook on a terminal of its own, types an answer at each question; gives what was shown and the exit code."""
-        child, terminal = pty.fork()
-        if child == 0:
-            os.execv(KPBOOK, [KPBOOK, *map(str, arguments)])
-        shown, pending = b"", list(answers)
-        while select.select([terminal], [], [], 30)[0]:
-            try:
-                piece = os.read(terminal, 4096)
-            except OSError:
-                break
-            if not piece:
-                break
-            shown += piece
-            if shown.endswith(b"[y/n] ") and pending:
-                os.write(terminal, pending.pop(0).encode() + b"\n")
-        os.close(terminal)
-        self.assertEqual(pending, [], "questions that were never asked")
-        return shown.decode().replace("\r\n", "\n"), os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
-
     def test_progress_bar(self):
         shown, code = self.on_terminal("close", self.book, "--month", "1")
         self.assertEqual(code, 0)

@@ -1,14 +1,13 @@
 """Tables as files: the encodings and separators that import takes, --update, export, and what comes back from it."""
 
-import contextlib
 import csv
 import json
 import os
 import random
-import sqlite3
 import stat
 import unittest
 
+from book_cells import stored_cells
 from kpbook_case import KpbookCase, TradingCase
 
 
@@ -117,20 +116,6 @@ class UpdateTest(TradingCase):
                          "入库记录: 0 added, 0 changed, 1 unchanged\n")
 
 
-def dump(book):
-    """Every cell of every table as it is stored, in the order of the rows."""
-    with contextlib.closing(sqlite3.connect(f"file:{book}?mode=ro", uri=True)) as connection:
-        connection.create_collation("KPTEXT", lambda a, b: (a > b) - (a < b))
-        names = [row[0] for row in connection.execute(
-            "Select name From sqlite_master Where type='table' And Not name Glob 'sqlite*' And Not name Glob 'kp_*'")]
-        tables = {}
-        for name in names:
-            columns = [column[1] for column in connection.execute(f"Pragma table_info(\"{name}\")")]
-            selected = ",".join(f'typeof("{c}"),"{c}"' for c in columns)
-            tables[name] = connection.execute(f'Select {selected} From "{name}" Order by rowid').fetchall()
-        return tables
-
-
 class ExportTest(KpbookCase):
     # What a spreadsheet, a CSV reader or a decimal point may trip over.
     TEXTS = ("", "\\N", "N", '"', '""', "'", ",", ";", "\t", "\n", "\r\n", "\r", "a\rb", " ", "  two  ", "007", "1e5", "=1+1", "-", "@",
@@ -146,7 +131,7 @@ class ExportTest(KpbookCase):
         copy.unlink(missing_ok=True)
         self.run_kpbook("new", copy, "--bare")
         done = self.run_kpbook("import", copy, folder, *options)
-        self.assertEqual(dump(copy), dump(self.book))
+        self.assertEqual(stored_cells(copy), stored_cells(self.book))
         return copy, done.stderr
 
     def fill(self, seed):
@@ -177,7 +162,7 @@ class ExportTest(KpbookCase):
                 self.fill(seed)
                 folder = self.folder / f"exported{seed}"
                 said = self.export(folder, *(("--excel",) if seed % 3 == 0 else ())).stderr
-                rows = sum(len(table) for table in dump(self.book).values())
+                rows = sum(len(table) for table in stored_cells(self.book).values())
                 self.assertIn(f"tables: {rows} rows exported", said)
                 copy, said = self.comes_back(folder)
                 self.assertIn(f"tables, {rows} rows imported", said)
@@ -194,7 +179,7 @@ class ExportTest(KpbookCase):
         self.run_kpbook("new", copy, "--bare")
         for name in ("商品设置", "入库记录", "派遣目录"):
             self.run_kpbook("import", copy, name, folder / f"{name}.csv")
-        ours, theirs = dump(self.book), dump(copy)
+        ours, theirs = stored_cells(self.book), stored_cells(copy)
         for name in ("商品设置", "入库记录", "派遣目录"):
             self.assertEqual(theirs[name], ours[name], name)
 
@@ -244,7 +229,7 @@ class ExportTest(KpbookCase):
             done = self.run_kpbook("import", empty, folder, code=1)
             for part in said:
                 self.assertIn(part, done.stderr)
-            self.assertTrue(all(not rows for rows in dump(empty).values()))
+            self.assertTrue(all(not rows for rows in stored_cells(empty).values()))
         file.unlink()
         manifest.write_text(good[1])
         self.assertIn("cannot be opened", self.run_kpbook("import", empty, folder, code=1).stderr)
@@ -310,7 +295,7 @@ class ClosedBookTest(TradingCase):
             copy = self.folder / f"copy{manifest}.kpbook"
             self.run_kpbook("new", copy, "--bare")
             self.run_kpbook("import", copy, folder)
-            self.assertEqual(dump(copy), dump(self.book))
+            self.assertEqual(stored_cells(copy), stored_cells(self.book))
             self.run_kpbook("check", copy)
             self.run_kpbook("close", copy, "--month", "1", code=1)
 

@@ -2,10 +2,7 @@
 
 import csv
 import io
-import os
-import pty
 import random
-import select
 import unittest
 from decimal import Decimal
 
@@ -85,24 +82,10 @@ class NewFirmTest(FirmCase):
 
 class AskingTest(KpbookCase):
     def test_terminal_is_asked_for_what_is_missing(self):
-        child, terminal = pty.fork()
-        if child == 0:
-            os.execv(KPBOOK, [KPBOOK, "new", str(self.book), "--today", "2026-02-03"])
-        shown, replies = b"", ["测试商行", "year", "1999", "", "4", "东库", "西库", ""]
-        while select.select([terminal], [], [], 30)[0]:
-            try:
-                piece = os.read(terminal, 4096)
-            except OSError:
-                break
-            if not piece:
-                break
-            shown += piece
-            if shown.endswith(b": ") and replies:
-                os.write(terminal, replies.pop(0).encode() + b"\n")
-        os.close(terminal)
-        self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), 0)
-        text = shown.decode()
-        self.assertEqual((replies, text.count("Year [2026]: "), text.count("First month, 1 to 12 [2]: ")), ([], 3, 1))
+        text, code = self.on_terminal("new", self.book, "--today", "2026-02-03", asks=b": ",
+                                      answers=["测试商行", "year", "1999", "", "4", "东库", "西库", ""])
+        self.assertEqual(code, 0)
+        self.assertEqual((text.count("Year [2026]: "), text.count("First month, 1 to 12 [2]: ")), (3, 1))
         self.assertIn("测试商行 begins 2026-4 with 2 warehouses", text)
         self.assertEqual(self.rows("Select 仓库名称 From 仓库设置 Order by dpID"), [["东库"], ["西库"]])
 
