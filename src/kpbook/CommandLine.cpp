@@ -333,23 +333,6 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (global.format == OutputFormat::Xlsx && global.outputPath.empty()) {
         throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
     }
-    for (std::string* word :
-         {&global.outputPath,          &parsed.import.book,       &parsed.import.table,   &parsed.import.path,
-          &parsed.call.book,           &parsed.call.method,       &parsed.sql.book,       &parsed.sql.text,
-          &parsed.close.options.book,  &parsed.reopen.book,       &parsed.check.book,     &parsed.backup.book,
-          &parsed.backup.path,         &parsed.methods.name,      &parsed.info.book,      &parsed.stock.book,
-          &parsed.stock.warehouseText, &parsed.stock.productText, &parsed.operators.book, &parsed.log.book,
-          &parsed.payroll.book,        &parsed.upgrade.book,      &parsed.master.book,    &parsed.master.kind,
-          &parsed.master.which,        &parsed.exported.book,     &parsed.exported.table, &parsed.exported.target,
-          &parsed.shell.book}) {
-        commands::Unmark(*word);
-    }
-    for (auto& argument : parsed.call.arguments) commands::Unmark(argument);
-    for (auto& parameter : parsed.sql.parameters) commands::Unmark(parameter);
-    for (auto& word : parsed.master.values) commands::Unmark(word);
-    for (std::string* word : {&parsed.opening.book, &parsed.opening.path, &parsed.copy.book, &parsed.copy.copy}) {
-        commands::Unmark(*word);
-    }
     commands::ReadNew(parsed.create);
     const CLI::App& command = *app.get_subcommands().front();
     global.title = command.get_name() == "call" ? parsed.call.method : command.get_name();
@@ -357,12 +340,9 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (command.get_name() == "bill") parsed.bill.options = commands::ReadBillWords(command, parsed.bill);
     if (command.get_name() == "stock") parsed.stock.showing = commands::ReadFigures(parsed.figures, global.format);
     if (const auto* kind = parsed.report.options.kind) global.title = kind->name;
-    commands::Unmark(parsed.operators.name);
-    commands::Unmark(global.operatorName);
     if (app.count("--operator") > 0 && global.operatorName.empty()) {
         throw CLI::ValidationError("--operator needs a name");
     }
-    for (auto& word : parsed.operators.words) commands::Unmark(word);
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() == "import") commands::CheckImport(parsed.import);
     if (command.get_name() == "export" && (app.count("-O") > 0 || app.count("-o") > 0)) {
@@ -391,19 +371,8 @@ int Show(const std::string& help) {
 }
 
 /// Before anything is read or run: results must not replace a book.
-void CheckTarget(const Parsed& parsed) {
-    const std::string& target = parsed.global.outputPath;
-    if (target.empty()) return;
-    const std::string* book = nullptr;
-    for (const auto* each :
-         {&parsed.info.book,    &parsed.stock.book,         &parsed.report.options.book, &parsed.operators.book,
-          &parsed.log.book,     &parsed.payroll.book,       &parsed.import.book,         &parsed.call.book,
-          &parsed.sql.book,     &parsed.close.options.book, &parsed.create.options.book, &parsed.opening.book,
-          &parsed.copy.book,    &parsed.reopen.book,        &parsed.check.book,          &parsed.backup.book,
-          &parsed.upgrade.book, &parsed.master.book,        &parsed.bill.options.book,   &parsed.exported.book}) {
-        if (!each->empty()) book = each;
-    }
-    if (IsPartOfBook(target, book ? *book : "")) {
+void CheckTarget(const std::string& target, const std::string& book) {
+    if (!target.empty() && IsPartOfBook(target, book)) {
         throw UsageError(target + " belongs to a book; results are not written over it");
     }
 }
@@ -427,6 +396,7 @@ int RunCommandLine(int count, char** words) {
     AddGlobalOptions(app, parsed);
     std::vector<std::string> marked = commands::MarkedWords(count, words);
     AddCommands(app, parsed, marked);
+    commands::UnmarkWords(app);
     try {
         app.parse(marked);
         Complete(app, parsed);
@@ -441,7 +411,7 @@ int RunCommandLine(int count, char** words) {
     parsed.global.right = commands::RightFor(asked);
     parsed.tree = &app;
     const auto run = [&] {
-        CheckTarget(parsed);
+        CheckTarget(parsed.global.outputPath, commands::BookOf(commands::AskedCommand(app)));
         if (!parsed.global.operatorName.empty() && !commands::TakesOperator(asked)) {
             throw UsageError(asked + " cannot act as an operator");
         }

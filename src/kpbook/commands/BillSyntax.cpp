@@ -178,8 +178,7 @@ bool IsGiven(const CLI::App& action, const char* option) {
 }
 
 /// Takes "说明=自提" as --remarks 自提 is taken.
-void AddChange(BillOptions& options, std::string& change) {
-    Unmark(change);
+void AddChange(BillOptions& options, const std::string& change) {
     const auto equals = change.find('=');
     const std::string column = change.substr(0, equals);
     const bool isHeader = column == "单据类型" || std::ranges::any_of(kHeaderWords, [&](const HeaderWord& word) {
@@ -217,20 +216,17 @@ BillOptions ReadBillWords(const CLI::App& command, BillWords words) {
     options.action = action.get_name();
     options.kind = KindOf(words.kind);
     options.date = DateOf(words.auditDate);
-    for (std::string* word : {&options.book, &options.file, &options.which}) Unmark(*word);
     const bool isTransfer = options.kind == EntryKind::Transfer;
     for (const HeaderWord& word : kHeaderWords) {
         if (!IsGiven(action, word.option) || options.action == "audit") continue;
-        std::string text = words.header[word.column];
-        Unmark(text);
+        const std::string& text = words.header[word.column];
         std::string column = word.column;
         if (isTransfer && column == "仓库") column = "调出仓库";
         if (!isTransfer && column == "调入仓库") throw CLI::ValidationError("--to-warehouse is for transfers");
         if (column == "类型") column = TypeColumnOf(text);
         options.header[column] = text;
     }
-    for (std::string& line : options.lines) Unmark(line);
-    for (std::string& change : words.changes) AddChange(options, change);
+    for (const std::string& change : words.changes) AddChange(options, change);
     if (options.action == "add" && !options.file.empty() && !options.lines.empty()) {
         throw CLI::ValidationError("a FILE and --line do not go together");
     }

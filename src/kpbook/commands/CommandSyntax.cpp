@@ -8,8 +8,9 @@ namespace kpTables::kpbook::commands {
 namespace {
 
 /// CLI11 takes "[a,b]" as a list of two words, "-.5" as an option and "++" as the end of a command. A mark in front of
-/// such a word prevents that; Unmark removes it.
+/// such a word prevents that; each option removes it.
 constexpr char kMark = '\x01';
+constexpr const char* kBook = "BOOK";
 
 bool NeedsMark(std::string_view word) {
     return (word.starts_with('[') && word.ends_with(']')) || word.starts_with("-.") || word == "++" ||
@@ -44,8 +45,27 @@ std::vector<std::string> MarkedWords(int count, char** words) {
     return marked;
 }
 
-void Unmark(std::string& word) {
-    if (word.starts_with(kMark)) word.erase(0, 1);
+void UnmarkWords(CLI::App& app) {
+    const CLI::Validator unmark(
+        [](std::string& word) {
+            if (word.starts_with(kMark)) word.erase(0, 1);
+            return std::string();
+        },
+        "");
+    for (CLI::Option* option : app.get_options()) {
+        if (option->get_items_expected_max() > 0) option->transform(unmark);
+    }
+    for (CLI::App* command : app.get_subcommands({})) UnmarkWords(*command);
+}
+
+const CLI::App& AskedCommand(const CLI::App& app) {
+    const auto asked = app.get_subcommands();
+    return asked.empty() ? app : AskedCommand(*asked.front());
+}
+
+std::string BookOf(const CLI::App& command) {
+    const auto* book = command.get_option_no_throw(kBook);
+    return book && book->count() > 0 ? book->as<std::string>() : std::string();
 }
 
 CLI::Option* AddMonth(CLI::App& command, const std::string& option, std::int16_t& month, const std::string& what) {
@@ -53,7 +73,7 @@ CLI::Option* AddMonth(CLI::App& command, const std::string& option, std::int16_t
 }
 
 void AddBook(CLI::App& command, std::string& book) {
-    command.add_option("BOOK", book, "The book's file")->required()->type_name("");
+    command.add_option(kBook, book, "The book's file")->required()->type_name("");
 }
 
 CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer) {

@@ -22,8 +22,13 @@ std::optional<Date> DateOf(const std::string& text);
 /// The words after the program's name, in the reverse order that CLI11 expects; words that it would misread have a mark
 /// in front.
 std::vector<std::string> MarkedWords(int count, char** words);
-/// Removes the mark.
-void Unmark(std::string& word);
+/// Lets each option of the program and of its commands remove the mark, before anything else looks at its words.
+void UnmarkWords(CLI::App& app);
+
+/// The command that was given, or the innermost one: "bill add".
+const CLI::App& AskedCommand(const CLI::App& app);
+/// The book that a command works with; "" when it has none.
+std::string BookOf(const CLI::App& command);
 
 CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer);
 CLI::Option* AddMonth(CLI::App& command, const std::string& option, std::int16_t& month, const std::string& what);

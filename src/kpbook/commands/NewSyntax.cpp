@@ -42,11 +42,7 @@ void AddNew(CLI::App& app, NewWords& words) {
         ->type_name("NAME");
 }
 
-void ReadNew(NewWords& words) {
-    words.options.sqlNames = words.dialect == "sql";
-    for (std::string* word : {&words.options.book, &words.options.company, &words.options.from}) Unmark(*word);
-    for (std::string& warehouse : words.options.warehouses) Unmark(warehouse);
-}
+void ReadNew(NewWords& words) { words.options.sqlNames = words.dialect == "sql"; }
 
 void AddOpening(CLI::App& app, OpeningOptions& options) {
     auto* command = AddCommand(

@@ -100,8 +100,7 @@ T Bounding(const std::string& option, const std::string& text, T bound) {
     return bound;
 }
 
-std::optional<Currency> AmountOf(const std::string& option, std::string text) {
-    Unmark(text);
+std::optional<Currency> AmountOf(const std::string& option, const std::string& text) {
     if (text.empty()) return std::nullopt;
     try {
         return Bounding(option, text, Currency::FromDecimalText(text));
@@ -110,8 +109,7 @@ std::optional<Currency> AmountOf(const std::string& option, std::string text) {
     }
 }
 
-std::optional<double> QuantityOf(const std::string& option, std::string text) {
-    Unmark(text);
+std::optional<double> QuantityOf(const std::string& option, const std::string& text) {
     if (text.empty()) return std::nullopt;
     double quantity = 0;
     const char* const end = text.data() + text.size();
@@ -196,11 +194,6 @@ CLI::App* AddReport(CLI::App& app, ReportWords& words) {
 
 ReportOptions ReadReport(const CLI::App& command, ReportWords words, const GlobalOptions& global) {
     auto& filters = words.options.filters;
-    for (std::string* word : {&words.name, &words.options.book, &filters.fromNumber, &filters.toNumber, &filters.type,
-                              &filters.warehouseText, &filters.partnerText, &filters.projectText, &filters.handler,
-                              &filters.counterpart, &filters.packing}) {
-        Unmark(*word);
-    }
     const auto given = GivenFilters(command);
     if (words.list) {
         if (!given.empty() || !words.name.empty()) throw CLI::ValidationError("report --list takes nothing else");
