@@ -4,6 +4,7 @@
 
 #include "bookkeeping/CheckedTables.h"
 #include "bookkeeping/Query.h"
+#include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/Quoted.h"
@@ -15,10 +16,6 @@ namespace {
 /// The setting that demands an operator, and its value when it does.
 constexpr const char* kRequired = "操作员登录";
 constexpr const char* kYes = "必须";
-
-[[noreturn]] void RefuseOperator(const std::string& why) {
-    throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall), why);
-}
 
 /// The first column of the only row; "" for Null. Unlike in the methods, a missing table or column is an error.
 std::string StoredText(Connection& book, const std::string& query) {
@@ -50,7 +47,7 @@ ActingOperator::ActingOperator(ConnectionPtr book, const std::string& name,
                                const std::function<std::string()>& password)
     : book_(std::move(book)) {
     const auto rows = book_->Execute("Select ID,姓名 From 操作员 Where 姓名='" + Quoted(name) + "'");
-    if (rows->RecordCount() > 1) RefuseOperator("several operators have the name " + name + "; rename one");
+    if (rows->RecordCount() > 1) RefuseWith("several operators have the name " + name + "; rename one");
     const bool known = !rows->Eof();
     std::string stored;
     if (known) {
@@ -60,7 +57,7 @@ ActingOperator::ActingOperator(ConnectionPtr book, const std::string& name,
     }
     const bool right = known && (stored.empty() || password() == stored);
     if (!known) password();
-    if (!right) RefuseOperator("the operator's name or password is wrong");
+    if (!right) RefuseWith("the operator's name or password is wrong");
     warehouse_ = CheckedTables(book_).Ask([&](CTables& tables) { return tables.Get管理仓库(id_); });
 }
 
@@ -69,7 +66,7 @@ bool ActingOperator::Has(const std::string& right) const {
 }
 
 void ActingOperator::Require(const std::string& right) const {
-    if (!Has(right)) RefuseOperator("the operator " + name_ + " does not have the right " + right);
+    if (!Has(right)) RefuseWith("the operator " + name_ + " does not have the right " + right);
 }
 
 void ActingOperator::Log(Date when, const std::string& what) const {
@@ -99,13 +96,13 @@ bool OperatorRequired(const ConnectionPtr& book) {
 
 void RequireOperator(const ConnectionPtr& book, bool required) {
     if (required && !HasRows(*book, "Select ID From 操作员 Where 系统设置=True")) {
-        RefuseOperator("no operator has the right 系统设置, so nobody could change the setting again; add one first");
+        RefuseWith("no operator has the right 系统设置, so nobody could change the setting again; add one first");
     }
     CheckedTables(book).Ask([&](CTables& tables) {
         tables.Update_Option(kRequired, Variant(required ? kYes : "不必"));
         return true;
     });
-    if (OperatorRequired(book) != required) RefuseOperator("the setting could not be stored");
+    if (OperatorRequired(book) != required) RefuseWith("the setting could not be stored");
 }
 
 }  // namespace kpTables::bookkeeping

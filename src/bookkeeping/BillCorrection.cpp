@@ -24,14 +24,10 @@ struct BillPair {
     std::int32_t OtherId() const { return other ? other->id : 0; }
 };
 
-BillFamily OtherFamily(BillFamily family) {
-    return family == BillFamily::Inbound ? BillFamily::Outbound : BillFamily::Inbound;
-}
-
 BillPair ReadPair(const ConnectionPtr& book, BillFamily family, std::int32_t id) {
     BillPair pair{ReadBill(*book, family, id), std::nullopt};
     if (const std::int32_t other = CounterpartOf(book, pair.bill); other != 0) {
-        pair.other = ReadBill(*book, OtherFamily(family), other);
+        pair.other = ReadBill(*book, OtherDirection(family), other);
     }
     return pair;
 }

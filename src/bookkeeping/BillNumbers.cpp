@@ -19,10 +19,7 @@ std::string PrefixOf(const StoredBill& bill) {
     return inbound ? "RK" : "CK";
 }
 
-std::string PaddedNumber(std::int32_t number, std::size_t width) {
-    const std::string digits = std::to_string(number);
-    return std::string(digits.size() < width ? width - digits.size() : 0, '0') + digits;
-}
+std::string PaddedNumber(std::int32_t number, std::size_t width) { return Format(number, std::string(width, '0')); }
 
 /// A place in a pattern: "序号" or "序号:6".
 struct PatternPlace {
@@ -92,9 +89,8 @@ void CheckNumberPattern(const std::string& pattern) {
 }
 
 bool IsNumberTaken(Connection& book, const StoredBill& bill, std::int32_t except, std::int32_t counterpart) {
-    const BillFamily other = bill.family == BillFamily::Inbound ? BillFamily::Outbound : BillFamily::Inbound;
     return IsTakenIn(book, bill.family, bill, except) ||
-           (bill.IsTransfer() && IsTakenIn(book, other, bill, counterpart));
+           (bill.IsTransfer() && IsTakenIn(book, OtherDirection(bill.family), bill, counterpart));
 }
 
 std::string NextBillNumber(const ConnectionPtr& book, const StoredBill& bill) {

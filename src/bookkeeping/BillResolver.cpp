@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "bookkeeping/BillKinds.h"
 #include "bookkeeping/Query.h"
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
+#include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/StockOnHand.h"
 
 namespace kpTables::bookkeeping {
@@ -16,19 +16,6 @@ namespace {
 constexpr const char* kOrdinaryInvoice = "普通发票";
 constexpr const char* kVatInvoice = "增值税发票";
 constexpr std::size_t kLongestText = 255;
-
-/// The year of a book's balance rows, else of its bills, else of its date; 0 where it has none of them. The date is not
-/// asked of the component, which would set one.
-std::int32_t BookYear(Connection& book) {
-    std::int32_t year = NumberOf(book, "Select Max(年份) As y From 仓库余额表");
-    for (const BillKind& kind : kBillKinds) {
-        if (year > 0) return year;
-        year = NumberOf(book, "Select Max(年份) As y From " + kind.Headers());
-    }
-    if (year > 0) return year;
-    const auto rows = book.Execute("Select Discription From 系统选项 Where Item='当前日期'");
-    return !rows->Eof() && IsDate(rows->GetValue(0)) ? CDate(rows->GetValue(0)).Year() : 0;
-}
 
 /// Whether a table has a row with an id; 0 is none and always fine.
 bool HasMaster(Connection& book, const std::string& table, const std::string& key, std::int32_t id) {
@@ -40,11 +27,6 @@ std::string TypeOf(const NewBill& bill) {
     if (bill.kind == EntryKind::Cost) return "";
     if (!bill.type.empty()) return bill.type;
     return bill.kind == EntryKind::Inbound ? "入库单" : "出库单";
-}
-
-BillFamily FamilyOf(EntryKind kind) {
-    if (kind == EntryKind::Inbound) return BillFamily::Inbound;
-    return kind == EntryKind::Cost ? BillFamily::Cost : BillFamily::Outbound;
 }
 
 /// Whether bills of a kind are entered with this 单据类型.

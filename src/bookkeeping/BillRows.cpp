@@ -10,8 +10,6 @@ namespace kpTables::bookkeeping {
 
 namespace {
 
-constexpr std::size_t kSerialDigits = 6;
-
 std::string OfBill(const BillKind& kind, std::int32_t id) {
     return " Where " + std::string(kind.key) + "=" + std::to_string(id);
 }
@@ -27,9 +25,7 @@ const char* CodeOf(const std::string& type) {
 
 /// The bill's number through the year: "R000012".
 std::string SerialOf(BillFamily family, std::int32_t id) {
-    const std::string digits = std::to_string(id);
-    return (family == BillFamily::Inbound ? "R" : "C") +
-           std::string(digits.size() < kSerialDigits ? kSerialDigits - digits.size() : 0, '0') + digits;
+    return (family == BillFamily::Inbound ? "R" : "C") + Format(id, "000000");
 }
 
 void SetHeader(Recordset& row, const StoredBill& bill) {

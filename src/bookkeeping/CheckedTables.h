@@ -2,37 +2,28 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "kpTables/CTables.h"
 #include "kpTables/Error.h"
-#include "kpTables/Host.h"
 #include "kpTables/bookkeeping/WatchedConnection.h"
 
 namespace kpTables::bookkeeping {
 
-/// Lets a method that reports its error in a message box end; the error is raised instead.
-class QuietHost : public Host {
-public:
-    MessageAnswer MsgBox(const std::string&, MessageButtons, const std::string&) override { return MessageAnswer::Ok; }
-};
-
-/// Calls methods of the component and raises the database errors that they trap.
+/// Calls methods of the component and raises what they trap, or tell in a message box.
 class CheckedTables {
 public:
-    explicit CheckedTables(ConnectionPtr book)
-        : watched_(std::make_shared<WatchedConnection>(std::move(book), [] { return std::int64_t{0}; })),
-          tables_(std::make_shared<QuietHost>()) {
-        tables_.Cnn(watched_);
-    }
+    /// today: what the methods take for it; empty: the system's date.
+    explicit CheckedTables(const ConnectionPtr& book, std::optional<Date> today = {});
 
     /// What call(tables) answers, when nothing failed in it.
     template <class Call>
     auto Ask(Call call) {
-        watched_->ForgetFailures();
+        Forget();
         auto answer = call(tables_);
-        if (const auto* error = watched_->LastError()) throw DatabaseError(*error);
+        Check();
         return answer;
     }
     /// For methods that answer whether they succeeded; what says which step.
@@ -41,8 +32,19 @@ public:
         if (!Ask(call)) Raise(ErrorNumber::InvalidCall, what);
     }
 
+    // For several calls that are checked together.
+    CTables& Tables() noexcept { return tables_; }
+    Connection& Book() noexcept { return *watched_; }
+    /// Raises what has failed so far.
+    void Check() const;
+
 private:
+    class QuietHost;
+
+    void Forget();
+
     std::shared_ptr<WatchedConnection> watched_;
+    std::shared_ptr<QuietHost> host_;
     CTables tables_;
 };
 

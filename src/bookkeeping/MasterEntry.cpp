@@ -8,6 +8,7 @@
 #include "bookkeeping/MasterFields.h"
 #include "bookkeeping/MasterUse.h"
 #include "bookkeeping/Query.h"
+#include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
 #include "kpTables/Transaction.h"
@@ -65,12 +66,12 @@ void CompletePartnerNames(RowEntry& entry) {
 void CheckRequired(const RowEntry& entry) {
     for (const auto column : RequiredColumns(entry.table)) {
         if ((entry.self && !entry.Given(column)) || !Trim(entry.TextOf(column)).empty()) continue;
-        RefuseMaster("a " + std::string(entry.table.noun) + " needs " + std::string(column));
+        RefuseWith("a " + std::string(entry.table.noun) + " needs " + std::string(column));
     }
 }
 
 [[noreturn]] void RefuseTaken(const RowEntry& entry, const std::string& what, const MasterRow& other) {
-    RefuseMaster(what + ": the " + entry.table.noun + " " + other.Text() + " has it already");
+    RefuseWith(what + ": the " + entry.table.noun + " " + other.Text() + " has it already");
 }
 
 /// Products of one name differ in their specification or model.
@@ -106,18 +107,18 @@ void CheckDistinct(const RowEntry& entry) {
 void CheckWarehouseName(const RowEntry& entry) {
     if (entry.table.kind != MasterKind::Warehouse) return;
     const std::string name = entry.TextOf("仓库名称");
-    if (name == "全部" || name == "全部仓库") RefuseMaster("仓库名称: " + name + " means all warehouses");
+    if (name == "全部" || name == "全部仓库") RefuseWith("仓库名称: " + name + " means all warehouses");
 }
 
 void CheckClassCode(const RowEntry& entry) {
     const auto* code = entry.Given("ClassCode");
     if (!IsClass(entry.table.kind) || !entry.self || !code || Text(code->value) == entry.self->number) return;
     const auto uses = UsesOf(*entry.book, entry.table.kind, *entry.self);
-    if (!uses.empty()) RefuseMaster("the ClassCode of the " + entry.RowText() + " is used: " + uses);
+    if (!uses.empty()) RefuseWith("the ClassCode of the " + entry.RowText() + " is used: " + uses);
 }
 
 void CheckEntry(RowEntry& entry) {
-    if (entry.values.empty()) RefuseMaster(std::string("nothing is given for the ") + entry.table.noun);
+    if (entry.values.empty()) RefuseWith(std::string("nothing is given for the ") + entry.table.noun);
     CompletePartnerNames(entry);
     CheckRequired(entry);
     CheckWarehouseName(entry);
@@ -134,7 +135,7 @@ void WriteValues(Recordset& rows, const ColumnValues& values) {
 std::string OnlyRow(Connection& book, const MasterTable& table, const MasterRow& row) {
     std::string condition = ConditionOf(table, row);
     if (RowsWhere(book, table, condition).size() != 1) {
-        RefuseMaster("several " + std::string(table.plural) + " are called '" + row.name + "'");
+        RefuseWith("several " + std::string(table.plural) + " are called '" + row.name + "'");
     }
     return condition;
 }
@@ -191,7 +192,7 @@ void RemoveMaster(const ConnectionPtr& book, MasterKind kind, const std::string&
     const MasterTable& table = TableOf(kind);
     const MasterRow row = FindMaster(book, kind, which);
     const auto uses = UsesOf(*book, kind, row);
-    if (!uses.empty()) RefuseMaster("the " + std::string(table.noun) + " " + row.Text() + " is used: " + uses);
+    if (!uses.empty()) RefuseWith("the " + std::string(table.noun) + " " + row.Text() + " is used: " + uses);
     DeleteRow(book, table, row, OnlyRow(*book, table, row));
     transaction.Commit();
 }

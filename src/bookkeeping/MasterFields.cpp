@@ -6,10 +6,11 @@
 #include <optional>
 
 #include "bookkeeping/MasterRows.h"
-#include "bookkeeping/NearestName.h"
 #include "bookkeeping/References.h"
+#include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/bookkeeping/DidYouMean.h"
 
 namespace kpTables::bookkeeping {
 
@@ -33,13 +34,12 @@ bool IsSettable(const MasterTable& table, const std::string& column) {
                                const std::vector<std::string>& columns) {
     std::string all;
     for (const auto& column : columns) all += (all.empty() ? "" : ", ") + column;
-    const std::string nearest = NearestName(given, columns);
-    RefuseMaster(std::string(table.table) + " has no column " + given +
-                 (nearest.empty() ? "" : "; did you mean " + nearest + "?") + " (columns: " + all + ")");
+    RefuseWith(std::string(table.table) + " has no column " + given + DidYouMean(given, columns) + " (columns: " + all +
+               ")");
 }
 
 [[noreturn]] void RefuseValue(const std::string& column, const std::string& text, const std::string& why) {
-    RefuseMaster(column + ": '" + text + "' " + why);
+    RefuseWith(column + ": '" + text + "' " + why);
 }
 
 double NumberIn(const std::string& column, const std::string& text) {
@@ -101,8 +101,6 @@ std::optional<Variant> ReadReference(const ConnectionPtr& book, const MasterTabl
 
 }  // namespace
 
-void RefuseMaster(const std::string& why) { throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall), why); }
-
 ColumnValues ReadMasterValues(const ConnectionPtr& book, const MasterTable& table, const ColumnValues& values) {
     const auto fields = book->Execute("Select * From " + std::string(table.table) + " Where 1=0");
     std::vector<std::string> settable;
@@ -112,12 +110,12 @@ ColumnValues ReadMasterValues(const ConnectionPtr& book, const MasterTable& tabl
     ColumnValues read;
     for (const ColumnValue& each : values) {
         const std::string& given = each.column;
-        if (!IsSettable(table, given)) RefuseMaster(given + " is not set by hand");
+        if (!IsSettable(table, given)) RefuseWith(given + " is not set by hand");
         const auto name =
             std::ranges::find_if(settable, [&](const auto& column) { return IsSameColumn(column, given); });
         if (name == settable.end()) RefuseColumn(table, given, settable);
         if (std::ranges::any_of(read, [&](const auto& other) { return other.column == *name; })) {
-            RefuseMaster(*name + " is given twice");
+            RefuseWith(*name + " is given twice");
         }
         const std::string text = Text(each.value);
         const auto& field = fields->FieldAt(fields->FieldIndex(*name));

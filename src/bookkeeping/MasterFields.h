@@ -9,9 +9,6 @@
 
 namespace kpTables::bookkeeping {
 
-/// "{what} has no column {given}; ..." with the nearest column and all that may be set.
-[[noreturn]] void RefuseMaster(const std::string& why);
-
 /// The values with the columns' own names and types, in the order given; names and codes without blanks around.
 /// Refuses unknown columns, columns given twice, the id, a warehouse's closing state, and values that do not fit.
 ColumnValues ReadMasterValues(const ConnectionPtr& book, const MasterTable& table, const ColumnValues& values);

@@ -4,6 +4,7 @@
 
 #include "bookkeeping/MasterFields.h"
 #include "bookkeeping/MasterRows.h"
+#include "bookkeeping/Refusal.h"
 #include "kpTables/bookkeeping/ActingOperator.h"
 #include "kpTables/bookkeeping/MasterEntry.h"
 
@@ -74,10 +75,10 @@ MasterKind ClassKindWith(const ConnectionPtr& book, const std::string& which) {
             found = each.kind;
         }
     }
-    if (!found) RefuseMaster("the book has no class " + which);
+    if (!found) RefuseWith("the book has no class " + which);
     if (count > 1) {
-        RefuseMaster("'" + which + "' may be any of these classes: " + candidates +
-                     "; say which kind, and the code: 种类=商品");
+        RefuseWith("'" + which + "' may be any of these classes: " + candidates +
+                   "; say which kind, and the code: 种类=商品");
     }
     return *found;
 }

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <optional>
 
+#include "bookkeeping/Refusal.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
@@ -15,10 +16,6 @@ namespace {
 
 /// Candidates that an error lists.
 constexpr std::size_t kMostCandidates = 8;
-
-[[noreturn]] void RefuseName(const std::string& text) {
-    throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall), text);
-}
 
 std::string ColumnsOf(const MasterTable& table) {
     const auto orNothing = [](const char* column) { return *column ? std::string(column) : std::string("''"); };
@@ -113,7 +110,7 @@ std::int32_t LookedUp(const ConnectionPtr& book, MasterKind kind, const std::str
 
 [[noreturn]] void RefuseUnknown(Connection& book, const MasterTable& table, const std::string& text) {
     const auto near = ReadRows(book, table, "InStr(" + std::string(table.name) + ",'" + Quoted(text) + "')>0");
-    RefuseName("the book has no " + std::string(table.noun) + " " + text +
+    RefuseWith("the book has no " + std::string(table.noun) + " " + text +
                (near.empty() ? std::string() : "; near: " + ListOf(near)));
 }
 
@@ -148,7 +145,7 @@ std::string ConditionOf(const MasterTable& table, const MasterRow& row) {
 std::vector<MasterRow> MatchingRows(const ConnectionPtr& book, MasterKind kind, const std::string& text) {
     const MasterTable& table = TableOf(kind);
     const std::string words(Trim(text));
-    if (words.empty()) RefuseName(std::string("the ") + table.noun + " is not named");
+    if (words.empty()) RefuseWith(std::string("the ") + table.noun + " is not named");
     // The look-up takes the first of several rows, so whether others match is asked as well.
     const std::int32_t lookedUp = LookedUp(book, kind, words);
     auto rows = FirstMatches(*book, table, words);
@@ -165,7 +162,7 @@ MasterRow FindMaster(const ConnectionPtr& book, MasterKind kind, const std::stri
     const auto rows = MatchingRows(book, kind, words);
     if (rows.empty()) RefuseUnknown(*book, table, words);
     if (rows.size() == 1) return rows.front();
-    RefuseName("'" + words + "' may be any of these " + table.plural + ": " + ListOf(rows) + "; give the id");
+    RefuseWith("'" + words + "' may be any of these " + table.plural + ": " + ListOf(rows) + "; give the id");
 }
 
 }  // namespace kpTables::bookkeeping

@@ -1,5 +1,6 @@
 #include "kpTables/bookkeeping/NewBook.h"
 
+#include "bookkeeping/Refusal.h"
 #include "bookkeeping/Setup.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
@@ -17,18 +18,18 @@ void NameAndPay(Setup& setup) {
 
 void AddWarehouse(Setup& setup, const std::string& given) {
     const std::string name(Trim(given));
-    if (name.empty()) RefuseSetup("a warehouse has no name");
+    if (name.empty()) RefuseWith("a warehouse has no name");
     const std::int32_t known = setup.Tables().Get仓库ID(Quoted(name));
-    if (known == 0) RefuseSetup("'" + name + "' stands for all warehouses; give the warehouse another name");
-    if (known > 0) RefuseSetup("the warehouse '" + name + "' is given twice");
+    if (known == 0) RefuseWith("'" + name + "' stands for all warehouses; give the warehouse another name");
+    if (known > 0) RefuseWith("the warehouse '" + name + "' is given twice");
     setup.Book().Execute("Insert Into 仓库设置 (仓库名称) Values ('" + Quoted(name) + "')");
 }
 
 void CheckPeriod(const Beginning& beginning) {
     if (beginning.year < kFirstYear || beginning.year > kLastYear) {
-        RefuseSetup("the year must be from " + std::to_string(kFirstYear) + " to " + std::to_string(kLastYear));
+        RefuseWith("the year must be from " + std::to_string(kFirstYear) + " to " + std::to_string(kLastYear));
     }
-    if (beginning.month < 1 || beginning.month > kLastMonth) RefuseSetup("the month must be from 1 to 12");
+    if (beginning.month < 1 || beginning.month > kLastMonth) RefuseWith("the month must be from 1 to 12");
 }
 
 }  // namespace
@@ -43,7 +44,7 @@ void PrepareBook(const ConnectionPtr& book, std::optional<Date> today) {
 void BeginBook(const ConnectionPtr& book, const Beginning& beginning) {
     CheckPeriod(beginning);
     const std::string company(Trim(beginning.company));
-    if (company.empty()) RefuseSetup("the company has no name");
+    if (company.empty()) RefuseWith("the company has no name");
     Transaction transaction(*book);
     Setup setup(book);
     NameAndPay(setup);

@@ -6,11 +6,12 @@
 
 #include "bookkeeping/BalanceRows.h"
 #include "bookkeeping/BillKinds.h"
-#include "bookkeeping/Query.h"
+#include "bookkeeping/Refusal.h"
 #include "bookkeeping/Setup.h"
 #include "bookkeeping/Warehouses.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Transaction.h"
+#include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
 #include "kpTables/bookkeeping/NewBook.h"
 
@@ -55,25 +56,15 @@ void RequireClosedYear(Connection& book) {
         const bool used = BalanceRows(book, id).FirstUsedMonth(0, kLastMonth + 1) > 0;
         if (used && ClosedThrough(book, id) < kLastMonth) open += (open.empty() ? "" : ", ") + name;
     }
-    if (!open.empty()) RefuseSetup("month 12 is open in " + open + "; close it first");
+    if (!open.empty()) RefuseWith("month 12 is open in " + open + "; close it first");
 }
 
 void RequireSingleRows(Connection& book) {
     const auto rows =
         book.Execute("Select TOP 1 dpID,pdID From 仓库余额表 Where 月份=12 Group by dpID,pdID Having Count(*)>1");
     if (rows->Eof()) return;
-    RefuseSetup("month 12 has more than one balance row of product " + Text(rows->GetValue(1)) + " in warehouse " +
-                Text(rows->GetValue(0)) + "; remove the others first");
-}
-
-/// The year of the book. Nothing is derived anew from the balance, which would change the book.
-std::int32_t YearOf(Book& book) {
-    if (const auto year = NumberOf(book, "Select Max(年份) As y From 仓库余额表"); year > 0) return year;
-    for (const char* item : {"当前日期", "建帐日期"}) {
-        const auto rows = book.Execute("Select Discription From 系统选项 Where Item='" + std::string(item) + "'");
-        if (!rows->Eof() && IsDate(rows->GetValue(0))) return CDate(rows->GetValue(0)).Year();
-    }
-    RefuseSetup("the book has no year: it has neither balance rows nor 建帐日期");
+    RefuseWith("month 12 has more than one balance row of product " + Text(rows->GetValue(1)) + " in warehouse " +
+               Text(rows->GetValue(0)) + "; remove the others first");
 }
 
 const char* JetType(VarType type) {
@@ -168,8 +159,10 @@ NextYear BeginNextYear(Book& from, const BookPtr& next) {
     RequireClosedYear(from);
     RequireSingleRows(from);
     NextYear result;
-    result.year = YearOf(from) + 1;
-    if (result.year > kLastYear) RefuseSetup("a book cannot have the year " + std::to_string(result.year));
+    const std::int32_t year = BookYear(from);
+    if (year == 0) RefuseWith("the book has no year: it has neither balance rows nor 建帐日期");
+    result.year = year + 1;
+    if (result.year > kLastYear) RefuseWith("a book cannot have the year " + std::to_string(result.year));
 
     Transaction transaction(*next);
     CopyTables(from, *next, result);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "bookkeeping/Query.h"
+#include "bookkeeping/Refusal.h"
 #include "bookkeeping/Setup.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
@@ -74,8 +75,8 @@ void OpeningEntry::ReadFirstMonth() {
     const auto others = book_->Execute("Select TOP 1 年份,月份 From 仓库余额表 Where 年份<>" + year + " Or 月份<" +
                                        month + " Order by 年份,月份");
     if (others->Eof()) return;
-    RefuseSetup("the book has balance rows of " + Text(others->GetValue(0)) + "-" + Text(others->GetValue(1)) +
-                ", but was set up in " + year + "-" + month + "; set 建帐日期 to its first month");
+    RefuseWith("the book has balance rows of " + Text(others->GetValue(0)) + "-" + Text(others->GetValue(1)) +
+               ", but was set up in " + year + "-" + month + "; set 建帐日期 to its first month");
 }
 
 void OpeningEntry::ReadWarehouseNames() {

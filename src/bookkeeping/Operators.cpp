@@ -6,12 +6,13 @@
 #include <utility>
 
 #include "bookkeeping/CheckedTables.h"
-#include "bookkeeping/NearestName.h"
 #include "bookkeeping/Query.h"
+#include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/ActingOperator.h"
+#include "kpTables/bookkeeping/DidYouMean.h"
 
 namespace kpTables::bookkeeping {
 
@@ -22,22 +23,18 @@ constexpr int kFirstRight = 4;
 /// Rights that the component keeps in other columns.
 constexpr std::array kRenamedRights{"发货单位", "收货单位", "部件管理"};
 
-[[noreturn]] void RefuseChange(const std::string& why) {
-    throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall), why);
-}
-
 std::string WithId(std::int32_t id) { return " Where ID=" + std::to_string(id); }
 
 void CheckName(Connection& book, const std::string& name, std::int32_t self) {
-    if (Trim(name).empty()) RefuseChange("the operator needs a name");
+    if (Trim(name).empty()) RefuseWith("the operator needs a name");
     if (HasRows(book, "Select ID From 操作员 Where 姓名='" + Quoted(name) + "' And ID<>" + std::to_string(self))) {
-        RefuseChange("an operator has the name " + name + " already");
+        RefuseWith("an operator has the name " + name + " already");
     }
 }
 
 std::string NameOfOperator(Connection& book, std::int32_t id) {
     const auto rows = book.Execute("Select 姓名 From 操作员" + WithId(id));
-    if (rows->Eof()) RefuseChange("the book has no operator " + std::to_string(id));
+    if (rows->Eof()) RefuseWith("the book has no operator " + std::to_string(id));
     return Text(rows->GetValue(0));
 }
 
@@ -46,15 +43,13 @@ void CheckRight(const std::vector<std::string>& all, const std::string& right) {
     if (std::ranges::find(kRenamedRights, right) != kRenamedRights.end()) return;
     std::string list;
     for (const auto& each : all) list += (list.empty() ? "" : "、") + each;
-    const std::string nearest = NearestName(right, all);
-    RefuseChange("there is no right " + right + (nearest.empty() ? "" : "; did you mean " + nearest + "?") +
-                 " (rights: " + list + ")");
+    RefuseWith("there is no right " + right + DidYouMean(right, all) + " (rights: " + list + ")");
 }
 
 /// Someone must be able to switch the demand for an operator off again.
 void CheckSomebodyIsLeft(const ConnectionPtr& book) {
     if (OperatorRequired(book) && !HasRows(*book, "Select ID From 操作员 Where 系统设置=True")) {
-        RefuseChange("no operator would have the right 系统设置, and the book demands an operator for every change");
+        RefuseWith("no operator would have the right 系统设置, and the book demands an operator for every change");
     }
 }
 
@@ -91,13 +86,13 @@ bool GiveRights(CTables& tables, std::int32_t id, const std::vector<RightChange>
 
 std::int32_t OperatorId(const ConnectionPtr& book, const std::string& text) {
     const auto rows = book->Execute("Select ID From 操作员 Where 姓名='" + Quoted(text) + "' Order by ID");
-    if (rows->RecordCount() > 1) RefuseChange("several operators have the name " + text);
+    if (rows->RecordCount() > 1) RefuseWith("several operators have the name " + text);
     if (!rows->Eof()) return CLng(rows->GetValue(0));
     std::int32_t id = 0;
     const auto* const end = text.data() + text.size();
     const auto read = std::from_chars(text.data(), end, id);
     if (read.ec == std::errc() && read.ptr == end && HasRows(*book, "Select ID From 操作员" + WithId(id))) return id;
-    RefuseChange("the book has no operator " + text);
+    RefuseWith("the book has no operator " + text);
 }
 
 std::vector<std::string> AllRights(const ConnectionPtr& book) {
@@ -131,7 +126,7 @@ void RenameOperator(const ConnectionPtr& book, std::int32_t id, const std::strin
 
 void SetManagedWarehouse(const ConnectionPtr& book, std::int32_t id, std::int32_t warehouse) {
     if (warehouse != 0 && !HasRows(*book, "Select dpID From 仓库设置 Where dpID=" + std::to_string(warehouse))) {
-        RefuseChange("the book has no warehouse " + std::to_string(warehouse));
+        RefuseWith("the book has no warehouse " + std::to_string(warehouse));
     }
     DoStep(book, id, "管理仓库_Update", [&](CTables& tables) { return tables.管理仓库_Update(id, warehouse); });
 }
@@ -159,10 +154,10 @@ void RemoveOperator(const ConnectionPtr& book, std::int32_t id) {
     Transaction transaction(*book);
     const std::string name = NameOfOperator(*book, id);
     if (!CheckedTables(book).Ask([&](CTables& tables) { return tables.AllowDelOperator(id); })) {
-        RefuseChange("the operator " + name + " has lines in the log; take the rights instead");
+        RefuseWith("the operator " + name + " has lines in the log; take the rights instead");
     }
     if (const auto bills = BillsOf(*book, name); !bills.empty()) {
-        RefuseChange("the operator " + name + " has entered or audited bills: " + bills + "; take the rights instead");
+        RefuseWith("the operator " + name + " has entered or audited bills: " + bills + "; take the rights instead");
     }
     DoStep(book, id, "操作员_Delete", [&](CTables& tables) { return tables.操作员_Delete(id); });
     transaction.Commit();

@@ -54,11 +54,4 @@ std::int16_t LastUsedMonth(Connection& book) {
     return static_cast<std::int16_t>(last > 0 ? last : Greatest(book, "月份", "仓库余额表"));
 }
 
-std::int32_t BookYear(Connection& book) {
-    std::int32_t year = Greatest(book, "年份", "仓库余额表");
-    if (year > 0) return year;
-    for (const auto& kind : kBillKinds) year = std::max(year, Greatest(book, "年份", kind.Headers()));
-    return year;
-}
-
 }  // namespace kpTables::bookkeeping

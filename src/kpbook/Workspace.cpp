@@ -124,6 +124,12 @@ void Workspace::Log(const std::string& what) const {
     if (acting) acting->Log(Now(today_), log_->Shown(what));
 }
 
+void Workspace::LogChange(const std::string& statement) const {
+    const auto changed = book->RecordsAffected();
+    Log("执行 " + statement);
+    std::fprintf(stderr, changed == 1 ? "%lld row changed\n" : "%lld rows changed\n", static_cast<long long>(changed));
+}
+
 void Workspace::LogCall(const std::string& method) const {
     const auto begins = [&](std::string_view word) { return SameName(method.substr(0, word.size()), word); };
     if (!begins("rs") && !begins("Get")) Log("调用 " + method);

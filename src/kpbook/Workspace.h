@@ -42,6 +42,8 @@ struct Workspace {
     void Require(const std::string& right) const;
     /// Adds a line to the log; call it in the transaction of the change.
     void Log(const std::string& what) const;
+    /// The line of a statement that has just run, and how many rows it changed, on standard error.
+    void LogChange(const std::string& statement) const;
     /// The line of a method that was called; lists (rs...) and look-ups (Get...) have none.
     void LogCall(const std::string& method) const;
     /// Does a step, which answers its line in the log, wholly or not at all.

@@ -7,6 +7,7 @@
 #include "bookkeeping/BookOfAYear.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Error.h"
+#include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/ReportBalance.h"
 #include "kpTables/bookkeeping/ReportDays.h"
 #include "kpTables/bookkeeping/ReportMonths.h"
@@ -122,6 +123,10 @@ TEST_F(Reports, AWarehouseWithoutAnyFiguresIsUnused) {
     const auto empty = CreateBook("memory:");
     EXPECT_EQ(LastUsedMonth(*empty), 0);
     EXPECT_EQ(BookYear(*empty), 0);
+    empty->Execute("Insert Into 系统选项 (Item,Discription) Values ('建帐日期','2027年01月01日')");
+    EXPECT_EQ(BookYear(*empty), 2027);
+    empty->Execute("Insert Into 出库目录 (年份,月份,日子) Values (2026,1,1)");
+    EXPECT_EQ(BookYear(*empty), 2026);
     EXPECT_TRUE(MonthStates(*empty, 1, std::nullopt).empty());
 }
 

@@ -8,11 +8,18 @@
 
 #include "kpTables/Date.h"
 #include "kpTables/bookkeeping/LineAmounts.h"
+#include "kpTables/bookkeeping/StoredBill.h"
 
 namespace kpTables::bookkeeping {
 
 /// A transfer becomes an outbound and an inbound bill.
 enum class EntryKind { Inbound, Outbound, Cost, Transfer };
+
+/// Where such a bill is found; of a transfer, its outbound half.
+constexpr BillFamily FamilyOf(EntryKind kind) noexcept {
+    if (kind == EntryKind::Inbound) return BillFamily::Inbound;
+    return kind == EntryKind::Cost ? BillFamily::Cost : BillFamily::Outbound;
+}
 
 struct NewBillLine {
     std::int64_t row = 0;  ///< where it comes from (a file's line), for messages; 0: nowhere

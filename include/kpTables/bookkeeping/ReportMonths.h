@@ -28,7 +28,5 @@ std::vector<WarehouseMonth> MonthStates(Connection& book, std::int16_t month, st
 
 /// The last month that has bills, else the last that has balance rows; 0 in a book without either.
 std::int16_t LastUsedMonth(Connection& book);
-/// The year of the last balance rows, else of the last bills; 0 in a book without either.
-std::int32_t BookYear(Connection& book);
 
 }  // namespace kpTables::bookkeeping

@@ -14,6 +14,11 @@ namespace kpTables::bookkeeping {
 
 enum class BillFamily { Inbound, Outbound, Cost };
 
+/// Of the inbound one the outbound one, and the other way round: where the other half of a transfer is.
+constexpr BillFamily OtherDirection(BillFamily family) noexcept {
+    return family == BillFamily::Inbound ? BillFamily::Outbound : BillFamily::Inbound;
+}
+
 /// "入库", "出库" or "成本", as the methods take it.
 const char* SelectorOf(BillFamily family) noexcept;
 

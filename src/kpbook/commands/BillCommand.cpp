@@ -85,11 +85,6 @@ std::vector<bookkeeping::SheetRow> RowsToEnter(Workspace& workspace, const BillO
 
 }  // namespace
 
-BillFamily FamilyOf(EntryKind kind) noexcept {
-    if (kind == EntryKind::Inbound) return BillFamily::Inbound;
-    return kind == EntryKind::Cost ? BillFamily::Cost : BillFamily::Outbound;
-}
-
 std::int32_t BillMeant(Workspace& workspace, const BillOptions& options) {
     return bookkeeping::FindBill(*workspace.connection, FamilyOf(options.kind), options.which, options.month);
 }

@@ -42,8 +42,6 @@ int PrintBill(const BillOptions& options, const GlobalOptions& global);
 
 // What they share.
 
-/// A transfer is looked for among the outbound bills.
-bookkeeping::BillFamily FamilyOf(bookkeeping::EntryKind kind) noexcept;
 /// The bill that the words mean.
 std::int32_t BillMeant(Workspace& workspace, const BillOptions& options);
 /// Refuses what the operator has no right to enter.

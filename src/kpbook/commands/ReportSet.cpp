@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "kpTables/BookFiles.h"
+#include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/ReportMonths.h"
 #include "kpTables/bookkeeping/ReportValuation.h"
 #include "kpbook/Exit.h"

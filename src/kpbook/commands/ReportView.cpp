@@ -4,6 +4,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/Masters.h"
 #include "kpTables/bookkeeping/ReportMonths.h"
 #include "kpbook/Exit.h"

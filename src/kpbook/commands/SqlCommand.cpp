@@ -56,12 +56,6 @@ std::string ReadScript(const std::string& path) {
     return text;
 }
 
-void TellChanged(Workspace& workspace, const std::string& text) {
-    const auto rows = workspace.book->RecordsAffected();
-    workspace.Log("执行 " + text);
-    std::fprintf(stderr, rows == 1 ? "%lld row changed\n" : "%lld rows changed\n", static_cast<long long>(rows));
-}
-
 /// Runs the statements of a script, one after the other, until one fails.
 class ScriptRun {
 public:
@@ -100,7 +94,7 @@ private:
             const DatabaseError placed = InScript(statement, WithSuggestion(error, *workspace_.book));
             throw DatabaseError(placed.Number(), name_ + ": " + placed.Description(), placed.Statement());
         }
-        if (!rows) return TellChanged(workspace_, statement.text);
+        if (!rows) return workspace_.LogChange(statement.text);
         if (global_.outputPath.empty()) return output::WriteRecordset(*rows, global_);
         kept_.push_back({"line " + std::to_string(statement.line), rows});
     }
@@ -122,7 +116,7 @@ void RunOneStatement(Workspace& workspace, const SqlOptions& options, const Glob
         workspace.connection->ForgetFailures();
         throw WithSuggestion(error, *workspace.book);
     }
-    if (!recordset) return TellChanged(workspace, options.text);
+    if (!recordset) return workspace.LogChange(options.text);
     output::WriteRecordset(*recordset, global);
 }
 

@@ -14,6 +14,7 @@
 #include "kpbook/Suggestion.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/commands/CallCommand.h"
+#include "kpbook/output/CellText.h"
 #include "kpbook/output/ResultWriter.h"
 #include "kpbook/shell/ShellSyntax.h"
 #include "kpbook/shell/Words.h"
@@ -22,31 +23,12 @@ namespace kpTables::kpbook::shell {
 
 namespace {
 
-const char* TypeName(VarType type) {
-    switch (type) {
-        case VarType::Integer:
-            return "Integer";
-        case VarType::Long:
-            return "Long";
-        case VarType::Double:
-            return "Double";
-        case VarType::Currency:
-            return "Currency";
-        case VarType::Date:
-            return "Date";
-        case VarType::Boolean:
-            return "Boolean";
-        default:
-            return "String";
-    }
-}
-
 void AddColumns(MemoryRecordset& rows, const TableInfo& table) {
     for (const auto& column : table.columns) {
         rows.AddNew();
         rows.SetValue(0, table.name);
         rows.SetValue(1, column.name);
-        rows.SetValue(2, TypeName(column.type));
+        rows.SetValue(2, output::TypeName(column.type));
         rows.SetValue(3, column.counter ? "counter" : column.required ? "required" : "");
         rows.SetValue(4, column.defaultValue.IsNull() ? Variant("") : Variant(Text(column.defaultValue)));
         rows.Update();
@@ -88,9 +70,7 @@ void Session::Guarded(const std::function<void()>& action) {
 void Session::Run(const std::string& text) {
     const auto rows = workspace_.connection->Execute(text);
     if (rows) return output::WriteRecordset(*rows, global_);
-    const auto changed = workspace_.book->RecordsAffected();
-    workspace_.Log("执行 " + text);
-    std::fprintf(stderr, changed == 1 ? "%lld row changed\n" : "%lld rows changed\n", static_cast<long long>(changed));
+    workspace_.LogChange(text);
 }
 
 void Session::RunStatement(const ScriptStatement& statement, bool inScript) {
