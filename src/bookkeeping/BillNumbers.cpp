@@ -13,9 +13,8 @@ namespace {
 
 std::string PrefixOf(const StoredBill& bill) {
     const bool inbound = bill.family == BillFamily::Inbound;
-    if (bill.IsTransfer()) return "DB";
-    if (bill.type == "普通发票") return inbound ? "JP" : "XP";
-    if (bill.type == "增值税发票") return inbound ? "JZ" : "XZ";
+    const BillType* known = FindBillType(bill.type);
+    if (known) return inbound ? known->inboundPrefix : known->outboundPrefix;
     return inbound ? "RK" : "CK";
 }
 

@@ -13,7 +13,6 @@ namespace kpTables::bookkeeping {
 
 namespace {
 
-constexpr const char* kOrdinaryInvoice = "普通发票";
 constexpr const char* kVatInvoice = "增值税发票";
 constexpr std::size_t kLongestText = 255;
 
@@ -23,7 +22,7 @@ bool HasMaster(Connection& book, const std::string& table, const std::string& ke
 }
 
 std::string TypeOf(const NewBill& bill) {
-    if (bill.kind == EntryKind::Transfer) return kTransferType;
+    if (bill.kind == EntryKind::Transfer) return std::string(kTransferType);
     if (bill.kind == EntryKind::Cost) return "";
     if (!bill.type.empty()) return bill.type;
     return bill.kind == EntryKind::Inbound ? "入库单" : "出库单";
@@ -32,8 +31,9 @@ std::string TypeOf(const NewBill& bill) {
 /// Whether bills of a kind are entered with this 单据类型.
 bool IsTypeOf(const NewBill& bill, const std::string& type) {
     if (bill.kind == EntryKind::Transfer || bill.kind == EntryKind::Cost) return true;
-    return type == kOrdinaryInvoice || type == kVatInvoice ||
-           type == (bill.kind == EntryKind::Inbound ? "入库单" : "出库单");
+    const BillType* known = IsEnteredType(type) ? FindBillType(type) : nullptr;
+    const auto* prefix = !known ? "" : bill.kind == EntryKind::Inbound ? known->inboundPrefix : known->outboundPrefix;
+    return *prefix != '\0';
 }
 
 std::size_t CharactersIn(const std::string& text) {

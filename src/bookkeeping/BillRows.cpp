@@ -16,11 +16,10 @@ std::string OfBill(const BillKind& kind, std::int32_t id) {
 
 void Set(Recordset& row, std::string_view column, const Variant& value) { row.Fields(column).SetValue(value); }
 
-/// The number of a kind of bill among the others, by which some lists sort.
+/// A type of another host's is listed with the plain ones.
 const char* CodeOf(const std::string& type) {
-    if (type == "普通发票") return "02";
-    if (type == "增值税发票") return "03";
-    return type == kTransferType ? "04" : "01";
+    const BillType* known = FindBillType(type);
+    return known ? known->code : kBillTypes[0].code;
 }
 
 /// The bill's number through the year: "R000012".

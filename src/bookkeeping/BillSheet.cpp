@@ -15,8 +15,6 @@ namespace kpTables::bookkeeping {
 namespace {
 
 constexpr const char* kKey = "单据";
-/// What a text in 类型 may choose; other texts are the firm's own.
-constexpr const char* kTypes[] = {"入库单", "出库单", "普通发票", "增值税发票"};
 
 std::vector<std::string> HeaderColumns(EntryKind kind) {
     if (kind == EntryKind::Transfer) {
@@ -153,9 +151,7 @@ std::int32_t SheetReader::Warehouse(const RowGroup& group, const std::string& co
 void SheetReader::SetTypes(NewBill& bill, const RowGroup& group) const {
     bill.type = HeaderText(group, "单据类型");
     bill.subtype = HeaderText(group, "类型");
-    if (bill.type.empty() && std::ranges::find(kTypes, bill.subtype) != std::end(kTypes)) {
-        std::swap(bill.type, bill.subtype);
-    }
+    if (bill.type.empty() && IsEnteredType(bill.subtype)) std::swap(bill.type, bill.subtype);
 }
 
 NewBill SheetReader::BillOf(const RowGroup& group) {

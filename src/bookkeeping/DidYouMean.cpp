@@ -4,13 +4,13 @@
 #include <cstddef>
 #include <vector>
 
+#include "bookkeeping/Names.h"
+
 namespace kpTables::bookkeeping {
 
 namespace {
 
 constexpr std::size_t kMostNamed = 3;
-
-char Lower(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte; }
 
 /// The characters of a text, in lower case.
 std::vector<std::string> CharactersOf(std::string_view text) {
@@ -20,7 +20,7 @@ std::vector<std::string> CharactersOf(std::string_view text) {
         if (continues && !characters.empty()) {
             characters.back() += byte;
         } else {
-            characters.emplace_back(1, Lower(byte));
+            characters.emplace_back(1, LowerLetter(byte));
         }
     }
     return characters;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "bookkeeping/BillKinds.h"
+#include "bookkeeping/Names.h"
 #include "bookkeeping/Warehouses.h"
 #include "kpTables/Convert.h"
 
@@ -11,9 +12,8 @@ namespace kpTables::bookkeeping {
 namespace {
 
 int PositionOf(const std::vector<std::string>& columns, std::string_view name) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    const auto found = std::ranges::find_if(
-        columns, [&](const std::string& column) { return std::ranges::equal(column, name, {}, lower, lower); });
+    const auto found =
+        std::ranges::find_if(columns, [&](const std::string& column) { return IsSameName(column, name); });
     return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "bookkeeping/MasterRows.h"
+#include "bookkeeping/Names.h"
 #include "bookkeeping/References.h"
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
@@ -19,15 +20,9 @@ namespace {
 /// Columns that closing and reopening keep.
 constexpr const char* kClosingColumns[] = {"结帐日期", "结帐标志"};
 
-bool IsSameColumn(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::ranges::equal(a, b, {}, lower, lower);
-}
-
 bool IsSettable(const MasterTable& table, const std::string& column) {
-    return !IsSameColumn(column, table.id) &&
-           !(table.kind == MasterKind::Warehouse &&
-             std::ranges::find(kClosingColumns, column) != std::end(kClosingColumns));
+    return !IsSameName(column, table.id) && !(table.kind == MasterKind::Warehouse &&
+                                              std::ranges::find(kClosingColumns, column) != std::end(kClosingColumns));
 }
 
 [[noreturn]] void RefuseColumn(const MasterTable& table, const std::string& given,
@@ -50,7 +45,7 @@ double NumberIn(const std::string& column, const std::string& text) {
 
 bool FlagIn(const std::string& column, const std::string& text) {
     const auto isOneOf = [&](std::initializer_list<std::string_view> words) {
-        return std::ranges::any_of(words, [&](std::string_view word) { return IsSameColumn(word, text); });
+        return std::ranges::any_of(words, [&](std::string_view word) { return IsSameName(word, text); });
     };
     if (isOneOf({"True", "yes", "on", "1", "-1", "是"})) return true;
     if (isOneOf({"False", "no", "off", "0", "否"})) return false;
@@ -88,7 +83,7 @@ Variant ReadTyped(const FieldInfo& column, const std::string& given) {
 std::optional<Variant> ReadReference(const ConnectionPtr& book, const MasterTable& table, const std::string& column,
                                      const std::string& given) {
     const auto* reference = std::ranges::find_if(kReferences, [&](const Reference& each) {
-        return std::string_view(each.table) == table.table && IsSameColumn(each.column, column);
+        return std::string_view(each.table) == table.table && IsSameName(each.column, column);
     });
     if (reference == std::end(kReferences)) return std::nullopt;
     const std::string text(Trim(given));
@@ -111,8 +106,7 @@ ColumnValues ReadMasterValues(const ConnectionPtr& book, const MasterTable& tabl
     for (const ColumnValue& each : values) {
         const std::string& given = each.column;
         if (!IsSettable(table, given)) RefuseWith(given + " is not set by hand");
-        const auto name =
-            std::ranges::find_if(settable, [&](const auto& column) { return IsSameColumn(column, given); });
+        const auto name = std::ranges::find_if(settable, [&](const auto& column) { return IsSameName(column, given); });
         if (name == settable.end()) RefuseColumn(table, given, settable);
         if (std::ranges::any_of(read, [&](const auto& other) { return other.column == *name; })) {
             RefuseWith(*name + " is given twice");

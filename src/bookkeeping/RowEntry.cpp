@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 
+#include "bookkeeping/Names.h"
 #include "bookkeeping/Query.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
@@ -12,11 +13,6 @@
 namespace kpTables::bookkeeping {
 
 namespace {
-
-bool IsSameColumn(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::ranges::equal(a, b, {}, lower, lower);
-}
 
 std::string Bracketed(std::string_view name) { return "[" + std::string(name) + "]"; }
 
@@ -81,7 +77,7 @@ RowEntry::RowEntry(Book& book, const TableInfo& table, const std::vector<std::st
     : book_(book), table_(table), update_(options.update) {
     for (const std::string& name : columns) {
         const auto found =
-            std::ranges::find_if(table_.columns, [&](const auto& c) { return IsSameColumn(c.name, name); });
+            std::ranges::find_if(table_.columns, [&](const auto& c) { return IsSameName(c.name, name); });
         if (found == table_.columns.end()) {
             Raise(ErrorNumber::InvalidCall, table_.name + " has no column " + name);
         }
@@ -104,7 +100,7 @@ void RowEntry::FindKey(const std::vector<std::string>& key) {
         Raise(ErrorNumber::InvalidCall, table_.name + " has no primary key; name the columns that tell its rows apart");
     }
     for (const std::string& name : names) {
-        const auto found = std::ranges::find_if(columns_, [&](const auto* c) { return IsSameColumn(c->name, name); });
+        const auto found = std::ranges::find_if(columns_, [&](const auto* c) { return IsSameName(c->name, name); });
         if (found == columns_.end()) {
             Raise(ErrorNumber::InvalidCall, "the key's column " + name + " of " + table_.name + " is not given");
         }

@@ -152,9 +152,9 @@ std::int32_t FindBill(Connection& book, BillFamily family, const std::string& te
 std::int32_t CounterpartOf(const ConnectionPtr& book, const StoredBill& bill) {
     if (!bill.IsTransfer() || bill.family == BillFamily::Cost) return 0;
     const BillFamily other = OtherDirection(bill.family);
-    const std::int32_t halves = NumberOf(*book, "Select Count(*) As n From " + TablesOf(other).Headers() +
-                                                    " Where 月份=" + std::to_string(bill.month) + " And 单据类型='" +
-                                                    kTransferType + "' And 单据编号='" + Quoted(bill.number) + "'");
+    const std::int32_t halves = NumberOf(
+        *book, "Select Count(*) As n From " + TablesOf(other).Headers() + " Where 月份=" + std::to_string(bill.month) +
+                   " And 单据类型='" + std::string(kTransferType) + "' And 单据编号='" + Quoted(bill.number) + "'");
     if (halves > 1) {
         RefuseWith("the other half of the transfer " + bill.number + " may be any of " + std::to_string(halves) +
                    " bills of month " + std::to_string(bill.month) + ": give them different numbers first");

@@ -8,6 +8,7 @@
 
 #include "kpTables/Connection.h"
 #include "kpTables/Date.h"
+#include "kpTables/bookkeeping/BillTypes.h"
 #include "kpTables/bookkeeping/LineAmounts.h"
 
 namespace kpTables::bookkeeping {
@@ -21,8 +22,6 @@ constexpr BillFamily OtherDirection(BillFamily family) noexcept {
 
 /// "入库", "出库" or "成本", as the methods take it.
 const char* SelectorOf(BillFamily family) noexcept;
-
-inline constexpr const char* kTransferType = "调拨单";
 
 struct StoredBillLine {
     std::int32_t product = 0;

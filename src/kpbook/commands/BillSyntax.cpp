@@ -25,12 +25,8 @@ constexpr HeaderWord kHeaderWords[] = {
     {"--remarks", "说明", "Remarks", "TEXT"},
 };
 
-constexpr const char* kBillTypes[] = {"入库单", "出库单", "普通发票", "增值税发票"};
-
 /// The column that a type belongs to: the kinds of bills have their own.
-const char* TypeColumnOf(const std::string& type) {
-    return std::ranges::find(kBillTypes, type) != std::end(kBillTypes) ? "单据类型" : "类型";
-}
+const char* TypeColumnOf(const std::string& type) { return bookkeeping::IsEnteredType(type) ? "单据类型" : "类型"; }
 
 CLI::App* AddAction(CLI::App& bill, const std::string& name, const std::string& what, const std::string& footer,
                     BillWords& words, bool withTransfers) {

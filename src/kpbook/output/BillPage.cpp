@@ -1,6 +1,6 @@
 #include "kpbook/output/BillPage.h"
 
-#include <string_view>
+#include "kpbook/output/HtmlText.h"
 
 namespace kpTables::kpbook::output {
 
@@ -29,46 +29,23 @@ footer { display: flex; justify-content: space-between; gap: 8mm; margin-top: 5m
 @media print { body { margin: 0 auto; padding: 0 } }
 )";
 
-std::string Escaped(std::string_view text) {
-    std::string html;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                html += "&amp;";
-                break;
-            case '<':
-                html += "&lt;";
-                break;
-            case '>':
-                html += "&gt;";
-                break;
-            case '"':
-                html += "&quot;";
-                break;
-            default:
-                html += c;
-        }
-    }
-    return html;
-}
-
 std::string CellsOf(const BillPage& page, const std::vector<std::string>& texts) {
     std::string html = "<tr>";
     for (std::size_t i = 0; i < texts.size(); ++i) {
-        html += (page.columns[i].second ? "<td class=\"n\">" : "<td>") + Escaped(texts[i]) + "</td>";
+        html += (page.columns[i].second ? "<td class=\"n\">" : "<td>") + HtmlText(texts[i]) + "</td>";
     }
     return html + "</tr>\n";
 }
 
 std::string TableOf(const BillPage& page) {
     std::string html = "<table>\n<thead><tr>";
-    for (const auto& column : page.columns) html += "<th>" + Escaped(column.first) + "</th>";
+    for (const auto& column : page.columns) html += "<th>" + HtmlText(column.first) + "</th>";
     html += "</tr></thead>\n<tbody>\n";
     for (const auto& row : page.rows) html += CellsOf(page, row);
     html += CellsOf(page, page.totals);
     if (!page.capitals.empty()) {
         html += "<tr><td colspan=\"" + std::to_string(page.columns.size()) + "\">金额合计（大写）：" +
-                Escaped(page.capitals) + "　（小写）：¥" + Escaped(page.figures) + "</td></tr>\n";
+                HtmlText(page.capitals) + "　（小写）：¥" + HtmlText(page.figures) + "</td></tr>\n";
     }
     return html + "</tbody>\n</table>\n";
 }
@@ -77,14 +54,14 @@ std::string TableOf(const BillPage& page) {
 
 std::string BillHtml(const BillPage& page) {
     std::string html = "<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
-                       Escaped(page.title) + "</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header><p>" +
-                       Escaped(page.company) + "</p><h1>" + Escaped(page.title) + "</h1></header>\n<dl>\n";
+                       HtmlText(page.title) + "</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header><p>" +
+                       HtmlText(page.company) + "</p><h1>" + HtmlText(page.title) + "</h1></header>\n<dl>\n";
     for (const auto& [label, text] : page.fields) {
-        html += "<div><dt>" + Escaped(label) + "</dt><dd>" + Escaped(text) + "</dd></div>\n";
+        html += "<div><dt>" + HtmlText(label) + "</dt><dd>" + HtmlText(text) + "</dd></div>\n";
     }
     html += "</dl>\n" + TableOf(page) + "<footer>\n";
     for (const auto& [label, name] : page.signers) {
-        html += "<span>" + Escaped(label) + "：" + Escaped(name) + "</span>\n";
+        html += "<span>" + HtmlText(label) + "：" + HtmlText(name) + "</span>\n";
     }
     return html + "</footer>\n</body>\n</html>\n";
 }
