@@ -5,6 +5,10 @@ target_compile_options(kpTablesFlags INTERFACE -Wall -Wextra -Wpedantic $<$<BOOL
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(kpTablesFlags INTERFACE -Wno-restrict)
 endif()
+# Position-independent code calls its own functions directly, as that of a program does.
+if(KPTABLES_SHARED)
+  target_compile_options(kpTablesFlags INTERFACE -fno-semantic-interposition)
+endif()
 if(KPTABLES_SANITIZE)
   target_compile_options(kpTablesFlags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                  -fno-omit-frame-pointer)

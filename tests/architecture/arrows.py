@@ -48,6 +48,7 @@ MAY_INCLUDE = {
 # the folders that may include them.
 LIBRARIES = {
     "sqlite3.h": ["src/engines/sqlite"],
+    "sqlite3ext.h": ["src/engines/sqlite"],
     "libpq-fe.h": ["src/engines/postgres"],
     "sql.h": ["src/engines/odbc"],
     "sqlext.h": ["src/engines/odbc"],

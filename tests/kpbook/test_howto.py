@@ -1,45 +1,15 @@
-"""The how-to pages: every command of their consoles does what the page shows, with the files that the page shows.
-
-A block marked csv gives a file's name and encoding; in a block marked console, lines that begin with $ are commands and the others
-what they say. A Chinese page has the blocks of the English one.
+"""The how-to pages do what they show, and their figures are those of a calculation of its own. A Chinese page has the blocks of
+the English one.
 """
 
 import csv
-import os
-import pathlib
-import re
-import subprocess
 import unittest
 from decimal import Decimal
 
-from kpbook_case import KPBOOK, KpbookCase
-
-DOCS = pathlib.Path(__file__).resolve().parents[2] / "docs"
-BLOCK = re.compile(r"^```(csv|console)([^\n]*)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+from page_case import BLOCK, DOCS, PageCase
 
 
-class HowToTest(KpbookCase):
-    def run_page(self, name):
-        environment = {**os.environ, "PATH": f"{pathlib.Path(KPBOOK).parent}:{os.environ['PATH']}"}
-        commands = 0
-        for kind, mark, text in BLOCK.findall((DOCS / name).read_text("utf-8")):
-            if kind == "csv":
-                file, encoding, *_ = [*mark.split(), "utf-8"]
-                (self.folder / file).write_bytes(text.encode(encoding))
-                continue
-            for command, said in re.findall(r"^\$ ([^\n]*)\n((?:(?!\$ )[^\n]*\n)*)", text, re.MULTILINE):
-                done = subprocess.run(command, shell=True, cwd=self.folder, env=environment, stdout=subprocess.PIPE,
-                                      stderr=subprocess.STDOUT, timeout=60)
-                self.assertEqual(done.stdout.decode(), said, command)
-                self.assertEqual(done.returncode, self.code_of(command, said), command)
-                commands += 1
-        return commands
-
-    @staticmethod
-    def code_of(command, said):
-        """A refusal exits with 1, and so does check when it finds something."""
-        return int("\nkpbook: " in "\n" + said or (command.startswith("kpbook check ") and said != ""))
-
+class HowToTest(PageCase):
     def test_spreadsheet(self):
         self.assertEqual(self.run_page("howto-spreadsheet.md"), 12)
         self.assertIn("01001,", (self.folder / "prices" / "商品设置.csv").read_text("utf-8"))
