@@ -37,6 +37,7 @@ endif()
 # cpack --config build/release/CPackConfig.cmake makes libkptables1, libkptables-dev, libsqlite3-mod-kptext and kpbook.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kptables)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "the kpTables developers")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)

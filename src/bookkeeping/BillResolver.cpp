@@ -55,7 +55,12 @@ void CheckRate(double rate) {
 }  // namespace
 
 BillResolver::BillResolver(const ConnectionPtr& book, const EntryOptions& options)
-    : book_(book), tables_(book), returns_(options.returns), closed_(*book), year_(BookYear(*book)) {}
+    : book_(book),
+      tables_(book),
+      returns_(options.returns),
+      closed_(*book),
+      year_(BookYear(*book)),
+      firstMonth_(FirstMonth(*book)) {}
 
 std::string BillResolver::RefusalOfMonth(std::int32_t warehouse, std::int32_t month) const {
     return closed_.IsClosed(warehouse, month) && month > 0 ? "month " + std::to_string(month) + " is closed" : "";
@@ -64,6 +69,9 @@ std::string BillResolver::RefusalOfMonth(std::int32_t warehouse, std::int32_t mo
 std::string BillResolver::RefusalOfDay(std::int32_t warehouse, Date date) const {
     if (year_ != 0 && date.Year() != year_) {
         return date.ToText() + " is not in the book's year " + std::to_string(year_);
+    }
+    if (date.Month() < firstMonth_) {
+        return date.ToText() + " is before the book's first month, " + std::to_string(firstMonth_);
     }
     return RefusalOfMonth(warehouse, date.Month());
 }

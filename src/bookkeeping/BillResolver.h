@@ -23,8 +23,9 @@ public:
     /// Puts what a changed bill says into the stored one, but for its warehouse; its lines stay where it has none.
     void Change(StoredBill& stored, const NewBill& bill, std::vector<BillFault>& faults);
 
-    /// Why a bill may not be stored, changed or removed in this warehouse on this day; "" when it may.
+    /// Why a bill may not be stored in this warehouse with this date; "" when it may.
     std::string RefusalOfDay(std::int32_t warehouse, Date date) const;
+    /// Why a stored bill may not be changed or removed; "" when it may.
     std::string RefusalOfMonth(std::int32_t warehouse, std::int32_t month) const;
 
     /// "东库"; the id where the warehouse has no name.
@@ -54,7 +55,8 @@ private:
     CheckedTables tables_;
     bool returns_;
     ClosedMonths closed_;
-    std::int32_t year_;  ///< the book's; 0: not known yet
+    std::int32_t year_;        ///< the book's; 0: not known yet
+    std::int32_t firstMonth_;  ///< of that year
     std::map<std::int32_t, Product> products_;
     std::map<std::int32_t, std::string> warehouses_;
 };

@@ -22,4 +22,12 @@ std::int32_t BookYear(Connection& book) {
     return 0;
 }
 
+std::int32_t FirstMonth(Connection& book) {
+    // A book that was not begun for a firm has the day it was made in its settings, and none in AccInfo.
+    const auto rows = book.Execute("Select 建帐日期 From AccInfo");
+    if (rows->Eof() || !IsDate(rows->GetValue(0))) return 1;
+    const Date first = CDate(rows->GetValue(0));
+    return first.Year() == BookYear(book) ? first.Month() : 1;
+}
+
 }  // namespace kpTables::bookkeeping

@@ -5,6 +5,7 @@
 #include "BookOfAYear.h"
 #include "kpTables/CTables.h"
 #include "kpTables/bookkeeping/BillNumbers.h"
+#include "kpTables/bookkeeping/NewBook.h"
 #include "kpTables/bookkeeping/StockOnHand.h"
 
 namespace kpTables::bookkeeping {
@@ -260,6 +261,24 @@ TEST_F(BillEntryTest, AnEmptyBookTakesTheYearOfItsFirstBill) {
     EXPECT_EQ(RefusalOf({BillOf(EntryKind::Inbound, Day(1, 1, 2026), {Line(1, 1, "1")}),
                          BillOf(EntryKind::Inbound, Day(1, 1, 2025), {Line(1, 1, "1")})}),
               "日期: 东库: 2025-1-1 is not in the book's year 2026");
+}
+
+TEST_F(BillEntryTest, AFirmsBookTakesNoBillBeforeItsFirstMonth) {
+    book_ = CreateBook("memory:");
+    BeginBook(book_, {.company = "甲", .year = 2026, .month = 3, .warehouses = {"东库"}});
+    book_->Execute("Insert Into 商品设置 (pdID,商品名称) Values (1,'水泥')");
+    const auto bill = [](Date date) { return BillOf(EntryKind::Inbound, date, {Line(1, 1, "1")}); };
+    EXPECT_EQ(RefusalOf({bill(Day(2, 28, 2026))}), "日期: 东库: 2026-2-28 is before the book's first month, 3");
+    Enter({bill(Day(3, 1, 2026)), bill(Day(12, 31, 2026))});
+    // A book that was only made has the day of its making, which says nothing of its months.
+    book_ = CreateBook("memory:");
+    PrepareBook(book_, Day(11, 22, 2026));
+    book_->Execute("Insert Into 仓库设置 (dpID,仓库名称) Values (1,'东库')");
+    book_->Execute("Insert Into 商品设置 (pdID,商品名称) Values (1,'水泥')");
+    Enter({bill(Day(1, 1, 2026))});
+    // Nor does the first month of another year.
+    book_->Execute("Insert Into AccInfo (建帐日期) Values ('2025年03月01日')");
+    Enter({bill(Day(1, 2, 2026))});
 }
 
 TEST_F(BillEntryTest, CurrentCostIsTheWeightedAverage) {
