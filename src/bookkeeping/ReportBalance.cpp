@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "bookkeeping/BillKinds.h"
+#include "bookkeeping/OutboundGoods.h"
 #include "bookkeeping/Query.h"
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
@@ -20,17 +20,10 @@ using AmountsByProduct = std::map<std::int32_t, Currency>;
 
 void AddOutbound(Connection& book, Valuation valuation, const std::string& ofMonth, bool isSubtracted,
                  AmountsByProduct& amounts) {
-    const bool atCost = valuation == Valuation::CostBills;
-    const BillKind& kind = atCost ? kCost : kOutbound;
-    const std::string key = kind.key;
-    const auto rows = book.Execute("Select pdID,Sum(" + std::string(atCost ? "金额" : "除税金额") + ") As 合计 From " +
-                                   kind.Lines() + " Where pdID Is Not Null And " + key + " In (Select " + key +
-                                   " From " + kind.Headers() + ofMonth + ") Group by pdID");
-    for (; !rows->Eof(); rows->MoveNext()) {
-        if (rows->GetValue(1).IsNull()) continue;
-        Currency& sum = amounts[CLng(rows->GetValue(0))];
-        const Currency amount = CCur(rows->GetValue(1));
-        sum = isSubtracted ? sum - amount : sum + amount;
+    for (const auto& goods : OutboundAt(book, valuation, ofMonth, SumsOf::Months)) {
+        if (!goods.product) continue;
+        Currency& sum = amounts[*goods.product];
+        sum = isSubtracted ? sum - goods.amount : sum + goods.amount;
     }
 }
 

@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "bookkeeping/OutboundGoods.h"
 #include "kpTables/Convert.h"
 
 namespace kpTables::bookkeeping {
@@ -13,17 +14,14 @@ using DaysInOrder = std::map<std::int32_t, DayFigures>;
 
 std::int32_t DayOf(const Variant& value) { return value.IsNull() ? 0 : CLng(value); }
 
-/// Replaces the outbound amounts with those of the cost bills.
+/// Replaces the outbound amounts with those at cost.
 void ValueAtCost(Connection& book, std::int16_t month, std::int32_t warehouse, DaysInOrder& days) {
     for (auto& [day, figures] : days) figures.outAmount = Currency();
-    const auto rows = book.Execute(
-        "Select Lst.日子, Sum(Rec.金额) As 金额 From 成本目录 As Lst Inner Join 成本记录 As Rec On Lst.CostID=Rec.CostID "
-        "Where Lst.月份=" +
-        std::to_string(month) + (warehouse > 0 ? " And Lst.dpID=" + std::to_string(warehouse) : "") +
-        " Group by Lst.日子");
-    for (; !rows->Eof(); rows->MoveNext()) {
-        const Variant amount = rows->GetValue(1);
-        if (!amount.IsNull()) days[DayOf(rows->GetValue(0))].outAmount = CCur(amount);
+    const std::string here =
+        " Where 月份=" + std::to_string(month) + (warehouse > 0 ? " And dpID=" + std::to_string(warehouse) : "");
+    for (const auto& goods : OutboundAt(book, Valuation::CostBills, here, SumsOf::Days)) {
+        Currency& amount = days[goods.day].outAmount;
+        amount = amount + goods.amount;
     }
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "bookkeeping/OutboundGoods.h"
 #include "kpTables/Convert.h"
 
 namespace kpTables::bookkeeping {
@@ -31,10 +32,29 @@ Movement MovementOf(const Variant& quantity, const Variant& amount) {
     return {MoneyOf(quantity), CCur(Quotient(amount, quantity)), MoneyOf(amount)};
 }
 
-std::string BillSums(const std::string& kind, const std::string& month, const std::string& warehouse) {
-    return "Select Rec.pdID, Sum(Rec.数量) As 数量, Sum(Rec.除税金额) As 金额 From " + kind +
-           "记录 As Rec Inner Join " + kind + "目录 As Lst On Rec.BillID = Lst.BillID Where Lst.月份=" + month +
-           (warehouse.empty() ? "" : " And Lst.dpID=" + warehouse) + " Group by Rec.pdID";
+void Add(Movement& movement, const OutboundGoods& goods) {
+    movement.quantity = movement.quantity + CCur(Variant(goods.quantity));
+    movement.amount = movement.amount + goods.amount;
+    movement.price = CCur(Quotient(Variant(movement.amount), Variant(movement.quantity)));
+}
+
+std::string InboundSums(const std::string& month, const std::string& warehouse) {
+    return "Select Rec.pdID, Sum(Rec.数量) As 数量, Sum(Rec.除税金额) As 金额 From 入库记录 As Rec Inner Join 入库目录 As Lst "
+           "On Rec.BillID = Lst.BillID Where Lst.月份=" +
+           month + (warehouse.empty() ? "" : " And Lst.dpID=" + warehouse) + " Group by Rec.pdID";
+}
+
+std::string ConditionOf(const StockScope& scope) {
+    return "月份=" + std::to_string(scope.month) +
+           (scope.warehouse ? " And dpID=" + std::to_string(*scope.warehouse) : "");
+}
+
+std::map<std::int32_t, Movement> OutboundByProduct(Connection& book, Valuation valuation, const std::string& here) {
+    std::map<std::int32_t, Movement> products;
+    for (const auto& goods : OutboundAt(book, valuation, " Where " + here, SumsOf::Months)) {
+        if (goods.product) Add(products[*goods.product], goods);
+    }
+    return products;
 }
 
 }  // namespace
@@ -51,7 +71,6 @@ double StockFigures::Price() const {
 StockFigures StockOf(CTables& tables, WatchedConnection& connection, const StockScope& scope, std::int32_t product) {
     const auto warehouse = scope.warehouse.value_or(0);
     const auto month = scope.month;
-    const bool atCost = scope.valuation == Valuation::CostBills;
     connection.ForgetFailures();
     StockFigures figures;
     figures.openingQuantity = tables.Get上期库存(warehouse, product, month, "数量");
@@ -59,23 +78,23 @@ StockFigures StockOf(CTables& tables, WatchedConnection& connection, const Stock
     figures.openingAmount = CCur(tables.Get上期库存(warehouse, product, month, "金额"));
     const auto inbound = [&](const char* what) { return tables.Get商品入库(warehouse, product, month, what); };
     const auto outbound = [&](const char* what) { return tables.Get商品出库(warehouse, product, month, what); };
-    const auto cost = [&](const char* what) {
-        return tables.Get商品成本(warehouse, product, std::to_string(month), what);
-    };
     figures.inbound = {inbound("数量"), inbound("单价"), inbound("金额")};
-    figures.outbound.quantity = outbound("数量");
-    figures.outbound.price = atCost ? cost("单价") : outbound("单价");
-    figures.outbound.amount = atCost ? cost("金额") : outbound("金额");
+    figures.outbound = {outbound("数量"), outbound("单价"), outbound("金额")};
+    if (scope.valuation == Valuation::CostBills) {
+        // The method for costs does not say whether there are any.
+        const Movement valued = OutboundByProduct(connection, Valuation::CostBills, ConditionOf(scope))[product];
+        figures.outbound.price = valued.price;
+        figures.outbound.amount = valued.amount;
+    }
     // The methods return 0 after an error.
     if (const auto* error = connection.LastError()) throw *error;
     return figures;
 }
 
 std::map<std::int32_t, StockFigures> StockByProduct(Connection& book, const StockScope& scope) {
-    const bool atCost = scope.valuation == Valuation::CostBills;
     const std::string month = std::to_string(scope.month);
     const std::string warehouse = scope.warehouse ? std::to_string(*scope.warehouse) : "";
-    const std::string here = "月份=" + month + (scope.warehouse ? " And dpID=" + warehouse : "");
+    const std::string here = ConditionOf(scope);
     std::map<std::int32_t, StockFigures> products;
     ForEachProduct(book,
                    "Select pdID, Sum(上期库存数量) As 数量, Sum(上期库存金额) As 金额 From 仓库余额表 Where " + here +
@@ -86,29 +105,19 @@ std::map<std::int32_t, StockFigures> StockByProduct(Connection& book, const Stoc
                        figures.openingPrice = Quotient(amount, quantity);
                        figures.openingAmount = MoneyOf(amount);
                    });
-    ForEachProduct(book, BillSums("入库", month, warehouse),
+    ForEachProduct(book, InboundSums(month, warehouse),
                    [&](std::int32_t product, const Variant& quantity, const Variant& amount) {
                        products[product].inbound = MovementOf(quantity, amount);
                    });
-    ForEachProduct(book, BillSums("出库", month, warehouse),
-                   [&](std::int32_t product, const Variant& quantity, const Variant& amount) {
-                       auto& outbound = products[product].outbound;
-                       if (atCost) {
-                           outbound.quantity = MoneyOf(quantity);
-                       } else {
-                           outbound = MovementOf(quantity, amount);
-                       }
-                   });
-    if (!atCost) return products;
-    ForEachProduct(book,
-                   "Select pdID, Sum(数量) As 数量, Sum(金额) As 金额 From 成本记录 Where CostID In "
-                   "(Select CostID From 成本目录 Where " +
-                       here + ") Group by pdID",
-                   [&](std::int32_t product, const Variant& quantity, const Variant& amount) {
-                       const Movement cost = MovementOf(quantity, amount);
-                       products[product].outbound.price = cost.price;
-                       products[product].outbound.amount = cost.amount;
-                   });
+    for (const auto& [product, movement] : OutboundByProduct(book, Valuation::OutboundBills, here)) {
+        products[product].outbound = movement;
+    }
+    if (scope.valuation == Valuation::OutboundBills) return products;
+    // The quantity stays that of the outbound bills.
+    for (const auto& [product, movement] : OutboundByProduct(book, scope.valuation, here)) {
+        products[product].outbound.price = movement.price;
+        products[product].outbound.amount = movement.amount;
+    }
     return products;
 }
 
@@ -125,20 +134,16 @@ std::vector<StockValue> StockValues(Connection& book, Valuation valuation) {
     };
     forEach("Select dpID,月份,Sum(上期库存金额) As 金额 From 仓库余额表 Group by dpID,月份",
             [&](auto place, Currency amount) { amounts[place] = amount; });
-    const auto add = [&](const std::string& kind, const std::string& key, const std::string& column, bool isInbound) {
-        forEach("Select Lst.dpID,Lst.月份,Sum(Rec." + column + ") As 金额 From " + kind + "目录 As Lst Inner Join " +
-                    kind + "记录 As Rec On Lst." + key + "=Rec." + key + " Group by Lst.dpID,Lst.月份",
-                [&](auto place, Currency amount) {
-                    const auto found = amounts.find(place);
-                    if (found == amounts.end()) return;
-                    found->second = isInbound ? found->second + amount : found->second - amount;
-                });
+    const auto add = [&](std::pair<std::int32_t, std::int32_t> place, Currency amount) {
+        const auto found = amounts.find(place);
+        if (found != amounts.end()) found->second = found->second + amount;
     };
-    add("入库", "BillID", "除税金额", true);
-    if (valuation == Valuation::CostBills) {
-        add("成本", "CostID", "金额", false);
-    } else {
-        add("出库", "BillID", "除税金额", false);
+    forEach(
+        "Select Lst.dpID,Lst.月份,Sum(Rec.除税金额) As 金额 From 入库目录 As Lst Inner Join 入库记录 As Rec "
+        "On Lst.BillID=Rec.BillID Group by Lst.dpID,Lst.月份",
+        add);
+    for (const auto& goods : OutboundAt(book, valuation, "", SumsOf::Months)) {
+        add({goods.warehouse, goods.month}, -goods.amount);
     }
     std::vector<StockValue> values;
     values.reserve(amounts.size());

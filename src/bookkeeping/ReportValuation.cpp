@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "bookkeeping/BillKinds.h"
+#include "bookkeeping/OutboundGoods.h"
 #include "bookkeeping/Query.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
@@ -18,10 +18,10 @@ Currency SumOf(Connection& book, const std::string& query) {
     return rows->Eof() || rows->GetValue(0).IsNull() ? Currency() : CCur(rows->GetValue(0));
 }
 
-Currency AmountOfBills(Connection& book, const BillKind& kind, const std::string& amount, const std::string& ofMonth) {
-    const std::string key = kind.key;
-    return SumOf(book, "Select Sum(" + amount + ") As 合计 From " + kind.Lines() + " Where " + key + " In (Select " +
-                           key + " From " + kind.Headers() + ofMonth + ")");
+Currency OutboundAmount(Connection& book, Valuation valuation, const std::string& ofMonth) {
+    Currency sum;
+    for (const auto& goods : OutboundAt(book, valuation, ofMonth, SumsOf::Months)) sum = sum + goods.amount;
+    return sum;
 }
 
 }  // namespace
@@ -41,8 +41,8 @@ std::optional<Valuation> ValuationSetting(CTables& tables) {
 std::optional<Valuation> ClosedWith(Connection& book, std::int32_t warehouse, std::int16_t month) {
     const std::string ofMonth = OfMonth(warehouse, month);
     const Currency stored = SumOf(book, "Select Sum(本期出库金额) As 合计 From 仓库余额表" + ofMonth);
-    const bool isOutbound = stored == AmountOfBills(book, kOutbound, "除税金额", ofMonth);
-    const bool isCost = stored == AmountOfBills(book, kCost, "金额", ofMonth);
+    const bool isOutbound = stored == OutboundAmount(book, Valuation::OutboundBills, ofMonth);
+    const bool isCost = stored == OutboundAmount(book, Valuation::CostBills, ofMonth);
     if (isOutbound == isCost) return std::nullopt;
     return isCost ? Valuation::CostBills : Valuation::OutboundBills;
 }

@@ -187,6 +187,28 @@ TEST_F(Reports, StockOfOneProductEqualsThatOfAll) {
     }
 }
 
+/// As the closing values them: 1 of product 2 goes out for 0.3, and only product 1 has a cost bill.
+TEST_F(Reports, GoodsWithoutACostBillLeaveAtTheirOutboundBills) {
+    Enter(*book_, {"出库", 2, 1, 1, 2, "1", "0.3"});
+    Close(1, 1, true);
+    const auto stored = book_->Execute("Select Sum(本期库存金额) As 金额 From 仓库余额表 Where dpID=1 And 月份=1");
+    // 50 + 38 - 27.5, and 25 - 0.3.
+    EXPECT_EQ(Text(stored->GetValue(0)), "85.2");
+    EXPECT_EQ(ClosedWith(*book_, 1, 1), Valuation::CostBills);
+    EXPECT_EQ(Days(1, Valuation::CostBills),
+              (Lines{"10: 110/75 0/0 5/0 105/75", "15: 105/75 0/0 1/0.3 104/74.7", "20: 104/74.7 6/38 0/0 110/112.7",
+                     "31: 110/112.7 0/0 0/27.5 110/85.2"}));
+    const StockScope scope{1, 1, Valuation::CostBills};
+    EXPECT_EQ(StockByProduct(*book_, scope).at(2).Amount().ToText(), "24.7");
+    const auto watched = std::make_shared<WatchedConnection>(book_, [] { return 0; });
+    tables_.Cnn(watched);
+    EXPECT_EQ(StockOf(tables_, *watched, scope, 2).Amount().ToText(), "24.7");
+    EXPECT_EQ(StockOf(tables_, *watched, {1, std::nullopt, Valuation::CostBills}, 1).Amount().ToText(), "75.5");
+    // 40 and 0.3 at the outbound bills.
+    EXPECT_NE(Balance(1, Valuation::OutboundBills), Balance(1, Valuation::CostBills));
+    EXPECT_EQ(StockValues(*book_, Valuation::CostBills).front().amount.ToText(), "85.2");
+}
+
 TEST_F(Reports, StockValuesByWarehouseAndMonth) {
     const auto lines = [&](Valuation valuation) {
         Lines values;

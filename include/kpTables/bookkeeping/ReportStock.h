@@ -41,8 +41,8 @@ struct StockScope {
     Valuation valuation = Valuation::OutboundBills;
 };
 
-/// One product's (pdID) figures, each from a method of the component. connection is the one that tables works on: it
-/// tells what the methods trap, and that is thrown.
+/// One product's (pdID) figures, each from a method of the component but for what the goods that went out have cost.
+/// connection is the one that tables works on: it tells what the methods trap, and that is thrown.
 StockFigures StockOf(CTables& tables, WatchedConnection& connection, const StockScope& scope, std::int32_t product);
 
 /// The same figures of every product that has a balance row or a bill line in the month, from one statement per table.

@@ -10,7 +10,7 @@ namespace kpTables::bookkeeping {
 
 enum class Valuation {
     OutboundBills,  ///< at the net amounts of the outbound bills
-    CostBills,      ///< at the amounts of the cost bills
+    CostBills,      ///< at the amounts of the cost bills; goods without one in their month, at the outbound bills'
 };
 
 /// The setting of a book (系统选项) that names its valuation: 成本 for cost bills, 出库 for outbound bills.
