@@ -9,6 +9,7 @@ that fails, and a result other than the one noted are errors, and the columns of
 import itertools
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -27,6 +28,9 @@ The object raises one event, `TableChanged(ProcName As String, TableName As Stri
 Below each table, examples: the arguments as a batch has them ([protocol.md](protocol.md)), and the columns that the answer has on a
 book with the sample year. A test runs them all.
 """
+
+# The texts that choose what a method is about.
+CHOICES = ("rWhich", "Which", "m_Which", "What", "rWhere", "rKind", "rBillType", "r类型", "rGroup", "rOrder")
 
 
 def run(*words, text=None):
@@ -62,6 +66,9 @@ def faults_of(method, answer, note, signature):
         yield f"the example of {method} answered {answer['result']!r} instead of {note['result']!r}"
     elif signature.endswith("As Recordset") and not columns(answer["result"]):
         yield f"the example of {method} answered with no recordset"
+    for parameter in re.findall(r"(\w+) As String", signature):
+        if parameter in CHOICES and parameter not in note.get("values", {}):
+            yield f"the permitted values of {parameter} of {method} are missing"
 
 
 def columns(result):
