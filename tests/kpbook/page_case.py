@@ -23,7 +23,7 @@ def fails(command, said):
 class PageCase(KpbookCase):
     def run_page(self, name, **environment):
         """Runs the commands of a page and gives their number."""
-        environment = {**os.environ, "PATH": f"{pathlib.Path(KPBOOK).parent}:{os.environ['PATH']}", **environment}
+        environment = {**os.environ, "LC_ALL": "C.UTF-8", "PATH": f"{pathlib.Path(KPBOOK).parent}:{os.environ['PATH']}", **environment}
         commands = 0
         for kind, mark, text in BLOCK.findall((DOCS / name).read_text("utf-8")):
             if kind == "csv":
