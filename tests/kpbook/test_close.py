@@ -47,6 +47,17 @@ class PipeTest(TradingCase):
         self.assertEqual(self.balance(1, 1)[1], [10.0, "50", 6.0, "38", 5.0, "30", 11.0, "58"])
         self.assertEqual(self.rows("Select 本期出库单价 From 仓库余额表 Where dpID=1 And 月份=1 And pdID=1"), [[8.0]])
 
+    def test_a_forgotten_cost_is_told(self):
+        self.import_text("成本目录", "CostID,年份,月份,dpID\n1,2004,1,1\n")
+        self.import_text("成本记录", "CostID,pdID,单价,数量,金额\n1,1,6,5,30\n")
+        told = "the months before were closed at cost"
+        self.assertNotIn(told, self.close("--month", "1", "--warehouse", "1", "--cost"))
+        self.assertIn(told, self.close("--month", "2", "--warehouse", "1"))
+        for choice in ("--cost", "--no-cost"):
+            self.assertNotIn(told, self.close("--month", "2", "--warehouse", "1", "--again", choice))
+        self.run_kpbook("call", self.book, "Update_Option", "出库计价", "出库")
+        self.assertNotIn(told, self.close("--month", "3", "--warehouse", "1"))
+
     def test_month_12_makes_no_rows(self):
         for table in ("仓库余额表", "入库目录", "出库目录"):
             self.sql(f"Update {table} Set 月份=12 Where dpID=1")

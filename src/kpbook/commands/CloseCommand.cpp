@@ -98,6 +98,22 @@ RecordsetPtr ChangesOf(const std::vector<ClosingResult>& results, const MasterNa
     return rows;
 }
 
+/// Whether outbound amounts are taken from the cost bills: as asked, else by the book's setting.
+bool TakesCosts(const CloseOptions& options, CTables& tables) {
+    if (options.costUsed || options.costUnused) return options.costUsed;
+    if (const auto setting = bookkeeping::ValuationSetting(tables)) {
+        return *setting == bookkeeping::Valuation::CostBills;
+    }
+    // Whoever forgets --cost once would find out when the figures do not add up.
+    if (bookkeeping::ValuationOf(tables) == bookkeeping::Valuation::CostBills) {
+        Tell(
+            "the months before were closed at cost, and now outbound amounts come from the outbound bills; --cost takes the "
+            "cost bills, and the setting " +
+            std::string(bookkeeping::kValuationSetting) + " decides for the whole book");
+    }
+    return false;
+}
+
 }  // namespace
 
 int Close(const CloseOptions& options, const GlobalOptions& global) {
@@ -106,8 +122,7 @@ int Close(const CloseOptions& options, const GlobalOptions& global) {
     bookkeeping::ClosingOptions closing;
     closing.month = options.month;
     closing.warehouse = workspace.WarehouseOf(options.warehouse);
-    closing.costUsed = options.costUsed || (!options.costUnused && bookkeeping::ValuationSetting(workspace.tables) ==
-                                                                       bookkeeping::Valuation::CostBills);
+    closing.costUsed = TakesCosts(options, workspace.tables);
     closing.note = options.date ? *options.date : host->Today();
     closing.again = options.again;
     closing.through = options.through;
