@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs the Debian packages of a build on a bare Debian 12, made for it, and runs them there: kpbook, SQLite's shell with
-# kptext, and the C++ example of README built against both kinds of library. bare_debian.sh BUILD README SCRATCH
+# Installs the Debian packages in a folder on a bare Debian 12, made for it, and runs them there: kpbook, SQLite's shell with
+# kptext, and the C++ example of README built against both kinds of library. bare_debian.sh PACKAGES README SCRATCH
 # Exits with 77, and says why, where such a system cannot be made.
 set -euo pipefail
-build=$1 readme=$2 scratch=$3
+packages=$1 readme=$2 scratch=$3
 root=$scratch/root
 
 left_out() {
@@ -34,14 +34,13 @@ mirror=http://deb.debian.org/debian
 timeout 20 bash -c 'exec 3<>/dev/tcp/deb.debian.org/80' 2>/dev/null || left_out "no network: $mirror cannot be reached"
 
 rm -rf "$scratch"
-mkdir -p "$scratch/debs"
-trap 'rm -rf "$root"' EXIT
-cpack --config "$build/CPackConfig.cmake" -B "$scratch/debs" >"$scratch/cpack.log" 2>&1 || { cat "$scratch/cpack.log"; failed "cpack"; }
+mkdir -p "$scratch"
+trap 'rm -rf --one-file-system "$root"' EXIT
 mmdebstrap --quiet --variant=apt --dpkgopt=force-unsafe-io --dpkgopt='path-exclude=/usr/share/doc/*' \
     --dpkgopt='path-exclude=/usr/share/locale/*' --skip=cleanup/apt/lists bookworm "$root" "$mirror" >"$scratch/mmdebstrap.log" 2>&1 ||
     { cat "$scratch/mmdebstrap.log"; failed "no bare system could be made"; }
 mkdir "$root/debs"
-cp "$scratch"/debs/*.deb "$root/debs"
+cp "$packages"/*.deb "$root/debs"
 
 echo "kpbook"
 inside 'ls /usr/lib/x86_64-linux-gnu/libsqlite3* /usr/bin/g++ 2>/dev/null' && failed "the system is not bare"
