@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "sql/Dialect.h"
 #include "sql/parse/Lexer.h"
 
 namespace kpTables::sql::parse {
@@ -25,7 +26,8 @@ bool IsBareName(std::string_view text);
 class Scanner {
 public:
     /// named: the values of the names in the text, which must live as long as this.
-    explicit Scanner(std::string_view text, std::span<const NamedLiteral> named = {}) : text_(text), named_(named) {}
+    explicit Scanner(std::string_view text, std::span<const NamedLiteral> named = {}, Dialect dialect = Dialect::Jet)
+        : text_(text), named_(named), dialect_(dialect) {}
 
     /// The next piece; End after the last. Raises SqlError for what cannot be read.
     Lexeme Next();
@@ -53,6 +55,7 @@ private:
 
     std::string_view text_;
     std::span<const NamedLiteral> named_;
+    Dialect dialect_;
     std::size_t at_ = 0;
     bool afterName_ = false;  ///< the last piece was a name that ends here: a point qualifies it and starts no number
 };
