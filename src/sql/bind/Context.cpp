@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "sql/Names.h"
 #include "sql/SqlError.h"
 
 namespace kpTables::sql::bind {
@@ -14,6 +15,12 @@ void FixLiteral(std::vector<int>& fixedLiterals, int ordinal) {
 
 std::shared_ptr<ParameterTerm> Context::Parameter(const Literal& literal, Binding binding, Type type) {
     return std::make_shared<ParameterTerm>(literal, binding, type, kSequenceStep * ++parameters_);
+}
+
+const Context::Common* Context::FindCommon(std::string_view name) const {
+    for (const Common& table : common_)
+        if (SameName(table.name, name)) return &table;
+    return nullptr;
 }
 
 long long Context::WholeNumber(const Expression& expression) {

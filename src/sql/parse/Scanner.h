@@ -36,7 +36,9 @@ public:
     std::string ValueOf(const Lexeme& piece) const;
 
 private:
+    /// Blanks and comments; false when there is none.
     bool SkipBlanks();
+    bool SkipComment();
     bool NameBeginsAt(std::size_t at) const;
     std::size_t NameCharacter(std::size_t at) const;
     std::size_t EndOfName(std::size_t at) const;

@@ -42,10 +42,12 @@ constexpr std::array kTypes = {
     TypeRow{"SINGLE", Type::Double},
     TypeRow{"CURRENCY", Type::Currency},
     TypeRow{"MONEY", Type::Currency},
+    TypeRow{"SMALLMONEY", Type::Currency},
     TypeRow{"DATETIME", Type::Date},
     TypeRow{"DATE", Type::Date},
     TypeRow{"TIME", Type::Date},
     TypeRow{"SMALLDATETIME", Type::Date},
+    TypeRow{"DATETIME2", Type::Date},
     TypeRow{"YESNO", Type::Boolean},
     TypeRow{"LOGICAL", Type::Boolean},
     TypeRow{"BIT", Type::Boolean},
@@ -81,6 +83,13 @@ void ParseNumbering(TokenCursor& cursor) {
 }
 
 void ParseLength(TokenCursor& cursor, TypeUse use, TypeName& type) {
+    if (cursor.AtOperator("(") && cursor.At("MAX", 1)) {
+        for (int i = 0; i < 2; ++i) cursor.Take();
+        cursor.ExpectOperator(")");
+        type.memo = true;
+        type.fixed = false;
+        return;
+    }
     if (cursor.AcceptOperator("(")) {
         type.length = cursor.TakeNumber("a length from 1 to 8000", 1, kLongestText);
         cursor.ExpectOperator(")");
@@ -88,6 +97,14 @@ void ParseLength(TokenCursor& cursor, TypeUse use, TypeName& type) {
     }
     type.fixed = false;
     if (use == TypeUse::Column) type.length = kDefaultLength;
+}
+
+/// "FLOAT(53)", "DATETIME2(7)": a precision that the book's types have anyway.
+void SkipPrecision(TokenCursor& cursor) {
+    constexpr int kMostBits = 53;
+    if (!cursor.AcceptOperator("(")) return;
+    cursor.TakeNumber("a precision", 0, kMostBits);
+    cursor.ExpectOperator(")");
 }
 
 }  // namespace
@@ -103,6 +120,7 @@ TypeName ParseTypeName(TokenCursor& cursor, TypeUse use) {
     type.fixed = row->fixed;
     if (type.counter) ParseNumbering(cursor);
     if (type.type == Type::Text && !type.memo) ParseLength(cursor, use, type);
+    if (SameWord(row->name, "FLOAT") || SameWord(row->name, "DATETIME2")) SkipPrecision(cursor);
     return type;
 }
 
