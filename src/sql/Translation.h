@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,6 +50,14 @@ struct ResultColumn {
     Type type = Type::Unknown;
 };
 
+/// A column whose type changes, in the engine's words.
+struct ColumnChange {
+    std::string table;
+    std::string column;
+    std::string definition;  ///< as CREATE TABLE has it
+    std::string value;       ///< of a row of the table, converted to the new type
+};
+
 struct Translation {
     StatementKind kind = StatementKind::Select;
     std::string text;                   ///< with numbered parameters
@@ -57,6 +66,10 @@ struct Translation {
     /// Literals whose value shaped the text (a TOP, an ordinal, a pattern that a rewrite examined): the translation is
     /// valid for another text of the same shape only if these have the same values.
     std::vector<int> fixedLiterals;
+    /// Statements without parameters that belong to it, to be run after it in the same transaction.
+    std::vector<std::string> further = {};
+    /// Of ALTER COLUMN, instead of a text.
+    std::optional<ColumnChange> columnChange = std::nullopt;
 };
 
 }  // namespace kpTables::sql

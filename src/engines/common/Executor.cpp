@@ -27,6 +27,8 @@ bool ChangesSchema(sql::StatementKind kind) noexcept {
         case sql::StatementKind::DropTable:
         case sql::StatementKind::DropIndex:
         case sql::StatementKind::AddColumn:
+        case sql::StatementKind::AlterColumn:
+        case sql::StatementKind::DropColumn:
             return true;
         default:
             return false;
@@ -62,6 +64,10 @@ RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& name
         if (tree->kind == sql::StatementKind::Transform) {
             return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
         }
+        if (tree->kind == sql::StatementKind::SelectInto) {
+            RunSelectInto(static_cast<sql::SelectIntoStatement&>(*tree), text, literals);
+            return nullptr;
+        }
         statement = Translate(*tree, std::move(shape), literals);
     }
     if (!statement->translation.columns.empty()) {
@@ -93,14 +99,57 @@ std::unique_ptr<recordset::RowStore> Executor::Rows(CachedStatement& statement, 
 
 void Executor::RunChange(CachedStatement& statement, std::string_view text,
                          const std::vector<sql::LiteralValue>& literals) {
-    statement.prepared->Bind(statement.translation.parameters, literals, text);
-    GetTransaction().BeforeChange();
-    const std::int64_t changed = statement.prepared->Run(text);
+    const sql::Translation& translation = statement.translation;
+    std::int64_t changed = 0;
+    const auto run = [&] {
+        if (translation.columnChange) return driver_->ChangeColumn(*translation.columnChange);
+        changed = statement.prepared->Run(text);
+        for (const std::string& further : translation.further) driver_->Prepare(further)->Run(text);
+    };
+    if (statement.prepared) statement.prepared->Bind(translation.parameters, literals, text);
+    if (translation.columnChange || !translation.further.empty()) {
+        RunTogether(run);
+    } else {
+        GetTransaction().BeforeChange();
+        run();
+    }
     if (ChangesSchema(statement.translation.kind)) {
         RefreshCatalog();
     } else {
         recordsAffected_ = changed;
     }
+}
+
+void Executor::RunTogether(const std::function<void()>& steps) {
+    GetTransaction().BeforeChange();
+    GetTransaction().Begin();
+    try {
+        steps();
+    } catch (...) {
+        GetTransaction().Rollback();
+        catalog_.Forget();
+        throw;
+    }
+    GetTransaction().Commit();
+}
+
+void Executor::RunSelectInto(sql::SelectIntoStatement& statement, std::string_view text,
+                             const std::vector<sql::LiteralValue>& literals) {
+    RefreshCatalog();
+    const auto table = sql::NewTableOf(statement, catalog_);
+    sql::InsertStatement insert;
+    insert.table = statement.table;
+    insert.offset = statement.offset;
+    insert.with = std::move(statement.with);
+    insert.query = std::move(statement.query);
+    insert.fixedLiterals = statement.fixedLiterals;
+    RunTogether([&] {
+        PrepareTranslation(sql::Translate(*table, catalog_, driver_->Dialect()))->prepared->Run(text);
+        RefreshCatalog();
+        const CachedStatementPtr rows = PrepareTranslation(sql::Translate(insert, catalog_, driver_->Dialect()));
+        rows->prepared->Bind(rows->translation.parameters, literals, text);
+        recordsAffected_ = rows->prepared->Run(text);
+    });
 }
 
 RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::string_view text,
@@ -193,7 +242,7 @@ CachedStatementPtr Executor::Translate(sql::Statement& tree, std::string shape,
 
 CachedStatementPtr Executor::PrepareTranslation(sql::Translation translation, bool withRowId) const {
     auto statement = std::make_shared<CachedStatement>();
-    statement->prepared = driver_->Prepare(translation.text);
+    if (!translation.columnChange) statement->prepared = driver_->Prepare(translation.text);
     std::vector<FieldInfo> fields;
     for (const sql::ResultColumn& column : translation.columns) fields.push_back({column.name, FieldType(column.type)});
     // As the scaled value of a Currency, the only type that holds 64 bits.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -46,6 +47,11 @@ private:
     RecordsetPtr Run(std::string_view text, const sql::NamedLiterals& named);
     RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string_view text,
                               const std::vector<sql::LiteralValue>& literals);
+    /// Makes the table and adds the query's rows, or does nothing.
+    void RunSelectInto(sql::SelectIntoStatement& statement, std::string_view text,
+                       const std::vector<sql::LiteralValue>& literals);
+    /// Runs steps in one transaction, or in a level of the host's: all or none.
+    void RunTogether(const std::function<void()>& steps);
     RecordsetPtr RunQuery(const BoundQuery& query, const sql::NamedLiterals& named);
     RecordsetPtr Answer(std::unique_ptr<recordset::RowStore> rows) const;
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);

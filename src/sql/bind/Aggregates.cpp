@@ -43,7 +43,7 @@ TermPtr AggregateOf(AggregateFunction function, const sql::Call& call, TermPtr a
     auto term = std::make_shared<Aggregate>(function, std::move(argument), place.aggregateFilter, type);
     term->distinct = call.distinct;
     term->offset = call.offset;
-    return term;
+    return place.window ? OverWindow(std::move(term), *place.window, place) : term;
 }
 
 TermPtr Summable(Context& context, TermPtr argument) {
@@ -87,7 +87,10 @@ TermPtr BindAggregate(const sql::Call& call, const Place& place) {
     if (call.arguments.size() != 1)
         throw SqlError(ErrorKind::Syntax, "wrong number of arguments in '" + call.name + "'", call.offset);
     Place inner = place;
-    inner.aggregateRefusal = "cannot have an aggregate function within another";
+    // An aggregate over a window may be one of the groups' aggregates.
+    if (!place.window) inner.aggregateRefusal = "cannot have an aggregate function within another";
+    inner.window = nullptr;
+    inner.windowed = nullptr;
     const AggregateFunction function = FindAggregate(call.name)->function;
     if (function == AggregateFunction::Count) return BindCount(call, inner, place);
     TermPtr argument = BindExpression(*call.arguments.front(), inner);

@@ -24,6 +24,12 @@ std::optional<bool> Context::FlagOfWord(const Column& word) const {
     return std::nullopt;
 }
 
+const Context::Common* Context::FindCommon(std::string_view name) const {
+    for (const Common& table : common_)
+        if (SameName(table.name, name)) return &table;
+    return nullptr;
+}
+
 long long Context::WholeNumber(const Expression& expression) {
     const auto* literal = sql::If<Literal>(&expression);
     long long value = 0;

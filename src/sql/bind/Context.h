@@ -1,8 +1,11 @@
 // What the binding of one statement shares, and an expression's surroundings.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "sql/Catalog.h"
@@ -39,7 +42,20 @@ public:
     /// The value of a whole-number literal that shapes the text (it is fixed), or SqlError Syntax.
     long long WholeNumber(const Expression& expression);
 
+    /// A query that WITH names.
+    struct Common {
+        std::string name;
+        std::vector<std::string> columns;  ///< their names; empty: those of the query
+        std::shared_ptr<Query> query;      ///< null while it is bound
+        std::string label;                 ///< its name in the printed text
+    };
+    void AddCommon(Common table) { common_.push_back(std::move(table)); }
+    std::vector<Common>& CommonTables() noexcept { return common_; }
+    /// The query of that name, or nullptr.
+    const Common* FindCommon(std::string_view name) const;
+
 private:
+    std::vector<Common> common_;
     const Catalog& catalog_;
     sql::Dialect dialect_;
     std::vector<int>& fixedLiterals_;
@@ -54,6 +70,10 @@ struct Place {
     const char* aggregateRefusal = nullptr;
     /// The condition of the rows that are aggregated, null for all.
     TermPtr aggregateFilter = nullptr;
+    /// Notes a window function; nullptr where none is allowed.
+    bool* windowed = nullptr;
+    /// The window over which the aggregate to bind goes, or nullptr.
+    const sql::Window* window = nullptr;
 };
 
 /// SqlError for an unknown name, an unknown function and incompatible operands. A literal is not yet a parameter: see

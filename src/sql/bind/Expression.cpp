@@ -204,6 +204,8 @@ TermPtr BindExpression(const Expression& e, const Place& place) {
             return BindScalar(sql::As<Subquery>(e), place);
         case ExpressionKind::Call:
             return BindCall(sql::As<sql::Call>(e), place);
+        case ExpressionKind::Window:
+            return BindWindow(sql::As<Window>(e), place);
         case ExpressionKind::Cast:
             return BindCastOf(sql::As<Cast>(e), place);
         case ExpressionKind::Case:

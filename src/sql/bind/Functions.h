@@ -20,6 +20,12 @@ bool IsAggregate(std::string_view function);
 /// SqlError when an aggregate is not allowed there or is nested in another.
 TermPtr BindAggregate(const sql::Call& call, const Place& place);
 
+/// A ranking function, LAG and the like, or an aggregate over a window. SqlError where no window function may stand.
+TermPtr BindWindow(const sql::Window& window, const Place& place);
+
+/// The bound function or aggregate over the window.
+TermPtr OverWindow(TermPtr function, const sql::Window& window, const Place& place);
+
 /// A function whose translation depends on its arguments' types.
 struct SpecialFunction {
     std::string_view name;  ///< in lower case

@@ -59,6 +59,7 @@ bool SameNode(Context& context, const Scope& scope, const Expression& a, const E
                    !sql::As<Case>(a).otherwise == !sql::As<Case>(b).otherwise;
         case ExpressionKind::Star:
         case ExpressionKind::Variable:
+        case ExpressionKind::Window:
         case ExpressionKind::InQuery:
         case ExpressionKind::Exists:
         case ExpressionKind::Subquery:
@@ -96,6 +97,14 @@ void ForEachOperand(const Expression& e, const std::function<void(const Expressi
         case ExpressionKind::Call:
             for (const auto& argument : sql::As<sql::Call>(e).arguments) visit(*argument);
             return;
+        case ExpressionKind::Window: {
+            // The call itself is no aggregate of the groups.
+            const auto& window = sql::As<Window>(e);
+            for (const auto& argument : window.call->arguments) visit(*argument);
+            for (const auto& key : window.partitionBy) visit(*key);
+            for (const auto& key : window.orderBy) visit(*key.expression);
+            return;
+        }
         case ExpressionKind::Cast:
             visit(*sql::As<Cast>(e).operand);
             if (sql::As<Cast>(e).style) visit(*sql::As<Cast>(e).style);

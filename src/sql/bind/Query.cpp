@@ -12,6 +12,11 @@ std::vector<ResultColumn> Query::Columns() const {
     return columns;
 }
 
+bool Query::ComparesRows() const {
+    return std::any_of(members.begin() + 1, members.end(),
+                       [](const Member& member) { return member.operation != SetOperation::UnionAll; });
+}
+
 SourcePtr SourceOf(QueryPtr query) {
     auto source = std::make_shared<Source>();
     for (const Output& item : query->members.front().select.items)
@@ -44,7 +49,7 @@ Query QueryOf(Select select, QueryUse use) {
     Query query;
     query.use = use;
     if (use == QueryUse::Table) LabelItems(select.items);
-    query.members.push_back({false, std::move(select)});
+    query.members.push_back({SetOperation::Union, std::move(select)});
     return query;
 }
 

@@ -58,6 +58,7 @@ bool SameNode(const Term& a, const Term& b) {
         case TermKind::Conversion:
             return As<Conversion>(a).rounded == As<Conversion>(b).rounded;
         case TermKind::Literal:
+        case TermKind::Window:
         case TermKind::InQuery:
         case TermKind::Exists:
         case TermKind::ScalarQuery:
@@ -166,6 +167,15 @@ Aggregate::Aggregate(AggregateFunction f, TermPtr argument, TermPtr filter, Type
     : TermOf(t, {}), function(f), allRows(!argument), filtered(filter != nullptr) {
     if (argument) operands.push_back(std::move(argument));
     if (filter) operands.push_back(std::move(filter));
+    constant = false;
+}
+
+WindowTerm::WindowTerm(Terms parts, std::size_t partition, std::vector<bool> directions,
+                       const std::optional<sql::Window::Frame>& rows)
+    : TermOf(parts.front()->type, std::move(parts)),
+      partitionKeys(partition),
+      descending(std::move(directions)),
+      frame(rows) {
     constant = false;
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,6 +39,7 @@ enum class TermKind {
     Not,
     Call,
     Aggregate,
+    Window,
     Case,
     DateOfParts,
     Conversion,
@@ -248,6 +250,15 @@ struct Aggregate : TermOf<Aggregate, TermKind::Aggregate> {
     Aggregate(AggregateFunction f, TermPtr argument, TermPtr filter, Type t);
     const Term* Argument() const { return allRows ? nullptr : operands.front().get(); }
     const Term* Filter() const { return filtered ? operands.back().get() : nullptr; }
+};
+
+/// An aggregate or a call over a window. operands: it, the keys of the partition, then those of the order.
+struct WindowTerm : TermOf<WindowTerm, TermKind::Window> {
+    std::size_t partitionKeys;
+    std::vector<bool> descending;  ///< of each key of the order
+    std::optional<sql::Window::Frame> frame;
+    WindowTerm(Terms parts, std::size_t partition, std::vector<bool> directions,
+               const std::optional<sql::Window::Frame>& rows);
 };
 
 /// operands: the operand if there is one, then pairs of condition and result, then the result of ELSE if there is one.

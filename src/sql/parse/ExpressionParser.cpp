@@ -60,6 +60,20 @@ ExpressionPtr ParsePrefixed(TokenCursor& cursor, Precedence loosest) {
                                    at);
 }
 
+/// "= ANY (query)" is IN, "<> ALL (query)" is NOT IN; the other comparisons with all rows of a query are refused.
+ExpressionPtr ParseQuantified(TokenCursor& cursor, BinaryOperator op, ExpressionPtr operand, std::size_t at) {
+    const bool all = cursor.At("ALL");
+    const bool negated = all && op == BinaryOperator::NotEqual;
+    if (!negated && (all || op != BinaryOperator::Equal))
+        cursor.FailUnsupported(cursor.Peek(), "ANY or ALL behind another comparison than = ANY and <> ALL");
+    cursor.Take();
+    return std::make_unique<InQuery>(negated, std::move(operand), ParseQueryInParentheses(cursor), at);
+}
+
+bool AtQuantifier(const TokenCursor& cursor) {
+    return (cursor.At("ANY") || cursor.At("SOME") || cursor.At("ALL")) && cursor.AtQuery(2);
+}
+
 }  // namespace
 
 ExpressionPtr ParseExpression(TokenCursor& cursor, Precedence loosest) {
@@ -75,6 +89,11 @@ ExpressionPtr ParseExpression(TokenCursor& cursor, Precedence loosest) {
         if (!info || info->precedence < loosest) return left;
         if (chain) cursor.CountChained();
         const std::size_t at = cursor.Take().offset;
+        if (info->precedence == Precedence::Comparison && AtQuantifier(cursor)) {
+            nesting.Deepen();
+            left = ParseQuantified(cursor, info->op, std::move(left), at);
+            continue;
+        }
         ExpressionPtr right = ParseExpression(cursor, Tighter(info->precedence));
         left = std::make_unique<Binary>(info->op, std::move(left), std::move(right), at);
     }

@@ -29,6 +29,7 @@ ExpressionPtr ParseNamedConstant(TokenCursor& cursor) {
 
 ExpressionPtr ParseColumn(TokenCursor& cursor) {
     const std::size_t at = cursor.Peek().offset;
+    if (cursor.AtOperator(".", 3)) SkipSchema(cursor);
     std::string name = cursor.TakeName("an expression");
     if (!cursor.AcceptOperator(".")) return std::make_unique<Column>("", std::move(name), at);
     std::string column = cursor.TakeName("a column's name after the point");
@@ -47,7 +48,9 @@ ExpressionPtr ParseCall(TokenCursor& cursor) {
         arguments = ParseExpressions(cursor);
     }
     cursor.ExpectOperator(")");
-    return std::make_unique<Call>(std::string(name.text), distinct, std::move(arguments), name.offset);
+    auto call = std::make_unique<Call>(std::string(name.text), distinct, std::move(arguments), name.offset);
+    if (cursor.At("OVER") && cursor.AtOperator("(", 1)) return ParseWindow(cursor, std::move(call));
+    return call;
 }
 
 ExpressionPtr ParseCast(TokenCursor& cursor) {

@@ -1,5 +1,6 @@
 #include "sql/parse/Scanner.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -54,10 +55,10 @@ constexpr std::array<Role, 128> Roles() {
     set("0123456789", Role::Digit);
     set("'", Role::Quote);
     set("#", Role::DateSign);
-    set("[", Role::Bracket);
+    set("[`", Role::Bracket);
     set("@", Role::VariableSign);
     // Those that start no longer operator.
-    set("(),;*/\\^+&=", Role::Operator);
+    set("(),;*/\\^+&=%", Role::Operator);
     return roles;
 }
 constexpr auto kRoles = Roles();
@@ -117,11 +118,28 @@ bool Scanner::SkipBlanks() {
     const std::size_t start = at_;
     for (;;) {
         while (at_ < text_.size() && RoleAt(text_, at_) == Role::Blank) ++at_;
-        if (at_ == text_.size() || text_[at_] != kWideBlankText.front() ||
-            !text_.substr(at_).starts_with(kWideBlankText))
+        if (at_ == text_.size()) return at_ > start;
+        const char next = text_[at_];
+        if (next == kWideBlankText.front() && text_.substr(at_).starts_with(kWideBlankText))
+            at_ += kWideBlankText.size();
+        else if ((next != '-' && next != '/') || !SkipComment())
             return at_ > start;
-        at_ += kWideBlankText.size();
     }
+}
+
+bool Scanner::SkipComment() {
+    const std::string_view rest = text_.substr(at_);
+    if (rest.starts_with("/*")) {
+        const std::size_t close = rest.find("*/", 2);
+        if (close == std::string_view::npos) Fail(at_, 2, "the comment has no end");
+        at_ += close + 2;
+        return true;
+    }
+    if (!rest.starts_with("--")) return false;
+    // Two signs of a number's would turn the rest of the statement into a comment.
+    if (DigitAt(at_ + 2)) Fail(at_, 2, "a comment does not begin with a digit; put a blank between two signs");
+    at_ += std::min(rest.find('\n'), rest.size());
+    return true;
 }
 
 std::size_t Scanner::NameCharacter(std::size_t at) const {
@@ -191,15 +209,23 @@ Lexeme Scanner::Next() {
 }
 
 void Scanner::ScanName(Lexeme& piece) {
+    const bool mayBeNational = (text_[piece.begin] | 0x20) == 'n' && piece.begin + 1 < text_.size();
+    if (mayBeNational && text_[piece.begin + 1] == '\'') {
+        ++piece.end;
+        return ScanText(piece);
+    }
     piece.kind = TokenKind::Word;
     piece.end = EndOfName(piece.end);
 }
 
 void Scanner::ScanQuotedName(Lexeme& piece) {
-    const std::size_t close = text_.find_first_of("]\r\n", piece.begin);
-    if (close == std::string_view::npos || text_[close] != ']')
-        Fail(piece.begin, text_.size() - piece.begin, "the name has no closing bracket");
-    if (close == piece.begin + 1) Fail(piece.begin, 2, "expected a name in the brackets");
+    const bool bracket = text_[piece.begin] == '[';
+    const std::size_t close = text_.find_first_of(bracket ? "]\r\n" : "`\r\n", piece.begin + 1);
+    if (close == std::string_view::npos || text_[close] != (bracket ? ']' : '`'))
+        Fail(piece.begin, text_.size() - piece.begin,
+             bracket ? "the name has no closing bracket" : "the name has no closing sign `");
+    if (close == piece.begin + 1)
+        Fail(piece.begin, 2, bracket ? "expected a name in the brackets" : "expected a name between the signs");
     for (std::size_t i = piece.begin + 1; i < close;) {
         const Character next = Decode(text_, i);
         if (next.length == 0) Fail(i, 0, "the text is not valid UTF-8");
@@ -264,7 +290,7 @@ void Scanner::ScanNumber(Lexeme& piece) {
 void Scanner::ScanText(Lexeme& piece) {
     piece.kind = TokenKind::Literal;
     piece.literal = LiteralKind::Text;
-    std::size_t close = piece.begin;
+    std::size_t close = piece.end;
     do {
         close = text_.find('\'', close + 1);
         if (close == std::string_view::npos)
@@ -292,13 +318,12 @@ void Scanner::ScanDate(Lexeme& piece) {
 }
 
 void Scanner::ScanOperator(Lexeme& piece) {
-    constexpr std::array<std::string_view, 7> kLong = {"<>", "<=", ">=", "!=", "<\uFF1D", ">\uFF1D", "\uFF1D"};
+    constexpr std::array<std::string_view, 9> kLong = {"<>", "<=",      ">=",      "!=",    "!<",
+                                                       "!>", "<\uFF1D", ">\uFF1D", "\uFF1D"};
     constexpr std::string_view kShort = ".-<>";
     piece.kind = TokenKind::Operator;
     const std::string_view rest = text_.substr(piece.begin);
     if (rest.front() == ':' && NameBeginsAt(piece.begin + 1)) return ScanParameter(piece);
-    if (rest.substr(0, 2) == "--")
-        Fail(piece.begin, 2, "a comment is no part of a statement; put a blank between two signs");
     for (std::string_view spelling : kLong) {
         if (rest.substr(0, spelling.size()) != spelling) continue;
         piece.end += spelling.size();
@@ -314,8 +339,9 @@ void Scanner::ScanOperator(Lexeme& piece) {
 
 std::string Scanner::ValueOf(const Lexeme& piece) const {
     if (piece.given) return piece.given->text;
-    const std::string_view text = TextOf(piece);
+    std::string_view text = TextOf(piece);
     if (piece.literal == LiteralKind::Integer || piece.literal == LiteralKind::Decimal) return std::string(text);
+    if (text.front() != '\'' && piece.literal == LiteralKind::Text) text.remove_prefix(1);  // of N'...'
     const std::string_view inner = text.substr(1, text.size() - 2);
     if (piece.literal == LiteralKind::Date) return std::string(inner);
     std::string value;

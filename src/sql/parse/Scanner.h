@@ -38,7 +38,9 @@ public:
     std::string ValueOf(const Lexeme& piece) const;
 
 private:
+    /// Blanks and comments; false when there is none.
     bool SkipBlanks();
+    bool SkipComment();
     bool NameBeginsAt(std::size_t at) const;
     std::size_t NameCharacter(std::size_t at) const;
     std::size_t EndOfName(std::size_t at) const;
@@ -55,7 +57,7 @@ private:
 
     std::string_view text_;
     std::span<const NamedLiteral> named_;
-    Dialect dialect_;
+    [[maybe_unused]] Dialect dialect_;
     std::size_t at_ = 0;
     bool afterName_ = false;  ///< the last piece was a name that ends here: a point qualifies it and starts no number
 };

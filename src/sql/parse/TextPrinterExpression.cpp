@@ -164,6 +164,40 @@ void WriteCase(std::string& out, const Case& e) {
     out += "END";
 }
 
+void WriteFrameBound(std::string& out, const FrameBound& bound) {
+    using enum FrameBound::Kind;
+    if (bound.kind == CurrentRow) {
+        out += "CURRENT ROW";
+        return;
+    }
+    const bool counted = bound.kind == Preceding || bound.kind == Following;
+    out += counted ? std::to_string(bound.rows) : "UNBOUNDED";
+    out += bound.kind == UnboundedPreceding || bound.kind == Preceding ? " PRECEDING" : " FOLLOWING";
+}
+
+void WriteWindow(std::string& out, const Window& e) {
+    WriteCall(out, *e.call);
+    out += " OVER (";
+    std::string_view separator;
+    if (!e.partitionBy.empty()) {
+        out += "PARTITION BY ";
+        WriteExpressions(out, e.partitionBy);
+        separator = " ";
+    }
+    if (!e.orderBy.empty()) {
+        out += separator;
+        WriteOrder(out, e.orderBy);
+        separator = " ";
+    }
+    if (e.frame) {
+        out.append(separator).append(e.frame->byRows ? "ROWS" : "RANGE").append(" BETWEEN ");
+        WriteFrameBound(out, e.frame->first);
+        out += " AND ";
+        WriteFrameBound(out, e.frame->last);
+    }
+    out += ')';
+}
+
 void WritePredicate(std::string& out, const Expression& e) {
     switch (e.kind) {
         case ExpressionKind::Like:
@@ -210,6 +244,8 @@ void WriteBare(std::string& out, const Expression& e) {
             return WriteQueryInParentheses(out, *As<Subquery>(e).query);
         case ExpressionKind::Call:
             return WriteCall(out, As<Call>(e));
+        case ExpressionKind::Window:
+            return WriteWindow(out, As<Window>(e));
         case ExpressionKind::Cast:
             return WriteCast(out, As<Cast>(e));
         case ExpressionKind::Case:
@@ -222,10 +258,11 @@ void WriteBare(std::string& out, const Expression& e) {
 }  // namespace
 
 void WriteName(std::string& out, std::string_view name) {
-    const bool brackets = NeedsBrackets(name);
-    if (brackets) out += '[';
+    const bool quoted = NeedsBrackets(name);
+    const bool brackets = name.find(']') == std::string_view::npos;  // else it was written in ` signs
+    if (quoted) out += brackets ? '[' : '`';
     out += name;
-    if (brackets) out += ']';
+    if (quoted) out += brackets ? ']' : '`';
 }
 
 void WriteNames(std::string& out, const std::vector<std::string>& names) {

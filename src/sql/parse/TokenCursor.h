@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "sql/parse/Lexer.h"
@@ -42,6 +44,17 @@ public:
     int TakeNumber(std::string_view what, int least, int most);
     std::vector<int> TakeFixedLiterals() { return std::move(fixedLiterals_); }
 
+    /// The table that SELECT ... INTO makes.
+    struct NewTable {
+        std::string name;
+        std::size_t offset = 0;
+    };
+    /// The next SELECT may have an INTO.
+    void AllowNewTable() { newTableAllowed_ = true; }
+    bool TakeNewTableAllowed() { return std::exchange(newTableAllowed_, false); }
+    void MakeTable(NewTable table) { newTable_ = std::move(table); }
+    const std::optional<NewTable>& MadeTable() const { return newTable_; }
+
     /// Raises SqlError at the next token (or the given one): "expected <what>".
     [[noreturn]] void Fail(std::string_view what) const;
     [[noreturn]] void FailAt(const Token& token, std::string_view complaint) const;
@@ -76,6 +89,8 @@ private:
     TokenStream stream_;
     std::vector<std::uint8_t> startsQuery_;  ///< by token
     std::vector<int> fixedLiterals_;
+    std::optional<NewTable> newTable_;
+    bool newTableAllowed_ = false;
     std::size_t at_ = 0;
     int depth_ = 0;
     int chained_ = 0;

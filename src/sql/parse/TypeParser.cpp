@@ -49,10 +49,12 @@ constexpr std::array kTypes = {
     TypeRow{"NUMERIC", Type::Currency, false, false, false, kDecimal},
     TypeRow{"CURRENCY", Type::Currency},
     TypeRow{"MONEY", Type::Currency},
+    TypeRow{"SMALLMONEY", Type::Currency},
     TypeRow{"DATETIME", Type::Date},
     TypeRow{"DATE", Type::Date},
     TypeRow{"TIME", Type::Date},
     TypeRow{"SMALLDATETIME", Type::Date},
+    TypeRow{"DATETIME2", Type::Date},
     TypeRow{"YESNO", Type::Boolean},
     TypeRow{"LOGICAL", Type::Boolean},
     TypeRow{"BIT", Type::Boolean},
@@ -101,6 +103,13 @@ void ParseDecimal(TokenCursor& cursor, TypeName& type) {
 }
 
 void ParseLength(TokenCursor& cursor, TypeUse use, TypeName& type) {
+    if (cursor.AtOperator("(") && cursor.At("MAX", 1)) {
+        for (int i = 0; i < 2; ++i) cursor.Take();
+        cursor.ExpectOperator(")");
+        type.memo = true;
+        type.fixed = false;
+        return;
+    }
     if (cursor.AcceptOperator("(")) {
         type.length = cursor.TakeNumber("a length from 1 to 8000", 1, kLongestText);
         cursor.ExpectOperator(")");
@@ -108,6 +117,14 @@ void ParseLength(TokenCursor& cursor, TypeUse use, TypeName& type) {
     }
     type.fixed = false;
     if (use == TypeUse::Column) type.length = kDefaultLength;
+}
+
+/// "FLOAT(53)", "DATETIME2(7)": a precision that the book's types have anyway.
+void SkipPrecision(TokenCursor& cursor) {
+    constexpr int kMostBits = 53;
+    if (!cursor.AcceptOperator("(")) return;
+    cursor.TakeNumber("a precision", 0, kMostBits);
+    cursor.ExpectOperator(")");
 }
 
 }  // namespace
@@ -130,6 +147,7 @@ TypeName ParseTypeName(TokenCursor& cursor, TypeUse use) {
     if (row->precision == kDecimal) ParseDecimal(cursor, type);
     if (type.counter) ParseNumbering(cursor);
     if (type.type == Type::Text && !type.memo) ParseLength(cursor, use, type);
+    if (SameWord(row->name, "FLOAT") || SameWord(row->name, "DATETIME2")) SkipPrecision(cursor);
     return type;
 }
 

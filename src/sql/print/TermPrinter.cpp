@@ -129,6 +129,8 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
             return Function(engine_.FunctionName(As<bind::CallTerm>(term).name), parts);
         case TermKind::Aggregate:
             return Aggregate(As<bind::Aggregate>(term), std::move(parts));
+        case TermKind::Window:
+            return Window(As<bind::WindowTerm>(term), std::move(parts));
         case TermKind::Case:
             return Case(As<bind::CaseTerm>(term), parts);
         case TermKind::DateOfParts:
@@ -181,12 +183,55 @@ Piece Printer::Logic(const bind::Logic& term, std::vector<Piece> parts) const {
                  engine_.LongestChain());
 }
 
-Piece Printer::Aggregate(const bind::Aggregate& term, std::vector<Piece> parts) const {
+Piece Printer::Aggregate(const bind::Aggregate& term, std::vector<Piece> parts, const std::string& over) const {
     Piece argument = term.allRows ? Piece{"*"} : std::move(parts.front());
     if (term.distinct) argument.text.insert(0, "DISTINCT ");
     Piece call = Function(engine_.AggregateName(term.function), {std::move(argument)});
     if (term.filtered) call.text.append(" FILTER (WHERE ").append(parts.back().text).append(")");
+    call.text += over;
     return engine_.Aggregated(term, std::move(call));
+}
+
+Piece Printer::Window(const bind::WindowTerm& term, std::vector<Piece> parts) {
+    Piece function = std::move(parts.front());
+    const std::string over = WindowText(term, std::move(parts));
+    const auto* aggregate = bind::If<bind::Aggregate>(term.operands.front());
+    if (!aggregate) return {function.text + over};
+    // The window belongs to the aggregate's call, inside of what the engine makes of it.
+    std::vector<Piece> own;
+    for (const bind::TermPtr& operand : aggregate->operands) own.push_back(Term(*operand));
+    return Aggregate(*aggregate, std::move(own), over);
+}
+
+std::string Printer::WindowText(const bind::WindowTerm& term, std::vector<Piece> parts) const {
+    std::string text = " OVER (";
+    const std::size_t firstOrder = 1 + term.partitionKeys;
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        if (i == 1 && i < firstOrder) text += "PARTITION BY ";
+        if (i == firstOrder) text += i > 1 ? " ORDER BY " : "ORDER BY ";
+        if (i > 1 && i != firstOrder) text += ", ";
+        text += i < firstOrder ? parts[i].text
+                               : engine_.OrderKey(std::move(parts[i].text), term.descending[i - firstOrder]);
+    }
+    if (!term.frame) return text + ")";
+    const auto bound = [](const FrameBound& each) -> std::string {
+        using enum FrameBound::Kind;
+        switch (each.kind) {
+            case UnboundedPreceding:
+                return "UNBOUNDED PRECEDING";
+            case Preceding:
+                return std::to_string(each.rows) + " PRECEDING";
+            case CurrentRow:
+                return "CURRENT ROW";
+            case Following:
+                return std::to_string(each.rows) + " FOLLOWING";
+            case UnboundedFollowing:
+                break;
+        }
+        return "UNBOUNDED FOLLOWING";
+    };
+    return text + (term.frame->byRows ? " ROWS BETWEEN " : " RANGE BETWEEN ") + bound(term.frame->first) + " AND " +
+           bound(term.frame->last) + ")";
 }
 
 Piece Printer::Membership(Piece operand, bool negated, Piece list) const {
