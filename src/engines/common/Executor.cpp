@@ -71,7 +71,8 @@ RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& name
         statement = Translate(*tree, std::move(shape), literals);
     }
     if (!statement->translation.columns.empty()) {
-        return RunQuery({std::move(statement), std::string(text), std::move(literals), SourceKind::Text, dialect_}, named);
+        return RunQuery({std::move(statement), std::string(text), std::move(literals), SourceKind::Text, dialect_},
+                        named);
     }
     RunChange(*statement, text, literals);
     return nullptr;
@@ -171,7 +172,8 @@ BoundQuery Executor::PrepareOpen(std::string_view source, SourceKind kind) {
     BoundQuery query{nullptr, std::string(source), {}, kind, dialect_};
     try {
         const bool table = kind == SourceKind::Table;
-        std::string shape = table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals, {}, dialect_);
+        std::string shape =
+            table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals, {}, dialect_);
         // A table's rows may be added before any is read; a text that is opened is read, and ReadEditable checks then.
         if (table) RefreshCatalog();
         query.statement = cache_.Find(shape, query.literals);
