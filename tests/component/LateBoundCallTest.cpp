@@ -224,6 +224,39 @@ TEST(LateBoundCall, TakesObjects) {
     }
 }
 
+TEST(LateBoundCall, AnObjectThatIsNoBarFailsWhereItIsFirstTouched) {
+    const auto other = std::make_shared<MemoryGrid>();
+    ClosingScript script;
+    script.Prepare(false);
+    Arguments arguments = {2, 3, 0, "2004-3-31", other};
+    EXPECT_TRUE(_CTables::Call(script.tables, "Close_DepotBalance", arguments).Is(false));
+    EXPECT_EQ(script.cnn->Statements().size(), 1U);
+
+    Book nothingToClose;
+    EXPECT_TRUE(nothingToClose.Call("Close_DepotBalance", {2, 3, false, "2004-3-31", other}).Is(true));
+    EXPECT_EQ(nothingToClose.cnn->Statements().size(), 1U);
+}
+
+TEST(LateBoundCall, AnObjectThatIsNoGridFailsWhereItIsFirstTouched) {
+    const auto other = std::make_shared<ScriptedBar>(std::make_shared<Journal>());
+    Book saving;
+    saving.cnn->Answer(nullptr);
+    Arguments arguments = {other, "单据", "x", true};
+    EXPECT_EQ(FailureOf([&] { (void)_CTables::Call(saving.tables, "Header", arguments); }), 438);
+    ASSERT_EQ(saving.cnn->Statements().size(), 2U);
+    EXPECT_EQ(saving.cnn->Statements().front().text, "Delete From Header Where Table='单据' And Flag='x'");
+    EXPECT_TRUE(arguments[0].Is(other));
+
+    Book withoutRows;
+    EXPECT_TRUE(withoutRows.Call("Header", {other, "单据"}).Is(false));
+    EXPECT_TRUE(Book().Call("Header", {nullptr, "单据"}).Is(false));
+    Book applying;
+    applying.cnn->Answer(MakeRows({{"colkey", VarType::String}, {"Width", VarType::Double}}, {{"a", 0.0}}));
+    EXPECT_EQ(FailureOf([&] { applying.Call("Header", {other, "单据"}); }), 438);
+    EXPECT_EQ(applying.cnn->Statements().size(), 1U);
+    EXPECT_EQ(FailureOf([&] { Book().Call("Update工资表", {2004, 3, other}); }), 438);
+}
+
 TEST(LateBoundCall, TakesAGridAndWritesTheFlagBack) {
     Book book;
     book.cnn->Answer(nullptr);
