@@ -19,11 +19,11 @@ Signature AddDays, DateNumber, DateSerial, DateValue, Day, DayAndTime, DaysBetwe
 Signature DateAdd, DateDiff, DatePart, TimeSerial, Weekday;
 
 // NumberFunctions.cpp
-Signature CurrencyFit, CurrencyFix, CurrencyInt, CurrencyProduct, CurrencyRound, Divide, Exponential, Fix, Int,
+Signature BitAnd, CurrencyFit, CurrencyFix, CurrencyInt, CurrencyProduct, CurrencyRound, Divide, Exponential, Fix, Int,
     Logarithm, Power, Remainder, Round, Sign, SquareRoot, WholeQuotient;
 
 // SearchFunctions.cpp
-Signature CharIndex, InStr, InStrRev, Like, Replace, StrComp;
+Signature CharIndex, InStr, InStrRev, Like, LikeOnServer, Replace, StrComp;
 
 // TextFunctions.cpp
 Signature Asc, Char, Chr, Fit, Join, Left, Lower, Mid, Reverse, Right, Space, String, Upper;

@@ -16,6 +16,7 @@ constexpr bool kNullForNull = false;
 
 constexpr Function kFunctions[] = {
     {"kp_asc", 1, 1, kDeterministic, kNullForNull, Asc},
+    {"kp_bit_and", 2, 2, kDeterministic, kNullForNull, BitAnd},
     {"kp_char", 2, 2, kDeterministic, kNullForNull, Char},
     {"kp_charindex", 2, 3, kDeterministic, kNullForNull, CharIndex},
     {"kp_chr", 1, 1, kDeterministic, kNullForNull, Chr},
@@ -52,7 +53,8 @@ constexpr Function kFunctions[] = {
     {"kp_join", 2, 2, kDeterministic, kTakesNull, Join},
     {"kp_lcase", 1, 1, kDeterministic, kNullForNull, Lower},
     {"kp_left", 2, 2, kDeterministic, kNullForNull, Left},
-    {"kp_like", 2, 2, kDeterministic, kNullForNull, Like},
+    {"kp_like", 2, 3, kDeterministic, kNullForNull, Like},
+    {"kp_like_server", 2, 3, kDeterministic, kNullForNull, LikeOnServer},
     {"kp_log", 1, 1, kDeterministic, kNullForNull, Logarithm},
     {"kp_mid", 2, 3, kDeterministic, kNullForNull, Mid},
     {"kp_minute", 1, 1, kDeterministic, kNullForNull, Minute},

@@ -75,6 +75,8 @@ void CurrencyRound(const Arguments& a, Answer& answer) {
     answer.Whole(Scaled(units, unit));
 }
 
+void BitAnd(const Arguments& a, Answer& answer) { answer.Whole(a.Whole(0) & a.Whole(1)); }
+
 void Divide(const Arguments& a, Answer& answer) {
     if (a.Number(1) == 0) Raise(FaultNumber::DivisionByZero);
     answer.Number(a.Number(0) / a.Number(1));

@@ -28,11 +28,21 @@ enum class Binding {
     Text,     ///< the text; a number in its text form
 };
 
+/// One of two bounds that may stand in any order, as BETWEEN takes them in Jet's dialect: of the parameter's literal and
+/// the other one, the lower or the higher is bound.
+struct BoundPair {
+    int other = -1;  ///< its ordinal; -1: the parameter is no such bound
+    bool isHigher = false;
+
+    bool operator==(const BoundPair&) const = default;
+};
+
 struct Parameter {
     int literal = 0;  ///< ordinal of the literal in the statement's text
     Binding binding = Binding::Text;
     std::size_t offset = 0;  ///< of the literal in the text that was first translated, for messages
     bool negative = false;   ///< Currency with a minus before it: negating the lowest one would overflow
+    BoundPair pair = {};
 };
 
 struct ResultColumn {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "sql/Dialect.h"
 #include "sql/Type.h"
 
 namespace kpTables::sql {
@@ -165,8 +166,9 @@ struct Like : Expression {
     bool negated;
     ExpressionPtr operand;
     ExpressionPtr pattern;
-    Like(bool no, ExpressionPtr e, ExpressionPtr p, std::size_t at = 0)
-        : Expression(kKind, at), negated(no), operand(std::move(e)), pattern(std::move(p)) {}
+    ExpressionPtr escape;  ///< null when there is none
+    Like(bool no, ExpressionPtr e, ExpressionPtr p, ExpressionPtr sign, std::size_t at = 0)
+        : Expression(kKind, at), negated(no), operand(std::move(e)), pattern(std::move(p)), escape(std::move(sign)) {}
 };
 
 struct Between : Expression {
@@ -393,6 +395,7 @@ enum class StatementKind {
 struct Statement {
     virtual ~Statement() = default;
     const StatementKind kind;
+    Dialect dialect = Dialect::Jet;  ///< that it is read in
     /// Ordinals of the literals that are part of the tree without a node of their own (a type's length): their values,
     /// too, determine the statement's meaning.
     std::vector<int> fixedLiterals;

@@ -57,10 +57,10 @@ RecordsetPtr Executor::Execute(std::string_view text, const sql::NamedLiterals& 
 
 RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& named) {
     std::vector<sql::LiteralValue> literals;
-    std::string shape = sql::Shape(text, literals, named);
+    std::string shape = sql::Shape(text, literals, named, dialect_);
     CachedStatementPtr statement = cache_.Find(shape, literals);
     if (!statement) {
-        const sql::StatementPtr tree = sql::parse::Parse(text, named);
+        const sql::StatementPtr tree = sql::parse::Parse(text, named, dialect_);
         if (tree->kind == sql::StatementKind::Transform) {
             return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
         }
@@ -71,7 +71,8 @@ RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& name
         statement = Translate(*tree, std::move(shape), literals);
     }
     if (!statement->translation.columns.empty()) {
-        return RunQuery({std::move(statement), std::string(text), std::move(literals)}, named);
+        return RunQuery({std::move(statement), std::string(text), std::move(literals), SourceKind::Text, dialect_},
+                        named);
     }
     RunChange(*statement, text, literals);
     return nullptr;
@@ -81,7 +82,7 @@ RecordsetPtr Executor::RunQuery(const BoundQuery& query, const sql::NamedLiteral
     auto rows = Rows(query);
     if (query.statement->prepared->TakeSchemaChange()) {
         RefreshCatalog();
-        const auto fresh = Translate(*sql::parse::Parse(query.text, named), {}, query.literals);
+        const auto fresh = Translate(*sql::parse::Parse(query.text, named, query.dialect), {}, query.literals);
         rows = Rows(*fresh, query.text, query.literals);
     }
     return Answer(std::move(rows));
@@ -140,6 +141,7 @@ void Executor::RunSelectInto(sql::SelectIntoStatement& statement, std::string_vi
     sql::InsertStatement insert;
     insert.table = statement.table;
     insert.offset = statement.offset;
+    insert.dialect = statement.dialect;
     insert.with = std::move(statement.with);
     insert.query = std::move(statement.query);
     insert.fixedLiterals = statement.fixedLiterals;
@@ -168,16 +170,17 @@ RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::str
 
 BoundQuery Executor::PrepareOpen(std::string_view source, SourceKind kind) {
     GetTransaction().RaiseLoss();
-    BoundQuery query{nullptr, std::string(source), {}, kind};
+    BoundQuery query{nullptr, std::string(source), {}, kind, dialect_};
     try {
         const bool table = kind == SourceKind::Table;
-        std::string shape = table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals);
+        std::string shape =
+            table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals, {}, dialect_);
         // A table's rows may be added before any is read; a text that is opened is read, and ReadEditable checks then.
         if (table) RefreshCatalog();
         query.statement = cache_.Find(shape, query.literals);
         if (!query.statement) {
             if (!table) RefreshCatalog();
-            query.statement = PrepareSource(source, kind);
+            query.statement = PrepareSource(source, kind, dialect_);
             cache_.Add(std::move(shape), query.literals, query.statement);
         }
         return query;
@@ -186,13 +189,13 @@ BoundQuery Executor::PrepareOpen(std::string_view source, SourceKind kind) {
     }
 }
 
-CachedStatementPtr Executor::PrepareSource(std::string_view source, SourceKind kind) {
+CachedStatementPtr Executor::PrepareSource(std::string_view source, SourceKind kind, sql::Dialect dialect) {
     std::optional<TableSource> table;
     sql::StatementPtr tree;
     if (kind == SourceKind::Table) {
         table = SourceOfTable(source, catalog_);
     } else {
-        tree = sql::parse::Parse(source);
+        tree = sql::parse::Parse(source, {}, dialect);
         table = SourceOfSelect(tree, catalog_);
     }
     if (!table) return std::make_shared<CachedStatement>();
@@ -207,7 +210,8 @@ std::unique_ptr<recordset::RowStore> Executor::ReadEditable(BoundQuery& query) {
         auto rows = Rows(query);
         if (!query.statement->prepared->TakeSchemaChange()) return rows;
         RefreshCatalog();
-        BoundQuery fresh{PrepareSource(query.text, query.kind), query.text, query.literals, query.kind};
+        BoundQuery fresh{PrepareSource(query.text, query.kind, query.dialect), query.text, query.literals, query.kind,
+                         query.dialect};
         const bool sameBegin =
             fresh.statement->writer && BeginsWith(*fresh.statement->fields, *query.statement->fields);
         if (!sameBegin) RaiseColumnsChanged(query.text);

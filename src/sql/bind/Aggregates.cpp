@@ -52,6 +52,7 @@ TermPtr Summable(Context& context, TermPtr argument) {
     return AsValue(context, std::move(argument));
 }
 
+// In the server's dialect the average of whole numbers is one, too.
 // The sum of Currency is exact; that of whole numbers is a Double, as it may exceed 32 bits.
 TermPtr BindSum(const sql::Call& call, TermPtr argument, const Place& place) {
     argument = Summable(place.context, std::move(argument));
@@ -62,8 +63,10 @@ TermPtr BindSum(const sql::Call& call, TermPtr argument, const Place& place) {
 TermPtr BindAverage(const sql::Call& call, TermPtr argument, const Place& place) {
     argument = Summable(place.context, std::move(argument));
     const bool money = argument->type == Type::Currency;
+    const bool cut = IsWhole(argument->type) && !place.context.IsJet();
     const Type type = money ? Type::Currency : Type::Double;
     TermPtr average = AggregateOf(AggregateFunction::Average, call, std::move(argument), type, place);
+    if (cut) return Converted(place.context, Call("fix", {std::move(average)}, Type::Double), Type::Long);
     return money ? AsNumber(place.context, std::move(average)) : average;
 }
 

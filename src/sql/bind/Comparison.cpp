@@ -80,6 +80,17 @@ ComparisonOperator OperatorOf(BinaryOperator op) {
     }
 }
 
+TermPtr Between(const TermPtr& operand, const TermPtr& low, const TermPtr& high, bool negated) {
+    return std::make_shared<BetweenTerm>(operand, low, high, negated);
+}
+
+// The bound that is the lower or the higher one of two literals when the statement runs.
+TermPtr OneOf(const ParameterTerm& bound, int other, bool isHigher) {
+    auto one = std::make_shared<ParameterTerm>(bound);
+    one->pair = {other, isHigher};
+    return one;
+}
+
 }  // namespace
 
 void MakeComparable(Context& context, TermPtr& operand, std::vector<TermPtr*> values) {
@@ -101,7 +112,14 @@ TermPtr BindComparison(Context& context, BinaryOperator op, TermPtr left, TermPt
 
 TermPtr BindBetween(Context& context, TermPtr operand, TermPtr low, TermPtr high, bool negated) {
     MakeComparable(context, operand, {&low, &high});
-    return std::make_shared<BetweenTerm>(std::move(operand), std::move(low), std::move(high), negated);
+    if (!context.IsJet()) return Between(operand, low, high, negated);
+    const auto* first = If<ParameterTerm>(low);
+    const auto* second = If<ParameterTerm>(high);
+    if (first && second && !first->negative && !second->negative && first->ordinal >= 0 && second->ordinal >= 0)
+        return Between(operand, OneOf(*first, second->ordinal, false), OneOf(*second, first->ordinal, true), negated);
+    return std::make_shared<Logic>(
+        negated ? LogicOperator::And : LogicOperator::Or,
+        Terms{Between(operand, low, high, negated), Between(operand, high, low, negated)});
 }
 
 TermPtr BindInList(Context& context, TermPtr operand, Terms items, bool negated) {

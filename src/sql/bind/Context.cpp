@@ -23,6 +23,13 @@ const Context::Common* Context::FindCommon(std::string_view name) const {
     return nullptr;
 }
 
+std::optional<bool> Context::FlagOfWord(const Column& word) const {
+    if (!IsJet() || !word.table.empty()) return std::nullopt;
+    if (SameName(word.name, "Yes") || SameName(word.name, "On")) return true;
+    if (SameName(word.name, "No") || SameName(word.name, "Off")) return false;
+    return std::nullopt;
+}
+
 long long Context::WholeNumber(const Expression& expression) {
     const auto* literal = sql::If<Literal>(&expression);
     long long value = 0;

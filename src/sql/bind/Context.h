@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,12 +22,13 @@ void FixLiteral(std::vector<int>& fixedLiterals, int ordinal);
 
 class Context {
 public:
-    Context(const Catalog& catalog, std::vector<int>& fixedLiterals)
-        : catalog_(catalog), fixedLiterals_(fixedLiterals) {}
+    Context(const Catalog& catalog, sql::Dialect dialect, std::vector<int>& fixedLiterals)
+        : catalog_(catalog), dialect_(dialect), fixedLiterals_(fixedLiterals) {}
     Context(const Context&) = delete;
     Context& operator=(const Context&) = delete;
 
     const Catalog& Tables() const noexcept { return catalog_; }
+    bool IsJet() const noexcept { return dialect_ == sql::Dialect::Jet; }
     /// The table, or SqlError UnknownTable.
     const CatalogTable& Table(const std::string& name, std::size_t offset) const {
         return RequireTable(catalog_, name, offset);
@@ -34,6 +36,8 @@ public:
 
     /// A parameter bound to the literal's value.
     std::shared_ptr<ParameterTerm> Parameter(const Literal& literal, Binding binding, Type type);
+    /// Yes and On, No and Off are flags in Jet's dialect, where no column has the name.
+    std::optional<bool> FlagOfWord(const Column& word) const;
     void Fix(const Literal& literal) { FixLiteral(fixedLiterals_, literal.ordinal); }
     /// The value of a whole-number literal that shapes the text (it is fixed), or SqlError Syntax.
     long long WholeNumber(const Expression& expression);
@@ -53,6 +57,7 @@ public:
 private:
     std::vector<Common> common_;
     const Catalog& catalog_;
+    sql::Dialect dialect_;
     std::vector<int>& fixedLiterals_;
     int parameters_ = 0;
 };

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -75,6 +76,9 @@ TermPtr BindDefault(Context& context, const Expression& value, Type type) {
         context.Fix(*literal);
         return BindConstant(*literal, value, type, negative);
     }
+    const auto* word = sql::If<Column>(&value);
+    if (const auto flag = word ? context.FlagOfWord(*word) : std::nullopt)
+        return BindConstant({LiteralKind::Boolean, *flag ? "True" : "False", -1, word->offset}, value, type, false);
     const auto* call = sql::If<sql::Call>(&value);
     if (!call || !call->arguments.empty() || type != Type::Date)
         throw SqlError(ErrorKind::Unsupported, "a default is a constant, Date() or Now()", value.offset);

@@ -38,7 +38,8 @@ bool SameNode(Context& context, const Scope& scope, const Expression& a, const E
         case ExpressionKind::Binary:
             return sql::As<Binary>(a).op == sql::As<Binary>(b).op;
         case ExpressionKind::Like:
-            return sql::As<Like>(a).negated == sql::As<Like>(b).negated;
+            return sql::As<Like>(a).negated == sql::As<Like>(b).negated &&
+                   !sql::As<Like>(a).escape == !sql::As<Like>(b).escape;
         case ExpressionKind::Between:
             return sql::As<Between>(a).negated == sql::As<Between>(b).negated;
         case ExpressionKind::InList:
@@ -78,7 +79,9 @@ void ForEachOperand(const Expression& e, const std::function<void(const Expressi
             return visit(*sql::As<Binary>(e).right);
         case ExpressionKind::Like:
             visit(*sql::As<Like>(e).operand);
-            return visit(*sql::As<Like>(e).pattern);
+            visit(*sql::As<Like>(e).pattern);
+            if (sql::As<Like>(e).escape) visit(*sql::As<Like>(e).escape);
+            return;
         case ExpressionKind::Between:
             visit(*sql::As<Between>(e).operand);
             visit(*sql::As<Between>(e).low);

@@ -53,7 +53,7 @@ BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
     BoundStatement bound;
     bound.kind = statement.kind;
     bound.fixedLiterals = statement.fixedLiterals;
-    Context context(catalog, bound.fixedLiterals);
+    Context context(catalog, statement.dialect, bound.fixedLiterals);
     BindCommonTables(context, statement, bound);
     const auto query = [&](Query made) { bound.query = std::make_shared<Query>(std::move(made)); };
     switch (statement.kind) {
@@ -103,7 +103,7 @@ BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
 BoundStatement BindPivotQuery(const TransformStatement& statement, const Catalog& catalog) {
     BoundStatement bound;
     bound.fixedLiterals = statement.fixedLiterals;
-    Context context(catalog, bound.fixedLiterals);
+    Context context(catalog, statement.dialect, bound.fixedLiterals);
     bound.query = std::make_shared<Query>(BindPivotValues(context, statement));
     return bound;
 }

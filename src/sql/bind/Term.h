@@ -111,6 +111,7 @@ struct ParameterTerm : TermOf<ParameterTerm, TermKind::Parameter> {
     std::size_t literalOffset;  ///< offset is the function's when a function wraps the literal
     Binding binding;
     bool negative = false;  ///< Currency with a minus before it
+    BoundPair pair = {};
     int sequence;           ///< parameters are numbered in this order
     ParameterTerm(const Literal& l, Binding b, Type t, int s)
         : TermOf(t, {}),
@@ -304,6 +305,8 @@ TermPtr NullConstant(std::size_t offset = 0);
 TermPtr NumberConstant(std::string text, Type type);
 TermPtr TextConstant(std::string_view text, std::size_t offset = 0);
 TermPtr TruthConstant(bool value, std::size_t offset);
+/// The value -1 or 0.
+TermPtr FlagConstant(bool value, std::size_t offset);
 
 TermPtr Call(std::string_view name, Terms arguments, Type type);
 TermPtr Compare(ComparisonOperator op, TermPtr left, TermPtr right);

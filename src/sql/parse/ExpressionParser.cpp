@@ -35,7 +35,8 @@ ExpressionPtr ParsePredicate(TokenCursor& cursor, ExpressionPtr operand) {
     if (cursor.Accept("IN")) return ParseIn(cursor, negated, std::move(operand), at);
     if (cursor.Accept("LIKE")) {
         ExpressionPtr pattern = ParseExpression(cursor, kOperand);
-        return std::make_unique<Like>(negated, std::move(operand), std::move(pattern), at);
+        ExpressionPtr escape = cursor.Accept("ESCAPE") ? ParseExpression(cursor, kOperand) : nullptr;
+        return std::make_unique<Like>(negated, std::move(operand), std::move(pattern), std::move(escape), at);
     }
     cursor.Expect("BETWEEN");
     ExpressionPtr low = ParseExpression(cursor, kOperand);

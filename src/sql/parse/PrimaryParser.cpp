@@ -17,11 +17,12 @@ ExpressionPtr ParseLiteral(TokenCursor& cursor) {
     return std::make_unique<Literal>(token.literal, cursor.ValueOf(token).text, token.ordinal, token.offset);
 }
 
-/// True, False and Null have no ordinal: they belong to the statement's shape.
+/// True, On, False and Null have no ordinal: they belong to the statement's shape.
 ExpressionPtr ParseNamedConstant(TokenCursor& cursor) {
     const std::size_t at = cursor.Peek().offset;
     if (cursor.Accept("NULL")) return std::make_unique<Literal>(LiteralKind::Null, "", -1, at);
-    if (cursor.Accept("TRUE")) return std::make_unique<Literal>(LiteralKind::Boolean, "True", -1, at);
+    if (cursor.Accept("TRUE") || cursor.Accept("ON"))
+        return std::make_unique<Literal>(LiteralKind::Boolean, "True", -1, at);
     cursor.Expect("FALSE");
     return std::make_unique<Literal>(LiteralKind::Boolean, "False", -1, at);
 }
@@ -103,7 +104,8 @@ ExpressionPtr ParsePrimary(TokenCursor& cursor) {
         return std::make_unique<Variable>(std::string(token.text.substr(2)), token.offset);
     }
     if (cursor.AtOperator("(")) return ParseParenthesised(cursor);
-    if (cursor.At("NULL") || cursor.At("TRUE") || cursor.At("FALSE")) return ParseNamedConstant(cursor);
+    const bool on = cursor.At("ON") && cursor.TextDialect() == Dialect::Jet;
+    if (on || cursor.At("NULL") || cursor.At("TRUE") || cursor.At("FALSE")) return ParseNamedConstant(cursor);
     if (cursor.At("CASE")) return ParseCase(cursor);
     if (AtCall(cursor)) {
         if (cursor.At("CAST")) return ParseCast(cursor);

@@ -151,11 +151,12 @@ StatementPtr ParseWith(TokenCursor& cursor) {
     return statement;
 }
 
-StatementPtr Parse(std::string_view text, std::span<const NamedLiteral> named) {
-    TokenCursor cursor(text, named);
+StatementPtr Parse(std::string_view text, std::span<const NamedLiteral> named, Dialect dialect) {
+    TokenCursor cursor(text, named, dialect);
     StatementPtr statement = ParseStatement(cursor);
     if (cursor.AcceptOperator(";") && !cursor.AtEnd()) cursor.FailAt(cursor.Peek(), "one statement only");
     if (!cursor.AtEnd()) cursor.Fail("the statement's end");
+    statement->dialect = dialect;
     statement->fixedLiterals = cursor.TakeFixedLiterals();
     return statement;
 }

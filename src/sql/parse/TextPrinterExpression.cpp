@@ -185,7 +185,10 @@ void WritePredicate(std::string& out, const Expression& e) {
     switch (e.kind) {
         case ExpressionKind::Like:
             WriteOperandOf(out, *As<Like>(e).operand, As<Like>(e).negated, "LIKE ");
-            return WriteExpression(out, *As<Like>(e).pattern, Tighter(Precedence::Comparison));
+            WriteExpression(out, *As<Like>(e).pattern, Tighter(Precedence::Comparison));
+            if (!As<Like>(e).escape) return;
+            out += " ESCAPE ";
+            return WriteExpression(out, *As<Like>(e).escape, Tighter(Precedence::Comparison));
         case ExpressionKind::Between:
             return WriteBetween(out, As<Between>(e));
         case ExpressionKind::InList:

@@ -23,8 +23,8 @@ bool FollowsQuery(const Token& token) {
 
 }  // namespace
 
-TokenCursor::TokenCursor(std::string_view text, std::span<const NamedLiteral> named)
-    : text_(text), stream_(Tokenize(text, named)) {
+TokenCursor::TokenCursor(std::string_view text, std::span<const NamedLiteral> named, Dialect dialect)
+    : text_(text), dialect_(dialect), stream_(Tokenize(text, named, dialect)) {
     FindQueries();
 }
 

@@ -16,7 +16,10 @@ namespace kpTables::sql::parse {
 
 class TokenCursor {
 public:
-    explicit TokenCursor(std::string_view text, std::span<const NamedLiteral> named = {});
+    explicit TokenCursor(std::string_view text, std::span<const NamedLiteral> named = {},
+                         Dialect dialect = Dialect::Jet);
+
+    Dialect TextDialect() const noexcept { return dialect_; }
 
     const Token& Peek(std::size_t ahead = 0) const;
     const Token& Take();
@@ -82,6 +85,7 @@ private:
     void Enter();
 
     std::string_view text_;
+    Dialect dialect_;
     TokenStream stream_;
     std::vector<std::uint8_t> startsQuery_;  ///< by token
     std::vector<int> fixedLiterals_;

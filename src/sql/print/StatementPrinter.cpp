@@ -42,7 +42,7 @@ Translation Print(const bind::BoundStatement& statement, const Engine& engine) {
     std::map<int, int> numbers;
     for (const auto& [sequence, parameter] : ParametersOf(statement)) {
         translation.parameters.push_back(
-            {parameter->ordinal, parameter->binding, parameter->literalOffset, parameter->negative});
+            {parameter->ordinal, parameter->binding, parameter->literalOffset, parameter->negative, parameter->pair});
         numbers[sequence] = static_cast<int>(translation.parameters.size());
     }
     Printer printer(engine, numbers);

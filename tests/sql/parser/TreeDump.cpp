@@ -65,7 +65,8 @@ std::string DumpPredicate(const Expression& e) {
     switch (e.kind) {
         case ExpressionKind::Like:
             return Node(As<Like>(e).negated ? "notlike" : "like") + Maybe(As<Like>(e).operand) +
-                   Maybe(As<Like>(e).pattern);
+                   Maybe(As<Like>(e).pattern) +
+                   (As<Like>(e).escape ? Maybe(As<Like>(e).escape) : std::string());
         case ExpressionKind::Between:
             return Node(As<Between>(e).negated ? "notbetween" : "between") + Maybe(As<Between>(e).operand) +
                    Maybe(As<Between>(e).low) + Maybe(As<Between>(e).high);

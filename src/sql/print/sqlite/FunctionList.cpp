@@ -11,6 +11,7 @@ constexpr bool kAggregate = true;
 
 constexpr EngineFunction kFunctions[] = {
     {"kp_asc", 1, 1, kDeterministic, kScalar, "ANSI code of the text's first character, as Asc"},
+    {"kp_bit_and", 2, 2, kDeterministic, kScalar, "the bits that are in both whole numbers"},
     {"kp_char", 2, 2, kDeterministic, kScalar, "the text cut or padded with blanks to n characters"},
     {"kp_charindex", 2, 3, kDeterministic, kScalar,
      "(find, text[, start]): position from 1 without regard to case, 0 when it is not there"},
@@ -52,8 +53,10 @@ constexpr EngineFunction kFunctions[] = {
     {"kp_last", 1, 1, kDeterministic, kAggregate, "value of the last row, Null included"},
     {"kp_lcase", 1, 1, kDeterministic, kScalar, "lower case"},
     {"kp_left", 2, 2, kDeterministic, kScalar, "the first n characters"},
-    {"kp_like", 2, 2, kDeterministic, kScalar,
-     "(text, pattern): 1 or 0; % any characters, _ one character, [a-z] and [!a-z] classes, without regard to case"},
+    {"kp_like", 2, 3, kDeterministic, kScalar,
+     "(text, pattern[, escape]): 1 or 0; % any characters, _ one character, [a-z] and [!a-z] or [^a-z] classes, without "
+     "regard to case"},
+    {"kp_like_server", 2, 3, kDeterministic, kScalar, "the same, where [!a-z] is a class with the sign itself"},
     {"kp_log", 1, 1, kDeterministic, kScalar, "natural logarithm"},
     {"kp_mid", 2, 3, kDeterministic, kScalar, "Mid(text, start[, n]), start from 1"},
     {"kp_minute", 1, 1, kDeterministic, kScalar, "minute"},
