@@ -261,17 +261,26 @@ struct Window : Expression {
 /// A type's name as a cast or a column definition writes it.
 struct TypeName {
     Type type = Type::Unknown;
-    int length = 0;        ///< of TEXT(n) and char(n); 0 when none is given
-    bool counter = false;  ///< COUNTER: the engine assigns the value
-    bool memo = false;     ///< text without a limit
-    bool fixed = false;    ///< char(n) and nchar(n): padded with blanks to its length
+    int length = 0;         ///< of TEXT(n) and char(n); 0 when none is given
+    bool counter = false;   ///< COUNTER: the engine assigns the value
+    bool memo = false;      ///< text without a limit
+    bool fixed = false;     ///< char(n) and nchar(n): padded with blanks to its length
+    int precision = 0;      ///< of DECIMAL(p,s), a Currency: its digits; 0 for any other type
+    int scale = 0;          ///< of DECIMAL(p,s): those behind the point, from 0 to 4
+    bool cuts = false;      ///< of BIGINT, a DECIMAL(19,0): a cast truncates
+    bool dayOnly = false;   ///< of the server's DATE
+    bool timeOnly = false;  ///< of the server's TIME
+
+    bool operator==(const TypeName&) const = default;
 };
 
 struct Cast : Expression {
     static constexpr ExpressionKind kKind = ExpressionKind::Cast;
     ExpressionPtr operand;
     TypeName type;
-    Cast(ExpressionPtr e, TypeName t, std::size_t at = 0) : Expression(kKind, at), operand(std::move(e)), type(t) {}
+    ExpressionPtr style;  ///< of CONVERT; null when none
+    Cast(ExpressionPtr e, TypeName t, ExpressionPtr s, std::size_t at = 0)
+        : Expression(kKind, at), operand(std::move(e)), type(t), style(std::move(s)) {}
 };
 
 struct Case : Expression {

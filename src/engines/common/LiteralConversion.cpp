@@ -8,6 +8,7 @@
 #include "kpTables/Convert.h"
 #include "sql/Position.h"
 #include "sql/SqlError.h"
+#include "text/DateText.h"
 #include "text/TextOrder.h"
 
 namespace kpTables::engines {
@@ -19,7 +20,12 @@ using sql::LiteralKind;
 using sql::LiteralValue;
 
 Date DateFrom(const LiteralValue& literal, double dayZero) {
-    if (literal.kind == LiteralKind::Text || literal.kind == LiteralKind::Date) {
+    // Between # signs Jet takes the month first.
+    if (literal.kind == LiteralKind::Date) {
+        if (const auto date = text::ParseDate(literal.text, text::DateOrder::MonthFirst))
+            return Date::FromSerial(*date);
+    }
+    if (literal.kind == LiteralKind::Text) {
         if (const auto date = Date::Parse(literal.text)) return *date;
     }
     // Both dialects' casts of a text are bound alike; Jet never needs the server's forms.

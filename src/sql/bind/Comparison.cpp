@@ -18,6 +18,8 @@ struct Seen {
     bool number = false;  // other than Boolean
     bool boolean = false;
     bool textLiteral = false;  // which takes the type of the other side
+    bool numberLiteral = false;
+    bool numberTerm = false;  // a number other than a literal
 };
 
 Domain DomainOf(const Seen& seen, const Term& first) {
@@ -35,6 +37,7 @@ void Look(Seen& seen, Type type, bool literal) {
     seen.boolean |= type == Type::Boolean;
     seen.number |= IsNumeric(type) && type != Type::Boolean;
     (literal ? seen.textLiteral : seen.text) |= type == Type::Text;
+    (literal ? seen.numberLiteral : seen.numberTerm) |= IsNumeric(type) && type != Type::Boolean;
 }
 
 // Currency is stored in ten-thousandths: the other side is converted to them, so that a Currency column's index serves.
@@ -97,7 +100,9 @@ void MakeComparable(Context& context, TermPtr& operand, std::vector<TermPtr*> va
     values.insert(values.begin(), &operand);
     Seen seen;
     for (const TermPtr* value : values) Look(seen, (*value)->type, (*value)->kind == TermKind::Literal);
-    const Domain domain = DomainOf(seen, *operand);
+    // On the server a flag is compared with 1 and 0.
+    const bool flag = !context.IsJet() && seen.boolean && seen.numberLiteral && !seen.numberTerm && !seen.text;
+    const Domain domain = flag ? Domain::Boolean : DomainOf(seen, *operand);
     for (TermPtr* value : values) *value = InDomain(context, std::move(*value), domain);
     // The collation is that of the side that is a column, preferably the left one.
     const bool collated =
@@ -117,9 +122,8 @@ TermPtr BindBetween(Context& context, TermPtr operand, TermPtr low, TermPtr high
     const auto* second = If<ParameterTerm>(high);
     if (first && second && !first->negative && !second->negative && first->ordinal >= 0 && second->ordinal >= 0)
         return Between(operand, OneOf(*first, second->ordinal, false), OneOf(*second, first->ordinal, true), negated);
-    return std::make_shared<Logic>(
-        negated ? LogicOperator::And : LogicOperator::Or,
-        Terms{Between(operand, low, high, negated), Between(operand, high, low, negated)});
+    return std::make_shared<Logic>(negated ? LogicOperator::And : LogicOperator::Or,
+                                   Terms{Between(operand, low, high, negated), Between(operand, high, low, negated)});
 }
 
 TermPtr BindInList(Context& context, TermPtr operand, Terms items, bool negated) {

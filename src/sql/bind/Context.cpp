@@ -17,17 +17,17 @@ std::shared_ptr<ParameterTerm> Context::Parameter(const Literal& literal, Bindin
     return std::make_shared<ParameterTerm>(literal, binding, type, kSequenceStep * ++parameters_);
 }
 
-const Context::Common* Context::FindCommon(std::string_view name) const {
-    for (const Common& table : common_)
-        if (SameName(table.name, name)) return &table;
-    return nullptr;
-}
-
 std::optional<bool> Context::FlagOfWord(const Column& word) const {
     if (!IsJet() || !word.table.empty()) return std::nullopt;
     if (SameName(word.name, "Yes") || SameName(word.name, "On")) return true;
     if (SameName(word.name, "No") || SameName(word.name, "Off")) return false;
     return std::nullopt;
+}
+
+const Context::Common* Context::FindCommon(std::string_view name) const {
+    for (const Common& table : common_)
+        if (SameName(table.name, name)) return &table;
+    return nullptr;
 }
 
 long long Context::WholeNumber(const Expression& expression) {

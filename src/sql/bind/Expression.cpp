@@ -38,6 +38,8 @@ TermPtr BindName(const Column& column, const Place& place) {
     if (TermPtr alias = names ? place.scope.FindAlias(column) : nullptr) return alias;
     if (const auto flag = place.context.FlagOfWord(column); flag && !place.scope.Lookup(column))
         return FlagConstant(*flag, column.offset);
+    if (column.table.empty() && SameName(column.name, "CURRENT_TIMESTAMP") && !place.scope.Lookup(column))
+        return At(Call("now", {}, Type::Date), column.offset);
     return place.scope.Resolve(column);
 }
 
@@ -142,6 +144,12 @@ TermPtr BindExists(const Exists& exists, const Place& place) {
     return term;
 }
 
+TermPtr BindCastOf(const Cast& cast, const Place& place) {
+    TermPtr operand = BindExpression(*cast.operand, place);
+    TermPtr style = cast.style ? AsNumber(place.context, BindExpression(*cast.style, place)) : nullptr;
+    return BindCast(place.context, std::move(operand), cast.type, std::move(style));
+}
+
 TermPtr BindCase(const Case& node, const Place& place) {
     Terms conditions;
     Terms results;
@@ -199,7 +207,7 @@ TermPtr BindExpression(const Expression& e, const Place& place) {
         case ExpressionKind::Window:
             return BindWindow(sql::As<Window>(e), place);
         case ExpressionKind::Cast:
-            return BindCast(place.context, BindExpression(*sql::As<Cast>(e).operand, place), sql::As<Cast>(e).type);
+            return BindCastOf(sql::As<Cast>(e), place);
         case ExpressionKind::Case:
             return BindCase(sql::As<Case>(e), place);
     }

@@ -1,6 +1,7 @@
 // The functions of both dialects.
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "sql/bind/Context.h"
@@ -32,6 +33,9 @@ struct SpecialFunction {
     std::size_t most;
     TermPtr (*bind)(Context& context, Terms arguments);
 };
+
+/// Those that stand in a file of their own.
+std::span<const SpecialFunction> ServerFunctions();
 
 /// The function of that name, ignoring case, or nullptr.
 const SpecialFunction* FindSpecialFunction(std::string_view name);

@@ -52,7 +52,7 @@ bool SameNode(Context& context, const Scope& scope, const Expression& a, const E
         case ExpressionKind::Cast: {
             const TypeName& x = sql::As<Cast>(a).type;
             const TypeName& y = sql::As<Cast>(b).type;
-            return x.type == y.type && x.length == y.length && x.fixed == y.fixed && x.memo == y.memo;
+            return x == y && !sql::As<Cast>(a).style == !sql::As<Cast>(b).style;
         }
         case ExpressionKind::Case:
             return !sql::As<Case>(a).operand == !sql::As<Case>(b).operand &&
@@ -106,7 +106,9 @@ void ForEachOperand(const Expression& e, const std::function<void(const Expressi
             return;
         }
         case ExpressionKind::Cast:
-            return visit(*sql::As<Cast>(e).operand);
+            visit(*sql::As<Cast>(e).operand);
+            if (sql::As<Cast>(e).style) visit(*sql::As<Cast>(e).style);
+            return;
         case ExpressionKind::Case:
             if (sql::As<Case>(e).operand) visit(*sql::As<Case>(e).operand);
             for (const auto& when : sql::As<Case>(e).whens) {

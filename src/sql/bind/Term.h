@@ -112,7 +112,7 @@ struct ParameterTerm : TermOf<ParameterTerm, TermKind::Parameter> {
     Binding binding;
     bool negative = false;  ///< Currency with a minus before it
     BoundPair pair = {};
-    int sequence;           ///< parameters are numbered in this order
+    int sequence;  ///< parameters are numbered in this order
     ParameterTerm(const Literal& l, Binding b, Type t, int s)
         : TermOf(t, {}),
           literal(l.literal),

@@ -60,7 +60,19 @@ ExpressionPtr ParseCast(TokenCursor& cursor) {
     cursor.Expect("AS");
     const TypeName type = ParseTypeName(cursor, TypeUse::Cast);
     cursor.ExpectOperator(")");
-    return std::make_unique<Cast>(std::move(operand), type, at);
+    return std::make_unique<Cast>(std::move(operand), type, nullptr, at);
+}
+
+/// CONVERT(type, operand[, style]).
+ExpressionPtr ParseConvert(TokenCursor& cursor) {
+    const std::size_t at = cursor.Take().offset;
+    cursor.ExpectOperator("(");
+    const TypeName type = ParseTypeName(cursor, TypeUse::Cast);
+    cursor.ExpectOperator(",");
+    ExpressionPtr operand = ParseExpression(cursor);
+    ExpressionPtr style = cursor.AcceptOperator(",") ? ParseExpression(cursor) : nullptr;
+    cursor.ExpectOperator(")");
+    return std::make_unique<Cast>(std::move(operand), type, std::move(style), at);
 }
 
 ExpressionPtr ParseCase(TokenCursor& cursor) {
@@ -109,6 +121,7 @@ ExpressionPtr ParsePrimary(TokenCursor& cursor) {
     if (cursor.At("CASE")) return ParseCase(cursor);
     if (AtCall(cursor)) {
         if (cursor.At("CAST")) return ParseCast(cursor);
+        if (cursor.At("CONVERT")) return ParseConvert(cursor);
         if (cursor.At("EXISTS")) return ParseExists(cursor);
         return ParseCall(cursor);
     }

@@ -126,6 +126,23 @@ void WriteCall(std::string& out, const Call& e) {
     out += ')';
 }
 
+void WriteCast(std::string& out, const Cast& e) {
+    if (e.style) {
+        out += "CONVERT(";
+        WriteType(out, e.type);
+        out += ", ";
+        WriteExpression(out, *e.operand);
+        out += ", ";
+        WriteExpression(out, *e.style);
+    } else {
+        out += "CAST(";
+        WriteExpression(out, *e.operand);
+        out += " AS ";
+        WriteType(out, e.type);
+    }
+    out += ')';
+}
+
 void WriteCase(std::string& out, const Case& e) {
     out += "CASE ";
     if (e.operand) {
@@ -230,12 +247,7 @@ void WriteBare(std::string& out, const Expression& e) {
         case ExpressionKind::Window:
             return WriteWindow(out, As<Window>(e));
         case ExpressionKind::Cast:
-            out += "CAST(";
-            WriteExpression(out, *As<Cast>(e).operand);
-            out += " AS ";
-            WriteType(out, As<Cast>(e).type);
-            out += ')';
-            return;
+            return WriteCast(out, As<Cast>(e));
         case ExpressionKind::Case:
             return WriteCase(out, As<Case>(e));
         default:
@@ -292,10 +304,12 @@ void WriteType(std::string& out, const TypeName& type) {
             out += "DOUBLE";
             return;
         case Type::Currency:
-            out += "CURRENCY";
+            out += type.cuts ? "BIGINT" : type.precision > 0 ? "DECIMAL" : "CURRENCY";
+            if (type.precision > 0 && !type.cuts)
+                out += '(' + std::to_string(type.precision) + ',' + std::to_string(type.scale) + ')';
             return;
         case Type::Date:
-            out += "DATETIME";
+            out += type.dayOnly ? "DATE" : type.timeOnly ? "TIME" : "DATETIME";
             return;
         case Type::Boolean:
             out += "YESNO";

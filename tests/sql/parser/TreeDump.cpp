@@ -37,7 +37,9 @@ std::string Names(const std::vector<std::string>& names) {
 
 std::string TypeText(const TypeName& type) {
     return " type:" + std::to_string(static_cast<int>(type.type)) + ":" + std::to_string(type.length) +
-           (type.counter ? ":counter" : "") + (type.memo ? ":memo" : "") + (type.fixed ? ":fixed" : "");
+           (type.counter ? ":counter" : "") + (type.memo ? ":memo" : "") + (type.fixed ? ":fixed" : "") +
+           (type.precision > 0 ? ":" + std::to_string(type.precision) + "," + std::to_string(type.scale) : "") +
+           (type.cuts ? ":cuts" : "") + (type.dayOnly ? ":day" : "") + (type.timeOnly ? ":time" : "");
 }
 
 std::string Order(const std::vector<OrderItem>& order) {
@@ -65,8 +67,7 @@ std::string DumpPredicate(const Expression& e) {
     switch (e.kind) {
         case ExpressionKind::Like:
             return Node(As<Like>(e).negated ? "notlike" : "like") + Maybe(As<Like>(e).operand) +
-                   Maybe(As<Like>(e).pattern) +
-                   (As<Like>(e).escape ? Maybe(As<Like>(e).escape) : std::string());
+                   Maybe(As<Like>(e).pattern) + (As<Like>(e).escape ? Maybe(As<Like>(e).escape) : std::string());
         case ExpressionKind::Between:
             return Node(As<Between>(e).negated ? "notbetween" : "between") + Maybe(As<Between>(e).operand) +
                    Maybe(As<Between>(e).low) + Maybe(As<Between>(e).high);
@@ -106,7 +107,8 @@ std::string DumpOpen(const Expression& e) {
         case ExpressionKind::Window:
             return DumpWindow(As<Window>(e));
         case ExpressionKind::Cast:
-            return Node("cast") + Maybe(As<Cast>(e).operand) + TypeText(As<Cast>(e).type);
+            return Node("cast") + Maybe(As<Cast>(e).operand) + TypeText(As<Cast>(e).type) +
+                   (As<Cast>(e).style ? Maybe(As<Cast>(e).style) : std::string());
         case ExpressionKind::Case:
             return DumpCase(As<Case>(e));
         default:
