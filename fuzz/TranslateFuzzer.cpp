@@ -23,6 +23,7 @@ using kpTables::fuzz::Require;
 bool IsQueryOrChange(sql::StatementKind kind) {
     switch (kind) {
         case sql::StatementKind::Select:
+        case sql::StatementKind::SelectInto:
         case sql::StatementKind::Insert:
         case sql::StatementKind::Update:
         case sql::StatementKind::Delete:

@@ -28,8 +28,8 @@ enum class Binding {
     Text,     ///< the text; a number in its text form
 };
 
-/// One of two bounds that may stand in any order, as BETWEEN takes them in Jet's dialect: of the parameter's literal and
-/// the other one, the lower or the higher is bound.
+/// One of two bounds that may stand in any order, as BETWEEN takes them in Jet's dialect: of the parameter's literal
+/// and the other one, the lower or the higher is bound.
 struct BoundPair {
     int other = -1;  ///< its ordinal; -1: the parameter is no such bound
     bool isHigher = false;
@@ -48,6 +48,7 @@ struct Parameter {
 struct ResultColumn {
     std::string name;
     Type type = Type::Unknown;
+    std::string qualifier = {};  ///< of a column of one of several tables: the table's name in the statement
 };
 
 /// A column whose type changes, in the engine's words.

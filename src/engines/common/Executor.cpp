@@ -141,6 +141,7 @@ void Executor::RunSelectInto(sql::SelectIntoStatement& statement, std::string_vi
     sql::InsertStatement insert;
     insert.table = statement.table;
     insert.offset = statement.offset;
+    insert.dialect = statement.dialect;
     insert.with = std::move(statement.with);
     insert.query = std::move(statement.query);
     insert.fixedLiterals = statement.fixedLiterals;
@@ -246,7 +247,8 @@ CachedStatementPtr Executor::PrepareTranslation(sql::Translation translation, bo
     auto statement = std::make_shared<CachedStatement>();
     if (!translation.columnChange) statement->prepared = driver_->Prepare(translation.text);
     std::vector<FieldInfo> fields;
-    for (const sql::ResultColumn& column : translation.columns) fields.push_back({column.name, FieldType(column.type)});
+    for (const sql::ResultColumn& column : translation.columns)
+        fields.push_back({column.name, FieldType(column.type), column.qualifier});
     // As the scaled value of a Currency, the only type that holds 64 bits.
     if (withRowId) fields.back() = {"", VarType::Currency};
     statement->fields = recordset::ShareFields(std::move(fields));

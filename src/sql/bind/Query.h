@@ -55,7 +55,8 @@ struct Output {
     TermPtr term;      ///< perhaps a predicate
     std::string name;  ///< the alias, the column's own name, or one made for it
     bool aliased = false;
-    std::string label = {};  ///< see SourceColumn
+    std::string label = {};      ///< see SourceColumn
+    std::string qualifier = {};  ///< see ResultColumn
 };
 
 struct OrderKey {

@@ -59,6 +59,7 @@ private:
     Place ItemPlace(const TermPtr& aggregateFilter = nullptr) {
         return {context_, scope_, nullptr, aggregateFilter, &select_.windowed};
     }
+    std::string QualifierOf(const Term& item) const;
     void AddWritten(const SelectItem& item);
     void AddStar(const Star& star);
     std::string NameOf(const SelectItem& item);

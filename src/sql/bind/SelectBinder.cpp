@@ -109,11 +109,17 @@ std::string SelectBinder::NameOf(const SelectItem& item) {
     return "Expr" + std::to_string(kFirstNumber + unnamed_++);
 }
 
+std::string SelectBinder::QualifierOf(const Term& item) const {
+    const auto* column = scope_.Sources().size() > 1 ? If<ColumnTerm>(&item) : nullptr;
+    return column ? column->source->name : std::string();
+}
+
 void SelectBinder::AddWritten(const SelectItem& item) {
     TermPtr term = BindItem(*item.expression);
     std::string name = NameOf(item);
     if (!item.alias.empty()) scope_.AddAlias(item.alias, term);
-    select_.items.push_back({std::move(term), std::move(name), !item.alias.empty()});
+    std::string qualifier = item.alias.empty() ? QualifierOf(*term) : std::string();
+    select_.items.push_back({std::move(term), std::move(name), !item.alias.empty(), {}, std::move(qualifier)});
     itemExpressions_.push_back(item.expression.get());
 }
 
@@ -125,7 +131,9 @@ void SelectBinder::AddStar(const Star& star) {
         if (!star.table.empty() && !SameName(source->name, star.table)) continue;
         for (std::size_t i = 0; i < source->columns.size(); ++i) {
             if (source->columns[i].computed) continue;
-            select_.items.push_back({ColumnOf(source, i, star.offset), source->columns[i].name});
+            TermPtr term = ColumnOf(source, i, star.offset);
+            std::string qualifier = QualifierOf(*term);
+            select_.items.push_back({std::move(term), source->columns[i].name, false, {}, std::move(qualifier)});
             itemExpressions_.push_back(nullptr);
         }
     }

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
+#include <initializer_list>
+#include <optional>
 
 #include "sql/Names.h"
 #include "sql/Position.h"
+#include "sql/parse/Keywords.h"
 
 namespace kpTables::sql::parse {
 
@@ -53,7 +57,7 @@ constexpr std::array<Role, 128> Roles() {
     set(" \t\n\v\f\r", Role::Blank);
     set("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", Role::Name);
     set("0123456789", Role::Digit);
-    set("'", Role::Quote);
+    set("'\"", Role::Quote);
     set("#", Role::DateSign);
     set("[`", Role::Bracket);
     set("@", Role::VariableSign);
@@ -96,6 +100,28 @@ std::size_t NameCharacterLength(std::string_view text, std::size_t at) {
     const Character next = Decode(text, at);
     const bool other = IsInvisible(next.code) || next.code == kWideBlank || next.code == kWideEqual;
     return other ? 0 : next.length;
+}
+
+bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
+    return std::any_of(words.begin(), words.end(), [&](std::string_view each) { return SameWord(each, word); });
+}
+
+/// A value that is given as a text, as the declared type has it; nothing when it cannot be.
+std::optional<LiteralValue> ValueOfType(LiteralValue value, std::string_view type) {
+    const bool isText = value.kind == LiteralKind::Text;
+    if (IsOneOf(type, {"DATETIME", "DATE", "TIME"})) {
+        if (isText) value.kind = LiteralKind::Date;
+    } else if (IsOneOf(type, {"TEXT", "CHAR", "VARCHAR", "STRING", "MEMO", "LONGTEXT"})) {
+        if (value.kind == LiteralKind::Integer || value.kind == LiteralKind::Decimal) value.kind = LiteralKind::Text;
+    } else if (isText) {
+        double number = 0;
+        const char* end = value.text.data() + value.text.size();
+        const auto read = std::from_chars(value.text.data(), end, number);
+        if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+        const bool whole = std::all_of(value.text.begin(), value.text.end(), IsDigit) && FitsInteger(value.text);
+        value.kind = whole ? LiteralKind::Integer : LiteralKind::Decimal;
+    }
+    return value;
 }
 
 }  // namespace
@@ -168,7 +194,9 @@ std::size_t Scanner::EndOfName(std::size_t at) const {
 
 Lexeme Scanner::Next() {
     Lexeme piece;
+    const bool begins = at_ == 0;
     piece.blankBefore = SkipBlanks();
+    if (begins && at_ < text_.size() && (text_[at_] | 0x20) == 'p') ScanDeclarations();
     piece.begin = piece.end = at_;
     if (at_ >= text_.size()) return piece;
     const bool touchesName = afterName_ && !piece.blankBefore;
@@ -180,7 +208,10 @@ Lexeme Scanner::Next() {
             ScanNumber(piece);
             break;
         case Role::Quote:
-            ScanText(piece);
+            if (text_[at_] == '"' && dialect_ == Dialect::SqlServer)
+                ScanQuotedName(piece);
+            else
+                ScanText(piece);
             break;
         case Role::DateSign:
             ScanDate(piece);
@@ -204,6 +235,7 @@ Lexeme Scanner::Next() {
                 ScanOperator(piece);
     }
     at_ = piece.end;
+    if (!declared_.empty()) ReplaceDeclared(piece);
     afterName_ = piece.kind == TokenKind::Word || piece.kind == TokenKind::QuotedName;
     return piece;
 }
@@ -219,13 +251,14 @@ void Scanner::ScanName(Lexeme& piece) {
 }
 
 void Scanner::ScanQuotedName(Lexeme& piece) {
-    const bool bracket = text_[piece.begin] == '[';
-    const std::size_t close = text_.find_first_of(bracket ? "]\r\n" : "`\r\n", piece.begin + 1);
-    if (close == std::string_view::npos || text_[close] != (bracket ? ']' : '`'))
+    const char sign = text_[piece.begin] == '[' ? ']' : text_[piece.begin];
+    const std::array<char, 3> ends = {sign, '\r', '\n'};
+    const std::size_t close = text_.find_first_of(std::string_view(ends.data(), ends.size()), piece.begin + 1);
+    if (close == std::string_view::npos || text_[close] != sign)
         Fail(piece.begin, text_.size() - piece.begin,
-             bracket ? "the name has no closing bracket" : "the name has no closing sign `");
+             sign == ']' ? "the name has no closing bracket" : "the name has no closing quote");
     if (close == piece.begin + 1)
-        Fail(piece.begin, 2, bracket ? "expected a name in the brackets" : "expected a name between the signs");
+        Fail(piece.begin, 2, sign == ']' ? "expected a name in the brackets" : "expected a name in the quotes");
     for (std::size_t i = piece.begin + 1; i < close;) {
         const Character next = Decode(text_, i);
         if (next.length == 0) Fail(i, 0, "the text is not valid UTF-8");
@@ -266,6 +299,59 @@ std::string_view Scanner::TextOf(const Lexeme& piece) const {
     return text_.substr(piece.begin, piece.end - piece.begin);
 }
 
+/// "PARAMETERS name type, ...;" before a statement; its pieces are no part of it.
+void Scanner::ScanDeclarations() {
+    constexpr std::string_view kWord = "PARAMETERS";
+    const std::size_t end = EndOfName(at_);
+    if (!SameWord(text_.substr(at_, end - at_), kWord)) return;
+    at_ = end;
+    std::deque<NamedLiteral> declared;
+    for (bool goesOn = true; goesOn;) {
+        const Lexeme name = Next();
+        const bool quoted = name.kind == TokenKind::QuotedName;
+        if (!quoted && name.kind != TokenKind::Word)
+            Fail(name.begin, name.end - name.begin, "expected a parameter's name");
+        std::string_view word = TextOf(name);
+        if (quoted) word = word.substr(1, word.size() - 2);
+        const Lexeme type = Next();
+        const auto given = std::find_if(named_.begin(), named_.end(),
+                                        [&](const NamedLiteral& each) { return SameName(each.name, word); });
+        if (given == named_.end()) Fail(name.begin, name.end - name.begin, "no value is given for this parameter");
+        auto value = ValueOfType(given->value, TextOf(type));
+        if (!value) Fail(name.begin, name.end - name.begin, "the parameter's value is not of its type");
+        declared.push_back({std::string(word), std::move(*value)});
+        Lexeme next = Next();
+        while (next.kind != TokenKind::End && TextOf(next) != "," && TextOf(next) != ";") {
+            const bool length = TextOf(next) == "(";
+            next = Next();
+            for (; length && next.kind != TokenKind::End && TextOf(next) != ")";) next = Next();
+            if (length && next.kind != TokenKind::End) next = Next();
+        }
+        goesOn = TextOf(next) == ",";
+        if (next.kind == TokenKind::End) Fail(next.begin, 0, "expected ';' behind the parameters");
+    }
+    declared_ = std::move(declared);
+    afterName_ = false;
+    SkipBlanks();
+}
+
+/// A declared parameter's name, unless it is part of a longer name or calls a function.
+void Scanner::ReplaceDeclared(Lexeme& piece) const {
+    if (piece.kind != TokenKind::Word && piece.kind != TokenKind::QuotedName) return;
+    const char next = piece.end < text_.size() ? text_[piece.end] : ' ';
+    const char before = piece.begin > 0 ? text_[piece.begin - 1] : ' ';
+    if (next == '.' || before == '.' || (next == '(' && piece.kind == TokenKind::Word)) return;
+    std::string_view word = text_.substr(piece.begin, piece.end - piece.begin);
+    if (piece.kind == TokenKind::QuotedName) word = word.substr(1, word.size() - 2);
+    for (const NamedLiteral& each : declared_) {
+        if (!SameName(each.name, word)) continue;
+        piece.given = &each.value;
+        const bool isWord = each.value.kind == LiteralKind::Null || each.value.kind == LiteralKind::Boolean;
+        piece.kind = isWord ? TokenKind::Word : TokenKind::Literal;
+        piece.literal = each.value.kind;
+    }
+}
+
 void Scanner::ScanNumber(Lexeme& piece) {
     piece.kind = TokenKind::Literal;
     while (DigitAt(piece.end)) ++piece.end;
@@ -291,13 +377,14 @@ void Scanner::ScanText(Lexeme& piece) {
     piece.kind = TokenKind::Literal;
     piece.literal = LiteralKind::Text;
     std::size_t close = piece.end;
+    const char quote = text_[close];
     do {
-        close = text_.find('\'', close + 1);
+        close = text_.find(quote, close + 1);
         if (close == std::string_view::npos)
             Fail(piece.begin, text_.size() - piece.begin, "the text has no closing quote");
         piece.end = close + 1;
         close = piece.end;
-    } while (close < text_.size() && text_[close] == '\'');
+    } while (close < text_.size() && text_[close] == quote);
 }
 
 void Scanner::ScanDate(Lexeme& piece) {
@@ -341,14 +428,16 @@ std::string Scanner::ValueOf(const Lexeme& piece) const {
     if (piece.given) return piece.given->text;
     std::string_view text = TextOf(piece);
     if (piece.literal == LiteralKind::Integer || piece.literal == LiteralKind::Decimal) return std::string(text);
-    if (text.front() != '\'' && piece.literal == LiteralKind::Text) text.remove_prefix(1);  // of N'...'
+    const bool national = piece.literal == LiteralKind::Text && (text.front() | 0x20) == 'n';
+    if (national) text.remove_prefix(1);
+    const char quote = text.front();
     const std::string_view inner = text.substr(1, text.size() - 2);
     if (piece.literal == LiteralKind::Date) return std::string(inner);
     std::string value;
     value.reserve(inner.size());
     for (std::size_t i = 0; i < inner.size(); ++i) {
         value += inner[i];
-        if (inner[i] == '\'') ++i;
+        if (inner[i] == quote) ++i;
     }
     return value;
 }

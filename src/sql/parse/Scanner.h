@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,6 +42,8 @@ private:
     /// Blanks and comments; false when there is none.
     bool SkipBlanks();
     bool SkipComment();
+    void ScanDeclarations();
+    void ReplaceDeclared(Lexeme& piece) const;
     bool NameBeginsAt(std::size_t at) const;
     std::size_t NameCharacter(std::size_t at) const;
     std::size_t EndOfName(std::size_t at) const;
@@ -59,6 +62,8 @@ private:
     std::span<const NamedLiteral> named_;
     [[maybe_unused]] Dialect dialect_;
     std::size_t at_ = 0;
+    /// The parameters that "PARAMETERS name type, ...;" declares, with their values.
+    std::deque<NamedLiteral> declared_;
     bool afterName_ = false;  ///< the last piece was a name that ends here: a point qualifies it and starts no number
 };
 

@@ -29,6 +29,8 @@ public:
 private:
     // Expressions
     Piece Term(const bind::Term& term);
+    std::size_t LongChain(const std::vector<const bind::Term*>& spine) const;
+    Piece Joined(const std::vector<const bind::Term*>& spine, std::size_t links, Piece first);
     Piece Compose(const bind::Term& term, std::vector<Piece> parts);
     Piece Constant(const bind::ConstantTerm& constant) const;
     Piece Column(const bind::ColumnTerm& column);
