@@ -1,7 +1,7 @@
 #include "query/RandomQuery.h"
 
-#include <array>
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace kpTables::fuzz::query {

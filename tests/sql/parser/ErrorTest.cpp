@@ -75,8 +75,6 @@ TEST(Errors, Statements) {
         {"Select * From T Having", 22, "Syntax error at line 1, column 23 at the end: expected an expression"},
         {"Select * From A Inner B On 1=1", 22, "Syntax error at line 1, column 23 near \"B\": expected JOIN"},
         {"Select * From A Inner Join B Where a", 29, "Syntax error at line 1, column 30 near \"Where\": expected ON"},
-        {"Select * From A Merge Join B On 1=1", 22,
-         "Syntax error at line 1, column 23 near \"Join\": expected ON"},
         {"Select * From (A Inner Join B On 1=1", 36, "Syntax error at line 1, column 37 at the end: expected ')'"},
         {"Select Top 1.5 a From T", 11,
          "Syntax error at line 1, column 12 near \"1.5\": expected a whole number after TOP"},
