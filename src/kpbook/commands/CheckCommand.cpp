@@ -2,7 +2,9 @@
 
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/Check.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
@@ -43,11 +45,12 @@ RecordsetPtr TableOf(const std::vector<bookkeeping::Finding>& findings, const Ma
 void Repair(Workspace& workspace, const std::shared_ptr<Host>& host) {
     workspace.Require(bookkeeping::rights::kClose);
     const auto repair = bookkeeping::RemoveDoubledRows(*workspace.connection, host);
-    const auto line = repair.doubled == 0   ? std::string("no doubled rows that are equal")
-                      : repair.removed == 0 ? std::string("nothing removed")
-                                            : Counted(repair.removed, "doubled row") + " removed";
+    const auto line = repair.doubled == 0 ? Message("no doubled rows that are equal")
+                      : repair.removed == 0
+                          ? Message("nothing removed")
+                          : CountedMessage(repair.removed, "{1} doubled row removed", "{1} doubled rows removed");
     if (repair.removed > 0) workspace.Log("修复 仓库余额表: " + line);
-    std::fprintf(stderr, "仓库余额表: %s\n", line.c_str());
+    TellLine("仓库余额表: " + line);
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/ResultWriter.h"
@@ -26,7 +28,7 @@ public:
     std::vector<output::Section> Sections() {
         return {{"information", Information()},
                 {"tables", Tables()},
-                {"balance months",
+                {Message("balance months"),
                  workspace_.connection->Execute(
                      "Select 年份,月份,Count(*) As 行数 From 仓库余额表 Group by 年份,月份 Order by 年份,月份")},
                 {"warehouses", Warehouses()}};
@@ -61,24 +63,25 @@ private:
         const auto value = Option(item);
         const auto date = Date::Parse(value);
         Add(rows, item, date ? Variant(date->ToIso()) : value.empty() ? Variant::Null() : Variant(value));
-        if (!date && !value.empty()) std::fprintf(stderr, "%s: %s is no date\n", item.c_str(), value.c_str());
+        if (!date && !value.empty()) TellLine(Message("{1}: {2} is no date", item, value));
         return date;
     }
 
     void Add(Recordset& rows, const std::string& item, const Variant& value) const {
         rows.AddNew();
         rows.SetValue(0, item);
-        rows.SetValue(1, value.IsNull() && forPeople_ ? Variant("(not set)") : value);
+        rows.SetValue(1, value.IsNull() && forPeople_ ? Variant(Message("(not set)")) : value);
         rows.Update();
     }
 
     /// With the last month that is closed, by the rule that closing goes by.
     RecordsetPtr Warehouses() {
-        auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"dpID", VarType::Long},
-                                                                             {"仓库名称", VarType::String},
-                                                                             {"结帐标志", VarType::Boolean},
-                                                                             {"结帐日期", VarType::Date},
-                                                                             {"closed through", VarType::Long}});
+        auto rows =
+            std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"dpID", VarType::Long},
+                                                                     {"仓库名称", VarType::String},
+                                                                     {"结帐标志", VarType::Boolean},
+                                                                     {"结帐日期", VarType::Date},
+                                                                     {Message("closed through"), VarType::Long}});
         const auto stored =
             workspace_.connection->Execute("Select dpID,仓库名称,结帐标志,结帐日期 From 仓库设置 Order by dpID");
         for (; !stored->Eof(); stored->MoveNext()) {

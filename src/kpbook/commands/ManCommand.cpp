@@ -3,6 +3,7 @@
 #include <sstream>
 #include <system_error>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Suggestion.h"
 #include "kpbook/commands/CommandTree.h"
@@ -55,7 +56,7 @@ std::string OptionText(const OptionEntry& option) {
     }
     if (!option.positional.empty()) text += "\\fI" + Escaped(option.positional) + "\\fR";
     if (!option.value.empty()) text += " \\fI" + Escaped(option.value) + "\\fR";
-    return text + "\n" + Lines(option.what + (option.required ? " (required)" : ""));
+    return text + "\n" + Lines(option.what + (option.required ? Message(" (required)") : ""));
 }
 
 std::string Synopsis(const CommandPage& page) {
@@ -122,7 +123,7 @@ int Man(const CLI::App& tree, const ManOptions& options, const GlobalOptions& gl
     if (!options.folder.empty()) {
         std::error_code failure;
         std::filesystem::create_directories(options.folder, failure);
-        if (failure) throw CommandError(options.folder + ": cannot be made: " + failure.message());
+        if (failure) throw CommandError(Message("{1}: cannot be made: {2}", options.folder, SystemMessage(failure)));
         for (const auto& page : pages) {
             WriteText(PageText(page, pages),
                       (std::filesystem::path(options.folder) / (PageName(page) + ".1")).string());
@@ -137,7 +138,7 @@ int Man(const CLI::App& tree, const ManOptions& options, const GlobalOptions& gl
         }
         names.push_back(page.name);
     }
-    throw CommandError("there is no command " + options.command + DidYouMean(options.command, names));
+    throw CommandError(Message("there is no command {1}{2}", options.command, DidYouMean(options.command, names)));
 }
 
 }  // namespace kpTables::kpbook::commands
