@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "functions/Fault.h"
+#include "kpTables/text/Message.h"
 #include "text/Calendar.h"
 #include "text/DateText.h"
 #include "text/Decimal.h"
@@ -29,7 +30,7 @@ std::string_view Arguments::Text(int index) const noexcept {
 
 double Arguments::NumberOf(std::string_view text) {
     const auto number = text::ParseNumber(text);
-    if (!number) RaiseMismatch(text, "is no number");
+    if (!number) RaiseMismatch(text, Message("is no number"));
     return *number;
 }
 
@@ -55,7 +56,7 @@ double Arguments::Date(int index, double dayZero) const {
     if (const auto date = text::ParseIsoDate(text)) return *date;
     if (const auto date = text::ParseDate(text)) return *date;
     const auto days = text::ParseNumber(text);
-    if (!days) RaiseMismatch(text, "is no date");
+    if (!days) RaiseMismatch(text, Message("is no date"));
     return CheckedDate(*days + dayZero);
 }
 

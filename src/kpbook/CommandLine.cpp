@@ -183,18 +183,17 @@ void AddPayroll(CLI::App& app, Parsed& parsed) {
 }
 
 void AddCall(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "call", "Call a method by name, or many with --batch",
-        Message("Arguments:") + "\n" + Translated(input::kArgumentForms) +
-            Message(
-                "\nPut -- before arguments that begin with a dash and a letter. Values that a method writes back are shown on\n"
-                "standard error.\n\n"
-                "A batch has one JSON object per line, and each is answered with one line:\n"
-                "  {\"method\":NAME,\"args\":[...],\"isSQL\":bool,\"today\":\"2026-11-21\",\"answer\":\"yes\"|\"no\"}\n"
-                "  {\"execute\":TEXT}\n\n"
-                "Examples:\n  kpbook call shop.kpbook rs余额记录 1 3\n"
-                "  kpbook call shop.kpbook Close_DepotBalance 1 3 False date:2004-03-31 progress:\n"
-                "  kpbook call shop.kpbook --batch calls.jsonl"));
+    const std::string arguments = Message("Arguments:") + "\n" + Translated(input::kArgumentForms);
+    const std::string rest = Message(
+        "\nPut -- before arguments that begin with a dash and a letter. Values that a method writes back are shown on\n"
+        "standard error.\n\n"
+        "A batch has one JSON object per line, and each is answered with one line:\n"
+        "  {\"method\":NAME,\"args\":[...],\"isSQL\":bool,\"today\":\"2026-11-21\",\"answer\":\"yes\"|\"no\"}\n"
+        "  {\"execute\":TEXT}\n\n"
+        "Examples:\n  kpbook call shop.kpbook rs余额记录 1 3\n"
+        "  kpbook call shop.kpbook Close_DepotBalance 1 3 False date:2004-03-31 progress:\n"
+        "  kpbook call shop.kpbook --batch calls.jsonl");
+    auto* command = commands::AddCommand(app, "call", "Call a method by name, or many with --batch", arguments + rest);
     commands::AddBook(*command, parsed.call.book);
     command->add_option("METHOD", parsed.call.method, "The method; with --batch the file, standard input by default")
         ->check(commands::kUtf8)

@@ -3,6 +3,7 @@
 #include <exception>
 #include <new>
 
+#include "kpbook/Catalogue.h"
 #include "kpbook/CommandLine.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
@@ -19,6 +20,7 @@ int main(int count, char** words) {
     std::signal(SIGPIPE, SIG_IGN);
     WatchSignals();
     try {
+        SpeakAskedLanguage();
         return RunCommandLine(count, words);
     } catch (const std::bad_alloc&) {
         // Nothing that tells of it may need memory.

@@ -4,6 +4,7 @@
 
 #include "functions/TextLength.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines {
 
@@ -21,7 +22,7 @@ std::int64_t RowWriter::Insert(const ColumnSet& set, WrittenValues values) {
     if (!table_.rowIdColumn || std::in_range<std::int32_t>(rowId)) return rowId;
     DeleteRow(rowId);
     const std::string& column = table_.columns[static_cast<std::size_t>(*table_.rowIdColumn)].name;
-    RaiseOverflow("Overflow: the counter '" + column + "' has no values left");
+    RaiseOverflow(Message("Overflow: the counter '{1}' has no values left", column));
 }
 
 void RowWriter::Change(std::int64_t rowId, const ColumnSet& set, WrittenValues values) {

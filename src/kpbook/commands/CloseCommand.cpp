@@ -11,6 +11,7 @@
 #include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/CellText.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
@@ -70,15 +71,16 @@ bool Tell(const ClosingResult& result, const CloseOptions& options) {
 }
 
 /// The changes of a dry run, a figure a row.
-RecordsetPtr ChangesOf(const std::vector<ClosingResult>& results, const MasterNames& names) {
-    auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
-                                                                         {"年份", VarType::Long},
-                                                                         {"月份", VarType::Long},
-                                                                         {"pdID", VarType::Long},
-                                                                         {"商品", VarType::String},
-                                                                         {"column", VarType::String},
-                                                                         {"before", VarType::String},
-                                                                         {"after", VarType::String}});
+RecordsetPtr ChangesOf(const std::vector<ClosingResult>& results, const MasterNames& names, OutputFormat format) {
+    auto rows =
+        std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
+                                                                 {"年份", VarType::Long},
+                                                                 {"月份", VarType::Long},
+                                                                 {"pdID", VarType::Long},
+                                                                 {"商品", VarType::String},
+                                                                 {output::Heading("column", format), VarType::String},
+                                                                 {output::Heading("before", format), VarType::String},
+                                                                 {output::Heading("after", format), VarType::String}});
     const auto shown = [](const Variant& value) { return value.IsNull() ? value : Variant(output::CellText(value)); };
     for (const auto& result : results) {
         for (const auto& change : result.changes) {
@@ -129,7 +131,8 @@ int Close(const CloseOptions& options, const GlobalOptions& global) {
         watch.bar = [](const std::string& label) { return std::make_unique<TerminalProgressBar>(label); };
     }
     const auto results = bookkeeping::CloseMonth(workspace.connection, host, closing, watch);
-    if (options.dryRun) output::WriteRecordset(*ChangesOf(results, MasterNames(*workspace.connection)), global);
+    if (options.dryRun)
+        output::WriteRecordset(*ChangesOf(results, MasterNames(*workspace.connection), global.format), global);
     return allClosed ? kSucceeded : kFailed;
 }
 

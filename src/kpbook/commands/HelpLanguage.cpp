@@ -32,6 +32,12 @@ constexpr const char* kSentences[] = {
     Translatable("{1} was given a disallowed flag override"),
 };
 
+/// Descriptions that the library gives its own options.
+[[maybe_unused]] constexpr const char* kOwnOptions[] = {
+    Translatable("Print this help message and exit"),
+    Translatable("Display program version information and exit"),
+};
+
 /// The place of the next gap, "{1}"; none: the end.
 std::size_t NextGap(std::string_view sentence, std::size_t from) {
     for (std::size_t at = from; at + 2 < sentence.size(); ++at) {

@@ -8,6 +8,7 @@
 #include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
@@ -23,21 +24,22 @@ class BookInfo {
 public:
     BookInfo(const InfoOptions& options, const GlobalOptions& global)
         : workspace_(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read),
+          format_(global.format),
           forPeople_(global.format == OutputFormat::Table || global.format == OutputFormat::Markdown) {}
 
     std::vector<output::Section> Sections() {
-        return {{"information", Information()},
-                {"tables", Tables()},
-                {Message("balance months"),
+        return {{output::Heading("information", format_), Information()},
+                {output::Heading("tables", format_), Tables()},
+                {output::Heading("balance months", format_),
                  workspace_.connection->Execute(
                      "Select 年份,月份,Count(*) As 行数 From 仓库余额表 Group by 年份,月份 Order by 年份,月份")},
-                {"warehouses", Warehouses()}};
+                {output::Heading("warehouses", format_), Warehouses()}};
     }
 
 private:
     RecordsetPtr Information() {
-        auto rows = std::make_shared<MemoryRecordset>(
-            std::vector<FieldInfo>{{"item", VarType::String}, {"value", VarType::String}});
+        auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{
+            {output::Heading("item", format_), VarType::String}, {output::Heading("value", format_), VarType::String}});
         for (const char* item : kTextItems) {
             if (const auto value = Option(item); !value.empty()) Add(*rows, item, value);
         }
@@ -76,12 +78,12 @@ private:
 
     /// With the last month that is closed, by the rule that closing goes by.
     RecordsetPtr Warehouses() {
-        auto rows =
-            std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"dpID", VarType::Long},
-                                                                     {"仓库名称", VarType::String},
-                                                                     {"结帐标志", VarType::Boolean},
-                                                                     {"结帐日期", VarType::Date},
-                                                                     {Message("closed through"), VarType::Long}});
+        auto rows = std::make_shared<MemoryRecordset>(
+            std::vector<FieldInfo>{{"dpID", VarType::Long},
+                                   {"仓库名称", VarType::String},
+                                   {"结帐标志", VarType::Boolean},
+                                   {"结帐日期", VarType::Date},
+                                   {output::Heading("closed through", format_), VarType::Long}});
         const auto stored =
             workspace_.connection->Execute("Select dpID,仓库名称,结帐标志,结帐日期 From 仓库设置 Order by dpID");
         for (; !stored->Eof(); stored->MoveNext()) {
@@ -97,8 +99,8 @@ private:
     }
 
     RecordsetPtr Tables() {
-        auto rows = std::make_shared<MemoryRecordset>(
-            std::vector<FieldInfo>{{"table", VarType::String}, {"rows", VarType::Long}});
+        auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{
+            {output::Heading("table", format_), VarType::String}, {output::Heading("rows", format_), VarType::Long}});
         for (const auto& table : workspace_.book->Tables()) {
             const auto count =
                 workspace_.connection->Execute("Select Count(*) As n From [" + table.name + "]")->GetValue(0);
@@ -113,6 +115,7 @@ private:
     }
 
     Workspace workspace_;
+    OutputFormat format_;
     bool forPeople_;  ///< missing values are shown in words
 };
 

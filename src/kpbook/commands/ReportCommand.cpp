@@ -10,6 +10,7 @@
 #include "kpbook/commands/ReportSet.h"
 #include "kpbook/commands/ReportView.h"
 #include "kpbook/commands/Reports.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/Output.h"
 #include "kpbook/output/ResultWriter.h"
 
@@ -45,10 +46,10 @@ int ListReports(const GlobalOptions& global) {
         output.Close();
         return kSucceeded;
     }
-    MemoryRecordset rows({{"report", VarType::String},
-                          {"method", VarType::String},
-                          {"answers", VarType::String},
-                          {"filters", VarType::String}});
+    MemoryRecordset rows({{output::Heading("report", global.format), VarType::String},
+                          {output::Heading("method", global.format), VarType::String},
+                          {output::Heading("answers", global.format), VarType::String},
+                          {output::Heading("filters", global.format), VarType::String}});
     for (const auto& kind : ReportKinds()) {
         rows.AddNew();
         rows.SetValue(0, kind.name);

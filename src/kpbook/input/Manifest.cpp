@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 const Json& Member(const Json& object, const char* key) {
     if (object.is_object() && object.contains(key)) return object[key];
-    Raise(ErrorNumber::InvalidCall, Message("{1}{2}\" is missing in {3}", "\"", key, Shown(object)));
+    Raise(ErrorNumber::InvalidCall, Message("\"{1}\" is missing in {2}", key, Shown(object)));
 }
 
 std::vector<ManifestEntry> ReadManifest(const std::string& text) {

@@ -16,6 +16,7 @@
 #include "kpbook/Terminal.h"
 #include "kpbook/commands/CallCommand.h"
 #include "kpbook/output/CellText.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 #include "kpbook/shell/ShellSyntax.h"
 #include "kpbook/shell/Words.h"
@@ -137,7 +138,8 @@ void Session::Call(const std::vector<std::string>& words) {
 }
 
 void Session::ShowTables() {
-    MemoryRecordset rows({{"table", VarType::String}, {"columns", VarType::Long}});
+    MemoryRecordset rows({{output::Heading("table", global_.format), VarType::String},
+                          {output::Heading("columns", global_.format), VarType::Long}});
     for (const TableInfo& table : workspace_.book->Tables()) {
         rows.AddNew();
         rows.SetValue(0, table.name);
@@ -149,11 +151,11 @@ void Session::ShowTables() {
 }
 
 void Session::ShowSchema(const std::string& name) {
-    MemoryRecordset rows({{"table", VarType::String},
-                          {"column", VarType::String},
-                          {"type", VarType::String},
-                          {"key", VarType::String},
-                          {"default", VarType::String}});
+    MemoryRecordset rows({{output::Heading("table", global_.format), VarType::String},
+                          {output::Heading("column", global_.format), VarType::String},
+                          {output::Heading("type", global_.format), VarType::String},
+                          {output::Heading("key", global_.format), VarType::String},
+                          {output::Heading("default", global_.format), VarType::String}});
     const auto tables = workspace_.book->Tables();
     std::vector<std::string_view> names;
     bool found = name.empty();
