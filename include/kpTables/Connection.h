@@ -19,6 +19,11 @@ enum class SourceKind : int {
     Table = 2,  ///< adCmdTable: a table's name
 };
 
+/// The dialect that decides where a statement's text means two things: the class [!a] of a pattern, the quotes "...", the
+/// quotient and the average of whole numbers, & between them, and bounds of Between that stand in the wrong order.
+/// Everything else is read alike, whichever dialect a text is in.
+enum class SqlDialect { Jet, SqlServer };
+
 /// A value for a name in a statement's text. The value is bound and never becomes part of the text: Null, a Boolean, a
 /// number, a Date or a String; error 13 for any other.
 struct NamedValue {
@@ -43,7 +48,15 @@ public:
     /// requested.
     virtual RecordsetPtr Open(std::string_view source, SourceKind kind) = 0;
 
-    // For hosts; the component never calls these. Transactions nest as ADO's do: commit and rollback end the innermost
+    // For hosts; the component never calls these.
+    /// The dialect of the host's own statements; Jet's at first. What CTables sends means the same in both.
+    virtual SqlDialect Dialect() const { return SqlDialect::Jet; }
+    /// Counts from the next statement on. Error 5 where a connection reads one dialect only.
+    virtual void Dialect(SqlDialect dialect) {
+        if (dialect != Dialect()) Raise(ErrorNumber::InvalidCall, "this connection reads one dialect only");
+    }
+
+    // Transactions nest as ADO's do: commit and rollback end the innermost
     // level, and a rollback also undoes what levels inside it have committed. What editable recordsets write meanwhile
     // belongs to it. kpTables/Transaction.h has a guard for blocks.
     /// Begins a transaction, or a level inside the open one; answers the level, 1 for the outermost. No other program

@@ -20,6 +20,8 @@ namespace kpTables {
 struct FieldInfo {
     std::string name;
     VarType type = VarType::Empty;
+    /// Of a column of a joined table: the table's name or alias in the query.
+    std::string qualifier = {};
 };
 
 /// Where a recordset stands when it is on no row, with ADO's numbers: what AbsolutePosition answers then.
@@ -108,7 +110,8 @@ public:
     virtual int FieldCount() const = 0;
     /// Error 3265 when the position is out of range.
     virtual const FieldInfo& FieldAt(int index) const = 0;
-    /// Position of the first field of that name, ignoring case; error 3265 when there is none.
+    /// Position of the first field of that name, ignoring case; else of the one that a joined table's name or alias and
+    /// a point before the name tell ("Lst.dpID"); error 3265 when there is none.
     virtual int FieldIndex(std::string_view name) const = 0;
     Field Fields(std::string_view name) { return Field(*this, FieldIndex(name)); }
     Field Fields(int index) {

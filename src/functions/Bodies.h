@@ -18,14 +18,22 @@ Signature AddDays, DateNumber, DateSerial, DateValue, Day, DayAndTime, DaysBetwe
 // DateIntervals.cpp
 Signature DateAdd, DateDiff, DatePart, TimeSerial, Weekday;
 
+// DateStyles.cpp
+Signature DateName, EndOfMonth, StyledDate, TextOfStyledDate;
+
+// DecimalFunctions.cpp
+Signature CurrencyRoundOnServer, DecimalFit, RoundOnServer, StrOnServer, ToDecimal;
+
 // NumberFunctions.cpp
-Signature CurrencyFit, CurrencyFix, CurrencyInt, CurrencyProduct, CurrencyRound, Divide, Exponential, Fix, Int,
-    Logarithm, Power, Remainder, Round, Sign, SquareRoot, WholeQuotient;
+Signature ArcTangent, BitAnd, Cosine, CurrencyFit, CurrencyFix, CurrencyInt, CurrencyProduct, CurrencyRound, Divide,
+    Exponential, Fix, Int, Logarithm, Partition, Power, Remainder, Round, Sign, Sine, SquareRoot, Tangent,
+    WholeQuotient;
 
 // SearchFunctions.cpp
-Signature CharIndex, InStr, InStrRev, Like, Replace, StrComp;
+Signature CharIndex, InStr, InStrRev, Like, LikeOnServer, Replace, StrComp;
 
 // TextFunctions.cpp
-Signature Asc, Char, Chr, Fit, Join, Left, Lower, Mid, Reverse, Right, Space, String, Upper;
+Signature Asc, Char, Chr, Fit, Join, Left, Lower, Mid, NChar, Proper, Replicate, Reverse, Right, Space, String, Stuff,
+    Substring, Unicode, Upper;
 
 }  // namespace kpTables::functions

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "functions/Fault.h"
+#include "functions/ServerDate.h"
 #include "kpTables/text/Message.h"
 #include "text/Calendar.h"
 #include "text/DateText.h"
@@ -56,6 +57,8 @@ double Arguments::Date(int index, double dayZero) const {
     if (const auto date = text::ParseIsoDate(text)) return *date;
     if (const auto date = text::ParseDate(text)) return *date;
     const auto days = text::ParseNumber(text);
+    if (days && text::IsSerial(*days + dayZero)) return *days + dayZero;
+    if (const auto date = ReadServerDate(text)) return *date;
     if (!days) RaiseMismatch(text, Message("is no date"));
     return CheckedDate(*days + dayZero);
 }

@@ -1,8 +1,10 @@
 // Visual Basic's arithmetic.
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <string>
 
 #include "functions/Bodies.h"
 #include "functions/Fault.h"
@@ -75,6 +77,8 @@ void CurrencyRound(const Arguments& a, Answer& answer) {
     answer.Whole(Scaled(units, unit));
 }
 
+void BitAnd(const Arguments& a, Answer& answer) { answer.Whole(a.Whole(0) & a.Whole(1)); }
+
 void Divide(const Arguments& a, Answer& answer) {
     if (a.Number(1) == 0) Raise(FaultNumber::DivisionByZero);
     answer.Number(a.Number(0) / a.Number(1));
@@ -115,6 +119,30 @@ void Sign(const Arguments& a, Answer& answer) { answer.Whole((a.Number(0) > 0) -
 void SquareRoot(const Arguments& a, Answer& answer) {
     if (a.Number(0) < 0) Raise(FaultNumber::InvalidCall);
     answer.Number(std::sqrt(a.Number(0)));
+}
+
+void Sine(const Arguments& a, Answer& answer) { answer.Number(std::sin(a.Number(0))); }
+void Cosine(const Arguments& a, Answer& answer) { answer.Number(std::cos(a.Number(0))); }
+void Tangent(const Arguments& a, Answer& answer) { answer.Number(std::tan(a.Number(0))); }
+void ArcTangent(const Arguments& a, Answer& answer) { answer.Number(std::atan(a.Number(0))); }
+
+/// Partition(number, start, stop, interval): the range that the number is in, as "  0: 99".
+void Partition(const Arguments& a, Answer& answer) {
+    const std::int64_t number = a.Whole(0);
+    const std::int64_t start = a.Whole(1);
+    const std::int64_t stop = a.Whole(2);
+    const std::int64_t interval = a.Whole(3);
+    if (start < 0 || stop <= start || interval < 1) Raise(FaultNumber::InvalidCall);
+    const auto width = std::max(std::to_string(start - 1).size(), std::to_string(stop + 1).size());
+    const auto padded = [&](const std::string& digits) {
+        return digits.size() < width ? std::string(width - digits.size(), ' ') + digits : digits;
+    };
+    const std::int64_t first = number < start ? 0 : start + (number - start) / interval * interval;
+    const std::string low = number < start ? "" : std::to_string(number > stop ? stop + 1 : first);
+    const std::string high = number < start  ? std::to_string(start - 1)
+                             : number > stop ? ""
+                                             : std::to_string(std::min(first + interval - 1, stop));
+    answer.Text(padded(low) + ":" + padded(high));
 }
 
 void Exponential(const Arguments& a, Answer& answer) { answer.Number(std::exp(a.Number(0))); }

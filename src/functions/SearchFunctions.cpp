@@ -48,6 +48,16 @@ std::size_t MatchedSize(std::string_view text, std::u32string_view find) {
     return at;
 }
 
+void Match(const Arguments& a, Answer& answer, text::LikeRules rules) {
+    RequireSearchable(a.Text(0), a.Text(1));
+    if (a.Count() > 2) {
+        rules.escape = a.Text(2);
+        if (text::CountCharacters(rules.escape) != 1)
+            Raise(FaultNumber::InvalidCall, "the sign of ESCAPE is one character");
+    }
+    answer.Test(text::Like(a.Text(0), a.Text(1), rules));
+}
+
 }  // namespace
 
 void InStr(const Arguments& a, Answer& answer) {
@@ -102,9 +112,7 @@ void CharIndex(const Arguments& a, Answer& answer) {
     answer.Whole(a.Text(0).empty() ? 0 : PositionOf(a.Text(1), a.Text(0), start < 1 ? 1 : start, true));
 }
 
-void Like(const Arguments& a, Answer& answer) {
-    RequireSearchable(a.Text(0), a.Text(1));
-    answer.Test(text::Like(a.Text(0), a.Text(1)));
-}
+void Like(const Arguments& a, Answer& answer) { Match(a, answer, {}); }
+void LikeOnServer(const Arguments& a, Answer& answer) { Match(a, answer, {.outside = "^"}); }
 
 }  // namespace kpTables::functions

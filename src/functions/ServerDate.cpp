@@ -1,5 +1,6 @@
 #include "functions/ServerDate.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 
@@ -27,12 +28,23 @@ std::string WithoutPadding(std::string_view text) {
     return plain;
 }
 
+// A book keeps whole seconds.
+std::string_view WithoutFraction(std::string_view text) {
+    const auto point = text.rfind('.');
+    if (point == text.npos || text.rfind(':', point) == text.npos) return text;
+    const bool digits = text.find_first_not_of("0123456789", point + 1) == text.npos;
+    return digits && point + 1 < text.size() ? text.substr(0, point) : text;
+}
+
 }  // namespace
 
 std::optional<double> ReadServerDate(std::string_view text) {
     constexpr std::size_t kDigits = 8;
-    const bool unseparated = text.size() == kDigits && text.find_first_not_of("0123456789") == text.npos;
-    return text::ParseDate(unseparated ? WithSeparators(text) : WithoutPadding(text));
+    text = WithoutFraction(text);
+    if (const auto date = text::ParseIsoDate(text)) return date;
+    const std::size_t day = std::min(text.find_first_not_of("0123456789"), text.size());
+    const bool alone = day == text.size() || text[day] == ' ';
+    return text::ParseDate(alone && day == kDigits ? WithSeparators(text) : WithoutPadding(text));
 }
 
 }  // namespace kpTables::functions

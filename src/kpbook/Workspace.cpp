@@ -97,6 +97,7 @@ Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOpt
     };
     tables.Cnn(connection);
     tables.isSQL(global.isSQL);
+    connection->Dialect(DialectOf(global.isSQL));
 }
 
 Workspace::~Workspace() {

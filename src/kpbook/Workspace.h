@@ -19,6 +19,8 @@ namespace kpTables::kpbook {
 /// A command that only reads also opens a book that cannot be written.
 enum class Access { Read, Change };
 
+inline SqlDialect DialectOf(bool isSQL) { return isSQL ? SqlDialect::SqlServer : SqlDialect::Jet; }
+
 struct Workspace {
     /// Opens the book at a path or URL. With --trace, every statement is written to standard error. With --operator,
     /// the operator logs in and must have the command's right; without, a book that demands an operator is not opened

@@ -190,6 +190,13 @@ int MemoryRecordset::FieldIndex(std::string_view name) const {
     for (std::size_t i = 0; i < fields.size(); ++i) {
         if (text::EqualsIgnoringCase(fields[i].name, name)) return static_cast<int>(i);
     }
+    const std::size_t point = name.find('.');
+    for (std::size_t i = 0; i < fields.size() && point != name.npos; ++i) {
+        if (fields[i].qualifier.empty()) continue;
+        const bool same = text::EqualsIgnoringCase(fields[i].qualifier, name.substr(0, point)) &&
+                          text::EqualsIgnoringCase(fields[i].name, name.substr(point + 1));
+        if (same) return static_cast<int>(i);
+    }
     Raise(ErrorNumber::ItemNotFound, std::string(name));
 }
 

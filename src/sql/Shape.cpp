@@ -20,12 +20,16 @@ std::string_view Placeholder(LiteralKind kind) {
     }
 }
 
+/// Behind the shape of a text in SQL Server's dialect: no statement contains it.
+constexpr char kServerMark = '\3';
+
 }  // namespace
 
-std::string Shape(std::string_view text, std::vector<LiteralValue>& values, std::span<const NamedLiteral> named) {
+std::string Shape(std::string_view text, std::vector<LiteralValue>& values, std::span<const NamedLiteral> named,
+                  Dialect dialect) {
     std::string shape;
-    shape.reserve(text.size());
-    parse::Scanner scanner(text, named);
+    shape.reserve(text.size() + 1);
+    parse::Scanner scanner(text, named, dialect);
     // Pieces that are already spaced as in the shape, by one blank or none, are copied together.
     std::size_t begin = 0;
     std::size_t end = 0;
@@ -48,6 +52,7 @@ std::string Shape(std::string_view text, std::vector<LiteralValue>& values, std:
         begin = end;
     }
     shape.append(text, begin, end - begin);
+    if (dialect == Dialect::SqlServer) shape += kServerMark;
     return shape;
 }
 

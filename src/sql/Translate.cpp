@@ -20,6 +20,10 @@ Translation Translate(const Statement& statement, const Catalog& catalog, const 
     return Finished(bind::BindStatement(statement, catalog, pivotValues), engine, rules);
 }
 
+std::unique_ptr<CreateTableStatement> NewTableOf(const SelectIntoStatement& statement, const Catalog& catalog) {
+    return bind::NewTableOf(statement, catalog);
+}
+
 Translation TranslatePivotQuery(const TransformStatement& statement, const Catalog& catalog,
                                 const print::Engine& engine, std::span<const rewrite::Rule> rules) {
     return Finished(bind::BindPivotQuery(statement, catalog), engine, rules);

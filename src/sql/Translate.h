@@ -1,6 +1,7 @@
 // Translates one statement's tree to an engine's text: binds, rewrites, prints.
 #pragma once
 
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -19,6 +20,9 @@ namespace kpTables::sql {
 Translation Translate(const Statement& statement, const Catalog& catalog, const print::Engine& engine,
                       const std::vector<LiteralValue>& pivotValues = {},
                       std::span<const rewrite::Rule> rules = rewrite::Rules());
+
+/// CREATE TABLE of the table that SELECT ... INTO makes. SqlError for a column whose type cannot be told.
+std::unique_ptr<CreateTableStatement> NewTableOf(const SelectIntoStatement& statement, const Catalog& catalog);
 
 /// For a TRANSFORM without an IN list: the query that lists its pivot values in ascending order, Null included.
 Translation TranslatePivotQuery(const TransformStatement& statement, const Catalog& catalog,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,16 +28,35 @@ enum class Binding {
     Text,     ///< the text; a number in its text form
 };
 
+/// One of two bounds that may stand in any order, as BETWEEN takes them in Jet's dialect: of the parameter's literal
+/// and the other one, the lower or the higher is bound.
+struct BoundPair {
+    int other = -1;  ///< its ordinal; -1: the parameter is no such bound
+    bool isHigher = false;
+
+    bool operator==(const BoundPair&) const = default;
+};
+
 struct Parameter {
     int literal = 0;  ///< ordinal of the literal in the statement's text
     Binding binding = Binding::Text;
     std::size_t offset = 0;  ///< of the literal in the text that was first translated, for messages
     bool negative = false;   ///< Currency with a minus before it: negating the lowest one would overflow
+    BoundPair pair = {};
 };
 
 struct ResultColumn {
     std::string name;
     Type type = Type::Unknown;
+    std::string qualifier = {};  ///< of a column of one of several tables: the table's name in the statement
+};
+
+/// A column whose type changes, in the engine's words.
+struct ColumnChange {
+    std::string table;
+    std::string column;
+    std::string definition;  ///< as CREATE TABLE has it
+    std::string value;       ///< of a row of the table, converted to the new type
 };
 
 struct Translation {
@@ -47,6 +67,10 @@ struct Translation {
     /// Literals whose value shaped the text (a TOP, an ordinal, a pattern that a rewrite examined): the translation is
     /// valid for another text of the same shape only if these have the same values.
     std::vector<int> fixedLiterals;
+    /// Statements without parameters that belong to it, to be run after it in the same transaction.
+    std::vector<std::string> further = {};
+    /// Of ALTER COLUMN, instead of a text.
+    std::optional<ColumnChange> columnChange = std::nullopt;
 };
 
 }  // namespace kpTables::sql

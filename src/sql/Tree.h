@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "sql/Dialect.h"
 #include "sql/Type.h"
 
 namespace kpTables::sql {
@@ -31,6 +32,7 @@ enum class ExpressionKind {
     Exists,
     Subquery,
     Call,
+    Window,
     Cast,
     Case,
 };
@@ -164,8 +166,9 @@ struct Like : Expression {
     bool negated;
     ExpressionPtr operand;
     ExpressionPtr pattern;
-    Like(bool no, ExpressionPtr e, ExpressionPtr p, std::size_t at = 0)
-        : Expression(kKind, at), negated(no), operand(std::move(e)), pattern(std::move(p)) {}
+    ExpressionPtr escape;  ///< null when there is none
+    Like(bool no, ExpressionPtr e, ExpressionPtr p, ExpressionPtr sign, std::size_t at = 0)
+        : Expression(kKind, at), negated(no), operand(std::move(e)), pattern(std::move(p)), escape(std::move(sign)) {}
 };
 
 struct Between : Expression {
@@ -228,20 +231,56 @@ struct Call : Expression {
         : Expression(kKind, at), name(std::move(n)), distinct(d), arguments(std::move(args)) {}
 };
 
+struct OrderItem {
+    ExpressionPtr expression;
+    bool descending = false;
+};
+
+/// Where a window's frame begins or ends.
+struct FrameBound {
+    enum class Kind { UnboundedPreceding, Preceding, CurrentRow, Following, UnboundedFollowing };
+    Kind kind = Kind::CurrentRow;
+    int rows = 0;  ///< of Preceding and Following
+};
+
+/// "function(...) OVER (PARTITION BY ... ORDER BY ... frame)".
+struct Window : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Window;
+    struct Frame {
+        bool byRows = true;  ///< ROWS, else RANGE
+        FrameBound first = {FrameBound::Kind::UnboundedPreceding, 0};
+        FrameBound last = {};
+    };
+    std::unique_ptr<Call> call;
+    std::vector<ExpressionPtr> partitionBy;
+    std::vector<OrderItem> orderBy;
+    std::optional<Frame> frame;
+    Window(std::unique_ptr<Call> c, std::size_t at) : Expression(kKind, at), call(std::move(c)) {}
+};
+
 /// A type's name as a cast or a column definition writes it.
 struct TypeName {
     Type type = Type::Unknown;
-    int length = 0;        ///< of TEXT(n) and char(n); 0 when none is given
-    bool counter = false;  ///< COUNTER: the engine assigns the value
-    bool memo = false;     ///< text without a limit
-    bool fixed = false;    ///< char(n) and nchar(n): padded with blanks to its length
+    int length = 0;         ///< of TEXT(n) and char(n); 0 when none is given
+    bool counter = false;   ///< COUNTER: the engine assigns the value
+    bool memo = false;      ///< text without a limit
+    bool fixed = false;     ///< char(n) and nchar(n): padded with blanks to its length
+    int precision = 0;      ///< of DECIMAL(p,s), a Currency: its digits; 0 for any other type
+    int scale = 0;          ///< of DECIMAL(p,s): those behind the point, from 0 to 4
+    bool cuts = false;      ///< of BIGINT, a DECIMAL(19,0): a cast truncates
+    bool dayOnly = false;   ///< of the server's DATE
+    bool timeOnly = false;  ///< of the server's TIME
+
+    bool operator==(const TypeName&) const = default;
 };
 
 struct Cast : Expression {
     static constexpr ExpressionKind kKind = ExpressionKind::Cast;
     ExpressionPtr operand;
     TypeName type;
-    Cast(ExpressionPtr e, TypeName t, std::size_t at = 0) : Expression(kKind, at), operand(std::move(e)), type(t) {}
+    ExpressionPtr style;  ///< of CONVERT; null when none
+    Cast(ExpressionPtr e, TypeName t, ExpressionPtr s, std::size_t at = 0)
+        : Expression(kKind, at), operand(std::move(e)), type(t), style(std::move(s)) {}
 };
 
 struct Case : Expression {
@@ -305,15 +344,12 @@ struct SelectItem {
     std::string alias;  ///< "" when none
 };
 
-struct OrderItem {
-    ExpressionPtr expression;
-    bool descending = false;
-};
-
 /// One SELECT.
 struct SelectCore {
     bool distinct = false;
-    ExpressionPtr top;  ///< whole-number literal, or null
+    bool distinctRow = false;  ///< of several tables: a row for each combination of the rows that are shown
+    ExpressionPtr top;         ///< number literal, or null
+    bool percent = false;      ///< TOP n PERCENT; else the number is whole
     std::vector<SelectItem> items;
     std::vector<TablePtr> from;  ///< separated by commas; empty for a SELECT without FROM
     ExpressionPtr where;
@@ -321,16 +357,29 @@ struct SelectCore {
     ExpressionPtr having;
 };
 
+/// How a member of a chain is joined to those before it.
+enum class SetOperation { Union, UnionAll, Intersect, Except };
+
 /// One member of a UNION chain and how it is joined to those before it. A member in parentheses, or with an ORDER BY
-/// that does not end the statement, is a query of its own.
+/// that does not end the statement, is a query of its own, as are members that INTERSECT joins before UNION does.
 struct Query {
     struct Member {
-        bool all = false;                  ///< UNION ALL; unused for the first member
-        std::unique_ptr<SelectCore> core;  ///< either a core ...
-        std::unique_ptr<Query> nested;     ///< ... or a query with its own order
+        SetOperation operation = SetOperation::Union;  ///< unused for the first member
+        std::unique_ptr<SelectCore> core;              ///< either a core ...
+        std::unique_ptr<Query> nested;                 ///< ... or a query with its own order
     };
     std::vector<Member> members;  ///< at least one; joined from left to right
     std::vector<OrderItem> orderBy;
+    ExpressionPtr skip;   ///< of OFFSET ... ROWS: whole-number literal, or null
+    ExpressionPtr fetch;  ///< of FETCH NEXT ... ROWS ONLY, likewise
+    std::size_t offset = 0;
+};
+
+/// A query with a name: WITH name (columns) AS (query).
+struct CommonTable {
+    std::string name;
+    std::vector<std::string> columns;  ///< their names; empty: those of the query
+    std::unique_ptr<Query> query;
     std::size_t offset = 0;
 };
 
@@ -338,6 +387,7 @@ struct Query {
 
 enum class StatementKind {
     Select,
+    SelectInto,
     Transform,
     Insert,
     Update,
@@ -346,15 +396,19 @@ enum class StatementKind {
     CreateIndex,
     DropTable,
     DropIndex,
-    AddColumn
+    AddColumn,
+    AlterColumn,
+    DropColumn
 };
 
 struct Statement {
     virtual ~Statement() = default;
     const StatementKind kind;
+    Dialect dialect = Dialect::Jet;  ///< that it is read in
     /// Ordinals of the literals that are part of the tree without a node of their own (a type's length): their values,
     /// too, determine the statement's meaning.
     std::vector<int> fixedLiterals;
+    std::vector<CommonTable> with;  ///< each may refer to those before it
 
 protected:
     explicit Statement(StatementKind k) : kind(k) {}
@@ -365,6 +419,15 @@ struct SelectStatement : Statement {
     static constexpr StatementKind kKind = StatementKind::Select;
     std::unique_ptr<Query> query;
     SelectStatement() : Statement(kKind) {}
+};
+
+/// SELECT ... INTO table FROM ...: a new table of the query's rows.
+struct SelectIntoStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::SelectInto;
+    std::string table;
+    std::unique_ptr<Query> query;
+    std::size_t offset = 0;  ///< of the table's name
+    SelectIntoStatement() : Statement(kKind) {}
 };
 
 /// TRANSFORM aggregate SELECT ... PIVOT expression [IN (values)].
@@ -382,12 +445,13 @@ struct InsertStatement : Statement {
     std::string table;
     std::vector<std::string> columns;  ///< empty: all, in the table's order
     std::vector<std::size_t> columnOffsets;
-    std::vector<ExpressionPtr> values;  ///< of VALUES ...
-    std::unique_ptr<Query> query;       ///< ... or the rows of a query
-    std::size_t offset = 0;             ///< of the table's name
+    std::vector<std::vector<ExpressionPtr>> rows;  ///< of VALUES (...), (...)
+    std::unique_ptr<Query> query;                  ///< or those of a query; without either, a row of defaults
+    std::size_t offset = 0;                        ///< of the table's name
     InsertStatement() : Statement(kKind) {}
 };
 
+/// "UPDATE table SET ...", "UPDATE table SET ... FROM tables", "UPDATE tables SET ...".
 struct UpdateStatement : Statement {
     static constexpr StatementKind kKind = StatementKind::Update;
     struct Assignment {
@@ -396,19 +460,22 @@ struct UpdateStatement : Statement {
         ExpressionPtr value;
         std::size_t offset = 0;
     };
-    std::string table;
+    std::string table;  ///< a table's name or, with FROM, perhaps an alias; "" when the assignments tell
     std::string alias;
     std::vector<Assignment> assignments;
+    std::vector<TablePtr> from;  ///< the tables of a join; else empty
     ExpressionPtr where;
     std::size_t offset = 0;
     UpdateStatement() : Statement(kKind) {}
 };
 
-/// "Delete From T", "Delete * From T".
+/// "Delete From T", "Delete * From T", "Delete T From tables"; TRUNCATE TABLE.
 struct DeleteStatement : Statement {
     static constexpr StatementKind kKind = StatementKind::Delete;
-    std::string table;
+    std::string table;  ///< as in UpdateStatement; never ""
     std::string alias;
+    std::vector<TablePtr> from;  ///< the tables of a join; else empty
+    bool truncates = false;      ///< the counter starts anew
     ExpressionPtr where;
     std::size_t offset = 0;
     DeleteStatement() : Statement(kKind) {}
@@ -453,6 +520,7 @@ struct CreateIndexStatement : Statement {
 struct DropTableStatement : Statement {
     static constexpr StatementKind kKind = StatementKind::DropTable;
     std::string table;
+    bool ifExists = false;
     std::size_t offset = 0;
     DropTableStatement() : Statement(kKind) {}
 };
@@ -466,13 +534,32 @@ struct DropIndexStatement : Statement {
     DropIndexStatement() : Statement(kKind) {}
 };
 
-/// ALTER TABLE name ADD COLUMN definition.
+/// ALTER TABLE name ADD COLUMN definition, definition ...
 struct AddColumnStatement : Statement {
     static constexpr StatementKind kKind = StatementKind::AddColumn;
     std::string table;
-    ColumnDefinition column;
+    std::vector<ColumnDefinition> columns;
     std::size_t offset = 0;
     AddColumnStatement() : Statement(kKind) {}
+};
+
+/// ALTER TABLE name ALTER COLUMN definition.
+struct AlterColumnStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::AlterColumn;
+    std::string table;
+    ColumnDefinition column;
+    std::size_t offset = 0;
+    AlterColumnStatement() : Statement(kKind) {}
+};
+
+/// ALTER TABLE name DROP COLUMN column, column ...
+struct DropColumnStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::DropColumn;
+    std::string table;
+    std::vector<std::string> columns;
+    std::vector<std::size_t> columnOffsets;
+    std::size_t offset = 0;
+    DropColumnStatement() : Statement(kKind) {}
 };
 
 // Query is a complete type here, so nodes that own one can be made and destroyed.

@@ -2,8 +2,10 @@
 // fraction. Before day 0 the fraction still counts away from midnight (-1.25 is 1899-12-29 06:00). Years 100 to 9999.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace kpTables::text {
 
@@ -13,6 +15,10 @@ inline constexpr int kMonthsPerQuarter = 3;
 inline constexpr int kSecondsPerMinute = 60;
 inline constexpr int kSecondsPerHour = 3600;
 inline constexpr int kSecondsPerDay = 86400;
+
+inline constexpr std::array<std::string_view, kMonthsPerYear> kMonthNames = {
+    "January", "February", "March",     "April",   "May",      "June",
+    "July",    "August",   "September", "October", "November", "December"};
 
 struct DateParts {
     int year, month, day, hour, minute, second;

@@ -17,8 +17,6 @@ namespace {
 constexpr int kNoon = 12;
 
 constexpr std::string_view kWeekdays[] = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
-constexpr std::string_view kMonths[] = {"January", "February", "March",     "April",   "May",      "June",
-                                        "July",    "August",   "September", "October", "November", "December"};
 constexpr std::size_t kShortName = 3;
 
 std::string Padded(int value, std::size_t width) {
@@ -84,7 +82,7 @@ private:
                 if (width <= 2)
                     out_ += Padded(parts_.month, width);
                 else
-                    WriteNamed(kMonths[static_cast<std::size_t>(parts_.month - 1)], width);
+                    WriteNamed(kMonthNames[static_cast<std::size_t>(parts_.month - 1)], width);
                 break;
             case 'd':
                 WriteDay(width);
@@ -112,9 +110,9 @@ private:
         else if (width <= kDayName)
             WriteNamed(kWeekdays[static_cast<std::size_t>(WeekdayOf(DayNumber(serial_)) - 1)], width);
         else if (width == kShortDate)
-            out_ += Padded(parts_.year, 1) + '-' + Padded(parts_.month, 1) + '-' + Padded(parts_.day, 1);
+            out_ += Padded(parts_.year, 4) + '-' + Padded(parts_.month, 1) + '-' + Padded(parts_.day, 1);
         else
-            out_ += Padded(parts_.year, 1) + "年" + Padded(parts_.month, 1) + "月" + Padded(parts_.day, 1) + "日";
+            out_ += Padded(parts_.year, 4) + "年" + Padded(parts_.month, 1) + "月" + Padded(parts_.day, 1) + "日";
     }
 
     bool WriteClock(char letter, std::size_t width) {

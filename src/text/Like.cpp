@@ -12,12 +12,12 @@ namespace {
 
 /// Whether the class after the bracket at position at contains the character; at moves past the class. Nothing when the
 /// bracket is never closed, which makes it a literal.
-std::optional<bool> InClass(std::string_view pattern, std::size_t& at, char32_t character) {
+std::optional<bool> InClass(std::string_view pattern, std::size_t& at, char32_t character, std::string_view outside) {
     const auto close = pattern.find(']', at + 1);
     if (close == pattern.npos) return std::nullopt;
     std::string_view members = pattern.substr(at, close - at);
     at = close + 1;
-    const bool negated = members.size() > 1 && (members[0] == '!' || members[0] == '^');
+    const bool negated = members.size() > 1 && outside.find(members[0]) != outside.npos;
     if (negated) members.remove_prefix(1);
     bool found = false;
     for (std::size_t i = 0; i < members.size();) {
@@ -34,18 +34,25 @@ std::optional<bool> InClass(std::string_view pattern, std::size_t& at, char32_t 
 
 /// The elements of a pattern in SQL.
 struct SqlElements {
-    static bool IsRun(char sign) noexcept { return sign == '%'; }
+    const LikeRules& rules;
+
+    bool IsRun(char sign) const noexcept { return sign == '%' && rules.escape != "%"; }
 
     static std::size_t Size(std::string_view text, std::size_t at) noexcept { return CharacterSize(text, at); }
 
     /// Whether one pattern element matches the text's next character; both positions move past it.
-    static bool MatchesOne(std::string_view text, std::size_t& textAt, std::string_view pattern,
-                           std::size_t& patternAt) {
+    bool MatchesOne(std::string_view text, std::size_t& textAt, std::string_view pattern,
+                    std::size_t& patternAt) const {
         const char32_t character = FoldCase(NextCharacter(text, textAt));
+        if (!rules.escape.empty() && pattern.substr(patternAt).starts_with(rules.escape) &&
+            patternAt + rules.escape.size() < pattern.size()) {
+            patternAt += rules.escape.size();
+            return FoldCase(NextCharacter(pattern, patternAt)) == character;
+        }
         const char32_t element = FoldCase(NextCharacter(pattern, patternAt));
         if (element == '_') return true;
         if (element == '[') {
-            if (const auto in = InClass(pattern, patternAt, character)) return *in;
+            if (const auto in = InClass(pattern, patternAt, character, rules.outside)) return *in;
         }
         return element == character;
     }
@@ -66,33 +73,35 @@ struct CriteriaElements {
 /// Each wildcard takes the shortest stretch that lets the rest match, and only the last one is retried: no pattern
 /// takes longer than the product of both lengths.
 template <class Elements>
-bool Matches(std::string_view text, std::string_view pattern) {
+bool Matches(const Elements& elements, std::string_view text, std::string_view pattern) {
     std::size_t textAt = 0;
     std::size_t patternAt = 0;
     std::optional<std::size_t> behindRun;
     std::size_t retry = 0;
     while (textAt < text.size()) {
-        if (patternAt < pattern.size() && Elements::IsRun(pattern[patternAt])) {
+        if (patternAt < pattern.size() && elements.IsRun(pattern[patternAt])) {
             behindRun = ++patternAt;
             retry = textAt;
             continue;
         }
-        if (patternAt < pattern.size() && Elements::MatchesOne(text, textAt, pattern, patternAt)) continue;
+        if (patternAt < pattern.size() && elements.MatchesOne(text, textAt, pattern, patternAt)) continue;
         if (!behindRun) return false;
         patternAt = *behindRun;
-        retry += Elements::Size(text, retry);
+        retry += elements.Size(text, retry);
         textAt = retry;
     }
-    while (patternAt < pattern.size() && Elements::IsRun(pattern[patternAt])) ++patternAt;
+    while (patternAt < pattern.size() && elements.IsRun(pattern[patternAt])) ++patternAt;
     return patternAt == pattern.size();
 }
 
 }  // namespace
 
-bool Like(std::string_view text, std::string_view pattern) { return Matches<SqlElements>(text, pattern); }
+bool Like(std::string_view text, std::string_view pattern, const LikeRules& rules) {
+    return Matches(SqlElements{rules}, text, pattern);
+}
 
 bool LikeInCriteria(std::string_view text, std::string_view pattern) {
-    return Matches<CriteriaElements>(text, pattern);
+    return Matches(CriteriaElements{}, text, pattern);
 }
 
 }  // namespace kpTables::text

@@ -37,6 +37,29 @@ TEST_F(BoundValue, EveryTypeIsStoredAsItIs) {
     EXPECT_EQ(Value("Select Count(*) From T Where l Is Null And c Is Null And t Is Null And x Is Null", {}), "1");
 }
 
+TEST_F(BoundValue, ParametersOfJet) {
+    book->Execute("Create Table T (l LONG, t DATETIME, x TEXT(40))");
+    book->Execute("Insert Into T Values (3, #2004-3-7#, '水泥'), (4, #2004-4-1#, '3')");
+    const char* const byDay =
+        "PARAMETERS [First Day] DateTime, n Long; Select l From T Where t >= [First Day] And l = n";
+    EXPECT_EQ(Rows(byDay, {{"first day", Date::FromSerial(38053)}, {"N", std::int32_t{3}}}), "3");
+    EXPECT_EQ(Rows(byDay, {{"first day", "2004-4-1"}, {"n", "4"}}), "4");
+    EXPECT_EQ(Rows(byDay, {{"first day", "2004-4-1"}, {"n", "3"}}), "");
+    EXPECT_EQ(Rows("Parameters x Text(40); Select l From T Where T.x = x;", {{"x", std::int32_t{3}}}), "4");
+    EXPECT_EQ(Rows("PARAMETERS p Currency; Select [p] * 2, @p", {{"p", 1.5}}), "3|1.5");
+    for (const auto& [text, complaint] : std::vector<std::pair<const char*, const char*>>{
+             {"PARAMETERS a Long; Select a", "near \"a\": no value is given for this parameter"},
+             {"PARAMETERS n Long; Select n", "near \"n\": the parameter's value is not of its type"},
+             {"PARAMETERS n Text", "expected ';' behind the parameters"}}) {
+        try {
+            book->Execute(text, {{"n", "x"}});
+            ADD_FAILURE() << text;
+        } catch (const Error& error) {
+            EXPECT_NE(error.Description().find(complaint), std::string::npos) << error.Description();
+        }
+    }
+}
+
 TEST_F(BoundValue, ComparedWithColumns) {
     book->Execute("Create Table T (l LONG, c CURRENCY, t DATETIME, x TEXT(40))");
     book->Execute("Insert Into T Values (3, 2.5, #2004-3-7#, '水泥')");

@@ -56,6 +56,8 @@ public:
     RecordsetPtr Execute(std::string_view text) override;
     RecordsetPtr Execute(std::string_view text, const NamedValues& values) override;
     RecordsetPtr Open(std::string_view source, SourceKind kind) override;
+    SqlDialect Dialect() const override { return target_->Dialect(); }
+    void Dialect(SqlDialect dialect) override { target_->Dialect(dialect); }
     int BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;

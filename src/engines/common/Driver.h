@@ -11,6 +11,7 @@
 #include "engines/common/Statement.h"
 #include "engines/common/Transaction.h"
 #include "kpTables/MemoryRecordset.h"
+#include "sql/Translation.h"
 #include "sql/print/Engine.h"
 
 namespace kpTables::engines {
@@ -31,6 +32,8 @@ public:
     /// Prepares a translated text.
     virtual std::unique_ptr<Statement> Prepare(std::string_view text) = 0;
     virtual std::shared_ptr<RowWriter> MakeWriter(WrittenTable table) = 0;
+    /// Gives a column another type; a transaction is open. An engine that cannot raises Unsupported.
+    virtual void ChangeColumn(const sql::ColumnChange& change);
     /// See Book::BackUp; no transaction is open.
     virtual void BackUp(const std::string& path) = 0;
     /// See Book::IntegrityFaults.

@@ -27,6 +27,13 @@ public:
         return std::make_shared<EditableRecordset>(executor_, std::move(query));
     }
 
+    SqlDialect Dialect() const override {
+        return executor_->TextDialect() == sql::Dialect::Jet ? SqlDialect::Jet : SqlDialect::SqlServer;
+    }
+    void Dialect(SqlDialect dialect) override {
+        executor_->TextDialect(dialect == SqlDialect::Jet ? sql::Dialect::Jet : sql::Dialect::SqlServer);
+    }
+
     int BeginTrans() override { return executor_->GetTransaction().Begin(); }
     void CommitTrans() override { executor_->GetTransaction().Commit(); }
     void RollbackTrans() override {

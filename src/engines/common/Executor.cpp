@@ -27,6 +27,8 @@ bool ChangesSchema(sql::StatementKind kind) noexcept {
         case sql::StatementKind::DropTable:
         case sql::StatementKind::DropIndex:
         case sql::StatementKind::AddColumn:
+        case sql::StatementKind::AlterColumn:
+        case sql::StatementKind::DropColumn:
             return true;
         default:
             return false;
@@ -55,17 +57,22 @@ RecordsetPtr Executor::Execute(std::string_view text, const sql::NamedLiterals& 
 
 RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& named) {
     std::vector<sql::LiteralValue> literals;
-    std::string shape = sql::Shape(text, literals, named);
+    std::string shape = sql::Shape(text, literals, named, dialect_);
     CachedStatementPtr statement = cache_.Find(shape, literals);
     if (!statement) {
-        const sql::StatementPtr tree = sql::parse::Parse(text, named);
+        const sql::StatementPtr tree = sql::parse::Parse(text, named, dialect_);
         if (tree->kind == sql::StatementKind::Transform) {
             return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
+        }
+        if (tree->kind == sql::StatementKind::SelectInto) {
+            RunSelectInto(static_cast<sql::SelectIntoStatement&>(*tree), text, literals);
+            return nullptr;
         }
         statement = Translate(*tree, std::move(shape), literals);
     }
     if (!statement->translation.columns.empty()) {
-        return RunQuery({std::move(statement), std::string(text), std::move(literals)}, named);
+        return RunQuery({std::move(statement), std::string(text), std::move(literals), SourceKind::Text, dialect_},
+                        named);
     }
     RunChange(*statement, text, literals);
     return nullptr;
@@ -75,7 +82,7 @@ RecordsetPtr Executor::RunQuery(const BoundQuery& query, const sql::NamedLiteral
     auto rows = Rows(query);
     if (query.statement->prepared->TakeSchemaChange()) {
         RefreshCatalog();
-        const auto fresh = Translate(*sql::parse::Parse(query.text, named), {}, query.literals);
+        const auto fresh = Translate(*sql::parse::Parse(query.text, named, query.dialect), {}, query.literals);
         rows = Rows(*fresh, query.text, query.literals);
     }
     return Answer(std::move(rows));
@@ -93,14 +100,58 @@ std::unique_ptr<recordset::RowStore> Executor::Rows(CachedStatement& statement, 
 
 void Executor::RunChange(CachedStatement& statement, std::string_view text,
                          const std::vector<sql::LiteralValue>& literals) {
-    statement.prepared->Bind(statement.translation.parameters, literals, text);
-    GetTransaction().BeforeChange();
-    const std::int64_t changed = statement.prepared->Run(text);
+    const sql::Translation& translation = statement.translation;
+    std::int64_t changed = 0;
+    const auto run = [&] {
+        if (translation.columnChange) return driver_->ChangeColumn(*translation.columnChange);
+        changed = statement.prepared->Run(text);
+        for (const std::string& further : translation.further) driver_->Prepare(further)->Run(text);
+    };
+    if (statement.prepared) statement.prepared->Bind(translation.parameters, literals, text);
+    if (translation.columnChange || !translation.further.empty()) {
+        RunTogether(run);
+    } else {
+        GetTransaction().BeforeChange();
+        run();
+    }
     if (ChangesSchema(statement.translation.kind)) {
         RefreshCatalog();
     } else {
         recordsAffected_ = changed;
     }
+}
+
+void Executor::RunTogether(const std::function<void()>& steps) {
+    GetTransaction().BeforeChange();
+    GetTransaction().Begin();
+    try {
+        steps();
+    } catch (...) {
+        GetTransaction().Rollback();
+        catalog_.Forget();
+        throw;
+    }
+    GetTransaction().Commit();
+}
+
+void Executor::RunSelectInto(sql::SelectIntoStatement& statement, std::string_view text,
+                             const std::vector<sql::LiteralValue>& literals) {
+    RefreshCatalog();
+    const auto table = sql::NewTableOf(statement, catalog_);
+    sql::InsertStatement insert;
+    insert.table = statement.table;
+    insert.offset = statement.offset;
+    insert.dialect = statement.dialect;
+    insert.with = std::move(statement.with);
+    insert.query = std::move(statement.query);
+    insert.fixedLiterals = statement.fixedLiterals;
+    RunTogether([&] {
+        PrepareTranslation(sql::Translate(*table, catalog_, driver_->Dialect()))->prepared->Run(text);
+        RefreshCatalog();
+        const CachedStatementPtr rows = PrepareTranslation(sql::Translate(insert, catalog_, driver_->Dialect()));
+        rows->prepared->Bind(rows->translation.parameters, literals, text);
+        recordsAffected_ = rows->prepared->Run(text);
+    });
 }
 
 RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::string_view text,
@@ -119,16 +170,17 @@ RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::str
 
 BoundQuery Executor::PrepareOpen(std::string_view source, SourceKind kind) {
     GetTransaction().RaiseLoss();
-    BoundQuery query{nullptr, std::string(source), {}, kind};
+    BoundQuery query{nullptr, std::string(source), {}, kind, dialect_};
     try {
         const bool table = kind == SourceKind::Table;
-        std::string shape = table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals);
+        std::string shape =
+            table ? kOpenedTable + query.text : kOpenedText + sql::Shape(source, query.literals, {}, dialect_);
         // A table's rows may be added before any is read; a text that is opened is read, and ReadEditable checks then.
         if (table) RefreshCatalog();
         query.statement = cache_.Find(shape, query.literals);
         if (!query.statement) {
             if (!table) RefreshCatalog();
-            query.statement = PrepareSource(source, kind);
+            query.statement = PrepareSource(source, kind, dialect_);
             cache_.Add(std::move(shape), query.literals, query.statement);
         }
         return query;
@@ -137,13 +189,13 @@ BoundQuery Executor::PrepareOpen(std::string_view source, SourceKind kind) {
     }
 }
 
-CachedStatementPtr Executor::PrepareSource(std::string_view source, SourceKind kind) {
+CachedStatementPtr Executor::PrepareSource(std::string_view source, SourceKind kind, sql::Dialect dialect) {
     std::optional<TableSource> table;
     sql::StatementPtr tree;
     if (kind == SourceKind::Table) {
         table = SourceOfTable(source, catalog_);
     } else {
-        tree = sql::parse::Parse(source);
+        tree = sql::parse::Parse(source, {}, dialect);
         table = SourceOfSelect(tree, catalog_);
     }
     if (!table) return std::make_shared<CachedStatement>();
@@ -158,7 +210,8 @@ std::unique_ptr<recordset::RowStore> Executor::ReadEditable(BoundQuery& query) {
         auto rows = Rows(query);
         if (!query.statement->prepared->TakeSchemaChange()) return rows;
         RefreshCatalog();
-        BoundQuery fresh{PrepareSource(query.text, query.kind), query.text, query.literals, query.kind};
+        BoundQuery fresh{PrepareSource(query.text, query.kind, query.dialect), query.text, query.literals, query.kind,
+                         query.dialect};
         const bool sameBegin =
             fresh.statement->writer && BeginsWith(*fresh.statement->fields, *query.statement->fields);
         if (!sameBegin) RaiseColumnsChanged(query.text);
@@ -192,9 +245,10 @@ CachedStatementPtr Executor::Translate(sql::Statement& tree, std::string shape,
 
 CachedStatementPtr Executor::PrepareTranslation(sql::Translation translation, bool withRowId) const {
     auto statement = std::make_shared<CachedStatement>();
-    statement->prepared = driver_->Prepare(translation.text);
+    if (!translation.columnChange) statement->prepared = driver_->Prepare(translation.text);
     std::vector<FieldInfo> fields;
-    for (const sql::ResultColumn& column : translation.columns) fields.push_back({column.name, FieldType(column.type)});
+    for (const sql::ResultColumn& column : translation.columns)
+        fields.push_back({column.name, FieldType(column.type), column.qualifier});
     // As the scaled value of a Currency, the only type that holds 64 bits.
     if (withRowId) fields.back() = {"", VarType::Currency};
     statement->fields = recordset::ShareFields(std::move(fields));

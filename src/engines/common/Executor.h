@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,6 +28,10 @@ public:
     std::int64_t RecordsAffected() const noexcept { return recordsAffected_; }
     std::size_t CachedStatements() const noexcept { return cache_.Size(); }
 
+    sql::Dialect TextDialect() const noexcept { return dialect_; }
+    /// Decides about the texts from now on; a recordset that is open keeps its own.
+    void TextDialect(sql::Dialect dialect) noexcept { dialect_ = dialect; }
+
     /// Runs one statement of either dialect; null unless it is a query. named: the values of the names in the text.
     RecordsetPtr Execute(std::string_view text, const sql::NamedLiterals& named = {});
     /// The query behind an editable recordset, with a writer in its statement; without one, its rows cannot be edited.
@@ -42,6 +47,11 @@ private:
     RecordsetPtr Run(std::string_view text, const sql::NamedLiterals& named);
     RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string_view text,
                               const std::vector<sql::LiteralValue>& literals);
+    /// Makes the table and adds the query's rows, or does nothing.
+    void RunSelectInto(sql::SelectIntoStatement& statement, std::string_view text,
+                       const std::vector<sql::LiteralValue>& literals);
+    /// Runs steps in one transaction, or in a level of the host's: all or none.
+    void RunTogether(const std::function<void()>& steps);
     RecordsetPtr RunQuery(const BoundQuery& query, const sql::NamedLiterals& named);
     RecordsetPtr Answer(std::unique_ptr<recordset::RowStore> rows) const;
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
@@ -54,7 +64,7 @@ private:
     /// Cached unless shape is empty.
     CachedStatementPtr Translate(sql::Statement& statement, std::string shape,
                                  const std::vector<sql::LiteralValue>& literals);
-    CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind);
+    CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind, sql::Dialect dialect);
     /// With a row id, it is the translation's last column.
     CachedStatementPtr PrepareTranslation(sql::Translation translation, bool withRowId = false) const;
     void RefreshCatalog();
@@ -62,6 +72,7 @@ private:
     std::unique_ptr<Driver> driver_;
     Catalog& catalog_;
     StatementCache cache_;
+    sql::Dialect dialect_ = sql::Dialect::Jet;
     std::int64_t recordsAffected_ = 0;
 };
 using ExecutorPtr = std::shared_ptr<Executor>;

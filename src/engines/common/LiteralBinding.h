@@ -79,10 +79,12 @@ void BindLiterals(Sink& sink, const std::vector<sql::Parameter>& parameters,
     int number = 0;
     for (const sql::Parameter& parameter : parameters) {
         const sql::LiteralValue& literal = literals.at(static_cast<std::size_t>(parameter.literal));
+        ++number;
         try {
-            ++number;
             if (parameter.negative) {
                 BindLiteral(sink, number, parameter.binding, Negated(literal));
+            } else if (parameter.pair.other >= 0) {
+                BindLiteral(sink, number, parameter.binding, ChosenLiteral(parameter, literals));
             } else {
                 BindLiteral(sink, number, parameter.binding, literal);
             }

@@ -9,6 +9,8 @@
 #include "kpTables/text/Message.h"
 #include "sql/Position.h"
 #include "sql/SqlError.h"
+#include "text/DateText.h"
+#include "text/TextOrder.h"
 
 namespace kpTables::engines {
 
@@ -19,7 +21,12 @@ using sql::LiteralKind;
 using sql::LiteralValue;
 
 Date DateFrom(const LiteralValue& literal, double dayZero) {
-    if (literal.kind == LiteralKind::Text || literal.kind == LiteralKind::Date) {
+    // Between # signs Jet takes the month first.
+    if (literal.kind == LiteralKind::Date) {
+        if (const auto date = text::ParseDate(literal.text, text::DateOrder::MonthFirst))
+            return Date::FromSerial(*date);
+    }
+    if (literal.kind == LiteralKind::Text) {
         if (const auto date = Date::Parse(literal.text)) return *date;
     }
     // Both dialects' casts of a text are bound alike; Jet never needs the server's forms.
@@ -39,6 +46,24 @@ std::optional<Currency> PlainDecimal(const LiteralValue& literal) {
     // A sign after the digits is valid in a number, but Currency does not parse it.
     if (text.find_first_of("+-", 1) != text.npos) return std::nullopt;
     return Currency::FromDecimalText(text);
+}
+
+bool IsLower(const LiteralValue& a, const LiteralValue& b, Binding binding) {
+    switch (binding) {
+        case Binding::Text:
+            return text::CompareTexts(TextOf(a), TextOf(b)) < 0;
+        case Binding::Date:
+        case Binding::DateYear:
+        case Binding::DateMonth:
+        case Binding::DateDay:
+            return DateOf(a).Serial() < DateOf(b).Serial();
+        case Binding::ServerDate:
+            return ServerDateOf(a).Serial() < ServerDateOf(b).Serial();
+        case Binding::Boolean:
+            return BooleanOf(a) && !BooleanOf(b);
+        default:
+            return engines::NumberOf(a) < engines::NumberOf(b);
+    }
 }
 
 const char* Wanted(Binding binding) {
@@ -119,6 +144,13 @@ std::string TextOf(const LiteralValue& literal) {
         default:
             return literal.text;
     }
+}
+
+const LiteralValue& ChosenLiteral(const sql::Parameter& parameter, const std::vector<LiteralValue>& literals) {
+    const LiteralValue& own = literals.at(static_cast<std::size_t>(parameter.literal));
+    const LiteralValue& other = literals.at(static_cast<std::size_t>(parameter.pair.other));
+    const bool otherIsHigher = IsLower(own, other, parameter.binding);
+    return otherIsHigher == parameter.pair.isHigher ? other : own;
 }
 
 LiteralValue Negated(const LiteralValue& literal) {

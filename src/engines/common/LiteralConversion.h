@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "kpTables/Currency.h"
 #include "kpTables/Date.h"
@@ -27,6 +28,10 @@ Date DateOf(const sql::LiteralValue& literal);
 /// As DateOf, a number counting days from 1900-01-01.
 Date ServerDateOf(const sql::LiteralValue& literal);
 std::string TextOf(const sql::LiteralValue& literal);
+
+/// Of a parameter that is one of two bounds: the lower or the higher of their literals as its binding compares them. Of
+/// any other its own literal.
+const sql::LiteralValue& ChosenLiteral(const sql::Parameter& parameter, const std::vector<sql::LiteralValue>& literals);
 
 /// The literal with a minus before it.
 sql::LiteralValue Negated(const sql::LiteralValue& literal);

@@ -50,6 +50,7 @@ struct BoundQuery {
     std::string text;
     std::vector<sql::LiteralValue> literals;
     SourceKind kind = SourceKind::Text;
+    sql::Dialect dialect = sql::Dialect::Jet;
 };
 
 }  // namespace kpTables::engines

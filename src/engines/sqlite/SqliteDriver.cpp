@@ -10,6 +10,7 @@
 #include "engines/sqlite/Functions.h"
 #include "engines/sqlite/RowReader.h"
 #include "engines/sqlite/SchemaNote.h"
+#include "engines/sqlite/TableChange.h"
 #include "engines/sqlite/TableWriter.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
@@ -118,6 +119,8 @@ std::unique_ptr<engines::Statement> SqliteDriver::Prepare(std::string_view text)
 std::shared_ptr<engines::RowWriter> SqliteDriver::MakeWriter(engines::WrittenTable table) {
     return std::make_shared<TableWriter>(database_, std::move(table));
 }
+
+void SqliteDriver::ChangeColumn(const sql::ColumnChange& change) { sqlite::ChangeColumn(database_, change); }
 
 void SqliteDriver::BackUp(const std::string& path) { CopyBook(database_, path); }
 

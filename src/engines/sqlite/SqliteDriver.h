@@ -49,6 +49,7 @@ public:
     const TextOrder& Texts() const noexcept override;
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
+    void ChangeColumn(const sql::ColumnChange& change) override;
     void BackUp(const std::string& path) override;
     std::vector<std::string> IntegrityFaults() override;
 

@@ -130,16 +130,22 @@ std::string RowIdName(const Texts& columns) {
 
 constexpr const char* kNewTable = "kp_new";
 
-/// Copies the rows with their ids, which are the order in which they were entered.
-void CopyRows(const Database& book, const std::string& table) {
+/// Copies the rows with their ids, which are the order in which they were entered. change: the column whose values are
+/// converted, or nullptr.
+void CopyRows(const Database& book, const std::string& table, const sql::ColumnChange* change) {
     const Columns from = ReadColumns(book, table);
     const Columns to = ReadColumns(book, kNewTable);
     std::string columns;
     if (to.rowId.empty() || !Contains(from.stored, to.rowId)) columns = RowIdName(from.stored);
+    std::string values = columns;
     for (const std::string& name : to.stored) {
-        if (Contains(from.stored, name)) columns.append(columns.empty() ? "" : ", ").append(QuotedName(name));
+        if (!Contains(from.stored, name)) continue;
+        const std::string_view separator = columns.empty() ? "" : ", ";
+        const bool changes = change && SameName(change->column, name);
+        columns.append(separator).append(QuotedName(name));
+        values.append(separator).append(changes ? change->value : QuotedName(name));
     }
-    book.Run("INSERT INTO " + QuotedName(kNewTable) + " (" + columns + ") SELECT " + columns + " FROM " +
+    book.Run("INSERT INTO " + QuotedName(kNewTable) + " (" + columns + ") SELECT " + values + " FROM " +
              QuotedName(table));
 }
 
@@ -162,15 +168,28 @@ void SetLastCounter(const Database& book, const std::string& table, std::int64_t
 }
 
 /// Makes the table of these parts in place of the present one, without indexes and triggers.
-void Replace(const Database& book, const std::string& table, const Parts& parts) {
+void Replace(const Database& book, const std::string& table, const Parts& parts,
+             const sql::ColumnChange* change = nullptr) {
     const auto counter = LastCounter(book, table);
     std::string text = "CREATE TABLE " + QuotedName(kNewTable) + " (";
     for (const TablePart& part : parts) text.append(&part == parts.data() ? "" : ", ").append(part.text);
     book.Run(text + ")");
-    CopyRows(book, table);
+    CopyRows(book, table, change);
     book.Run("DROP TABLE " + QuotedName(table));
     book.Run("ALTER TABLE " + QuotedName(kNewTable) + " RENAME TO " + QuotedName(table));
     if (counter) SetLastCounter(book, table, *counter);
+}
+
+/// The DEFAULT of a column, "" when it has none.
+std::string DefaultOf(const Database& database, const std::string& table, const std::string& column) {
+    PreparedStatement read = database.Prepare("PRAGMA table_xinfo(" + QuotedName(table) + ")");
+    constexpr int kName = 1;
+    constexpr int kDefault = 4;
+    while (read.Step()) {
+        if (!SameName(read.Text(kName), column) || read.IsNull(kDefault)) continue;
+        return " DEFAULT (" + std::string(read.Text(kDefault)) + ")";
+    }
+    return {};
 }
 
 constexpr const char* kIndexes = "type = 'index' AND tbl_name = ?1 COLLATE NOCASE";
@@ -236,6 +255,22 @@ private:
 };
 
 }  // namespace
+
+void ChangeColumn(const Database& book, const sql::ColumnChange& change) {
+    const auto tables = Items(book, "type = 'table' AND name = ?1 COLLATE NOCASE", change.table);
+    Parts parts = TableParts(tables.front().text);
+    for (TablePart& part : parts) {
+        if (IsConstraint(part) || !SameName(part.name, change.column)) continue;
+        part.text = change.definition;
+        if (change.definition.find(" DEFAULT ") == std::string::npos)
+            part.text += DefaultOf(book, change.table, change.column);
+    }
+    const auto indexes = Items(book, kIndexes, change.table);
+    const auto triggers = Items(book, "type = 'trigger' AND tbl_name = ?1 COLLATE NOCASE", change.table);
+    Replace(book, change.table, parts, &change);
+    for (const SchemaItem& index : indexes) book.Run(index.text);
+    for (const SchemaItem& trigger : triggers) book.Run(trigger.text);
+}
 
 std::vector<std::string> ChangeTables(const Database& book, const Database& wanted) {
     Texts changes;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engines/sqlite/Database.h"
+#include "sql/Translation.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -12,5 +13,10 @@ namespace kpTables::engines::sqlite {
 /// empty book. Rows keep their ids; columns, tables, indexes and triggers that only the book has stay. Runs inside the
 /// caller's transaction. Answers a phrase for each change.
 std::vector<std::string> ChangeTables(const Database& book, const Database& wanted);
+
+/// Gives one column another definition and every row's value in it the new type. The table keeps its rows' ids, its
+/// indexes and triggers, and the column its default unless the definition has one. Runs inside the caller's
+/// transaction.
+void ChangeColumn(const Database& book, const sql::ColumnChange& change);
 
 }  // namespace kpTables::engines::sqlite

@@ -104,7 +104,7 @@ private:
                         "The transaction did not begin; its lines are not run");
         }
         if (request.execute) {
-            const auto recordset = workspace_.connection->Execute(*request.execute, request.values);
+            const auto recordset = Execute(request);
             if (!recordset) workspace_.Log("执行 " + *request.execute);
             return recordset ? Variant(recordset) : Variant(nullptr);
         }
@@ -138,6 +138,19 @@ private:
                 workspace_.connection->RollbackTrans();
                 return --level_;
         }
+    }
+
+    /// The host's own statement, in the dialect of its line.
+    RecordsetPtr Execute(const BatchRequest& request) {
+        Connection& connection = *workspace_.connection;
+        struct Restore {
+            Connection& connection;
+            SqlDialect dialect;
+            ~Restore() { connection.Dialect(dialect); }
+        };
+        const Restore restore{connection, connection.Dialect()};
+        if (request.isSQL) connection.Dialect(DialectOf(*request.isSQL));
+        return connection.Execute(*request.execute, request.values);
     }
 
     /// The dialect of a line applies to its call only, unless the call sets the property itself.

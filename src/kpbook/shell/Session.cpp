@@ -182,6 +182,7 @@ void Session::SetMode(const std::string& mode) {
 void Session::SetDialect(const std::string& dialect) {
     if (dialect != "jet" && dialect != "sql") throw CommandError(Message(".dialect takes jet or sql"));
     workspace_.tables.isSQL(dialect == "sql");
+    workspace_.connection->Dialect(DialectOf(dialect == "sql"));
 }
 
 std::vector<TableInfo> Session::Tables() {

@@ -43,7 +43,7 @@ TermPtr AggregateOf(AggregateFunction function, const sql::Call& call, TermPtr a
     auto term = std::make_shared<Aggregate>(function, std::move(argument), place.aggregateFilter, type);
     term->distinct = call.distinct;
     term->offset = call.offset;
-    return term;
+    return place.window ? OverWindow(std::move(term), *place.window, place) : term;
 }
 
 TermPtr Summable(Context& context, TermPtr argument) {
@@ -52,6 +52,7 @@ TermPtr Summable(Context& context, TermPtr argument) {
     return AsValue(context, std::move(argument));
 }
 
+// In the server's dialect the average of whole numbers is one, too.
 // The sum of Currency is exact; that of whole numbers is a Double, as it may exceed 32 bits.
 TermPtr BindSum(const sql::Call& call, TermPtr argument, const Place& place) {
     argument = Summable(place.context, std::move(argument));
@@ -62,8 +63,10 @@ TermPtr BindSum(const sql::Call& call, TermPtr argument, const Place& place) {
 TermPtr BindAverage(const sql::Call& call, TermPtr argument, const Place& place) {
     argument = Summable(place.context, std::move(argument));
     const bool money = argument->type == Type::Currency;
+    const bool cut = IsWhole(argument->type) && !place.context.IsJet();
     const Type type = money ? Type::Currency : Type::Double;
     TermPtr average = AggregateOf(AggregateFunction::Average, call, std::move(argument), type, place);
+    if (cut) return Converted(place.context, Call("fix", {std::move(average)}, Type::Double), Type::Long);
     return money ? AsNumber(place.context, std::move(average)) : average;
 }
 
@@ -84,7 +87,10 @@ TermPtr BindAggregate(const sql::Call& call, const Place& place) {
     if (call.arguments.size() != 1)
         throw SqlError(ErrorKind::Syntax, "wrong number of arguments in '" + call.name + "'", call.offset);
     Place inner = place;
-    inner.aggregateRefusal = "cannot have an aggregate function within another";
+    // An aggregate over a window may be one of the groups' aggregates.
+    if (!place.window) inner.aggregateRefusal = "cannot have an aggregate function within another";
+    inner.window = nullptr;
+    inner.windowed = nullptr;
     const AggregateFunction function = FindAggregate(call.name)->function;
     if (function == AggregateFunction::Count) return BindCount(call, inner, place);
     TermPtr argument = BindExpression(*call.arguments.front(), inner);

@@ -112,6 +112,11 @@ TermPtr ByFunction(Context& context, std::string_view name, TermPtr left, TermPt
     return Call(name, {std::move(left), std::move(right)}, type);
 }
 
+// In the server's dialect the quotient of whole numbers is one, and & means their bits.
+bool TakesWhole(const Context& context, const Term& left, const Term& right) {
+    return !context.IsJet() && IsWhole(left.type) && IsWhole(right.type);
+}
+
 void RequireNumber(const Term& term) {
     if (term.type == Type::Date) RaiseMismatch(term);
 }
@@ -119,7 +124,8 @@ void RequireNumber(const Term& term) {
 }  // namespace
 
 TermPtr BindArithmetic(Context& context, BinaryOperator op, TermPtr left, TermPtr right) {
-    if (op == BinaryOperator::Concatenate) return Concatenated(context, std::move(left), std::move(right));
+    if (op == BinaryOperator::Concatenate && !(TakesWhole(context, *left, *right)))
+        return Concatenated(context, std::move(left), std::move(right));
     if (op == BinaryOperator::Add || op == BinaryOperator::Subtract)
         return Sum(context, op, std::move(left), std::move(right));
     RequireNumber(*left);
@@ -127,7 +133,11 @@ TermPtr BindArithmetic(Context& context, BinaryOperator op, TermPtr left, TermPt
     switch (op) {
         case BinaryOperator::Multiply:
             return Product(context, std::move(left), std::move(right));
+        case BinaryOperator::Concatenate:
+            return ByFunction(context, "bit_and", std::move(left), std::move(right), Type::Long);
         case BinaryOperator::Divide:
+            if (TakesWhole(context, *left, *right))
+                return ByFunction(context, "idiv", std::move(left), std::move(right), Type::Long);
             return ByFunction(context, "div", std::move(left), std::move(right), Type::Double);
         case BinaryOperator::IntegerDivide:
             return ByFunction(context, "idiv", std::move(left), std::move(right), Type::Long);

@@ -3,7 +3,10 @@
 #include <string>
 #include <utility>
 
+#include "sql/SqlError.h"
 #include "sql/bind/Conversions.h"
+#include "sql/bind/Functions.h"
+#include "sql/bind/Operators.h"
 
 namespace kpTables::sql::bind {
 
@@ -11,8 +14,33 @@ namespace {
 
 constexpr int kUnstatedLength = 30;
 
-TermPtr CastToText(Context& context, TermPtr operand, const TypeName& type) {
-    operand = AsText(context, std::move(operand));
+[[noreturn]] void RefuseStyle(const Term& style) {
+    throw SqlError(ErrorKind::Unsupported, "CONVERT takes a style for dates and amounts of money only", style.offset);
+}
+
+// An amount's decimals and its separators of thousands.
+TermPtr StyledAmount(Context& context, TermPtr amount, TermPtr style) {
+    amount = AsNumber(context, std::move(amount));
+    const auto written = [&](const char* pattern) {
+        return Call("format_number", {amount, TextConstant(pattern)}, Type::Text);
+    };
+    const auto number = [](const char* text) { return NumberConstant(text, Type::Long); };
+    return BindChoice(context, std::move(style), {number("0"), number("1"), number("2")},
+                      {written("0.00"), written("#,##0.00"), written("0.0000")});
+}
+
+// The text of a cast; without a style, a date has the server's in its dialect.
+TermPtr TextToCast(Context& context, TermPtr operand, TermPtr style) {
+    const bool date = operand->type == Type::Date;
+    if (style && operand->type == Type::Currency) return StyledAmount(context, std::move(operand), std::move(style));
+    if (style && !date) RefuseStyle(*style);
+    if (!date || (!style && context.IsJet())) return AsText(context, std::move(operand));
+    if (!style) style = NumberConstant("0", Type::Long);
+    return Call("date_style", {AsValue(context, std::move(operand)), std::move(style)}, Type::Text);
+}
+
+TermPtr CastToText(Context& context, TermPtr operand, const TypeName& type, TermPtr style) {
+    operand = TextToCast(context, std::move(operand), std::move(style));
     const int length = type.length > 0 ? type.length : kUnstatedLength;
     TermPtr limit = NumberConstant(std::to_string(length), Type::Long);
     if (type.fixed) return Call("char", {std::move(operand), std::move(limit)}, Type::Text);
@@ -20,7 +48,10 @@ TermPtr CastToText(Context& context, TermPtr operand, const TypeName& type) {
     return Call("substr", {std::move(operand), NumberConstant("1", Type::Long), std::move(limit)}, Type::Text);
 }
 
-TermPtr CastToDate(Context& context, TermPtr operand) {
+TermPtr CastToDate(Context& context, TermPtr operand, TermPtr style) {
+    if (style && operand->type == Type::Text)
+        return Call("date_of_style", {AsText(context, std::move(operand)), std::move(style)}, Type::Date);
+    if (style && operand->type != Type::Date) RefuseStyle(*style);
     const auto* literal = If<LiteralTerm>(operand);
     if (literal && !literal->negative) {
         auto date = std::make_shared<LiteralTerm>(*literal);
@@ -42,11 +73,35 @@ TermPtr ServerDays(Context& context, TermPtr operand) {
                                         NumberConstant("2", Type::Double), Type::Double);
 }
 
+// Rounded once, from what is given; BIGINT truncates.
+TermPtr CastToDecimal(Context& context, TermPtr operand, const TypeName& type) {
+    const bool amount = operand->type == Type::Currency;
+    operand = amount ? AsValue(context, std::move(operand)) : AsNumber(context, std::move(operand));
+    if (type.cuts && amount) operand = Call("cur_fix", {std::move(operand)}, Type::Currency);
+    if (type.cuts && operand->type == Type::Double) operand = Call("fix", {std::move(operand)}, Type::Double);
+    return Call(amount ? "decimal_fit" : "to_decimal",
+                {std::move(operand), NumberConstant(std::to_string(type.precision), Type::Long),
+                 NumberConstant(std::to_string(type.scale), Type::Long)},
+                Type::Currency);
+}
+
 }  // namespace
 
-TermPtr BindCast(Context& context, TermPtr operand, const TypeName& type) {
-    if (type.type == Type::Text) return CastToText(context, std::move(operand), type);
-    if (type.type == Type::Date) return CastToDate(context, std::move(operand));
+TermPtr BindCast(Context& context, TermPtr operand, const TypeName& type, TermPtr style) {
+    if (type.type == Type::Text) return CastToText(context, std::move(operand), type, std::move(style));
+    if (type.type == Type::Date) {
+        TermPtr date = CastToDate(context, std::move(operand), std::move(style));
+        if (!type.dayOnly && !type.timeOnly) return date;
+        return Call(type.dayOnly ? "datevalue" : "timevalue", {AsValue(context, std::move(date))}, Type::Date);
+    }
+    if (style) RefuseStyle(*style);
+    // A BIT is 1 on the server.
+    if (operand->type == Type::Boolean && IsNumeric(type.type) && type.type != Type::Boolean && !context.IsJet())
+        operand = BindNegation(context, std::move(operand));
+    if (type.precision > 0) {
+        if (operand->type == Type::Date) operand = ServerDays(context, std::move(operand));
+        return CastToDecimal(context, std::move(operand), type);
+    }
     if (operand->type == Type::Date && IsNumeric(type.type) && type.type != Type::Boolean) {
         return Converted(context, ServerDays(context, std::move(operand)), type.type);
     }

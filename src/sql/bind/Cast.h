@@ -8,8 +8,9 @@
 namespace kpTables::sql::bind {
 
 /// CAST(operand AS type) as the server does it: a number becomes a date counting from 1900-01-01, a double is
-/// truncated, char(n) is padded.
-TermPtr BindCast(Context& context, TermPtr operand, const TypeName& type);
+/// truncated, char(n) is padded. style: of a date's or an amount's text, as CONVERT takes it, or null; SqlError
+/// Unsupported for any other type.
+TermPtr BindCast(Context& context, TermPtr operand, const TypeName& type, TermPtr style = nullptr);
 
 /// CDATE(operand): a literal stays one, so that a comparison can bind it as it needs it.
 TermPtr BindDate(Context& context, TermPtr operand);

@@ -18,6 +18,8 @@ struct Seen {
     bool number = false;  // other than Boolean
     bool boolean = false;
     bool textLiteral = false;  // which takes the type of the other side
+    bool numberLiteral = false;
+    bool numberTerm = false;  // a number other than a literal
 };
 
 Domain DomainOf(const Seen& seen, const Term& first) {
@@ -35,6 +37,7 @@ void Look(Seen& seen, Type type, bool literal) {
     seen.boolean |= type == Type::Boolean;
     seen.number |= IsNumeric(type) && type != Type::Boolean;
     (literal ? seen.textLiteral : seen.text) |= type == Type::Text;
+    (literal ? seen.numberLiteral : seen.numberTerm) |= IsNumeric(type) && type != Type::Boolean;
 }
 
 // Currency is stored in ten-thousandths: the other side is converted to them, so that a Currency column's index serves.
@@ -80,13 +83,26 @@ ComparisonOperator OperatorOf(BinaryOperator op) {
     }
 }
 
+TermPtr Between(const TermPtr& operand, const TermPtr& low, const TermPtr& high, bool negated) {
+    return std::make_shared<BetweenTerm>(operand, low, high, negated);
+}
+
+// The bound that is the lower or the higher one of two literals when the statement runs.
+TermPtr OneOf(const ParameterTerm& bound, int other, bool isHigher) {
+    auto one = std::make_shared<ParameterTerm>(bound);
+    one->pair = {other, isHigher};
+    return one;
+}
+
 }  // namespace
 
 void MakeComparable(Context& context, TermPtr& operand, std::vector<TermPtr*> values) {
     values.insert(values.begin(), &operand);
     Seen seen;
     for (const TermPtr* value : values) Look(seen, (*value)->type, (*value)->kind == TermKind::Literal);
-    const Domain domain = DomainOf(seen, *operand);
+    // On the server a flag is compared with 1 and 0.
+    const bool flag = !context.IsJet() && seen.boolean && seen.numberLiteral && !seen.numberTerm && !seen.text;
+    const Domain domain = flag ? Domain::Boolean : DomainOf(seen, *operand);
     for (TermPtr* value : values) *value = InDomain(context, std::move(*value), domain);
     // The collation is that of the side that is a column, preferably the left one.
     const bool collated =
@@ -101,7 +117,13 @@ TermPtr BindComparison(Context& context, BinaryOperator op, TermPtr left, TermPt
 
 TermPtr BindBetween(Context& context, TermPtr operand, TermPtr low, TermPtr high, bool negated) {
     MakeComparable(context, operand, {&low, &high});
-    return std::make_shared<BetweenTerm>(std::move(operand), std::move(low), std::move(high), negated);
+    if (!context.IsJet()) return Between(operand, low, high, negated);
+    const auto* first = If<ParameterTerm>(low);
+    const auto* second = If<ParameterTerm>(high);
+    if (first && second && !first->negative && !second->negative && first->ordinal >= 0 && second->ordinal >= 0)
+        return Between(operand, OneOf(*first, second->ordinal, false), OneOf(*second, first->ordinal, true), negated);
+    return std::make_shared<Logic>(negated ? LogicOperator::And : LogicOperator::Or,
+                                   Terms{Between(operand, low, high, negated), Between(operand, high, low, negated)});
 }
 
 TermPtr BindInList(Context& context, TermPtr operand, Terms items, bool negated) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "sql/Names.h"
 #include "sql/SqlError.h"
 
 namespace kpTables::sql::bind {
@@ -14,6 +15,19 @@ void FixLiteral(std::vector<int>& fixedLiterals, int ordinal) {
 
 std::shared_ptr<ParameterTerm> Context::Parameter(const Literal& literal, Binding binding, Type type) {
     return std::make_shared<ParameterTerm>(literal, binding, type, kSequenceStep * ++parameters_);
+}
+
+std::optional<bool> Context::FlagOfWord(const Column& word) const {
+    if (!IsJet() || !word.table.empty()) return std::nullopt;
+    if (SameName(word.name, "Yes") || SameName(word.name, "On")) return true;
+    if (SameName(word.name, "No") || SameName(word.name, "Off")) return false;
+    return std::nullopt;
+}
+
+const Context::Common* Context::FindCommon(std::string_view name) const {
+    for (const Common& table : common_)
+        if (SameName(table.name, name)) return &table;
+    return nullptr;
 }
 
 long long Context::WholeNumber(const Expression& expression) {

@@ -1,7 +1,11 @@
 // What the binding of one statement shares, and an expression's surroundings.
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "sql/Catalog.h"
@@ -18,12 +22,13 @@ void FixLiteral(std::vector<int>& fixedLiterals, int ordinal);
 
 class Context {
 public:
-    Context(const Catalog& catalog, std::vector<int>& fixedLiterals)
-        : catalog_(catalog), fixedLiterals_(fixedLiterals) {}
+    Context(const Catalog& catalog, sql::Dialect dialect, std::vector<int>& fixedLiterals)
+        : catalog_(catalog), dialect_(dialect), fixedLiterals_(fixedLiterals) {}
     Context(const Context&) = delete;
     Context& operator=(const Context&) = delete;
 
     const Catalog& Tables() const noexcept { return catalog_; }
+    bool IsJet() const noexcept { return dialect_ == sql::Dialect::Jet; }
     /// The table, or SqlError UnknownTable.
     const CatalogTable& Table(const std::string& name, std::size_t offset) const {
         return RequireTable(catalog_, name, offset);
@@ -31,12 +36,28 @@ public:
 
     /// A parameter bound to the literal's value.
     std::shared_ptr<ParameterTerm> Parameter(const Literal& literal, Binding binding, Type type);
+    /// Yes and On, No and Off are flags in Jet's dialect, where no column has the name.
+    std::optional<bool> FlagOfWord(const Column& word) const;
     void Fix(const Literal& literal) { FixLiteral(fixedLiterals_, literal.ordinal); }
     /// The value of a whole-number literal that shapes the text (it is fixed), or SqlError Syntax.
     long long WholeNumber(const Expression& expression);
 
+    /// A query that WITH names.
+    struct Common {
+        std::string name;
+        std::vector<std::string> columns;  ///< their names; empty: those of the query
+        std::shared_ptr<Query> query;      ///< null while it is bound
+        std::string label;                 ///< its name in the printed text
+    };
+    void AddCommon(Common table) { common_.push_back(std::move(table)); }
+    std::vector<Common>& CommonTables() noexcept { return common_; }
+    /// The query of that name, or nullptr.
+    const Common* FindCommon(std::string_view name) const;
+
 private:
+    std::vector<Common> common_;
     const Catalog& catalog_;
+    sql::Dialect dialect_;
     std::vector<int>& fixedLiterals_;
     int parameters_ = 0;
 };
@@ -49,6 +70,10 @@ struct Place {
     const char* aggregateRefusal = nullptr;
     /// The condition of the rows that are aggregated, null for all.
     TermPtr aggregateFilter = nullptr;
+    /// Notes a window function; nullptr where none is allowed.
+    bool* windowed = nullptr;
+    /// The window over which the aggregate to bind goes, or nullptr.
+    const sql::Window* window = nullptr;
 };
 
 /// SqlError for an unknown name, an unknown function and incompatible operands. A literal is not yet a parameter: see

@@ -110,11 +110,7 @@ TermPtr Settled(Context& context, const TermPtr& term) {
 TermPtr AsValue(Context& context, TermPtr term) {
     term = Settled(context, term);
     if (!term->predicate) return term;
-    if (const auto* known = KnownTruth(*term)) {
-        auto value = std::make_shared<ConstantTerm>(ConstantKind::Boolean, IsTrue(*known) ? "-1" : "0", Type::Boolean);
-        value->offset = term->offset;
-        return value;
-    }
+    if (const auto* known = KnownTruth(*term)) return FlagConstant(IsTrue(*known), term->offset);
     return std::make_shared<PredicateValue>(term);
 }
 

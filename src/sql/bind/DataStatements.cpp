@@ -8,20 +8,11 @@
 #include "sql/bind/Conversions.h"
 #include "sql/bind/QueryBinder.h"
 #include "sql/bind/StatementBinder.h"
+#include "sql/bind/Stored.h"
 
 namespace kpTables::sql::bind {
 
 namespace {
-
-constexpr const char* kNoAggregateInStatement = "cannot have an aggregate function in the statement";
-
-// Whether a name is an alias of a column that the statement names as well, whose value is used then.
-bool IsRepeated(const CatalogTable& table, const std::string& name, const std::vector<std::string>& names) {
-    const CatalogColumn* column = FindColumn(table, name);
-    return column && column->computed && std::any_of(names.begin(), names.end(), [&](const std::string& other) {
-               return SameName(other, column->source);
-           });
-}
 
 // A column for each value; null for a value that is ignored.
 std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const InsertStatement& statement) {
@@ -40,15 +31,6 @@ std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const
     return columns;
 }
 
-// The value as the column stores it; a text longer than the column is an error.
-TermPtr ColumnValue(Context& context, TermPtr value, const CatalogColumn& column) {
-    value = AsStored(context, std::move(value), column.type);
-    if (column.length == 0 || value->type == Type::Null) return value;
-    return Call(
-        "fit", {std::move(value), NumberConstant(std::to_string(column.length), Type::Long), TextConstant(column.name)},
-        Type::Text);
-}
-
 void CheckCount(std::size_t columns, std::size_t values, std::size_t offset) {
     if (columns != values)
         throw SqlError(ErrorKind::Syntax,
@@ -56,24 +38,33 @@ void CheckCount(std::size_t columns, std::size_t values, std::size_t offset) {
                        offset);
 }
 
-std::vector<TermPtr> BindValues(Context& context, const InsertStatement& statement,
-                                const std::vector<const CatalogColumn*>& columns) {
-    CheckCount(columns.size(), statement.values.size(), statement.offset);
+Terms BindValues(Context& context, const std::vector<ExpressionPtr>& row, std::size_t offset,
+                 const std::vector<const CatalogColumn*>& columns) {
+    CheckCount(columns.size(), row.size(), offset);
     const Scope none(nullptr);
-    std::vector<TermPtr> values;
+    Terms values;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (!columns[i]) continue;
-        TermPtr value = BindExpression(*statement.values[i], {context, none, kNoAggregateInStatement});
+        TermPtr value = BindExpression(*row[i], {context, none, kNoAggregateInStatement});
         values.push_back(ColumnValue(context, std::move(value), *columns[i]));
     }
     return values;
 }
 
+// Without a list of columns, a counter may be left out.
+void DropCounter(std::vector<const CatalogColumn*>& columns, const InsertStatement& statement, std::size_t values) {
+    if (!statement.columns.empty() || values + 1 != columns.size()) return;
+    const auto counter =
+        std::find_if(columns.begin(), columns.end(), [](const auto* column) { return column->counter; });
+    if (counter != columns.end()) columns.erase(counter);
+}
+
 // The query whose columns are converted to the table's; any but a plain SELECT is put into FROM for that.
-QueryPtr BindRows(Context& context, const sql::Query& query, const std::vector<const CatalogColumn*>& columns,
-                  std::size_t offset) {
+QueryPtr BindRows(Context& context, const InsertStatement& statement, std::vector<const CatalogColumn*>& columns) {
+    const sql::Query& query = *statement.query;
     const auto& first = query.members.front();
-    const bool plain = query.members.size() == 1 && first.core && !first.core->top && !first.core->distinct;
+    const bool isSelect = query.members.size() == 1 && first.core && !query.skip;
+    const bool plain = isSelect && !first.core->top && !first.core->distinct && !first.core->distinctRow;
     Select select;
     if (plain) {
         SelectBinder binder(context, *first.core, nullptr);
@@ -81,7 +72,8 @@ QueryPtr BindRows(Context& context, const sql::Query& query, const std::vector<c
     } else {
         select = SelectFrom(SourceOf(std::make_shared<Query>(BindQuery(context, query, nullptr, QueryUse::Table))));
     }
-    CheckCount(columns.size(), select.items.size(), offset);
+    DropCounter(columns, statement, select.items.size());
+    CheckCount(columns.size(), select.items.size(), statement.offset);
     std::vector<Output> items;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (!columns[i]) continue;
@@ -108,20 +100,39 @@ TermPtr BindWhere(Context& context, const ExpressionPtr& where, const Scope& sco
 
 }  // namespace
 
+TermPtr ColumnValue(Context& context, TermPtr value, const CatalogColumn& column) {
+    value = AsStored(context, std::move(value), column.type);
+    if (column.length == 0 || value->type == Type::Null) return value;
+    return Call(
+        "fit", {std::move(value), NumberConstant(std::to_string(column.length), Type::Long), TextConstant(column.name)},
+        Type::Text);
+}
+
+bool IsRepeated(const CatalogTable& table, const std::string& name, const std::vector<std::string>& names) {
+    const CatalogColumn* column = FindColumn(table, name);
+    return column && column->computed && std::any_of(names.begin(), names.end(), [&](const std::string& other) {
+               return SameName(other, column->source);
+           });
+}
+
 Insert BindInsert(Context& context, const InsertStatement& statement) {
     const CatalogTable& table = context.Table(statement.table, statement.offset);
     Insert insert;
     insert.target = SourceOfTable(table, statement.table, {});
     insert.columns = InsertColumns(table, statement);
-    if (statement.query)
-        insert.query = BindRows(context, *statement.query, insert.columns, statement.offset);
-    else
-        insert.values = BindValues(context, statement, insert.columns);
+    if (statement.query) {
+        insert.query = BindRows(context, statement, insert.columns);
+    } else if (!statement.rows.empty()) {
+        DropCounter(insert.columns, statement, statement.rows.front().size());
+        for (const auto& row : statement.rows)
+            insert.rows.push_back(BindValues(context, row, statement.offset, insert.columns));
+    }
     std::erase(insert.columns, nullptr);
     return insert;
 }
 
 Update BindUpdate(Context& context, const UpdateStatement& statement) {
+    if (!statement.from.empty()) return BindJoinedUpdate(context, statement);
     const CatalogTable& table = context.Table(statement.table, statement.offset);
     Scope scope(nullptr);
     Update update;
@@ -140,9 +151,11 @@ Update BindUpdate(Context& context, const UpdateStatement& statement) {
 }
 
 Delete BindDelete(Context& context, const DeleteStatement& statement) {
+    if (!statement.from.empty()) return BindJoinedDelete(context, statement);
     const CatalogTable& table = context.Table(statement.table, statement.offset);
     Scope scope(nullptr);
     Delete erase;
+    erase.truncates = statement.truncates;
     erase.target = Target(table, statement.table, statement.alias, scope, statement.offset);
     erase.where = BindWhere(context, statement.where, scope);
     return erase;

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -12,6 +13,7 @@
 #include "sql/bind/Functions.h"
 #include "sql/bind/Scope.h"
 #include "sql/bind/StatementBinder.h"
+#include "text/DateText.h"
 
 namespace kpTables::sql::bind {
 
@@ -50,9 +52,16 @@ void CheckRange(const std::string& text, const Expression& value, Type type) {
     if (!read || number > most || number < -most - 1) Mismatch(value);
 }
 
+// Between # signs the month comes first.
+std::string TextOf(const Literal& literal) {
+    if (literal.literal != LiteralKind::Date) return literal.text;
+    const auto date = text::ParseDate(literal.text, text::DateOrder::MonthFirst);
+    return date ? text::IsoDateText(*date) : literal.text;
+}
+
 TermPtr BindConstant(const Literal& literal, const Expression& value, Type type, bool negative) {
     if (literal.literal == LiteralKind::Null) return NullConstant();
-    TermPtr text = TextConstant((negative ? "-" : "") + literal.text);
+    TermPtr text = TextConstant((negative ? "-" : "") + TextOf(literal));
     if (type == Type::Text) return text;
     if (type == Type::Date) return std::make_shared<Conversion>(std::move(text), Type::Date);
     const bool truth = literal.literal == LiteralKind::Boolean;
@@ -75,6 +84,9 @@ TermPtr BindDefault(Context& context, const Expression& value, Type type) {
         context.Fix(*literal);
         return BindConstant(*literal, value, type, negative);
     }
+    const auto* word = sql::If<Column>(&value);
+    if (const auto flag = word ? context.FlagOfWord(*word) : std::nullopt)
+        return BindConstant({LiteralKind::Boolean, *flag ? "True" : "False", -1, word->offset}, value, type, false);
     const auto* call = sql::If<sql::Call>(&value);
     if (!call || !call->arguments.empty() || type != Type::Date)
         throw SqlError(ErrorKind::Unsupported, "a default is a constant, Date() or Now()", value.offset);

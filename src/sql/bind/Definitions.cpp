@@ -4,7 +4,9 @@
 
 #include "sql/Names.h"
 #include "sql/SqlError.h"
+#include "sql/bind/Scope.h"
 #include "sql/bind/StatementBinder.h"
+#include "sql/bind/Stored.h"
 
 namespace kpTables::sql::bind {
 
@@ -82,6 +84,12 @@ Definition BindDefinition(Context& context, const ColumnDefinition& column, bool
     return definition;
 }
 
+void RefuseKeys(const ColumnDefinition& column, const std::string& how) {
+    if (column.primaryKey || column.unique || column.type.counter)
+        throw SqlError(ErrorKind::Unsupported, "a key or a COUNTER cannot be " + how + " a table that exists",
+                       column.offset);
+}
+
 }  // namespace
 
 SchemaChange BindCreateTable(Context& context, const CreateTableStatement& statement) {
@@ -116,18 +124,78 @@ SchemaChange BindAddColumn(Context& context, const AddColumnStatement& statement
     SchemaChange change{&statement};
     change.table = &context.Table(statement.table, statement.offset);
     const CatalogTable& table = *change.table;
-    const ColumnDefinition& column = statement.column;
-    if (FindColumn(table, column.name))
-        throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' exists already", column.offset);
-    if (column.primaryKey || column.unique || column.type.counter)
-        throw SqlError(ErrorKind::Unsupported, "a key or a COUNTER cannot be added to a table that exists",
-                       column.offset);
-    if (!column.source.empty()) {
-        const CatalogColumn& source = RequireColumn(table, column.source, column.offset);
-        CheckComputed(column, source.name, source.type, !source.computed);
+    Keys seen;
+    for (const ColumnDefinition& column : statement.columns) {
+        if (FindColumn(table, column.name) || Contains(seen, column.name))
+            throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' exists already", column.offset);
+        seen.push_back(column.name);
+        RefuseKeys(column, "added to");
+        if (!column.source.empty()) {
+            const CatalogColumn& source = RequireColumn(table, column.source, column.offset);
+            CheckComputed(column, source.name, source.type, !source.computed);
+        }
+        change.columns.push_back(BindDefinition(context, column, false, column.notNull));
     }
-    change.columns.push_back(BindDefinition(context, column, false, column.notNull));
     return change;
+}
+
+SchemaChange BindAlterColumn(Context& context, const AlterColumnStatement& statement) {
+    SchemaChange change{&statement};
+    change.table = &context.Table(statement.table, statement.offset);
+    const ColumnDefinition& definition = statement.column;
+    const CatalogColumn& column = RequireColumn(*change.table, definition.name, definition.offset);
+    RefuseKeys(definition, "made of a column of");
+    if (column.counter || column.computed || !definition.source.empty())
+        throw SqlError(ErrorKind::Unsupported, "a COUNTER or a computed column keeps its type", definition.offset);
+    change.keys.push_back(&column);
+    change.columns.push_back(BindDefinition(context, definition, false, definition.notNull));
+    // Without a DEFAULT of its own the column keeps the one it has.
+    if (!definition.defaultValue) change.columns.back().defaultValue = nullptr;
+    const SourcePtr source = SourceOfTable(*change.table, change.table->name, {});
+    const auto position = static_cast<std::size_t>(&column - change.table->columns.data());
+    CatalogColumn wanted = column;
+    wanted.type = definition.type.type;
+    wanted.length = definition.type.memo ? 0 : definition.type.length;
+    change.changed = ColumnValue(context, ColumnOf(source, position), wanted);
+    return change;
+}
+
+SchemaChange BindDropColumn(Context& context, const DropColumnStatement& statement) {
+    SchemaChange change{&statement};
+    change.table = &context.Table(statement.table, statement.offset);
+    for (std::size_t i = 0; i < statement.columns.size(); ++i)
+        change.keys.push_back(&RequireColumn(*change.table, statement.columns[i], statement.columnOffsets[i]));
+    return change;
+}
+
+std::unique_ptr<CreateTableStatement> NewTableOf(const SelectIntoStatement& statement, const Catalog& catalog) {
+    const BoundStatement bound = BindStatement(statement, catalog);
+    const Query& query = *bound.query;
+    const Select& first = query.members.front().select;
+    const bool single = query.members.size() == 1;
+    const bool keepsRows = single && !first.grouped && first.from.size() == 1 && first.from.front()->source;
+    auto table = std::make_unique<CreateTableStatement>();
+    table->table = statement.table;
+    table->offset = statement.offset;
+    bool counted = false;
+    for (const Output& item : first.items) {
+        ColumnDefinition column;
+        column.name = item.name;
+        column.offset = statement.offset;
+        const auto* stored = single ? If<ColumnTerm>(item.term) : nullptr;
+        const CatalogColumn* known =
+            stored && stored->source->table ? &stored->source->table->columns[stored->column] : nullptr;
+        column.type.type = item.term->type == Type::Null ? Type::Text : item.term->type;
+        if (column.type.type == Type::Unknown)
+            throw SqlError(ErrorKind::Unsupported,
+                           "the type of the column '" + item.name + "' cannot be told: convert it", item.term->offset);
+        column.type.length = known ? known->length : 0;
+        column.type.memo = column.type.type == Type::Text && column.type.length == 0;
+        column.type.counter = keepsRows && !counted && known && known->counter;
+        counted = counted || column.type.counter;
+        table->columns.push_back(std::move(column));
+    }
+    return table;
 }
 
 }  // namespace kpTables::sql::bind

@@ -18,12 +18,8 @@ TermPtr BindLiteral(const Literal& literal) {
     switch (literal.literal) {
         case LiteralKind::Null:
             return NullConstant(literal.offset);
-        case LiteralKind::Boolean: {
-            const char* value = SameName(literal.text, "True") ? "-1" : "0";
-            auto term = std::make_shared<ConstantTerm>(ConstantKind::Boolean, value, Type::Boolean);
-            term->offset = literal.offset;
-            return term;
-        }
+        case LiteralKind::Boolean:
+            return FlagConstant(SameName(literal.text, "True"), literal.offset);
         case LiteralKind::Integer:
             return std::make_shared<LiteralTerm>(literal, Type::Long);
         case LiteralKind::Decimal:
@@ -40,6 +36,10 @@ TermPtr BindName(const Column& column, const Place& place) {
     // An item's name may stand for an aggregate, so it is allowed where an aggregate is.
     const bool names = !place.aggregateRefusal && !place.scope.Lookup(column);
     if (TermPtr alias = names ? place.scope.FindAlias(column) : nullptr) return alias;
+    if (const auto flag = place.context.FlagOfWord(column); flag && !place.scope.Lookup(column))
+        return FlagConstant(*flag, column.offset);
+    if (column.table.empty() && SameName(column.name, "CURRENT_TIMESTAMP") && !place.scope.Lookup(column))
+        return At(Call("now", {}, Type::Date), column.offset);
     return place.scope.Resolve(column);
 }
 
@@ -91,7 +91,11 @@ TermPtr BindBinary(const Binary& top, const Place& place) {
 TermPtr BindLike(const Like& like, const Place& place) {
     TermPtr operand = AsText(place.context, BindExpression(*like.operand, place));
     TermPtr pattern = AsText(place.context, BindExpression(*like.pattern, place));
-    auto test = std::make_shared<CallTerm>("like", Terms{std::move(operand), std::move(pattern)}, Type::Boolean);
+    Terms arguments{std::move(operand), std::move(pattern)};
+    if (like.escape) arguments.push_back(AsText(place.context, BindExpression(*like.escape, place)));
+    // The classes [!a] of the dialects differ.
+    const std::string_view function = place.context.IsJet() ? "like" : "like_server";
+    auto test = std::make_shared<CallTerm>(function, std::move(arguments), Type::Boolean);
     test->predicate = true;
     return like.negated ? BindNot(place.context, std::move(test)) : test;
 }
@@ -138,6 +142,12 @@ TermPtr BindExists(const Exists& exists, const Place& place) {
     auto term = std::make_shared<ExistsTerm>(std::move(query));
     term->offset = exists.offset;
     return term;
+}
+
+TermPtr BindCastOf(const Cast& cast, const Place& place) {
+    TermPtr operand = BindExpression(*cast.operand, place);
+    TermPtr style = cast.style ? AsNumber(place.context, BindExpression(*cast.style, place)) : nullptr;
+    return BindCast(place.context, std::move(operand), cast.type, std::move(style));
 }
 
 TermPtr BindCase(const Case& node, const Place& place) {
@@ -194,8 +204,10 @@ TermPtr BindExpression(const Expression& e, const Place& place) {
             return BindScalar(sql::As<Subquery>(e), place);
         case ExpressionKind::Call:
             return BindCall(sql::As<sql::Call>(e), place);
+        case ExpressionKind::Window:
+            return BindWindow(sql::As<Window>(e), place);
         case ExpressionKind::Cast:
-            return BindCast(place.context, BindExpression(*sql::As<Cast>(e).operand, place), sql::As<Cast>(e).type);
+            return BindCastOf(sql::As<Cast>(e), place);
         case ExpressionKind::Case:
             return BindCase(sql::As<Case>(e), place);
     }

@@ -2,6 +2,7 @@
 #include <map>
 #include <utility>
 
+#include "sql/SqlError.h"
 #include "sql/bind/QueryBinder.h"
 
 namespace kpTables::sql::bind {
@@ -65,8 +66,21 @@ public:
 
 private:
     void DeclareTable(const NamedTable& named) {
+        if (const Context::Common* common = context_.FindCommon(named.name)) return DeclareCommon(named, *common);
         const CatalogTable& table = context_.Table(named.name, named.offset);
         Add(named, SourceOfTable(table, named.name, named.alias));
+    }
+
+    void DeclareCommon(const NamedTable& named, const Context::Common& common) {
+        if (!common.query)
+            throw SqlError(ErrorKind::Unsupported,
+                           "a query of WITH that refers to itself ('" + common.name + "') is not supported",
+                           named.offset);
+        SourcePtr source = SourceOf(common.query);
+        source->name = source->alias = named.alias.empty() ? named.name : named.alias;
+        source->common = common.label;
+        for (std::size_t i = 0; i < common.columns.size(); ++i) source->columns[i].name = common.columns[i];
+        Add(named, std::move(source));
     }
 
     void DeclareQuery(const DerivedTable& derived) {

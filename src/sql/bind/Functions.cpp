@@ -5,7 +5,6 @@
 
 #include "sql/Names.h"
 #include "sql/SqlError.h"
-#include "sql/bind/Cast.h"
 #include "sql/bind/Conversions.h"
 #include "sql/bind/FunctionTable.h"
 #include "sql/bind/Interval.h"
@@ -44,40 +43,35 @@ TermPtr BindFunction(const sql::Call& call, const DialectFunction& function, con
     return term;
 }
 
-// The type that CONVERT's first argument names: a word, or a word with a length.
-TypeName ConvertedType(const Expression& name) {
-    struct Known {
-        std::string_view word;
-        Type type;
-        bool fixed;
+[[noreturn]] void RaiseUndefined(const sql::Call& call) {
+    struct Refused {
+        std::string_view name;
+        std::string_view why;
     };
-    static constexpr Known kKnown[] = {
-        {"int", Type::Long, false},     {"integer", Type::Long, false},  {"smallint", Type::Short, false},
-        {"float", Type::Double, false}, {"real", Type::Double, false},   {"money", Type::Currency, false},
-        {"bit", Type::Boolean, false},  {"datetime", Type::Date, false}, {"smalldatetime", Type::Date, false},
-        {"varchar", Type::Text, false}, {"nvarchar", Type::Text, false}, {"char", Type::Text, true},
-        {"nchar", Type::Text, true},
+    constexpr std::string_view kDomain = "is Access's own, not its database engine's: use a query in parentheses";
+    constexpr std::string_view kTrying = "is not supported: test with ISNUMERIC or ISDATE in a CASE";
+    constexpr Refused kRefused[] = {
+        {"davg", kDomain},
+        {"dcount", kDomain},
+        {"dfirst", kDomain},
+        {"dlast", kDomain},
+        {"dlookup", kDomain},
+        {"dmax", kDomain},
+        {"dmin", kDomain},
+        {"dstdev", kDomain},
+        {"dsum", kDomain},
+        {"dvar", kDomain},
+        {"try_cast", kTrying},
+        {"try_convert", kTrying},
+        {"try_parse", kTrying},
+        {"rnd", "is not supported: its answers cannot be repeated"},
+        {"rand", "is not supported: its answers cannot be repeated"},
     };
-    const auto* call = sql::If<sql::Call>(&name);
-    const auto* column = sql::If<Column>(&name);
-    const std::string word = call ? call->name : column ? column->name : std::string();
-    for (const auto& known : kKnown) {
-        if (!SameName(known.word, word)) continue;
-        TypeName type;
-        type.type = known.type;
-        type.fixed = known.fixed;
-        return type;
+    for (const auto& [name, why] : kRefused) {
+        if (!SameName(name, call.name)) continue;
+        throw SqlError(ErrorKind::Unsupported, "the function '" + call.name + "' " + std::string(why), call.offset);
     }
-    throw SqlError(ErrorKind::Unsupported, "unknown type in CONVERT", name.offset);
-}
-
-TermPtr BindConvert(const sql::Call& call, const Place& place) {
-    CheckCount(call, 2, 2);
-    TypeName type = ConvertedType(*call.arguments[0]);
-    const auto* sized = sql::If<sql::Call>(call.arguments[0].get());
-    if (sized && sized->arguments.size() == 1)
-        type.length = static_cast<int>(place.context.WholeNumber(*sized->arguments[0]));
-    return BindCast(place.context, BindExpression(*call.arguments[1], place), type);
+    throw SqlError(ErrorKind::Unsupported, "undefined function '" + call.name + "'", call.offset);
 }
 
 }  // namespace
@@ -88,9 +82,8 @@ TermPtr BindCall(const sql::Call& call, const Place& place) {
         throw SqlError(ErrorKind::Syntax, "DISTINCT stands in aggregates only, not in '" + call.name + "'",
                        call.offset);
     if (const auto* function = FindDialectFunction(call.name)) return BindFunction(call, *function, place);
-    if (SameName(call.name, "CONVERT")) return BindConvert(call, place);
     const auto* special = FindSpecialFunction(call.name);
-    if (!special) throw SqlError(ErrorKind::Unsupported, "undefined function '" + call.name + "'", call.offset);
+    if (!special) RaiseUndefined(call);
     CheckCount(call, special->least, special->most);
     Terms arguments;
     for (const auto& argument : call.arguments) arguments.push_back(BindExpression(*argument, place));

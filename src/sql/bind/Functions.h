@@ -1,6 +1,7 @@
 // The functions of both dialects.
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "sql/bind/Context.h"
@@ -19,6 +20,12 @@ bool IsAggregate(std::string_view function);
 /// SqlError when an aggregate is not allowed there or is nested in another.
 TermPtr BindAggregate(const sql::Call& call, const Place& place);
 
+/// A ranking function, LAG and the like, or an aggregate over a window. SqlError where no window function may stand.
+TermPtr BindWindow(const sql::Window& window, const Place& place);
+
+/// The bound function or aggregate over the window.
+TermPtr OverWindow(TermPtr function, const sql::Window& window, const Place& place);
+
 /// A function whose translation depends on its arguments' types.
 struct SpecialFunction {
     std::string_view name;  ///< in lower case
@@ -26,6 +33,9 @@ struct SpecialFunction {
     std::size_t most;
     TermPtr (*bind)(Context& context, Terms arguments);
 };
+
+/// Those that stand in a file of their own.
+std::span<const SpecialFunction> ServerFunctions();
 
 /// The function of that name, ignoring case, or nullptr.
 const SpecialFunction* FindSpecialFunction(std::string_view name);

@@ -38,7 +38,8 @@ bool SameNode(Context& context, const Scope& scope, const Expression& a, const E
         case ExpressionKind::Binary:
             return sql::As<Binary>(a).op == sql::As<Binary>(b).op;
         case ExpressionKind::Like:
-            return sql::As<Like>(a).negated == sql::As<Like>(b).negated;
+            return sql::As<Like>(a).negated == sql::As<Like>(b).negated &&
+                   !sql::As<Like>(a).escape == !sql::As<Like>(b).escape;
         case ExpressionKind::Between:
             return sql::As<Between>(a).negated == sql::As<Between>(b).negated;
         case ExpressionKind::InList:
@@ -51,13 +52,14 @@ bool SameNode(Context& context, const Scope& scope, const Expression& a, const E
         case ExpressionKind::Cast: {
             const TypeName& x = sql::As<Cast>(a).type;
             const TypeName& y = sql::As<Cast>(b).type;
-            return x.type == y.type && x.length == y.length && x.fixed == y.fixed && x.memo == y.memo;
+            return x == y && !sql::As<Cast>(a).style == !sql::As<Cast>(b).style;
         }
         case ExpressionKind::Case:
             return !sql::As<Case>(a).operand == !sql::As<Case>(b).operand &&
                    !sql::As<Case>(a).otherwise == !sql::As<Case>(b).otherwise;
         case ExpressionKind::Star:
         case ExpressionKind::Variable:
+        case ExpressionKind::Window:
         case ExpressionKind::InQuery:
         case ExpressionKind::Exists:
         case ExpressionKind::Subquery:
@@ -77,7 +79,9 @@ void ForEachOperand(const Expression& e, const std::function<void(const Expressi
             return visit(*sql::As<Binary>(e).right);
         case ExpressionKind::Like:
             visit(*sql::As<Like>(e).operand);
-            return visit(*sql::As<Like>(e).pattern);
+            visit(*sql::As<Like>(e).pattern);
+            if (sql::As<Like>(e).escape) visit(*sql::As<Like>(e).escape);
+            return;
         case ExpressionKind::Between:
             visit(*sql::As<Between>(e).operand);
             visit(*sql::As<Between>(e).low);
@@ -93,8 +97,18 @@ void ForEachOperand(const Expression& e, const std::function<void(const Expressi
         case ExpressionKind::Call:
             for (const auto& argument : sql::As<sql::Call>(e).arguments) visit(*argument);
             return;
+        case ExpressionKind::Window: {
+            // The call itself is no aggregate of the groups.
+            const auto& window = sql::As<Window>(e);
+            for (const auto& argument : window.call->arguments) visit(*argument);
+            for (const auto& key : window.partitionBy) visit(*key);
+            for (const auto& key : window.orderBy) visit(*key.expression);
+            return;
+        }
         case ExpressionKind::Cast:
-            return visit(*sql::As<Cast>(e).operand);
+            visit(*sql::As<Cast>(e).operand);
+            if (sql::As<Cast>(e).style) visit(*sql::As<Cast>(e).style);
+            return;
         case ExpressionKind::Case:
             if (sql::As<Case>(e).operand) visit(*sql::As<Case>(e).operand);
             for (const auto& when : sql::As<Case>(e).whens) {

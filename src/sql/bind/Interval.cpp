@@ -12,11 +12,11 @@ struct IntervalWord {
 };
 
 constexpr IntervalWord kWords[] = {
-    {"year", "yyyy"}, {"yyyy", "yyyy"}, {"yy", "yyyy"}, {"quarter", "q"},   {"qq", "q"},     {"q", "q"},
-    {"month", "m"},   {"mm", "m"},      {"m", "m"},     {"dayofyear", "y"}, {"dy", "y"},     {"y", "y"},
-    {"day", "d"},     {"dd", "d"},      {"d", "d"},     {"weekday", "w"},   {"dw", "w"},     {"week", "ww"},
-    {"wk", "ww"},     {"ww", "ww"},     {"hour", "h"},  {"hh", "h"},        {"minute", "n"}, {"mi", "n"},
-    {"n", "n"},       {"second", "s"},  {"ss", "s"},    {"s", "s"},
+    {"year", "yyyy"}, {"yyyy", "yyyy"}, {"yy", "yyyy"},  {"quarter", "q"},   {"qq", "q"}, {"q", "q"},
+    {"month", "m"},   {"mm", "m"},      {"m", "m"},      {"dayofyear", "y"}, {"dy", "y"}, {"y", "y"},
+    {"day", "d"},     {"dd", "d"},      {"d", "d"},      {"weekday", "w"},   {"dw", "w"}, {"w", "w"},
+    {"week", "ww"},   {"wk", "ww"},     {"ww", "ww"},    {"hour", "h"},      {"hh", "h"}, {"minute", "n"},
+    {"mi", "n"},      {"n", "n"},       {"second", "s"}, {"ss", "s"},        {"s", "s"},
 };
 
 }  // namespace

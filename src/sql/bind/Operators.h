@@ -16,6 +16,7 @@ TermPtr BindNegation(Context& context, TermPtr operand);
 /// left op right for = <> < <= > >=. Both sides are converted to a common type: Currency against any other number in
 /// ten-thousandths, a date against a text as a date. SqlError TypeMismatch for a text against a number.
 TermPtr BindComparison(Context& context, BinaryOperator op, TermPtr left, TermPtr right);
+/// In Jet's dialect the bounds may stand in any order.
 TermPtr BindBetween(Context& context, TermPtr operand, TermPtr low, TermPtr high, bool negated);
 TermPtr BindInList(Context& context, TermPtr operand, Terms items, bool negated);
 /// CASE operand WHEN value ...: converts the operand and the values to a common type, in place.

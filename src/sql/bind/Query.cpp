@@ -8,8 +8,13 @@ namespace kpTables::sql::bind {
 
 std::vector<ResultColumn> Query::Columns() const {
     std::vector<ResultColumn> columns;
-    for (const Output& item : members.front().select.items) columns.push_back({item.name, item.term->type});
+    for (const Output& item : members.front().select.items) columns.push_back({item.name, item.term->type, item.qualifier});
     return columns;
+}
+
+bool Query::ComparesRows() const {
+    return std::any_of(members.begin() + 1, members.end(),
+                       [](const Member& member) { return member.operation != SetOperation::UnionAll; });
 }
 
 SourcePtr SourceOf(QueryPtr query) {
@@ -44,7 +49,7 @@ Query QueryOf(Select select, QueryUse use) {
     Query query;
     query.use = use;
     if (use == QueryUse::Table) LabelItems(select.items);
-    query.members.push_back({false, std::move(select)});
+    query.members.push_back({SetOperation::Union, std::move(select)});
     return query;
 }
 

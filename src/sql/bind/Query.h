@@ -32,6 +32,8 @@ struct Source {
     /// Of a query: the names of the tables inside it. A qualifier that names one of them, and nothing outside, denotes
     /// this query.
     std::vector<std::string> innerNames;
+    /// Of a query that the statement names in WITH: its name in the printed text.
+    std::string common = {};
 };
 using SourcePtr = std::shared_ptr<Source>;
 
@@ -53,7 +55,8 @@ struct Output {
     TermPtr term;      ///< perhaps a predicate
     std::string name;  ///< the alias, the column's own name, or one made for it
     bool aliased = false;
-    std::string label = {};  ///< see SourceColumn
+    std::string label = {};      ///< see SourceColumn
+    std::string qualifier = {};  ///< see ResultColumn
 };
 
 struct OrderKey {
@@ -62,6 +65,14 @@ struct OrderKey {
     /// The position, from 1, of the item that the key refers to, if it does.
     std::optional<std::size_t> position = std::nullopt;
     bool isImplied = false;  ///< the statement leaves the order open
+};
+
+/// How many of the rows are shown.
+struct RowLimit {
+    std::optional<long long> rows = std::nullopt;  ///< all when there is none
+    long long skip = 0;                            ///< of the first ones
+    /// Of the rows, in millionths of a percent; rounded up to whole rows. Excludes the others.
+    std::optional<long long> percent = std::nullopt;
 };
 
 struct Select {
@@ -78,7 +89,8 @@ struct Select {
     TermPtr having;
     std::vector<Output> items;
     std::vector<OrderKey> orderBy;
-    std::optional<long long> limit;
+    std::optional<RowLimit> limit;
+    bool windowed = false;  ///< an item or a key of the order is a window function
 };
 
 /// What a query is for; ORDER BY matters only to a result and with a limit.
@@ -91,14 +103,17 @@ enum class QueryUse {
 
 struct Query {
     struct Member {
-        bool all = false;  ///< UNION ALL; unused for the first member
-        Select select;
+        SetOperation operation = SetOperation::Union;  ///< unused for the first member
+        Select select = {};
     };
     QueryUse use = QueryUse::Result;
     bool isCorrelated = false;      ///< it may refer to names of a query around it
     std::vector<Member> members;    ///< at least one; joined from left to right
     std::vector<OrderKey> orderBy;  ///< of a union: positions
+    std::optional<RowLimit> limit;  ///< of a union
 
+    /// Whether a member's rows are compared with those of another one.
+    bool ComparesRows() const;
     std::vector<ResultColumn> Columns() const;
 };
 using QueryPtr = std::shared_ptr<Query>;
@@ -122,8 +137,8 @@ TablePtr Joined(JoinMethod method, TablePtr left, TablePtr right, TermPtr on);
 struct Insert {
     std::shared_ptr<const Source> target;
     std::vector<const CatalogColumn*> columns;
-    std::vector<TermPtr> values;  ///< of VALUES ...
-    QueryPtr query;               ///< ... or the rows of a query
+    std::vector<Terms> rows;  ///< of VALUES
+    QueryPtr query;           ///< or the rows of a query; without either, a row of defaults
 };
 
 struct Update {
@@ -133,12 +148,14 @@ struct Update {
     };
     std::shared_ptr<const Source> target;
     std::vector<Assignment> assignments;
+    SourcePtr from = nullptr;  ///< a query with the new values, or null
     TermPtr where;
 };
 
 struct Delete {
     std::shared_ptr<const Source> target;
     TermPtr where;
+    bool truncates = false;  ///< the counter starts anew
 };
 
 /// A column of CREATE TABLE and ADD COLUMN.
@@ -156,13 +173,21 @@ struct SchemaChange {
     const CatalogTable* table = nullptr;  ///< the one to change; null for a new one
     std::vector<Definition> columns = {};
     std::vector<std::string> primaryKey = {};
-    std::vector<const CatalogColumn*> keys = {};  ///< of an index
+    std::vector<const CatalogColumn*> keys = {};  ///< of an index; the columns to drop or to change
+    TermPtr changed = nullptr;                    ///< the value of a column whose type changes
+};
+
+/// A query that the statement names in WITH.
+struct CommonQuery {
+    std::string name;  ///< in the printed text
+    QueryPtr query;
 };
 
 struct BoundStatement {
     StatementKind kind = StatementKind::Select;
     std::vector<int> fixedLiterals;  ///< see Translation
-    std::shared_ptr<Query> query;    ///< of SELECT and TRANSFORM; else one of the following is set
+    std::vector<CommonQuery> with;
+    std::shared_ptr<Query> query;  ///< of SELECT and TRANSFORM; else one of the following is set
     std::optional<Insert> insert;
     std::optional<Update> update;
     std::optional<Delete> erase;

@@ -15,6 +15,9 @@ namespace kpTables::sql::bind {
 /// outer: the names visible besides those of the query's own tables, or nullptr.
 Query BindQuery(Context& context, const sql::Query& query, const Scope* outer, QueryUse use);
 
+/// The rows that OFFSET and FETCH leave; nothing without them.
+std::optional<RowLimit> BindOffset(Context& context, const sql::Query& query);
+
 /// Each column gets one type in all members. A union without an order takes over the one that its members have on their
 /// columns.
 Query BindUnion(Context& context, const sql::Query& query, const Scope* outer, QueryUse use);
@@ -39,7 +42,8 @@ public:
     TermPtr BindItem(const Expression& expression, const TermPtr& aggregateFilter = nullptr);
     void AddItem(Output item) { select_.items.push_back(std::move(item)); }
     void BindOrder(const std::vector<OrderItem>& order);
-    void BindLimit();
+    /// The limit of the core, or the given one of the query around it.
+    void BindLimit(std::optional<RowLimit> offset = std::nullopt);
     /// The groups are ordered by other means.
     void GroupInAnyOrder() { select_.groupsInAnyOrder = true; }
     /// The position, from 1, of the item that an order refers to by number, name or expression.
@@ -51,6 +55,11 @@ private:
     void BindGroups();
     void BindItems();
     void BindHaving();
+    void MergeShownRows();
+    Place ItemPlace(const TermPtr& aggregateFilter = nullptr) {
+        return {context_, scope_, nullptr, aggregateFilter, &select_.windowed};
+    }
+    std::string QualifierOf(const Term& item) const;
     void AddWritten(const SelectItem& item);
     void AddStar(const Star& star);
     std::string NameOf(const SelectItem& item);
@@ -65,6 +74,7 @@ private:
     std::vector<const Expression*> groups_;
     std::vector<const Expression*> itemExpressions_;  ///< parallel to the items; nullptr for a column of a star
     int unnamed_ = 0;
+    bool mergesRows_ = false;  ///< DISTINCTROW of some of the tables
 };
 
 }  // namespace kpTables::sql::bind

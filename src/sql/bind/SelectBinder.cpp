@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <set>
 #include <utility>
 
 #include "sql/Names.h"
@@ -7,6 +10,7 @@
 #include "sql/bind/Dependencies.h"
 #include "sql/bind/Grouping.h"
 #include "sql/bind/QueryBinder.h"
+#include "sql/bind/Walk.h"
 
 namespace kpTables::sql::bind {
 
@@ -18,6 +22,18 @@ constexpr const char* kNoAggregateInGroup = "cannot have an aggregate function i
 bool IsNumberLiteral(const Expression& expression) {
     const auto* literal = sql::If<Literal>(&expression);
     return literal && literal->literal == LiteralKind::Integer;
+}
+
+/// The number of TOP ... PERCENT in millionths.
+long long Percent(Context& context, const Literal& number) {
+    constexpr long long kWhole = 100 * 1000000LL;
+    context.Fix(number);
+    double value = 0;
+    const auto read = std::from_chars(number.text.data(), number.text.data() + number.text.size(), value);
+    const auto millionths = static_cast<long long>(std::llround(value * 1e6));
+    if (read.ec != std::errc() || millionths < 0 || millionths > kWhole)
+        throw SqlError(ErrorKind::Syntax, "a number from 0 to 100 is expected before PERCENT", number.offset);
+    return millionths;
 }
 
 }  // namespace
@@ -35,6 +51,7 @@ SelectBinder::SelectBinder(Context& context, const SelectCore& core, const Scope
     BindGroups();
     BindItems();
     BindHaving();
+    if (core_.distinctRow && !select_.grouped) MergeShownRows();
 }
 
 void SelectBinder::BindWhere() {
@@ -79,7 +96,7 @@ void SelectBinder::BindHaving() {
 
 TermPtr SelectBinder::BindItem(const Expression& expression, const TermPtr& aggregateFilter) {
     if (select_.grouped) CheckGrouped(context_, scope_, expression, groups_);
-    return AsValue(context_, BindExpression(expression, {context_, scope_, nullptr, aggregateFilter}));
+    return AsValue(context_, BindExpression(expression, ItemPlace(aggregateFilter)));
 }
 
 std::string SelectBinder::NameOf(const SelectItem& item) {
@@ -92,11 +109,17 @@ std::string SelectBinder::NameOf(const SelectItem& item) {
     return "Expr" + std::to_string(kFirstNumber + unnamed_++);
 }
 
+std::string SelectBinder::QualifierOf(const Term& item) const {
+    const auto* column = scope_.Sources().size() > 1 ? If<ColumnTerm>(&item) : nullptr;
+    return column ? column->source->name : std::string();
+}
+
 void SelectBinder::AddWritten(const SelectItem& item) {
     TermPtr term = BindItem(*item.expression);
     std::string name = NameOf(item);
     if (!item.alias.empty()) scope_.AddAlias(item.alias, term);
-    select_.items.push_back({std::move(term), std::move(name), !item.alias.empty()});
+    std::string qualifier = item.alias.empty() ? QualifierOf(*term) : std::string();
+    select_.items.push_back({std::move(term), std::move(name), !item.alias.empty(), {}, std::move(qualifier)});
     itemExpressions_.push_back(item.expression.get());
 }
 
@@ -108,7 +131,9 @@ void SelectBinder::AddStar(const Star& star) {
         if (!star.table.empty() && !SameName(source->name, star.table)) continue;
         for (std::size_t i = 0; i < source->columns.size(); ++i) {
             if (source->columns[i].computed) continue;
-            select_.items.push_back({ColumnOf(source, i, star.offset), source->columns[i].name});
+            TermPtr term = ColumnOf(source, i, star.offset);
+            std::string qualifier = QualifierOf(*term);
+            select_.items.push_back({std::move(term), source->columns[i].name, false, {}, std::move(qualifier)});
             itemExpressions_.push_back(nullptr);
         }
     }
@@ -149,11 +174,11 @@ OrderKey SelectBinder::BindOrderKey(const OrderItem& item) {
         throw SqlError(ErrorKind::Syntax, "an ORDER BY key is not among the columns that DISTINCT selects",
                        expression.offset);
     if (position) return {select_.items[*position - 1].term, item.descending, position};
-    if (!select_.grouped && HasAggregate(expression))
+    if ((!select_.grouped || mergesRows_) && HasAggregate(expression))
         throw SqlError(ErrorKind::Syntax, "cannot have an aggregate function in the ORDER BY clause of single rows",
                        expression.offset);
-    if (select_.grouped) CheckOrdered(expression);
-    return {AsValue(context_, BindExpression(expression, {context_, scope_})), item.descending};
+    if (select_.grouped && !mergesRows_) CheckOrdered(expression);
+    return {AsValue(context_, BindExpression(expression, ItemPlace())), item.descending};
 }
 
 // Groups can be ordered by any column that their keys determine.
@@ -170,8 +195,41 @@ void SelectBinder::BindOrder(const std::vector<OrderItem>& order) {
     for (const auto& item : order) select_.orderBy.push_back(BindOrderKey(item));
 }
 
-void SelectBinder::BindLimit() {
-    if (core_.top) select_.limit = context_.WholeNumber(*core_.top);
+void SelectBinder::BindLimit(std::optional<RowLimit> offset) {
+    if (!core_.top) {
+        select_.limit = offset;
+        return;
+    }
+    if (offset) throw SqlError(ErrorKind::Syntax, "a query has TOP or OFFSET, not both", core_.top->offset);
+    RowLimit limit;
+    if (core_.percent)
+        limit.percent = Percent(context_, sql::As<Literal>(*core_.top));
+    else
+        limit.rows = context_.WholeNumber(*core_.top);
+    select_.limit = limit;
+}
+
+// DISTINCTROW leaves one row for each combination of rows of the tables that are shown.
+void SelectBinder::MergeShownRows() {
+    std::set<const Source*> shown;
+    for (const Output& item : select_.items)
+        ForEachTerm(*item.term, [&](const Term& term) {
+            if (const auto* column = If<ColumnTerm>(&term)) shown.insert(column->source.get());
+        });
+    Terms rows;
+    for (const SourcePtr& source : scope_.Sources()) {
+        if (shown.count(source.get()) == 0) {
+            mergesRows_ = true;
+        } else if (source->table) {
+            rows.push_back(std::make_shared<RowIdTerm>(source));
+        } else {
+            throw SqlError(ErrorKind::Unsupported, "DISTINCTROW of a query in FROM is not supported",
+                           core_.from.front()->offset);
+        }
+    }
+    if (!mergesRows_) return;
+    select_.grouped = true;
+    select_.groupBy = std::move(rows);
 }
 
 }  // namespace kpTables::sql::bind

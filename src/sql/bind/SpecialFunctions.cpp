@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iterator>
 #include <string>
 #include <utility>
 
@@ -86,14 +85,21 @@ TermPtr ReadsAs(Context& context, TermPtr value, bool known, std::string_view fu
     return test;
 }
 
+// The server's tests yield 1 and 0.
+TermPtr AsFlag(Context& context, TermPtr test) {
+    if (context.IsJet()) return test;
+    return BindChoice(context, nullptr, {std::move(test)},
+                      {NumberConstant("1", Type::Long), NumberConstant("0", Type::Long)});
+}
+
 TermPtr IsNumericTest(Context& context, Terms arguments) {
     const bool number = IsNumeric(arguments[0]->type);
-    return ReadsAs(context, std::move(arguments[0]), number, "isnumeric");
+    return AsFlag(context, ReadsAs(context, std::move(arguments[0]), number, "isnumeric"));
 }
 
 TermPtr IsDateTest(Context& context, Terms arguments) {
     const bool date = arguments[0]->type == Type::Date;
-    return ReadsAs(context, std::move(arguments[0]), date, "isdate");
+    return AsFlag(context, ReadsAs(context, std::move(arguments[0]), date, "isdate"));
 }
 
 // A number that is rounded keeps its type: a whole one is left as it is.
@@ -103,7 +109,7 @@ TermPtr Rounded(Context& context, Terms arguments, std::string_view real, std::s
     if (IsWhole(value->type)) return value;
     const bool exact = value->type == Type::Currency;
     arguments[0] = exact ? value : AsNumber(context, std::move(value));
-    if (arguments.size() > 1) arguments[1] = AsNumber(context, std::move(arguments[1]));
+    for (std::size_t i = 1; i < arguments.size(); ++i) arguments[i] = AsNumber(context, std::move(arguments[i]));
     return Call(exact ? currency : real, std::move(arguments), exact ? Type::Currency : Type::Double);
 }
 
@@ -120,7 +126,11 @@ TermPtr Fix(Context& context, Terms arguments) { return Cut(context, std::move(a
 
 TermPtr Round(Context& context, Terms arguments) {
     if (arguments.size() < 2) arguments.push_back(NumberConstant("0", Type::Long));
-    return Rounded(context, std::move(arguments), "round", "cur_round");
+    if (context.IsJet() && arguments.size() < 3) return Rounded(context, std::move(arguments), "round", "cur_round");
+    // The server rounds ties away from zero and, with a negative count, places before the point.
+    if (!IsWhole(arguments[0]->type)) return Rounded(context, std::move(arguments), "round_server", "cur_round_server");
+    for (TermPtr& argument : arguments) argument = AsNumber(context, std::move(argument));
+    return Converted(context, Call("round_server", std::move(arguments), Type::Double), Type::Long);
 }
 
 TermPtr Abs(Context& context, Terms arguments) {
@@ -189,7 +199,7 @@ constexpr SpecialFunction kSpecialFunctions[] = {
     {"isnull", 1, 2, IsNullOrReplaced},
     {"isnumeric", 1, 1, IsNumericTest},
     {"nz", 1, 2, Nz},
-    {"round", 1, 2, Round},
+    {"round", 1, 3, Round},
     {"string", 2, 2, String},
     {"switch", 2, kAnyNumber, Switch},
 };
@@ -197,9 +207,12 @@ constexpr SpecialFunction kSpecialFunctions[] = {
 }  // namespace
 
 const SpecialFunction* FindSpecialFunction(std::string_view name) {
-    const auto found = std::find_if(std::begin(kSpecialFunctions), std::end(kSpecialFunctions),
-                                    [&](const SpecialFunction& f) { return SameName(f.name, name); });
-    return found == std::end(kSpecialFunctions) ? nullptr : found;
+    for (const auto functions : {std::span<const SpecialFunction>(kSpecialFunctions), ServerFunctions()}) {
+        const auto found = std::find_if(functions.begin(), functions.end(),
+                                        [&](const SpecialFunction& f) { return SameName(f.name, name); });
+        if (found != functions.end()) return &*found;
+    }
+    return nullptr;
 }
 
 }  // namespace kpTables::sql::bind

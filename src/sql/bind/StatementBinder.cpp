@@ -1,7 +1,9 @@
 #include "sql/bind/StatementBinder.h"
 
+#include <string>
 #include <utility>
 
+#include "sql/SqlError.h"
 #include "sql/bind/QueryBinder.h"
 
 namespace kpTables::sql::bind {
@@ -20,6 +22,30 @@ SchemaChange BindDrop(Context& context, const Node& statement) {
     return change;
 }
 
+SchemaChange BindDropTable(Context& context, const DropTableStatement& statement) {
+    if (!statement.ifExists || context.Tables().Find(statement.table)) return BindDrop(context, statement);
+    return {&statement};
+}
+
+void BindCommonTables(Context& context, const Statement& statement, BoundStatement& bound) {
+    for (const CommonTable& table : statement.with) {
+        if (context.FindCommon(table.name))
+            throw SqlError(ErrorKind::Syntax, "the name '" + table.name + "' stands twice in WITH", table.offset);
+        // No statement can contain such a name.
+        context.AddCommon({table.name, table.columns, nullptr, "common " + std::to_string(bound.with.size() + 1)});
+        auto query = std::make_shared<Query>(BindQuery(context, *table.query, nullptr, QueryUse::Table));
+        const std::size_t columns = query->Columns().size();
+        if (!table.columns.empty() && table.columns.size() != columns)
+            throw SqlError(ErrorKind::Syntax,
+                           "'" + table.name + "' names " + std::to_string(table.columns.size()) +
+                               " columns, its query has " + std::to_string(columns),
+                           table.offset);
+        Context::Common& common = context.CommonTables().back();
+        common.query = query;
+        bound.with.push_back({common.label, std::move(query)});
+    }
+}
+
 }  // namespace
 
 BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
@@ -27,11 +53,15 @@ BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
     BoundStatement bound;
     bound.kind = statement.kind;
     bound.fixedLiterals = statement.fixedLiterals;
-    Context context(catalog, bound.fixedLiterals);
+    Context context(catalog, statement.dialect, bound.fixedLiterals);
+    BindCommonTables(context, statement, bound);
     const auto query = [&](Query made) { bound.query = std::make_shared<Query>(std::move(made)); };
     switch (statement.kind) {
         case StatementKind::Select:
             query(BindQuery(context, *AsStatement<SelectStatement>(statement).query, nullptr, QueryUse::Result));
+            break;
+        case StatementKind::SelectInto:
+            query(BindQuery(context, *AsStatement<SelectIntoStatement>(statement).query, nullptr, QueryUse::Result));
             break;
         case StatementKind::Transform:
             query(BindCrosstab(context, AsStatement<TransformStatement>(statement), pivotValues));
@@ -52,13 +82,19 @@ BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
             bound.schema = BindCreateIndex(context, AsStatement<CreateIndexStatement>(statement));
             break;
         case StatementKind::DropTable:
-            bound.schema = BindDrop(context, AsStatement<DropTableStatement>(statement));
+            bound.schema = BindDropTable(context, AsStatement<DropTableStatement>(statement));
             break;
         case StatementKind::DropIndex:
             bound.schema = BindDrop(context, AsStatement<DropIndexStatement>(statement));
             break;
         case StatementKind::AddColumn:
             bound.schema = BindAddColumn(context, AsStatement<AddColumnStatement>(statement));
+            break;
+        case StatementKind::AlterColumn:
+            bound.schema = BindAlterColumn(context, AsStatement<AlterColumnStatement>(statement));
+            break;
+        case StatementKind::DropColumn:
+            bound.schema = BindDropColumn(context, AsStatement<DropColumnStatement>(statement));
             break;
     }
     return bound;
@@ -67,7 +103,7 @@ BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
 BoundStatement BindPivotQuery(const TransformStatement& statement, const Catalog& catalog) {
     BoundStatement bound;
     bound.fixedLiterals = statement.fixedLiterals;
-    Context context(catalog, bound.fixedLiterals);
+    Context context(catalog, statement.dialect, bound.fixedLiterals);
     bound.query = std::make_shared<Query>(BindPivotValues(context, statement));
     return bound;
 }

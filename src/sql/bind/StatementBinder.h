@@ -1,6 +1,7 @@
 // Binds a statement's tree to a book's catalog.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "sql/Catalog.h"
@@ -32,6 +33,12 @@ Delete BindDelete(Context& context, const DeleteStatement& statement);
 SchemaChange BindCreateTable(Context& context, const CreateTableStatement& statement);
 SchemaChange BindCreateIndex(Context& context, const CreateIndexStatement& statement);
 SchemaChange BindAddColumn(Context& context, const AddColumnStatement& statement);
+SchemaChange BindAlterColumn(Context& context, const AlterColumnStatement& statement);
+SchemaChange BindDropColumn(Context& context, const DropColumnStatement& statement);
+
+/// CREATE TABLE of the table that SELECT ... INTO makes: its columns have the query's names and types; a column of one
+/// table keeps its length and, if no row can come twice, its counter.
+std::unique_ptr<CreateTableStatement> NewTableOf(const SelectIntoStatement& statement, const Catalog& catalog);
 
 /// The DEFAULT of a column definition as the column stores it, or a call of Date() or Now(). SqlError TypeMismatch for
 /// a constant that the type cannot hold, Unsupported for any other expression.

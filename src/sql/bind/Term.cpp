@@ -20,7 +20,8 @@ bool SameNode(const Term& a, const Term& b) {
         case TermKind::Parameter: {
             const auto& x = As<ParameterTerm>(a);
             const auto& y = As<ParameterTerm>(b);
-            return x.literal == y.literal && x.text == y.text && x.binding == y.binding && x.negative == y.negative;
+            return x.literal == y.literal && x.text == y.text && x.binding == y.binding && x.negative == y.negative &&
+                   x.pair == y.pair;
         }
         case TermKind::Constant:
             return As<ConstantTerm>(a).constantKind == As<ConstantTerm>(b).constantKind &&
@@ -57,6 +58,7 @@ bool SameNode(const Term& a, const Term& b) {
         case TermKind::Conversion:
             return As<Conversion>(a).rounded == As<Conversion>(b).rounded;
         case TermKind::Literal:
+        case TermKind::Window:
         case TermKind::InQuery:
         case TermKind::Exists:
         case TermKind::ScalarQuery:
@@ -168,6 +170,15 @@ Aggregate::Aggregate(AggregateFunction f, TermPtr argument, TermPtr filter, Type
     constant = false;
 }
 
+WindowTerm::WindowTerm(Terms parts, std::size_t partition, std::vector<bool> directions,
+                       const std::optional<sql::Window::Frame>& rows)
+    : TermOf(parts.front()->type, std::move(parts)),
+      partitionKeys(partition),
+      descending(std::move(directions)),
+      frame(rows) {
+    constant = false;
+}
+
 CaseTerm::CaseTerm(Terms parts, bool operand, bool otherwise, Type t)
     : TermOf(t, std::move(parts)), hasOperand(operand), hasElse(otherwise) {}
 
@@ -198,6 +209,10 @@ TermPtr TextConstant(std::string_view text, std::size_t offset) {
 
 TermPtr TruthConstant(bool value, std::size_t offset) {
     return Placed(std::make_shared<ConstantTerm>(ConstantKind::Truth, value ? "1" : "0", Type::Boolean), offset);
+}
+
+TermPtr FlagConstant(bool value, std::size_t offset) {
+    return Placed(std::make_shared<ConstantTerm>(ConstantKind::Boolean, value ? "-1" : "0", Type::Boolean), offset);
 }
 
 TermPtr Call(std::string_view name, Terms arguments, Type type) {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,6 +39,7 @@ enum class TermKind {
     Not,
     Call,
     Aggregate,
+    Window,
     Case,
     DateOfParts,
     Conversion,
@@ -109,7 +111,8 @@ struct ParameterTerm : TermOf<ParameterTerm, TermKind::Parameter> {
     std::size_t literalOffset;  ///< offset is the function's when a function wraps the literal
     Binding binding;
     bool negative = false;  ///< Currency with a minus before it
-    int sequence;           ///< parameters are numbered in this order
+    BoundPair pair = {};
+    int sequence;  ///< parameters are numbered in this order
     ParameterTerm(const Literal& l, Binding b, Type t, int s)
         : TermOf(t, {}),
           literal(l.literal),
@@ -249,6 +252,15 @@ struct Aggregate : TermOf<Aggregate, TermKind::Aggregate> {
     const Term* Filter() const { return filtered ? operands.back().get() : nullptr; }
 };
 
+/// An aggregate or a call over a window. operands: it, the keys of the partition, then those of the order.
+struct WindowTerm : TermOf<WindowTerm, TermKind::Window> {
+    std::size_t partitionKeys;
+    std::vector<bool> descending;  ///< of each key of the order
+    std::optional<sql::Window::Frame> frame;
+    WindowTerm(Terms parts, std::size_t partition, std::vector<bool> directions,
+               const std::optional<sql::Window::Frame>& rows);
+};
+
 /// operands: the operand if there is one, then pairs of condition and result, then the result of ELSE if there is one.
 struct CaseTerm : TermOf<CaseTerm, TermKind::Case> {
     bool hasOperand;
@@ -293,6 +305,8 @@ TermPtr NullConstant(std::size_t offset = 0);
 TermPtr NumberConstant(std::string text, Type type);
 TermPtr TextConstant(std::string_view text, std::size_t offset = 0);
 TermPtr TruthConstant(bool value, std::size_t offset);
+/// The value -1 or 0.
+TermPtr FlagConstant(bool value, std::size_t offset);
 
 TermPtr Call(std::string_view name, Terms arguments, Type type);
 TermPtr Compare(ComparisonOperator op, TermPtr left, TermPtr right);

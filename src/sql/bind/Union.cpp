@@ -33,9 +33,10 @@ public:
         result.use = use;
         for (std::size_t i = 0; i < members_.size(); ++i) {
             if (use == QueryUse::Table) LabelItems(members_[i].items);
-            result.members.push_back({query_.members[i].all, std::move(members_[i])});
+            result.members.push_back({query_.members[i].operation, std::move(members_[i])});
         }
-        if (use == QueryUse::Result) result.orderBy = Order(result.members.front().select.items);
+        result.limit = BindOffset(context_, query_);
+        if (use == QueryUse::Result || result.limit) result.orderBy = Order(result.members.front().select.items);
         return result;
     }
 
@@ -59,7 +60,8 @@ private:
 
     static const SelectCore* PlainCore(const sql::Query::Member& member) {
         const SelectCore* core = member.core.get();
-        if (member.nested && member.nested->members.size() == 1) core = member.nested->members.front().core.get();
+        const bool wraps = member.nested && member.nested->members.size() == 1 && !member.nested->skip;
+        if (wraps) core = member.nested->members.front().core.get();
         return core && !core->top ? core : nullptr;
     }
 
@@ -74,7 +76,7 @@ private:
 
     bool ComparesRows() const {
         for (const auto& member : query_.members)
-            if (&member != &query_.members.front() && !member.all) return true;
+            if (&member != &query_.members.front() && member.operation != SetOperation::UnionAll) return true;
         return false;
     }
 

@@ -99,7 +99,8 @@ void ForEachExpression(const Select& select, const Visit& visit) {
 
 void ForEachExpression(const BoundStatement& statement, const Visit& visit) {
     if (statement.insert)
-        for (const TermPtr& value : statement.insert->values) visit(value);
+        for (const Terms& row : statement.insert->rows)
+            for (const TermPtr& value : row) visit(value);
     if (statement.update) {
         for (const Update::Assignment& assignment : statement.update->assignments) visit(assignment.value);
         VisitOptional(statement.update->where, visit);
@@ -109,7 +110,9 @@ void ForEachExpression(const BoundStatement& statement, const Visit& visit) {
 
 void ForEachQuery(const BoundStatement& statement, const std::function<void(Query&)>& visit) {
     QueryWalk walk(visit);
+    for (const CommonQuery& common : statement.with) walk.Walk(*common.query);
     if (statement.query) walk.Walk(*statement.query);
+    if (statement.update && statement.update->from) walk.Walk(*statement.update->from->query);
     if (statement.insert && statement.insert->query) walk.Walk(*statement.insert->query);
     ForEachExpression(statement, [&](const TermPtr& expression) { walk.Walk(expression); });
 }

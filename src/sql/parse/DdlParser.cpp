@@ -5,22 +5,49 @@ namespace kpTables::sql::parse {
 
 namespace {
 
+/// True for DESC.
+bool AcceptDirection(TokenCursor& cursor) {
+    if (cursor.Accept("DESC")) return true;
+    cursor.Accept("ASC");
+    return false;
+}
+
 std::vector<std::string> ParseColumnNames(TokenCursor& cursor) {
     std::vector<std::string> names;
     cursor.ExpectOperator("(");
-    do names.push_back(cursor.TakeName("a column's name"));
-    while (cursor.AcceptOperator(","));
+    do {
+        names.push_back(cursor.TakeName("a column's name"));
+        AcceptDirection(cursor);
+    } while (cursor.AcceptOperator(","));
     cursor.ExpectOperator(")");
     return names;
+}
+
+/// How a server stores an index makes no difference here.
+void SkipClustering(TokenCursor& cursor) {
+    if (!cursor.Accept("CLUSTERED")) cursor.Accept("NONCLUSTERED");
 }
 
 bool AcceptPrimaryKey(TokenCursor& cursor) {
     if (!cursor.Accept("PRIMARY")) return false;
     cursor.Expect("KEY");
+    SkipClustering(cursor);
     return true;
 }
 
-/// A key of one column. Its optional name is dropped: no engine needs it.
+/// A book's rows refer to others by their ids, and nothing checks them.
+void RefuseOtherConstraints(const TokenCursor& cursor) {
+    for (const std::string_view word : {"REFERENCES", "FOREIGN", "CHECK"})
+        if (cursor.At(word)) cursor.FailUnsupported(cursor.Peek(), "the constraint " + std::string(word));
+}
+
+bool AcceptDefault(TokenCursor& cursor, ColumnDefinition& column) {
+    if (!cursor.Accept("DEFAULT")) return false;
+    column.defaultValue = ParseExpression(cursor, Precedence::Sign);
+    return true;
+}
+
+/// A default or a key of one column. The optional name is dropped: no engine needs it.
 bool AcceptColumnKey(TokenCursor& cursor, ColumnDefinition& column) {
     const bool named = cursor.Accept("CONSTRAINT");
     if (named) cursor.TakeName("a constraint's name");
@@ -29,11 +56,13 @@ bool AcceptColumnKey(TokenCursor& cursor, ColumnDefinition& column) {
         return true;
     }
     if (cursor.Accept("UNIQUE")) {
+        SkipClustering(cursor);
         column.unique = true;
         return true;
     }
-    if (named) cursor.Fail("PRIMARY KEY or UNIQUE");
-    return false;
+    RefuseOtherConstraints(cursor);
+    if (named && !AcceptDefault(cursor, column)) cursor.Fail("PRIMARY KEY, UNIQUE or DEFAULT");
+    return named;
 }
 
 bool AcceptColumnOption(TokenCursor& cursor, ColumnDefinition& column) {
@@ -43,10 +72,7 @@ bool AcceptColumnOption(TokenCursor& cursor, ColumnDefinition& column) {
         return true;
     }
     if (cursor.Accept("NULL")) return true;
-    if (cursor.Accept("DEFAULT")) {
-        column.defaultValue = ParseExpression(cursor, Precedence::Sign);
-        return true;
-    }
+    if (AcceptDefault(cursor, column)) return true;
     if (column.type.type == Type::Long && cursor.At("IDENTITY")) {
         column.type = ParseTypeName(cursor, TypeUse::Column);
         return true;
@@ -70,8 +96,12 @@ ColumnDefinition ParseColumnDefinition(TokenCursor& cursor) {
     return column;
 }
 
+/// The word COLUMN, unless it is a column's name.
+bool AtColumnWord(const TokenCursor& cursor) { return cursor.At("COLUMN") && cursor.AtName(1); }
+
 bool AtTableKey(const TokenCursor& cursor) {
-    return cursor.At("CONSTRAINT") || cursor.At("PRIMARY") || cursor.At("UNIQUE");
+    return cursor.At("CONSTRAINT") || cursor.At("PRIMARY") || cursor.At("UNIQUE") ||
+           (cursor.At("FOREIGN") && cursor.At("KEY", 1)) || (cursor.At("CHECK") && cursor.AtOperator("(", 1));
 }
 
 void ParseTableKey(TokenCursor& cursor, CreateTableStatement& statement) {
@@ -81,8 +111,10 @@ void ParseTableKey(TokenCursor& cursor, CreateTableStatement& statement) {
         if (!statement.primaryKey.empty()) cursor.FailAt(key, "a table has one primary key");
         statement.primaryKey = ParseColumnNames(cursor);
     } else if (cursor.Accept("UNIQUE")) {
+        SkipClustering(cursor);
         statement.uniqueKeys.push_back(ParseColumnNames(cursor));
     } else {
+        RefuseOtherConstraints(cursor);
         cursor.Fail("PRIMARY KEY or UNIQUE");
     }
 }
@@ -90,7 +122,7 @@ void ParseTableKey(TokenCursor& cursor, CreateTableStatement& statement) {
 StatementPtr ParseCreateTable(TokenCursor& cursor) {
     auto statement = std::make_unique<CreateTableStatement>();
     statement->offset = cursor.Peek().offset;
-    statement->table = cursor.TakeName("a table's name");
+    statement->table = ParseTableName(cursor);
     cursor.ExpectOperator("(");
     do {
         if (AtTableKey(cursor))
@@ -100,6 +132,8 @@ StatementPtr ParseCreateTable(TokenCursor& cursor) {
     } while (cursor.AcceptOperator(","));
     if (statement->columns.empty()) cursor.Fail("a column");
     cursor.ExpectOperator(")");
+    // "ON [PRIMARY]" names a server's file group.
+    if (cursor.Accept("ON")) cursor.TakeName("a file group's name");
     return statement;
 }
 
@@ -109,16 +143,81 @@ StatementPtr ParseCreateIndex(TokenCursor& cursor, bool unique) {
     statement->offset = cursor.Peek().offset;
     statement->index = cursor.TakeName("an index's name");
     cursor.Expect("ON");
-    statement->table = cursor.TakeName("a table's name");
+    statement->table = ParseTableName(cursor);
     cursor.ExpectOperator("(");
     do {
         CreateIndexStatement::Key key;
         key.column = cursor.TakeName("a column's name");
-        key.descending = cursor.Accept("DESC");
-        if (!key.descending) cursor.Accept("ASC");
+        key.descending = AcceptDirection(cursor);
         statement->keys.push_back(std::move(key));
     } while (cursor.AcceptOperator(","));
     cursor.ExpectOperator(")");
+    if (cursor.At("INCLUDE")) cursor.FailUnsupported(cursor.Peek(), "INCLUDE of an index");
+    if (cursor.Accept("WITH")) {
+        cursor.Expect("PRIMARY");
+        statement->unique = true;
+    }
+    return statement;
+}
+
+/// "ADD [CONSTRAINT name] PRIMARY KEY|UNIQUE (columns)": a key of a table that exists is a unique index.
+StatementPtr ParseAddKey(TokenCursor& cursor, std::string table, std::size_t offset) {
+    auto statement = std::make_unique<CreateIndexStatement>();
+    statement->unique = true;
+    statement->table = std::move(table);
+    statement->offset = offset;
+    if (cursor.Accept("CONSTRAINT")) statement->index = cursor.TakeName("a constraint's name");
+    RefuseOtherConstraints(cursor);
+    const bool primary = AcceptPrimaryKey(cursor);
+    if (!primary) {
+        cursor.Expect("UNIQUE");
+        SkipClustering(cursor);
+    }
+    for (std::string& column : ParseColumnNames(cursor)) {
+        if (statement->index.empty()) statement->index = (primary ? "PK_" : "UQ_") + column;
+        statement->keys.push_back({std::move(column), false});
+    }
+    return statement;
+}
+
+StatementPtr ParseAddColumns(TokenCursor& cursor, std::string table, std::size_t offset) {
+    auto statement = std::make_unique<AddColumnStatement>();
+    statement->table = std::move(table);
+    statement->offset = offset;
+    if (AtColumnWord(cursor)) cursor.Take();
+    const bool enclosed = cursor.AcceptOperator("(");
+    do statement->columns.push_back(ParseColumnDefinition(cursor));
+    while (cursor.AcceptOperator(","));
+    if (enclosed) cursor.ExpectOperator(")");
+    return statement;
+}
+
+StatementPtr ParseDropColumns(TokenCursor& cursor, std::string table, std::size_t offset) {
+    auto statement = std::make_unique<DropColumnStatement>();
+    statement->table = std::move(table);
+    statement->offset = offset;
+    do {
+        if (AtColumnWord(cursor)) cursor.Take();
+        statement->columnOffsets.push_back(cursor.Peek().offset);
+        statement->columns.push_back(cursor.TakeName("a column's name"));
+    } while (cursor.AcceptOperator(","));
+    return statement;
+}
+
+StatementPtr ParseAlterColumn(TokenCursor& cursor, std::string table, std::size_t offset) {
+    auto statement = std::make_unique<AlterColumnStatement>();
+    statement->table = std::move(table);
+    statement->offset = offset;
+    if (AtColumnWord(cursor)) cursor.Take();
+    statement->column = ParseColumnDefinition(cursor);
+    return statement;
+}
+
+StatementPtr ParseDropConstraint(TokenCursor& cursor, std::string table, std::size_t offset) {
+    auto statement = std::make_unique<DropIndexStatement>();
+    statement->table = std::move(table);
+    statement->offset = offset;
+    statement->index = cursor.TakeName("a constraint's name");
     return statement;
 }
 
@@ -128,6 +227,7 @@ StatementPtr ParseCreate(TokenCursor& cursor) {
     cursor.Take();
     if (cursor.Accept("TABLE")) return ParseCreateTable(cursor);
     const bool unique = cursor.Accept("UNIQUE");
+    SkipClustering(cursor);
     if (!cursor.Accept("INDEX")) cursor.Fail(unique ? "INDEX" : "TABLE or INDEX");
     return ParseCreateIndex(cursor, unique);
 }
@@ -136,29 +236,40 @@ StatementPtr ParseDrop(TokenCursor& cursor) {
     cursor.Take();
     if (cursor.Accept("TABLE")) {
         auto statement = std::make_unique<DropTableStatement>();
+        statement->ifExists = cursor.At("IF") && cursor.At("EXISTS", 1);
+        if (statement->ifExists) cursor.Take();
+        if (statement->ifExists) cursor.Take();
         statement->offset = cursor.Peek().offset;
-        statement->table = cursor.TakeName("a table's name");
+        statement->table = ParseTableName(cursor);
         return statement;
     }
     if (!cursor.Accept("INDEX")) cursor.Fail("TABLE or INDEX");
     auto statement = std::make_unique<DropIndexStatement>();
     statement->offset = cursor.Peek().offset;
+    if (cursor.AtOperator(".", 3)) SkipSchema(cursor);
     statement->index = cursor.TakeName("an index's name");
+    if (cursor.AcceptOperator(".")) {
+        statement->table = std::move(statement->index);
+        statement->index = cursor.TakeName("an index's name");
+        return statement;
+    }
     cursor.Expect("ON");
-    statement->table = cursor.TakeName("a table's name");
+    statement->table = ParseTableName(cursor);
     return statement;
 }
 
 StatementPtr ParseAlter(TokenCursor& cursor) {
     cursor.Take();
     cursor.Expect("TABLE");
-    auto statement = std::make_unique<AddColumnStatement>();
-    statement->offset = cursor.Peek().offset;
-    statement->table = cursor.TakeName("a table's name");
-    cursor.Expect("ADD");
-    cursor.Accept("COLUMN");
-    statement->column = ParseColumnDefinition(cursor);
-    return statement;
+    const std::size_t offset = cursor.Peek().offset;
+    std::string table = ParseTableName(cursor);
+    if (cursor.Accept("ADD"))
+        return AtTableKey(cursor) ? ParseAddKey(cursor, std::move(table), offset)
+                                  : ParseAddColumns(cursor, std::move(table), offset);
+    if (cursor.Accept("ALTER")) return ParseAlterColumn(cursor, std::move(table), offset);
+    if (!cursor.Accept("DROP")) cursor.Fail("ADD, ALTER or DROP");
+    return cursor.Accept("CONSTRAINT") ? ParseDropConstraint(cursor, std::move(table), offset)
+                                       : ParseDropColumns(cursor, std::move(table), offset);
 }
 
 }  // namespace kpTables::sql::parse

@@ -35,7 +35,8 @@ ExpressionPtr ParsePredicate(TokenCursor& cursor, ExpressionPtr operand) {
     if (cursor.Accept("IN")) return ParseIn(cursor, negated, std::move(operand), at);
     if (cursor.Accept("LIKE")) {
         ExpressionPtr pattern = ParseExpression(cursor, kOperand);
-        return std::make_unique<Like>(negated, std::move(operand), std::move(pattern), at);
+        ExpressionPtr escape = cursor.Accept("ESCAPE") ? ParseExpression(cursor, kOperand) : nullptr;
+        return std::make_unique<Like>(negated, std::move(operand), std::move(pattern), std::move(escape), at);
     }
     cursor.Expect("BETWEEN");
     ExpressionPtr low = ParseExpression(cursor, kOperand);
@@ -59,6 +60,20 @@ ExpressionPtr ParsePrefixed(TokenCursor& cursor, Precedence loosest) {
                                    at);
 }
 
+/// "= ANY (query)" is IN, "<> ALL (query)" is NOT IN; the other comparisons with all rows of a query are refused.
+ExpressionPtr ParseQuantified(TokenCursor& cursor, BinaryOperator op, ExpressionPtr operand, std::size_t at) {
+    const bool all = cursor.At("ALL");
+    const bool negated = all && op == BinaryOperator::NotEqual;
+    if (!negated && (all || op != BinaryOperator::Equal))
+        cursor.FailUnsupported(cursor.Peek(), "ANY or ALL behind another comparison than = ANY and <> ALL");
+    cursor.Take();
+    return std::make_unique<InQuery>(negated, std::move(operand), ParseQueryInParentheses(cursor), at);
+}
+
+bool AtQuantifier(const TokenCursor& cursor) {
+    return (cursor.At("ANY") || cursor.At("SOME") || cursor.At("ALL")) && cursor.AtQuery(2);
+}
+
 }  // namespace
 
 ExpressionPtr ParseExpression(TokenCursor& cursor, Precedence loosest) {
@@ -74,6 +89,11 @@ ExpressionPtr ParseExpression(TokenCursor& cursor, Precedence loosest) {
         if (!info || info->precedence < loosest) return left;
         if (chain) cursor.CountChained();
         const std::size_t at = cursor.Take().offset;
+        if (info->precedence == Precedence::Comparison && AtQuantifier(cursor)) {
+            nesting.Deepen();
+            left = ParseQuantified(cursor, info->op, std::move(left), at);
+            continue;
+        }
         ExpressionPtr right = ParseExpression(cursor, Tighter(info->precedence));
         left = std::make_unique<Binary>(info->op, std::move(left), std::move(right), at);
     }

@@ -37,9 +37,9 @@ std::size_t KeywordBeforeName(std::string_view word, const std::vector<Token>& b
 
 }  // namespace
 
-TokenStream Tokenize(std::string_view text, std::span<const NamedLiteral> named) {
+TokenStream Tokenize(std::string_view text, std::span<const NamedLiteral> named, Dialect dialect) {
     TokenStream stream;
-    Scanner scanner(text, named);
+    Scanner scanner(text, named, dialect);
     for (Lexeme piece = scanner.Next();; piece = scanner.Next()) {
         Token token{piece.kind, scanner.TextOf(piece), piece.begin, piece.literal, -1};
         if (piece.kind == TokenKind::Literal) {

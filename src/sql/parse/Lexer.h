@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "sql/Dialect.h"
 #include "sql/Tree.h"
 
 namespace kpTables::sql::parse {
@@ -28,6 +29,6 @@ struct TokenStream {
 };
 
 /// Raises SqlError for a character, a quote or a date that cannot be read, and for a name without a value.
-TokenStream Tokenize(std::string_view text, std::span<const NamedLiteral> named = {});
+TokenStream Tokenize(std::string_view text, std::span<const NamedLiteral> named = {}, Dialect dialect = Dialect::Jet);
 
 }  // namespace kpTables::sql::parse

@@ -41,13 +41,14 @@ constexpr bool InOrder() {
 }
 static_assert(InOrder());
 
-struct OtherSpelling {
-    std::string_view spelling;
-    BinaryOperator op;
-};
-
-constexpr std::array<OtherSpelling, 4> kOtherSpellings = {
-    {{"!=", NotEqual}, {"\uFF1D", Equal}, {"<\uFF1D", LessEqual}, {">\uFF1D", GreaterEqual}}};
+/// "%" binds as in SQL Server, tighter than MOD.
+constexpr std::array<OperatorInfo, 7> kOtherSpellings = {{{NotEqual, "!=", Precedence::Comparison},
+                                                          {GreaterEqual, "!<", Precedence::Comparison},
+                                                          {LessEqual, "!>", Precedence::Comparison},
+                                                          {Modulo, "%", Precedence::Multiplication},
+                                                          {Equal, "\uFF1D", Precedence::Comparison},
+                                                          {LessEqual, "<\uFF1D", Precedence::Comparison},
+                                                          {GreaterEqual, ">\uFF1D", Precedence::Comparison}}};
 
 }  // namespace
 
@@ -57,8 +58,8 @@ const OperatorInfo* FindOperator(const Token& token) {
     if (token.kind != TokenKind::Word && token.kind != TokenKind::Operator) return nullptr;
     for (const OperatorInfo& row : kOperators)
         if (SameWord(row.spelling, token.text)) return &row;
-    for (const OtherSpelling& row : kOtherSpellings)
-        if (row.spelling == token.text) return &InfoOf(row.op);
+    for (const OperatorInfo& row : kOtherSpellings)
+        if (row.spelling == token.text) return &row;
     return nullptr;
 }
 

@@ -26,14 +26,28 @@ SelectItem ParseSelectItem(TokenCursor& cursor);
 TablePtr ParseTable(TokenCursor& cursor);
 /// "AS name" or a bare name; "" when there is none.
 std::string ParseAlias(TokenCursor& cursor);
+/// A table's name, perhaps after the schema "dbo", which means nothing here.
+std::string ParseTableName(TokenCursor& cursor);
+/// Takes "dbo." before a name.
+void SkipSchema(TokenCursor& cursor);
+/// The tables of FROM, separated by commas.
+std::vector<TablePtr> ParseTables(TokenCursor& cursor);
+/// "ORDER BY ..."; empty when there is none.
+std::vector<OrderItem> ParseOrderBy(TokenCursor& cursor);
+/// "OVER (...)" behind a call.
+ExpressionPtr ParseWindow(TokenCursor& cursor, std::unique_ptr<Call> call);
 
 enum class TypeUse { Column, Cast };
 TypeName ParseTypeName(TokenCursor& cursor, TypeUse use);
 
+StatementPtr ParseSelect(TokenCursor& cursor);
+/// "WITH name AS (...), ..." and the statement behind it.
+StatementPtr ParseWith(TokenCursor& cursor);
 StatementPtr ParseTransform(TokenCursor& cursor);
 StatementPtr ParseInsert(TokenCursor& cursor);
 StatementPtr ParseUpdate(TokenCursor& cursor);
 StatementPtr ParseDelete(TokenCursor& cursor);
+StatementPtr ParseTruncate(TokenCursor& cursor);
 StatementPtr ParseCreate(TokenCursor& cursor);
 StatementPtr ParseDrop(TokenCursor& cursor);
 StatementPtr ParseAlter(TokenCursor& cursor);

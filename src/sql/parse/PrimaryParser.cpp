@@ -17,17 +17,19 @@ ExpressionPtr ParseLiteral(TokenCursor& cursor) {
     return std::make_unique<Literal>(token.literal, cursor.ValueOf(token).text, token.ordinal, token.offset);
 }
 
-/// True, False and Null have no ordinal: they belong to the statement's shape.
+/// True, On, False and Null have no ordinal: they belong to the statement's shape.
 ExpressionPtr ParseNamedConstant(TokenCursor& cursor) {
     const std::size_t at = cursor.Peek().offset;
     if (cursor.Accept("NULL")) return std::make_unique<Literal>(LiteralKind::Null, "", -1, at);
-    if (cursor.Accept("TRUE")) return std::make_unique<Literal>(LiteralKind::Boolean, "True", -1, at);
+    if (cursor.Accept("TRUE") || cursor.Accept("ON"))
+        return std::make_unique<Literal>(LiteralKind::Boolean, "True", -1, at);
     cursor.Expect("FALSE");
     return std::make_unique<Literal>(LiteralKind::Boolean, "False", -1, at);
 }
 
 ExpressionPtr ParseColumn(TokenCursor& cursor) {
     const std::size_t at = cursor.Peek().offset;
+    if (cursor.AtOperator(".", 3)) SkipSchema(cursor);
     std::string name = cursor.TakeName("an expression");
     if (!cursor.AcceptOperator(".")) return std::make_unique<Column>("", std::move(name), at);
     std::string column = cursor.TakeName("a column's name after the point");
@@ -46,7 +48,9 @@ ExpressionPtr ParseCall(TokenCursor& cursor) {
         arguments = ParseExpressions(cursor);
     }
     cursor.ExpectOperator(")");
-    return std::make_unique<Call>(std::string(name.text), distinct, std::move(arguments), name.offset);
+    auto call = std::make_unique<Call>(std::string(name.text), distinct, std::move(arguments), name.offset);
+    if (cursor.At("OVER") && cursor.AtOperator("(", 1)) return ParseWindow(cursor, std::move(call));
+    return call;
 }
 
 ExpressionPtr ParseCast(TokenCursor& cursor) {
@@ -56,7 +60,19 @@ ExpressionPtr ParseCast(TokenCursor& cursor) {
     cursor.Expect("AS");
     const TypeName type = ParseTypeName(cursor, TypeUse::Cast);
     cursor.ExpectOperator(")");
-    return std::make_unique<Cast>(std::move(operand), type, at);
+    return std::make_unique<Cast>(std::move(operand), type, nullptr, at);
+}
+
+/// CONVERT(type, operand[, style]).
+ExpressionPtr ParseConvert(TokenCursor& cursor) {
+    const std::size_t at = cursor.Take().offset;
+    cursor.ExpectOperator("(");
+    const TypeName type = ParseTypeName(cursor, TypeUse::Cast);
+    cursor.ExpectOperator(",");
+    ExpressionPtr operand = ParseExpression(cursor);
+    ExpressionPtr style = cursor.AcceptOperator(",") ? ParseExpression(cursor) : nullptr;
+    cursor.ExpectOperator(")");
+    return std::make_unique<Cast>(std::move(operand), type, std::move(style), at);
 }
 
 ExpressionPtr ParseCase(TokenCursor& cursor) {
@@ -100,10 +116,12 @@ ExpressionPtr ParsePrimary(TokenCursor& cursor) {
         return std::make_unique<Variable>(std::string(token.text.substr(2)), token.offset);
     }
     if (cursor.AtOperator("(")) return ParseParenthesised(cursor);
-    if (cursor.At("NULL") || cursor.At("TRUE") || cursor.At("FALSE")) return ParseNamedConstant(cursor);
+    const bool on = cursor.At("ON") && cursor.TextDialect() == Dialect::Jet;
+    if (on || cursor.At("NULL") || cursor.At("TRUE") || cursor.At("FALSE")) return ParseNamedConstant(cursor);
     if (cursor.At("CASE")) return ParseCase(cursor);
     if (AtCall(cursor)) {
         if (cursor.At("CAST")) return ParseCast(cursor);
+        if (cursor.At("CONVERT")) return ParseConvert(cursor);
         if (cursor.At("EXISTS")) return ParseExists(cursor);
         return ParseCall(cursor);
     }

@@ -5,21 +5,28 @@ namespace kpTables::sql::parse {
 
 namespace {
 
-ExpressionPtr ParseTop(TokenCursor& cursor) {
-    if (!cursor.At("TOP") || cursor.Peek(1).kind != TokenKind::Literal) return nullptr;
-    cursor.Take();
+/// A number that shapes the rows' count.
+ExpressionPtr ParseCount(TokenCursor& cursor, bool mayBeBroken, std::string_view what) {
     const Token& count = cursor.Peek();
-    const bool isNegative = cursor.ValueOf(count).text.starts_with('-');  // a parameter's value may be
-    if (count.literal != LiteralKind::Integer || isNegative) cursor.Fail("a whole number after TOP");
+    const bool isNumber = count.kind == TokenKind::Literal && (count.literal == LiteralKind::Integer ||
+                                                               (mayBeBroken && count.literal == LiteralKind::Decimal));
+    // A parameter's value may be negative.
+    if (!isNumber || cursor.ValueOf(count).text.starts_with('-')) cursor.Fail(what);
     cursor.Take();
-    if (cursor.At("PERCENT")) cursor.FailUnsupported(cursor.Peek(), "TOP ... PERCENT");
     return std::make_unique<Literal>(count.literal, cursor.ValueOf(count).text, count.ordinal, count.offset);
 }
 
-/// DISTINCTROW removes no rows of a single table; over several it would need row identity.
-void CheckDistinctRow(const TokenCursor& cursor, const Token& word, const SelectCore& core) {
-    if (core.from.size() > 1 || (core.from.size() == 1 && core.from.front()->kind == TableKind::Join))
-        cursor.FailUnsupported(word, "DISTINCTROW over several tables");
+void ParseTop(TokenCursor& cursor, SelectCore& core) {
+    const bool enclosed = cursor.AtOperator("(", 1);
+    if (!cursor.At("TOP") || cursor.Peek(enclosed ? 2 : 1).kind != TokenKind::Literal) return;
+    if (enclosed && !cursor.AtOperator(")", 3)) return;
+    cursor.Take();
+    if (enclosed) cursor.Take();
+    core.percent = cursor.At("PERCENT", enclosed ? 2 : 1);
+    core.top = ParseCount(cursor, core.percent, "a whole number after TOP");
+    if (enclosed) cursor.ExpectOperator(")");
+    if (core.percent) cursor.Take();
+    if (cursor.At("WITH") && cursor.At("TIES", 1)) cursor.FailUnsupported(cursor.Peek(), "TOP ... WITH TIES");
 }
 
 void ParseGroupBy(TokenCursor& cursor, SelectCore& core) {
@@ -33,35 +40,39 @@ void ParseGroupBy(TokenCursor& cursor, SelectCore& core) {
 std::unique_ptr<SelectCore> ParseCore(TokenCursor& cursor) {
     auto core = std::make_unique<SelectCore>();
     cursor.Expect("SELECT");
-    const Token& word = cursor.Peek();
+    const bool mayMakeTable = cursor.TakeNewTableAllowed();
     core->distinct = cursor.Accept("DISTINCT");
     const bool distinctRow = !core->distinct && cursor.Accept("DISTINCTROW");
     if (!core->distinct && !distinctRow) cursor.Accept("ALL");
-    core->top = ParseTop(cursor);
+    ParseTop(cursor, *core);
     do core->items.push_back(ParseSelectItem(cursor));
     while (cursor.AcceptOperator(","));
-    if (cursor.Accept("FROM")) {
-        do core->from.push_back(ParseTable(cursor));
-        while (cursor.AcceptOperator(","));
+    if (mayMakeTable && cursor.Accept("INTO")) {
+        const std::size_t at = cursor.Peek().offset;
+        cursor.MakeTable({ParseTableName(cursor), at});
     }
-    if (distinctRow) CheckDistinctRow(cursor, word, *core);
+    if (cursor.Accept("FROM")) core->from = ParseTables(cursor);
+    // It removes no rows of a single table.
+    core->distinctRow =
+        distinctRow && (core->from.size() > 1 || (!core->from.empty() && core->from.front()->kind == TableKind::Join));
     if (cursor.Accept("WHERE")) core->where = ParseExpression(cursor);
     ParseGroupBy(cursor, *core);
     return core;
 }
 
-std::vector<OrderItem> ParseOrderBy(TokenCursor& cursor) {
-    std::vector<OrderItem> order;
-    if (!cursor.Accept("ORDER")) return order;
-    cursor.Expect("BY");
-    do {
-        OrderItem item;
-        item.expression = ParseExpression(cursor);
-        item.descending = cursor.Accept("DESC");
-        if (!item.descending) cursor.Accept("ASC");
-        order.push_back(std::move(item));
-    } while (cursor.AcceptOperator(","));
-    return order;
+/// "OFFSET n ROWS [FETCH NEXT m ROWS ONLY]", which follows an ORDER BY.
+void ParseOffset(TokenCursor& cursor, Query& query) {
+    if (query.orderBy.empty() || !cursor.Accept("OFFSET")) return;
+    const auto rows = [&] {
+        if (!cursor.Accept("ROWS") && !cursor.Accept("ROW")) cursor.Fail("ROWS");
+    };
+    query.skip = ParseCount(cursor, false, "a whole number after OFFSET");
+    rows();
+    if (!cursor.Accept("FETCH")) return;
+    if (!cursor.Accept("NEXT") && !cursor.Accept("FIRST")) cursor.Fail("NEXT");
+    query.fetch = ParseCount(cursor, false, "a whole number after FETCH NEXT");
+    rows();
+    cursor.Expect("ONLY");
 }
 
 /// One member of a chain. Parentheses around a bare SELECT add nothing and are dropped.
@@ -79,41 +90,81 @@ Query::Member ParseMember(TokenCursor& cursor) {
     return member;
 }
 
-/// A member with an ORDER BY that does not end the chain becomes a query of its own.
-Query::Member WithOrder(Query::Member member, std::vector<OrderItem> order, std::size_t at) {
+/// The member, or the query in front of which it stands, as a member of a query of its own.
+Query::Member Nested(Query::Member member, std::size_t at) {
     Query::Member outer;
-    outer.all = member.all;
+    outer.operation = member.operation;
     outer.nested = std::make_unique<Query>();
     outer.nested->offset = at;
-    outer.nested->orderBy = std::move(order);
-    member.all = false;
+    member.operation = SetOperation::Union;
     outer.nested->members.push_back(std::move(member));
     return outer;
 }
 
+/// Takes the word between two members; false when there is none here.
+bool AcceptSetOperation(TokenCursor& cursor, SetOperation& operation) {
+    if (cursor.Accept("UNION")) {
+        operation = cursor.Accept("ALL") ? SetOperation::UnionAll : SetOperation::Union;
+        return true;
+    }
+    const bool intersects = cursor.At("INTERSECT");
+    if (!intersects && !cursor.At("EXCEPT")) return false;
+    operation = intersects ? SetOperation::Intersect : SetOperation::Except;
+    cursor.Take();
+    if (cursor.At("ALL")) cursor.FailUnsupported(cursor.Peek(), intersects ? "INTERSECT ALL" : "EXCEPT ALL");
+    return true;
+}
+
+/// A member and the word behind it. With an ORDER BY that does not end the chain it becomes a query of its own; the
+/// order that does is the whole query's.
+Query::Member ParseLink(TokenCursor& cursor, SetOperation& operation, bool& goesOn, Query& whole) {
+    const std::size_t at = cursor.Peek().offset;
+    Query::Member member = ParseMember(cursor);
+    member.operation = operation;
+    std::vector<OrderItem> order = ParseOrderBy(cursor);
+    goesOn = AcceptSetOperation(cursor, operation);
+    if (!goesOn) {
+        whole.orderBy = std::move(order);
+    } else if (!order.empty()) {
+        member = Nested(std::move(member), at);
+        member.nested->orderBy = std::move(order);
+    }
+    return member;
+}
+
 }  // namespace
+
+std::vector<OrderItem> ParseOrderBy(TokenCursor& cursor) {
+    std::vector<OrderItem> order;
+    if (!cursor.Accept("ORDER")) return order;
+    cursor.Expect("BY");
+    do {
+        OrderItem item;
+        item.expression = ParseExpression(cursor);
+        item.descending = cursor.Accept("DESC");
+        if (!item.descending) cursor.Accept("ASC");
+        order.push_back(std::move(item));
+    } while (cursor.AcceptOperator(","));
+    return order;
+}
 
 std::unique_ptr<Query> ParseQuery(TokenCursor& cursor) {
     TokenCursor::Nesting nesting(cursor);
     nesting.Deepen();
     auto query = std::make_unique<Query>();
     query->offset = cursor.Peek().offset;
-    bool all = false;
-    for (;;) {
+    SetOperation operation = SetOperation::Union;
+    for (bool goesOn = true; goesOn;) {
         const std::size_t at = cursor.Peek().offset;
-        Query::Member member = ParseMember(cursor);
-        member.all = all;
-        std::vector<OrderItem> order = ParseOrderBy(cursor);
-        const bool goesOn = cursor.Accept("UNION");
-        if (goesOn && !order.empty()) {
-            query->members.push_back(WithOrder(std::move(member), std::move(order), at));
-        } else {
-            query->members.push_back(std::move(member));
-            query->orderBy = std::move(order);
-        }
-        if (!goesOn) break;
-        all = cursor.Accept("ALL");
+        query->members.push_back(ParseLink(cursor, operation, goesOn, *query));
+        // INTERSECT binds tighter than what joins the member in front of it.
+        const bool groups = query->members.size() > 1 && query->members.back().operation != SetOperation::Intersect;
+        if (!groups || !goesOn || operation != SetOperation::Intersect) continue;
+        Query::Member& group = query->members.back() = Nested(std::move(query->members.back()), at);
+        while (goesOn && operation == SetOperation::Intersect)
+            group.nested->members.push_back(ParseLink(cursor, operation, goesOn, *query));
     }
+    ParseOffset(cursor, *query);
     if (query->members.size() == 1 && query->members.front().nested && query->orderBy.empty())
         return std::move(query->members.front().nested);
     return query;
@@ -138,14 +189,31 @@ SelectItem ParseSelectItem(TokenCursor& cursor) {
         item.expression = std::make_unique<Star>(std::string(first.text), first.offset);
         return item;
     }
+    if (cursor.AtOperator(".", 3) && cursor.AtOperator("*", 4)) {
+        SkipSchema(cursor);
+        if (&cursor.Peek() != &first) return ParseSelectItem(cursor);
+    }
     item.expression = ParseExpression(cursor);
     item.alias = ParseAlias(cursor);
     return item;
 }
 
+namespace {
+
+/// Where a word that may be a name begins what follows a select item or a table.
+bool AtClause(const TokenCursor& cursor) {
+    if (cursor.Peek().kind != TokenKind::Word) return false;
+    if (cursor.At("INTERSECT") || cursor.At("EXCEPT"))
+        return cursor.At("SELECT", 1) || cursor.AtOperator("(", 1) || cursor.At("ALL", 1);
+    if (cursor.At("CROSS") || cursor.At("FULL")) return cursor.At("JOIN", 1) || cursor.At("OUTER", 1);
+    return cursor.At("WITH") && cursor.AtOperator("(", 1);
+}
+
+}  // namespace
+
 std::string ParseAlias(TokenCursor& cursor) {
     if (cursor.Accept("AS")) return cursor.TakeName("a name after AS");
-    return cursor.AtName() ? std::string(cursor.Take().text) : std::string();
+    return cursor.AtName() && !AtClause(cursor) ? std::string(cursor.Take().text) : std::string();
 }
 
 }  // namespace kpTables::sql::parse

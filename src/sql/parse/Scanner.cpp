@@ -1,10 +1,15 @@
 #include "sql/parse/Scanner.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
+#include <initializer_list>
+#include <optional>
 
 #include "sql/Names.h"
 #include "sql/Position.h"
+#include "sql/parse/Keywords.h"
 
 namespace kpTables::sql::parse {
 
@@ -52,12 +57,12 @@ constexpr std::array<Role, 128> Roles() {
     set(" \t\n\v\f\r", Role::Blank);
     set("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", Role::Name);
     set("0123456789", Role::Digit);
-    set("'", Role::Quote);
+    set("'\"", Role::Quote);
     set("#", Role::DateSign);
-    set("[", Role::Bracket);
+    set("[`", Role::Bracket);
     set("@", Role::VariableSign);
     // Those that start no longer operator.
-    set("(),;*/\\^+&=", Role::Operator);
+    set("(),;*/\\^+&=%", Role::Operator);
     return roles;
 }
 constexpr auto kRoles = Roles();
@@ -97,6 +102,28 @@ std::size_t NameCharacterLength(std::string_view text, std::size_t at) {
     return other ? 0 : next.length;
 }
 
+bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
+    return std::any_of(words.begin(), words.end(), [&](std::string_view each) { return SameWord(each, word); });
+}
+
+/// A value that is given as a text, as the declared type has it; nothing when it cannot be.
+std::optional<LiteralValue> ValueOfType(LiteralValue value, std::string_view type) {
+    const bool isText = value.kind == LiteralKind::Text;
+    if (IsOneOf(type, {"DATETIME", "DATE", "TIME"})) {
+        if (isText) value.kind = LiteralKind::Date;
+    } else if (IsOneOf(type, {"TEXT", "CHAR", "VARCHAR", "STRING", "MEMO", "LONGTEXT"})) {
+        if (value.kind == LiteralKind::Integer || value.kind == LiteralKind::Decimal) value.kind = LiteralKind::Text;
+    } else if (isText) {
+        double number = 0;
+        const char* end = value.text.data() + value.text.size();
+        const auto read = std::from_chars(value.text.data(), end, number);
+        if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+        const bool whole = std::all_of(value.text.begin(), value.text.end(), IsDigit) && FitsInteger(value.text);
+        value.kind = whole ? LiteralKind::Integer : LiteralKind::Decimal;
+    }
+    return value;
+}
+
 }  // namespace
 
 bool IsBareName(std::string_view text) {
@@ -117,11 +144,28 @@ bool Scanner::SkipBlanks() {
     const std::size_t start = at_;
     for (;;) {
         while (at_ < text_.size() && RoleAt(text_, at_) == Role::Blank) ++at_;
-        if (at_ == text_.size() || text_[at_] != kWideBlankText.front() ||
-            !text_.substr(at_).starts_with(kWideBlankText))
+        if (at_ == text_.size()) return at_ > start;
+        const char next = text_[at_];
+        if (next == kWideBlankText.front() && text_.substr(at_).starts_with(kWideBlankText))
+            at_ += kWideBlankText.size();
+        else if ((next != '-' && next != '/') || !SkipComment())
             return at_ > start;
-        at_ += kWideBlankText.size();
     }
+}
+
+bool Scanner::SkipComment() {
+    const std::string_view rest = text_.substr(at_);
+    if (rest.starts_with("/*")) {
+        const std::size_t close = rest.find("*/", 2);
+        if (close == std::string_view::npos) Fail(at_, 2, "the comment has no end");
+        at_ += close + 2;
+        return true;
+    }
+    if (!rest.starts_with("--")) return false;
+    // Two signs of a number's would turn the rest of the statement into a comment.
+    if (DigitAt(at_ + 2)) Fail(at_, 2, "a comment does not begin with a digit; put a blank between two signs");
+    at_ += std::min(rest.find('\n'), rest.size());
+    return true;
 }
 
 std::size_t Scanner::NameCharacter(std::size_t at) const {
@@ -150,7 +194,9 @@ std::size_t Scanner::EndOfName(std::size_t at) const {
 
 Lexeme Scanner::Next() {
     Lexeme piece;
+    const bool begins = at_ == 0;
     piece.blankBefore = SkipBlanks();
+    if (begins && at_ < text_.size() && (text_[at_] | 0x20) == 'p') ScanDeclarations();
     piece.begin = piece.end = at_;
     if (at_ >= text_.size()) return piece;
     const bool touchesName = afterName_ && !piece.blankBefore;
@@ -162,7 +208,10 @@ Lexeme Scanner::Next() {
             ScanNumber(piece);
             break;
         case Role::Quote:
-            ScanText(piece);
+            if (text_[at_] == '"' && dialect_ == Dialect::SqlServer)
+                ScanQuotedName(piece);
+            else
+                ScanText(piece);
             break;
         case Role::DateSign:
             ScanDate(piece);
@@ -186,20 +235,30 @@ Lexeme Scanner::Next() {
                 ScanOperator(piece);
     }
     at_ = piece.end;
+    if (!declared_.empty()) ReplaceDeclared(piece);
     afterName_ = piece.kind == TokenKind::Word || piece.kind == TokenKind::QuotedName;
     return piece;
 }
 
 void Scanner::ScanName(Lexeme& piece) {
+    const bool mayBeNational = (text_[piece.begin] | 0x20) == 'n' && piece.begin + 1 < text_.size();
+    if (mayBeNational && text_[piece.begin + 1] == '\'') {
+        ++piece.end;
+        return ScanText(piece);
+    }
     piece.kind = TokenKind::Word;
     piece.end = EndOfName(piece.end);
 }
 
 void Scanner::ScanQuotedName(Lexeme& piece) {
-    const std::size_t close = text_.find_first_of("]\r\n", piece.begin);
-    if (close == std::string_view::npos || text_[close] != ']')
-        Fail(piece.begin, text_.size() - piece.begin, "the name has no closing bracket");
-    if (close == piece.begin + 1) Fail(piece.begin, 2, "expected a name in the brackets");
+    const char sign = text_[piece.begin] == '[' ? ']' : text_[piece.begin];
+    const std::array<char, 3> ends = {sign, '\r', '\n'};
+    const std::size_t close = text_.find_first_of(std::string_view(ends.data(), ends.size()), piece.begin + 1);
+    if (close == std::string_view::npos || text_[close] != sign)
+        Fail(piece.begin, text_.size() - piece.begin,
+             sign == ']' ? "the name has no closing bracket" : "the name has no closing quote");
+    if (close == piece.begin + 1)
+        Fail(piece.begin, 2, sign == ']' ? "expected a name in the brackets" : "expected a name in the quotes");
     for (std::size_t i = piece.begin + 1; i < close;) {
         const Character next = Decode(text_, i);
         if (next.length == 0) Fail(i, 0, "the text is not valid UTF-8");
@@ -240,6 +299,59 @@ std::string_view Scanner::TextOf(const Lexeme& piece) const {
     return text_.substr(piece.begin, piece.end - piece.begin);
 }
 
+/// "PARAMETERS name type, ...;" before a statement; its pieces are no part of it.
+void Scanner::ScanDeclarations() {
+    constexpr std::string_view kWord = "PARAMETERS";
+    const std::size_t end = EndOfName(at_);
+    if (!SameWord(text_.substr(at_, end - at_), kWord)) return;
+    at_ = end;
+    std::deque<NamedLiteral> declared;
+    for (bool goesOn = true; goesOn;) {
+        const Lexeme name = Next();
+        const bool quoted = name.kind == TokenKind::QuotedName;
+        if (!quoted && name.kind != TokenKind::Word)
+            Fail(name.begin, name.end - name.begin, "expected a parameter's name");
+        std::string_view word = TextOf(name);
+        if (quoted) word = word.substr(1, word.size() - 2);
+        const Lexeme type = Next();
+        const auto given = std::find_if(named_.begin(), named_.end(),
+                                        [&](const NamedLiteral& each) { return SameName(each.name, word); });
+        if (given == named_.end()) Fail(name.begin, name.end - name.begin, "no value is given for this parameter");
+        auto value = ValueOfType(given->value, TextOf(type));
+        if (!value) Fail(name.begin, name.end - name.begin, "the parameter's value is not of its type");
+        declared.push_back({std::string(word), std::move(*value)});
+        Lexeme next = Next();
+        while (next.kind != TokenKind::End && TextOf(next) != "," && TextOf(next) != ";") {
+            const bool length = TextOf(next) == "(";
+            next = Next();
+            for (; length && next.kind != TokenKind::End && TextOf(next) != ")";) next = Next();
+            if (length && next.kind != TokenKind::End) next = Next();
+        }
+        goesOn = TextOf(next) == ",";
+        if (next.kind == TokenKind::End) Fail(next.begin, 0, "expected ';' behind the parameters");
+    }
+    declared_ = std::move(declared);
+    afterName_ = false;
+    SkipBlanks();
+}
+
+/// A declared parameter's name, unless it is part of a longer name or calls a function.
+void Scanner::ReplaceDeclared(Lexeme& piece) const {
+    if (piece.kind != TokenKind::Word && piece.kind != TokenKind::QuotedName) return;
+    const char next = piece.end < text_.size() ? text_[piece.end] : ' ';
+    const char before = piece.begin > 0 ? text_[piece.begin - 1] : ' ';
+    if (next == '.' || before == '.' || (next == '(' && piece.kind == TokenKind::Word)) return;
+    std::string_view word = text_.substr(piece.begin, piece.end - piece.begin);
+    if (piece.kind == TokenKind::QuotedName) word = word.substr(1, word.size() - 2);
+    for (const NamedLiteral& each : declared_) {
+        if (!SameName(each.name, word)) continue;
+        piece.given = &each.value;
+        const bool isWord = each.value.kind == LiteralKind::Null || each.value.kind == LiteralKind::Boolean;
+        piece.kind = isWord ? TokenKind::Word : TokenKind::Literal;
+        piece.literal = each.value.kind;
+    }
+}
+
 void Scanner::ScanNumber(Lexeme& piece) {
     piece.kind = TokenKind::Literal;
     while (DigitAt(piece.end)) ++piece.end;
@@ -264,14 +376,15 @@ void Scanner::ScanNumber(Lexeme& piece) {
 void Scanner::ScanText(Lexeme& piece) {
     piece.kind = TokenKind::Literal;
     piece.literal = LiteralKind::Text;
-    std::size_t close = piece.begin;
+    std::size_t close = piece.end;
+    const char quote = text_[close];
     do {
-        close = text_.find('\'', close + 1);
+        close = text_.find(quote, close + 1);
         if (close == std::string_view::npos)
             Fail(piece.begin, text_.size() - piece.begin, "the text has no closing quote");
         piece.end = close + 1;
         close = piece.end;
-    } while (close < text_.size() && text_[close] == '\'');
+    } while (close < text_.size() && text_[close] == quote);
 }
 
 void Scanner::ScanDate(Lexeme& piece) {
@@ -292,13 +405,12 @@ void Scanner::ScanDate(Lexeme& piece) {
 }
 
 void Scanner::ScanOperator(Lexeme& piece) {
-    constexpr std::array<std::string_view, 7> kLong = {"<>", "<=", ">=", "!=", "<\uFF1D", ">\uFF1D", "\uFF1D"};
+    constexpr std::array<std::string_view, 9> kLong = {"<>", "<=",      ">=",      "!=",    "!<",
+                                                       "!>", "<\uFF1D", ">\uFF1D", "\uFF1D"};
     constexpr std::string_view kShort = ".-<>";
     piece.kind = TokenKind::Operator;
     const std::string_view rest = text_.substr(piece.begin);
     if (rest.front() == ':' && NameBeginsAt(piece.begin + 1)) return ScanParameter(piece);
-    if (rest.substr(0, 2) == "--")
-        Fail(piece.begin, 2, "a comment is no part of a statement; put a blank between two signs");
     for (std::string_view spelling : kLong) {
         if (rest.substr(0, spelling.size()) != spelling) continue;
         piece.end += spelling.size();
@@ -314,15 +426,18 @@ void Scanner::ScanOperator(Lexeme& piece) {
 
 std::string Scanner::ValueOf(const Lexeme& piece) const {
     if (piece.given) return piece.given->text;
-    const std::string_view text = TextOf(piece);
+    std::string_view text = TextOf(piece);
     if (piece.literal == LiteralKind::Integer || piece.literal == LiteralKind::Decimal) return std::string(text);
+    const bool national = piece.literal == LiteralKind::Text && (text.front() | 0x20) == 'n';
+    if (national) text.remove_prefix(1);
+    const char quote = text.front();
     const std::string_view inner = text.substr(1, text.size() - 2);
     if (piece.literal == LiteralKind::Date) return std::string(inner);
     std::string value;
     value.reserve(inner.size());
     for (std::size_t i = 0; i < inner.size(); ++i) {
         value += inner[i];
-        if (inner[i] == '\'') ++i;
+        if (inner[i] == quote) ++i;
     }
     return value;
 }

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "sql/Dialect.h"
 #include "sql/parse/Lexer.h"
 
 namespace kpTables::sql::parse {
@@ -25,7 +27,8 @@ bool IsBareName(std::string_view text);
 class Scanner {
 public:
     /// named: the values of the names in the text, which must live as long as this.
-    explicit Scanner(std::string_view text, std::span<const NamedLiteral> named = {}) : text_(text), named_(named) {}
+    explicit Scanner(std::string_view text, std::span<const NamedLiteral> named = {}, Dialect dialect = Dialect::Jet)
+        : text_(text), named_(named), dialect_(dialect) {}
 
     /// The next piece; End after the last. Raises SqlError for what cannot be read.
     Lexeme Next();
@@ -36,7 +39,11 @@ public:
     std::string ValueOf(const Lexeme& piece) const;
 
 private:
+    /// Blanks and comments; false when there is none.
     bool SkipBlanks();
+    bool SkipComment();
+    void ScanDeclarations();
+    void ReplaceDeclared(Lexeme& piece) const;
     bool NameBeginsAt(std::size_t at) const;
     std::size_t NameCharacter(std::size_t at) const;
     std::size_t EndOfName(std::size_t at) const;
@@ -53,7 +60,10 @@ private:
 
     std::string_view text_;
     std::span<const NamedLiteral> named_;
+    [[maybe_unused]] Dialect dialect_;
     std::size_t at_ = 0;
+    /// The parameters that "PARAMETERS name type, ...;" declares, with their values.
+    std::deque<NamedLiteral> declared_;
     bool afterName_ = false;  ///< the last piece was a name that ends here: a point qualifies it and starts no number
 };
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "sql/parse/Keywords.h"
+
 namespace kpTables::sql::parse {
 
 namespace {
@@ -16,7 +18,7 @@ public:
 
     std::vector<ScriptPart> Split() {
         while (at_ < text_.size()) {
-            if (text_[at_] == ';') {
+            if (text_[at_] == ';' && !EndsDeclarations()) {
                 EndPart(true);
             } else if (StartsWith("--")) {
                 Blank(std::min(text_.find('\n', at_), text_.size()));
@@ -31,6 +33,13 @@ public:
     }
 
 private:
+    /// Whether the semicolon is the one between "PARAMETERS name type" and the statement.
+    bool EndsDeclarations() const {
+        constexpr std::string_view kWord = "PARAMETERS";
+        const std::string_view part = part_.text;
+        return SameWord(part.substr(0, kWord.size()), kWord) && part.size() > kWord.size() &&
+               kBlanks.find(part[kWord.size()]) != kBlanks.npos && part.find(';') == part.npos;
+    }
     bool StartsWith(std::string_view sign) const { return text_.substr(at_).starts_with(sign); }
 
     /// Behind a quoted text, a name in brackets or a date, which semicolons do not end; or behind one character.
@@ -38,6 +47,10 @@ private:
         switch (text_[at_]) {
             case '\'':
                 return After(text_.find('\'', at_ + 1), text_.size());
+            case '"':
+                return OnThisLine("\"\r\n", '"');
+            case '`':
+                return OnThisLine("`\r\n", '`');
             case '[':
                 return OnThisLine("]\r\n", ']');
             case '#':

@@ -8,31 +8,55 @@ namespace kpTables::sql::parse {
 
 namespace {
 
-StatementPtr ParseSelect(TokenCursor& cursor) {
-    auto statement = std::make_unique<SelectStatement>();
-    statement->query = ParseQuery(cursor);
-    return statement;
-}
-
 struct StatementRule {
     std::string_view word;
     StatementPtr (*parse)(TokenCursor&);
 };
 
-constexpr std::array<StatementRule, 8> kStatements = {{{"SELECT", ParseSelect},
-                                                       {"TRANSFORM", ParseTransform},
-                                                       {"INSERT", ParseInsert},
-                                                       {"UPDATE", ParseUpdate},
-                                                       {"DELETE", ParseDelete},
-                                                       {"CREATE", ParseCreate},
-                                                       {"DROP", ParseDrop},
-                                                       {"ALTER", ParseAlter}}};
+constexpr std::array<StatementRule, 10> kStatements = {{{"SELECT", ParseSelect},
+                                                        {"TRANSFORM", ParseTransform},
+                                                        {"INSERT", ParseInsert},
+                                                        {"UPDATE", ParseUpdate},
+                                                        {"DELETE", ParseDelete},
+                                                        {"CREATE", ParseCreate},
+                                                        {"DROP", ParseDrop},
+                                                        {"ALTER", ParseAlter},
+                                                        {"TRUNCATE", ParseTruncate},
+                                                        {"WITH", ParseWith}}};
+
+/// Statements of the server that no book has, with what to do instead.
+struct Refusal {
+    std::string_view word;
+    std::string_view what;
+};
+
+constexpr std::array<Refusal, 17> kRefusals = {{
+    {"SET", "SET is for a server's session: leave it out; it"},
+    {"USE", "USE chooses a server's database: leave it out; it"},
+    {"GO", "GO belongs to a server's tools: leave it out; it"},
+    {"PRINT", "PRINT"},
+    {"DECLARE", "DECLARE: give the values as parameters; it"},
+    {"IF", "IF: a statement stands alone; it"},
+    {"WHILE", "WHILE: a statement stands alone; it"},
+    {"BEGIN", "BEGIN: begin a transaction through the connection; it"},
+    {"COMMIT", "COMMIT: end a transaction through the connection; it"},
+    {"ROLLBACK", "ROLLBACK: end a transaction through the connection; it"},
+    {"EXEC", "EXEC of a stored procedure"},
+    {"EXECUTE", "EXECUTE of a stored procedure"},
+    {"MERGE", "MERGE: use UPDATE and INSERT; it"},
+    {"GRANT", "GRANT"},
+    {"REVOKE", "REVOKE"},
+    {"BACKUP", "BACKUP: copy the book instead; it"},
+    {"RESTORE", "RESTORE"},
+}};
 
 StatementPtr ParseStatement(TokenCursor& cursor) {
     if (cursor.AtOperator("(")) return ParseSelect(cursor);
     for (const StatementRule& rule : kStatements)
         if (cursor.At(rule.word)) return rule.parse(cursor);
-    cursor.Fail("SELECT, TRANSFORM, INSERT, UPDATE, DELETE, CREATE, DROP or ALTER");
+    for (const Refusal& refusal : kRefusals)
+        if (cursor.At(refusal.word)) cursor.FailUnsupported(cursor.Peek(), refusal.what);
+    cursor.Fail("SELECT, TRANSFORM, INSERT, UPDATE, DELETE, CREATE, DROP, ALTER, TRUNCATE or WITH");
 }
 
 UpdateStatement::Assignment ParseAssignment(TokenCursor& cursor) {
@@ -50,13 +74,89 @@ UpdateStatement::Assignment ParseAssignment(TokenCursor& cursor) {
     return assignment;
 }
 
+/// "TOP (n)" before the table of a change.
+void RefuseTop(const TokenCursor& cursor) {
+    if (cursor.At("TOP") && (cursor.AtOperator("(", 1) || cursor.Peek(1).kind == TokenKind::Literal))
+        cursor.FailUnsupported(cursor.Peek(), "TOP in a statement that changes rows");
+}
+
+void RefuseOutput(const TokenCursor& cursor) {
+    if (cursor.At("OUTPUT")) cursor.FailUnsupported(cursor.Peek(), "OUTPUT");
+}
+
+std::vector<ExpressionPtr> ParseRow(TokenCursor& cursor) {
+    cursor.ExpectOperator("(");
+    std::vector<ExpressionPtr> row = ParseExpressions(cursor);
+    cursor.ExpectOperator(")");
+    return row;
+}
+
+/// A table alone gives its name and alias; any others are a join.
+void TakeTables(std::vector<TablePtr> tables, std::string& name, std::string& alias, std::vector<TablePtr>& joined) {
+    if (tables.size() > 1 || tables.front()->kind != TableKind::Named) {
+        joined = std::move(tables);
+        return;
+    }
+    auto& table = static_cast<NamedTable&>(*tables.front());
+    name = std::move(table.name);
+    alias = std::move(table.alias);
+}
+
 }  // namespace
 
-StatementPtr Parse(std::string_view text, std::span<const NamedLiteral> named) {
-    TokenCursor cursor(text, named);
+StatementPtr ParseSelect(TokenCursor& cursor) {
+    cursor.AllowNewTable();
+    std::unique_ptr<Query> query = ParseQuery(cursor);
+    if (!cursor.MadeTable()) {
+        auto statement = std::make_unique<SelectStatement>();
+        statement->query = std::move(query);
+        return statement;
+    }
+    auto statement = std::make_unique<SelectIntoStatement>();
+    statement->table = cursor.MadeTable()->name;
+    statement->offset = cursor.MadeTable()->offset;
+    statement->query = std::move(query);
+    return statement;
+}
+
+StatementPtr ParseWith(TokenCursor& cursor) {
+    cursor.Take();
+    std::vector<CommonTable> with;
+    do {
+        CommonTable table;
+        table.offset = cursor.Peek().offset;
+        table.name = cursor.TakeName("a name after WITH");
+        if (cursor.AcceptOperator("(")) {
+            do table.columns.push_back(cursor.TakeName("a column's name"));
+            while (cursor.AcceptOperator(","));
+            cursor.ExpectOperator(")");
+        }
+        cursor.Expect("AS");
+        if (!cursor.AtQuery(1)) cursor.Fail("a query in parentheses");
+        table.query = ParseQueryInParentheses(cursor);
+        with.push_back(std::move(table));
+    } while (cursor.AcceptOperator(","));
+    StatementPtr statement;
+    if (cursor.AtQuery())
+        statement = ParseSelect(cursor);
+    else if (cursor.At("INSERT"))
+        statement = ParseInsert(cursor);
+    else if (cursor.At("UPDATE"))
+        statement = ParseUpdate(cursor);
+    else if (cursor.At("DELETE"))
+        statement = ParseDelete(cursor);
+    else
+        cursor.Fail("SELECT, INSERT, UPDATE or DELETE");
+    statement->with = std::move(with);
+    return statement;
+}
+
+StatementPtr Parse(std::string_view text, std::span<const NamedLiteral> named, Dialect dialect) {
+    TokenCursor cursor(text, named, dialect);
     StatementPtr statement = ParseStatement(cursor);
     if (cursor.AcceptOperator(";") && !cursor.AtEnd()) cursor.FailAt(cursor.Peek(), "one statement only");
     if (!cursor.AtEnd()) cursor.Fail("the statement's end");
+    statement->dialect = dialect;
     statement->fixedLiterals = cursor.TakeFixedLiterals();
     return statement;
 }
@@ -83,10 +183,11 @@ StatementPtr ParseTransform(TokenCursor& cursor) {
 
 StatementPtr ParseInsert(TokenCursor& cursor) {
     cursor.Take();
-    cursor.Expect("INTO");
+    RefuseTop(cursor);
+    cursor.Accept("INTO");
     auto statement = std::make_unique<InsertStatement>();
     statement->offset = cursor.Peek().offset;
-    statement->table = cursor.TakeName("a table's name");
+    statement->table = ParseTableName(cursor);
     if (cursor.AtOperator("(") && !cursor.AtQuery()) {
         do {
             cursor.Take();
@@ -95,39 +196,76 @@ StatementPtr ParseInsert(TokenCursor& cursor) {
         } while (cursor.AtOperator(","));
         cursor.ExpectOperator(")");
     }
+    RefuseOutput(cursor);
     if (cursor.AtQuery()) {
         statement->query = ParseQuery(cursor);
         return statement;
     }
+    if (statement->columns.empty() && cursor.Accept("DEFAULT")) {
+        cursor.Expect("VALUES");
+        return statement;
+    }
     if (!cursor.Accept("VALUES")) cursor.Fail("VALUES or SELECT");
-    cursor.ExpectOperator("(");
-    statement->values = ParseExpressions(cursor);
-    cursor.ExpectOperator(")");
+    do statement->rows.push_back(ParseRow(cursor));
+    while (cursor.AcceptOperator(","));
     return statement;
 }
 
 StatementPtr ParseUpdate(TokenCursor& cursor) {
     cursor.Take();
+    RefuseTop(cursor);
+    cursor.Accept("DISTINCTROW");
     auto statement = std::make_unique<UpdateStatement>();
     statement->offset = cursor.Peek().offset;
-    statement->table = cursor.TakeName("a table's name");
-    statement->alias = ParseAlias(cursor);
+    TakeTables(ParseTables(cursor), statement->table, statement->alias, statement->from);
     cursor.Expect("SET");
     do statement->assignments.push_back(ParseAssignment(cursor));
     while (cursor.AcceptOperator(","));
+    RefuseOutput(cursor);
+    if (!statement->table.empty() && cursor.Accept("FROM")) statement->from = ParseTables(cursor);
     if (cursor.Accept("WHERE")) statement->where = ParseExpression(cursor);
     return statement;
 }
 
+/// "DELETE [*] FROM T", "DELETE a.* FROM tables", "DELETE [FROM] a FROM tables", "DELETE T".
 StatementPtr ParseDelete(TokenCursor& cursor) {
     cursor.Take();
-    cursor.AcceptOperator("*");
-    cursor.Expect("FROM");
+    RefuseTop(cursor);
+    cursor.Accept("DISTINCTROW");
     auto statement = std::make_unique<DeleteStatement>();
     statement->offset = cursor.Peek().offset;
-    statement->table = cursor.TakeName("a table's name");
-    statement->alias = ParseAlias(cursor);
+    if (cursor.AcceptOperator("*")) {
+        cursor.Expect("FROM");
+    } else if (!cursor.Accept("FROM")) {
+        statement->table = ParseTableName(cursor);
+        const bool allColumns = cursor.AcceptOperator(".");
+        if (allColumns) cursor.ExpectOperator("*");
+        if (allColumns && !cursor.At("FROM")) cursor.Fail("FROM");
+        if (!cursor.Accept("FROM")) {
+            if (cursor.Accept("WHERE")) statement->where = ParseExpression(cursor);
+            return statement;
+        }
+        statement->from = ParseTables(cursor);
+    }
+    if (statement->table.empty()) {
+        const Token& first = cursor.Peek();
+        statement->offset = first.offset;
+        TakeTables(ParseTables(cursor), statement->table, statement->alias, statement->from);
+        if (statement->table.empty()) cursor.FailAt(first, "name the table whose rows are deleted before FROM");
+        if (statement->alias.empty() && cursor.Accept("FROM")) statement->from = ParseTables(cursor);
+    }
+    RefuseOutput(cursor);
     if (cursor.Accept("WHERE")) statement->where = ParseExpression(cursor);
+    return statement;
+}
+
+StatementPtr ParseTruncate(TokenCursor& cursor) {
+    cursor.Take();
+    cursor.Expect("TABLE");
+    auto statement = std::make_unique<DeleteStatement>();
+    statement->offset = cursor.Peek().offset;
+    statement->table = ParseTableName(cursor);
+    statement->truncates = true;
     return statement;
 }
 

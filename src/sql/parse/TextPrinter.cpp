@@ -12,6 +12,27 @@ void WriteWhere(std::string& out, const ExpressionPtr& where) {
     WriteExpression(out, *where);
 }
 
+void WriteFrom(std::string& out, const std::vector<TablePtr>& from) {
+    if (from.empty()) return;
+    out += " FROM ";
+    WriteTables(out, from);
+}
+
+void WriteWith(std::string& out, const std::vector<CommonTable>& with) {
+    for (const CommonTable& table : with) {
+        out += &table == &with.front() ? "WITH " : ", ";
+        WriteName(out, table.name);
+        if (!table.columns.empty()) {
+            out += " (";
+            WriteNames(out, table.columns);
+            out += ')';
+        }
+        out += " AS ";
+        WriteQueryInParentheses(out, *table.query);
+    }
+    if (!with.empty()) out += ' ';
+}
+
 void WriteTransform(std::string& out, const TransformStatement& s) {
     out += "TRANSFORM ";
     WriteExpression(out, *s.aggregate.expression);
@@ -36,15 +57,22 @@ void WriteInsert(std::string& out, const InsertStatement& s) {
     }
     out += ' ';
     if (s.query) return WriteQuery(out, *s.query);
-    out += "VALUES (";
-    WriteExpressions(out, s.values);
-    out += ')';
+    if (s.rows.empty()) out += "DEFAULT VALUES";
+    for (const std::vector<ExpressionPtr>& row : s.rows) {
+        out += &row == &s.rows.front() ? "VALUES (" : ", (";
+        WriteExpressions(out, row);
+        out += ')';
+    }
 }
 
 void WriteUpdate(std::string& out, const UpdateStatement& s) {
     out += "UPDATE ";
-    WriteName(out, s.table);
-    WriteAlias(out, s.alias);
+    if (s.table.empty()) {
+        WriteTables(out, s.from);
+    } else {
+        WriteName(out, s.table);
+        WriteAlias(out, s.alias);
+    }
     for (std::size_t i = 0; i < s.assignments.size(); ++i) {
         const UpdateStatement::Assignment& assignment = s.assignments[i];
         out += i == 0 ? " SET " : ", ";
@@ -56,13 +84,15 @@ void WriteUpdate(std::string& out, const UpdateStatement& s) {
         out += " = ";
         WriteExpression(out, *assignment.value);
     }
+    if (!s.table.empty()) WriteFrom(out, s.from);
     WriteWhere(out, s.where);
 }
 
 void WriteDelete(std::string& out, const DeleteStatement& s) {
-    out += "DELETE FROM ";
+    out += s.truncates ? "TRUNCATE TABLE " : "DELETE FROM ";
     WriteName(out, s.table);
     WriteAlias(out, s.alias);
+    WriteFrom(out, s.from);
     WriteWhere(out, s.where);
 }
 
@@ -127,14 +157,35 @@ void WriteDropIndex(std::string& out, const DropIndexStatement& s) {
 void WriteAddColumn(std::string& out, const AddColumnStatement& s) {
     out += "ALTER TABLE ";
     WriteName(out, s.table);
-    out += " ADD COLUMN ";
+    for (const ColumnDefinition& column : s.columns) {
+        out += &column == &s.columns.front() ? " ADD COLUMN " : ", ";
+        WriteColumnDefinition(out, column);
+    }
+}
+
+void WriteAlterColumn(std::string& out, const AlterColumnStatement& s) {
+    out += "ALTER TABLE ";
+    WriteName(out, s.table);
+    out += " ALTER COLUMN ";
     WriteColumnDefinition(out, s.column);
 }
 
+void WriteDropColumn(std::string& out, const DropColumnStatement& s) {
+    out += "ALTER TABLE ";
+    WriteName(out, s.table);
+    out += " DROP COLUMN ";
+    WriteNames(out, s.columns);
+}
+
 void WriteStatement(std::string& out, const Statement& s) {
+    WriteWith(out, s.with);
     switch (s.kind) {
         case StatementKind::Select:
             return WriteQuery(out, *static_cast<const SelectStatement&>(s).query);
+        case StatementKind::SelectInto: {
+            const auto& into = static_cast<const SelectIntoStatement&>(s);
+            return WriteQuery(out, *into.query, &into);
+        }
         case StatementKind::Transform:
             return WriteTransform(out, static_cast<const TransformStatement&>(s));
         case StatementKind::Insert:
@@ -148,12 +199,16 @@ void WriteStatement(std::string& out, const Statement& s) {
         case StatementKind::CreateIndex:
             return WriteCreateIndex(out, static_cast<const CreateIndexStatement&>(s));
         case StatementKind::DropTable:
-            out += "DROP TABLE ";
+            out += static_cast<const DropTableStatement&>(s).ifExists ? "DROP TABLE IF EXISTS " : "DROP TABLE ";
             return WriteName(out, static_cast<const DropTableStatement&>(s).table);
         case StatementKind::DropIndex:
             return WriteDropIndex(out, static_cast<const DropIndexStatement&>(s));
         case StatementKind::AddColumn:
             return WriteAddColumn(out, static_cast<const AddColumnStatement&>(s));
+        case StatementKind::AlterColumn:
+            return WriteAlterColumn(out, static_cast<const AlterColumnStatement&>(s));
+        case StatementKind::DropColumn:
+            return WriteDropColumn(out, static_cast<const DropColumnStatement&>(s));
     }
 }
 

@@ -126,6 +126,23 @@ void WriteCall(std::string& out, const Call& e) {
     out += ')';
 }
 
+void WriteCast(std::string& out, const Cast& e) {
+    if (e.style) {
+        out += "CONVERT(";
+        WriteType(out, e.type);
+        out += ", ";
+        WriteExpression(out, *e.operand);
+        out += ", ";
+        WriteExpression(out, *e.style);
+    } else {
+        out += "CAST(";
+        WriteExpression(out, *e.operand);
+        out += " AS ";
+        WriteType(out, e.type);
+    }
+    out += ')';
+}
+
 void WriteCase(std::string& out, const Case& e) {
     out += "CASE ";
     if (e.operand) {
@@ -147,11 +164,48 @@ void WriteCase(std::string& out, const Case& e) {
     out += "END";
 }
 
+void WriteFrameBound(std::string& out, const FrameBound& bound) {
+    using enum FrameBound::Kind;
+    if (bound.kind == CurrentRow) {
+        out += "CURRENT ROW";
+        return;
+    }
+    const bool counted = bound.kind == Preceding || bound.kind == Following;
+    out += counted ? std::to_string(bound.rows) : "UNBOUNDED";
+    out += bound.kind == UnboundedPreceding || bound.kind == Preceding ? " PRECEDING" : " FOLLOWING";
+}
+
+void WriteWindow(std::string& out, const Window& e) {
+    WriteCall(out, *e.call);
+    out += " OVER (";
+    std::string_view separator;
+    if (!e.partitionBy.empty()) {
+        out += "PARTITION BY ";
+        WriteExpressions(out, e.partitionBy);
+        separator = " ";
+    }
+    if (!e.orderBy.empty()) {
+        out += separator;
+        WriteOrder(out, e.orderBy);
+        separator = " ";
+    }
+    if (e.frame) {
+        out.append(separator).append(e.frame->byRows ? "ROWS" : "RANGE").append(" BETWEEN ");
+        WriteFrameBound(out, e.frame->first);
+        out += " AND ";
+        WriteFrameBound(out, e.frame->last);
+    }
+    out += ')';
+}
+
 void WritePredicate(std::string& out, const Expression& e) {
     switch (e.kind) {
         case ExpressionKind::Like:
             WriteOperandOf(out, *As<Like>(e).operand, As<Like>(e).negated, "LIKE ");
-            return WriteExpression(out, *As<Like>(e).pattern, Tighter(Precedence::Comparison));
+            WriteExpression(out, *As<Like>(e).pattern, Tighter(Precedence::Comparison));
+            if (!As<Like>(e).escape) return;
+            out += " ESCAPE ";
+            return WriteExpression(out, *As<Like>(e).escape, Tighter(Precedence::Comparison));
         case ExpressionKind::Between:
             return WriteBetween(out, As<Between>(e));
         case ExpressionKind::InList:
@@ -190,13 +244,10 @@ void WriteBare(std::string& out, const Expression& e) {
             return WriteQueryInParentheses(out, *As<Subquery>(e).query);
         case ExpressionKind::Call:
             return WriteCall(out, As<Call>(e));
+        case ExpressionKind::Window:
+            return WriteWindow(out, As<Window>(e));
         case ExpressionKind::Cast:
-            out += "CAST(";
-            WriteExpression(out, *As<Cast>(e).operand);
-            out += " AS ";
-            WriteType(out, As<Cast>(e).type);
-            out += ')';
-            return;
+            return WriteCast(out, As<Cast>(e));
         case ExpressionKind::Case:
             return WriteCase(out, As<Case>(e));
         default:
@@ -207,10 +258,11 @@ void WriteBare(std::string& out, const Expression& e) {
 }  // namespace
 
 void WriteName(std::string& out, std::string_view name) {
-    const bool brackets = NeedsBrackets(name);
-    if (brackets) out += '[';
+    const bool quoted = NeedsBrackets(name);
+    const bool brackets = name.find(']') == std::string_view::npos;  // else it was written in ` signs
+    if (quoted) out += brackets ? '[' : '`';
     out += name;
-    if (brackets) out += ']';
+    if (quoted) out += brackets ? ']' : '`';
 }
 
 void WriteNames(std::string& out, const std::vector<std::string>& names) {
@@ -252,10 +304,12 @@ void WriteType(std::string& out, const TypeName& type) {
             out += "DOUBLE";
             return;
         case Type::Currency:
-            out += "CURRENCY";
+            out += type.cuts ? "BIGINT" : type.precision > 0 ? "DECIMAL" : "CURRENCY";
+            if (type.precision > 0 && !type.cuts)
+                out += '(' + std::to_string(type.precision) + ',' + std::to_string(type.scale) + ')';
             return;
         case Type::Date:
-            out += "DATETIME";
+            out += type.dayOnly ? "DATE" : type.timeOnly ? "TIME" : "DATETIME";
             return;
         case Type::Boolean:
             out += "YESNO";

@@ -1,9 +1,13 @@
 // Queries and their tables in their canonical spelling.
+#include <array>
+
 #include "sql/parse/TextWriter.h"
 
 namespace kpTables::sql::parse {
 
 namespace {
+
+constexpr std::array<std::string_view, 4> kSetOperations = {" UNION ", " UNION ALL ", " INTERSECT ", " EXCEPT "};
 
 void WriteTable(std::string& out, const TableExpression& table) {
     if (table.kind == TableKind::Named) {
@@ -43,17 +47,21 @@ void WriteClause(std::string& out, std::string_view words, const ExpressionPtr& 
     WriteExpression(out, *condition);
 }
 
-void WriteCore(std::string& out, const SelectCore& core) {
-    out += core.distinct ? "SELECT DISTINCT " : "SELECT ";
+void WriteCore(std::string& out, const SelectCore& core, const SelectIntoStatement* into) {
+    out += core.distinct ? "SELECT DISTINCT " : core.distinctRow ? "SELECT DISTINCTROW " : "SELECT ";
     if (core.top) {
         out += "TOP ";
         WriteExpression(out, *core.top);
-        out += ' ';
+        out += core.percent ? " PERCENT " : " ";
     }
     WriteItems(out, core.items);
-    for (std::size_t i = 0; i < core.from.size(); ++i) {
-        out += i == 0 ? " FROM " : ", ";
-        WriteTable(out, *core.from[i]);
+    if (into) {
+        out += " INTO ";
+        WriteName(out, into->table);
+    }
+    if (!core.from.empty()) {
+        out += " FROM ";
+        WriteTables(out, core.from);
     }
     WriteClause(out, " WHERE ", core.where);
     if (!core.groupBy.empty()) {
@@ -65,20 +73,40 @@ void WriteCore(std::string& out, const SelectCore& core) {
 
 }  // namespace
 
-void WriteQuery(std::string& out, const Query& query) {
+void WriteTables(std::string& out, const std::vector<TablePtr>& tables) {
+    for (const TablePtr& table : tables) {
+        if (&table != &tables.front()) out += ", ";
+        WriteTable(out, *table);
+    }
+}
+
+void WriteOrder(std::string& out, const std::vector<OrderItem>& order) {
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        out += i == 0 ? "ORDER BY " : ", ";
+        WriteExpression(out, *order[i].expression);
+        if (order[i].descending) out += " DESC";
+    }
+}
+
+void WriteQuery(std::string& out, const Query& query, const SelectIntoStatement* into) {
     for (std::size_t i = 0; i < query.members.size(); ++i) {
         const Query::Member& member = query.members[i];
-        if (i > 0) out += member.all ? " UNION ALL " : " UNION ";
+        if (i > 0) out += kSetOperations[static_cast<std::size_t>(member.operation)];
         if (member.core)
-            WriteCore(out, *member.core);
+            WriteCore(out, *member.core, i == 0 ? into : nullptr);
         else
             WriteQueryInParentheses(out, *member.nested);
     }
-    for (std::size_t i = 0; i < query.orderBy.size(); ++i) {
-        out += i == 0 ? " ORDER BY " : ", ";
-        WriteExpression(out, *query.orderBy[i].expression);
-        if (query.orderBy[i].descending) out += " DESC";
-    }
+    if (!query.orderBy.empty()) out += ' ';
+    WriteOrder(out, query.orderBy);
+    if (!query.skip) return;
+    out += " OFFSET ";
+    WriteExpression(out, *query.skip);
+    out += " ROWS";
+    if (!query.fetch) return;
+    out += " FETCH NEXT ";
+    WriteExpression(out, *query.fetch);
+    out += " ROWS ONLY";
 }
 
 void WriteQueryInParentheses(std::string& out, const Query& query) {

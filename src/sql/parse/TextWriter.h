@@ -21,7 +21,11 @@ void WriteExpression(std::string& out, const Expression& e, Precedence loosest =
 void WriteExpressions(std::string& out, const std::vector<ExpressionPtr>& list);
 void WriteType(std::string& out, const TypeName& type);
 
-void WriteQuery(std::string& out, const Query& query);
+/// into: the statement whose query it is, if its rows become a table.
+void WriteQuery(std::string& out, const Query& query, const SelectIntoStatement* into = nullptr);
+void WriteTables(std::string& out, const std::vector<TablePtr>& tables);
+/// "ORDER BY ..."; nothing without keys.
+void WriteOrder(std::string& out, const std::vector<OrderItem>& order);
 void WriteQueryInParentheses(std::string& out, const Query& query);
 
 }  // namespace kpTables::sql::parse

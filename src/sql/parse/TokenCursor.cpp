@@ -14,15 +14,17 @@ constexpr int kMostChained = 20000;
 
 /// Whether the token can follow a query in parentheses that is itself a member of a query.
 bool FollowsQuery(const Token& token) {
-    if (token.kind == TokenKind::Word) return SameWord(token.text, "UNION") || SameWord(token.text, "ORDER");
+    if (token.kind == TokenKind::Word)
+        return SameWord(token.text, "UNION") || SameWord(token.text, "ORDER") || SameWord(token.text, "INTERSECT") ||
+               SameWord(token.text, "EXCEPT");
     if (token.kind == TokenKind::Operator) return token.text == ")" || token.text == ";";
     return token.kind == TokenKind::End;
 }
 
 }  // namespace
 
-TokenCursor::TokenCursor(std::string_view text, std::span<const NamedLiteral> named)
-    : text_(text), stream_(Tokenize(text, named)) {
+TokenCursor::TokenCursor(std::string_view text, std::span<const NamedLiteral> named, Dialect dialect)
+    : text_(text), dialect_(dialect), stream_(Tokenize(text, named, dialect)) {
     FindQueries();
 }
 

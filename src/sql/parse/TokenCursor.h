@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "sql/parse/Lexer.h"
@@ -14,7 +16,10 @@ namespace kpTables::sql::parse {
 
 class TokenCursor {
 public:
-    explicit TokenCursor(std::string_view text, std::span<const NamedLiteral> named = {});
+    explicit TokenCursor(std::string_view text, std::span<const NamedLiteral> named = {},
+                         Dialect dialect = Dialect::Jet);
+
+    Dialect TextDialect() const noexcept { return dialect_; }
 
     const Token& Peek(std::size_t ahead = 0) const;
     const Token& Take();
@@ -38,6 +43,17 @@ public:
     /// Takes a whole number that becomes part of the tree without a node of its own.
     int TakeNumber(std::string_view what, int least, int most);
     std::vector<int> TakeFixedLiterals() { return std::move(fixedLiterals_); }
+
+    /// The table that SELECT ... INTO makes.
+    struct NewTable {
+        std::string name;
+        std::size_t offset = 0;
+    };
+    /// The next SELECT may have an INTO.
+    void AllowNewTable() { newTableAllowed_ = true; }
+    bool TakeNewTableAllowed() { return std::exchange(newTableAllowed_, false); }
+    void MakeTable(NewTable table) { newTable_ = std::move(table); }
+    const std::optional<NewTable>& MadeTable() const { return newTable_; }
 
     /// Raises SqlError at the next token (or the given one): "expected <what>".
     [[noreturn]] void Fail(std::string_view what) const;
@@ -69,9 +85,12 @@ private:
     void Enter();
 
     std::string_view text_;
+    Dialect dialect_;
     TokenStream stream_;
     std::vector<std::uint8_t> startsQuery_;  ///< by token
     std::vector<int> fixedLiterals_;
+    std::optional<NewTable> newTable_;
+    bool newTableAllowed_ = false;
     std::size_t at_ = 0;
     int depth_ = 0;
     int chained_ = 0;

@@ -15,11 +15,14 @@ struct TypeRow {
     bool counter = false;
     bool memo = false;
     bool fixed = false;
+    int precision = 0;  ///< of a DECIMAL that gives none
 };
 
 constexpr bool kCounter = true;
 constexpr bool kMemo = true;
 constexpr bool kFixed = true;
+constexpr int kDecimal = 18;
+constexpr int kBigInt = 19;
 
 constexpr std::array kTypes = {
     TypeRow{"COUNTER", Type::Long, kCounter},
@@ -40,12 +43,18 @@ constexpr std::array kTypes = {
     TypeRow{"NUMBER", Type::Double},
     TypeRow{"REAL", Type::Double},
     TypeRow{"SINGLE", Type::Double},
+    TypeRow{"BIGINT", Type::Currency, false, false, false, kBigInt},
+    TypeRow{"DECIMAL", Type::Currency, false, false, false, kDecimal},
+    TypeRow{"DEC", Type::Currency, false, false, false, kDecimal},
+    TypeRow{"NUMERIC", Type::Currency, false, false, false, kDecimal},
     TypeRow{"CURRENCY", Type::Currency},
     TypeRow{"MONEY", Type::Currency},
+    TypeRow{"SMALLMONEY", Type::Currency},
     TypeRow{"DATETIME", Type::Date},
     TypeRow{"DATE", Type::Date},
     TypeRow{"TIME", Type::Date},
     TypeRow{"SMALLDATETIME", Type::Date},
+    TypeRow{"DATETIME2", Type::Date},
     TypeRow{"YESNO", Type::Boolean},
     TypeRow{"LOGICAL", Type::Boolean},
     TypeRow{"BIT", Type::Boolean},
@@ -80,7 +89,27 @@ void ParseNumbering(TokenCursor& cursor) {
     cursor.ExpectOperator(")");
 }
 
+/// "(p)", "(p,s)", or nothing for (18,0).
+void ParseDecimal(TokenCursor& cursor, TypeName& type) {
+    constexpr int kMostDigits = 38;
+    constexpr int kMostDecimals = 4;
+    if (!cursor.AcceptOperator("(")) return;
+    type.precision = cursor.TakeNumber("a number of digits from 1 to 38", 1, kMostDigits);
+    if (cursor.AcceptOperator(",")) {
+        const int most = type.precision < kMostDecimals ? type.precision : kMostDecimals;
+        type.scale = cursor.TakeNumber("a number of decimals from 0 to 4, and no more than the digits", 0, most);
+    }
+    cursor.ExpectOperator(")");
+}
+
 void ParseLength(TokenCursor& cursor, TypeUse use, TypeName& type) {
+    if (cursor.AtOperator("(") && cursor.At("MAX", 1)) {
+        for (int i = 0; i < 2; ++i) cursor.Take();
+        cursor.ExpectOperator(")");
+        type.memo = true;
+        type.fixed = false;
+        return;
+    }
     if (cursor.AcceptOperator("(")) {
         type.length = cursor.TakeNumber("a length from 1 to 8000", 1, kLongestText);
         cursor.ExpectOperator(")");
@@ -88,6 +117,14 @@ void ParseLength(TokenCursor& cursor, TypeUse use, TypeName& type) {
     }
     type.fixed = false;
     if (use == TypeUse::Column) type.length = kDefaultLength;
+}
+
+/// "FLOAT(53)", "DATETIME2(7)": a precision that the book's types have anyway.
+void SkipPrecision(TokenCursor& cursor) {
+    constexpr int kMostBits = 53;
+    if (!cursor.AcceptOperator("(")) return;
+    cursor.TakeNumber("a precision", 0, kMostBits);
+    cursor.ExpectOperator(")");
 }
 
 }  // namespace
@@ -101,8 +138,16 @@ TypeName ParseTypeName(TokenCursor& cursor, TypeUse use) {
     type.counter = row->counter;
     type.memo = row->memo;
     type.fixed = row->fixed;
+    type.precision = row->precision;
+    type.cuts = row->precision == kBigInt;
+    if (use == TypeUse::Cast) {
+        type.dayOnly = SameWord(row->name, "DATE");
+        type.timeOnly = SameWord(row->name, "TIME");
+    }
+    if (row->precision == kDecimal) ParseDecimal(cursor, type);
     if (type.counter) ParseNumbering(cursor);
     if (type.type == Type::Text && !type.memo) ParseLength(cursor, use, type);
+    if (SameWord(row->name, "FLOAT") || SameWord(row->name, "DATETIME2")) SkipPrecision(cursor);
     return type;
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "sql/SqlError.h"
+
 namespace kpTables::sql::print {
 
 namespace {
@@ -65,6 +67,18 @@ std::string Engine::RowIdKey(std::string rowId, bool) const { return rowId; }
 
 bool Engine::KeepsOrder(const bind::Select&) const { return false; }
 
-std::string Engine::Limit(long long rows) const { return " LIMIT " + std::to_string(rows); }
+std::string Engine::Limit(std::optional<long long> rows, long long skip) const {
+    std::string text = rows ? " LIMIT " + std::to_string(*rows) : std::string();
+    if (skip > 0) text += " OFFSET " + std::to_string(skip);
+    return text;
+}
+
+std::string Engine::CounterRestart(const CatalogTable&) const {
+    throw SqlError(ErrorKind::Unsupported, "TRUNCATE of a table with a counter is not supported by this engine", 0);
+}
+
+std::string Engine::ColumnDefinition(const bind::Definition&, const std::string&) const {
+    throw SqlError(ErrorKind::Unsupported, "ALTER COLUMN is not supported by this engine", 0);
+}
 
 }  // namespace kpTables::sql::print

@@ -1,6 +1,7 @@
 // The hooks for what engines spell differently. The printer knows the grammar that they share.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,9 +50,14 @@ public:
     virtual std::string OrderKey(std::string key, bool descending) const;
     /// True when the engine yields the SELECT's implied order without an ORDER BY.
     virtual bool KeepsOrder(const bind::Select& select) const;
-    virtual std::string Limit(long long rows) const;
+    /// rows: how many at most, nothing for all; skip: of the first ones.
+    virtual std::string Limit(std::optional<long long> rows, long long skip) const;
 
     // ---- Tables ----
+    /// Lets the table's counter begin at 1 again. Unless an engine says how, SqlError Unsupported.
+    virtual std::string CounterRestart(const CatalogTable& table) const;
+    /// The definition of a column that ALTER COLUMN gives another type, as CREATE TABLE has it; likewise.
+    virtual std::string ColumnDefinition(const bind::Definition& column, const std::string& defaultText) const;
     virtual std::string SchemaChange(const bind::SchemaChange& change,
                                      const std::vector<std::string>& defaults) const = 0;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,17 +22,25 @@ public:
     Printer(const Engine& engine, const std::map<int, int>& parameters) : engine_(engine), parameters_(parameters) {}
 
     std::string Statement(const bind::BoundStatement& statement);
+    /// What follows the statement's own text; see Translation.
+    std::vector<std::string> Further(const bind::BoundStatement& statement);
+    std::optional<sql::ColumnChange> ColumnChange(const bind::BoundStatement& statement);
 
 private:
     // Expressions
     Piece Term(const bind::Term& term);
+    std::size_t LongChain(const std::vector<const bind::Term*>& spine) const;
+    Piece Joined(const std::vector<const bind::Term*>& spine, std::size_t links, Piece first);
     Piece Compose(const bind::Term& term, std::vector<Piece> parts);
     Piece Constant(const bind::ConstantTerm& constant) const;
     Piece Column(const bind::ColumnTerm& column);
     Piece Comparison(const bind::Comparison& term, std::vector<Piece> parts) const;
     Piece RowComparison(const bind::RowComparison& term, const std::vector<Piece>& parts) const;
     Piece Logic(const bind::Logic& term, std::vector<Piece> parts) const;
-    Piece Aggregate(const bind::Aggregate& term, std::vector<Piece> parts) const;
+    /// over: the window's text, "" for none.
+    Piece Aggregate(const bind::Aggregate& term, std::vector<Piece> parts, const std::string& over = {}) const;
+    Piece Window(const bind::WindowTerm& term, std::vector<Piece> parts);
+    std::string WindowText(const bind::WindowTerm& term, std::vector<Piece> parts) const;
     Piece Membership(Piece operand, bool negated, Piece list) const;
     Piece CollatedTerm(const bind::Term& term);
     Piece Collated(const bind::Term& term, Piece piece) const;
@@ -49,12 +58,14 @@ private:
     std::string Items(const bind::Select& select, bool labelled);
     std::string Orders(const bind::Select& select);
     std::string Position(const bind::OrderKey& key) const;
+    std::string Limit(const std::optional<bind::RowLimit>& limit, const std::string& unordered) const;
 
     // Statements
     std::string Insert(const bind::Insert& insert);
     std::string Update(const bind::Update& update);
     std::string Delete(const bind::Delete& erase);
     std::string SchemaChange(const bind::SchemaChange& change);
+    std::vector<std::string> Defaults(const bind::SchemaChange& change);
 
     const Engine& engine_;
     const std::map<int, int>& parameters_;

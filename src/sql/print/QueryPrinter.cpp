@@ -1,5 +1,6 @@
 // Queries. FROM is printed first, as it names the queries inside it.
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "sql/print/Printer.h"
@@ -18,13 +19,15 @@ bool IsOfEqualities(const bind::TermPtr& condition) {
     return std::all_of(both->operands.begin(), both->operands.end(), isEquality);
 }
 
+constexpr std::array<std::string_view, 4> kSetOperations = {" UNION ", " UNION ALL ", " INTERSECT ", " EXCEPT "};
+
 }  // namespace
 
 std::string Printer::Query(const bind::Query& query) {
     const bool labelled = query.use == bind::QueryUse::Table;
     std::string text;
     for (const auto& member : query.members) {
-        if (!text.empty()) text += member.all ? " UNION ALL " : " UNION ";
+        if (!text.empty()) text += kSetOperations[static_cast<std::size_t>(member.operation)];
         text += Select(member.select, labelled);
     }
     // Columns that are compared bring their collation along. Naming it again makes an engine misplace the last member's
@@ -36,7 +39,15 @@ std::string Printer::Query(const bind::Query& query) {
         text += isCollated ? engine_.OrderKey(std::to_string(*key.position), key.descending) : Position(key);
         separator = ", ";
     }
-    return text;
+    return text + Limit(query.limit, {});
+}
+
+std::string Printer::Limit(const std::optional<bind::RowLimit>& limit, const std::string& unordered) const {
+    if (!limit) return {};
+    if (!limit->percent) return engine_.Limit(limit->rows, limit->skip);
+    constexpr long long kWhole = 100 * 1000000LL;
+    return " LIMIT (SELECT (COUNT(*) * " + std::to_string(*limit->percent) + " + " + std::to_string(kWhole - 1) +
+           ") / " + std::to_string(kWhole) + " FROM (" + unordered + ") AS " + engine_.Name("all rows") + ")";
 }
 
 std::string Printer::Select(const bind::Select& select, bool labelled) {
@@ -45,9 +56,8 @@ std::string Printer::Select(const bind::Select& select, bool labelled) {
     rest += Groups(select);
     std::string text = (select.distinct ? "SELECT DISTINCT " : "SELECT ") + Items(select, labelled) + rest;
     text += Clause(" HAVING ", select.having);
-    text += Orders(select);
-    if (select.limit) text += engine_.Limit(*select.limit);
-    return text;
+    const std::string limit = Limit(select.limit, text);
+    return text + Orders(select) + limit;
 }
 
 std::string Printer::From(const std::vector<bind::TablePtr>& from) {
@@ -66,7 +76,9 @@ std::string Printer::Table(const bind::Table& table) {
 
 std::string Printer::SourceText(const bind::Source& source) {
     if (source.table && source.alias.empty()) return SourceName(source);
-    const std::string text = source.table ? engine_.Name(source.table->name) : QueryInParentheses(*source.query);
+    const std::string text = source.table            ? engine_.Name(source.table->name)
+                             : source.common.empty() ? QueryInParentheses(*source.query)
+                                                     : engine_.Name(source.common);
     return text + " AS " + SourceName(source);
 }
 

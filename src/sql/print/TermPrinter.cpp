@@ -1,4 +1,5 @@
 // Expressions.
+#include <functional>
 #include <utility>
 
 #include "sql/print/Printer.h"
@@ -52,13 +53,42 @@ Piece Between(const bind::BetweenTerm& term, std::vector<Piece> parts) {
     return Test(std::move(parts[0]), term.negated ? "NOT BETWEEN" : "BETWEEN", std::move(bounds), Precedence::Equality);
 }
 
+// How many searched cases are nested in the last or in the first result of a case, up to a limit.
+bool IsNestedDeeply(const bind::Term& term, bool inLast) {
+    constexpr int kDeep = 6;
+    int depth = 0;
+    for (const bind::Term* inner = &term; depth <= kDeep; ++depth) {
+        const auto* each = bind::If<bind::CaseTerm>(inner);
+        constexpr std::size_t kFirstResult = 1;
+        const bool goesOn = each && !each->hasOperand && (inLast ? each->hasElse : each->operands.size() == 3);
+        if (!goesOn) return false;
+        inner = (inLast ? each->operands.back() : each->operands[kFirstResult]).get();
+    }
+    return true;
+}
+
+// What stands between CASE and END of a printed case.
+std::string_view BodyOf(std::string_view text) {
+    constexpr std::string_view kCase = "CASE";
+    constexpr std::string_view kEnd = " END";
+    return text.substr(kCase.size(), text.size() - kCase.size() - kEnd.size());
+}
+
+// Engines limit the nesting: a case in the last result of a case continues it, and one in the first result does when
+// the condition is turned around.
 Piece Case(const bind::CaseTerm& term, const std::vector<Piece>& parts) {
+    if (IsNestedDeeply(term, false))
+        return {"CASE WHEN (" + parts[0].text + ") IS NOT TRUE THEN " + parts[2].text +
+                std::string(BodyOf(parts[1].text)) + " END"};
     Piece piece{"CASE"};
     std::size_t i = 0;
     if (term.hasOperand) piece.text.append(" ").append(parts[i++].text);
     for (; i + 1 < parts.size(); i += 2)
         piece.text.append(" WHEN ").append(parts[i].text).append(" THEN ").append(parts[i + 1].text);
-    if (term.hasElse) piece.text.append(" ELSE ").append(parts.back().text);
+    if (IsNestedDeeply(term, true))
+        piece.text.append(BodyOf(parts.back().text));
+    else if (term.hasElse)
+        piece.text.append(" ELSE ").append(parts.back().text);
     piece.text.append(" END");
     return piece;
 }
@@ -71,6 +101,11 @@ Piece Printer::Term(const bind::Term& top) {
     while (!spine.back()->operands.empty()) spine.push_back(spine.back()->operands.front().get());
     Piece piece;
     for (; !spine.empty(); spine.pop_back()) {
+        if (const std::size_t links = LongChain(spine)) {
+            piece = Joined(spine, links, std::move(piece));
+            spine.resize(spine.size() - links + 1);
+            continue;
+        }
         const bind::Term& term = *spine.back();
         std::vector<Piece> parts;
         if (!term.operands.empty()) parts.push_back(std::exchange(piece, {}));
@@ -78,6 +113,45 @@ Piece Printer::Term(const bind::Term& top) {
         piece = Compose(term, std::move(parts));
     }
     return piece;
+}
+
+// The number of concatenations at the end of the spine that nest too deeply, 0 when they may nest as they are.
+std::size_t Printer::LongChain(const std::vector<const bind::Term*>& spine) const {
+    constexpr std::size_t kLongestCalls = 16;
+    const auto* last = bind::If<bind::Concatenation>(spine.back());
+    if (!last) return 0;
+    const bool calls = last->nulls == bind::Concatenation::Nulls::Join;
+    std::size_t links = 0;
+    for (; links < spine.size(); ++links) {
+        const auto* link = bind::If<bind::Concatenation>(spine[spine.size() - 1 - links]);
+        if (!link || link->nulls != last->nulls) break;
+    }
+    return links > (calls ? kLongestCalls : engine_.LongestChain()) ? links : 0;
+}
+
+// Joining texts is associative, so a long chain is printed as a balanced tree.
+Piece Printer::Joined(const std::vector<const bind::Term*>& spine, std::size_t links, Piece first) {
+    const auto link = [&](std::size_t i) -> const bind::Concatenation& {
+        return As<bind::Concatenation>(*spine[spine.size() - 1 - i]);
+    };
+    std::vector<Piece> leaves{std::move(first)};
+    std::vector<bool> mayBeNull{link(0).leftMayBeNull};
+    for (std::size_t i = 0; i < links; ++i) {
+        leaves.push_back(Term(*link(i).operands[1]));
+        mayBeNull.push_back(link(i).rightMayBeNull);
+    }
+    bind::Concatenation joint = link(0);
+    const std::function<Piece(std::size_t, std::size_t)> balanced = [&](std::size_t begin, std::size_t end) -> Piece {
+        if (end - begin == 1) return std::move(leaves[begin]);
+        const std::size_t middle = begin + (end - begin) / 2;
+        Piece left = balanced(begin, middle);
+        Piece right = balanced(middle, end);
+        // What is joined of several texts is no Null.
+        joint.leftMayBeNull = middle - begin == 1 && mayBeNull[begin];
+        joint.rightMayBeNull = end - middle == 1 && mayBeNull[middle];
+        return engine_.Concatenated(joint, std::move(left), std::move(right));
+    };
+    return balanced(0, leaves.size());
 }
 
 Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
@@ -129,6 +203,8 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
             return Function(engine_.FunctionName(As<bind::CallTerm>(term).name), parts);
         case TermKind::Aggregate:
             return Aggregate(As<bind::Aggregate>(term), std::move(parts));
+        case TermKind::Window:
+            return Window(As<bind::WindowTerm>(term), std::move(parts));
         case TermKind::Case:
             return Case(As<bind::CaseTerm>(term), parts);
         case TermKind::DateOfParts:
@@ -181,12 +257,55 @@ Piece Printer::Logic(const bind::Logic& term, std::vector<Piece> parts) const {
                  engine_.LongestChain());
 }
 
-Piece Printer::Aggregate(const bind::Aggregate& term, std::vector<Piece> parts) const {
+Piece Printer::Aggregate(const bind::Aggregate& term, std::vector<Piece> parts, const std::string& over) const {
     Piece argument = term.allRows ? Piece{"*"} : std::move(parts.front());
     if (term.distinct) argument.text.insert(0, "DISTINCT ");
     Piece call = Function(engine_.AggregateName(term.function), {std::move(argument)});
     if (term.filtered) call.text.append(" FILTER (WHERE ").append(parts.back().text).append(")");
+    call.text += over;
     return engine_.Aggregated(term, std::move(call));
+}
+
+Piece Printer::Window(const bind::WindowTerm& term, std::vector<Piece> parts) {
+    Piece function = std::move(parts.front());
+    const std::string over = WindowText(term, std::move(parts));
+    const auto* aggregate = bind::If<bind::Aggregate>(term.operands.front());
+    if (!aggregate) return {function.text + over};
+    // The window belongs to the aggregate's call, inside of what the engine makes of it.
+    std::vector<Piece> own;
+    for (const bind::TermPtr& operand : aggregate->operands) own.push_back(Term(*operand));
+    return Aggregate(*aggregate, std::move(own), over);
+}
+
+std::string Printer::WindowText(const bind::WindowTerm& term, std::vector<Piece> parts) const {
+    std::string text = " OVER (";
+    const std::size_t firstOrder = 1 + term.partitionKeys;
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        if (i == 1 && i < firstOrder) text += "PARTITION BY ";
+        if (i == firstOrder) text += i > 1 ? " ORDER BY " : "ORDER BY ";
+        if (i > 1 && i != firstOrder) text += ", ";
+        text += i < firstOrder ? parts[i].text
+                               : engine_.OrderKey(std::move(parts[i].text), term.descending[i - firstOrder]);
+    }
+    if (!term.frame) return text + ")";
+    const auto bound = [](const FrameBound& each) -> std::string {
+        using enum FrameBound::Kind;
+        switch (each.kind) {
+            case UnboundedPreceding:
+                return "UNBOUNDED PRECEDING";
+            case Preceding:
+                return std::to_string(each.rows) + " PRECEDING";
+            case CurrentRow:
+                return "CURRENT ROW";
+            case Following:
+                return std::to_string(each.rows) + " FOLLOWING";
+            case UnboundedFollowing:
+                break;
+        }
+        return "UNBOUNDED FOLLOWING";
+    };
+    return text + (term.frame->byRows ? " ROWS BETWEEN " : " RANGE BETWEEN ") + bound(term.frame->first) + " AND " +
+           bound(term.frame->last) + ")";
 }
 
 Piece Printer::Membership(Piece operand, bool negated, Piece list) const {

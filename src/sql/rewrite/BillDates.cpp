@@ -226,7 +226,8 @@ void RecognizeBillDates(BoundStatement& statement) {
         for (OrderKey& key : query.orderBy) key.term = changed(key.term);
     });
     if (statement.insert)
-        for (TermPtr& value : statement.insert->values) value = changed(value);
+        for (Terms& row : statement.insert->rows)
+            for (TermPtr& value : row) value = changed(value);
     if (statement.update) {
         for (Update::Assignment& assignment : statement.update->assignments)
             assignment.value = changed(assignment.value);

@@ -11,11 +11,13 @@ namespace kpTables::sql::rewrite {
 namespace {
 
 bool IsPlain(const Select& select) {
-    return !select.distinct && !select.limit && !select.where && !select.grouped && select.from.size() == 1;
+    return !select.distinct && !select.limit && !select.where && !select.grouped && !select.windowed &&
+           select.from.size() == 1;
 }
 
 Select* OnlySelect(const Source& source) {
-    if (!source.query || source.query->members.size() != 1) return nullptr;
+    // A query that WITH names may have other readers.
+    if (!source.query || !source.common.empty() || source.query->members.size() != 1) return nullptr;
     return &source.query->members.front().select;
 }
 
@@ -32,7 +34,7 @@ bool HoldsQuery(const Term& term) {
 }  // namespace
 
 BillLines::BillLines(Select& select) : select_(select) {
-    if (select.where || select.from.size() != 1) return;
+    if (select.where || select.windowed || select.from.size() != 1) return;
     const TablePtr* from = &select.from.front();
     if ((*from)->source) {
         between_ = OnlySelect(*(*from)->source);

@@ -272,7 +272,7 @@ void DeferLookups(BoundStatement& statement) {
         if (query.isCorrelated || query.members.size() != 1) return;
         if (query.use != QueryUse::Result && query.use != QueryUse::Table) return;
         Select& select = query.members.front().select;
-        if (select.distinct || select.groupBy.empty() || select.from.size() != 1) return;
+        if (select.distinct || select.windowed || select.groupBy.empty() || select.from.size() != 1) return;
         DeferredLookup(select, statement.fixedLiterals).Apply();
     });
 }

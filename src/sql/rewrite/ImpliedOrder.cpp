@@ -66,19 +66,13 @@ std::vector<OrderKey> OrderOf(const Select& select) {
     return order;
 }
 
-bool ComparesRows(const Query& query) {
-    for (const Query::Member& member : query.members)
-        if (&member != &query.members.front() && !member.all) return true;
-    return false;
-}
-
 void Order(Query& query) {
     if (!query.orderBy.empty()) return;
     Select& first = query.members.front().select;
     if (query.members.size() == 1) {
         const bool isSeen = query.use == QueryUse::Result || first.limit;
         if (isSeen && first.orderBy.empty()) first.orderBy = OrderOf(first);
-    } else if (query.use == QueryUse::Result && ComparesRows(query)) {
+    } else if (query.use == QueryUse::Result && query.ComparesRows()) {
         query.orderBy = PositionsOf(first);
     }
 }

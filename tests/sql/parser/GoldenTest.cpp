@@ -51,6 +51,66 @@ TEST(Golden, Select) {
     Check(rows);
 }
 
+TEST(Golden, RowsOfSelect) {
+    const Row rows[] = {
+        {"Select Top (5) a From dbo.T", "SELECT TOP 5 a FROM T"},
+        {"Select Top 12.5 Percent a From T", "SELECT TOP 12.5 PERCENT a FROM T"},
+        {"Select Top (5) Percent a From [dbo].[T] x", "SELECT TOP 5 PERCENT a FROM T AS x"},
+        {"Select DistinctRow A.x From A Inner Join B On A.x=B.x",
+         "SELECT DISTINCTROW A.x FROM A INNER JOIN B ON A.x = B.x"},
+        {"Select a From T Order By a Offset 5 Rows", "SELECT a FROM T ORDER BY a OFFSET 5 ROWS"},
+        {"Select a From T Order By a Offset 0 Row Fetch First 1 Row Only",
+         "SELECT a FROM T ORDER BY a OFFSET 0 ROWS FETCH NEXT 1 ROWS ONLY"},
+        {"Select Offset, Fetch From T Offset", "SELECT Offset, Fetch FROM T AS Offset"},
+        {"Select a Into U From T", "SELECT a INTO U FROM T"},
+        {"Select dbo.T.a, [dbo].T.* From dbo.T", "SELECT T.a, T.* FROM T"},
+    };
+    Check(rows);
+}
+
+TEST(Golden, Lexical) {
+    const Row rows[] = {
+        {"Select a -- one\n, b /* two */ From T -- end", "SELECT a, b FROM T"},
+        {"-- first\nSelect 1;", "SELECT 1"},
+        {"Select N'a''b', n'x'", "SELECT 'a''b', 'x'"},
+        {"Select \"a\"\"b'c\"", "SELECT 'a\"b''c'"},
+        {"Select `a b`, `a]b` From `T`", "SELECT [a b], `a]b` FROM T"},
+        {"Select a % 2 * 3, a Mod 2", "SELECT (a MOD 2) * 3, a MOD 2"},
+        {"Select a From T Where a !< 1 And a !> 2 And a != 3", "SELECT a FROM T WHERE a >= 1 AND a <= 2 AND a <> 3"},
+        {"Select a From T Where a = Any (Select b From U) Or a <> All (Select b From U) Or a = Some (Select b From U)",
+         "SELECT a FROM T WHERE a IN (SELECT b FROM U) OR a NOT IN (SELECT b FROM U) OR a IN (SELECT b FROM U)"},
+    };
+    Check(rows);
+}
+
+TEST(Golden, QuotesAreNamesOfTheServer) {
+    EXPECT_EQ(Print(*Parse("Select \"a b\", 'x' From \"T\"", {}, Dialect::SqlServer)), "SELECT [a b], 'x' FROM T");
+}
+
+TEST(Golden, With) {
+    const Row rows[] = {
+        {"With c As (Select 1 As x) Select * From c", "WITH c AS (SELECT 1 AS x) SELECT * FROM c"},
+        {"With c (a, b) As (Select 1, 2), d As (Select a From c) Insert Into T Select a From d;",
+         "WITH c (a, b) AS (SELECT 1, 2), d AS (SELECT a FROM c) INSERT INTO T SELECT a FROM d"},
+        {"With c As (Select 1 As x) Delete From T Where a In (Select x From c)",
+         "WITH c AS (SELECT 1 AS x) DELETE FROM T WHERE a IN (SELECT x FROM c)"},
+    };
+    Check(rows);
+}
+
+TEST(Golden, Window) {
+    const Row rows[] = {
+        {"Select Row_Number() Over (Order By a Desc) From T", "SELECT Row_Number() OVER (ORDER BY a DESC) FROM T"},
+        {"Select Sum(a) Over (), Over From T", "SELECT Sum(a) OVER (), Over FROM T"},
+        {"Select Sum(a) Over (Partition By b, c Order By d, e Rows Between 2 Preceding And Unbounded Following) s From T",
+         "SELECT Sum(a) OVER (PARTITION BY b, c ORDER BY d, e ROWS BETWEEN 2 PRECEDING AND UNBOUNDED FOLLOWING) AS s "
+         "FROM T"},
+        {"Select Sum(a) Over (Order By d Range Unbounded Preceding) From T",
+         "SELECT Sum(a) OVER (ORDER BY d RANGE BETWEEN UNBOUNDED PRECEDING AND CURRENT ROW) FROM T"},
+    };
+    Check(rows);
+}
+
 TEST(Golden, Join) {
     const Row rows[] = {
         {"Select * From A Inner Join B On A.x=B.x Left Join C On B.y=C.y",
@@ -59,6 +119,12 @@ TEST(Golden, Join) {
          "SELECT * FROM A INNER JOIN B ON A.x = B.x LEFT JOIN C ON B.y = C.y"},
         {"Select * From A Right Outer Join (B b2 Left Join C On b2.y=C.y) On A.x=b2.x",
          "SELECT * FROM A RIGHT JOIN (B AS b2 LEFT JOIN C ON b2.y = C.y) ON A.x = b2.x"},
+        {"Select * From A Join B On A.x=B.x Cross Join C",
+         "SELECT * FROM A INNER JOIN B ON A.x = B.x INNER JOIN C ON True"},
+        {"Select * From A Left Join B Join C On B.y=C.y On A.x=B.x",
+         "SELECT * FROM A LEFT JOIN (B INNER JOIN C ON B.y = C.y) ON A.x = B.x"},
+        {"Select * From A With (NoLock), B x With (ReadUncommitted)", "SELECT * FROM A, B AS x"},
+        {"Select * From A Cross, B Full", "SELECT * FROM A AS Cross, B AS Full"},
         {"Select * From ((A))", "SELECT * FROM A"},
         {"Select * From ((Select 1 As x) As d Inner Join A On d.x=A.x)",
          "SELECT * FROM (SELECT 1 AS x) AS d INNER JOIN A ON d.x = A.x"},
@@ -86,6 +152,10 @@ TEST(Golden, Union) {
          "(SELECT a FROM A ORDER BY a) UNION (SELECT b FROM B ORDER BY b)"},
         {"Select a From A Order By a Union Select b From B Order By b",
          "(SELECT a FROM A ORDER BY a) UNION SELECT b FROM B ORDER BY b"},
+        {"Select a From A Intersect Select b From B Except Select c From C",
+         "SELECT a FROM A INTERSECT SELECT b FROM B EXCEPT SELECT c FROM C"},
+        {"Select a From A Union Select b From B Intersect Select c From C Except Select d From D Order By 1",
+         "SELECT a FROM A UNION (SELECT b FROM B INTERSECT SELECT c FROM C) EXCEPT SELECT d FROM D ORDER BY 1"},
         {"(Select a From A)", "SELECT a FROM A"},
         {"((Select a From A) Order By a)", "SELECT a FROM A ORDER BY a"},
         {"(Select Top 2 a From A Order By b) Order By a", "(SELECT TOP 2 a FROM A ORDER BY b) ORDER BY a"},
@@ -131,6 +201,20 @@ TEST(Golden, Change) {
         {"Delete From T", "DELETE FROM T"},
         {"Delete * From T x Where a=1", "DELETE FROM T AS x WHERE a = 1"},
         {"Delete From操作员", "DELETE FROM 操作员"},
+        {"Insert T Values (1, 2), (3, 4)", "INSERT INTO T VALUES (1, 2), (3, 4)"},
+        {"Insert Into dbo.T Default Values", "INSERT INTO T DEFAULT VALUES"},
+        {"Update A Inner Join B On A.x=B.x Set A.y=B.y, A.z=1 Where B.w",
+         "UPDATE A INNER JOIN B ON A.x = B.x SET A.y = B.y, A.z = 1 WHERE B.w"},
+        {"Update DistinctRow A, B Set A.y=B.y", "UPDATE A, B SET A.y = B.y"},
+        {"Update a Set a.y=b.y From dbo.T a Join U b On a.x=b.x",
+         "UPDATE a SET a.y = b.y FROM T AS a INNER JOIN U AS b "
+         "ON a.x = b.x"},
+        {"Delete A.* From A Inner Join B On A.x=B.x", "DELETE FROM A FROM A INNER JOIN B ON A.x = B.x"},
+        {"Delete DistinctRow A.* From A, B", "DELETE FROM A FROM A, B"},
+        {"Delete a From T a Join U b On a.x=b.x Where b.y=1",
+         "DELETE FROM a FROM T AS a INNER JOIN U AS b ON a.x = b.x WHERE b.y = 1"},
+        {"Delete T Where a=1", "DELETE FROM T WHERE a = 1"},
+        {"Truncate Table dbo.T", "TRUNCATE TABLE T"},
     };
     Check(rows);
 }
@@ -164,6 +248,19 @@ TEST(Golden, Definition) {
         {"Drop Table T", "DROP TABLE T"},
         {"Drop Index i On T", "DROP INDEX i ON T"},
         {"Alter Table T Add Column a Text(20)", "ALTER TABLE T ADD COLUMN a TEXT(20)"},
+        {"Create Table dbo.T (a NVARCHAR(Max), b DATETIME2(7), c SMALLMONEY Constraint d Default (0), e INT "
+         "IDENTITY(1,1) Not Null Primary Key Clustered, Constraint u Unique NonClustered (a Asc, b Desc)) On [Primary]",
+         "CREATE TABLE T (a MEMO, b DATETIME, c CURRENCY DEFAULT 0, e COUNTER NOT NULL PRIMARY KEY, UNIQUE (a, b))"},
+        {"Drop Table If Exists dbo.T", "DROP TABLE IF EXISTS T"},
+        {"Drop Index T.i", "DROP INDEX i ON T"},
+        {"Create NonClustered Index i On dbo.T (a)", "CREATE INDEX i ON T (a)"},
+        {"Create Index i On T (a) With Primary", "CREATE UNIQUE INDEX i ON T (a)"},
+        {"Alter Table T Add a LONG, b TEXT(5) Null", "ALTER TABLE T ADD COLUMN a LONG, b TEXT(5)"},
+        {"Alter Table T Alter Column a TEXT(9) Not Null", "ALTER TABLE T ALTER COLUMN a TEXT(9) NOT NULL"},
+        {"Alter Table T Drop Column a, Column b, c", "ALTER TABLE T DROP COLUMN a, b, c"},
+        {"Alter Table T Add Constraint u Unique (a, b)", "CREATE UNIQUE INDEX u ON T (a, b)"},
+        {"Alter Table T Add Primary Key (a)", "CREATE UNIQUE INDEX PK_a ON T (a)"},
+        {"Alter Table T Drop Constraint u", "DROP INDEX u ON T"},
         {"Alter Table T Add a LONG NOT NULL DEFAULT 0", "ALTER TABLE T ADD COLUMN a LONG NOT NULL DEFAULT 0"},
     };
     Check(rows);

@@ -45,6 +45,11 @@ TEST(Statements, KindByFirstWord) {
         {"Drop Table T", StatementKind::DropTable},
         {"Drop Index i On T", StatementKind::DropIndex},
         {"Alter Table T Add a LONG", StatementKind::AddColumn},
+        {"Alter Table T Alter Column a LONG", StatementKind::AlterColumn},
+        {"Alter Table T Drop Column a", StatementKind::DropColumn},
+        {"Select a Into U From T", StatementKind::SelectInto},
+        {"With c As (Select 1) Select * From c", StatementKind::Select},
+        {"Truncate Table T", StatementKind::Delete},
     };
     for (const Row& row : rows) EXPECT_EQ(Parse(row.text)->kind, row.kind) << row.text;
 }

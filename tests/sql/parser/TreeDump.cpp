@@ -12,6 +12,7 @@ constexpr std::array<std::string_view, 3> kUnary = {"minus", "plus", "not"};
 constexpr std::array<std::string_view, 19> kBinary = {"power",  "times", "over", "div", "mod", "plus", "minus",
                                                       "concat", "eq",    "ne",   "lt",  "le",  "gt",   "ge",
                                                       "and",    "or",    "xor",  "eqv", "imp"};
+constexpr std::array<std::string_view, 4> kSetOperations = {" distinct", " all", " intersect", " except"};
 constexpr std::array<std::string_view, 3> kJoins = {"inner", "left", "right"};
 
 std::string DumpQuery(const Query& query);
@@ -36,7 +37,24 @@ std::string Names(const std::vector<std::string>& names) {
 
 std::string TypeText(const TypeName& type) {
     return " type:" + std::to_string(static_cast<int>(type.type)) + ":" + std::to_string(type.length) +
-           (type.counter ? ":counter" : "") + (type.memo ? ":memo" : "") + (type.fixed ? ":fixed" : "");
+           (type.counter ? ":counter" : "") + (type.memo ? ":memo" : "") + (type.fixed ? ":fixed" : "") +
+           (type.precision > 0 ? ":" + std::to_string(type.precision) + "," + std::to_string(type.scale) : "") +
+           (type.cuts ? ":cuts" : "") + (type.dayOnly ? ":day" : "") + (type.timeOnly ? ":time" : "");
+}
+
+std::string Order(const std::vector<OrderItem>& order) {
+    std::string out;
+    for (const OrderItem& item : order) out += (item.descending ? " desc" : " asc") + Maybe(item.expression);
+    return out;
+}
+
+std::string DumpWindow(const Window& e) {
+    std::string out = Node("window") + " " + Dump(*e.call) + List(e.partitionBy) + Order(e.orderBy);
+    if (!e.frame) return out;
+    const auto bound = [](const FrameBound& each) {
+        return " " + std::to_string(static_cast<int>(each.kind)) + ":" + std::to_string(each.rows);
+    };
+    return out + (e.frame->byRows ? " rows" : " range") + bound(e.frame->first) + bound(e.frame->last);
 }
 
 std::string DumpCase(const Case& e) {
@@ -49,7 +67,7 @@ std::string DumpPredicate(const Expression& e) {
     switch (e.kind) {
         case ExpressionKind::Like:
             return Node(As<Like>(e).negated ? "notlike" : "like") + Maybe(As<Like>(e).operand) +
-                   Maybe(As<Like>(e).pattern);
+                   Maybe(As<Like>(e).pattern) + (As<Like>(e).escape ? Maybe(As<Like>(e).escape) : std::string());
         case ExpressionKind::Between:
             return Node(As<Between>(e).negated ? "notbetween" : "between") + Maybe(As<Between>(e).operand) +
                    Maybe(As<Between>(e).low) + Maybe(As<Between>(e).high);
@@ -86,8 +104,11 @@ std::string DumpOpen(const Expression& e) {
         case ExpressionKind::Call:
             return Node(As<Call>(e).distinct ? "calldistinct" : "call") + Quoted(As<Call>(e).name) +
                    List(As<Call>(e).arguments);
+        case ExpressionKind::Window:
+            return DumpWindow(As<Window>(e));
         case ExpressionKind::Cast:
-            return Node("cast") + Maybe(As<Cast>(e).operand) + TypeText(As<Cast>(e).type);
+            return Node("cast") + Maybe(As<Cast>(e).operand) + TypeText(As<Cast>(e).type) +
+                   (As<Cast>(e).style ? Maybe(As<Cast>(e).style) : std::string());
         case ExpressionKind::Case:
             return DumpCase(As<Case>(e));
         default:
@@ -110,7 +131,8 @@ std::string DumpTable(const TableExpression& table) {
 }
 
 std::string DumpCore(const SelectCore& core) {
-    std::string out = Node(core.distinct ? "selectdistinct" : "select") + " top" + Maybe(core.top);
+    const char* const name = core.distinct ? "selectdistinct" : core.distinctRow ? "selectdistinctrow" : "select";
+    std::string out = Node(name) + (core.percent ? " percent" : " top") + Maybe(core.top);
     for (const SelectItem& item : core.items) out += " item" + Maybe(item.expression) + Quoted(item.alias);
     for (const TablePtr& table : core.from) out += " from" + DumpTable(*table);
     return out + " where" + Maybe(core.where) + " group" + List(core.groupBy) + " having" + Maybe(core.having) + ")";
@@ -119,22 +141,31 @@ std::string DumpCore(const SelectCore& core) {
 std::string DumpQuery(const Query& query) {
     std::string out = Node("query");
     for (const Query::Member& member : query.members) {
-        out += member.all ? " all" : " distinct";
+        out += kSetOperations[static_cast<std::size_t>(member.operation)];
         out += member.core ? DumpCore(*member.core) : DumpQuery(*member.nested);
     }
-    for (const OrderItem& item : query.orderBy) out += (item.descending ? " desc" : " asc") + Maybe(item.expression);
+    out += Order(query.orderBy);
+    if (query.skip) out += " skip" + Maybe(query.skip) + " fetch" + Maybe(query.fetch);
     return out + ")";
 }
 
+std::string Tables(const std::vector<TablePtr>& tables) {
+    std::string out;
+    for (const TablePtr& table : tables) out += " from" + DumpTable(*table);
+    return out;
+}
+
 std::string DumpInsert(const InsertStatement& s) {
-    return Node("insert") + Quoted(s.table) + Names(s.columns) + List(s.values) + (s.query ? DumpQuery(*s.query) : "");
+    std::string out = Node("insert") + Quoted(s.table) + Names(s.columns);
+    for (const std::vector<ExpressionPtr>& row : s.rows) out += List(row);
+    return out + (s.query ? DumpQuery(*s.query) : "");
 }
 
 std::string DumpUpdate(const UpdateStatement& s) {
     std::string out = Node("update") + Quoted(s.table) + Quoted(s.alias);
     for (const UpdateStatement::Assignment& a : s.assignments)
         out += " set" + Quoted(a.table) + Quoted(a.column) + Maybe(a.value);
-    return out + " where" + Maybe(s.where);
+    return out + Tables(s.from) + " where" + Maybe(s.where);
 }
 
 std::string DumpDefinition(const ColumnDefinition& column) {
@@ -166,6 +197,10 @@ std::string DumpOpen(const Statement& s) {
     switch (s.kind) {
         case StatementKind::Select:
             return Node("statement") + DumpQuery(*static_cast<const SelectStatement&>(s).query);
+        case StatementKind::SelectInto: {
+            const auto& into = static_cast<const SelectIntoStatement&>(s);
+            return Node("into") + Quoted(into.table) + DumpQuery(*into.query);
+        }
         case StatementKind::Transform:
             return DumpTransform(static_cast<const TransformStatement&>(s));
         case StatementKind::Insert:
@@ -174,21 +209,33 @@ std::string DumpOpen(const Statement& s) {
             return DumpUpdate(static_cast<const UpdateStatement&>(s));
         case StatementKind::Delete: {
             const auto& d = static_cast<const DeleteStatement&>(s);
-            return Node("delete") + Quoted(d.table) + Quoted(d.alias) + Maybe(d.where);
+            return Node(d.truncates ? "truncate" : "delete") + Quoted(d.table) + Quoted(d.alias) + Tables(d.from) +
+                   Maybe(d.where);
         }
         case StatementKind::CreateTable:
             return DumpCreateTable(static_cast<const CreateTableStatement&>(s));
         case StatementKind::CreateIndex:
             return DumpCreateIndex(static_cast<const CreateIndexStatement&>(s));
         case StatementKind::DropTable:
-            return Node("droptable") + Quoted(static_cast<const DropTableStatement&>(s).table);
+            return Node(static_cast<const DropTableStatement&>(s).ifExists ? "droptableifexists" : "droptable") +
+                   Quoted(static_cast<const DropTableStatement&>(s).table);
         case StatementKind::DropIndex: {
             const auto& d = static_cast<const DropIndexStatement&>(s);
             return Node("dropindex") + Quoted(d.index) + Quoted(d.table);
         }
         case StatementKind::AddColumn: {
             const auto& a = static_cast<const AddColumnStatement&>(s);
-            return Node("addcolumn") + Quoted(a.table) + DumpDefinition(a.column);
+            std::string out = Node("addcolumn") + Quoted(a.table);
+            for (const ColumnDefinition& column : a.columns) out += DumpDefinition(column);
+            return out;
+        }
+        case StatementKind::AlterColumn: {
+            const auto& a = static_cast<const AlterColumnStatement&>(s);
+            return Node("altercolumn") + Quoted(a.table) + DumpDefinition(a.column);
+        }
+        case StatementKind::DropColumn: {
+            const auto& d = static_cast<const DropColumnStatement&>(s);
+            return Node("dropcolumn") + Quoted(d.table) + Names(d.columns);
         }
     }
     return {};
@@ -198,6 +245,11 @@ std::string DumpOpen(const Statement& s) {
 
 std::string Dump(const Expression& expression) { return DumpOpen(expression) + ")"; }
 
-std::string Dump(const Statement& statement) { return DumpOpen(statement) + ")"; }
+std::string Dump(const Statement& statement) {
+    std::string with;
+    for (const CommonTable& table : statement.with)
+        with += Node("with") + Quoted(table.name) + Names(table.columns) + DumpQuery(*table.query) + ")";
+    return with + DumpOpen(statement) + ")";
+}
 
 }  // namespace kpTables::sql::parse

@@ -141,6 +141,33 @@ TEST(Errors, Definitions) {
     });
 }
 
+TEST(Errors, EverydayStatements) {
+    CheckErrors({
+        {"Select l From T Where Row_Number() Over (Order By l) = 1", ErrorKind::Syntax,
+         "in the select list or in ORDER BY"},
+        {"Select Row_Number() Over () From T", ErrorKind::Syntax, "needs an ORDER BY"},
+        {"Select Count(Distinct l) Over () From T", ErrorKind::Unsupported, "over a window is not supported"},
+        {"Select First(l) Over (Order By l) From T", ErrorKind::Unsupported, "over a window is not supported"},
+        {"Select Percent_Rank() Over (Order By l) From T", ErrorKind::Unsupported, "undefined window function"},
+        {"Select Sum(l) Over (Order By l Rows Between Current Row And 1 Preceding) From T", ErrorKind::Syntax,
+         "ends before it begins"},
+        {"Select Sum(l) Over (Rows Unbounded Preceding) From T", ErrorKind::Syntax, "a frame needs an ORDER BY"},
+        {"Select Sum(l) Over (Order By l Range 1 Preceding) From T", ErrorKind::Unsupported, "RANGE with a number"},
+        {"Select Top 2 l From T Order By l Offset 1 Rows", ErrorKind::Syntax, "TOP or OFFSET, not both"},
+        {"Select Top 101 Percent l From T", ErrorKind::Syntax, "from 0 to 100"},
+        {"With x As (Select * From x) Select * From x", ErrorKind::Unsupported, "refers to itself"},
+        {"With x As (Select 1 As a), X As (Select 2 As a) Select * From x", ErrorKind::Syntax, "stands twice in WITH"},
+        {"With x (a, b) As (Select 1) Select * From x", ErrorKind::Syntax, "names 2 columns, its query has 1"},
+        {"With x As (Select 1 As a) Update x Set a = 2 From x", ErrorKind::Syntax, "only those of a table"},
+        {"Update T Inner Join P On T.l = P.pj Set T.c = 1, P.name = 'x'", ErrorKind::Unsupported, "changes one table"},
+        {"Update T Set T.c = 1 From T a, T b", ErrorKind::Syntax, "stands twice in FROM"},
+        {"Update a Set b.c = 1 From T a, T b", ErrorKind::Syntax, "changes 'a', not 'b'"},
+        {"Select DistinctRow q.z From T, (Select 1 As z) q", ErrorKind::Unsupported, "DISTINCTROW of a query"},
+        {"Alter Table T Alter Column id TEXT(5)", ErrorKind::Unsupported, "keeps its type"},
+        {"Alter Table T Drop Column none", ErrorKind::UnknownColumn, "'none'"},
+    });
+}
+
 TEST(Errors, ComputedColumns) {
     CheckErrors({
         {"Insert Into R (id,MORE) Values (1,2)", ErrorKind::Unsupported, "'more' is computed", "MORE"},

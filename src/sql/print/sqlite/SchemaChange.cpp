@@ -17,17 +17,6 @@ std::string QuotedList(const std::vector<std::string>& names) {
     return list + ")";
 }
 
-std::string ColumnText(const Definition& definition, const std::string& defaultText) {
-    const ColumnDefinition& column = *definition.column;
-    std::string text = QuotedName(column.name) + " " + DeclaredType(column.type, definition.isSoleKey);
-    if (!column.source.empty()) return text + " AS (" + QuotedName(column.source) + ")";
-    const bool holdsRowId = definition.HoldsRowId();
-    if (definition.notNull && !holdsRowId) text += " NOT NULL";
-    if (column.unique && !holdsRowId) text += " UNIQUE";
-    if (!defaultText.empty()) text += " DEFAULT " + defaultText;
-    return text;
-}
-
 std::string CreateTable(const CreateTableStatement& statement, const bind::SchemaChange& change,
                         const std::vector<std::string>& defaults) {
     std::string text = "CREATE TABLE " + QuotedName(statement.table);
@@ -57,6 +46,17 @@ std::string CreateIndex(const CreateIndexStatement& statement, const bind::Schem
 
 }  // namespace
 
+std::string ColumnText(const Definition& definition, const std::string& defaultText) {
+    const ColumnDefinition& column = *definition.column;
+    std::string text = QuotedName(column.name) + " " + DeclaredType(column.type, definition.isSoleKey);
+    if (!column.source.empty()) return text + " AS (" + QuotedName(column.source) + ")";
+    const bool holdsRowId = definition.HoldsRowId();
+    if (definition.notNull && !holdsRowId) text += " NOT NULL";
+    if (column.unique && !holdsRowId) text += " UNIQUE";
+    if (!defaultText.empty()) text += " DEFAULT " + defaultText;
+    return text;
+}
+
 std::string SchemaChangeText(const bind::SchemaChange& change, const std::vector<std::string>& defaults) {
     const Statement& statement = *change.statement;
     switch (statement.kind) {
@@ -65,10 +65,15 @@ std::string SchemaChangeText(const bind::SchemaChange& change, const std::vector
         case StatementKind::CreateIndex:
             return CreateIndex(static_cast<const CreateIndexStatement&>(statement), change);
         case StatementKind::DropTable:
+            if (!change.table)
+                return "DROP TABLE IF EXISTS " + QuotedName(static_cast<const DropTableStatement&>(statement).table);
             return "DROP TABLE " + QuotedName(change.table->name);
         case StatementKind::DropIndex:
             return "DROP INDEX " +
                    QuotedName(IndexName(change.table->name, static_cast<const DropIndexStatement&>(statement).index));
+        case StatementKind::DropColumn:
+            return "ALTER TABLE " + QuotedName(change.table->name) + " DROP COLUMN " +
+                   QuotedName(change.keys.front()->name);
         default:
             return "ALTER TABLE " + QuotedName(change.table->name) + " ADD COLUMN " +
                    ColumnText(change.columns.front(), defaults.front());

@@ -18,12 +18,20 @@ struct OwnName {
 };
 
 /// The functions that SQLite has itself; all others are registered under a name of ours.
-constexpr std::array<OwnName, 8> kOwnNames = {{
+constexpr std::array<OwnName, 16> kOwnNames = {{
     {"abs", "abs"},
     {"coalesce", "COALESCE"},
+    {"dense_rank", "dense_rank"},
+    {"first_value", "first_value"},
+    {"lag", "lag"},
     {"last_counter", "last_insert_rowid"},
+    {"last_value", "last_value"},
+    {"lead", "lead"},
     {"length", "length"},
     {"ltrim", "ltrim"},
+    {"ntile", "ntile"},
+    {"rank", "rank"},
+    {"row_number", "row_number"},
     {"rtrim", "rtrim"},
     {"substr", "substr"},
     {"trim", "trim"},
@@ -178,6 +186,20 @@ public:
     std::string GroupKey(std::string key, bool sorted) const override { return sorted ? "+" + key : key; }
 
     bool KeepsOrder(const bind::Select& select) const override { return ComesByItsGroups(select); }
+
+    // SQLite takes an offset behind a limit only.
+    std::string Limit(std::optional<long long> rows, long long skip) const override {
+        constexpr long long kAll = -1;
+        return Engine::Limit(rows ? rows : kAll, skip);
+    }
+
+    std::string CounterRestart(const CatalogTable& table) const override {
+        return "UPDATE sqlite_sequence SET seq = 0 WHERE name = " + Text(table.name);
+    }
+
+    std::string ColumnDefinition(const bind::Definition& column, const std::string& defaultText) const override {
+        return ColumnText(column, defaultText);
+    }
 
     std::string SchemaChange(const bind::SchemaChange& change,
                              const std::vector<std::string>& defaults) const override {

@@ -1,0 +1,11 @@
+#include "engines/common/Driver.h"
+
+#include "sql/SqlError.h"
+
+namespace kpTables::engines {
+
+void Driver::ChangeColumn(const sql::ColumnChange&) {
+    throw sql::SqlError(sql::ErrorKind::Unsupported, "ALTER COLUMN is not supported by this engine", 0);
+}
+
+}  // namespace kpTables::engines
