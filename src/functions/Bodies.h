@@ -8,8 +8,9 @@ namespace kpTables::functions {
 using Signature = void(const Arguments& arguments, Answer& answer);
 
 // ConversionFunctions.cpp
-Signature FormatOfDate, FormatOfNumber, FormatOfText, IsDate, IsNumeric, Str, TextOfBoolean, TextOfCurrency, TextOfDate,
-    TextOfDouble, ToBoolean, ToCurrency, ToDate, ToDouble, ToLong, ToServerDate, ToShort, ToSingle, Val;
+Signature FormatOfDate, FormatOfNumber, FormatOfText, IsDate, IsNumeric, IsServerDate, Str, TextOfBoolean,
+    TextOfCurrency, TextOfDate, TextOfDouble, ToBoolean, ToCurrency, ToDate, ToDouble, ToLong, ToServerDate, ToShort,
+    ToSingle, Val;
 
 // DateFunctions.cpp
 Signature AddDays, DateNumber, DateSerial, DateValue, Day, DayAndTime, DaysBetween, Hour, Minute, Month, Now, Second,

@@ -86,6 +86,8 @@ void Val(const Arguments& a, Answer& answer) { answer.Number(text::LeadingNumber
 
 void IsDate(const Arguments& a, Answer& answer) { answer.Test(a.IsText(0) && text::ParseDate(a.Text(0))); }
 
+void IsServerDate(const Arguments& a, Answer& answer) { answer.Test(a.IsText(0) && ReadServerDate(a.Text(0))); }
+
 void IsNumeric(const Arguments& a, Answer& answer) {
     answer.Test(!a.AnyNull() && (!a.IsText(0) || text::ParseNumber(a.Text(0))));
 }

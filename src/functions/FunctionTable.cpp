@@ -57,6 +57,7 @@ constexpr Function kFunctions[] = {
     {"kp_instrrev", 2, 4, kDeterministic, kNullForNull, InStrRev},
     {"kp_int", 1, 1, kDeterministic, kNullForNull, Int},
     {"kp_isdate", 1, 1, kDeterministic, kTakesNull, IsDate},
+    {"kp_isdate_server", 1, 1, kDeterministic, kTakesNull, IsServerDate},
     {"kp_isnumeric", 1, 1, kDeterministic, kTakesNull, IsNumeric},
     {"kp_join", 2, 2, kDeterministic, kTakesNull, Join},
     {"kp_lcase", 1, 1, kDeterministic, kNullForNull, Lower},

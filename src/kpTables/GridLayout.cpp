@@ -96,8 +96,7 @@ bool CTables::Header(InOut<GridPtr> rfg, InOut<std::string> rTableName, InOut<st
     } else {
         const auto rows = db::OpenText(
             cnn_, Fill("Select * From Header Where {tableName}='{table}' And Flag='{flag}'", tableName, table, flag));
-        Grid& grid = Required(rfg);
-        for (; !rows->Eof(); rows->MoveNext()) ApplyRow(grid, *rows, names.position);
+        for (; !rows->Eof(); rows->MoveNext()) ApplyRow(Required(rfg), *rows, names.position);
         rows->Close();
     }
     return false;

@@ -62,14 +62,24 @@ struct Marshal<std::shared_ptr<VariantArray>> {
     }
 };
 
-/// Nothing is a null pointer; an object of another kind is a type mismatch.
+/// Stands for an object that is no T: whatever is asked of it is error 438. The same object each time.
+template <class T>
+std::shared_ptr<T> Memberless();
+template <>
+std::shared_ptr<Grid> Memberless<Grid>();
+template <>
+std::shared_ptr<ProgressBar> Memberless<ProgressBar>();
+
+/// Nothing is a null pointer; an object of another kind is a type mismatch, or, of those that are driven late-bound,
+/// one that lacks every member.
 template <class T>
 std::shared_ptr<T> TakeObject(const Variant& argument) {
     const auto* object = argument.If<ObjectPtr>();
     if (!object) Raise(ErrorNumber::TypeMismatch);
     auto result = std::dynamic_pointer_cast<T>(*object);
-    if (*object && !result) Raise(ErrorNumber::TypeMismatch);
-    return result;
+    if (result || !*object) return result;
+    if constexpr (std::is_same_v<T, Grid> || std::is_same_v<T, ProgressBar>) return Memberless<T>();
+    Raise(ErrorNumber::TypeMismatch);
 }
 
 template <class T>
@@ -123,6 +133,10 @@ P Pass(typename ByParameter<P>::Value& value) {
 template <class P>
 void WriteBack(Variant& argument, typename ByParameter<P>::Value& value) {
     if constexpr (ByParameter<P>::kInOut) {
+        if constexpr (std::is_same_v<typename ByParameter<P>::Value, GridPtr>) {
+            // The caller's variable keeps an object that is no grid.
+            if (value && value == Memberless<Grid>()) return;
+        }
         if (!argument.IsMissing()) argument = Variant(std::move(value));
     }
 }

@@ -1,7 +1,9 @@
 #include "engines/common/RowWriter.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "functions/DecimalFit.h"
 #include "functions/TextLength.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -16,9 +18,14 @@ namespace {
 
 }  // namespace
 
+RowWriter::RowWriter(WrittenTable table)
+    : table_(std::move(table)),
+      hasDecimals_(std::any_of(table_.columns.begin(), table_.columns.end(),
+                               [](const WrittenTable::Column& column) { return column.precision > 0; })) {}
+
 std::int64_t RowWriter::Insert(const ColumnSet& set, WrittenValues values) {
     CheckLengths(set, values);
-    const std::int64_t rowId = InsertRow(set, values);
+    const std::int64_t rowId = hasDecimals_ ? InsertRow(set, Fit(set, values).values) : InsertRow(set, values);
     if (!table_.rowIdColumn || std::in_range<std::int32_t>(rowId)) return rowId;
     DeleteRow(rowId);
     const std::string& column = table_.columns[static_cast<std::size_t>(*table_.rowIdColumn)].name;
@@ -27,7 +34,26 @@ std::int64_t RowWriter::Insert(const ColumnSet& set, WrittenValues values) {
 
 void RowWriter::Change(std::int64_t rowId, const ColumnSet& set, WrittenValues values) {
     CheckLengths(set, values);
+    if (hasDecimals_) return ChangeRow(rowId, set, Fit(set, values).values);
     ChangeRow(rowId, set, values);
+}
+
+RowWriter::Fitted RowWriter::Fit(const ColumnSet& set, WrittenValues values) const {
+    Fitted fitted{{values.begin(), values.end()}, {}};
+    std::size_t given = 0;
+    for (std::size_t i = 0; i < table_.columns.size(); ++i) {
+        if (!set.Has(static_cast<int>(i))) continue;
+        const Variant*& value = fitted.values[given++];
+        const WrittenTable::Column& column = table_.columns[i];
+        const auto* amount = value->If<Currency>();
+        if (column.precision == 0 || !amount) continue;
+        const std::int64_t scaled = functions::DecimalAmount(amount->Scaled(), column.scale);
+        if (const auto complaint = functions::DecimalComplaint(scaled, column.precision, column.scale);
+            !complaint.empty())
+            RaiseOverflow("Overflow in the column '" + column.name + "': " + complaint);
+        value = &fitted.rounded.emplace_back(Currency::FromScaled(scaled));
+    }
+    return fitted;
 }
 
 void RowWriter::CheckLengths(const ColumnSet& set, WrittenValues values) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <span>
 #include <string>
@@ -19,6 +20,8 @@ struct WrittenTable {
         std::string name;
         Variant defaultValue;  ///< what the engine stores when none is given; Null when it has none
         int length = 0;        ///< characters that a text may have; 0 for any number
+        int precision = 0;     ///< of DECIMAL(p,s); 0 for any other
+        int scale = 0;
     };
 
     std::string name;
@@ -33,7 +36,7 @@ using WrittenValues = std::span<const Variant* const>;
 /// Writes rows of a table, identified by the engine's row id. An invalid value is a DatabaseError.
 class RowWriter {
 public:
-    explicit RowWriter(WrittenTable table) : table_(std::move(table)) {}
+    explicit RowWriter(WrittenTable table);
     virtual ~RowWriter() = default;
     RowWriter(const RowWriter&) = delete;
     RowWriter& operator=(const RowWriter&) = delete;
@@ -53,9 +56,18 @@ private:
     virtual void ChangeRow(std::int64_t rowId, const ColumnSet& set, WrittenValues values) = 0;
     virtual void DeleteRow(std::int64_t rowId) = 0;
 
+    /// The values as their columns keep them, and what holds those that differ from the given ones.
+    struct Fitted {
+        std::vector<const Variant*> values;
+        std::deque<Variant> rounded;
+    };
+
     void CheckLengths(const ColumnSet& set, WrittenValues values) const;
+    /// Amounts of DECIMAL(p,s) columns with their decimals; error Overflow for one with too many digits.
+    Fitted Fit(const ColumnSet& set, WrittenValues values) const;
 
     WrittenTable table_;
+    bool hasDecimals_;
 };
 
 }  // namespace kpTables::engines

@@ -115,7 +115,8 @@ WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog) {
     const sql::CatalogTable& table = *catalog.Find(source.table);
     const std::string rowId = catalog.RowIdColumn(source.table);
     for (const std::string& name : source.columns) {
-        WrittenTable::Column column{name, Variant::Null(), sql::FindColumn(table, name)->length};
+        const sql::CatalogColumn& stored = *sql::FindColumn(table, name);
+        WrittenTable::Column column{name, Variant::Null(), stored.length, stored.precision, stored.scale};
         for (const TableInfo::Column& known : info.columns) {
             if (sql::SameName(known.name, name)) column.defaultValue = known.defaultValue;
         }

@@ -60,11 +60,21 @@ TermPtr BindSum(const sql::Call& call, TermPtr argument, const Place& place) {
     return AggregateOf(AggregateFunction::Sum, call, std::move(argument), type, place);
 }
 
+// The sum in ten-thousandths by ten thousand times the count: one quotient of whole numbers is the nearest Double.
+TermPtr AmountAverage(const sql::Call& call, const TermPtr& argument, const Place& place) {
+    TermPtr sum = AggregateOf(AggregateFunction::Sum, call, argument, Type::Double, place);
+    TermPtr count = AggregateOf(AggregateFunction::Count, call, argument, Type::Long, place);
+    TermPtr units = std::make_shared<Arithmetic>(ArithmeticOperator::Multiply, std::move(count),
+                                                 NumberConstant("10000.0", Type::Double), Type::Double);
+    return Call("div", {std::move(sum), std::move(units)}, Type::Double);
+}
+
 TermPtr BindAverage(const sql::Call& call, TermPtr argument, const Place& place) {
     argument = Summable(place.context, std::move(argument));
     const bool money = argument->type == Type::Currency;
     const bool cut = IsWhole(argument->type) && !place.context.IsJet();
     const Type type = money ? Type::Currency : Type::Double;
+    if (money && !place.window) return AmountAverage(call, argument, place);
     TermPtr average = AggregateOf(AggregateFunction::Average, call, std::move(argument), type, place);
     if (cut) return Converted(place.context, Call("fix", {std::move(average)}, Type::Double), Type::Long);
     return money ? AsNumber(place.context, std::move(average)) : average;

@@ -5,6 +5,7 @@
 
 #include "sql/Names.h"
 #include "sql/SqlError.h"
+#include "sql/bind/Cast.h"
 #include "sql/bind/Conversions.h"
 #include "sql/bind/QueryBinder.h"
 #include "sql/bind/StatementBinder.h"
@@ -101,6 +102,13 @@ TermPtr BindWhere(Context& context, const ExpressionPtr& where, const Scope& sco
 }  // namespace
 
 TermPtr ColumnValue(Context& context, TermPtr value, const CatalogColumn& column) {
+    if (column.precision > 0 && value->type != Type::Null) {
+        TypeName decimal;
+        decimal.type = column.type;
+        decimal.precision = column.precision;
+        decimal.scale = column.scale;
+        return BindCast(context, std::move(value), decimal);
+    }
     value = AsStored(context, std::move(value), column.type);
     if (column.length == 0 || value->type == Type::Null) return value;
     return Call(

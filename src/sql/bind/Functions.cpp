@@ -49,7 +49,6 @@ TermPtr BindFunction(const sql::Call& call, const DialectFunction& function, con
         std::string_view why;
     };
     constexpr std::string_view kDomain = "is Access's own, not its database engine's: use a query in parentheses";
-    constexpr std::string_view kTrying = "is not supported: test with ISNUMERIC or ISDATE in a CASE";
     constexpr Refused kRefused[] = {
         {"davg", kDomain},
         {"dcount", kDomain},
@@ -61,9 +60,6 @@ TermPtr BindFunction(const sql::Call& call, const DialectFunction& function, con
         {"dstdev", kDomain},
         {"dsum", kDomain},
         {"dvar", kDomain},
-        {"try_cast", kTrying},
-        {"try_convert", kTrying},
-        {"try_parse", kTrying},
         {"rnd", "is not supported: its answers cannot be repeated"},
         {"rand", "is not supported: its answers cannot be repeated"},
     };

@@ -99,7 +99,8 @@ TermPtr IsNumericTest(Context& context, Terms arguments) {
 
 TermPtr IsDateTest(Context& context, Terms arguments) {
     const bool date = arguments[0]->type == Type::Date;
-    return AsFlag(context, ReadsAs(context, std::move(arguments[0]), date, "isdate"));
+    return AsFlag(context,
+                  ReadsAs(context, std::move(arguments[0]), date, context.IsJet() ? "isdate" : "isdate_server"));
 }
 
 // A number that is rounded keeps its type: a whole one is left as it is.

@@ -122,6 +122,8 @@ ExpressionPtr ParsePrimary(TokenCursor& cursor) {
     if (AtCall(cursor)) {
         if (cursor.At("CAST")) return ParseCast(cursor);
         if (cursor.At("CONVERT")) return ParseConvert(cursor);
+        for (const std::string_view trying : {"TRY_CAST", "TRY_CONVERT", "TRY_PARSE"})
+            if (cursor.At(trying)) cursor.FailUnsupported(cursor.Peek(), std::string(trying));
         if (cursor.At("EXISTS")) return ParseExists(cursor);
         return ParseCall(cursor);
     }

@@ -33,6 +33,7 @@ std::string DeclaredType(const TypeName& type, bool soleKey) {
         const int length = type.length > 0 ? type.length : kUnstatedLength;
         return Collated("TEXT(" + std::to_string(length) + ")");
     }
+    if (type.precision > 0) return "DECIMAL(" + std::to_string(type.precision) + "," + std::to_string(type.scale) + ")";
     for (const auto& [text, known] : kDeclared)
         if (known == type.type) return known == Type::Text ? Collated(std::string(text)) : std::string(text);
     return {};
@@ -49,6 +50,12 @@ CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view decla
         column.type = Type::Text;
         const auto length = declaredType.substr(std::min(word.size() + 1, declaredType.size()));
         std::from_chars(length.data(), length.data() + length.size(), column.length);
+    }
+    if (SameName(word, "DECIMAL")) {
+        column.type = Type::Currency;
+        const char* const end = declaredType.data() + declaredType.size();
+        const auto precision = std::from_chars(std::min(word.data() + word.size() + 1, end), end, column.precision);
+        std::from_chars(std::min(precision.ptr + 1, end), end, column.scale);
     }
     return column;
 }

@@ -60,6 +60,7 @@ constexpr EngineFunction kFunctions[] = {
      "InStrRev(text, find[, last[, compare]]): position from 1 of the last one that ends at last or before it"},
     {"kp_int", 1, 1, kDeterministic, kScalar, "double cut to a whole number downward"},
     {"kp_isdate", 1, 1, kDeterministic, kScalar, "1 when the text reads as a date, else 0; Null gives 0"},
+    {"kp_isdate_server", 1, 1, kDeterministic, kScalar, "1 or 0: whether the text reads as a date on the server"},
     {"kp_isnumeric", 1, 1, kDeterministic, kScalar, "1 when the text reads as a number, else 0; Null gives 0"},
     {"kp_join", 2, 2, kDeterministic, kScalar, "both texts, Null as an empty text; Null when both are"},
     {"kp_last", 1, 1, kDeterministic, kAggregate, "value of the last row, Null included"},
