@@ -6,6 +6,7 @@ translation has the gaps of its message. update takes the messages of the source
 empty in them.
 """
 
+import functools
 import pathlib
 import re
 import subprocess
@@ -17,7 +18,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 FOLDERS = ["include/kpTables", "src/text", "src/functions", "src/recordset", "src/sql", "src/engines", "src/bookkeeping", "src/kpbook"]
 # What takes messages, and as which argument; two numbers: the forms for one and for several.
 KEYWORDS = ["Message:1", "CountedMessage:2,3", "Translated:1", "Translatable:1", "AddCommand:3", "AddAction:3",
-            "add_option:3", "add_flag:3", "AddMonth:4", "AddText:4", "AddDay:4", "AddValues:3", "Heading:1"]
+            "add_option:3", "add_flag:3", "AddMonth:4", "AddText:4", "AddDay:4", "AddValues:3", "Heading:1",
+            "TakeName:1", "TakeNumber:1", "ParseCount:3", "Fail:1,1t", "Fail:3,3t"]
 # Of those that take two messages, the second.
 FURTHER_KEYWORDS = ["AddCommand:4", "AddAction:4"]
 GAP = re.compile(r"\{[1-9]\}")
@@ -67,16 +69,22 @@ def entries(path):
     return found
 
 
+@functools.cache
+def extracted():
+    """The entries of the sources."""
+    with tempfile.TemporaryDirectory() as folder:
+        template = pathlib.Path(folder) / "kpbook.pot"
+        extract(template)
+        return entries(template)
+
+
 def catalogues():
     return sorted((ROOT / "po").glob("*.po"))
 
 
 def faults():
     """What is wrong with the translations, a line each."""
-    with tempfile.TemporaryDirectory() as folder:
-        template = pathlib.Path(folder) / "kpbook.pot"
-        extract(template)
-        messages = entries(template)
+    messages = extracted()
     for path in catalogues():
         translated = entries(path)
         if "#~" in path.read_text(encoding="utf-8"):

@@ -53,7 +53,7 @@ void Match(const Arguments& a, Answer& answer, text::LikeRules rules) {
     if (a.Count() > 2) {
         rules.escape = a.Text(2);
         if (text::CountCharacters(rules.escape) != 1)
-            Raise(FaultNumber::InvalidCall, "the sign of ESCAPE is one character");
+            Raise(FaultNumber::InvalidCall, Message("the sign of ESCAPE is one character"));
     }
     answer.Test(text::Like(a.Text(0), a.Text(1), rules));
 }

@@ -3,6 +3,7 @@
 #include <exception>
 #include <new>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Catalogue.h"
 #include "kpbook/CommandLine.h"
 #include "kpbook/Exit.h"
@@ -24,7 +25,7 @@ int main(int count, char** words) {
         return RunCommandLine(count, words);
     } catch (const std::bad_alloc&) {
         // Nothing that tells of it may need memory.
-        std::fputs("kpbook: Out of memory\n", stderr);
+        std::fprintf(stderr, "kpbook: %s\n", Translated("Out of memory"));
         return kFailed;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "kpbook: %s\n", ReplaceInvalidUtf8(error.what()).c_str());

@@ -50,7 +50,7 @@ RowWriter::Fitted RowWriter::Fit(const ColumnSet& set, WrittenValues values) con
         const std::int64_t scaled = functions::DecimalAmount(amount->Scaled(), column.scale);
         if (const auto complaint = functions::DecimalComplaint(scaled, column.precision, column.scale);
             !complaint.empty())
-            RaiseOverflow("Overflow in the column '" + column.name + "': " + complaint);
+            RaiseOverflow(Message("Overflow in the column '{1}': {2}", column.name, complaint));
         value = &fitted.rounded.emplace_back(Currency::FromScaled(scaled));
     }
     return fitted;

@@ -37,7 +37,7 @@ NamedValues ReadParameters(const std::vector<std::string>& words) {
     NamedValues values;
     for (const std::string& word : words) {
         const auto sign = word.find('=');
-        if (sign == 0 || sign == word.npos) throw UsageError("--param takes NAME=VALUE, not '" + word + "'");
+        if (sign == 0 || sign == word.npos) throw UsageError(Message("--param takes NAME=VALUE, not '{1}'", word));
         values.push_back({word.substr(0, sign), WholeIfItIs(input::ReadArgument(word.substr(sign + 1)))});
     }
     return values;

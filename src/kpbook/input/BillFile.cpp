@@ -154,8 +154,8 @@ SheetRow ReadLineWord(const std::string& word, std::int64_t row) {
         const std::string part = word.substr(at, end - at);
         const auto equals = part.find('=');
         if (equals == std::string::npos || equals == 0) {
-            throw UsageError("--line " + word + ": '" + part +
-                             "' is not COLUMN=VALUE, such as 商品=01001,数量=5,单价=12.5");
+            throw UsageError(
+                Message("--line {1}: '{2}' is not COLUMN=VALUE, such as 商品=01001,数量=5,单价=12.5", word, part));
         }
         line.cells[Cell(std::string_view(part).substr(0, equals))] = Cell(std::string_view(part).substr(equals + 1));
         at = end + 1;
