@@ -8,6 +8,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -47,7 +48,7 @@ ActingOperator::ActingOperator(ConnectionPtr book, const std::string& name,
                                const std::function<std::string()>& password)
     : book_(std::move(book)) {
     const auto rows = book_->Execute("Select ID,姓名 From 操作员 Where 姓名='" + Quoted(name) + "'");
-    if (rows->RecordCount() > 1) RefuseWith("several operators have the name " + name + "; rename one");
+    if (rows->RecordCount() > 1) RefuseWith(Message("several operators have the name {1}; rename one", name));
     const bool known = !rows->Eof();
     std::string stored;
     if (known) {
@@ -57,7 +58,7 @@ ActingOperator::ActingOperator(ConnectionPtr book, const std::string& name,
     }
     const bool right = known && (stored.empty() || password() == stored);
     if (!known) password();
-    if (!right) RefuseWith("the operator's name or password is wrong");
+    if (!right) RefuseWith(Message("the operator's name or password is wrong"));
     warehouse_ = CheckedTables(book_).Ask([&](CTables& tables) { return tables.Get管理仓库(id_); });
 }
 
@@ -66,7 +67,7 @@ bool ActingOperator::Has(const std::string& right) const {
 }
 
 void ActingOperator::Require(const std::string& right) const {
-    if (!Has(right)) RefuseWith("the operator " + name_ + " does not have the right " + right);
+    if (!Has(right)) RefuseWith(Message("the operator {1} does not have the right {2}", name_, right));
 }
 
 void ActingOperator::Log(Date when, const std::string& what) const {
@@ -96,13 +97,14 @@ bool OperatorRequired(const ConnectionPtr& book) {
 
 void RequireOperator(const ConnectionPtr& book, bool required) {
     if (required && !HasRows(*book, "Select ID From 操作员 Where 系统设置=True")) {
-        RefuseWith("no operator has the right 系统设置, so nobody could change the setting again; add one first");
+        RefuseWith(
+            Message("no operator has the right 系统设置, so nobody could change the setting again; add one first"));
     }
     CheckedTables(book).Ask([&](CTables& tables) {
         tables.Update_Option(kRequired, Variant(required ? kYes : "不必"));
         return true;
     });
-    if (OperatorRequired(book) != required) RefuseWith("the setting could not be stored");
+    if (OperatorRequired(book) != required) RefuseWith(Message("the setting could not be stored"));
 }
 
 }  // namespace kpTables::bookkeeping

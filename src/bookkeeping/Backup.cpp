@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -50,7 +51,7 @@ bool Exists(const std::string& path) {
 void Move(const fs::path& from, const fs::path& to) {
     std::error_code error;
     fs::rename(from, to, error);
-    if (error) Fail("'" + to.string() + "' cannot be written: " + error.message());
+    if (error) Fail(Message("'{1}' cannot be written: {2}", to.string(), SystemMessage(error)));
 }
 
 std::string Generation(const std::string& path, int number) {
@@ -70,20 +71,20 @@ void PlaceNewest(const NewCopy& copy, const BackupOptions& options) {
 
 void Check(const std::string& path, const BackupOptions& options) {
     const auto faults = options.open(path)->IntegrityFaults();
-    if (!faults.empty()) Fail("the copy is damaged: " + faults.front());
+    if (!faults.empty()) Fail(Message("the copy is damaged: {1}", faults.front()));
 }
 
 void RequireFree(const BackupOptions& options) {
     if (options.keep == 0) {
-        if (Exists(options.path)) Fail("'" + options.path + "' exists already; it was left as it is");
+        if (Exists(options.path)) Fail(Message("'{1}' exists already; it was left as it is", options.path));
         return;
     }
     for (int number = 0; number < options.keep; ++number) {
         const std::string file = Generation(options.path, number);
         std::error_code ignored;
         if (!options.bookFile.empty() && fs::equivalent(PathOf(file), PathOf(options.bookFile), ignored))
-            Fail("'" + file + "' is the book itself");
-        if (fs::is_directory(PathOf(file), ignored)) Fail("'" + file + "' is a directory");
+            Fail(Message("'{1}' is the book itself", file));
+        if (fs::is_directory(PathOf(file), ignored)) Fail(Message("'{1}' is a directory", file));
     }
     // A generation that moves up is not lost; a single one is written over.
     if (options.keep == 1 && Exists(options.path)) options.open(options.path);

@@ -8,6 +8,7 @@
 #include "bookkeeping/Query.h"
 #include "kpTables/Convert.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -53,8 +54,9 @@ private:
 
     template <class Figure>
     void Expect(const BalanceRow& row, const std::string& column, const char* what, Figure expected, Figure found) {
+        const GapValue gaps[] = {column};
         if (!Same(expected, found))
-            findings_.push_back({warehouse_, row.year, month_, row.product, column + what, expected, found});
+            findings_.push_back({warehouse_, row.year, month_, row.product, FillGaps(what, gaps), expected, found});
     }
 
     Connection& book_;
@@ -97,7 +99,8 @@ void WarehouseCheck::ReadMonth() {
     rows_ = ReadBalance(book_, warehouse_, month_);
     for (const BalanceRow& row : last_) {
         if (!Find(rows_, row.product))
-            findings_.push_back({warehouse_, row.year, month_, row.product, "was not carried in: there is no row"});
+            findings_.push_back(
+                {warehouse_, row.year, month_, row.product, Message("was not carried in: there is no row")});
     }
 }
 
@@ -105,8 +108,9 @@ void WarehouseCheck::ReadMonth() {
 void WarehouseCheck::CheckProductsOnBills(const FiguresByProduct& figures, const std::string& kind) {
     for (const auto& [product, of] : figures) {
         if (!Find(rows_, product))
-            findings_.push_back({warehouse_, 0, month_, product, kind + "记录: no balance row in a closed month",
-                                 Variant::Null(), LinesText(of.lines)});
+            findings_.push_back({warehouse_, 0, month_, product,
+                                 Message("{1}记录: no balance row in a closed month", kind), Variant::Null(),
+                                 LinesText(of.lines)});
     }
 }
 
@@ -133,35 +137,35 @@ void WarehouseCheck::CheckRow(const BalanceRow& row, const BalanceRow* last) {
 
 void WarehouseCheck::CheckOpening(const BalanceRow& row, const BalanceRow* last) {
     if (!last || last->doubled) return;
-    constexpr const char* kWhat = " is not the last month's closing stock";
-    Expect(row, "上期库存单价", kWhat, last->closing.price, row.opening.price);
-    Expect(row, "上期库存数量", kWhat, last->closing.quantity, row.opening.quantity);
-    Expect(row, "上期库存金额", kWhat, last->closing.amount, row.opening.amount);
+    const char* const what = Translated("{1} is not the last month's closing stock");
+    Expect(row, "上期库存单价", what, last->closing.price, row.opening.price);
+    Expect(row, "上期库存数量", what, last->closing.quantity, row.opening.quantity);
+    Expect(row, "上期库存金额", what, last->closing.amount, row.opening.amount);
 }
 
 void WarehouseCheck::CheckTotals(const BalanceRow& row, const BalanceRow* last) {
     if (!last || last->doubled) return;
-    constexpr const char* kWhat = " is not the last month's and this month's together";
-    Expect(row, "累计入库数量", kWhat, last->inTotal.quantity + row.in.quantity, row.inTotal.quantity);
-    Expect(row, "累计入库金额", kWhat, Plus(last->inTotal.amount, row.in.amount), row.inTotal.amount);
-    Expect(row, "累计出库数量", kWhat, last->outTotal.quantity + row.out.quantity, row.outTotal.quantity);
+    const char* const what = Translated("{1} is not the last month's and this month's together");
+    Expect(row, "累计入库数量", what, last->inTotal.quantity + row.in.quantity, row.inTotal.quantity);
+    Expect(row, "累计入库金额", what, Plus(last->inTotal.amount, row.in.amount), row.inTotal.amount);
+    Expect(row, "累计出库数量", what, last->outTotal.quantity + row.out.quantity, row.outTotal.quantity);
     // A closing takes the costs alone for a product that has any since January, also in months without: compared with
     // the bills, the figure tells more.
     if (costs_ && Of(bills_.costTotal, row.product)) return;
-    Expect(row, "累计出库金额", kWhat, Plus(last->outTotal.amount, row.out.amount), row.outTotal.amount);
+    Expect(row, "累计出库金额", what, Plus(last->outTotal.amount, row.out.amount), row.outTotal.amount);
 }
 
 void WarehouseCheck::CheckClosing(const BalanceRow& row) {
-    constexpr const char* kWhat = " is not opening + inbound - outbound";
-    Expect(row, "本期库存数量", kWhat, row.opening.quantity + row.in.quantity - row.out.quantity, row.closing.quantity);
-    Expect(row, "本期库存金额", kWhat, Plus(row.opening.amount, row.in.amount, row.out.amount), row.closing.amount);
+    const char* const what = Translated("{1} is not opening + inbound - outbound");
+    Expect(row, "本期库存数量", what, row.opening.quantity + row.in.quantity - row.out.quantity, row.closing.quantity);
+    Expect(row, "本期库存金额", what, Plus(row.opening.amount, row.in.amount, row.out.amount), row.closing.amount);
     const double quantity = row.closing.quantity;
-    Expect(row, "本期库存单价", " is not amount / quantity",
+    Expect(row, "本期库存单价", Translated("{1} is not amount / quantity"),
            quantity > 0 ? row.closing.amount.ToDouble() / quantity : 0, row.closing.price);
 }
 
 void WarehouseCheck::CheckAgainstBills(const BalanceRow& row) {
-    constexpr const char* kWhat = " is not what the bills add up to";
+    const char* const what = Translated("{1} is not what the bills add up to");
     const auto sums = [&row](const FiguresByProduct& figures) {
         const auto* of = Of(figures, row.product);
         return of ? of->sums : Stock();
@@ -171,21 +175,21 @@ void WarehouseCheck::CheckAgainstBills(const BalanceRow& row) {
         return of ? *of : Total();
     };
     const Stock in = sums(bills_.in);
-    Expect(row, "本期入库单价", kWhat, in.price, row.in.price);
-    Expect(row, "本期入库数量", kWhat, in.quantity, row.in.quantity);
-    Expect(row, "本期入库金额", kWhat, in.amount, row.in.amount);
+    Expect(row, "本期入库单价", what, in.price, row.in.price);
+    Expect(row, "本期入库数量", what, in.quantity, row.in.quantity);
+    Expect(row, "本期入库金额", what, in.amount, row.in.amount);
     const Total inTotal = total(bills_.inTotal);
-    Expect(row, "累计入库数量", kWhat, inTotal.quantity, row.inTotal.quantity);
-    Expect(row, "累计入库金额", kWhat, inTotal.amount, row.inTotal.amount);
+    Expect(row, "累计入库数量", what, inTotal.quantity, row.inTotal.quantity);
+    Expect(row, "累计入库金额", what, inTotal.amount, row.inTotal.amount);
     const Stock out = sums(bills_.out);
     const Total outTotal = total(bills_.outTotal);
     const bool cost = costs_ && Of(bills_.cost, row.product);
     const bool costTotal = costs_ && Of(bills_.costTotal, row.product);
-    Expect(row, "本期出库单价", kWhat, out.price, row.out.price);
-    Expect(row, "本期出库数量", kWhat, out.quantity, row.out.quantity);
-    Expect(row, "本期出库金额", kWhat, cost ? sums(bills_.cost).amount : out.amount, row.out.amount);
-    Expect(row, "累计出库数量", kWhat, outTotal.quantity, row.outTotal.quantity);
-    Expect(row, "累计出库金额", kWhat, costTotal ? total(bills_.costTotal).amount : outTotal.amount,
+    Expect(row, "本期出库单价", what, out.price, row.out.price);
+    Expect(row, "本期出库数量", what, out.quantity, row.out.quantity);
+    Expect(row, "本期出库金额", what, cost ? sums(bills_.cost).amount : out.amount, row.out.amount);
+    Expect(row, "累计出库数量", what, outTotal.quantity, row.outTotal.quantity);
+    Expect(row, "累计出库金额", what, costTotal ? total(bills_.costTotal).amount : outTotal.amount,
            row.outTotal.amount);
 }
 
@@ -197,7 +201,7 @@ void CheckDoubledRows(Connection& book, std::vector<Finding>& findings) {
     for (; !rows->Eof(); rows->MoveNext()) {
         findings.push_back({IdOf(rows->GetValue(0)), IdOf(rows->GetValue(1)).value_or(0),
                             IdOf(rows->GetValue(2)).value_or(0), IdOf(rows->GetValue(3)),
-                            "仓库余额表: more than one row", std::int32_t{1}, rows->GetValue(4)});
+                            Message("仓库余额表: more than one row"), std::int32_t{1}, rows->GetValue(4)});
     }
 }
 

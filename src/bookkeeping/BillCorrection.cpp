@@ -11,6 +11,7 @@
 #include "kpTables/Quoted.h"
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/BillNumbers.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -41,7 +42,7 @@ void RefuseToChange(const StoredBill& bill, const std::string& reason) {
 /// Refuses what may not be changed any more.
 void CheckMayChange(const StoredBill& bill, BillResolver& resolver) {
     if (!bill.auditor.empty()) {
-        RefuseToChange(bill, "it is audited by " + bill.auditor + "; take the audit back first");
+        RefuseToChange(bill, Message("it is audited by {1}; take the audit back first", bill.auditor));
     }
     if (const auto closed = resolver.RefusalOfMonth(bill.warehouse, bill.month); !closed.empty()) {
         RefuseToChange(bill, resolver.WarehouseName(bill.warehouse) + ": " + closed);
@@ -83,7 +84,7 @@ NewBill AsEntered(const BillPair& pair, const BillChanges& changes) {
     entry.number = pair.bill.number;
     entry.remarks = pair.bill.remarks;
     entry.clerk = pair.bill.clerk;
-    if (!pair.bill.date && !changes.date) RefuseToChange(pair.bill, "it has no date; give it one");
+    if (!pair.bill.date && !changes.date) RefuseToChange(pair.bill, Message("it has no date; give it one"));
     Take(entry.date, changes.date);
     Take(entry.partner, changes.partner);
     Take(entry.project, changes.project);
@@ -99,13 +100,13 @@ void CheckFields(const StoredBill& bill, const BillChanges& changes) {
     const bool isCost = bill.family == BillFamily::Cost;
     if (isCost &&
         (changes.partner || changes.project || changes.type || changes.subtype || changes.number || changes.remarks)) {
-        RefuseToChange(bill, "a cost bill has a date, a warehouse and lines only");
+        RefuseToChange(bill, Message("a cost bill has a date, a warehouse and lines only"));
     }
-    if (changes.number && changes.number->empty()) RefuseToChange(bill, "a bill needs a number");
-    if (changes.lines && changes.lines->empty()) RefuseToChange(bill, "a bill needs at least one line");
-    if (bill.IsTransfer() && changes.partner) RefuseToChange(bill, "a transfer has no partner");
+    if (changes.number && changes.number->empty()) RefuseToChange(bill, Message("a bill needs a number"));
+    if (changes.lines && changes.lines->empty()) RefuseToChange(bill, Message("a bill needs at least one line"));
+    if (bill.IsTransfer() && changes.partner) RefuseToChange(bill, Message("a transfer has no partner"));
     if (bill.IsTransfer() && changes.type && *changes.type != kTransferType) {
-        RefuseToChange(bill, "a transfer stays a 调拨单");
+        RefuseToChange(bill, Message("a transfer stays a 调拨单"));
     }
 }
 
@@ -138,8 +139,8 @@ Corrected EditBill(const ConnectionPtr& book, BillFamily family, std::int32_t id
     if (!faults.empty()) throw BillsRefused(std::move(faults));
     after.bill.warehouse = changes.warehouse.value_or(before.bill.warehouse);
     if (family != BillFamily::Cost && IsNumberTaken(*book, after.bill, id, before.OtherId())) {
-        RefuseToChange(before.bill, "month " + std::to_string(after.bill.month) + " has a " + after.bill.type + " " +
-                                        after.bill.number + " already; give it another number");
+        RefuseToChange(before.bill, Message("month {1} has a {2} {3} already; give it another number", after.bill.month,
+                                            after.bill.type, after.bill.number));
     }
     if (after.other) Follow(*after.other, after.bill, changes);
     StockMoves moves;
@@ -180,14 +181,14 @@ Corrected RemoveBill(const ConnectionPtr& book, BillFamily family, std::int32_t 
 
 Corrected AuditBill(const ConnectionPtr& book, BillFamily family, std::int32_t id, const std::string& auditor,
                     Date date) {
-    if (family == BillFamily::Cost) RefuseWith("cost bills have no auditor");
-    if (auditor.empty()) RefuseWith("the auditor's name is empty");
+    if (family == BillFamily::Cost) RefuseWith(Message("cost bills have no auditor"));
+    if (auditor.empty()) RefuseWith(Message("the auditor's name is empty"));
     Transaction transaction(*book);
     CheckedTables checked(book);
     BillPair pair = ReadPair(book, family, id);
     const auto stamp = [&](const StoredBill& bill) {
-        if (!bill.auditor.empty()) RefuseToChange(bill, "it is audited by " + bill.auditor + " already");
-        checked.Do("the audit is not written", [&](CTables& tables) {
+        if (!bill.auditor.empty()) RefuseToChange(bill, Message("it is audited by {1} already", bill.auditor));
+        checked.Do(Translated("the audit is not written"), [&](CTables& tables) {
             return tables.BillAdulting(SelectorOf(bill.family), bill.id, Quoted(auditor), Variant(date));
         });
     };
@@ -200,10 +201,10 @@ Corrected AuditBill(const ConnectionPtr& book, BillFamily family, std::int32_t i
 }
 
 Corrected UndoAudit(const ConnectionPtr& book, BillFamily family, std::int32_t id) {
-    if (family == BillFamily::Cost) RefuseWith("cost bills have no auditor");
+    if (family == BillFamily::Cost) RefuseWith(Message("cost bills have no auditor"));
     Transaction transaction(*book);
     BillPair pair = ReadPair(book, family, id);
-    if (pair.bill.auditor.empty()) RefuseToChange(pair.bill, "it is not audited");
+    if (pair.bill.auditor.empty()) RefuseToChange(pair.bill, Message("it is not audited"));
     const auto clear = [&](const StoredBill& bill) {
         book->Execute("Update " + TablesOf(bill.family).Headers() +
                       " Set 审核员='',审核日期=Null Where BillID=" + std::to_string(bill.id));

@@ -6,6 +6,7 @@
 #include "bookkeeping/BillRun.h"
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/BillNumbers.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -13,13 +14,11 @@ namespace {
 
 /// The first fault, and how many more there are.
 std::string Summary(const std::vector<BillFault>& faults) {
-    if (faults.empty()) return "nothing was entered";
+    if (faults.empty()) return Message("nothing was entered");
     const BillFault& first = faults.front();
-    std::string text = first.bill.empty() ? "" : "bill " + first.bill + ": ";
-    if (!first.column.empty()) text += first.column + ": ";
-    text += first.reason;
-    if (faults.size() > 1) text += " (and " + std::to_string(faults.size() - 1) + " more)";
-    return text;
+    const std::string reason = first.column.empty() ? first.reason : first.column + ": " + first.reason;
+    const std::string text = first.bill.empty() ? reason : Message("bill {1}: {2}", first.bill, reason);
+    return faults.size() > 1 ? Message("{1} (and {2} more)", text, faults.size() - 1) : text;
 }
 
 /// The inbound half of a transfer.
@@ -45,9 +44,8 @@ void BillRun::Enter(const NewBill& bill) {
     if (stored->family != BillFamily::Cost && stored->number.empty()) {
         stored->number = NextBillNumber(book_, *stored);
     } else if (stored->family != BillFamily::Cost && IsNumberTaken(*book_, *stored)) {
-        faults_.push_back(
-            {bill.key, bill.lines.front().row, "单据编号",
-             "month " + std::to_string(stored->month) + " has a " + stored->type + " " + stored->number + " already"});
+        faults_.push_back({bill.key, bill.lines.front().row, "单据编号",
+                           Message("month {1} has a {2} {3} already", stored->month, stored->type, stored->number)});
         return;
     }
     std::optional<StoredBill> inbound;

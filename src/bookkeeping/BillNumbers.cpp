@@ -6,6 +6,7 @@
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -35,7 +36,7 @@ PatternPlace PlaceOf(const std::string& text) {
     if (colon == std::string::npos) return place;
     const std::string width = text.substr(colon + 1);
     if (width.size() != 1 || width[0] < '1' || width[0] > '9') {
-        RefuseWith("the number pattern has {" + text + "}: after the colon stands a digit from 1 to 9");
+        RefuseWith(Message("the number pattern has {{1}}: after the colon stands a digit from 1 to 9", text));
     }
     place.width = static_cast<std::size_t>(width[0] - '0');
     return place;
@@ -48,7 +49,8 @@ std::string PlaceText(const PatternPlace& place, const StoredBill& bill, std::in
     if (place.name == "月份") return PaddedNumber(bill.date->Month(), place.width);
     if (place.name == "日子") return PaddedNumber(bill.date->Day(), place.width);
     if (place.name == "序号") return PaddedNumber(count, place.width);
-    RefuseWith("the number pattern has {" + place.name + "}; in braces stand 前缀, 仓库, 年份, 月份, 日子 and 序号");
+    RefuseWith(
+        Message("the number pattern has {{1}}; in braces stand 前缀, 仓库, 年份, 月份, 日子 and 序号", place.name));
 }
 
 std::string NumberBy(const std::string& pattern, const StoredBill& bill, std::int32_t count) {
@@ -59,7 +61,8 @@ std::string NumberBy(const std::string& pattern, const StoredBill& bill, std::in
             continue;
         }
         const auto end = pattern.find('}', at);
-        if (end == std::string::npos) RefuseWith("the number pattern " + pattern + " has a brace that is not closed");
+        if (end == std::string::npos)
+            RefuseWith(Message("the number pattern {1} has a brace that is not closed", pattern));
         number += PlaceText(PlaceOf(pattern.substr(at + 1, end - at - 1)), bill, count);
         at = end + 1;
     }
@@ -84,7 +87,7 @@ void CheckNumberPattern(const std::string& pattern) {
     StoredBill bill;
     bill.date = Date();
     NumberBy(pattern, bill, 1);
-    if (!HasPlace(pattern, "序号")) RefuseWith("the number pattern " + pattern + " has no {序号}");
+    if (!HasPlace(pattern, "序号")) RefuseWith(Message("the number pattern {1} has no {序号}", pattern));
 }
 
 bool IsNumberTaken(Connection& book, const StoredBill& bill, std::int32_t except, std::int32_t counterpart) {

@@ -8,6 +8,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/StockOnHand.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -45,10 +46,10 @@ std::int64_t RowOf(const NewBill& bill) { return bill.lines.empty() ? 0 : bill.l
 
 void CheckRate(double rate) {
     constexpr double kLeast = 0.5;
-    if (!(rate >= 0 && rate < 100)) RefuseWith("a tax rate of " + Text(rate) + " % is impossible");
+    if (!(rate >= 0 && rate < 100)) RefuseWith(Message("a tax rate of {1} % is impossible", Text(rate)));
     if (rate > 0 && rate < kLeast) {
-        RefuseWith("tax rates are percentages: " + Text(rate) + " means " + Text(rate) + " %; write " +
-                   Text(rate * 100) + " for " + Text(rate * 100) + " %");
+        RefuseWith(
+            Message("tax rates are percentages: {1} means {1} %; write {2} for {2} %", Text(rate), Text(rate * 100)));
     }
 }
 
@@ -63,12 +64,12 @@ BillResolver::BillResolver(const ConnectionPtr& book, const EntryOptions& option
       firstMonth_(FirstMonth(*book)) {}
 
 std::string BillResolver::RefusalOfMonth(std::int32_t warehouse, std::int32_t month) const {
-    return closed_.IsClosed(warehouse, month) && month > 0 ? "month " + std::to_string(month) + " is closed" : "";
+    return closed_.IsClosed(warehouse, month) && month > 0 ? Message("month {1} is closed", month) : "";
 }
 
 std::string BillResolver::RefusalOfDay(std::int32_t warehouse, Date date) const {
     if (year_ != 0 && date.Year() != year_) {
-        return date.ToText() + " is not in the book's year " + std::to_string(year_);
+        return Message("{1} is not in the book's year {2}", date.ToText(), year_);
     }
     if (date.Month() < firstMonth_) {
         return date.ToText() + " is before the book's first month, " + std::to_string(firstMonth_);
@@ -79,7 +80,7 @@ std::string BillResolver::RefusalOfDay(std::int32_t warehouse, Date date) const 
 std::string BillResolver::WarehouseName(std::int32_t id) {
     auto [found, isNew] = warehouses_.try_emplace(id);
     if (isNew) found->second = tables_.Ask([id](CTables& tables) { return tables.Get仓库名称(id); });
-    return found->second.empty() ? "warehouse " + std::to_string(id) : found->second;
+    return found->second.empty() ? Message("warehouse {1}", id) : found->second;
 }
 
 Variant BillResolver::ProductValue(std::int32_t id, const std::string& column) {
@@ -114,7 +115,7 @@ std::optional<StoredBill> BillResolver::Resolve(const NewBill& bill, std::vector
     stored.family = FamilyOf(bill.kind);
     stored.warehouse = bill.warehouse;
     stored.clerk = bill.clerk;
-    if (bill.lines.empty()) faults.push_back({bill.key, 0, "", "a bill needs at least one line"});
+    if (bill.lines.empty()) faults.push_back({bill.key, 0, "", Message("a bill needs at least one line")});
     Change(stored, bill, faults);
     if (faults.size() > before) return std::nullopt;
     if (year_ == 0) year_ = bill.date.Year();
@@ -126,7 +127,7 @@ void BillResolver::Change(StoredBill& stored, const NewBill& bill, std::vector<B
     CheckHeader(bill, faults);
     // Bills that another host entered may have types of their own.
     if (type != stored.type && !IsTypeOf(bill, type)) {
-        faults.push_back({bill.key, RowOf(bill), "单据类型", "a bill of this kind cannot be a " + type});
+        faults.push_back({bill.key, RowOf(bill), "单据类型", Message("a bill of this kind cannot be a {1}", type)});
     }
     stored.date = bill.date;
     stored.month = bill.date.Month();
@@ -142,9 +143,9 @@ void BillResolver::Change(StoredBill& stored, const NewBill& bill, std::vector<B
 void BillResolver::CheckWarehouse(const NewBill& bill, std::int32_t id, const std::string& column,
                                   std::vector<BillFault>& faults) {
     if (id == 0) {
-        faults.push_back({bill.key, RowOf(bill), column, "no warehouse is given"});
+        faults.push_back({bill.key, RowOf(bill), column, Message("no warehouse is given")});
     } else if (!HasMaster(*book_, "仓库设置", "dpID", id)) {
-        faults.push_back({bill.key, RowOf(bill), column, "the book has no warehouse " + std::to_string(id)});
+        faults.push_back({bill.key, RowOf(bill), column, Message("the book has no warehouse {1}", id)});
     } else if (const auto refusal = RefusalOfDay(id, bill.date); !refusal.empty()) {
         faults.push_back({bill.key, RowOf(bill), "日期", WarehouseName(id) + ": " + refusal});
     }
@@ -155,23 +156,23 @@ void BillResolver::CheckHeader(const NewBill& bill, std::vector<BillFault>& faul
         faults.push_back({bill.key, RowOf(bill), column, reason});
     };
     const bool isTransfer = bill.kind == EntryKind::Transfer;
-    if (bill.date.HasTime()) fault("日期", "a bill's date has no time");
+    if (bill.date.HasTime()) fault("日期", Message("a bill's date has no time"));
     CheckWarehouse(bill, bill.warehouse, isTransfer ? "调出仓库" : "仓库", faults);
     if (isTransfer && bill.warehouse == bill.toWarehouse && bill.warehouse != 0) {
-        fault("调入仓库", "a transfer goes from one warehouse to another, not to the same");
+        fault("调入仓库", Message("a transfer goes from one warehouse to another, not to the same"));
     } else if (isTransfer) {
         CheckWarehouse(bill, bill.toWarehouse, "调入仓库", faults);
     }
     const bool isInbound = bill.kind == EntryKind::Inbound;
     if (!HasMaster(*book_, isInbound ? "厂商资料" : "客户资料", "KSID", bill.partner)) {
-        fault("单位",
-              (isInbound ? "the book has no supplier " : "the book has no customer ") + std::to_string(bill.partner));
+        fault("单位", isInbound ? Message("the book has no supplier {1}", bill.partner)
+                                : Message("the book has no customer {1}", bill.partner));
     }
     if (!HasMaster(*book_, "项目设置", "项目ID", bill.project)) {
-        fault("项目", "the book has no project " + std::to_string(bill.project));
+        fault("项目", Message("the book has no project {1}", bill.project));
     }
     for (const auto* text : {&bill.number, &bill.remarks, &bill.subtype, &bill.clerk}) {
-        if (CharactersIn(*text) > kLongestText) fault("", "a text has more than 255 characters");
+        if (CharactersIn(*text) > kLongestText) fault("", Message("a text has more than 255 characters"));
     }
 }
 
@@ -192,22 +193,24 @@ std::vector<StoredBillLine> BillResolver::LinesOf(const NewBill& bill, const std
 
 StoredBillLine BillResolver::LineOf(const NewBill& bill, const NewBillLine& line, const std::string& type) {
     constexpr double kMost = 1e11;
-    if (line.product == 0) RefuseWith("the line has no product");
-    if (!ProductOf(line.product).isKnown) RefuseWith("the book has no product " + std::to_string(line.product));
-    if (!std::isfinite(line.quantity) || std::fabs(line.quantity) > kMost) RefuseWith("the quantity is too large");
-    if (line.quantity == 0) RefuseWith("the quantity is 0");
+    if (line.product == 0) RefuseWith(Message("the line has no product"));
+    if (!ProductOf(line.product).isKnown) RefuseWith(Message("the book has no product {1}", line.product));
+    if (!std::isfinite(line.quantity) || std::fabs(line.quantity) > kMost)
+        RefuseWith(Message("the quantity is too large"));
+    if (line.quantity == 0) RefuseWith(Message("the quantity is 0"));
     if (line.quantity < 0 && bill.kind == EntryKind::Transfer) {
-        RefuseWith("a transfer of a negative quantity: make it the other way round");
+        RefuseWith(Message("a transfer of a negative quantity: make it the other way round"));
     }
     if (line.quantity < 0 && !returns_) {
-        RefuseWith("the quantity " + Text(line.quantity) + " is negative, which only a red bill (returns) may have");
+        RefuseWith(
+            Message("the quantity {1} is negative, which only a red bill (returns) may have", Text(line.quantity)));
     }
     StoredBillLine stored;
     stored.product = line.product;
     stored.quantity = line.quantity;
     const GivenAmounts given = AmountsOf(bill, line);
     for (const auto& price : {given.netPrice, given.grossPrice}) {
-        if (price && price->Scaled() < 0) RefuseWith("the price " + price->ToText() + " is negative");
+        if (price && price->Scaled() < 0) RefuseWith(Message("the price {1} is negative", price->ToText()));
     }
     stored.amounts = WorkOutAmounts(given, line.quantity, RateOf(bill, line, type));
     if (bill.kind == EntryKind::Cost) stored.amounts = {stored.amounts.netPrice, {}, stored.amounts.net, {}, {}};
@@ -225,14 +228,14 @@ GivenAmounts BillResolver::AmountsOf(const NewBill& bill, const NewBillLine& lin
     if (bill.kind == EntryKind::Transfer || bill.kind == EntryKind::Cost) {
         given.netPrice = CurrentCost(*book_, bill.warehouse, line.product, bill.date);
         if (!given.netPrice) {
-            RefuseWith(ProductName(line.product) + " has no cost in " + WarehouseName(bill.warehouse) +
-                       " yet; give a 单价");
+            RefuseWith(Message("{1} has no cost in {2} yet; give a 单价", ProductName(line.product),
+                               WarehouseName(bill.warehouse)));
         }
         return given;
     }
     const char* column = bill.kind == EntryKind::Inbound ? "购进单价" : "默认单价";
     const double price = ProductFigure(line.product, column);
-    if (price == 0) RefuseWith("there is no 单价, and " + ProductName(line.product) + " has no " + column);
+    if (price == 0) RefuseWith(Message("there is no 单价, and {1} has no {2}", ProductName(line.product), column));
     given.grossPrice = Currency::FromDouble(price);
     return given;
 }

@@ -9,6 +9,7 @@
 #include "bookkeeping/SheetCells.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Transaction.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -92,7 +93,8 @@ void SheetReader::CheckColumns(const std::vector<SheetRow>& rows, const std::vec
             if (isKnown || !told.insert(column).second) continue;
             std::string names;
             for (const std::string& name : known) names += (names.empty() ? "" : ", ") + name;
-            faults_.push_back({"", row.row, column, "such a bill has no column of this name; it has " + names});
+            faults_.push_back(
+                {"", row.row, column, Message("such a bill has no column of this name; it has {1}", names)});
         }
     }
 }
@@ -123,7 +125,8 @@ void SheetReader::TakeHeader(RowGroup& group, const SheetRow& row) {
         if (text.empty()) continue;
         const auto [found, isNew] = group.header.try_emplace(column, text);
         if (isNew || found->second == text) continue;
-        faults_.push_back({group.key, row.row, column, text + ", but the bill's first row says " + found->second});
+        faults_.push_back(
+            {group.key, row.row, column, Message("{1}, but the bill's first row says {2}", text, found->second)});
     }
 }
 

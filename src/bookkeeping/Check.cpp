@@ -6,6 +6,7 @@
 #include "bookkeeping/BalanceCheck.h"
 #include "bookkeeping/ReferenceCheck.h"
 #include "kpTables/Transaction.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -15,7 +16,7 @@ std::vector<Finding> Look(Book& book) {
     std::vector<Finding> findings;
     for (const auto& fault : book.IntegrityFaults()) {
         Finding finding;
-        finding.what = "the file is damaged";
+        finding.what = Message("the file is damaged");
         finding.found = fault;
         finding.damaged = true;
         findings.push_back(finding);

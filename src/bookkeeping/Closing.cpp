@@ -15,6 +15,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/WatchedConnection.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -162,7 +163,7 @@ std::int32_t ClosingRun::NewRowsYear(const BalanceRows& rows, std::int16_t month
     if (const auto year = NumberOf(*book_, "Select Max(年份) As y From 仓库余额表"); year > 0) return year;
     const Variant current = tables_.Get_AccInfo("当前日期");
     const std::int32_t year = IsDate(current) ? CDate(current).Year() : rows.BillsYear(month);
-    if (year == 0) Raise(ErrorNumber::InvalidCall, "neither the book nor its bills have a year");
+    if (year == 0) Raise(ErrorNumber::InvalidCall, Message("neither the book nor its bills have a year"));
     return year;
 }
 
@@ -197,9 +198,9 @@ bool ClosingRun::Prepare(const BalanceRows& rows, std::int16_t month, ClosingRes
     }
     const std::int32_t carried = rows.CarriedBefore(month);
     if (carried > 0 && !options_.again) {
-        const std::string text = "month " + std::to_string(month + 1) + " of " + result.name + " has " +
-                                 std::to_string(carried) + " rows already; remove and make them anew?";
-        if (answers_->MsgBox(text, MessageButtons::YesNo, "closing") != MessageAnswer::Yes) {
+        const std::string text = Message("month {1} of {2} has {3} rows already; remove and make them anew?", month + 1,
+                                         result.name, carried);
+        if (answers_->MsgBox(text, MessageButtons::YesNo, Message("closing")) != MessageAnswer::Yes) {
             result.outcome = ClosingOutcome::LeftAsItWas;
             result.year = rows.Year(month);
             return false;
@@ -245,8 +246,8 @@ std::string ClosingRun::Reason(std::int32_t warehouse, std::int16_t month) {
     if (const auto* error = book_->LastError()) return error->Description();
     const auto count = NumberOf(
         *book_, "Select Count(*) As n From 仓库余额表" + OfMonth(warehouse, month) + " And 上期库存金额 Is Null");
-    if (count > 0) return std::to_string(count) + " of its rows have no 上期库存金额";
-    return "a figure is out of range, or there is not enough memory";
+    if (count > 0) return Message("{1} of its rows have no 上期库存金额", count);
+    return Message("a figure is out of range, or there is not enough memory");
 }
 
 ClosingResult Reopen(CTables& tables, Connection& book, const Warehouse& warehouse, std::int16_t month) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "bookkeeping/Names.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -76,12 +77,9 @@ std::string DidYouMean(std::string_view given, std::span<const std::string_view>
     auto meant = Nearest(given, names);
     if (meant.empty()) meant = Containing(given, names);
     if (meant.empty() || meant.size() > kMostNamed) return {};
-    std::string text = "; did you mean ";
-    for (std::size_t i = 0; i < meant.size(); ++i) {
-        text += i == 0 ? "" : i + 1 == meant.size() ? " or " : ", ";
-        text += meant[i];
-    }
-    return text + "?";
+    if (meant.size() == 1) return Message("; did you mean {1}?", meant[0]);
+    if (meant.size() == 2) return Message("; did you mean {1} or {2}?", meant[0], meant[1]);
+    return Message("; did you mean {1}, {2} or {3}?", meant[0], meant[1], meant[2]);
 }
 
 std::string DidYouMean(std::string_view given, std::span<const std::string> names) {

@@ -6,6 +6,7 @@
 #include "bookkeeping/Names.h"
 #include "bookkeeping/Warehouses.h"
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -68,8 +69,8 @@ std::string EntryGuard::Refusal(const std::vector<Variant>& values) const {
 
 std::string EntryGuard::RefusalOf(std::int32_t warehouse, std::int32_t month) const {
     const auto name = names_.find(warehouse);
-    return "month " + std::to_string(month) + " of " +
-           (name == names_.end() ? "warehouse " + std::to_string(warehouse) : name->second) + " is closed";
+    return Message("month {1} of {2} is closed", month,
+                   name == names_.end() ? Message("warehouse {1}", warehouse) : name->second);
 }
 
 }  // namespace kpTables::bookkeeping

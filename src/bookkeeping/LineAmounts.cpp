@@ -7,6 +7,7 @@
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -34,7 +35,7 @@ DecimalFraction FractionOf(double number) {
             fraction.digits = fraction.digits * 10 + (c - '0');
             if (afterPoint) fraction.power *= 10;
         } else {
-            RefuseWith("the number " + Text(number) + " has too many digits");
+            RefuseWith(Message("the number {1} has too many digits", Text(number)));
         }
     }
     if (negative) fraction.digits = -fraction.digits;
@@ -43,7 +44,7 @@ DecimalFraction FractionOf(double number) {
 
 /// dividend / divisor in ten-thousandths, half to even.
 Currency RoundedQuotient(Wide dividend, Wide divisor) {
-    if (divisor == 0) RefuseWith("the quantity is 0");
+    if (divisor == 0) RefuseWith(Message("the quantity is 0"));
     if (divisor < 0) {
         dividend = -dividend;
         divisor = -divisor;
@@ -83,8 +84,8 @@ void CheckPrice(Currency amount, Currency price, double quantity, const char* na
     DecimalFraction size = FractionOf(quantity);
     if (size.digits < 0) size.digits = -size.digits;
     if (difference * size.power > half * (size.digits + size.power)) {
-        RefuseWith(std::string(names) + " do not fit together: " + price.ToText() + " x " + Text(quantity) +
-                   " is not " + amount.ToText());
+        RefuseWith(Message("{1} do not fit together: {2} x {3} is not {4}", Translated(names), price.ToText(),
+                           Text(quantity), amount.ToText()));
     }
 }
 
@@ -98,8 +99,7 @@ std::optional<Currency> AmountGiven(std::optional<Currency> amount, std::optiona
 
 void CheckSign(Currency amount, double quantity, const char* name) {
     if (amount.Scaled() != 0 && (amount.Scaled() < 0) != (quantity < 0)) {
-        RefuseWith(std::string(name) + " " + amount.ToText() + " and the quantity " + Text(quantity) +
-                   " differ in sign");
+        RefuseWith(Message("{1} {2} and the quantity {3} differ in sign", name, amount.ToText(), Text(quantity)));
     }
 }
 
@@ -117,8 +117,8 @@ Currency PriceOf(Currency amount, double quantity) {
 
 LineAmounts WorkOutAmounts(const GivenAmounts& given, double quantity, double taxRate) {
     const auto rate = FractionOf(taxRate);
-    const auto net = AmountGiven(given.net, given.netPrice, quantity, "除税单价 and 除税金额");
-    const auto gross = AmountGiven(given.gross, given.grossPrice, quantity, "单价 and 金额");
+    const auto net = AmountGiven(given.net, given.netPrice, quantity, Translatable("除税单价 and 除税金额"));
+    const auto gross = AmountGiven(given.gross, given.grossPrice, quantity, Translatable("单价 and 金额"));
     LineAmounts line;
     bool byRate = false;
     if (net && gross) {
@@ -136,11 +136,11 @@ LineAmounts WorkOutAmounts(const GivenAmounts& given, double quantity, double ta
         line.net = given.tax ? *gross - *given.tax : WithoutTax(*gross, rate);
         line.tax = line.gross - line.net;
     } else {
-        RefuseWith("neither a price nor an amount is given");
+        RefuseWith(Message("neither a price nor an amount is given"));
     }
     if (given.tax && *given.tax != line.tax) {
-        RefuseWith("除税金额 " + line.net.ToText() + " and 税额 " + given.tax->ToText() + " do not add up to 金额 " +
-                   line.gross.ToText());
+        RefuseWith(Message("除税金额 {1} and 税额 {2} do not add up to 金额 {3}", line.net.ToText(),
+                           given.tax->ToText(), line.gross.ToText()));
     }
     CheckSign(line.net, quantity, "除税金额");
     CheckSign(line.tax, quantity, "税额");

@@ -12,6 +12,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
 #include "kpTables/Transaction.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -37,7 +38,7 @@ struct RowEntry {
         const auto* given = Given(column);
         return given ? Text(given->value) : StoredText(column);
     }
-    std::string RowText() const { return std::string(table.noun) + " " + self->Text(); }
+    std::string RowText() const { return std::string(Translated(table.noun)) + " " + self->Text(); }
     /// The rows but for this one.
     std::vector<MasterRow> Others(std::vector<MasterRow> rows) const {
         if (self) std::erase_if(rows, [this](const MasterRow& row) { return row.id == self->id; });
@@ -66,12 +67,12 @@ void CompletePartnerNames(RowEntry& entry) {
 void CheckRequired(const RowEntry& entry) {
     for (const auto column : RequiredColumns(entry.table)) {
         if ((entry.self && !entry.Given(column)) || !Trim(entry.TextOf(column)).empty()) continue;
-        RefuseWith("a " + std::string(entry.table.noun) + " needs " + std::string(column));
+        RefuseWith(Message("a {1} needs {2}", Translated(entry.table.noun), column));
     }
 }
 
 [[noreturn]] void RefuseTaken(const RowEntry& entry, const std::string& what, const MasterRow& other) {
-    RefuseWith(what + ": the " + entry.table.noun + " " + other.Text() + " has it already");
+    RefuseWith(Message("{1}: the {2} {3} has it already", what, Translated(entry.table.noun), other.Text()));
 }
 
 /// Products of one name differ in their specification or model.
@@ -107,18 +108,18 @@ void CheckDistinct(const RowEntry& entry) {
 void CheckWarehouseName(const RowEntry& entry) {
     if (entry.table.kind != MasterKind::Warehouse) return;
     const std::string name = entry.TextOf("仓库名称");
-    if (name == "全部" || name == "全部仓库") RefuseWith("仓库名称: " + name + " means all warehouses");
+    if (name == "全部" || name == "全部仓库") RefuseWith(Message("仓库名称: {1} means all warehouses", name));
 }
 
 void CheckClassCode(const RowEntry& entry) {
     const auto* code = entry.Given("ClassCode");
     if (!IsClass(entry.table.kind) || !entry.self || !code || Text(code->value) == entry.self->number) return;
     const auto uses = UsesOf(*entry.book, entry.table.kind, *entry.self);
-    if (!uses.empty()) RefuseWith("the ClassCode of the " + entry.RowText() + " is used: " + uses);
+    if (!uses.empty()) RefuseWith(Message("the ClassCode of the {1} is used: {2}", entry.RowText(), uses));
 }
 
 void CheckEntry(RowEntry& entry) {
-    if (entry.values.empty()) RefuseWith(std::string("nothing is given for the ") + entry.table.noun);
+    if (entry.values.empty()) RefuseWith(Message("nothing is given for the {1}", Translated(entry.table.noun)));
     CompletePartnerNames(entry);
     CheckRequired(entry);
     CheckWarehouseName(entry);
@@ -135,7 +136,7 @@ void WriteValues(Recordset& rows, const ColumnValues& values) {
 std::string OnlyRow(Connection& book, const MasterTable& table, const MasterRow& row) {
     std::string condition = ConditionOf(table, row);
     if (RowsWhere(book, table, condition).size() != 1) {
-        RefuseWith("several " + std::string(table.plural) + " are called '" + row.name + "'");
+        RefuseWith(Message("several {1} are called '{2}'", Translated(table.plural), row.name));
     }
     return condition;
 }
@@ -192,7 +193,7 @@ void RemoveMaster(const ConnectionPtr& book, MasterKind kind, const std::string&
     const MasterTable& table = TableOf(kind);
     const MasterRow row = FindMaster(book, kind, which);
     const auto uses = UsesOf(*book, kind, row);
-    if (!uses.empty()) RefuseWith("the " + std::string(table.noun) + " " + row.Text() + " is used: " + uses);
+    if (!uses.empty()) RefuseWith(Message("the {1} {2} is used: {3}", Translated(table.noun), row.Text(), uses));
     DeleteRow(book, table, row, OnlyRow(*book, table, row));
     transaction.Commit();
 }

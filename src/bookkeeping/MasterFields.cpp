@@ -12,6 +12,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/bookkeeping/DidYouMean.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -29,17 +30,16 @@ bool IsSettable(const MasterTable& table, const std::string& column) {
                                const std::vector<std::string>& columns) {
     std::string all;
     for (const auto& column : columns) all += (all.empty() ? "" : ", ") + column;
-    RefuseWith(std::string(table.table) + " has no column " + given + DidYouMean(given, columns) + " (columns: " + all +
-               ")");
+    RefuseWith(Message("{1} has no column {2}{3} (columns: {4})", table.table, given, DidYouMean(given, columns), all));
 }
 
 [[noreturn]] void RefuseValue(const std::string& column, const std::string& text, const std::string& why) {
-    RefuseWith(column + ": '" + text + "' " + why);
+    RefuseWith(Message("{1}: '{2}' {3}", column, text, why));
 }
 
 double NumberIn(const std::string& column, const std::string& text) {
     const auto number = ParseNumber(text);
-    if (!number || !std::isfinite(*number)) RefuseValue(column, text, "is no number");
+    if (!number || !std::isfinite(*number)) RefuseValue(column, text, Message("is no number"));
     return *number;
 }
 
@@ -49,7 +49,7 @@ bool FlagIn(const std::string& column, const std::string& text) {
     };
     if (isOneOf({"True", "yes", "on", "1", "-1", "是"})) return true;
     if (isOneOf({"False", "no", "off", "0", "否"})) return false;
-    RefuseValue(column, text, "is no flag (yes or no)");
+    RefuseValue(column, text, Message("is no flag (yes or no)"));
 }
 
 Variant ReadTyped(const FieldInfo& column, const std::string& given) {
@@ -60,7 +60,7 @@ Variant ReadTyped(const FieldInfo& column, const std::string& given) {
             const double number = NumberIn(column.name, text);
             using Limits = std::numeric_limits<std::int32_t>;
             if (number != std::floor(number) || number < Limits::min() || number > Limits::max()) {
-                RefuseValue(column.name, text, "is no whole number");
+                RefuseValue(column.name, text, Message("is no whole number"));
             }
             return static_cast<std::int32_t>(number);
         }
@@ -72,7 +72,7 @@ Variant ReadTyped(const FieldInfo& column, const std::string& given) {
         case VarType::Boolean:
             return FlagIn(column.name, text);
         case VarType::Date:
-            if (!IsDate(text)) RefuseValue(column.name, text, "is no date");
+            if (!IsDate(text)) RefuseValue(column.name, text, Message("is no date"));
             return CDate(text);
         default:
             return text;
@@ -105,18 +105,18 @@ ColumnValues ReadMasterValues(const ConnectionPtr& book, const MasterTable& tabl
     ColumnValues read;
     for (const ColumnValue& each : values) {
         const std::string& given = each.column;
-        if (!IsSettable(table, given)) RefuseWith(given + " is not set by hand");
+        if (!IsSettable(table, given)) RefuseWith(Message("{1} is not set by hand", given));
         const auto name = std::ranges::find_if(settable, [&](const auto& column) { return IsSameName(column, given); });
         if (name == settable.end()) RefuseColumn(table, given, settable);
         if (std::ranges::any_of(read, [&](const auto& other) { return other.column == *name; })) {
-            RefuseWith(*name + " is given twice");
+            RefuseWith(Message("{1} is given twice", *name));
         }
         const std::string text = Text(each.value);
         const auto& field = fields->FieldAt(fields->FieldIndex(*name));
         auto typed = ReadReference(book, table, *name, text);
         if (!typed) typed = ReadTyped(field, text);
         if (table.kind == MasterKind::Product && field.type == VarType::Double && CDbl(*typed) < 0) {
-            RefuseValue(*name, text, "is negative");
+            RefuseValue(*name, text, Message("is negative"));
         }
         read.push_back({*name, *typed});
     }

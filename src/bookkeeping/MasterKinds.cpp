@@ -7,6 +7,7 @@
 #include "bookkeeping/Refusal.h"
 #include "kpTables/bookkeeping/ActingOperator.h"
 #include "kpTables/bookkeeping/MasterEntry.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -75,10 +76,10 @@ MasterKind ClassKindWith(const ConnectionPtr& book, const std::string& which) {
             found = each.kind;
         }
     }
-    if (!found) RefuseWith("the book has no class " + which);
+    if (!found) RefuseWith(Message("the book has no class {1}", which));
     if (count > 1) {
-        RefuseWith("'" + which + "' may be any of these classes: " + candidates +
-                   "; say which kind, and the code: 种类=商品");
+        RefuseWith(Message("'{1}' may be any of these classes: {2}; say which kind, and the code: 种类=商品", which,
+                           candidates));
     }
     return *found;
 }

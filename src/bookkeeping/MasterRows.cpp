@@ -10,6 +10,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -58,8 +59,7 @@ std::string ListOf(const std::vector<MasterRow>& rows) {
     std::string list;
     for (std::size_t i = 0; i < std::min(rows.size(), kMostCandidates); ++i)
         list += (i > 0 ? ", " : "") + rows[i].Text();
-    if (rows.size() > kMostCandidates) list += ", and " + std::to_string(rows.size() - kMostCandidates) + " more";
-    return list;
+    return rows.size() > kMostCandidates ? Message("{1}, and {2} more", list, rows.size() - kMostCandidates) : list;
 }
 
 /// The rows that match in the first column that matches at all.
@@ -111,8 +111,8 @@ std::int32_t LookedUp(const ConnectionPtr& book, MasterKind kind, const std::str
 
 [[noreturn]] void RefuseUnknown(Connection& book, const MasterTable& table, const std::string& text) {
     const auto near = ReadRows(book, table, "InStr(" + std::string(table.name) + ",'" + Quoted(text) + "')>0");
-    RefuseWith("the book has no " + std::string(table.noun) + " " + text +
-               (near.empty() ? std::string() : "; near: " + ListOf(near)));
+    RefuseWith(Message("the book has no {1} {2}{3}", Translated(table.noun), text,
+                       near.empty() ? std::string() : Message("; near: {1}", ListOf(near))));
 }
 
 }  // namespace
@@ -146,7 +146,7 @@ std::string ConditionOf(const MasterTable& table, const MasterRow& row) {
 std::vector<MasterRow> MatchingRows(const ConnectionPtr& book, MasterKind kind, const std::string& text) {
     const MasterTable& table = TableOf(kind);
     const std::string words(Trim(text));
-    if (words.empty()) RefuseWith(std::string("the ") + table.noun + " is not named");
+    if (words.empty()) RefuseWith(Message("the {1} is not named", Translated(table.noun)));
     // The look-up takes the first of several rows, so whether others match is asked as well.
     const std::int32_t lookedUp = LookedUp(book, kind, words);
     auto rows = FirstMatches(*book, table, words);
@@ -163,7 +163,8 @@ MasterRow FindMaster(const ConnectionPtr& book, MasterKind kind, const std::stri
     const auto rows = MatchingRows(book, kind, words);
     if (rows.empty()) RefuseUnknown(*book, table, words);
     if (rows.size() == 1) return rows.front();
-    RefuseWith("'" + words + "' may be any of these " + table.plural + ": " + ListOf(rows) + "; give the id");
+    RefuseWith(
+        Message("'{1}' may be any of these {2}: {3}; give the id", words, Translated(table.plural), ListOf(rows)));
 }
 
 }  // namespace kpTables::bookkeeping

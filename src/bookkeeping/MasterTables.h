@@ -10,7 +10,7 @@ namespace kpTables::bookkeeping {
 
 struct MasterTable {
     MasterKind kind;
-    const char* noun;    ///< "warehouse"
+    const char* noun;    ///< "warehouse", to be translated
     const char* plural;  ///< "warehouses"
     const char* table;
     const char* id;                      ///< "" when the rows have none

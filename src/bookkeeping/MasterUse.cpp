@@ -7,6 +7,7 @@
 #include "bookkeeping/References.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -45,7 +46,7 @@ std::string UsesOf(Connection& book, MasterKind kind, const MasterRow& row) {
     for (const auto& [table, condition] : conditions) {
         const auto count = NumberOf(book, "Select Count(*) From " + table + " Where " + condition);
         if (count == 0) continue;
-        uses += (uses.empty() ? "" : ", ") + std::to_string(count) + (count == 1 ? " row of " : " rows of ") + table;
+        uses += (uses.empty() ? "" : ", ") + CountedMessage(count, "{1} row of {2}", "{1} rows of {2}", table);
     }
     return uses;
 }

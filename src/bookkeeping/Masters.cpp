@@ -2,6 +2,7 @@
 
 #include "bookkeeping/MasterRows.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -10,7 +11,8 @@ std::int32_t MasterId(const ConnectionPtr& book, MasterKind kind, const std::str
 }
 
 std::string ClassCodeOf(const ConnectionPtr& book, MasterKind kind, const std::string& text) {
-    if (!IsClass(kind)) Raise(ErrorNumber::InvalidCall, std::string(TableOf(kind).noun) + " rows are no classes");
+    if (!IsClass(kind))
+        Raise(ErrorNumber::InvalidCall, Message("{1} rows are no classes", Translated(TableOf(kind).noun)));
     return FindMaster(book, kind, text).number;
 }
 

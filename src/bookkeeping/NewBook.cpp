@@ -6,6 +6,7 @@
 #include "kpTables/Quoted.h"
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -18,18 +19,18 @@ void NameAndPay(Setup& setup) {
 
 void AddWarehouse(Setup& setup, const std::string& given) {
     const std::string name(Trim(given));
-    if (name.empty()) RefuseWith("a warehouse has no name");
+    if (name.empty()) RefuseWith(Message("a warehouse has no name"));
     const std::int32_t known = setup.Tables().Get仓库ID(Quoted(name));
-    if (known == 0) RefuseWith("'" + name + "' stands for all warehouses; give the warehouse another name");
-    if (known > 0) RefuseWith("the warehouse '" + name + "' is given twice");
+    if (known == 0) RefuseWith(Message("'{1}' stands for all warehouses; give the warehouse another name", name));
+    if (known > 0) RefuseWith(Message("the warehouse '{1}' is given twice", name));
     setup.Book().Execute("Insert Into 仓库设置 (仓库名称) Values ('" + Quoted(name) + "')");
 }
 
 void CheckPeriod(const Beginning& beginning) {
     if (beginning.year < kFirstYear || beginning.year > kLastYear) {
-        RefuseWith("the year must be from " + std::to_string(kFirstYear) + " to " + std::to_string(kLastYear));
+        RefuseWith(Message("the year must be from {1} to {2}", kFirstYear, kLastYear));
     }
-    if (beginning.month < 1 || beginning.month > kLastMonth) RefuseWith("the month must be from 1 to 12");
+    if (beginning.month < 1 || beginning.month > kLastMonth) RefuseWith(Message("the month must be from 1 to 12"));
 }
 
 }  // namespace
@@ -44,7 +45,7 @@ void PrepareBook(const ConnectionPtr& book, std::optional<Date> today) {
 void BeginBook(const ConnectionPtr& book, const Beginning& beginning) {
     CheckPeriod(beginning);
     const std::string company(Trim(beginning.company));
-    if (company.empty()) RefuseWith("the company has no name");
+    if (company.empty()) RefuseWith(Message("the company has no name"));
     Transaction transaction(*book);
     Setup setup(book);
     NameAndPay(setup);

@@ -14,6 +14,7 @@
 #include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
 #include "kpTables/bookkeeping/NewBook.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -42,7 +43,7 @@ std::map<std::int32_t, std::string> WarehousesOf(Connection& book) {
         const auto rows = book.Execute("Select Distinct dpID From " + table + " Where dpID Is Not Null");
         for (; !rows->Eof(); rows->MoveNext()) {
             const std::int32_t id = CLng(rows->GetValue(0));
-            names[id] = "warehouse " + std::to_string(id);
+            names[id] = Message("warehouse {1}", id);
         }
     }
     const auto rows = book.Execute("Select dpID,仓库名称 From 仓库设置");
@@ -56,15 +57,16 @@ void RequireClosedYear(Connection& book) {
         const bool used = BalanceRows(book, id).FirstUsedMonth(0, kLastMonth + 1) > 0;
         if (used && ClosedThrough(book, id) < kLastMonth) open += (open.empty() ? "" : ", ") + name;
     }
-    if (!open.empty()) RefuseWith("month 12 is open in " + open + "; close it first");
+    if (!open.empty()) RefuseWith(Message("month 12 is open in {1}; close it first", open));
 }
 
 void RequireSingleRows(Connection& book) {
     const auto rows =
         book.Execute("Select TOP 1 dpID,pdID From 仓库余额表 Where 月份=12 Group by dpID,pdID Having Count(*)>1");
     if (rows->Eof()) return;
-    RefuseWith("month 12 has more than one balance row of product " + Text(rows->GetValue(1)) + " in warehouse " +
-               Text(rows->GetValue(0)) + "; remove the others first");
+    RefuseWith(
+        Message("month 12 has more than one balance row of product {1} in warehouse {2}; remove the others first",
+                Text(rows->GetValue(1)), Text(rows->GetValue(0))));
 }
 
 const char* JetType(VarType type) {
@@ -160,9 +162,9 @@ NextYear BeginNextYear(Book& from, const BookPtr& next) {
     RequireSingleRows(from);
     NextYear result;
     const std::int32_t year = BookYear(from);
-    if (year == 0) RefuseWith("the book has no year: it has neither balance rows nor 建帐日期");
+    if (year == 0) RefuseWith(Message("the book has no year: it has neither balance rows nor 建帐日期"));
     result.year = year + 1;
-    if (result.year > kLastYear) RefuseWith("a book cannot have the year " + std::to_string(result.year));
+    if (result.year > kLastYear) RefuseWith(Message("a book cannot have the year {1}", result.year));
 
     Transaction transaction(*next);
     CopyTables(from, *next, result);

@@ -14,6 +14,7 @@
 #include "kpTables/bookkeeping/ClosedMonths.h"
 #include "kpTables/bookkeeping/Masters.h"
 #include "kpTables/bookkeeping/NewBook.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -75,8 +76,9 @@ void OpeningEntry::ReadFirstMonth() {
     const auto others = book_->Execute("Select TOP 1 年份,月份 From 仓库余额表 Where 年份<>" + year + " Or 月份<" +
                                        month + " Order by 年份,月份");
     if (others->Eof()) return;
-    RefuseWith("the book has balance rows of " + Text(others->GetValue(0)) + "-" + Text(others->GetValue(1)) +
-               ", but was set up in " + year + "-" + month + "; set 建帐日期 to its first month");
+    RefuseWith(
+        Message("the book has balance rows of {1}-{2}, but was set up in {3}-{4}; set 建帐日期 to its first month",
+                Text(others->GetValue(0)), Text(others->GetValue(1)), year, month));
 }
 
 void OpeningEntry::ReadWarehouseNames() {
@@ -99,21 +101,21 @@ void OpeningEntry::CheckRow(std::size_t row, const ClosedMonths& closed) {
     if (warehouse == 0) return;
     const std::string& name = names_.at(warehouse);
     if (closed.IsClosed(warehouse, result_.month)) {
-        Fault(row, "", "month " + std::to_string(result_.month) + " of " + name + " is closed");
+        Fault(row, "", Message("month {1} of {2} is closed", result_.month, name));
     }
     if (product == 0) return;
     if (!stock_[warehouse].emplace(product, row).second) {
-        Fault(row, "", "the product " + given.product + " stands twice for " + name);
+        Fault(row, "", Message("the product {1} stands twice for {2}", given.product, name));
     }
     if (doubled_.contains({warehouse, product})) {
-        Fault(row, "", "the product " + given.product + " has two balance rows in " + name + "; remove one");
+        Fault(row, "", Message("the product {1} has two balance rows in {2}; remove one", given.product, name));
     }
 }
 
 /// The id that a text means; 0 when it means none.
 std::int32_t OpeningEntry::IdIn(std::size_t row, const char* column, MasterKind kind, const std::string& text) {
     if (Trim(text).empty()) {
-        Fault(row, column, "is empty");
+        Fault(row, column, Message("is empty"));
         return 0;
     }
     try {
@@ -128,9 +130,9 @@ std::int32_t OpeningEntry::IdIn(std::size_t row, const char* column, MasterKind 
 
 void OpeningEntry::CheckFigures(std::size_t row) {
     const OpeningRow& given = rows_[row];
-    if (given.quantity < 0) Fault(row, "数量", "is below 0");
-    if (given.amount < Currency()) Fault(row, "金额", "is below 0");
-    if (given.quantity == 0 && given.amount > Currency()) Fault(row, "金额", "is there without a quantity");
+    if (given.quantity < 0) Fault(row, "数量", Message("is below 0"));
+    if (given.amount < Currency()) Fault(row, "金额", Message("is below 0"));
+    if (given.quantity == 0 && given.amount > Currency()) Fault(row, "金额", Message("is there without a quantity"));
 }
 
 /// The rows that are there are changed where they stand, the others are added behind them.

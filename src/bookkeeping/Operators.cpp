@@ -13,6 +13,7 @@
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/ActingOperator.h"
 #include "kpTables/bookkeeping/DidYouMean.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -26,15 +27,15 @@ constexpr std::array kRenamedRights{"发货单位", "收货单位", "部件管�
 std::string WithId(std::int32_t id) { return " Where ID=" + std::to_string(id); }
 
 void CheckName(Connection& book, const std::string& name, std::int32_t self) {
-    if (Trim(name).empty()) RefuseWith("the operator needs a name");
+    if (Trim(name).empty()) RefuseWith(Message("the operator needs a name"));
     if (HasRows(book, "Select ID From 操作员 Where 姓名='" + Quoted(name) + "' And ID<>" + std::to_string(self))) {
-        RefuseWith("an operator has the name " + name + " already");
+        RefuseWith(Message("an operator has the name {1} already", name));
     }
 }
 
 std::string NameOfOperator(Connection& book, std::int32_t id) {
     const auto rows = book.Execute("Select 姓名 From 操作员" + WithId(id));
-    if (rows->Eof()) RefuseWith("the book has no operator " + std::to_string(id));
+    if (rows->Eof()) RefuseWith(Message("the book has no operator {1}", id));
     return Text(rows->GetValue(0));
 }
 
@@ -43,13 +44,14 @@ void CheckRight(const std::vector<std::string>& all, const std::string& right) {
     if (std::ranges::find(kRenamedRights, right) != kRenamedRights.end()) return;
     std::string list;
     for (const auto& each : all) list += (list.empty() ? "" : "、") + each;
-    RefuseWith("there is no right " + right + DidYouMean(right, all) + " (rights: " + list + ")");
+    RefuseWith(Message("there is no right {1}{2} (rights: {3})", right, DidYouMean(right, all), list));
 }
 
 /// Someone must be able to switch the demand for an operator off again.
 void CheckSomebodyIsLeft(const ConnectionPtr& book) {
     if (OperatorRequired(book) && !HasRows(*book, "Select ID From 操作员 Where 系统设置=True")) {
-        RefuseWith("no operator would have the right 系统设置, and the book demands an operator for every change");
+        RefuseWith(
+            Message("no operator would have the right 系统设置, and the book demands an operator for every change"));
     }
 }
 
@@ -60,7 +62,7 @@ std::string BillsOf(Connection& book, const std::string& name) {
         const auto count = NumberOf(book, "Select Count(*) From " + std::string(table) + " Where 录入员='" +
                                               Quoted(name) + "' Or 审核员='" + Quoted(name) + "'");
         if (count == 0) continue;
-        uses += (uses.empty() ? "" : ", ") + std::to_string(count) + (count == 1 ? " row of " : " rows of ") + table;
+        uses += (uses.empty() ? "" : ", ") + CountedMessage(count, "{1} row of {2}", "{1} rows of {2}", table);
     }
     return uses;
 }
@@ -86,13 +88,13 @@ bool GiveRights(CTables& tables, std::int32_t id, const std::vector<RightChange>
 
 std::int32_t OperatorId(const ConnectionPtr& book, const std::string& text) {
     const auto rows = book->Execute("Select ID From 操作员 Where 姓名='" + Quoted(text) + "' Order by ID");
-    if (rows->RecordCount() > 1) RefuseWith("several operators have the name " + text);
+    if (rows->RecordCount() > 1) RefuseWith(Message("several operators have the name {1}", text));
     if (!rows->Eof()) return CLng(rows->GetValue(0));
     std::int32_t id = 0;
     const auto* const end = text.data() + text.size();
     const auto read = std::from_chars(text.data(), end, id);
     if (read.ec == std::errc() && read.ptr == end && HasRows(*book, "Select ID From 操作员" + WithId(id))) return id;
-    RefuseWith("the book has no operator " + text);
+    RefuseWith(Message("the book has no operator {1}", text));
 }
 
 std::vector<std::string> AllRights(const ConnectionPtr& book) {
@@ -126,7 +128,7 @@ void RenameOperator(const ConnectionPtr& book, std::int32_t id, const std::strin
 
 void SetManagedWarehouse(const ConnectionPtr& book, std::int32_t id, std::int32_t warehouse) {
     if (warehouse != 0 && !HasRows(*book, "Select dpID From 仓库设置 Where dpID=" + std::to_string(warehouse))) {
-        RefuseWith("the book has no warehouse " + std::to_string(warehouse));
+        RefuseWith(Message("the book has no warehouse {1}", warehouse));
     }
     DoStep(book, id, "管理仓库_Update", [&](CTables& tables) { return tables.管理仓库_Update(id, warehouse); });
 }
@@ -154,10 +156,10 @@ void RemoveOperator(const ConnectionPtr& book, std::int32_t id) {
     Transaction transaction(*book);
     const std::string name = NameOfOperator(*book, id);
     if (!CheckedTables(book).Ask([&](CTables& tables) { return tables.AllowDelOperator(id); })) {
-        RefuseWith("the operator " + name + " has lines in the log; take the rights instead");
+        RefuseWith(Message("the operator {1} has lines in the log; take the rights instead", name));
     }
     if (const auto bills = BillsOf(*book, name); !bills.empty()) {
-        RefuseWith("the operator " + name + " has entered or audited bills: " + bills + "; take the rights instead");
+        RefuseWith(Message("the operator {1} has entered or audited bills: {2}; take the rights instead", name, bills));
     }
     DoStep(book, id, "操作员_Delete", [&](CTables& tables) { return tables.操作员_Delete(id); });
     transaction.Commit();

@@ -1,6 +1,7 @@
 #include "bookkeeping/Query.h"
 
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -18,7 +19,7 @@ std::optional<std::int32_t> IdOf(const Variant& value) {
     return CLng(value);
 }
 
-std::string LinesText(std::int64_t count) { return std::to_string(count) + (count == 1 ? " line" : " lines"); }
+std::string LinesText(std::int64_t count) { return CountedMessage(count, "{1} line", "{1} lines"); }
 
 std::string OfMonth(std::int32_t warehouse, std::int32_t month) {
     return " Where dpID=" + std::to_string(warehouse) + " And 月份=" + std::to_string(month);

@@ -7,6 +7,7 @@
 #include "bookkeeping/Query.h"
 #include "bookkeeping/References.h"
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -23,7 +24,8 @@ void CheckLines(Connection& book, const BillKind& kind, std::vector<Finding>& fi
                      ") Group by R." + key + ",R.pdID" + warehouse);
     for (; !rows->Eof(); rows->MoveNext()) {
         findings.push_back({kind.linesHaveWarehouse ? IdOf(rows->GetValue(3)) : std::nullopt, 0, 0,
-                            IdOf(rows->GetValue(1)), kind.Lines() + ": lines without a header", Variant::Null(),
+                            IdOf(rows->GetValue(1)), Message("{1}: lines without a header", kind.Lines()),
+                            Variant::Null(),
                             IdText(key, rows->GetValue(0)) + ", " + LinesText(CLng(rows->GetValue(2)))});
     }
 }
@@ -36,7 +38,7 @@ void CheckHeaders(Connection& book, const BillKind& kind, std::vector<Finding>& 
     for (; !rows->Eof(); rows->MoveNext()) {
         findings.push_back({IdOf(rows->GetValue(1)), IdOf(rows->GetValue(2)).value_or(0),
                             IdOf(rows->GetValue(3)).value_or(0), std::nullopt,
-                            kind.Headers() + ": a header without lines", Variant::Null(),
+                            Message("{1}: a header without lines", kind.Headers()), Variant::Null(),
                             IdText(key, rows->GetValue(0))});
     }
 }
@@ -70,9 +72,9 @@ void CheckMasterIds(Connection& book, std::vector<Finding>& findings) {
             Finding finding;
             if (column == "dpID") finding.warehouse = IdOf(id);
             if (column == "pdID") finding.product = IdOf(id);
-            finding.what = std::string(each.table) + "." + column + " has no row in " + TableOf(each.master).table;
+            finding.what = Message("{1}.{2} has no row in {3}", each.table, column, TableOf(each.master).table);
             const auto count = CLng(rows->GetValue(1));
-            finding.found = IdText(column, id) + ", " + std::to_string(count) + (count == 1 ? " row" : " rows");
+            finding.found = IdText(column, id) + ", " + CountedMessage(count, "{1} row", "{1} rows");
             findings.push_back(finding);
         }
     }

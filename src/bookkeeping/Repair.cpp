@@ -5,6 +5,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/Check.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -89,8 +90,8 @@ RepairResult RemoveDoubledRows(Connection& book, const std::shared_ptr<Host>& ho
         result.doubled = seen;
         if (seen == 0) return result;
         const std::string text =
-            "仓库余额表 has " + std::to_string(seen) + " doubled rows that are equal in every column; remove them?";
-        if (host->MsgBox(text, MessageButtons::YesNo, "repair") != MessageAnswer::Yes) return result;
+            Message("仓库余额表 has {1} doubled rows that are equal in every column; remove them?", seen);
+        if (host->MsgBox(text, MessageButtons::YesNo, Message("repair")) != MessageAnswer::Yes) return result;
         Transaction transaction(book);
         result.removed = Doubled(book, true);
         // Others may have written in the meantime; the host agreed to what it was told.

@@ -8,6 +8,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -35,7 +36,7 @@ std::optional<Valuation> ValuationSetting(CTables& tables) {
     if (setting == "成本") return Valuation::CostBills;
     if (setting == "出库") return Valuation::OutboundBills;
     throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall),
-                "the book's setting " + std::string(kValuationSetting) + " is " + setting + "; it can be 成本 or 出库");
+                Message("the book's setting {1} is {2}; it can be 成本 or 出库", kValuationSetting, setting));
 }
 
 std::optional<Valuation> ClosedWith(Connection& book, std::int32_t warehouse, std::int16_t month) {

@@ -9,6 +9,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -79,7 +80,7 @@ RowEntry::RowEntry(Book& book, const TableInfo& table, const std::vector<std::st
         const auto found =
             std::ranges::find_if(table_.columns, [&](const auto& c) { return IsSameName(c.name, name); });
         if (found == table_.columns.end()) {
-            Raise(ErrorNumber::InvalidCall, table_.name + " has no column " + name);
+            Raise(ErrorNumber::InvalidCall, Message("{1} has no column {2}", table_.name, name));
         }
         columns_.push_back(&*found);
     }
@@ -97,12 +98,13 @@ void RowEntry::FindKey(const std::vector<std::string>& key) {
             if (column.key) names.push_back(column.name);
     }
     if (names.empty()) {
-        Raise(ErrorNumber::InvalidCall, table_.name + " has no primary key; name the columns that tell its rows apart");
+        Raise(ErrorNumber::InvalidCall,
+              Message("{1} has no primary key; name the columns that tell its rows apart", table_.name));
     }
     for (const std::string& name : names) {
         const auto found = std::ranges::find_if(columns_, [&](const auto* c) { return IsSameName(c->name, name); });
         if (found == columns_.end()) {
-            Raise(ErrorNumber::InvalidCall, "the key's column " + name + " of " + table_.name + " is not given");
+            Raise(ErrorNumber::InvalidCall, Message("the key's column {1} of {2} is not given", name, table_.name));
         }
         key_.push_back(static_cast<std::size_t>(found - columns_.begin()));
     }
@@ -134,14 +136,15 @@ RowEntryResult RowEntry::Change(const std::vector<Variant>& values) {
     for (const std::size_t at : key_) {
         const TableInfo::Column& column = *columns_[at];
         if (column.counter && values[at].IsMissing()) return Add(values);
-        if (IsEmptyText(Stored(values[at], column))) return {Outcome::Refused, "the key " + column.name + " is empty"};
+        if (IsEmptyText(Stored(values[at], column)))
+            return {Outcome::Refused, Message("the key {1} is empty", column.name)};
     }
     const auto condition = Condition(values);
-    if (!entered_.insert(condition).second) return {Outcome::Refused, "the key stands above already"};
+    if (!entered_.insert(condition).second) return {Outcome::Refused, Message("the key stands above already")};
     const auto row = book_.Open("Select * From " + Bracketed(table_.name) + " Where " + condition, SourceKind::Text);
     if (row->Eof()) return Add(values);
     if (const auto count = row->RecordCount(); count > 1) {
-        return {Outcome::Refused, std::to_string(count) + " rows of " + table_.name + " have this key"};
+        return {Outcome::Refused, Message("{1} rows of {2} have this key", count, table_.name)};
     }
     const auto differences = Differences(*row, values);
     if (differences.empty()) return {Outcome::Unchanged, {}};

@@ -2,6 +2,7 @@
 
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -10,7 +11,7 @@ void Setup::Store(const std::string& item, const Variant& value) {
     Check();
     // Update_AccInfo skips what fails in AccInfo.
     const auto kept = Book().Execute("Select " + item + " From AccInfo");
-    if (kept->Eof() || Text(kept->GetValue(0)) != Text(value)) RefuseWith("AccInfo does not keep " + item);
+    if (kept->Eof() || Text(kept->GetValue(0)) != Text(value)) RefuseWith(Message("AccInfo does not keep {1}", item));
 }
 
 void Setup::StoreDates(std::int32_t year, std::int32_t month) {
@@ -21,7 +22,7 @@ void Setup::StoreDates(std::int32_t year, std::int32_t month) {
 
 void Setup::Check(bool answer) {
     checked_.Check();
-    if (!answer) RefuseWith("the book cannot be set up");
+    if (!answer) RefuseWith(Message("the book cannot be set up"));
 }
 
 }  // namespace kpTables::bookkeeping

@@ -4,6 +4,7 @@
 
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -16,12 +17,13 @@ void CheckPlainNumber(const std::string& text, std::size_t decimals) {
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
     const auto count = static_cast<std::size_t>(std::ranges::count_if(digits, isDigit));
     const auto points = static_cast<std::size_t>(std::ranges::count(digits, '.'));
-    if (count == 0 || points > 1 || count + points != digits.size()) RefuseWith("'" + text + "' is no number");
-    if (count > kMostDigits) RefuseWith(text + " has more than fifteen digits");
+    if (count == 0 || points > 1 || count + points != digits.size()) RefuseWith(Message("'{1}' is no number", text));
+    if (count > kMostDigits) RefuseWith(Message("{1} has more than fifteen digits", text));
     const auto point = digits.find('.');
     const std::size_t last = digits.find_last_not_of('0');
     if (point != std::string::npos && last != std::string::npos && last > point + decimals) {
-        RefuseWith(text + " has more than " + (decimals == 4 ? "four" : "six") + " decimals");
+        RefuseWith(decimals == 4 ? Message("{1} has more than four decimals", text)
+                                 : Message("{1} has more than six decimals", text));
     }
 }
 
@@ -30,12 +32,12 @@ void CheckPlainNumber(const std::string& text, std::size_t decimals) {
 Date DayOfCell(const std::string& text) {
     const auto iso = Date::ParseIso(text);
     const auto date = iso ? iso : Date::Parse(text);
-    if (!date || date->HasTime()) RefuseWith("'" + text + "' is no date");
+    if (!date || date->HasTime()) RefuseWith(Message("'{1}' is no date", text));
     return *date;
 }
 
 double QuantityOfCell(const std::string& text) {
-    if (text.empty()) RefuseWith("no quantity is given");
+    if (text.empty()) RefuseWith(Message("no quantity is given"));
     CheckPlainNumber(text, 6);
     return ParseNumber(text).value_or(0);
 }

@@ -5,6 +5,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/bookkeeping/StockOnHand.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -51,9 +52,9 @@ void StockMoves::Check(Connection& book, BillResolver& names, std::vector<BillFa
         // What these bills have put back may be more than what they take out; then they are not the cause.
         if (taken < kLeastShortage) continue;
         faults.push_back({moves.key, moves.row, "",
-                          names.ProductName(product) + " in " + names.WarehouseName(warehouse) + ": stock " +
-                              QuantityText(low.quantity + taken) + " on " + low.day.ToText() + ", wanted " +
-                              QuantityText(taken),
+                          Message("{1} in {2}: stock {3} on {4}, wanted {5}", names.ProductName(product),
+                                  names.WarehouseName(warehouse), QuantityText(low.quantity + taken), low.day.ToText(),
+                                  QuantityText(taken)),
                           true});
     }
 }

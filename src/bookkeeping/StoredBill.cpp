@@ -8,6 +8,7 @@
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -37,8 +38,8 @@ std::optional<Date> DateIn(Recordset& row, const char* column) {
 }
 
 const char* NounOf(BillFamily family) {
-    if (family == BillFamily::Inbound) return "inbound bill";
-    return family == BillFamily::Outbound ? "outbound bill" : "cost bill";
+    if (family == BillFamily::Inbound) return Translated("inbound bill");
+    return family == BillFamily::Outbound ? Translated("outbound bill") : Translated("cost bill");
 }
 
 std::string HeaderQuery(BillFamily family, const std::string& condition) {
@@ -100,8 +101,8 @@ std::optional<std::int32_t> IdIn(std::string_view text) {
 
 /// "id:3 (2026-1-5 入库单 RK1-01-0001)"
 std::string CandidateText(const StoredBill& bill) {
-    return "id:" + std::to_string(bill.id) + " (" + (bill.date ? bill.date->ToText() : "no date") + " " + bill.type +
-           " " + bill.number + ")";
+    return "id:" + std::to_string(bill.id) + " (" + (bill.date ? bill.date->ToText() : Message("no date")) + " " +
+           bill.type + " " + bill.number + ")";
 }
 
 std::vector<StoredBill> HeadersWith(Connection& book, BillFamily family, const std::string& condition) {
@@ -117,7 +118,7 @@ const char* SelectorOf(BillFamily family) noexcept { return TablesOf(family).nam
 
 StoredBill ReadBill(Connection& book, BillFamily family, std::int32_t id) {
     const auto headers = HeadersWith(book, family, IdCondition(family, id));
-    if (headers.empty()) RefuseWith("the book has no " + std::string(NounOf(family)) + " " + std::to_string(id));
+    if (headers.empty()) RefuseWith(Message("the book has no {1} {2}", NounOf(family), id));
     StoredBill bill = headers.front();
     const auto rows = book.Execute("Select * From " + TablesOf(family).Lines() + " Where " + IdCondition(family, id));
     for (; !rows->Eof(); rows->MoveNext()) bill.lines.push_back(LineOf(*rows, family));
@@ -140,13 +141,13 @@ std::int32_t FindBill(Connection& book, BillFamily family, const std::string& te
             if (!isKnown && isOfMonth) found.push_back(std::move(bill));
         }
     }
-    const std::string ofMonth = month == 0 || byId ? "" : " in month " + std::to_string(month);
-    if (found.empty()) RefuseWith("the book has no " + std::string(NounOf(family)) + " " + text + ofMonth);
+    if (found.empty() && (month == 0 || byId)) RefuseWith(Message("the book has no {1} {2}", NounOf(family), text));
+    if (found.empty()) RefuseWith(Message("the book has no {1} {2} in month {3}", NounOf(family), text, month));
     if (found.size() == 1) return found.front().id;
     std::string candidates;
     for (const StoredBill& bill : found) candidates += (candidates.empty() ? "" : ", ") + CandidateText(bill);
-    RefuseWith(text + " may be any of " + std::to_string(found.size()) + " " + NounOf(family) + "s: " + candidates +
-               "; name one as id:N");
+    RefuseWith(
+        Message("{1} may be any of {2} {3}s: {4}; name one as id:N", text, found.size(), NounOf(family), candidates));
 }
 
 std::int32_t CounterpartOf(const ConnectionPtr& book, const StoredBill& bill) {
@@ -156,8 +157,9 @@ std::int32_t CounterpartOf(const ConnectionPtr& book, const StoredBill& bill) {
         *book, "Select Count(*) As n From " + TablesOf(other).Headers() + " Where 月份=" + std::to_string(bill.month) +
                    " And 单据类型='" + std::string(kTransferType) + "' And 单据编号='" + Quoted(bill.number) + "'");
     if (halves > 1) {
-        RefuseWith("the other half of the transfer " + bill.number + " may be any of " + std::to_string(halves) +
-                   " bills of month " + std::to_string(bill.month) + ": give them different numbers first");
+        RefuseWith(Message(
+            "the other half of the transfer {1} may be any of {2} bills of month {3}: give them different numbers first",
+            bill.number, halves, bill.month));
     }
     if (halves == 0) return 0;
     return CheckedTables(book).Ask(

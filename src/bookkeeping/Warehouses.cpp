@@ -2,6 +2,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -14,7 +15,7 @@ std::vector<Warehouse> ReadWarehouses(Connection& book, std::optional<std::int32
     }
     if (warehouses.empty()) {
         throw Error(static_cast<std::int32_t>(ErrorNumber::InvalidCall),
-                    only ? "the book has no warehouse " + std::to_string(*only) : "the book has no warehouses");
+                    only ? Message("the book has no warehouse {1}", *only) : Message("the book has no warehouses"));
     }
     return warehouses;
 }

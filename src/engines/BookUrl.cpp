@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines {
 
@@ -15,9 +16,9 @@ bool IsSchemeCharacter(char c) noexcept {
     return IsLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
 }
 
-[[noreturn]] void Refuse(std::string_view url, const char* complaint) {
+[[noreturn]] void Refuse(std::string_view url, const std::string& complaint) {
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                        "The book '" + std::string(url) + "' cannot be opened: " + complaint);
+                        Message("The book '{1}' cannot be opened: {2}", url, complaint));
 }
 
 std::string_view SchemeOf(std::string_view url) noexcept {
@@ -41,7 +42,7 @@ std::string PercentDecoded(std::string_view encoded, std::string_view url) {
         unsigned char byte = 0;
         const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, kHexadecimal);
         if (digits.size() != kDigits || error != std::errc() || end != digits.data() + kDigits) {
-            Refuse(url, "a % in a file's URL begins two hexadecimal digits");
+            Refuse(url, Message("a % in a file's URL begins two hexadecimal digits"));
         }
         decoded += static_cast<char>(byte);
         i += kDigits;
@@ -50,12 +51,12 @@ std::string PercentDecoded(std::string_view encoded, std::string_view url) {
 }
 
 std::string FilePath(std::string_view address, std::string_view url) {
-    if (address.find_first_of("?#") != address.npos) Refuse(url, "a file's URL has no query and no fragment");
+    if (address.find_first_of("?#") != address.npos) Refuse(url, Message("a file's URL has no query and no fragment"));
     constexpr std::string_view kAuthority = "//";
     if (address.starts_with(kAuthority)) {
         address.remove_prefix(kAuthority.size());
         const auto host = address.substr(0, std::min(address.find('/'), address.size()));
-        if (!host.empty() && host != "localhost") Refuse(url, "the file is on another computer");
+        if (!host.empty() && host != "localhost") Refuse(url, Message("the file is on another computer"));
         address.remove_prefix(host.size());
     }
     return PercentDecoded(address, url);

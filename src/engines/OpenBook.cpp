@@ -9,6 +9,7 @@
 #include "kpTables/Book.h"
 #include "kpTables/BookFiles.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables {
 
@@ -16,16 +17,16 @@ namespace {
 
 struct Engine {
     std::string_view scheme;
-    std::string_view books;  ///< what its books are, for messages
+    const char* books;  ///< what its books are, for messages
     BookPtr (*open)(const std::string& address, const std::string& url, const BookOptions& options);
     BookPtr (*create)(const std::string& address, const std::string& url, const NewBookOptions& options);
     BookUpgrade (*upgrade)(const std::string& address, const std::string& url, const UpgradeOptions& options);
 };
 
 constexpr Engine kEngines[] = {
-    {"file", "a book is a file (its path, or file: and its path)", engines::sqlite::OpenFile,
+    {"file", Translatable("a book is a file (its path, or file: and its path)"), engines::sqlite::OpenFile,
      engines::sqlite::CreateFile, engines::sqlite::UpgradeFile},
-    {"memory", "a book in memory is made anew each time (memory:)", engines::sqlite::OpenInMemory,
+    {"memory", Translatable("a book in memory is made anew each time (memory:)"), engines::sqlite::OpenInMemory,
      engines::sqlite::CreateInMemory, engines::sqlite::UpgradeInMemory},
 };
 
@@ -33,8 +34,8 @@ const Engine& EngineFor(const std::string& scheme, const std::string& url) {
     const auto found = std::find_if(std::begin(kEngines), std::end(kEngines),
                                     [&](const Engine& engine) { return engine.scheme == scheme; });
     if (found != std::end(kEngines)) return *found;
-    std::string message = "The book '" + url + "' cannot be opened: there is no engine for '" + scheme + ":'";
-    for (const Engine& engine : kEngines) message.append("; ").append(engine.books);
+    std::string message = Message("The book '{1}' cannot be opened: there is no engine for '{2}:'", url, scheme);
+    for (const Engine& engine : kEngines) message.append("; ").append(Translated(engine.books));
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), message);
 }
 

@@ -9,6 +9,7 @@
 #include "functions/Bodies.h"
 #include "functions/Fault.h"
 #include "functions/ServerDate.h"
+#include "kpTables/text/Message.h"
 #include "text/Amount.h"
 #include "text/Ascii.h"
 #include "text/DateText.h"
@@ -38,7 +39,7 @@ T Fitting(std::optional<T> result) {
 
 std::optional<std::int64_t> AmountOfText(std::string_view text) {
     const auto number = text::Decimal::Read(text);
-    if (!number) RaiseMismatch(text, "is no number");
+    if (!number) RaiseMismatch(text, Message("is no number"));
     return number->ToAmount();
 }
 

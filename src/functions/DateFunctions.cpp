@@ -5,6 +5,7 @@
 
 #include "functions/Bodies.h"
 #include "functions/Fault.h"
+#include "kpTables/text/Message.h"
 #include "text/Calendar.h"
 
 namespace kpTables::functions {
@@ -59,8 +60,7 @@ void DateSerial(const Arguments& a, Answer& answer) {
 void YearMonthDay(const Arguments& a, Answer& answer) {
     const auto date = text::SerialOf({text::FullYear(a.Whole(0)), a.Whole(1), a.Whole(2), 0, 0, 0});
     if (!date) {
-        Raise(FaultNumber::TypeMismatch, "there is no day " + std::string(a.Text(0)) + "-" + std::string(a.Text(1)) +
-                                             "-" + std::string(a.Text(2)));
+        Raise(FaultNumber::TypeMismatch, Message("there is no day {1}-{2}-{3}", a.Text(0), a.Text(1), a.Text(2)));
     }
     answer.Date(*date);
 }

@@ -3,6 +3,7 @@
 
 #include "functions/Bodies.h"
 #include "functions/Fault.h"
+#include "kpTables/text/Message.h"
 #include "text/Ascii.h"
 #include "text/Calendar.h"
 
@@ -41,7 +42,7 @@ Interval IntervalOf(std::string_view text) {
     for (const Name& name : kNames) {
         if (text::EqualsIgnoringCase(name.text, text)) return name.interval;
     }
-    Raise(FaultNumber::InvalidCall, std::string(text) + " is no interval");
+    Raise(FaultNumber::InvalidCall, Message("{1} is no interval", text));
 }
 
 /// The start of a valid day.

@@ -8,6 +8,7 @@
 #include "functions/Bodies.h"
 #include "functions/Fault.h"
 #include "functions/ServerDate.h"
+#include "kpTables/text/Message.h"
 #include "text/Ascii.h"
 #include "text/Calendar.h"
 #include "text/DateFormat.h"
@@ -62,7 +63,7 @@ const Style& StyleOf(int number) {
     constexpr int kIso = 126;
     const bool known = found != std::end(kStyles) && number >= 0 &&
                        (plain < kAlone || number == kIso || (number < kWithCentury && number != kIso - kWithCentury));
-    if (!known) Raise(FaultNumber::InvalidCall, std::to_string(number) + " is no style of a date");
+    if (!known) Raise(FaultNumber::InvalidCall, Message("{1} is no style of a date", number));
     return *found;
 }
 
@@ -122,7 +123,7 @@ void StyledDate(const Arguments& a, Answer& answer) {
     const std::string_view text = a.Text(0);
     const auto ordered = YearFirst(text, style.order);
     const auto date = ordered ? text::ParseDate(*ordered) : ReadServerDate(text);
-    if (!date) RaiseMismatch(text, "is no date in this style");
+    if (!date) RaiseMismatch(text, Message("is no date in this style"));
     answer.Date(*date);
 }
 

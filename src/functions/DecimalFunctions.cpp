@@ -9,6 +9,7 @@
 #include "functions/Bodies.h"
 #include "functions/DecimalFit.h"
 #include "functions/Fault.h"
+#include "kpTables/text/Message.h"
 #include "text/Amount.h"
 
 namespace kpTables::functions {
@@ -91,9 +92,8 @@ std::string DecimalComplaint(std::int64_t amount, int precision, int scale) {
     const int whole = precision - scale;
     constexpr int kMostWhole = 15;
     if (whole >= kMostWhole || std::abs(amount / text::kAmountScale) < PowerOfTen(whole)) return {};
-    return text::AmountText(amount) + " has more than the " + std::to_string(whole) +
-           " digits before the point that DECIMAL(" + std::to_string(precision) + "," + std::to_string(scale) +
-           ") keeps";
+    return Message("{1} has more than the {2} digits before the point that DECIMAL({3},{4}) keeps",
+                   text::AmountText(amount), whole, precision, scale);
 }
 
 std::int64_t DecimalAmount(std::int64_t amount, int scale) { return AmountWith(amount, scale, true); }

@@ -1,5 +1,6 @@
 #include "functions/Fault.h"
 
+#include "kpTables/text/Message.h"
 #include "text/ErrorText.h"
 
 namespace kpTables::functions {
@@ -11,8 +12,7 @@ void Raise(FaultNumber number, const std::string& detail) {
 }
 
 void RaiseMismatch(std::string_view text, std::string_view complaint) {
-    std::string detail = "'";
-    Raise(FaultNumber::TypeMismatch, detail.append(text).append("' ").append(complaint));
+    Raise(FaultNumber::TypeMismatch, Message("'{1}' {2}", text, complaint));
 }
 
 }  // namespace kpTables::functions

@@ -6,6 +6,7 @@
 
 #include "functions/Fault.h"
 #include "functions/ServerDate.h"
+#include "kpTables/text/Message.h"
 #include "text/Calendar.h"
 #include "text/DateText.h"
 #include "text/Decimal.h"
@@ -30,7 +31,7 @@ std::string_view Arguments::Text(int index) const noexcept {
 
 double Arguments::NumberOf(std::string_view text) {
     const auto number = text::ParseNumber(text);
-    if (!number) RaiseMismatch(text, "is no number");
+    if (!number) RaiseMismatch(text, Message("is no number"));
     return *number;
 }
 
@@ -58,7 +59,7 @@ double Arguments::Date(int index, double dayZero) const {
     const auto days = text::ParseNumber(text);
     if (days && text::IsSerial(*days + dayZero)) return *days + dayZero;
     if (const auto date = ReadServerDate(text)) return *date;
-    if (!days) RaiseMismatch(text, "is no date");
+    if (!days) RaiseMismatch(text, Message("is no date"));
     return CheckedDate(*days + dayZero);
 }
 

@@ -4,6 +4,7 @@
 
 #include "functions/Bodies.h"
 #include "functions/Fault.h"
+#include "kpTables/text/Message.h"
 #include "text/CaseMapping.h"
 #include "text/Like.h"
 #include "text/TextOrder.h"
@@ -20,7 +21,7 @@ constexpr double kLongestSearch = 4e9;
 
 void RequireSearchable(std::string_view text, std::string_view find) {
     const double steps = static_cast<double>(text.size()) * static_cast<double>(find.size());
-    if (steps > kLongestSearch) Raise(FaultNumber::Overflow, "the texts are too long to be searched");
+    if (steps > kLongestSearch) Raise(FaultNumber::Overflow, Message("the texts are too long to be searched"));
 }
 
 /// Position from 1 of find in text at or after the character start (from 1), 0 when it is not there.
@@ -52,7 +53,7 @@ void Match(const Arguments& a, Answer& answer, text::LikeRules rules) {
     if (a.Count() > 2) {
         rules.escape = a.Text(2);
         if (text::CountCharacters(rules.escape) != 1)
-            Raise(FaultNumber::InvalidCall, "the sign of ESCAPE is one character");
+            Raise(FaultNumber::InvalidCall, Message("the sign of ESCAPE is one character"));
     }
     answer.Test(text::Like(a.Text(0), a.Text(1), rules));
 }
@@ -95,7 +96,7 @@ void Replace(const Arguments& a, Answer& answer) {
         const std::size_t matched = MatchedSize(text.substr(at), find);
         const std::size_t size = matched > 0 ? matched : text::CharacterSize(text, at);
         out += matched > 0 ? a.Text(2) : text.substr(at, size);
-        if (out.size() > kLongestReplaced) Raise(FaultNumber::Overflow, "the text would be too long");
+        if (out.size() > kLongestReplaced) Raise(FaultNumber::Overflow, Message("the text would be too long"));
         at += size;
     }
     answer.Text(std::move(out));

@@ -1,5 +1,6 @@
 #include "functions/TextLength.h"
 
+#include "kpTables/text/Message.h"
 #include "text/Utf8.h"
 
 namespace kpTables::functions {
@@ -10,9 +11,8 @@ std::optional<std::string> LengthComplaint(std::string_view text, int length, st
     if (limit == 0 || text.size() <= limit) return std::nullopt;
     const std::size_t characters = text::CountCharacters(text);
     if (characters <= limit) return std::nullopt;
-    std::string complaint = "The field '";
-    complaint.append(column).append("' is too small for a text of ").append(std::to_string(characters));
-    return complaint.append(" characters: it takes ").append(std::to_string(length));
+    return Message("The field '{1}' is too small for a text of {2} characters: it takes {3}", column, characters,
+                   length);
 }
 
 }  // namespace kpTables::functions

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "kpTables/BookFiles.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
@@ -23,6 +24,7 @@
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/CompletionCommand.h"
 #include "kpbook/commands/FilesSyntax.h"
+#include "kpbook/commands/HelpLanguage.h"
 #include "kpbook/commands/MasterSyntax.h"
 #include "kpbook/commands/NewSyntax.h"
 #include "kpbook/commands/OperatorsSyntax.h"
@@ -181,17 +183,17 @@ void AddPayroll(CLI::App& app, Parsed& parsed) {
 }
 
 void AddCall(CLI::App& app, Parsed& parsed) {
-    auto* command = commands::AddCommand(
-        app, "call", "Call a method by name, or many with --batch",
-        "Arguments:\n" + std::string(input::kArgumentForms) +
-            "\nPut -- before arguments that begin with a dash and a letter. Values that a method writes back are shown on\n"
-            "standard error.\n\n"
-            "A batch has one JSON object per line, and each is answered with one line:\n"
-            "  {\"method\":NAME,\"args\":[...],\"isSQL\":bool,\"today\":\"2026-11-21\",\"answer\":\"yes\"|\"no\"}\n"
-            "  {\"execute\":TEXT}\n\n"
-            "Examples:\n  kpbook call shop.kpbook rs余额记录 1 3\n"
-            "  kpbook call shop.kpbook Close_DepotBalance 1 3 False date:2004-03-31 progress:\n"
-            "  kpbook call shop.kpbook --batch calls.jsonl");
+    const std::string arguments = Message("Arguments:") + "\n" + Translated(input::kArgumentForms);
+    const std::string rest = Message(
+        "\nPut -- before arguments that begin with a dash and a letter. Values that a method writes back are shown on\n"
+        "standard error.\n\n"
+        "A batch has one JSON object per line, and each is answered with one line:\n"
+        "  {\"method\":NAME,\"args\":[...],\"isSQL\":bool,\"today\":\"2026-11-21\",\"answer\":\"yes\"|\"no\"}\n"
+        "  {\"execute\":TEXT}\n\n"
+        "Examples:\n  kpbook call shop.kpbook rs余额记录 1 3\n"
+        "  kpbook call shop.kpbook Close_DepotBalance 1 3 False date:2004-03-31 progress:\n"
+        "  kpbook call shop.kpbook --batch calls.jsonl");
+    auto* command = commands::AddCommand(app, "call", "Call a method by name, or many with --batch", arguments + rest);
     commands::AddBook(*command, parsed.call.book);
     command->add_option("METHOD", parsed.call.method, "The method; with --batch the file, standard input by default")
         ->check(commands::kUtf8)
@@ -315,8 +317,8 @@ OutputFormat FormatOf(const std::string& name, bool isGiven, const std::string& 
     });
     if (byFile == std::end(kFormats)) return named->format;
     if (isGiven && byFile != named) {
-        throw CLI::ValidationError("-o " + path + " is the name of a " + std::string(byFile->name) +
-                                   " file, but -O says " + name + "; change one of them");
+        throw CLI::ValidationError(
+            Message("-o {1} is the name of a {2} file, but -O says {3}; change one of them", path, byFile->name, name));
     }
     return byFile->format;
 }
@@ -331,7 +333,7 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     parsed.close.options.date = commands::DateOf(parsed.close.date);
     if (!parsed.answer.empty()) global.answer = parsed.answer == "yes" ? MessageAnswer::Yes : MessageAnswer::No;
     if (global.format == OutputFormat::Xlsx && global.outputPath.empty()) {
-        throw CLI::ValidationError("-O xlsx needs a file: -o FILE");
+        throw CLI::ValidationError(Message("-O xlsx needs a file: -o FILE"));
     }
     commands::ReadNew(parsed.create);
     const CLI::App& command = *app.get_subcommands().front();
@@ -341,26 +343,27 @@ void Complete(const CLI::App& app, Parsed& parsed) {
     if (command.get_name() == "stock") parsed.stock.showing = commands::ReadFigures(parsed.figures, global.format);
     if (const auto* kind = parsed.report.options.kind) global.title = kind->name;
     if (app.count("--operator") > 0 && global.operatorName.empty()) {
-        throw CLI::ValidationError("--operator needs a name");
+        throw CLI::ValidationError(Message("--operator needs a name"));
     }
     if (!parsed.operators.action.empty() && parsed.operators.name.empty()) throw CLI::RequiredError("NAME");
     if (command.get_name() == "import") commands::CheckImport(parsed.import);
     if (command.get_name() == "export" && (app.count("-O") > 0 || app.count("-o") > 0)) {
-        throw CLI::ValidationError("export writes CSV into the folder that it is given; -O and -o do not go with it");
+        throw CLI::ValidationError(
+            Message("export writes CSV into the folder that it is given; -O and -o do not go with it"));
     }
     if (command.get_name() == "sql") commands::CheckSql(command);
     if (command.get_name() != "call") return;
-    if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError("METHOD or --batch");
+    if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError(Message("METHOD or --batch"));
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);
     if (parsed.batch && (app.count("-O") > 0 || app.count("-o") > 0)) {
-        throw CLI::ValidationError("--batch answers in JSON on standard output; -O and -o do not go with it");
+        throw CLI::ValidationError(Message("--batch answers in JSON on standard output; -O and -o do not go with it"));
     }
 }
 
 std::string UnknownWord(const std::string& word) {
     std::vector<std::string_view> names;
     for (const CommandEntry& command : kCommands) names.push_back(command.name);
-    return "there is no command or option " + word + DidYouMean(word, names);
+    return Message("there is no command or option {1}{2}", word, DidYouMean(word, names));
 }
 
 int Show(const std::string& help) {
@@ -373,7 +376,7 @@ int Show(const std::string& help) {
 /// Before anything is read or run: results must not replace a book.
 void CheckTarget(const std::string& target, const std::string& book) {
     if (!target.empty() && IsPartOfBook(target, book)) {
-        throw UsageError(target + " belongs to a book; results are not written over it");
+        throw UsageError(Message("{1} belongs to a book; results are not written over it", target));
     }
 }
 
@@ -381,17 +384,18 @@ void CheckTarget(const std::string& target, const std::string& book) {
 
 int RunCommandLine(int count, char** words) {
     Parsed parsed;
-    CLI::App app("Works with account books: imports data, calls methods, closes months.", "kpbook");
+    CLI::App app(Message("Works with account books: imports data, calls methods, closes months."), "kpbook");
     app.require_subcommand(1);
     app.footer(
-        "Results go to standard output; messages, questions and progress to standard error.\n"
-        "Exit code: 0 success, 1 the call failed, 2 wrong usage. For more, see kpbook COMMAND --help.\n\n"
-        "Examples:\n  kpbook new shop.kpbook\n  kpbook import shop.kpbook 商品设置 products.csv\n"
-        "  kpbook close shop.kpbook --month 1\n  kpbook call shop.kpbook rs余额记录 1 2");
+        Message("Results go to standard output; messages, questions and progress to standard error.\n"
+                "Exit code: 0 success, 1 the call failed, 2 wrong usage. For more, see kpbook COMMAND --help.\n\n"
+                "Examples:\n  kpbook new shop.kpbook\n  kpbook import shop.kpbook 商品设置 products.csv\n"
+                "  kpbook close shop.kpbook --month 1\n  kpbook call shop.kpbook rs余额记录 1 2"));
     app.failure_message([](const CLI::App* asked, const CLI::Error& error) {
         const auto unknown = asked->get_subcommands().empty() ? asked->remaining() : std::vector<std::string>();
-        const std::string what = unknown.empty() ? error.what() : UnknownWord(unknown.front());
-        return FailureMark() + (" " + what) + "\nFor help, see kpbook --help.\n";
+        const std::string what =
+            unknown.empty() ? commands::TranslatedError(error.what()) : UnknownWord(unknown.front());
+        return FailureMark() + (" " + what) + "\n" + Message("For help, see kpbook --help.") + "\n";
     });
     AddGlobalOptions(app, parsed);
     std::vector<std::string> marked = commands::MarkedWords(count, words);
@@ -402,6 +406,7 @@ int RunCommandLine(int count, char** words) {
         Complete(app, parsed);
     } catch (const CLI::ParseError& error) {
         std::ostringstream help;
+        commands::TranslateHelp(app);
         if (app.exit(error, help, std::cerr) != 0) return kWrongUsage;
         return RunToEnd([&] { return Show(help.str()); }, *parsed.global.incidents);
     }
@@ -410,10 +415,11 @@ int RunCommandLine(int count, char** words) {
                                      [&asked](const CommandEntry& command) { return command.name == asked; });
     parsed.global.right = commands::RightFor(asked);
     parsed.tree = &app;
+    if (asked == "man" || asked == "completion") commands::TranslateHelp(app);
     const auto run = [&] {
         CheckTarget(parsed.global.outputPath, commands::BookOf(commands::AskedCommand(app)));
         if (!parsed.global.operatorName.empty() && !commands::TakesOperator(asked)) {
-            throw UsageError(asked + " cannot act as an operator");
+            throw UsageError(Message("{1} cannot act as an operator", asked));
         }
         return entry->run(parsed);
     };

@@ -4,6 +4,7 @@
 #include <new>
 #include <string>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
@@ -62,7 +63,7 @@ int RunTelling(const std::function<int()>& command, IncidentLog& incidents) {
 int RunToEnd(const std::function<int()>& command, IncidentLog& incidents) {
     const int code = RunTelling(command, incidents);
     if (ArrivedSignal() == 0) return code;
-    std::fprintf(stderr, "kpbook: interrupted\n");
+    TellLine("kpbook: " + Message("interrupted"));
     return kKilledBySignal + ArrivedSignal();
 }
 

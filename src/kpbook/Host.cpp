@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook {
@@ -28,16 +29,18 @@ MessageAnswer ConsoleHost::MsgBox(const std::string& text, MessageButtons button
     const auto answer = answer_ ? answer_ : AskYesNo(question);
     if (!answer) {
         std::fprintf(stderr, "%s\n", question.c_str());
-        Raise(ErrorNumber::InvalidCall, "nobody can answer this question; give --answer yes or --answer no");
+        Raise(ErrorNumber::InvalidCall, Message("nobody can answer this question; give --answer yes or --answer no"));
     }
-    if (answer_) std::fprintf(stderr, "%s %s\n", question.c_str(), *answer == MessageAnswer::Yes ? "yes" : "no");
+    if (answer_)
+        std::fprintf(stderr, "%s %s\n", question.c_str(),
+                     *answer == MessageAnswer::Yes ? Translated("yes") : Translated("no"));
     return *answer;
 }
 
 MessageAnswer BatchHost::MsgBox(const std::string& text, MessageButtons buttons, const std::string& title) {
     const auto given = buttons == MessageButtons::OkOnly ? MessageAnswer::Ok : answer;
     messages.push_back({text, title, buttons, given});
-    if (!given) Raise(ErrorNumber::InvalidCall, "the line has no answer to the question: " + text);
+    if (!given) Raise(ErrorNumber::InvalidCall, Message("the line has no answer to the question: {1}", text));
     return *given;
 }
 

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/Utf8.h"
 
@@ -37,8 +38,9 @@ bool IncidentLog::Tell(const Error* ending) {
     if (ending) RemoveTold(untold_, *ending);
     const Incidents incidents = std::exchange(untold_, {});
     for (const auto& [statement, error] : incidents) {
-        const char* what = statement.empty() ? "" : "a statement failed: ";
-        std::fprintf(stderr, "%s %s%s\n", FailureMark(), what, Shown(error.Description()).c_str());
+        const std::string shown = Shown(error.Description());
+        const std::string what = statement.empty() ? shown : Message("a statement failed: {1}", shown);
+        std::fprintf(stderr, "%s %s\n", FailureMark(), what.c_str());
         if (!statement.empty()) std::fprintf(stderr, "  %s\n", Shown(statement).c_str());
     }
     return !incidents.empty();

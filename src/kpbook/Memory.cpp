@@ -6,6 +6,7 @@
 #include <exception>
 #include <new>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 
 namespace kpTables::kpbook {
@@ -17,7 +18,9 @@ std::atomic<bool> shortage = false;
 /// Where an allocation failed in a function that must not fail, in a library's for example.
 [[noreturn]] void EndForWantOfMemory() {
     if (!shortage) std::abort();
-    std::fputs("kpbook: Out of memory\n", stderr);
+    std::fputs("kpbook: ", stderr);
+    std::fputs(Translated("Out of memory"), stderr);
+    std::fputs("\n", stderr);
     std::_Exit(kFailed);
 }
 
@@ -37,7 +40,7 @@ bool IsMemoryShort() noexcept { return shortage; }
 
 Error MemoryError() {
     constexpr std::int32_t kOutOfMemory = 7;
-    return Error(kOutOfMemory, "Out of memory");
+    return Error(kOutOfMemory, Message("Out of memory"));
 }
 
 }  // namespace kpTables::kpbook

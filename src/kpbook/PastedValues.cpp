@@ -5,6 +5,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::kpbook {
 
@@ -22,8 +23,8 @@ std::string QuoteFault(const _CTables::Member& member, std::span<const Variant> 
     for (std::size_t i = 0; i < std::min(member.parameters.size(), arguments.size()); ++i) {
         const auto& parameter = member.parameters[i];
         if (!parameter.pasted || !EndsItsText(arguments[i])) continue;
-        return parameter.name + ": " + std::string(member.name) +
-               " puts this value into a statement as it is, so a quote in it must be doubled: ''";
+        return Message("{1}: {2} puts this value into a statement as it is, so a quote in it must be doubled: ''",
+                       parameter.name, member.name);
     }
     return {};
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 
@@ -62,6 +63,8 @@ bool OutputHasColours() noexcept { return ::isatty(STDOUT_FILENO) == 1 && WantsC
 
 const char* FailureMark() noexcept { return ErrorHasColours() ? "\033[1;31mkpbook:\033[0m" : "kpbook:"; }
 
+void TellLine(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
+
 bool InputIsTerminal() noexcept { return ::isatty(STDIN_FILENO) == 1; }
 
 namespace {
@@ -94,11 +97,11 @@ namespace {
 class HiddenInput {
 public:
     explicit HiddenInput(std::FILE* terminal) : descriptor_(::fileno(terminal)) {
-        if (::tcgetattr(descriptor_, &shown_) != 0) throw CommandError("the terminal cannot hide a password");
+        if (::tcgetattr(descriptor_, &shown_) != 0) throw CommandError(Message("the terminal cannot hide a password"));
         termios hidden = shown_;
         hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         if (::tcsetattr(descriptor_, TCSAFLUSH, &hidden) != 0) {
-            throw CommandError("the terminal cannot hide a password");
+            throw CommandError(Message("the terminal cannot hide a password"));
         }
     }
     ~HiddenInput() { ::tcsetattr(descriptor_, TCSAFLUSH, &shown_); }
@@ -125,15 +128,17 @@ std::string AskPassword() {
     std::string password;
     if (::isatty(STDIN_FILENO) == 1) {
         const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
-        if (!terminal) throw CommandError("there is no terminal to ask for the password");
+        if (!terminal) throw CommandError(Message("there is no terminal to ask for the password"));
         std::setbuf(terminal.get(), nullptr);
         const HiddenInput hidden(terminal.get());
-        password = ReadHidden("New password: ", terminal.get());
-        if (ReadHidden("Again: ", terminal.get()) != password) throw CommandError("the two passwords differ");
+        password = ReadHidden(Translated("New password: "), terminal.get());
+        if (ReadHidden(Translated("Again: "), terminal.get()) != password)
+            throw CommandError(Message("the two passwords differ"));
     } else {
         password = ReadLine(stdin).value_or("");
     }
-    if (password.empty()) throw CommandError("no password was given; operators BOOK clear-password NAME empties one");
+    if (password.empty())
+        throw CommandError(Message("no password was given; operators BOOK clear-password NAME empties one"));
     return password;
 }
 
@@ -142,7 +147,7 @@ std::string LoginPassword(const std::string& name) {
         const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
         const auto line = file ? ReadLine(file.get()) : std::nullopt;
         if (!file || std::ferror(file.get())) {
-            throw CommandError("the file of KPBOOK_PASSWORD_FILE cannot be read: " + std::string(path));
+            throw CommandError(Message("the file of KPBOOK_PASSWORD_FILE cannot be read: {1}", path));
         }
         std::string password = line.value_or("");
         if (password.ends_with('\r')) password.pop_back();
@@ -150,12 +155,12 @@ std::string LoginPassword(const std::string& name) {
     }
     const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
     if (!terminal) {
-        throw CommandError(
-            "there is no terminal to ask for the operator's password; KPBOOK_PASSWORD_FILE may name a file with it");
+        throw CommandError(Message(
+            "there is no terminal to ask for the operator's password; KPBOOK_PASSWORD_FILE may name a file with it"));
     }
     std::setbuf(terminal.get(), nullptr);
     const HiddenInput hidden(terminal.get());
-    return ReadHidden(("Password of " + name + ": ").c_str(), terminal.get());
+    return ReadHidden((Message("Password of {1}: ", name)).c_str(), terminal.get());
 }
 
 TerminalProgressBar::TerminalProgressBar(std::string label) : label_(std::move(label)) {}

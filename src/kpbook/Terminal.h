@@ -19,6 +19,9 @@ const char* FailureMark() noexcept;
 /// Whether standard input is a terminal: somebody can be asked.
 bool InputIsTerminal() noexcept;
 
+/// Shows a line on standard error.
+void TellLine(const std::string& line);
+
 /// Asks for a line of text; without blanks at its ends. Returns nothing when standard input is not a terminal or ends.
 std::optional<std::string> AskLine(const std::string& question);
 

@@ -10,6 +10,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
 #include "kpTables/bookkeeping/Masters.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
@@ -54,7 +55,7 @@ BookPtr OpenToRead(const std::string& url, BookOptions options) {
 /// A book of which somebody has dropped a part still serves the methods that do without it.
 void WarnOfMissingParts(Book& book) {
     for (const std::string& part : book.MissingParts()) {
-        std::fprintf(stderr, "kpbook: the book lacks %s; kpbook upgrade adds it\n", part.c_str());
+        TellLine("kpbook: " + Message("the book lacks {1}; kpbook upgrade adds it", part));
     }
 }
 
@@ -91,7 +92,7 @@ Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOpt
     };
     connection->onEnd = [log = log_, clock = global.clock, trace = global.trace](const auto&, const auto& end) {
         if (trace) TraceEnd(*log, end);
-        if (end.error && clock->IsOver()) std::fprintf(stderr, "kpbook: the statement ran longer than --timeout\n");
+        if (end.error && clock->IsOver()) TellLine("kpbook: " + Message("the statement ran longer than --timeout"));
         clock->Stop();
     };
     // A method that trapped the shortage may have answered something else than what is in the book.
@@ -117,7 +118,7 @@ void Workspace::LogIn(const GlobalOptions& global, Access access) {
         acting.emplace(connection, global.operatorName, [&] { return LoginPassword(global.operatorName); });
         if (!global.right.empty()) Require(global.right);
     } else if (access == Access::Change && bookkeeping::OperatorRequired(book)) {
-        throw CommandError("the book demands an operator for every change: --operator NAME");
+        throw CommandError(Message("the book demands an operator for every change: --operator NAME"));
     }
 }
 
@@ -132,7 +133,7 @@ void Workspace::Log(const std::string& what) const {
 void Workspace::LogChange(const std::string& statement) const {
     const auto changed = book->RecordsAffected();
     Log("执行 " + statement);
-    std::fprintf(stderr, changed == 1 ? "%lld row changed\n" : "%lld rows changed\n", static_cast<long long>(changed));
+    TellLine(CountedMessage(changed, "{1} row changed", "{1} rows changed"));
 }
 
 void Workspace::LogCall(const std::string& method) const {
@@ -180,7 +181,7 @@ BookOptions OptionsOf(const GlobalOptions& global) {
 
 std::string NameOf(Workspace& workspace, const std::string& statement, const std::string& what) {
     const auto rows = workspace.connection->Execute(statement);
-    if (rows->Eof()) throw CommandError("the book has no " + what);
+    if (rows->Eof()) throw CommandError(Message("the book has no {1}", what));
     return Text(rows->GetValue(0));
 }
 
@@ -190,7 +191,7 @@ Variant CallMember(CTables& tables, const std::string& name, std::vector<Variant
     if (!getter && !_CTables::Find(name)) Raise(ErrorNumber::UnknownMember, name + MethodMeant(name));
     if (!getter) return _CTables::Call(tables, name, arguments);
     if (getter->result == _CTables::ValueType::Connection) {
-        Raise(ErrorNumber::UnknownMember, name + ": the connection is kpbook's own");
+        Raise(ErrorNumber::UnknownMember, Message("{1}: the connection is kpbook's own", name));
     }
     return _CTables::Invoke(tables, arguments.empty() ? *getter : *_CTables::Find(name, Kind::PropertyLet), arguments);
 }

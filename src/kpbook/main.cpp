@@ -3,6 +3,8 @@
 #include <exception>
 #include <new>
 
+#include "kpTables/text/Message.h"
+#include "kpbook/Catalogue.h"
 #include "kpbook/CommandLine.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
@@ -19,10 +21,11 @@ int main(int count, char** words) {
     std::signal(SIGPIPE, SIG_IGN);
     WatchSignals();
     try {
+        SpeakAskedLanguage();
         return RunCommandLine(count, words);
     } catch (const std::bad_alloc&) {
         // Nothing that tells of it may need memory.
-        std::fputs("kpbook: Out of memory\n", stderr);
+        std::fprintf(stderr, "kpbook: %s\n", Translated("Out of memory"));
         return kFailed;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "kpbook: %s\n", ReplaceInvalidUtf8(error.what()).c_str());

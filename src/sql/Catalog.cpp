@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 
@@ -9,7 +10,7 @@ namespace kpTables::sql {
 
 const CatalogTable& RequireTable(const Catalog& catalog, const std::string& name, std::size_t offset) {
     if (const auto* table = catalog.Find(name)) return *table;
-    throw SqlError(ErrorKind::UnknownTable, "unknown table '" + name + "'", offset);
+    throw SqlError(ErrorKind::UnknownTable, Message("unknown table '{1}'", name), offset);
 }
 
 const CatalogColumn* FindColumn(const CatalogTable& table, std::string_view name) {
@@ -20,14 +21,15 @@ const CatalogColumn* FindColumn(const CatalogTable& table, std::string_view name
 
 const CatalogColumn& RequireColumn(const CatalogTable& table, const std::string& name, std::size_t offset) {
     if (const auto* column = FindColumn(table, name)) return *column;
-    throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + name + "' in table '" + table.name + "'", offset);
+    throw SqlError(ErrorKind::UnknownColumn, Message("unknown column '{1}' in table '{2}'", name, table.name), offset);
 }
 
 const CatalogColumn& RequireStoredColumn(const CatalogTable& table, const std::string& name, std::size_t offset) {
     const CatalogColumn& column = RequireColumn(table, name, offset);
     if (!column.computed) return column;
     if (const auto* stored = column.source.empty() ? nullptr : FindColumn(table, column.source)) return *stored;
-    throw SqlError(ErrorKind::Unsupported, "the column '" + column.name + "' is computed and takes no value", offset);
+    throw SqlError(ErrorKind::Unsupported, Message("the column '{1}' is computed and takes no value", column.name),
+                   offset);
 }
 
 }  // namespace kpTables::sql

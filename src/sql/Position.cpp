@@ -1,5 +1,7 @@
 #include "sql/Position.h"
 
+#include "kpTables/text/Message.h"
+
 namespace kpTables::sql {
 
 namespace {
@@ -30,15 +32,14 @@ Position Locate(std::string_view text, std::size_t offset) {
     return at;
 }
 
+std::string PlaceText(Position at) { return Message("line {1}, column {2}", at.line, at.column); }
+
 SqlError SyntaxError(std::string_view text, std::size_t offset, std::string_view token, std::string_view complaint) {
-    const Position at = Locate(text, offset);
-    std::string message = "Syntax error at line " + std::to_string(at.line) + ", column " + std::to_string(at.column);
-    if (!token.empty())
-        message += " near \"" + Shortened(token) + '"';
-    else if (offset >= text.size())
-        message += " at the end";
-    message += ": ";
-    message += complaint;
+    const std::string place = PlaceText(Locate(text, offset));
+    const std::string message =
+        !token.empty()          ? Message("Syntax error at {1} near \"{2}\": {3}", place, Shortened(token), complaint)
+        : offset >= text.size() ? Message("Syntax error at {1} at the end: {2}", place, complaint)
+                                : Message("Syntax error at {1}: {2}", place, complaint);
     return SqlError(ErrorKind::Syntax, message, offset, true);
 }
 

@@ -17,6 +17,9 @@ struct Position {
 
 Position Locate(std::string_view text, std::size_t offset);
 
+/// "line 1, column 8", as every message says a place.
+std::string PlaceText(Position at);
+
 /// 'Syntax error at line 1, column 8 near "Fro": <complaint>'; without a token, "at the end" when the offset is the
 /// text's end. A long token is cut.
 SqlError SyntaxError(std::string_view text, std::size_t offset, std::string_view token, std::string_view complaint);

@@ -9,27 +9,31 @@ import pathlib
 import re
 import sys
 
+# What the ground floor offers: its own headers, and those that hosts see too.
+TEXT = ["src/text", "include/kpTables/text"]
+
 # A folder, and the folders beside itself whose headers it may include; "/*" is a folder with all of its parts.
 MAY_INCLUDE = {
     "include/kpTables": [],
+    "include/kpTables/text": [],
     "include/kpTables/bookkeeping": ["include/kpTables"],
     "schema": [],
-    "src/text": [],
-    "src/sql": ["src/sql/*", "src/text"],
-    "src/sql/parse": ["src/sql", "src/text"],
-    "src/sql/bind": ["src/sql", "src/text"],
-    "src/sql/rewrite": ["src/sql", "src/sql/bind", "src/text"],
-    "src/sql/print": ["src/sql", "src/sql/bind", "src/text"],
-    "src/sql/print/sqlite": ["src/sql", "src/sql/bind", "src/sql/print", "src/text"],
-    "src/sql/print/postgres": ["src/sql", "src/sql/bind", "src/sql/print", "src/text"],
-    "src/functions": ["src/text"],
-    "src/recordset": ["include/kpTables", "src/text"],
-    "src/engines": ["include/kpTables", "src/engines/*", "src/text"],
-    "src/engines/common": ["include/kpTables", "schema", "src/recordset", "src/sql/*", "src/functions", "src/text"],
-    "src/engines/sqlite": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", "src/text"],
-    "src/engines/postgres": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", "src/text"],
-    "src/engines/odbc": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", "src/text"],
-    "src/kpTables": ["include/kpTables", "src/text"],
+    "src/text": ["include/kpTables/text"],
+    "src/sql": ["src/sql/*", *TEXT],
+    "src/sql/parse": ["src/sql", *TEXT],
+    "src/sql/bind": ["src/sql", *TEXT],
+    "src/sql/rewrite": ["src/sql", "src/sql/bind", *TEXT],
+    "src/sql/print": ["src/sql", "src/sql/bind", *TEXT],
+    "src/sql/print/sqlite": ["src/sql", "src/sql/bind", "src/sql/print", *TEXT],
+    "src/sql/print/postgres": ["src/sql", "src/sql/bind", "src/sql/print", *TEXT],
+    "src/functions": [*TEXT],
+    "src/recordset": ["include/kpTables", *TEXT],
+    "src/engines": ["include/kpTables", "src/engines/*", *TEXT],
+    "src/engines/common": ["include/kpTables", "schema", "src/recordset", "src/sql/*", "src/functions", *TEXT],
+    "src/engines/sqlite": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", *TEXT],
+    "src/engines/postgres": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", *TEXT],
+    "src/engines/odbc": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", *TEXT],
+    "src/kpTables": ["include/kpTables", *TEXT],
     "src/bookkeeping": ["include/kpTables/*"],
     "src/com": ["include/kpTables/*", "src/bookkeeping", "src/engines/*", "src/text"],
     "src/kpbook": ["include/kpTables/*", "src/bookkeeping", "src/engines/*", "src/text", "src/kpbook/*"],
@@ -40,7 +44,7 @@ MAY_INCLUDE = {
     "src/kpbook/batch": ["include/kpTables/*", "src/bookkeeping", "src/text", "src/kpbook", "src/kpbook/input",
                          "src/kpbook/output"],
     "src/kpbook/input": ["include/kpTables/*", "src/bookkeeping", "src/text", "src/kpbook"],
-    "src/kpbook/output": ["include/kpTables", "src/text", "src/kpbook"],
+    "src/kpbook/output": ["include/kpTables", *TEXT, "src/kpbook"],
     "examples": ["include/kpTables/*"],
 }
 

@@ -12,6 +12,10 @@ import tempfile
 import unittest
 
 KPBOOK = os.environ["KPBOOK"]
+# English, whoever runs the tests.
+for name in ("LANGUAGE", "LC_ALL"):
+    os.environ.pop(name, None)
+os.environ["LC_MESSAGES"] = "C"
 # For tests that bound the address space, of which a program with sanitizers takes terabytes.
 needs_no_sanitizer = unittest.skipIf(os.environ.get("SANITIZED") == "1", "built with sanitizers")
 

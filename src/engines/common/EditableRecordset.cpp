@@ -9,6 +9,7 @@
 #include "engines/common/Failure.h"
 #include "kpTables/Error.h"
 #include "kpTables/MemoryRecordset.h"
+#include "kpTables/text/Message.h"
 #include "recordset/RowStore.h"
 
 namespace kpTables::engines {
@@ -135,9 +136,10 @@ void EditableRecordset::State::Write() {
         }
     } catch (const DatabaseError& error) {
         if (!executor.GetTransaction().TakeLossOfRows()) throw;
-        throw DatabaseError(error.Number(),
-                            error.Description() + "; rows that were written before it since the last save are lost too",
-                            error.Statement());
+        throw DatabaseError(
+            error.Number(),
+            Message("{1}; rows that were written before it since the last save are lost too", error.Description()),
+            error.Statement());
     }
     set.Clear();
     rows->Update();

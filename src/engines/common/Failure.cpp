@@ -3,6 +3,7 @@
 #include <string>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "sql/Position.h"
 
 namespace kpTables::engines {
@@ -26,7 +27,7 @@ DatabaseErrorNumber NumberOf(sql::ErrorKind kind) noexcept {
     return DatabaseErrorNumber::Syntax;
 }
 
-[[noreturn]] void RaiseFailure(const char* message, std::string_view statement) {
+[[noreturn]] void RaiseFailure(const std::string& message, std::string_view statement) {
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), message, std::string(statement));
 }
 
@@ -36,18 +37,18 @@ void RaiseRefusal(const sql::SqlError& refusal, std::string_view statement) {
     std::string message = refusal.what();
     if (!refusal.Located()) {
         const sql::Position at = sql::Locate(statement, refusal.Offset());
-        message += " (line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ")";
+        message += " (" + sql::PlaceText(at) + ")";
     }
     throw DatabaseError(static_cast<std::int32_t>(NumberOf(refusal.Kind())), message, std::string(statement),
                         refusal.Offset());
 }
 
 void RaiseColumnsChanged(std::string_view statement) {
-    RaiseFailure("another program has changed the table's columns; open the recordset again", statement);
+    RaiseFailure(Message("another program has changed the table's columns; open the recordset again"), statement);
 }
 
 void RaiseRowGone(std::string_view statement) {
-    RaiseFailure("The row cannot be found for updating: it was deleted after it had been read", statement);
+    RaiseFailure(Message("The row cannot be found for updating: it was deleted after it had been read"), statement);
 }
 
 }  // namespace kpTables::engines

@@ -6,6 +6,7 @@
 
 #include "functions/ServerDate.h"
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 #include "sql/Position.h"
 #include "sql/SqlError.h"
 #include "text/DateText.h"
@@ -65,22 +66,22 @@ bool IsLower(const LiteralValue& a, const LiteralValue& b, Binding binding) {
     }
 }
 
-const char* Wanted(Binding binding) noexcept {
+const char* Wanted(Binding binding) {
     switch (binding) {
         case Binding::Short:
         case Binding::Long:
-            return "a whole number";
+            return Translated("a whole number");
         case Binding::Number:
         case Binding::CurrencyBound:
-            return "a number";
+            return Translated("a number");
         case Binding::Currency:
-            return "an amount of money";
+            return Translated("an amount of money");
         case Binding::Boolean:
-            return "True or False";
+            return Translated("True or False");
         case Binding::Text:
-            return "a text";
+            return Translated("a text");
         default:
-            return "a date";
+            return Translated("a date");
     }
 }
 
@@ -161,12 +162,12 @@ LiteralValue Negated(const LiteralValue& literal) {
 void RaiseNotConverted(const Error& error, const sql::Parameter& parameter, const LiteralValue& literal,
                        std::string_view text) {
     const bool overflow = error.Number() == static_cast<std::int32_t>(ErrorNumber::Overflow);
-    const sql::Position at = sql::Locate(text, literal.offset);
-    std::string message = overflow ? "Overflow" : "Type mismatch";
-    message += " at line " + std::to_string(at.line) + ", column " + std::to_string(at.column) + ": " +
-               (literal.kind == LiteralKind::Text ? "'" + literal.text + "'"
-                                                  : (parameter.negative ? "-" : "") + literal.text) +
-               (overflow ? " is too large for " : " is not ") + Wanted(parameter.binding);
+    const std::string place = sql::PlaceText(sql::Locate(text, literal.offset));
+    const std::string value =
+        literal.kind == LiteralKind::Text ? "'" + literal.text + "'" : (parameter.negative ? "-" : "") + literal.text;
+    const char* const wanted = Wanted(parameter.binding);
+    const std::string message = overflow ? Message("Overflow at {1}: {2} is too large for {3}", place, value, wanted)
+                                         : Message("Type mismatch at {1}: {2} is not {3}", place, value, wanted);
     throw sql::SqlError(overflow ? sql::ErrorKind::Overflow : sql::ErrorKind::TypeMismatch, message, literal.offset,
                         true);
 }

@@ -6,6 +6,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 
 namespace kpTables::engines {
@@ -17,7 +18,7 @@ using sql::LiteralValue;
 
 /// The shortest text that reads as the same number.
 std::string ExactText(const std::string& name, double number) {
-    if (!std::isfinite(number)) Raise(ErrorNumber::Overflow, "the value of " + name);
+    if (!std::isfinite(number)) Raise(ErrorNumber::Overflow, Message("the value of {1}", name));
     std::array<char, 32> digits{};
     return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr};
 }
@@ -40,7 +41,7 @@ LiteralValue LiteralOf(const std::string& name, const Variant& value) {
         case VarType::String:
             return {LiteralKind::Text, *value.If<std::string>()};
         default:
-            Raise(ErrorNumber::TypeMismatch, "the value of " + name + " cannot be bound");
+            Raise(ErrorNumber::TypeMismatch, Message("the value of {1} cannot be bound", name));
     }
 }
 
@@ -51,7 +52,7 @@ sql::NamedLiterals NamedLiteralsOf(const NamedValues& values) {
     for (const NamedValue& each : values) {
         for (const auto& before : literals) {
             if (sql::SameName(before.name, each.name)) {
-                Raise(ErrorNumber::InvalidCall, "the parameter " + each.name + " is given twice");
+                Raise(ErrorNumber::InvalidCall, Message("the parameter {1} is given twice", each.name));
             }
         }
         literals.push_back({each.name, LiteralOf(each.name, each.value)});

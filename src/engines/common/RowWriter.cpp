@@ -6,6 +6,7 @@
 #include "functions/DecimalFit.h"
 #include "functions/TextLength.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines {
 
@@ -28,7 +29,7 @@ std::int64_t RowWriter::Insert(const ColumnSet& set, WrittenValues values) {
     if (!table_.rowIdColumn || std::in_range<std::int32_t>(rowId)) return rowId;
     DeleteRow(rowId);
     const std::string& column = table_.columns[static_cast<std::size_t>(*table_.rowIdColumn)].name;
-    RaiseOverflow("Overflow: the counter '" + column + "' has no values left");
+    RaiseOverflow(Message("Overflow: the counter '{1}' has no values left", column));
 }
 
 void RowWriter::Change(std::int64_t rowId, const ColumnSet& set, WrittenValues values) {
@@ -49,7 +50,7 @@ RowWriter::Fitted RowWriter::Fit(const ColumnSet& set, WrittenValues values) con
         const std::int64_t scaled = functions::DecimalAmount(amount->Scaled(), column.scale);
         if (const auto complaint = functions::DecimalComplaint(scaled, column.precision, column.scale);
             !complaint.empty())
-            RaiseOverflow("Overflow in the column '" + column.name + "': " + complaint);
+            RaiseOverflow(Message("Overflow in the column '{1}': {2}", column.name, complaint));
         value = &fitted.rounded.emplace_back(Currency::FromScaled(scaled));
     }
     return fitted;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "BookSchema.h"
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/parse/Parser.h"
 
@@ -40,11 +41,11 @@ std::vector<std::string> MissingParts(const Catalog& catalog) {
     for (const TableDefinition& wanted : SchemaTables()) {
         const sql::CatalogTable* table = catalog.Find(wanted->table);
         if (!table) {
-            missing.push_back("the table " + wanted->table);
+            missing.push_back(Message("the table {1}", wanted->table));
             continue;
         }
         for (const auto& column : wanted->columns) {
-            if (!Has(*table, column.name)) missing.push_back("the column " + wanted->table + "." + column.name);
+            if (!Has(*table, column.name)) missing.push_back(Message("the column {1}.{2}", wanted->table, column.name));
         }
     }
     return missing;

@@ -2,18 +2,11 @@
 
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Position.h"
 #include "sql/parse/Script.h"
 
 namespace kpTables {
-
-namespace {
-
-std::string PlaceText(std::size_t line, std::size_t column) {
-    return "line " + std::to_string(line) + ", column " + std::to_string(column);
-}
-
-}  // namespace
 
 std::vector<ScriptStatement> SplitScript(std::string_view script) {
     std::vector<ScriptStatement> statements;
@@ -25,18 +18,19 @@ std::vector<ScriptStatement> SplitScript(std::string_view script) {
 
 DatabaseError InScript(const ScriptStatement& statement, const DatabaseError& error) {
     std::string message = error.Description();
-    std::string before = "line " + std::to_string(statement.line) + ": ";
+    bool isPlaced = false;
     if (error.Position()) {
         const sql::Position at = sql::Locate(statement.text, *error.Position());
-        const std::string own = PlaceText(at.line, at.column);
+        const std::string own = sql::PlaceText(at);
         const std::size_t found = message.find(own);
         if (found != message.npos) {
             const std::size_t column = at.line == 1 ? statement.column + at.column - 1 : at.column;
-            message.replace(found, own.size(), PlaceText(statement.line + at.line - 1, column));
-            before.clear();
+            message.replace(found, own.size(), sql::PlaceText({statement.line + at.line - 1, column}));
+            isPlaced = true;
         }
     }
-    return DatabaseError(error.Number(), before + message, error.Statement(), error.Position());
+    if (!isPlaced) message = Message("line {1}: {2}", statement.line, message);
+    return DatabaseError(error.Number(), message, error.Statement(), error.Position());
 }
 
 }  // namespace kpTables

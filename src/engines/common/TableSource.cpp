@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 
@@ -82,7 +83,7 @@ std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, 
 TableSource SourceOfTable(std::string_view name, const Catalog& catalog) {
     const sql::CatalogTable* table = catalog.Find(name);
     if (!table) {
-        throw sql::SqlError(sql::ErrorKind::UnknownTable, "There is no table '" + std::string(name) + "'", 0);
+        throw sql::SqlError(sql::ErrorKind::UnknownTable, Message("There is no table '{1}'", name), 0);
     }
     TableSource source{table->name, StoredColumns(*table), true, nullptr};
     auto core = std::make_unique<sql::SelectCore>();

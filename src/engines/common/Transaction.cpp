@@ -4,12 +4,13 @@
 #include <string>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines {
 
 namespace {
 
-[[noreturn]] void RaiseMisuse(const char* text) {
+[[noreturn]] void RaiseMisuse(const std::string& text) {
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), text);
 }
 
@@ -29,7 +30,7 @@ int Transaction::Begin() {
 }
 
 void Transaction::Commit() {
-    if (owner_ != Owner::Host) RaiseMisuse("There is no transaction to commit");
+    if (owner_ != Owner::Host) RaiseMisuse(Message("There is no transaction to commit"));
     RequireHostTransactionAlive();
     // A commit that finds the book busy can be retried: the transaction stays open.
     if (level_ > 1) {
@@ -41,7 +42,7 @@ void Transaction::Commit() {
 }
 
 void Transaction::Rollback() {
-    if (owner_ != Owner::Host) RaiseMisuse("There is no transaction to roll back");
+    if (owner_ != Owner::Host) RaiseMisuse(Message("There is no transaction to roll back"));
     try {
         if (IsOpen()) level_ > 1 ? UndoLevel() : Undo();
     } catch (...) {
@@ -81,7 +82,8 @@ void Transaction::CommitRows() {
     if (owner_ != Owner::Recordsets) return;
     owner_ = Owner::None;
     if (!IsOpen()) {
-        RaiseMisuse("Rows written through a recordset were lost when an earlier failure ended their transaction");
+        RaiseMisuse(
+            Message("Rows written through a recordset were lost when an earlier failure ended their transaction"));
     }
     try {
         Save();
@@ -101,9 +103,8 @@ void Transaction::CommitRowsQuietly() noexcept {
 }
 
 void Transaction::RaiseKeptLoss() {
-    constexpr const char* kWhat = "Rows written through a recordset were not saved: ";
     auto number = static_cast<std::int32_t>(DatabaseErrorNumber::Failure);
-    std::string why = "there is not enough memory";
+    std::string why = Message("there is not enough memory");
     try {
         std::rethrow_exception(loss_);
     } catch (const DatabaseError& error) {
@@ -112,20 +113,21 @@ void Transaction::RaiseKeptLoss() {
     } catch (...) {
         // Only memory can be short.
     }
-    const DatabaseError told(number, kWhat + why);
+    const DatabaseError told(number, Message("Rows written through a recordset were not saved: {1}", why));
     loss_ = nullptr;
     throw told;
 }
 
 void Transaction::RequireNone() {
     RaiseLoss();
-    if (owner_ == Owner::Host) RaiseMisuse("A transaction is open; commit it or roll it back first");
+    if (owner_ == Owner::Host) RaiseMisuse(Message("A transaction is open; commit it or roll it back first"));
     CommitRows();
 }
 
 void Transaction::RequireHostTransactionAlive() const {
     if (owner_ == Owner::Host && !IsOpen()) {
-        RaiseMisuse("The transaction was ended by an earlier failure and nothing of it was saved; roll it back first");
+        RaiseMisuse(
+            Message("The transaction was ended by an earlier failure and nothing of it was saved; roll it back first"));
     }
 }
 

@@ -8,6 +8,7 @@
 #include "engines/sqlite/Failure.h"
 #include "engines/sqlite/Functions.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -32,7 +33,7 @@ void CheckCopy(const std::string& path) {
     if (check.Step() && check.Text(0) == "ok") return;
     throw DatabaseError(
         static_cast<std::int32_t>(DatabaseErrorNumber::Damaged),
-        "The copy was not kept, because it is damaged (" + std::string(check.Text(0)) + "); check the book itself");
+        Message("The copy was not kept, because it is damaged ({1}); check the book itself", check.Text(0)));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "BookSchema.h"
 #include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -36,22 +37,24 @@ std::string AbsoluteName(const std::string& path) {
 
 [[noreturn]] void RefuseFile(const std::string& path, const std::string& complaint,
                              DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
-    throw DatabaseError(static_cast<std::int32_t>(number), "The book '" + path + "' cannot be opened: " + complaint);
+    throw DatabaseError(static_cast<std::int32_t>(number),
+                        Message("The book '{1}' cannot be opened: {2}", path, complaint));
 }
 
 void CheckName(const std::string& path) {
-    if (path.empty() || path.find('\0') != path.npos) RefuseFile(path, "the path is empty or holds a NUL character");
+    if (path.empty() || path.find('\0') != path.npos)
+        RefuseFile(path, Message("the path is empty or holds a NUL character"));
 }
 
 void CheckIsFile(const std::string& path) {
     CheckName(path);
     std::error_code error;
     const fs::file_status status = fs::status(ToPath(path), error);
-    if (status.type() == fs::file_type::not_found) RefuseFile(path, "there is no such file");
-    if (status.type() == fs::file_type::directory) RefuseFile(path, "it is a directory");
-    if (status.type() == fs::file_type::none) RefuseFile(path, error.message());
-    if (status.type() != fs::file_type::regular) RefuseFile(path, "it is not a regular file");
-    if (fs::file_size(ToPath(path), error) == 0) RefuseFile(path, "the file is empty and so is not a book");
+    if (status.type() == fs::file_type::not_found) RefuseFile(path, Message("there is no such file"));
+    if (status.type() == fs::file_type::directory) RefuseFile(path, Message("it is a directory"));
+    if (status.type() == fs::file_type::none) RefuseFile(path, SystemMessage(error));
+    if (status.type() != fs::file_type::regular) RefuseFile(path, Message("it is not a regular file"));
+    if (fs::file_size(ToPath(path), error) == 0) RefuseFile(path, Message("the file is empty and so is not a book"));
 }
 
 void Configure(const Database& database, std::chrono::milliseconds busyTimeout) {
@@ -82,24 +85,26 @@ void CheckIsComplete(const Database& database, const std::string& path) {
     if (!error && logged > 0) return;
     const auto size = fs::file_size(ToPath(path), error);
     if (!error && static_cast<std::int64_t>(size) < expected)
-        RefuseFile(path, "it is damaged: the file's end is missing");
+        RefuseFile(path, Message("it is damaged: the file's end is missing"));
 }
 
 void CheckFormat(std::int32_t format, std::int32_t oldest, const std::string& path) {
-    const std::string its = "its format is " + std::to_string(format);
-    const std::string own = std::to_string(schema::kFormat);
     if (format > schema::kFormat) {
-        RefuseFile(path, its + ", and this version of the program knows formats up to " + own +
-                             "; open it with a newer version");
+        RefuseFile(
+            path,
+            Message(
+                "its format is {1}, and this version of the program knows formats up to {2}; open it with a newer version",
+                format, schema::kFormat));
     }
     if (format < oldest)
-        RefuseFile(path, its + ", an earlier one than " + own + "; kpbook upgrade brings it up to date");
+        RefuseFile(path, Message("its format is {1}, an earlier one than {2}; kpbook upgrade brings it up to date",
+                                 format, schema::kFormat));
 }
 
 /// Reads the header and the schema, so that a file that is no book, or damaged, is refused at once.
 void CheckIsBook(const Database& database, const std::string& path, std::int32_t oldestFormat = schema::kFormat) {
     const std::int64_t application = database.IntegerOf("PRAGMA application_id");
-    if (application != kApplicationId) RefuseFile(path, "the file is a SQLite database, but not a book");
+    if (application != kApplicationId) RefuseFile(path, Message("the file is a SQLite database, but not a book"));
     CheckFormat(FormatOf(database), oldestFormat, path);
     database.IntegerOf("SELECT COUNT(*) FROM sqlite_schema");
     CheckIsComplete(database, path);
@@ -188,7 +193,7 @@ Database OpenWithFilesBeside(const std::string& name, const Opening& opening, in
     const auto& [path, options, oldestFormat] = opening;
     Database database(name, options.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
     if (!options.readOnly && database.IsReadOnly()) {
-        RefuseFile(path, "the file is read-only; open it for reading only, or make it writable",
+        RefuseFile(path, Message("the file is read-only; open it for reading only, or make it writable"),
                    DatabaseErrorNumber::NotPermitted);
     }
     return OpenChecked(std::move(database), opening, !kAlone, code);
@@ -218,7 +223,8 @@ Database OpenNamed(const Opening& opening) {
         return OpenSomehow(opening);
     } catch (const DatabaseError& error) {
         if (error.Description().find(opening.path) != std::string::npos) throw;
-        throw DatabaseError(error.Number(), "The book '" + opening.path + "' cannot be opened: " + error.Description());
+        throw DatabaseError(error.Number(),
+                            Message("The book '{1}' cannot be opened: {2}", opening.path, error.Description()));
     }
 }
 
@@ -270,7 +276,7 @@ void MarkAsLogged(const std::string& path) {
     file.seekp(kVersions).write("\2\2", 2).flush();
     if (!file) {
         throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::DiskFailure),
-                            "The disk failed: the new book's file could not be written");
+                            Message("The disk failed: the new book's file could not be written"));
     }
 }
 

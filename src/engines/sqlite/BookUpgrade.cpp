@@ -16,6 +16,7 @@
 #include "engines/sqlite/TableChange.h"
 #include "engines/sqlite/TextOrderVersion.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
 namespace kpTables::engines::sqlite {
@@ -26,7 +27,7 @@ namespace fs = std::filesystem;
 
 [[noreturn]] void RefuseUpgrade(const std::string& url, const std::string& complaint,
                                 std::int32_t number = static_cast<std::int32_t>(DatabaseErrorNumber::Failure)) {
-    throw DatabaseError(number, "The book '" + url + "' cannot be upgraded: " + complaint);
+    throw DatabaseError(number, Message("The book '{1}' cannot be upgraded: {2}", url, complaint));
 }
 
 /// The dialect whose names the book's columns have.
@@ -44,20 +45,20 @@ void CheckIntegrity(const Database& book) {
     PreparedStatement check = book.Prepare("PRAGMA integrity_check(1)");
     if (check.Step() && check.Text(0) != "ok") {
         throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                            "the book is damaged: " + std::string(check.Text(0)));
+                            Message("the book is damaged: {1}", check.Text(0)));
     }
 }
 
 /// Changes the book inside the open transaction.
 std::vector<std::string> Change(const Database& book) {
     std::vector<std::string> changes;
-    if (SortIndexesAnew(book)) changes.emplace_back("sorted the indexes of texts anew");
+    if (SortIndexesAnew(book)) changes.emplace_back(Message("sorted the indexes of texts anew"));
     const OpenedDatabase wanted(OpenMemory());
     MakeTables(wanted, DialectOf(book));
     for (std::string& change : ChangeTables(book, *wanted.database)) changes.push_back(std::move(change));
     if (FormatOf(book) != schema::kFormat) {
         MarkAsBook(book);
-        changes.push_back("noted the format " + std::to_string(schema::kFormat));
+        changes.push_back(Message("noted the format {1}", schema::kFormat));
     }
     if (changes.empty()) return changes;
     CheckIntegrity(book);
@@ -110,12 +111,12 @@ BookUpgrade UpgradeFile(const std::string& path, const std::string& url, const U
     try {
         return Upgrade(driver.GetDatabase(), path, options);
     } catch (const DatabaseError& error) {
-        RefuseUpgrade(url, error.Description() + "; nothing was changed", error.Number());
+        RefuseUpgrade(url, Message("{1}; nothing was changed", error.Description()), error.Number());
     }
 }
 
 BookUpgrade UpgradeInMemory(const std::string& /*name*/, const std::string& url, const UpgradeOptions& /*options*/) {
-    RefuseUpgrade(url, "a book in memory ends with its connection");
+    RefuseUpgrade(url, Message("a book in memory ends with its connection"));
 }
 
 }  // namespace kpTables::engines::sqlite

@@ -15,6 +15,7 @@
 #include <system_error>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -30,7 +31,8 @@ constexpr mode_t kOwnerOnly = 0600;
 
 [[noreturn]] void RefuseDraft(const std::string& place, const std::string& complaint,
                               DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
-    throw DatabaseError(static_cast<std::int32_t>(number), "The book '" + place + "' cannot be made: " + complaint);
+    throw DatabaseError(static_cast<std::int32_t>(number),
+                        Message("The book '{1}' cannot be made: {2}", place, complaint));
 }
 
 DatabaseErrorNumber NumberOf(int code) noexcept {
@@ -51,7 +53,7 @@ DatabaseErrorNumber NumberOf(int code) noexcept {
 }
 
 [[noreturn]] void RefuseForCode(const std::string& place, int code) {
-    if (code == EEXIST) RefuseDraft(place, "there is a file of that name already");
+    if (code == EEXIST) RefuseDraft(place, Message("there is a file of that name already"));
     RefuseDraft(place, std::generic_category().message(code), NumberOf(code));
 }
 
@@ -119,14 +121,16 @@ void RemoveLeftover(const fs::path& draft) {
 
 DraftFile::DraftFile(const std::string& place) : place_(place) {
     if (place.empty() || place.find('\0') != place.npos)
-        RefuseDraft(place, "the path is empty or holds a NUL character");
+        RefuseDraft(place, Message("the path is empty or holds a NUL character"));
     std::error_code error;
-    if (fs::exists(fs::symlink_status(place, error))) RefuseDraft(place, "there is a file of that name already");
+    if (fs::exists(fs::symlink_status(place, error)))
+        RefuseDraft(place, Message("there is a file of that name already"));
     for (const char* suffix : {"-wal", "-journal"}) {
         const auto size = fs::file_size(place + suffix, error);
         if (!error && size > 0) {
-            RefuseDraft(place, "beside it is '" + fs::path(place).filename().string() + suffix +
-                                   "', the log of an earlier book of that name; move that away first");
+            RefuseDraft(place,
+                        Message("beside it is '{1}{2}', the log of an earlier book of that name; move that away first",
+                                fs::path(place).filename().string(), suffix));
         }
     }
     RemoveLeftovers();

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -41,14 +42,15 @@ Meaning OfConstraint(int code, std::string_view message) {
     const std::string where = After(message, "failed: ");
     switch (code) {
         case SQLITE_CONSTRAINT_NOTNULL:
-            return {DatabaseErrorNumber::ConstraintViolated, "The field '" + where + "' must not be Null"};
+            return {DatabaseErrorNumber::ConstraintViolated, Message("The field '{1}' must not be Null", where)};
         case SQLITE_CONSTRAINT_UNIQUE:
         case SQLITE_CONSTRAINT_PRIMARYKEY:
         case SQLITE_CONSTRAINT_ROWID:
-            return {DatabaseErrorNumber::ConstraintViolated,
-                    "The change would make a duplicate key: there is a row already with this value of " + where};
+            return {
+                DatabaseErrorNumber::ConstraintViolated,
+                Message("The change would make a duplicate key: there is a row already with this value of {1}", where)};
         default:
-            return {DatabaseErrorNumber::ConstraintViolated, "The value is not allowed: " + where};
+            return {DatabaseErrorNumber::ConstraintViolated, Message("The value is not allowed: {1}", where)};
     }
 }
 
@@ -58,10 +60,10 @@ Meaning OfError(int code, std::string_view message) {
     }
     if (message == "integer overflow") return {DatabaseErrorNumber::Overflow, ErrorText(ErrorNumber::Overflow)};
     if (message.starts_with("no such table: ")) {
-        return {DatabaseErrorNumber::UnknownTable, "There is no table '" + After(message, ": ") + "'"};
+        return {DatabaseErrorNumber::UnknownTable, Message("There is no table '{1}'", After(message, ": "))};
     }
     if (message.starts_with("no such column: ")) {
-        return {DatabaseErrorNumber::UnknownColumn, "There is no column '" + After(message, ": ") + "'"};
+        return {DatabaseErrorNumber::UnknownColumn, Message("There is no column '{1}'", After(message, ": "))};
     }
     return {DatabaseErrorNumber::Failure, std::string(message)};
 }
@@ -69,15 +71,16 @@ Meaning OfError(int code, std::string_view message) {
 Meaning OfDisk(int code, std::string_view message) {
     switch (code) {
         case SQLITE_IOERR_NOMEM:
-            return {DatabaseErrorNumber::OutOfMemory, "There is not enough memory"};
+            return {DatabaseErrorNumber::OutOfMemory, Message("There is not enough memory")};
         case SQLITE_IOERR_SHMSIZE:
-            return {DatabaseErrorNumber::DiskFull, "The disk is full: there is no room for the files beside the book"};
+            return {DatabaseErrorNumber::DiskFull,
+                    Message("The disk is full: there is no room for the files beside the book")};
         case SQLITE_IOERR_CORRUPTFS:
             return {DatabaseErrorNumber::Damaged,
-                    "The disk says that the book's file is damaged; go on with a backup of it"};
+                    Message("The disk says that the book's file is damaged; go on with a backup of it")};
         default:
             return {DatabaseErrorNumber::DiskFailure,
-                    "The disk failed: the book's file could not be read or written (" + std::string(message) + ")"};
+                    Message("The disk failed: the book's file could not be read or written ({1})", message)};
     }
 }
 
@@ -89,31 +92,32 @@ Meaning MeaningOf(int code, std::string_view message) {
             return OfConstraint(code, message);
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
-            return {DatabaseErrorNumber::Locked, "The book is in use by another program; try again later"};
+            return {DatabaseErrorNumber::Locked, Message("The book is in use by another program; try again later")};
         case SQLITE_READONLY:
-            return {DatabaseErrorNumber::NotPermitted, "The book is open for reading only and cannot be changed"};
+            return {DatabaseErrorNumber::NotPermitted,
+                    Message("The book is open for reading only and cannot be changed")};
         case SQLITE_PERM:
         case SQLITE_AUTH:
-            return {DatabaseErrorNumber::NotPermitted, "There is no permission to use the book's file"};
+            return {DatabaseErrorNumber::NotPermitted, Message("There is no permission to use the book's file")};
         case SQLITE_MISMATCH:
             return {DatabaseErrorNumber::TypeMismatch, ErrorText(ErrorNumber::TypeMismatch)};
         case SQLITE_TOOBIG:
-            return {DatabaseErrorNumber::Overflow, "The text is too long"};
+            return {DatabaseErrorNumber::Overflow, Message("The text is too long")};
         case SQLITE_FULL:
-            return {DatabaseErrorNumber::DiskFull, "The disk is full: the change was not saved"};
+            return {DatabaseErrorNumber::DiskFull, Message("The disk is full: the change was not saved")};
         case SQLITE_IOERR:
             return OfDisk(code, message);
         case SQLITE_CANTOPEN:
-            return {DatabaseErrorNumber::Failure, "The book's file cannot be opened"};
+            return {DatabaseErrorNumber::Failure, Message("The book's file cannot be opened")};
         case SQLITE_CORRUPT:
             return {DatabaseErrorNumber::Damaged,
-                    "The book's file is damaged (" + std::string(message) + "); go on with a backup of it"};
+                    Message("The book's file is damaged ({1}); go on with a backup of it", message)};
         case SQLITE_NOTADB:
-            return {DatabaseErrorNumber::Failure, "The file is not a book"};
+            return {DatabaseErrorNumber::Failure, Message("The file is not a book")};
         case SQLITE_NOMEM:
-            return {DatabaseErrorNumber::OutOfMemory, "There is not enough memory"};
+            return {DatabaseErrorNumber::OutOfMemory, Message("There is not enough memory")};
         case SQLITE_INTERRUPT:
-            return {DatabaseErrorNumber::Cancelled, "The statement was interrupted"};
+            return {DatabaseErrorNumber::Cancelled, Message("The statement was interrupted")};
         default:
             return {DatabaseErrorNumber::Failure, std::string(message)};
     }

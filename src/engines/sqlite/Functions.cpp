@@ -11,6 +11,7 @@
 #include "functions/Fault.h"
 #include "functions/FunctionTable.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -105,7 +106,7 @@ void RequireBodies(std::span<const sql::print::sqlite::EngineFunction> listed) {
     const auto missing = std::ranges::find_if_not(listed, HasBody);
     if (missing == listed.end()) return;
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                        "The engine has no body for the function " + std::string(missing->name));
+                        Message("The engine has no body for the function {1}", missing->name));
 }
 
 }  // namespace kpTables::engines::sqlite

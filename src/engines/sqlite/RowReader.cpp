@@ -10,6 +10,7 @@
 
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -120,7 +121,7 @@ void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view s
     sqlite3_stmt* const row = statement.Get();
     while (statement.Step(shown)) {
         if (mostRows > 0 && rows.Rows() == static_cast<std::size_t>(mostRows)) {
-            RaiseTooLarge("The result has more than " + std::to_string(mostRows) + " rows", shown);
+            RaiseTooLarge(Message("The result has more than {1} rows", mostRows), shown);
         }
         rows.BeginRow();
         for (std::size_t i = 0; i < fields.size(); ++i) {
@@ -141,11 +142,10 @@ std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, recordset::Fiel
         AppendRows(statement, *rows, shown, limits.rows);
     } catch (const recordset::StoreFull& full) {
         rows.reset();
-        RaiseTooLarge("The result needs more than " + std::to_string(full.limit >> kMegabyteBits) + " MB of memory",
-                      shown);
+        RaiseTooLarge(Message("The result needs more than {1} MB of memory", full.limit >> kMegabyteBits), shown);
     } catch (const std::bad_alloc&) {
         rows.reset();
-        RaiseTooLarge("There is not enough memory for the result", shown);
+        RaiseTooLarge(Message("There is not enough memory for the result"), shown);
     }
     // The rows of a recordset that is edited are in the table already when they are added here.
     rows->Limit(std::numeric_limits<std::size_t>::max());

@@ -10,14 +10,14 @@
 #include "engines/sqlite/SqliteDriver.h"
 #include "engines/sqlite/TextOrderVersion.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::sqlite {
 
 namespace {
 
-[[noreturn]] void RefuseInMemory(const std::string& url, const char* complaint) {
-    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                        "The book '" + url + "' cannot be " + complaint);
+[[noreturn]] void RefuseInMemory(const std::string& complaint) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), complaint);
 }
 
 /// Makes the tables, and lets the host prepare the book that they are.
@@ -34,7 +34,9 @@ void MakeDraft(const std::string& draft, const std::string& url, const NewBookOp
     OpenedDatabase empty(OpenDraft(draft, options.busyTimeout), engines::LimitsOf(options));
     const std::weak_ptr<engines::Executor> connection = empty.executor;
     MakeNewBook(url, std::move(empty), options);
-    if (!connection.expired()) RefuseInMemory(url, "made: its preparation has kept it, or a recordset of it, open");
+    if (!connection.expired())
+        RefuseInMemory(
+            Message("The book '{1}' cannot be made: its preparation has kept it, or a recordset of it, open", url));
 }
 
 }  // namespace
@@ -59,11 +61,12 @@ BookPtr CreateFile(const std::string& path, const std::string& url, const NewBoo
 }
 
 BookPtr OpenInMemory(const std::string& /*name*/, const std::string& url, const BookOptions& /*options*/) {
-    RefuseInMemory(url, "opened: a book in memory ends with its connection; it can only be made");
+    RefuseInMemory(Message(
+        "The book '{1}' cannot be opened: a book in memory ends with its connection; it can only be made", url));
 }
 
 BookPtr CreateInMemory(const std::string& name, const std::string& url, const NewBookOptions& options) {
-    if (!name.empty()) RefuseInMemory(url, "made: a book in memory has no name");
+    if (!name.empty()) RefuseInMemory(Message("The book '{1}' cannot be made: a book in memory has no name", url));
     OpenedDatabase made(OpenMemory(), engines::LimitsOf(options));
     return MakeNewBook(url, std::move(made), options);
 }

@@ -7,6 +7,7 @@
 
 #include "engines/sqlite/TableDefinition.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/print/sqlite/SqliteEngine.h"
 
@@ -83,13 +84,13 @@ Texts Differences(const std::string& table, const Parts& present, const Parts& m
         if (IsConstraint(part)) continue;
         const TablePart* const before = FindColumn(present, part.name);
         if (!before) {
-            changes.push_back("added the column " + table + "." + part.name);
+            changes.push_back(Message("added the column {1}.{2}", table, part.name));
         } else if (before->text != part.text) {
             changed.append(changed.empty() ? "" : ", ").append(part.name);
         }
     }
-    if (!changed.empty()) changes.push_back("changed the columns of " + table + ": " + changed);
-    if (changes.empty()) changes.push_back("put the columns and keys of " + table + " in order");
+    if (!changed.empty()) changes.push_back(Message("changed the columns of {1}: {2}", table, changed));
+    if (changes.empty()) changes.push_back(Message("put the columns and keys of {1} in order", table));
     return changes;
 }
 
@@ -208,7 +209,7 @@ public:
         const auto tables = Items(book_, "type = 'table' AND name = ?1 COLLATE NOCASE", wanted_.name);
         if (tables.empty()) {
             book_.Run(wanted_.text);
-            changes_.push_back("made the table " + wanted_.name);
+            changes_.push_back(Message("made the table {1}", wanted_.name));
         } else {
             ChangeTable(tables.front());
         }
@@ -224,7 +225,7 @@ private:
             std::count_if(present.begin(), present.end(), [](const auto& p) { return !IsConstraint(p); });
         if (static_cast<std::size_t>(columns) != ReadColumns(book_, table.name).count) {
             throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                                "the definition of the table " + table.name + " cannot be read: " + table.text);
+                                Message("the definition of the table {1} cannot be read: {2}", table.name, table.text));
         }
         const Parts merged = Merged(present, TableParts(wanted_.text));
         if (SameParts(present, merged)) return;
@@ -242,7 +243,8 @@ private:
         for (const SchemaItem& index : wantedIndexes_) {
             const SchemaItem* const before = FindItem(indexesBefore_, index.name);
             if (!newTable && (!before || before->text != index.text)) {
-                changes_.push_back((before ? "changed the index " : "made the index ") + index.name);
+                changes_.push_back(before ? Message("changed the index {1}", index.name)
+                                          : Message("made the index {1}", index.name));
             }
             const SchemaItem* const now = FindItem(present, index.name);
             if (now && now->text == index.text) continue;

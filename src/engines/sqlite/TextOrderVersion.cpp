@@ -1,6 +1,7 @@
 #include "engines/sqlite/TextOrderVersion.h"
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "sql/print/sqlite/FunctionList.h"
 #include "text/TextOrder.h"
 
@@ -21,10 +22,11 @@ void CheckIndexes(const Database& database, const std::string& path) {
     // It looks up every row in every index.
     PreparedStatement check = database.Prepare("PRAGMA integrity_check(1)");
     if (check.Step() && check.Text(0) == "ok") return;
-    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                        "The book '" + path +
-                            "' cannot be opened: its indexes have another order of texts; open it for writing once, "
-                            "and they are made anew");
+    throw DatabaseError(
+        static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+        Message(
+            "The book '{1}' cannot be opened: its indexes have another order of texts; open it for writing once, and they are made anew",
+            path));
 }
 
 }  // namespace

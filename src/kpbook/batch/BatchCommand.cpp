@@ -6,6 +6,7 @@
 
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Interruption.h"
@@ -31,6 +32,8 @@ public:
           clean_(options.clean),
           host_(std::make_shared<BatchHost>()),
           workspace_(options.book, host_, global) {
+        // Programs read what follows: it is the same in every language.
+        SetTranslator(nullptr);
         workspace_.tables.Advise(*this);
         auto trace = workspace_.connection->onSend;
         workspace_.connection->onSend = [this, trace](const bookkeeping::SentStatement& sent) {

@@ -2,7 +2,9 @@
 
 #include "engines/BookUrl.h"
 #include "kpTables/bookkeeping/Backup.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 
@@ -17,7 +19,7 @@ int Backup(const BackupOptions& options, const GlobalOptions& global) {
     backup.keep = options.keep;
     backup.open = [](const std::string& path) { return OpenBook(path); };
     bookkeeping::BackUpBook(*workspace.book, backup);
-    std::fprintf(stderr, "%s: copied and checked\n", options.path.c_str());
+    TellLine(Message("{1}: copied and checked", options.path));
     return kSucceeded;
 }
 

@@ -1,6 +1,7 @@
 #include "kpbook/commands/BalanceTexts.h"
 
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -29,11 +30,8 @@ Variant MasterNames::Warehouse(std::optional<std::int32_t> id) const { return Na
 Variant MasterNames::Product(std::optional<std::int32_t> id) const { return NameOf(products_, id); }
 
 std::string MonthLabel(const std::string& warehouse, std::int32_t year, std::int32_t month) {
-    return warehouse + (year == 0 ? " month " : " " + std::to_string(year) + "-") + std::to_string(month);
-}
-
-std::string Counted(std::int64_t count, const std::string& what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+    if (year == 0) return Message("{1} month {2}", warehouse, month);
+    return warehouse + " " + std::to_string(year) + "-" + std::to_string(month);
 }
 
 }  // namespace kpTables::kpbook::commands

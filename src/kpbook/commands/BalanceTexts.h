@@ -30,7 +30,5 @@ private:
 
 /// "东库 2004-1"; without a year "东库 month 1".
 std::string MonthLabel(const std::string& warehouse, std::int32_t year, std::int32_t month);
-/// "1 row", "2 rows"
-std::string Counted(std::int64_t count, const std::string& what);
 
 }  // namespace kpTables::kpbook::commands

@@ -7,8 +7,10 @@
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/Transaction.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/commands/BillQuestions.h"
 #include "kpbook/input/BillFile.h"
@@ -78,7 +80,7 @@ std::vector<bookkeeping::SheetRow> RowsToEnter(Workspace& workspace, const BillO
     if (!options.file.empty()) return input::ReadBillFile(options.file);
     if (!options.lines.empty()) return RowsOfLines(options);
     if (::isatty(STDIN_FILENO) != 1) {
-        throw UsageError("bill add needs the bills: a FILE, - for standard input, or --line for one bill");
+        throw UsageError(Message("bill add needs the bills: a FILE, - for standard input, or --line for one bill"));
     }
     return AskForBill(workspace, sheet);
 }
@@ -136,24 +138,26 @@ void TellFaults(const std::vector<bookkeeping::BillFault>& faults, const std::st
         const auto& fault = faults[i];
         isStock = isStock || fault.isStock;
         if (i >= kShown) continue;
-        std::string where = source.empty() ? "" : source + ": ";
-        if (fault.row > 0) where += "line " + std::to_string(fault.row) + ": ";
-        if (!fault.bill.empty()) where += "bill " + Printable(fault.bill) + ": ";
-        if (!fault.column.empty()) where += Printable(fault.column) + ": ";
-        std::fprintf(stderr, "%s%s\n", where.c_str(), fault.reason.c_str());
+        std::string text = fault.column.empty() ? fault.reason : Printable(fault.column) + ": " + fault.reason;
+        if (!fault.bill.empty()) text = Message("bill {1}: {2}", Printable(fault.bill), text);
+        if (fault.row > 0) text = Message("line {1}: {2}", fault.row, text);
+        TellLine(source.empty() ? text : source + ": " + text);
     }
-    if (faults.size() > kShown) std::fprintf(stderr, "and %zu more\n", faults.size() - kShown);
-    throw CommandError(std::to_string(faults.size()) + (faults.size() == 1 ? " fault" : " faults") +
-                       ", nothing was changed" + (isStock ? "; --allow-negative lets stock go below zero" : ""));
+    if (faults.size() > kShown) TellLine(Message("and {1} more", faults.size() - kShown));
+    const auto count = std::ssize(faults);
+    throw CommandError(
+        isStock ? CountedMessage(count, "{1} fault, nothing was changed; --allow-negative lets stock go below zero",
+                                 "{1} faults, nothing was changed; --allow-negative lets stock go below zero")
+                : CountedMessage(count, "{1} fault, nothing was changed", "{1} faults, nothing was changed"));
 }
 
 std::string BillLabel(const bookkeeping::StoredBill& bill) {
-    const std::string id = "id " + std::to_string(bill.id);
+    const std::string id = Message("id {1}", bill.id);
     return bill.number.empty() ? id : bill.number + " (" + id + ")";
 }
 
 std::string OtherHalf(std::int32_t counterpart) {
-    return counterpart == 0 ? "" : " and its other half (id " + std::to_string(counterpart) + ")";
+    return counterpart == 0 ? "" : Message(" and its other half (id {1})", counterpart);
 }
 
 int AddBills(const BillOptions& options, const GlobalOptions& global) {
@@ -171,7 +175,7 @@ int AddBills(const BillOptions& options, const GlobalOptions& global) {
         for (const EnteredBill& bill : entered) workspace.Log("录入" + LogText(bill));
         transaction.Commit();
     } catch (const BillsRefused& refused) {
-        TellFaults(refused.Faults(), options.file == "-" ? "standard input" : options.file);
+        TellFaults(refused.Faults(), options.file == "-" ? Message("standard input") : options.file);
     }
     output::WriteRecordset(*EnteredRows(entered, options.kind), global);
     return kSucceeded;
@@ -186,7 +190,7 @@ int Bill(const BillOptions& options, const GlobalOptions& global) {
     for (const auto& each : kActions) {
         if (options.action == each.action) return each.run(options, global);
     }
-    throw UsageError("bill has no action " + options.action);
+    throw UsageError(Message("bill has no action {1}", options.action));
 }
 
 }  // namespace kpTables::kpbook::commands

@@ -7,8 +7,10 @@
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/BillCorrection.h"
 #include "kpTables/bookkeeping/Masters.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/commands/BillCommand.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/input/BillFile.h"
@@ -41,7 +43,7 @@ bookkeeping::BillChanges ChangesOf(Workspace& workspace, const BillOptions& opti
     };
     if (const auto* date = given("日期")) {
         changes.date = DateOf(*date);
-        if (!changes.date) throw UsageError("'" + *date + "' is no date");
+        if (!changes.date) throw UsageError(Message("'{1}' is no date", *date));
     }
     changes.warehouse = id("仓库", MasterKind::Warehouse);
     changes.partner = id("单位", options.kind == EntryKind::Inbound ? MasterKind::Supplier : MasterKind::Customer);
@@ -69,8 +71,7 @@ std::string AuditorFor(Workspace& workspace, const BillOptions& options) {
 }
 
 void Tell(const Corrected& corrected, const std::string& what) {
-    std::fprintf(stderr, "%s%s: %s\n", BillLabel(corrected.bill).c_str(), OtherHalf(corrected.counterpart).c_str(),
-                 what.c_str());
+    TellLine(BillLabel(corrected.bill) + OtherHalf(corrected.counterpart) + ": " + what);
 }
 
 /// Runs a correction with its line in the log, in one transaction.
@@ -92,7 +93,7 @@ int Correct(Workspace& workspace, const std::string& what, const std::string& lo
 
 int EditBill(const BillOptions& options, const GlobalOptions& global) {
     if (options.header.empty() && options.lines.empty() && options.file.empty()) {
-        throw UsageError("bill edit needs what to change, such as --date, --partner or --lines FILE");
+        throw UsageError(Message("bill edit needs what to change, such as --date, --partner or --lines FILE"));
     }
     const auto host = std::make_shared<ConsoleHost>(global.today, global.answer);
     Workspace workspace(options.book, host, global);
@@ -123,13 +124,13 @@ int AuditBill(const BillOptions& options, const GlobalOptions& global) {
     workspace.Require(bookkeeping::rights::kAudit);
     const auto family = FamilyOf(options.kind);
     if (options.undo) {
-        return Correct(workspace, "not audited any more", "取消审核", [&] {
+        return Correct(workspace, Message("not audited any more"), "取消审核", [&] {
             return bookkeeping::UndoAudit(workspace.connection, family, BillMeant(workspace, options));
         });
     }
     const std::string auditor = AuditorFor(workspace, options);
-    if (auditor.empty()) throw UsageError("bill audit needs the auditor: --auditor NAME, or --operator NAME");
-    return Correct(workspace, "audited by " + auditor, "审核", [&] {
+    if (auditor.empty()) throw UsageError(Message("bill audit needs the auditor: --auditor NAME, or --operator NAME"));
+    return Correct(workspace, Message("audited by {1}", auditor), "审核", [&] {
         return bookkeeping::AuditBill(workspace.connection, family, BillMeant(workspace, options), auditor,
                                       options.date.value_or(host->Today()));
     });

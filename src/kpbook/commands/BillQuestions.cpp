@@ -6,6 +6,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/Quoted.h"
 #include "kpTables/bookkeeping/Masters.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/input/InputFile.h"
@@ -48,7 +49,7 @@ std::string BillQuestions::Answer(const std::string& question, const std::string
     std::fprintf(stderr, "%s%s: ", question.c_str(), usual.empty() ? "" : (" [" + usual + "]").c_str());
     std::fflush(stderr);
     const auto line = reader_.Next();
-    if (!line) throw CommandError("the input ended, nothing was entered");
+    if (!line) throw CommandError(Message("the input ended, nothing was entered"));
     const std::string answer(Trim(*line));
     return answer.empty() ? usual : answer;
 }
@@ -79,7 +80,7 @@ void BillQuestions::AskMaster(const std::string& column, MasterKind kind, bool i
 std::string BillQuestions::AskProduct() {
     constexpr int kListed = 20;
     for (;;) {
-        const std::string answer = Answer("商品 (empty: end)", "");
+        const std::string answer = Answer(Message("商品 (empty: end)"), "");
         if (answer.empty()) return "";
         const auto exact = workspace_.tables.Get商品ID(Quoted(answer));
         if (exact > 0) return answer;
@@ -87,7 +88,7 @@ std::string BillQuestions::AskProduct() {
         const auto rows = workspace_.connection->Execute(
             "Select TOP " + std::to_string(kListed) + " 商品编号,商品名称,规格 From 商品设置 Where 商品编号 Like '" +
             pattern + "' Or 输入简码 Like '" + pattern + "' Or 商品名称 Like '" + pattern + "' Order by 商品编号");
-        if (rows->Eof()) std::fprintf(stderr, "no product begins with %s\n", answer.c_str());
+        if (rows->Eof()) TellLine(Message("no product begins with {1}", answer));
         const bool isOnly = rows->RecordCount() == 1;
         const std::string number = rows->Eof() ? "" : Text(rows->GetValue(0));
         for (; !rows->Eof(); rows->MoveNext()) {
@@ -132,10 +133,10 @@ std::vector<SheetRow> BillQuestions::Ask() {
     }
     while (AskLine()) {
     }
-    if (rows_.empty()) throw CommandError("no lines, nothing was entered");
+    if (rows_.empty()) throw CommandError(Message("no lines, nothing was entered"));
     const std::string question =
-        "enter the bill with " + std::to_string(rows_.size()) + (rows_.size() == 1 ? " line" : " lines") + "?";
-    if (Answer(question, "y").find_first_of("yY是") != 0) throw CommandError("nothing was entered");
+        CountedMessage(std::ssize(rows_), "enter the bill with {1} line?", "enter the bill with {1} lines?");
+    if (Answer(question, "y").find_first_of("yY是") != 0) throw CommandError(Message("nothing was entered"));
     return std::move(rows_);
 }
 

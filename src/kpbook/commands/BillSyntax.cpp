@@ -1,5 +1,7 @@
 #include "kpbook/commands/BillSyntax.h"
 
+#include "kpTables/text/Message.h"
+
 #include <algorithm>
 
 namespace kpTables::kpbook::commands {
@@ -15,14 +17,15 @@ struct HeaderWord {
     const char* type;
 };
 constexpr HeaderWord kHeaderWords[] = {
-    {"--date", "日期", "The bill's date; default of a new bill: today", "DATE"},
-    {"--warehouse", "仓库", "The warehouse, by name or id; of a transfer, where the goods come from", "W"},
-    {"--to-warehouse", "调入仓库", "Where the goods of a transfer go", "W"},
-    {"--partner", "单位", "The supplier (in) or customer (out), by name or id", "K"},
-    {"--project", "项目", "The project, by name, number or id", "P"},
-    {"--type", "类型", "入库单, 出库单, 普通发票 or 增值税发票, or a type of the firm's own", "T"},
-    {"--number", "单据编号", "The bill's number; default: the next by the firm's pattern", "N"},
-    {"--remarks", "说明", "Remarks", "TEXT"},
+    {"--date", "日期", Translatable("The bill's date; default of a new bill: today"), "DATE"},
+    {"--warehouse", "仓库", Translatable("The warehouse, by name or id; of a transfer, where the goods come from"),
+     "W"},
+    {"--to-warehouse", "调入仓库", Translatable("Where the goods of a transfer go"), "W"},
+    {"--partner", "单位", Translatable("The supplier (in) or customer (out), by name or id"), "K"},
+    {"--project", "项目", Translatable("The project, by name, number or id"), "P"},
+    {"--type", "类型", Translatable("入库单, 出库单, 普通发票 or 增值税发票, or a type of the firm's own"), "T"},
+    {"--number", "单据编号", Translatable("The bill's number; default: the next by the firm's pattern"), "N"},
+    {"--remarks", "说明", Translatable("Remarks"), "TEXT"},
 };
 
 /// The column that a type belongs to: the kinds of bills have their own.
@@ -32,8 +35,8 @@ CLI::App* AddAction(CLI::App& bill, const std::string& name, const std::string& 
                     BillWords& words, bool withTransfers) {
     auto* action = AddCommand(bill, name, what, footer);
     AddBook(*action, words.options.book);
-    const char* kinds =
-        withTransfers ? "in, out, cost or transfer" : "in, out or cost; a transfer: either of its halves";
+    const char* kinds = withTransfers ? Translatable("in, out, cost or transfer")
+                                      : Translatable("in, out or cost; a transfer: either of its halves");
     auto* kind = action->add_option("KIND", words.kind, kinds)->required()->type_name("");
     if (withTransfers) {
         kind->check(CLI::IsMember({"in", "out", "cost", "transfer", "入库", "出库", "成本", "调拨"}));
@@ -181,10 +184,9 @@ void AddChange(BillOptions& options, const std::string& change) {
                               return column == word.column && column != "调入仓库";
                           });
     if (equals == std::string::npos || !isHeader) {
-        throw CLI::ValidationError(
-            "'" + change +
-            "' is no change: COLUMN=VALUE with 日期, 仓库, 单位, 项目, 类型, 单据类型, 单据编号 or "
-            "说明; lines are replaced by --line or --lines");
+        throw CLI::ValidationError(Message(
+            "'{1}' is no change: COLUMN=VALUE with 日期, 仓库, 单位, 项目, 类型, 单据类型, 单据编号 or 说明; lines are replaced by --line or --lines",
+            change));
     }
     const std::string text = change.substr(equals + 1);
     options.header[column == "类型" ? TypeColumnOf(text) : column] = text;
@@ -218,15 +220,15 @@ BillOptions ReadBillWords(const CLI::App& command, BillWords words) {
         const std::string& text = words.header[word.column];
         std::string column = word.column;
         if (isTransfer && column == "仓库") column = "调出仓库";
-        if (!isTransfer && column == "调入仓库") throw CLI::ValidationError("--to-warehouse is for transfers");
+        if (!isTransfer && column == "调入仓库") throw CLI::ValidationError(Message("--to-warehouse is for transfers"));
         if (column == "类型") column = TypeColumnOf(text);
         options.header[column] = text;
     }
     for (const std::string& change : words.changes) AddChange(options, change);
     if (options.action == "add" && !options.file.empty() && !options.lines.empty()) {
-        throw CLI::ValidationError("a FILE and --line do not go together");
+        throw CLI::ValidationError(Message("a FILE and --line do not go together"));
     }
-    if (options.kind == EntryKind::Cost && options.gross) throw CLI::ValidationError("cost bills have no tax");
+    if (options.kind == EntryKind::Cost && options.gross) throw CLI::ValidationError(Message("cost bills have no tax"));
     return options;
 }
 

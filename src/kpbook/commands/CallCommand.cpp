@@ -7,9 +7,11 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/PastedValues.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/input/ArgumentText.h"
@@ -66,7 +68,7 @@ bool CallAllOrNothing(Workspace& workspace, const ConsoleHost& host, const std::
     workspace.connection->BeginTrans();
     const auto rollBack = [&] {
         workspace.connection->RollbackTrans();
-        std::fprintf(stderr, "kpbook: the changes of the call were rolled back\n");
+        TellLine("kpbook: " + Message("the changes of the call were rolled back"));
     };
     try {
         call();
@@ -89,7 +91,7 @@ std::vector<Variant> ReadCallArguments(const CallOptions& options, IncidentLog& 
     for (const auto& text : options.arguments) arguments.push_back(input::ReadArgument(text));
     const auto* method = _CTables::Find(options.method);
     if (const auto fault = method && !options.raw ? QuoteFault(*method, arguments) : ""; !fault.empty()) {
-        throw UsageError(fault + " (--raw passes it on unchanged)");
+        throw UsageError(Message("{1} (--raw passes it on unchanged)", fault));
     }
     if (method) HideSecrets(*method, arguments, log);
     return arguments;

@@ -2,26 +2,30 @@
 
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/Check.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/CellText.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
 
 namespace {
 
-RecordsetPtr TableOf(const std::vector<bookkeeping::Finding>& findings, const MasterNames& names) {
-    auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
-                                                                         {"年份", VarType::Long},
-                                                                         {"月份", VarType::Long},
-                                                                         {"pdID", VarType::Long},
-                                                                         {"商品", VarType::String},
-                                                                         {"what", VarType::String},
-                                                                         {"expected", VarType::String},
-                                                                         {"found", VarType::String}});
+RecordsetPtr TableOf(const std::vector<bookkeeping::Finding>& findings, const MasterNames& names, OutputFormat format) {
+    auto rows =
+        std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
+                                                                 {"年份", VarType::Long},
+                                                                 {"月份", VarType::Long},
+                                                                 {"pdID", VarType::Long},
+                                                                 {"商品", VarType::String},
+                                                                 {output::Heading("what", format), VarType::String},
+                                                                 {output::Heading("expected", format), VarType::String},
+                                                                 {output::Heading("found", format), VarType::String}});
     const auto shown = [](const Variant& value) { return value.IsNull() ? value : Variant(output::CellText(value)); };
     const auto unlessZero = [](std::int32_t value) { return value == 0 ? Variant::Null() : Variant(value); };
     for (const auto& finding : findings) {
@@ -43,11 +47,12 @@ RecordsetPtr TableOf(const std::vector<bookkeeping::Finding>& findings, const Ma
 void Repair(Workspace& workspace, const std::shared_ptr<Host>& host) {
     workspace.Require(bookkeeping::rights::kClose);
     const auto repair = bookkeeping::RemoveDoubledRows(*workspace.connection, host);
-    const auto line = repair.doubled == 0   ? std::string("no doubled rows that are equal")
-                      : repair.removed == 0 ? std::string("nothing removed")
-                                            : Counted(repair.removed, "doubled row") + " removed";
+    const auto line = repair.doubled == 0 ? Message("no doubled rows that are equal")
+                      : repair.removed == 0
+                          ? Message("nothing removed")
+                          : CountedMessage(repair.removed, "{1} doubled row removed", "{1} doubled rows removed");
     if (repair.removed > 0) workspace.Log("修复 仓库余额表: " + line);
-    std::fprintf(stderr, "仓库余额表: %s\n", line.c_str());
+    TellLine("仓库余额表: " + line);
 }
 
 }  // namespace
@@ -60,7 +65,7 @@ int Check(const CheckOptions& options, const GlobalOptions& global) {
     if (findings.empty()) return kSucceeded;
     // A damaged file may not even give names.
     const auto names = findings.front().damaged ? MasterNames() : MasterNames(*workspace.connection);
-    output::WriteRecordset(*TableOf(findings, names), global);
+    output::WriteRecordset(*TableOf(findings, names, global.format), global);
     return kFailed;
 }
 

@@ -4,12 +4,14 @@
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/Closing.h"
 #include "kpTables/bookkeeping/ReportValuation.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/CellText.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
@@ -19,8 +21,6 @@ namespace {
 using bookkeeping::ClosingOutcome;
 using bookkeeping::ClosingResult;
 
-void Tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
-
 std::string MonthOf(const ClosingResult& result) { return MonthLabel(result.name, result.year, result.month); }
 
 /// Why a warehouse was not closed.
@@ -29,27 +29,30 @@ std::string Refusal(const ClosingResult& result, std::int16_t month) {
     const std::string last = std::to_string(result.month);
     switch (result.outcome) {
         case ClosingOutcome::ClosedAlready:
-            return MonthOf(result) + ": closed already; --again closes it again";
+            return Message("{1}: closed already; --again closes it again", MonthOf(result));
         case ClosingOutcome::EarlierMonthOpen:
-            return asked + ": not closed: month " + last + " is open; close that first";
+            return Message("{1}: not closed: month {2} is open; close that first", asked, last);
         case ClosingOutcome::LaterMonthsClosed:
-            return asked + ": not closed: it is closed through month " + last +
-                   ", and the later months would become stale; --through " + last + " closes them again too";
+            return Message(
+                "{1}: not closed: it is closed through month {2}, and the later months would become stale; --through {2} closes them again too",
+                asked, last);
         case ClosingOutcome::LeftAsItWas:
-            return MonthOf(result) + ": left as it was";
+            return Message("{1}: left as it was", MonthOf(result));
         default:
-            return MonthOf(result) + ": not closed: " + result.reason;
+            return Message("{1}: not closed: {2}", MonthOf(result), result.reason);
     }
 }
 
 void TellClosed(const ClosingResult& result, bool dryRun) {
     for (const auto& each : result.months) {
-        Tell(MonthLabel(result.name, each.year, each.month) + ": " + Counted(each.products, "product") +
-             (dryRun ? " would be closed" : " closed"));
+        const std::string month = MonthLabel(result.name, each.year, each.month);
+        TellLine(dryRun ? CountedMessage(each.products, "{2}: {1} product would be closed",
+                                         "{2}: {1} products would be closed", month)
+                        : CountedMessage(each.products, "{2}: {1} product closed", "{2}: {1} products closed", month));
     }
     if (result.leftOut > 0) {
-        Tell("kpbook: " + result.name + ": " + Counted(result.leftOut, "product") +
-             " on bills without a balance row left out");
+        TellLine("kpbook: " + CountedMessage(result.leftOut, "{2}: {1} product on bills without a balance row left out",
+                                             "{2}: {1} products on bills without a balance row left out", result.name));
     }
 }
 
@@ -60,23 +63,24 @@ bool Tell(const ClosingResult& result, const CloseOptions& options) {
         return true;
     }
     if (result.outcome == ClosingOutcome::NothingToDo) {
-        Tell(result.name + ": no balance rows of month " + std::to_string(result.month) + ", nothing to close");
+        TellLine(Message("{1}: no balance rows of month {2}, nothing to close", result.name, result.month));
         return true;
     }
-    Tell("kpbook: " + Refusal(result, options.month));
+    TellLine("kpbook: " + Refusal(result, options.month));
     return false;
 }
 
 /// The changes of a dry run, a figure a row.
-RecordsetPtr ChangesOf(const std::vector<ClosingResult>& results, const MasterNames& names) {
-    auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
-                                                                         {"年份", VarType::Long},
-                                                                         {"月份", VarType::Long},
-                                                                         {"pdID", VarType::Long},
-                                                                         {"商品", VarType::String},
-                                                                         {"column", VarType::String},
-                                                                         {"before", VarType::String},
-                                                                         {"after", VarType::String}});
+RecordsetPtr ChangesOf(const std::vector<ClosingResult>& results, const MasterNames& names, OutputFormat format) {
+    auto rows =
+        std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
+                                                                 {"年份", VarType::Long},
+                                                                 {"月份", VarType::Long},
+                                                                 {"pdID", VarType::Long},
+                                                                 {"商品", VarType::String},
+                                                                 {output::Heading("column", format), VarType::String},
+                                                                 {output::Heading("before", format), VarType::String},
+                                                                 {output::Heading("after", format), VarType::String}});
     const auto shown = [](const Variant& value) { return value.IsNull() ? value : Variant(output::CellText(value)); };
     for (const auto& result : results) {
         for (const auto& change : result.changes) {
@@ -142,7 +146,8 @@ int Close(const CloseOptions& options, const GlobalOptions& global) {
         watch.bar = [](const std::string& label) { return std::make_unique<TerminalProgressBar>(label); };
     }
     const auto results = bookkeeping::CloseMonth(workspace.connection, host, closing, watch);
-    if (options.dryRun) output::WriteRecordset(*ChangesOf(results, MasterNames(*workspace.connection)), global);
+    if (options.dryRun)
+        output::WriteRecordset(*ChangesOf(results, MasterNames(*workspace.connection), global.format), global);
     return allClosed ? kSucceeded : kFailed;
 }
 

@@ -1,5 +1,6 @@
 #include "kpbook/commands/CommandSyntax.h"
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/commands/Options.h"
 
@@ -22,12 +23,12 @@ bool NeedsMark(std::string_view word) {
 const CLI::Validator kDate(
     [](std::string& text) {
         if (Date::ParseIso(text) || Date::Parse(text)) return std::string();
-        return "'" + text + "' is no date";
+        return Message("'{1}' is no date", text);
     },
     "");
 
 const CLI::Validator kUtf8(
-    [](std::string& text) { return IsValidUtf8(text) ? std::string() : std::string("not valid UTF-8"); }, "");
+    [](std::string& text) { return IsValidUtf8(text) ? std::string() : Message("not valid UTF-8"); }, "");
 
 std::optional<Date> DateOf(const std::string& text) {
     if (text.empty()) return std::nullopt;
@@ -77,11 +78,11 @@ void AddBook(CLI::App& command, std::string& book) {
 }
 
 CLI::App* AddCommand(CLI::App& app, const std::string& name, const std::string& what, const std::string& footer) {
-    auto* command = app.add_subcommand(name, what);
+    auto* command = app.add_subcommand(name, Translated(what.c_str()));
     command->fallthrough();
     command->footer(
-        footer +
-        "\n\nOptions of every command (-O, -o, --trace, --sql, --today, --answer, --timeout, ...): kpbook --help");
+        std::string(Translated(footer.c_str())) + "\n\n" +
+        Message("Options of every command (-O, -o, --trace, --sql, --today, --answer, --timeout, ...): kpbook --help"));
     return command;
 }
 

@@ -3,13 +3,12 @@
 #include <sstream>
 
 #include "kpTables/LateBound.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/commands/Reports.h"
 
 namespace kpTables::kpbook::commands {
 
 namespace {
-
-constexpr std::string_view kExamples = "Example";
 
 /// The words of "FORMAT:{table,csv}"; none where the values are not listed.
 std::vector<std::string> ChoicesIn(const std::string& type) {
@@ -63,12 +62,13 @@ OptionEntry EntryOf(const CLI::Option& option, const std::string& command) {
 
 /// Takes the lines below "Examples:" out of a help text.
 std::vector<std::string> TakeExamples(std::string& text) {
+    const std::string_view examplesHeading = Translated("Examples:");
     std::vector<std::string> examples;
     std::istringstream lines(text);
     std::string rest;
     bool inside = false;
     for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with(kExamples)) {
+        if (line == examplesHeading) {
             inside = true;
         } else if (inside && line.starts_with("  ")) {
             examples.push_back(line.substr(2));

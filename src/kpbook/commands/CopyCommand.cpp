@@ -2,7 +2,9 @@
 
 #include "engines/BookUrl.h"
 #include "kpTables/bookkeeping/Backup.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 
@@ -13,12 +15,12 @@ int Copy(const CopyOptions& options, const GlobalOptions& global) {
     const Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global,
                               Access::Read);
     if (target.scheme != engines::ParseBookUrl(options.book).scheme) {
-        throw CommandError(options.copy + ": a book is copied to its own kind of place, a " +
-                           engines::ParseBookUrl(options.book).scheme);
+        throw CommandError(Message("{1}: a book is copied to its own kind of place, a {2}", options.copy,
+                                   engines::ParseBookUrl(options.book).scheme));
     }
     bookkeeping::BackUpBook(*workspace.book,
                             {.path = target.address, .open = [](const auto& path) { return OpenBook(path); }});
-    std::fprintf(stderr, "%s: copied and checked\n", options.copy.c_str());
+    TellLine(Message("{1}: copied and checked", options.copy));
     return kSucceeded;
 }
 

@@ -5,8 +5,10 @@
 
 #include "kpTables/BookFiles.h"
 #include "kpTables/Transaction.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/input/Manifest.h"
@@ -40,7 +42,7 @@ std::int64_t WriteTable(Book& book, const TableInfo& table, output::Output& outp
 
 std::string FileOf(const TableInfo& table) {
     if (table.name.find('/') != table.name.npos || table.name.starts_with('.')) {
-        throw CommandError("the table " + table.name + " cannot be exported: its name is no file's name");
+        throw CommandError(Message("the table {1} cannot be exported: its name is no file's name", table.name));
     }
     return table.name + ".csv";
 }
@@ -68,7 +70,8 @@ public:
         // As a new book, which has passwords too.
         if (made_) fs::permissions(path, fs::perms::owner_all, error);
         if (!fs::is_directory(path)) {
-            throw CommandError(path + ": no folder can be made: " + (error ? error.message() : "there is a file"));
+            throw CommandError(Message("{1}: no folder can be made: {2}", path,
+                                       error ? SystemMessage(error) : Message("there is a file")));
         }
     }
     ~TargetFolder() {
@@ -84,7 +87,8 @@ private:
 };
 
 std::unique_ptr<output::Output> OpenTarget(const std::string& path, const std::string& book) {
-    if (IsPartOfBook(path, book)) throw UsageError(path + " belongs to a book; tables are not written over it");
+    if (IsPartOfBook(path, book))
+        throw UsageError(Message("{1} belongs to a book; tables are not written over it", path));
     return std::make_unique<output::Output>(path);
 }
 
@@ -115,7 +119,8 @@ std::int64_t WriteFolder(Book& book, const std::vector<TableInfo>& tables, const
 
 int Export(const ExportOptions& options, const GlobalOptions& global) {
     const bool all = options.target.empty();
-    if (all && options.table == "-") throw UsageError("export to standard output takes one table: BOOK TABLE -");
+    if (all && options.table == "-")
+        throw UsageError(Message("export to standard output takes one table: BOOK TABLE -"));
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
     Book& book = *workspace.book;
     // All tables as of one moment.
@@ -123,7 +128,7 @@ int Export(const ExportOptions& options, const GlobalOptions& global) {
     auto tables = book.Tables();
     if (!all) {
         std::erase_if(tables, [&](const TableInfo& table) { return !SameName(table.name, options.table); });
-        if (tables.empty()) throw CommandError("the book has no table " + options.table);
+        if (tables.empty()) throw CommandError(Message("the book has no table {1}", options.table));
     }
     std::int64_t rows = 0;
     if (options.target == "-") {
@@ -133,9 +138,8 @@ int Export(const ExportOptions& options, const GlobalOptions& global) {
     } else {
         rows = WriteFolder(book, tables, all ? options.table : options.target, options, all);
     }
-    const std::string what = all ? std::to_string(tables.size()) + " tables" : tables.front().name;
-    std::fprintf(stderr, "%s: %lld %s exported\n", what.c_str(), static_cast<long long>(rows),
-                 rows == 1 ? "row" : "rows");
+    const std::string what = all ? Message("{1} tables", tables.size()) : tables.front().name;
+    TellLine(CountedMessage(rows, "{2}: {1} row exported", "{2}: {1} rows exported", what));
     return kSucceeded;
 }
 

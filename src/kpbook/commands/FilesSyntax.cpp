@@ -1,5 +1,7 @@
 #include "kpbook/commands/FilesSyntax.h"
 
+#include "kpTables/text/Message.h"
+
 #include <algorithm>
 
 namespace kpTables::kpbook::commands {
@@ -63,7 +65,8 @@ std::optional<char> SeparatorOf(const std::string& word) {
     if (word == "semicolon") return ';';
     const bool isText = word.size() > 1 || static_cast<unsigned char>(word[0]) >= 0x80;
     if (isText || word == "\"" || word == "\n" || word == "\r") {
-        throw CLI::ValidationError("--separator takes comma, tab, semicolon or another ASCII character, not " + word);
+        throw CLI::ValidationError(
+            Message("--separator takes comma, tab, semicolon or another ASCII character, not {1}", word));
     }
     return word[0];
 }
@@ -81,7 +84,8 @@ std::vector<std::string> ColumnsOf(const std::string& word) {
 void CheckImport(const ImportOptions& options) {
     SeparatorOf(options.separator);
     if (options.path.empty() && options.update) {
-        throw CLI::ValidationError("--update takes a table and a file; a folder is imported into an empty book");
+        throw CLI::ValidationError(
+            Message("--update takes a table and a file; a folder is imported into an empty book"));
     }
 }
 

@@ -4,9 +4,11 @@
 
 #include "kpTables/Transaction.h"
 #include "kpTables/bookkeeping/RowEntry.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
 #include "kpbook/Suggestion.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/FilesSyntax.h"
@@ -23,7 +25,7 @@ const TableInfo& TableNamed(const std::vector<TableInfo>& tables, const std::str
     if (table == tables.end()) {
         std::vector<std::string_view> names;
         for (const TableInfo& each : tables) names.push_back(each.name);
-        throw CommandError("the book has no table " + name + DidYouMean(name, names));
+        throw CommandError(Message("the book has no table {1}{2}", name, DidYouMean(name, names)));
     }
     return *table;
 }
@@ -32,7 +34,7 @@ input::TableFileOptions FormatOf(const ImportOptions& options) {
     return {options.encoding, SeparatorOf(options.separator), options.sheet};
 }
 
-std::string RowsText(std::int64_t rows) { return std::to_string(rows) + (rows == 1 ? " row" : " rows"); }
+std::string RowsText(std::int64_t rows) { return CountedMessage(rows, "{1} row", "{1} rows"); }
 
 int ImportFile(Workspace& workspace, const ImportOptions& options) {
     Book& book = *workspace.book;
@@ -46,13 +48,12 @@ int ImportFile(Workspace& workspace, const ImportOptions& options) {
         counts = import.Run();
         return "导入 " + table.name + " " + std::to_string(counts.added + counts.changed);
     });
-    const std::string done = options.update
-                                 ? std::to_string(counts.added) + " added, " + std::to_string(counts.changed) +
-                                       " changed, " + std::to_string(counts.unchanged) + " unchanged"
-                                 : RowsText(counts.added) + " imported";
+    const std::string done = options.update ? Message("{1} added, {2} changed, {3} unchanged", counts.added,
+                                                      counts.changed, counts.unchanged)
+                                            : Message("{1} imported", RowsText(counts.added));
     const std::string encoding(file.Rows().Encoding());
-    std::fprintf(stderr, "%s: %s%s\n", table.name.c_str(), done.c_str(),
-                 encoding == "UTF-8" || !options.encoding.empty() ? "" : (", read as " + encoding).c_str());
+    const bool isPlain = encoding == "UTF-8" || !options.encoding.empty();
+    TellLine(isPlain ? table.name + ": " + done : Message("{1}: {2}, read as {3}", table.name, done, encoding));
     return kSucceeded;
 }
 
@@ -65,8 +66,8 @@ std::int64_t ImportEntry(Book& book, const std::vector<TableInfo>& tables, const
     input::TableImport import(book, table, file.Rows(), file.Name(), {.closedMonths = true});
     const auto rows = import.Run().added;
     if (entry.rows && rows != *entry.rows) {
-        throw CommandError(file.Name() + ": " + RowsText(rows) + ", but " + input::kManifestName + " counts " +
-                           std::to_string(*entry.rows) + "; export the book again");
+        throw CommandError(Message("{1}: {2}, but {3} counts {4}; export the book again", file.Name(), RowsText(rows),
+                                   input::kManifestName, *entry.rows));
     }
     return rows;
 }
@@ -77,11 +78,12 @@ int ImportFolder(Book& book, const ImportOptions& options) {
     const auto tables = book.Tables();
     Transaction transaction(book);
     if (const auto taken = bookkeeping::FirstTableWithRows(book); !taken.empty()) {
-        throw CommandError("the book has rows in " + taken +
-                           "; a folder is imported into an empty book, which kpbook new BOOK --bare makes");
+        throw CommandError(Message(
+            "the book has rows in {1}; a folder is imported into an empty book, which kpbook new BOOK --bare makes",
+            taken));
     }
     std::int64_t rows = 0;
-    std::size_t bad = 0;
+    std::int64_t bad = 0;
     for (const auto& entry : entries) {
         try {
             rows += ImportEntry(book, tables, folder, entry, options);
@@ -91,11 +93,11 @@ int ImportFolder(Book& book, const ImportOptions& options) {
         }
     }
     if (bad > 0) {
-        throw CommandError(folder + ": " + std::to_string(bad) + (bad == 1 ? " bad file" : " bad files") +
-                           ", nothing was imported");
+        throw CommandError(CountedMessage(bad, "{2}: {1} bad file, nothing was imported",
+                                          "{2}: {1} bad files, nothing was imported", folder));
     }
     transaction.Commit();
-    std::fprintf(stderr, "%s: %zu tables, %s imported\n", folder.c_str(), entries.size(), RowsText(rows).c_str());
+    TellLine(Message("{1}: {2} tables, {3} imported", folder, entries.size(), RowsText(rows)));
     return kSucceeded;
 }
 
@@ -104,8 +106,8 @@ int ImportFolder(Book& book, const ImportOptions& options) {
 int Import(const ImportOptions& options, const GlobalOptions& global) {
     const bool isFolder = options.path.empty();
     if (std::error_code error; isFolder && !std::filesystem::is_directory(options.table, error)) {
-        throw UsageError("import takes a table and a file, or the folder of an export; there is no folder " +
-                         options.table);
+        throw UsageError(Message("import takes a table and a file, or the folder of an export; there is no folder {1}",
+                                 options.table));
     }
     Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
     return isFolder ? ImportFolder(*workspace.book, options) : ImportFile(workspace, options);

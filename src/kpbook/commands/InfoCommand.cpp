@@ -3,9 +3,12 @@
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/ClosedMonths.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
@@ -21,21 +24,22 @@ class BookInfo {
 public:
     BookInfo(const InfoOptions& options, const GlobalOptions& global)
         : workspace_(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read),
+          format_(global.format),
           forPeople_(global.format == OutputFormat::Table || global.format == OutputFormat::Markdown) {}
 
     std::vector<output::Section> Sections() {
-        return {{"information", Information()},
-                {"tables", Tables()},
-                {"balance months",
+        return {{output::Heading("information", format_), Information()},
+                {output::Heading("tables", format_), Tables()},
+                {output::Heading("balance months", format_),
                  workspace_.connection->Execute(
                      "Select 年份,月份,Count(*) As 行数 From 仓库余额表 Group by 年份,月份 Order by 年份,月份")},
-                {"warehouses", Warehouses()}};
+                {output::Heading("warehouses", format_), Warehouses()}};
     }
 
 private:
     RecordsetPtr Information() {
-        auto rows = std::make_shared<MemoryRecordset>(
-            std::vector<FieldInfo>{{"item", VarType::String}, {"value", VarType::String}});
+        auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{
+            {output::Heading("item", format_), VarType::String}, {output::Heading("value", format_), VarType::String}});
         for (const char* item : kTextItems) {
             if (const auto value = Option(item); !value.empty()) Add(*rows, item, value);
         }
@@ -61,24 +65,25 @@ private:
         const auto value = Option(item);
         const auto date = Date::Parse(value);
         Add(rows, item, date ? Variant(date->ToIso()) : value.empty() ? Variant::Null() : Variant(value));
-        if (!date && !value.empty()) std::fprintf(stderr, "%s: %s is no date\n", item.c_str(), value.c_str());
+        if (!date && !value.empty()) TellLine(Message("{1}: {2} is no date", item, value));
         return date;
     }
 
     void Add(Recordset& rows, const std::string& item, const Variant& value) const {
         rows.AddNew();
         rows.SetValue(0, item);
-        rows.SetValue(1, value.IsNull() && forPeople_ ? Variant("(not set)") : value);
+        rows.SetValue(1, value.IsNull() && forPeople_ ? Variant(Message("(not set)")) : value);
         rows.Update();
     }
 
     /// With the last month that is closed, by the rule that closing goes by.
     RecordsetPtr Warehouses() {
-        auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"dpID", VarType::Long},
-                                                                             {"仓库名称", VarType::String},
-                                                                             {"结帐标志", VarType::Boolean},
-                                                                             {"结帐日期", VarType::Date},
-                                                                             {"closed through", VarType::Long}});
+        auto rows = std::make_shared<MemoryRecordset>(
+            std::vector<FieldInfo>{{"dpID", VarType::Long},
+                                   {"仓库名称", VarType::String},
+                                   {"结帐标志", VarType::Boolean},
+                                   {"结帐日期", VarType::Date},
+                                   {output::Heading("closed through", format_), VarType::Long}});
         const auto stored =
             workspace_.connection->Execute("Select dpID,仓库名称,结帐标志,结帐日期 From 仓库设置 Order by dpID");
         for (; !stored->Eof(); stored->MoveNext()) {
@@ -94,8 +99,8 @@ private:
     }
 
     RecordsetPtr Tables() {
-        auto rows = std::make_shared<MemoryRecordset>(
-            std::vector<FieldInfo>{{"table", VarType::String}, {"rows", VarType::Long}});
+        auto rows = std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{
+            {output::Heading("table", format_), VarType::String}, {output::Heading("rows", format_), VarType::Long}});
         for (const auto& table : workspace_.book->Tables()) {
             const auto count =
                 workspace_.connection->Execute("Select Count(*) As n From [" + table.name + "]")->GetValue(0);
@@ -110,6 +115,7 @@ private:
     }
 
     Workspace workspace_;
+    OutputFormat format_;
     bool forPeople_;  ///< missing values are shown in words
 };
 

@@ -3,6 +3,7 @@
 #include <sstream>
 #include <system_error>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Suggestion.h"
 #include "kpbook/commands/CommandTree.h"
@@ -55,41 +56,43 @@ std::string OptionText(const OptionEntry& option) {
     }
     if (!option.positional.empty()) text += "\\fI" + Escaped(option.positional) + "\\fR";
     if (!option.value.empty()) text += " \\fI" + Escaped(option.value) + "\\fR";
-    return text + "\n" + Lines(option.what + (option.required ? " (required)" : ""));
+    return text + "\n" + Lines(option.what + (option.required ? Message(" (required)") : ""));
 }
 
 std::string Synopsis(const CommandPage& page) {
     std::string text = ".B kpbook\n";
-    if (page.name.empty()) return text + ".I COMMAND\n[\\fIOPTIONS\\fR]\n";
+    if (page.name.empty()) return text + ".I COMMAND\n[\\fI" + Message("OPTIONS") + "\\fR]\n";
     text += ".B " + Escaped(page.name) + "\n";
     if (!page.children.empty()) text += "\\fICOMMAND\\fR\n";
     for (const auto& word : page.words) {
         const std::string name = "\\fI" + Escaped(word.positional) + "\\fR" + (word.repeated ? "..." : "");
         text += (word.required ? name : "[" + name + "]") + "\n";
     }
-    return text + "[\\fIOPTIONS\\fR]\n";
+    return text + "[\\fI" + Message("OPTIONS") + "\\fR]\n";
 }
 
 std::string PageText(const CommandPage& page, const std::vector<CommandPage>& pages) {
     std::string text = ".TH " + Escaped(PageName(page)) + " 1 \"\" \"kpbook " KPBOOK_VERSION "\" \"kpbook\"\n";
-    text += ".SH NAME\n" + Escaped(PageName(page)) + " \\- " + Escaped(page.what) + "\n";
-    text += ".SH SYNOPSIS\n" + Synopsis(page);
-    if (!page.description.empty()) text += ".SH DESCRIPTION\n.nf\n" + Lines(page.description) + ".fi\n";
+    text += ".SH " + Message("NAME") + "\n" + Escaped(PageName(page)) + " \\- " + Escaped(page.what) + "\n";
+    text += ".SH " + Message("SYNOPSIS") + "\n" + Synopsis(page);
+    if (!page.description.empty())
+        text += ".SH " + Message("DESCRIPTION") + "\n.nf\n" + Lines(page.description) + ".fi\n";
     if (page.name.empty()) {
-        text += ".SH COMMANDS\n";
+        text += ".SH " + Message("COMMANDS") + "\n";
         for (const auto& each : pages) {
             if (!each.name.empty()) text += ".TP\n\\fB" + Escaped(each.name) + "\\fR\n" + Lines(each.what);
         }
     }
-    text += ".SH OPTIONS\n";
+    text += ".SH " + Message("OPTIONS") + "\n";
     for (const auto& word : page.words) text += OptionText(word);
     for (const auto& option : page.options) text += OptionText(option);
     if (!page.examples.empty()) {
-        text += ".SH EXAMPLES\n.nf\n";
+        text += ".SH " + Message("EXAMPLES") + "\n.nf\n";
         for (const auto& example : page.examples) text += Lines(example);
         text += ".fi\n";
     }
-    text += ".SH EXIT STATUS\n0 for success, 1 for a failed call, 2 for wrong usage.\n.SH SEE ALSO\n";
+    text += ".SH " + Message("EXIT STATUS") + "\n" + Message("0 for success, 1 for a failed call, 2 for wrong usage.") +
+            "\n.SH " + Message("SEE ALSO") + "\n";
     std::string others;
     for (const auto& each : pages) {
         if (each.name == page.name || (!page.name.empty() && !each.name.empty())) continue;
@@ -122,7 +125,7 @@ int Man(const CLI::App& tree, const ManOptions& options, const GlobalOptions& gl
     if (!options.folder.empty()) {
         std::error_code failure;
         std::filesystem::create_directories(options.folder, failure);
-        if (failure) throw CommandError(options.folder + ": cannot be made: " + failure.message());
+        if (failure) throw CommandError(Message("{1}: cannot be made: {2}", options.folder, SystemMessage(failure)));
         for (const auto& page : pages) {
             WriteText(PageText(page, pages),
                       (std::filesystem::path(options.folder) / (PageName(page) + ".1")).string());
@@ -137,7 +140,7 @@ int Man(const CLI::App& tree, const ManOptions& options, const GlobalOptions& gl
         }
         names.push_back(page.name);
     }
-    throw CommandError("there is no command " + options.command + DidYouMean(options.command, names));
+    throw CommandError(Message("there is no command {1}{2}", options.command, DidYouMean(options.command, names)));
 }
 
 }  // namespace kpTables::kpbook::commands

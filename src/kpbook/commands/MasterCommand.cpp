@@ -5,8 +5,10 @@
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/MasterEntry.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/ResultWriter.h"
@@ -34,7 +36,7 @@ ColumnValues ReadValues(const std::vector<std::string>& words) {
     ColumnValues values;
     for (const auto& word : words) {
         const auto sign = word.find('=');
-        if (sign == word.npos || sign == 0) throw UsageError("'" + word + "' is not of the form COLUMN=VALUE");
+        if (sign == word.npos || sign == 0) throw UsageError(Message("'{1}' is not of the form COLUMN=VALUE", word));
         values.push_back({word.substr(0, sign), Variant(word.substr(sign + 1))});
     }
     return values;
@@ -44,23 +46,24 @@ AskedMaster ReadAsked(const MasterOptions& options) {
     AskedMaster asked{bookkeeping::MasterKindOf(options.kind), ReadValues(options.values)};
     if (asked.kind) return asked;
     if (options.kind != "class" && options.kind != "分类") {
-        throw UsageError(
-            "no kind of master row is called " + options.kind +
-            "; the kinds are warehouse, supplier, customer, product, project, employee, payment and class");
+        throw UsageError(Message(
+            "no kind of master row is called {1}; the kinds are warehouse, supplier, customer, product, project, employee, payment and class",
+            options.kind));
     }
     const auto said = std::ranges::find_if(asked.values, SaysClassKind);
     if (said == asked.values.end()) return asked;
     const std::string word = Text(said->value);
     asked.kind = bookkeeping::ClassKindOf(word);
     if (!asked.kind) {
-        throw UsageError("no kind of class is called " + word + "; the kinds are " + bookkeeping::ClassKindWords());
+        throw UsageError(
+            Message("no kind of class is called {1}; the kinds are {2}", word, bookkeeping::ClassKindWords()));
     }
     asked.values.erase(said);
     return asked;
 }
 
 void RefuseValues(const AskedMaster& asked) {
-    if (!asked.values.empty()) throw UsageError(asked.values.front().column + "= is not taken here");
+    if (!asked.values.empty()) throw UsageError(Message("{1}= is not taken here", asked.values.front().column));
 }
 
 /// An open book, and the row that a command is about.
@@ -103,7 +106,8 @@ RecordsetPtr AllClasses(const ConnectionPtr& book) {
 
 int AddMasterRow(const MasterOptions& options, const GlobalOptions& global) {
     const AskedMaster asked = ReadAsked(options);
-    if (!asked.kind) throw UsageError("say what the class is for: 种类=, one of " + bookkeeping::ClassKindWords());
+    if (!asked.kind)
+        throw UsageError(Message("say what the class is for: 种类=, one of {1}", bookkeeping::ClassKindWords()));
     MasterTarget target(options, global, asked);
     std::int32_t id = 0;
     target.workspace.Change([&] {
@@ -123,7 +127,7 @@ int EditMasterRow(const MasterOptions& options, const GlobalOptions& global) {
         bookkeeping::EditMaster(book, target.kind, options.which, asked.values);
         return target.Line("修改", row, options.values);
     });
-    std::fprintf(stderr, "%s %s: changed\n", options.kind.c_str(), row.c_str());
+    TellLine(Message("{1} {2}: changed", options.kind, row));
     return kSucceeded;
 }
 
@@ -137,7 +141,7 @@ int RemoveMasterRow(const MasterOptions& options, const GlobalOptions& global) {
         bookkeeping::RemoveMaster(book, target.kind, options.which);
         return target.Line("删除", row, {});
     });
-    std::fprintf(stderr, "%s %s: removed\n", options.kind.c_str(), row.c_str());
+    TellLine(Message("{1} {2}: removed", options.kind, row));
     return kSucceeded;
 }
 

@@ -1,6 +1,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
 #include "kpTables/MemoryRecordset.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Names.h"
 #include "kpbook/Suggestion.h"
 #include "kpbook/commands/Commands.h"
@@ -33,9 +34,9 @@ std::string Details(const Member& member) {
     text += "  " + std::string(member.answers) + "\n";
     for (const auto& parameter : member.parameters) {
         text += "    " + parameter.name + "  " + std::string(_CTables::TypeText(parameter.type));
-        if (parameter.optional) text += ", optional";
-        if (parameter.inOut) text += ", written back";
-        if (parameter.pasted) text += ", pasted into a statement";
+        if (parameter.optional) text += Message(", optional");
+        if (parameter.inOut) text += Message(", written back");
+        if (parameter.pasted) text += Message(", pasted into a statement");
         text += '\n';
     }
     return text;
@@ -89,7 +90,8 @@ int Methods(const MethodsOptions& options, const GlobalOptions& global) {
     for (const auto& member : _CTables::Members()) {
         if (options.name.empty() || SameName(member.name, options.name)) members.push_back(&member);
     }
-    if (members.empty()) throw CommandError("there is no method " + options.name + MethodMeant(options.name));
+    if (members.empty())
+        throw CommandError(Message("there is no method {1}{2}", options.name, MethodMeant(options.name)));
     if (global.format != OutputFormat::Table) {
         MemoryRecordset recordset({{"subsystem", VarType::String},
                                    {"name", VarType::String},

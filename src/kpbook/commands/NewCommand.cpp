@@ -5,6 +5,7 @@
 #include "kpTables/Book.h"
 #include "kpTables/bookkeeping/NewBook.h"
 #include "kpTables/bookkeeping/NextYear.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
@@ -37,12 +38,14 @@ Beginning BeginningOf(const NewOptions& options, const std::string& company, Dat
     const auto month = static_cast<std::int16_t>(today.Month());
     using bookkeeping::kFirstYear;
     using bookkeeping::kLastYear;
-    beginning.year = options.year ? *options.year : ask ? AskNumber("Year", year, kFirstYear, kLastYear) : year;
+    beginning.year = options.year ? *options.year
+                     : ask        ? AskNumber(Message("Year"), year, kFirstYear, kLastYear)
+                                  : year;
     beginning.month = options.month ? *options.month
-                      : ask         ? AskNumber("First month, 1 to 12", month, 1, kLastMonth)
+                      : ask         ? AskNumber(Message("First month, 1 to 12"), month, 1, kLastMonth)
                                     : month;
     if (!ask || !beginning.warehouses.empty()) return beginning;
-    while (auto name = AskLine("Warehouse (empty: no more): ")) {
+    while (auto name = AskLine(Message("Warehouse (empty: no more): "))) {
         if (name->empty()) break;
         beginning.warehouses.push_back(*name);
     }
@@ -52,10 +55,10 @@ Beginning BeginningOf(const NewOptions& options, const std::string& company, Dat
 /// The firm that the book is for; nothing: it is not said yet.
 std::optional<Beginning> FirmOf(const NewOptions& options, Date today) {
     std::string company = options.company;
-    if (company.empty()) company = AskLine("Company (empty: none yet): ").value_or("");
+    if (company.empty()) company = AskLine(Message("Company (empty: none yet): ")).value_or("");
     if (!company.empty()) return BeginningOf(options, company, today);
     if (options.year || options.month || !options.warehouses.empty()) {
-        throw UsageError("--year, --month and --warehouse are a firm's: give its name with --company");
+        throw UsageError(Message("--year, --month and --warehouse are a firm's: give its name with --company"));
     }
     return std::nullopt;
 }
@@ -75,10 +78,18 @@ std::size_t Create(const NewOptions& options, const GlobalOptions& global, Heade
         Workspace workspace(made, std::make_shared<ConsoleHost>(global.today, global.answer), global);
         prepare(made, workspace.connection);
         tables = made->Tables().size();
-        if (workspace.LogIncidents()) throw CommandError(options.book + ": was not made");
+        if (workspace.LogIncidents()) throw CommandError(Message("{1}: was not made", options.book));
     };
     CreateBook(options.book, book);
     return tables;
+}
+
+std::string DoneText(const NewOptions& options, const std::optional<Beginning>& firm, std::size_t tables) {
+    if (options.bare) return Message("{1}: {2} tables made", options.book, tables);
+    if (!firm) return Message("{1}: {2} tables made, names, dates and payment methods set", options.book, tables);
+    return CountedMessage(std::ssize(firm->warehouses), "{2}: {3} tables made, {4} begins {5}-{6} with {1} warehouse",
+                          "{2}: {3} tables made, {4} begins {5}-{6} with {1} warehouses", options.book, tables,
+                          firm->company, firm->year, firm->month);
 }
 
 int BeginNextYear(const NewOptions& options, const GlobalOptions& global) {
@@ -88,10 +99,9 @@ int BeginNextYear(const NewOptions& options, const GlobalOptions& global) {
     Create(options, global, bookkeeping::HeaderDialectOf(*from.book),
            [&](const BookPtr& made, const ConnectionPtr&) { next = bookkeeping::BeginNextYear(*from.book, made); });
     for (const std::string& table : next.ownTables)
-        std::fprintf(stderr, "kpbook: your own table %s was left behind\n", table.c_str());
-    std::fprintf(stderr, "%s: %d begins with %d %s of opening stock\n", options.book.c_str(),
-                 static_cast<int>(next.year), static_cast<int>(next.openingRows),
-                 next.openingRows == 1 ? "row" : "rows");
+        TellLine("kpbook: " + Message("your own table {1} was left behind", table));
+    TellLine(CountedMessage(next.openingRows, "{2}: {3} begins with {1} row of opening stock",
+                            "{2}: {3} begins with {1} rows of opening stock", options.book, next.year));
     return kSucceeded;
 }
 
@@ -102,11 +112,6 @@ int NewBook(const NewOptions& options, const GlobalOptions& global) {
     const HeaderDialect header = options.sqlNames ? HeaderDialect::SqlServer : HeaderDialect::Jet;
     const Date today = ConsoleHost(global.today, global.answer).Today();
     const auto firm = options.bare ? std::nullopt : FirmOf(options, today);
-    std::string done = options.bare ? "" : ", names, dates and payment methods set";
-    if (firm) {
-        done = ", " + firm->company + " begins " + std::to_string(firm->year) + "-" + std::to_string(firm->month) +
-               " with " + Counted(std::ssize(firm->warehouses), "warehouse");
-    }
     const auto tables = Create(options, global, header, [&](const BookPtr&, const ConnectionPtr& book) {
         if (options.bare) return;
         if (firm) {
@@ -115,7 +120,7 @@ int NewBook(const NewOptions& options, const GlobalOptions& global) {
             bookkeeping::PrepareBook(book, today);
         }
     });
-    std::fprintf(stderr, "%s: %zu tables made%s\n", options.book.c_str(), tables, done.c_str());
+    TellLine(DoneText(options, firm, tables));
     return kSucceeded;
 }
 

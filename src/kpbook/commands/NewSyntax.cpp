@@ -1,6 +1,7 @@
 #include "kpbook/commands/NewSyntax.h"
 
 #include "kpTables/bookkeeping/NewBook.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -29,14 +30,14 @@ void AddNew(CLI::App& app, NewWords& words) {
     const auto add = [&](const char* name, auto& value, const char* what) {
         return command->add_option(name, value, what)->excludes(bare)->excludes(from);
     };
-    add("--company", options.company, "The firm's name")->check(kUtf8)->type_name("NAME");
-    add("--year", options.year, "The year of the book; default: today's")
+    add("--company", options.company, Translatable("The firm's name"))->check(kUtf8)->type_name("NAME");
+    add("--year", options.year, Translatable("The year of the book; default: today's"))
         ->check(CLI::Range(static_cast<int>(bookkeeping::kFirstYear), static_cast<int>(bookkeeping::kLastYear)))
         ->type_name("Y");
-    add("--month", options.month, "The first month, 1 to 12; default: today's")
+    add("--month", options.month, Translatable("The first month, 1 to 12; default: today's"))
         ->check(CLI::Range(1, kLastMonth))
         ->type_name("M");
-    add("--warehouse", options.warehouses, "The name of a warehouse; give it once for each")
+    add("--warehouse", options.warehouses, Translatable("The name of a warehouse; give it once for each"))
         ->check(kUtf8)
         ->allow_extra_args(false)
         ->type_name("NAME");

@@ -4,8 +4,10 @@
 #include <cstdio>
 
 #include "kpTables/Transaction.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
@@ -25,7 +27,8 @@ void RefuseOpening(const input::OpeningFile& file, const std::vector<bookkeeping
     input::ImportFaults told(file.Name());
     for (const auto& fault : faults) told.Add(fault.line, fault.column, fault.reason);
     told.Finish();
-    throw CommandError(file.Name() + ": " + Counted(told.BadRows(), "bad row") + ", nothing was entered");
+    throw CommandError(CountedMessage(told.BadRows(), "{2}: {1} bad row, nothing was entered",
+                                      "{2}: {1} bad rows, nothing was entered", file.Name()));
 }
 
 }  // namespace
@@ -38,14 +41,14 @@ int Opening(const OpeningOptions& options, const GlobalOptions& global) {
     Transaction transaction(*workspace.connection);
     const auto result = bookkeeping::EnterOpening(workspace.connection, file.Rows(), purpose);
     RefuseOpening(file, result.faults);
-    const std::string done = "opening stock of " + std::to_string(result.year) + "-" + std::to_string(result.month) +
-                             ": " + Counted(result.added, "row") + " added, " + std::to_string(result.changed) +
-                             " changed";
+    const std::string done = CountedMessage(result.added, "opening stock of {2}-{3}: {1} row added, {4} changed",
+                                            "opening stock of {2}-{3}: {1} rows added, {4} changed", result.year,
+                                            result.month, result.changed);
     workspace.Log(done);
     // A method answers an error that it traps with a default, which must not be entered.
     if (workspace.LogIncidents()) return kFailed;
     transaction.Commit();
-    std::fprintf(stderr, "%s\n", done.c_str());
+    TellLine(done);
     return kSucceeded;
 }
 

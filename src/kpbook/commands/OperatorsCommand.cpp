@@ -8,6 +8,7 @@
 #include "kpTables/Quoted.h"
 #include "kpTables/bookkeeping/Masters.h"
 #include "kpTables/bookkeeping/Operators.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Names.h"
@@ -44,7 +45,7 @@ void AddOperator(MemoryRecordset& list, Recordset& row, CTables& tables) {
     list.AddNew();
     list.SetValue(0, row.Fields("ID").Value());
     list.SetValue(1, row.Fields("姓名").Value());
-    list.SetValue(2, Text(row.Fields("密码").Value()).empty() ? "not set" : "set");
+    list.SetValue(2, Text(row.Fields("密码").Value()).empty() ? Message("not set") : Message("set"));
     list.SetValue(3, warehouse);
     list.SetValue(4, warehouse.IsNull() ? std::string() : tables.Get仓库名称(CLng(warehouse)));
     list.SetValue(5, RightsOf(row));
@@ -67,7 +68,7 @@ bool ReadSwitch(const std::string& right, const std::string& word) {
     for (const char* no : {"no", "off", "0", "否"}) {
         if (word == no) return false;
     }
-    throw UsageError(right + "= takes yes or no, not '" + word + "'");
+    throw UsageError(Message("{1}= takes yes or no, not '{2}'", right, word));
 }
 
 OperatorWords ReadWords(const OperatorsOptions& options) {
@@ -83,14 +84,15 @@ OperatorWords ReadWords(const OperatorsOptions& options) {
         } else if (sign != word.npos && options.action != "rights" && (column == "仓库" || SameName(column, "dpID"))) {
             read.warehouse = value;
         } else if (!takesRights || column.empty()) {
-            throw UsageError("'" + word + "' is not taken here; see kpbook operators --help");
+            throw UsageError(Message("'{1}' is not taken here; see kpbook operators --help", word));
         } else if (word == "all" || word == "none") {
             (word == "all" ? read.all : read.none) = true;
         } else {
             read.rights.push_back({column, sign == word.npos || ReadSwitch(column, value)});
         }
     }
-    if (isEdit && !read.name && !read.warehouse) throw UsageError("say what to change: 姓名=NAME or 仓库=WAREHOUSE");
+    if (isEdit && !read.name && !read.warehouse)
+        throw UsageError(Message("say what to change: 姓名=NAME or 仓库=WAREHOUSE"));
     return read;
 }
 
@@ -146,23 +148,23 @@ int AddNamed(Workspace& workspace, const OperatorsOptions& options, const Global
 }
 
 /// Does what an action says to an operator of the book; answers the word for it.
-const char* DoAction(Workspace& workspace, const OperatorsOptions& options, std::int32_t id,
+std::string DoAction(Workspace& workspace, const OperatorsOptions& options, std::int32_t id,
                      const std::string& password) {
     const ConnectionPtr book = workspace.connection;
     if (options.action == "remove") {
         bookkeeping::RemoveOperator(book, id);
-        return "removed";
+        return Message("removed");
     }
     if (options.action == "set-password") {
         bookkeeping::SetPassword(book, id, password);
-        return "password set";
+        return Message("password set");
     }
     if (options.action == "clear-password") {
         bookkeeping::ClearPassword(book, id);
-        return "password emptied";
+        return Message("password emptied");
     }
     ApplyWords(workspace, id, ReadWords(options));
-    return "changed";
+    return Message("changed");
 }
 
 int ChangeOperator(Workspace& workspace, const OperatorsOptions& options, const GlobalOptions& global) {
@@ -174,23 +176,24 @@ int ChangeOperator(Workspace& workspace, const OperatorsOptions& options, const 
         password = AskPassword();
         global.incidents->Hide(Quoted(password));
     }
-    const char* done = "";
+    std::string done;
     workspace.Change([&] {
         done = DoAction(workspace, options, id, password);
         return LogLine(options);
     });
-    std::fprintf(stderr, "%s: %s\n", options.name.c_str(), done);
+    TellLine(options.name + ": " + done);
     return kSucceeded;
 }
 
 int SetDemand(Workspace& workspace, const OperatorsOptions& options) {
     const std::string& word = options.name;
-    if (word != "on" && word != "off") throw UsageError("require takes on or off, not '" + word + "'");
+    if (word != "on" && word != "off") throw UsageError(Message("require takes on or off, not '{1}'", word));
     workspace.Change([&] {
         bookkeeping::RequireOperator(workspace.connection, word == "on");
         return LogLine(options);
     });
-    std::fprintf(stderr, word == "on" ? "from now on, every change needs --operator\n" : "changes need no operator\n");
+    TellLine(word == "on" ? Message("from now on, every change needs --operator")
+                          : Message("changes need no operator"));
     return kSucceeded;
 }
 

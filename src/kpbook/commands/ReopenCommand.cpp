@@ -2,7 +2,9 @@
 #include <cstdio>
 
 #include "kpTables/bookkeeping/Closing.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
@@ -16,14 +18,15 @@ using bookkeeping::ClosingOutcome;
 std::string LineOf(const bookkeeping::ClosingResult& result, std::int16_t month) {
     switch (result.outcome) {
         case ClosingOutcome::Done:
-            return MonthLabel(result.name, result.year, month) + ": reopened";
+            return Message("{1}: reopened", MonthLabel(result.name, result.year, month));
         case ClosingOutcome::NothingToDo:
-            return MonthLabel(result.name, result.year, month) + ": not closed, nothing to reopen";
+            return Message("{1}: not closed, nothing to reopen", MonthLabel(result.name, result.year, month));
         case ClosingOutcome::LaterMonthsClosed:
-            return "kpbook: " + MonthLabel(result.name, 0, month) + ": not reopened: month " +
-                   std::to_string(result.month) + " is closed; reopen that first";
+            return "kpbook: " + Message("{1}: not reopened: month {2} is closed; reopen that first",
+                                        MonthLabel(result.name, 0, month), result.month);
         default:
-            return "kpbook: " + MonthLabel(result.name, result.year, month) + ": not reopened: " + result.reason;
+            return "kpbook: " +
+                   Message("{1}: not reopened: {2}", MonthLabel(result.name, result.year, month), result.reason);
     }
 }
 
@@ -34,7 +37,7 @@ int Reopen(const ReopenOptions& options, const GlobalOptions& global) {
     const auto results = bookkeeping::ReopenMonth(
         workspace.connection, {options.month, workspace.WarehouseOf(options.warehouse), global.isSQL});
     for (const auto& result : results) {
-        std::fprintf(stderr, "%s\n", LineOf(result, options.month).c_str());
+        TellLine(LineOf(result, options.month));
         if (result.outcome != ClosingOutcome::Done) continue;
         workspace.Log("反结帐 " + MonthLabel(result.name, result.year, options.month));
     }

@@ -2,12 +2,15 @@
 #include <cstdio>
 
 #include "kpTables/MemoryRecordset.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/commands/ReportSet.h"
 #include "kpbook/commands/ReportView.h"
 #include "kpbook/commands/Reports.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/Output.h"
 #include "kpbook/output/ResultWriter.h"
 
@@ -38,20 +41,20 @@ int ListReports(const GlobalOptions& global) {
         output::Output output(global.outputPath);
         for (const auto& kind : ReportKinds()) {
             output.Write(std::string(kind.name) + "  " + std::string(kind.method) + "\n      " +
-                         std::string(kind.answers) + "\n" + Wrapped(FilterList(kind), "      "));
+                         Translated(kind.answers) + "\n" + Wrapped(FilterList(kind), "      "));
         }
         output.Close();
         return kSucceeded;
     }
-    MemoryRecordset rows({{"report", VarType::String},
-                          {"method", VarType::String},
-                          {"answers", VarType::String},
-                          {"filters", VarType::String}});
+    MemoryRecordset rows({{output::Heading("report", global.format), VarType::String},
+                          {output::Heading("method", global.format), VarType::String},
+                          {output::Heading("answers", global.format), VarType::String},
+                          {output::Heading("filters", global.format), VarType::String}});
     for (const auto& kind : ReportKinds()) {
         rows.AddNew();
         rows.SetValue(0, kind.name);
         rows.SetValue(1, kind.method);
-        rows.SetValue(2, kind.answers);
+        rows.SetValue(2, Translated(kind.answers));
         rows.SetValue(3, FilterList(kind));
         rows.Update();
     }
@@ -70,12 +73,12 @@ std::vector<int> ColumnsNamed(const Recordset& recordset, const std::vector<std:
 
 void TellMonth(const ReportFilters& asked, const ReportFilters& taken) {
     if (taken.month == asked.month) return;
-    std::fprintf(stderr, "month %d, the first with balance rows\n", static_cast<int>(taken.month));
+    TellLine(Message("month {1}, the first with balance rows", taken.month));
 }
 
 void TellOfDialect(const ReportKind& kind, const ReportFilters& filters, const GlobalOptions& global) {
     const auto note = global.isSQL && kind.sqlNote ? kind.sqlNote(filters) : "";
-    if (!note.empty()) std::fprintf(stderr, "%s\n", std::string(note).c_str());
+    if (!note.empty()) TellLine(std::string(note));
 }
 
 }  // namespace
@@ -89,7 +92,7 @@ int Report(const ReportOptions& options, const GlobalOptions& global) {
     ResolveNames(workspace, filters);
     if (options.showing.raw) {
         const auto rows = kind.run(workspace.tables, filters);
-        if (!rows) throw CommandError(std::string(kind.method) + " returned no recordset");
+        if (!rows) throw CommandError(Message("{1} returned no recordset", kind.method));
         TellMonth(options.filters, filters);
         TellOfDialect(kind, filters, global);
         output::WriteRecordset(*rows, global, ColumnsNamed(*rows, kind.totalled));

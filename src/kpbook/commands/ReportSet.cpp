@@ -7,6 +7,7 @@
 #include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/ReportMonths.h"
 #include "kpTables/bookkeeping/ReportValuation.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Workspace.h"
@@ -52,7 +53,7 @@ public:
           desk_(workspace, options.showing, global) {
         if (options_.filters.month == 0) options_.filters.month = bookkeeping::LastUsedMonth(*workspace.connection);
         if (options_.filters.month == 0) {
-            throw CommandError("the book has neither balance rows nor bills; there is nothing to report");
+            throw CommandError(Message("the book has neither balance rows nor bills; there is nothing to report"));
         }
         MakeFolder();
     }
@@ -80,8 +81,9 @@ private:
         std::error_code failure;
         std::filesystem::create_directories(folder_, failure);
         if (failure || !std::filesystem::is_directory(folder_)) {
-            throw CommandError(folder_.string() + ": the folder cannot be made" +
-                               (failure ? ": " + failure.message() : ", a file has its name"));
+            throw CommandError(
+                failure ? Message("{1}: the folder cannot be made: {2}", folder_.string(), SystemMessage(failure))
+                        : Message("{1}: the folder cannot be made, a file has its name", folder_.string()));
         }
     }
 
@@ -106,7 +108,7 @@ private:
     void Add(const std::string& file, const output::View& view) {
         const std::string path = PathOf(file);
         if (IsPartOfBook(path, options_.book)) {
-            throw UsageError(path + " belongs to a book; results are not written over it");
+            throw UsageError(Message("{1} belongs to a book; results are not written over it", path));
         }
         output::Output output(path);
         const auto rows = output::WriteHtml({view}, output, {kIndexFile, Title()});

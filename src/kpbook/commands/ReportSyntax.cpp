@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Suggestion.h"
 #include "kpbook/commands/Reports.h"
 
@@ -17,7 +18,7 @@ namespace {
 const CLI::Validator kDay(
     [](std::string& text) {
         const auto date = DateOf(text);
-        return date && !date->HasTime() ? std::string() : "'" + text + "' is no day";
+        return date && !date->HasTime() ? std::string() : Message("'{1}' is no day", text);
     },
     "");
 
@@ -74,7 +75,7 @@ std::vector<std::string> GivenFilters(const CLI::App& command) {
             continue;
         }
         // The methods take an empty text for a filter that was not given.
-        if (option->results().front().empty()) throw CLI::ValidationError(name + " is empty");
+        if (option->results().front().empty()) throw CLI::ValidationError(Message("{1} is empty", name));
         given.push_back(name);
     }
     return given;
@@ -90,13 +91,13 @@ std::string InChinese(const std::string& word) {
 }
 
 [[noreturn]] void RefuseBound(const std::string& option, const std::string& text, const std::string& why) {
-    throw CLI::ValidationError(option + ": '" + text + "' " + why);
+    throw CLI::ValidationError(Message("{1}: '{2}' {3}", option, text, why));
 }
 
 /// The methods take 0 for a bound that was not given.
 template <class T>
 T Bounding(const std::string& option, const std::string& text, T bound) {
-    if (bound == T()) RefuseBound(option, text, "sets no bound");
+    if (bound == T()) RefuseBound(option, text, Message("sets no bound"));
     return bound;
 }
 
@@ -105,7 +106,7 @@ std::optional<Currency> AmountOf(const std::string& option, const std::string& t
     try {
         return Bounding(option, text, Currency::FromDecimalText(text));
     } catch (const Error&) {
-        RefuseBound(option, text, "is no amount");
+        RefuseBound(option, text, Message("is no amount"));
     }
 }
 
@@ -115,7 +116,7 @@ std::optional<double> QuantityOf(const std::string& option, const std::string& t
     const char* const end = text.data() + text.size();
     const auto read = std::from_chars(text.data(), end, quantity);
     if (read.ec != std::errc() || read.ptr != end || !std::isfinite(quantity)) {
-        RefuseBound(option, text, "is no quantity");
+        RefuseBound(option, text, Message("is no quantity"));
     }
     return Bounding(option, text, quantity);
 }
@@ -123,24 +124,26 @@ std::optional<double> QuantityOf(const std::string& option, const std::string& t
 void CheckValuation(const ReportOptions& options) {
     if (!options.showing.atCost) return;
     const std::string report = "report " + std::string(options.kind->name);
-    if (!options.kind->valued) throw CLI::ValidationError(report + " takes no --cost; balance, daily and stock do");
+    if (!options.kind->valued)
+        throw CLI::ValidationError(Message("{1} takes no --cost; balance, daily and stock do", report));
     if (options.showing.raw)
-        throw CLI::ValidationError(report + " --raw shows the method's figures; it takes no --cost");
+        throw CLI::ValidationError(Message("{1} --raw shows the method's figures; it takes no --cost", report));
 }
 
 /// The set of a month takes few filters: its reports have different ones.
 void CheckSet(const ReportWords& words, const std::vector<std::string>& given, const GlobalOptions& global) {
     for (const auto& option : given) {
         if (option != "--month" && option != "--warehouse") {
-            throw CLI::ValidationError("report all takes no " + option + "; it takes --month M and --warehouse D");
+            throw CLI::ValidationError(
+                Message("report all takes no {1}; it takes --month M and --warehouse D", option));
         }
     }
     const auto& figures = words.figures.showing;
-    if (figures.raw || figures.chart) throw CLI::ValidationError("report all takes neither --raw nor --chart");
+    if (figures.raw || figures.chart) throw CLI::ValidationError(Message("report all takes neither --raw nor --chart"));
     if (global.format != OutputFormat::Table && global.format != OutputFormat::Html) {
-        throw CLI::ValidationError("report all writes pages of HTML; it takes no other -O");
+        throw CLI::ValidationError(Message("report all writes pages of HTML; it takes no other -O"));
     }
-    if (global.outputPath.empty()) throw CLI::ValidationError("report all needs a folder: -o DIR");
+    if (global.outputPath.empty()) throw CLI::ValidationError(Message("report all needs a folder: -o DIR"));
     if (words.options.book.empty()) throw CLI::RequiredError("BOOK");
 }
 
@@ -164,9 +167,9 @@ void AddFigures(CLI::App& command, FigureWords& words) {
 Showing ReadFigures(const FigureWords& words, OutputFormat format) {
     Showing showing = words.showing;
     if (words.cost || words.noCost) showing.atCost = words.cost;
-    if (showing.chart && showing.raw) throw CLI::ValidationError("--raw takes no --chart");
+    if (showing.chart && showing.raw) throw CLI::ValidationError(Message("--raw takes no --chart"));
     if (showing.chart && format != OutputFormat::Table && format != OutputFormat::Html) {
-        throw CLI::ValidationError("--chart goes with tables; a page (-O html) has charts of its own");
+        throw CLI::ValidationError(Message("--chart goes with tables; a page (-O html) has charts of its own"));
     }
     return showing;
 }
@@ -196,7 +199,8 @@ ReportOptions ReadReport(const CLI::App& command, ReportWords words, const Globa
     auto& filters = words.options.filters;
     const auto given = GivenFilters(command);
     if (words.list) {
-        if (!given.empty() || !words.name.empty()) throw CLI::ValidationError("report --list takes nothing else");
+        if (!given.empty() || !words.name.empty())
+            throw CLI::ValidationError(Message("report --list takes nothing else"));
         return {};
     }
     words.options.showing = ReadFigures(words.figures, global.format);
@@ -210,8 +214,8 @@ ReportOptions ReadReport(const CLI::App& command, ReportWords words, const Globa
     if (!words.options.kind) {
         std::vector<std::string_view> names;
         for (const ReportKind& kind : ReportKinds()) names.push_back(kind.name);
-        throw CLI::ValidationError("there is no report " + words.name + DidYouMean(words.name, names) +
-                                   "; kpbook report --list shows the reports");
+        throw CLI::ValidationError(Message("there is no report {1}{2}; kpbook report --list shows the reports",
+                                           words.name, DidYouMean(words.name, names)));
     }
     filters.from = DateOf(words.from);
     filters.to = DateOf(words.to);

@@ -7,6 +7,7 @@
 #include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/Masters.h"
 #include "kpTables/bookkeeping/ReportMonths.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/commands/ReportCharts.h"
 #include "kpbook/commands/ReportLayouts.h"
@@ -70,7 +71,7 @@ void Resolve(Workspace& workspace, MasterKind kind, const std::string& what, con
     } catch (const DatabaseError&) {
         throw;
     } catch (const Error& error) {
-        throw CommandError(IsWholeNumber(text) ? "the book has no " + what + " " + text : error.Description());
+        throw CommandError(IsWholeNumber(text) ? Message("the book has no {1} {2}", what, text) : error.Description());
     }
 }
 
@@ -79,7 +80,7 @@ void ResolveWarehouse(Workspace& workspace, const std::string& text, std::option
     if (text.empty() || text == "全部" || text == "全部仓库") {
         id = workspace.WarehouseOf(text);
     } else {
-        Resolve(workspace, MasterKind::Warehouse, "warehouse", text, id);
+        Resolve(workspace, MasterKind::Warehouse, Translated("warehouse"), text, id);
     }
 }
 
@@ -114,7 +115,7 @@ const std::string& ReportDesk::YearText() {
 output::View ViewOf(ReportDesk& desk, const ReportKind& kind, ReportFilters& filters) {
     auto& tables = desk.workspace.tables;
     const auto rows = kind.valued ? kind.valued(tables, filters, desk.Valuation()) : kind.run(tables, filters);
-    if (!rows) throw CommandError(std::string(kind.method) + " returned no recordset");
+    if (!rows) throw CommandError(Message("{1} returned no recordset", kind.method));
     output::View view;
     if (!desk.isForPrograms) view.title = HeadingOf(desk, kind, filters);
     if (kind.valued && filters.month > 0) {

@@ -8,6 +8,7 @@
 #include "kpTables/Quoted.h"
 #include "kpTables/bookkeeping/ReportBalance.h"
 #include "kpTables/bookkeeping/ReportDays.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/commands/ReportLayouts.h"
 
 namespace kpTables::kpbook::commands {
@@ -83,13 +84,16 @@ RecordsetPtr Day(CTables& tables, ReportFilters& f) {
 }
 
 std::string_view DayInSql(const ReportFilters& f) {
-    return f.direction == "入库" ? "in SQL Server's dialect these are outbound figures, whatever the direction" : "";
+    return f.direction == "入库"
+               ? Translated("in SQL Server's dialect these are outbound figures, whatever the direction")
+               : "";
 }
 
 RecordsetPtr Projects(CTables& tables, ReportFilters& f) { return tables.rs项目汇总表(f.measure); }
 
 std::string_view ProjectsInSql(const ReportFilters& f) {
-    return f.measure == "金额" ? "in SQL Server's dialect the months are quantities, whatever the measure" : "";
+    return f.measure == "金额" ? Translated("in SQL Server's dialect the months are quantities, whatever the measure")
+                               : "";
 }
 
 bool Takes(const ReportKind& kind, std::string_view option) {
@@ -102,12 +106,12 @@ bool IsGiven(const std::vector<std::string>& given, std::string_view option) {
 
 std::string ValueFault(const ReportKind& kind, const std::vector<std::string>& given, const ReportFilters& filters) {
     const bool isCost = filters.direction == "成本";
-    if (kind.name != "products") return isCost ? "knows the directions in and out" : "";
+    if (kind.name != "products") return isCost ? Message("knows the directions in and out") : "";
     if (isCost && (IsGiven(given, "--partner") || IsGiven(given, "--type"))) {
-        return "takes no --partner and no --type for cost bills";
+        return Message("takes no --partner and no --type for cost bills");
     }
     if (IsGiven(given, "--type") && filters.type != "购进" && filters.type != "调拨") {
-        return "knows the types 购进 and 调拨";
+        return Message("knows the types 购进 and 调拨");
     }
     return "";
 }
@@ -117,7 +121,7 @@ constexpr ReportFilter kDirection{"--direction in|out", true};
 ReportKind BillsKind() {
     return {"bills",
             "rs单据列表",
-            "Bills of a direction with the sums of their lines",
+            Translatable("Bills of a direction with the sums of their lines"),
             {kDirection,
              {"--from DATE"},
              {"--to DATE"},
@@ -143,7 +147,7 @@ ReportKind BillsKind() {
 ReportKind BalanceKind() {
     return {"balance",
             "rs余额记录",
-            "Balance figures per product of a month, the first one without --month",
+            Translatable("Balance figures per product of a month, the first one without --month"),
             {{"--month M"}, {"--warehouse D"}},
             {"上期库存金额", "本期入库金额", "累计入库金额", "本期出库金额", "累计出库金额", "本期库存金额"},
             Balance,
@@ -155,7 +159,7 @@ ReportKind BalanceKind() {
 ReportKind ProductsKind() {
     return {"products",
             "rs商品汇总",
-            "Sums per product of inbound, outbound or cost bills",
+            Translatable("Sums per product of inbound, outbound or cost bills"),
             {{"--direction in|out|cost", true},
              {"--from-month M"},
              {"--to-month M"},
@@ -171,7 +175,7 @@ ReportKind ProductsKind() {
 ReportKind PartnersKind() {
     return {"partners",
             "rs单位汇总",
-            "Sums per supplier (in) or per customer (out)",
+            Translatable("Sums per supplier (in) or per customer (out)"),
             {kDirection, {"--from-month M"}, {"--to-month M"}},
             {"数量", "除税金额", "金额", "税额"},
             Partners,
@@ -182,7 +186,7 @@ ReportKind PartnersKind() {
 ReportKind CostsKind() {
     return {"costs",
             "rs成本汇总",
-            "Sums per product of the cost bills",
+            Translatable("Sums per product of the cost bills"),
             {{"--from-month M"}, {"--to-month M"}, {"--warehouse D"}},
             {"金额"},
             Costs,
@@ -193,7 +197,7 @@ ReportKind CostsKind() {
 ReportKind DailyKind() {
     return {"daily",
             "rs日报列表",
-            "Opening stock, movements and closing stock per day of a month",
+            Translatable("Opening stock, movements and closing stock per day of a month"),
             {{"--month M", true}, {"--warehouse D"}},
             {"入库数量", "入库金额", "出库数量", "出库金额"},
             Daily,
@@ -205,7 +209,7 @@ ReportKind DailyKind() {
 ReportKind DayKind() {
     return {"day",
             "rs日报记录",
-            "Sums per product of a day or, with --before, of its month up to the day before",
+            Translatable("Sums per product of a day or, with --before, of its month up to the day before"),
             {{"--date DATE", true}, kDirection, {"--before"}, {"--warehouse D"}, {"--partner K"}},
             {"金额", "税额", "合计"},
             Day,
@@ -218,7 +222,7 @@ ReportKind DayKind() {
 ReportKind ProjectsKind() {
     return {"projects",
             "rs项目汇总表",
-            "Outbound goods per project, a column a month; quantities without --measure",
+            Translatable("Outbound goods per project, a column a month; quantities without --measure"),
             {{"--measure amount|quantity"}},
             {"合计", "月合计", "1",  "2",  "3",  "4",  "5",  "6",  "7",  "8",  "9",  "10",   "11",
              "12",   "一",     "二", "三", "四", "五", "六", "七", "八", "九", "十", "十一", "十二"},
@@ -247,7 +251,7 @@ std::string FilterList(const ReportKind& kind) {
     for (const auto& filter : kind.filters) {
         if (!list.empty()) list += ", ";
         list += filter.form;
-        if (filter.required) list += " (required)";
+        if (filter.required) list += Message(" (required)");
     }
     return list;
 }
@@ -255,14 +259,14 @@ std::string FilterList(const ReportKind& kind) {
 std::string UsageFault(const ReportKind& kind, const std::vector<std::string>& given, const ReportFilters& filters) {
     std::string fault;
     for (const auto& filter : kind.filters) {
-        if (filter.required && !IsGiven(given, filter.Option())) fault = "needs " + std::string(filter.Option());
+        if (filter.required && !IsGiven(given, filter.Option())) fault = Message("needs {1}", filter.Option());
     }
     for (const auto& option : given) {
-        if (!Takes(kind, option)) fault = "takes no " + option;
+        if (!Takes(kind, option)) fault = Message("takes no {1}", option);
     }
     if (fault.empty()) fault = ValueFault(kind, given, filters);
     if (fault.empty()) return fault;
-    return "report " + std::string(kind.name) + " " + fault + "; its filters: " + FilterList(kind);
+    return Message("report {1} {2}; its filters: {3}", kind.name, fault, FilterList(kind));
 }
 
 }  // namespace kpTables::kpbook::commands

@@ -23,7 +23,7 @@ struct ReportFilter {
 struct ReportKind {
     std::string_view name;
     std::string_view method;
-    std::string_view answers;
+    const char* answers;  ///< to be translated
     std::vector<ReportFilter> filters;
     /// The method's columns whose sum is meaningful: amounts, and quantities if the report's rows add up different
     /// products already. Unit prices are never summed, nor are pieces added to tons.

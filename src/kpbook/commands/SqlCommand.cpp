@@ -7,10 +7,12 @@
 
 #include "kpTables/Script.h"
 #include "kpTables/Transaction.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Suggestion.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/commands/Commands.h"
@@ -35,7 +37,7 @@ NamedValues ReadParameters(const std::vector<std::string>& words) {
     NamedValues values;
     for (const std::string& word : words) {
         const auto sign = word.find('=');
-        if (sign == 0 || sign == word.npos) throw UsageError("--param takes NAME=VALUE, not '" + word + "'");
+        if (sign == 0 || sign == word.npos) throw UsageError(Message("--param takes NAME=VALUE, not '{1}'", word));
         values.push_back({word.substr(0, sign), WholeIfItIs(input::ReadArgument(word.substr(sign + 1)))});
     }
     return values;
@@ -52,7 +54,7 @@ std::string ReadScript(const std::string& path) {
         text.resize(size + count);
     }
     if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
-    if (!IsValidUtf8(text)) throw CommandError(path + ": the text is not valid UTF-8");
+    if (!IsValidUtf8(text)) throw CommandError(Message("{1}: the text is not valid UTF-8", path));
     return text;
 }
 
@@ -63,7 +65,7 @@ public:
         : workspace_(workspace),
           global_(global),
           values_(ReadParameters(options.parameters)),
-          name_(options.file.empty() || options.file == "-" ? "standard input" : options.file),
+          name_(options.file.empty() || options.file == "-" ? Message("standard input") : options.file),
           keepsAll_(options.transaction) {}
 
     void Run(const std::vector<ScriptStatement>& statements) {
@@ -89,14 +91,14 @@ private:
             // It is told once, with its place in the script.
             workspace_.connection->ForgetFailures();
             if (done_ > 0 && !keepsAll_) {
-                std::fprintf(stderr, "kpbook: what the statements before line %zu did is kept\n", statement.line);
+                TellLine("kpbook: " + Message("what the statements before line {1} did is kept", statement.line));
             }
             const DatabaseError placed = InScript(statement, WithSuggestion(error, *workspace_.book));
             throw DatabaseError(placed.Number(), name_ + ": " + placed.Description(), placed.Statement());
         }
         if (!rows) return workspace_.LogChange(statement.text);
         if (global_.outputPath.empty()) return output::WriteRecordset(*rows, global_);
-        kept_.push_back({"line " + std::to_string(statement.line), rows});
+        kept_.push_back({Message("line {1}", statement.line), rows});
     }
 
     Workspace& workspace_;
@@ -150,7 +152,7 @@ void AddSql(CLI::App& app, SqlOptions& options) {
 
 void CheckSql(const CLI::App& command) {
     if (command.count("TEXT") + command.count("--file") != 1) {
-        throw CLI::ValidationError("sql takes either TEXT or --file FILE");
+        throw CLI::ValidationError(Message("sql takes either TEXT or --file FILE"));
     }
 }
 

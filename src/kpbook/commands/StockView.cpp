@@ -5,6 +5,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/ReportStock.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/commands/ReportCharts.h"
 #include "kpbook/commands/ReportLayouts.h"
 #include "kpbook/commands/ReportNotes.h"
@@ -69,7 +70,8 @@ RecordsetPtr StockRows(Workspace& workspace, const StockOptions& options, bookke
     auto rows = std::make_shared<MemoryRecordset>(StockColumns());
     if (options.product) {
         const auto id = std::to_string(*options.product);
-        const auto name = NameOf(workspace, "Select 商品名称 From 商品设置 Where pdID=" + id, "product " + id);
+        const auto name =
+            NameOf(workspace, "Select 商品名称 From 商品设置 Where pdID=" + id, Message("product {1}", id));
         AddStockRow(*rows, *options.product, name,
                     bookkeeping::StockOf(workspace.tables, *workspace.connection, scope, *options.product));
     } else {

@@ -3,6 +3,8 @@
 #include <cstdio>
 
 #include "kpTables/Book.h"
+#include "kpTables/text/Message.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/commands/Commands.h"
 
 namespace kpTables::kpbook::commands {
@@ -20,19 +22,19 @@ void AddUpgrade(CLI::App& app, UpgradeOptions& options) {
 }
 
 int Upgrade(const UpgradeOptions& options, const GlobalOptions& /*global*/) {
-    const char* const book = options.book.c_str();
+    const std::string& book = options.book;
     const BookUpgrade done = UpgradeBook(options.book, {.copyFirst = !options.noBackup});
     if (done.changes.empty()) {
-        std::fprintf(stderr, "%s: is up to date, format %d\n", book, done.toFormat);
+        TellLine(Message("{1}: is up to date, format {2}", book, done.toFormat));
         return kSucceeded;
     }
-    for (const std::string& change : done.changes) std::fprintf(stderr, "%s\n", change.c_str());
+    for (const std::string& change : done.changes) TellLine(change);
     if (done.fromFormat == done.toFormat) {
-        std::fprintf(stderr, "%s: has everything of format %d again\n", book, done.toFormat);
+        TellLine(Message("{1}: has everything of format {2} again", book, done.toFormat));
     } else {
-        std::fprintf(stderr, "%s: upgraded from format %d to %d\n", book, done.fromFormat, done.toFormat);
+        TellLine(Message("{1}: upgraded from format {2} to {3}", book, done.fromFormat, done.toFormat));
     }
-    if (!done.copy.empty()) std::fprintf(stderr, "the book as it was: %s\n", done.copy.c_str());
+    if (!done.copy.empty()) TellLine(Message("the book as it was: {1}", done.copy));
     return kSucceeded;
 }
 

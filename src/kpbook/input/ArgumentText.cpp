@@ -4,6 +4,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/HostObjects.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/input/JsonInput.h"
@@ -13,7 +14,7 @@ namespace kpTables::kpbook::input {
 namespace {
 
 [[noreturn]] void RefuseDate(std::string_view argument) {
-    Raise(ErrorNumber::InvalidCall, "'" + std::string(argument) + "' does not have a value of that type");
+    Raise(ErrorNumber::InvalidCall, Message("'{1}' does not have a value of that type", argument));
 }
 
 Variant ReadDate(std::string_view argument, std::string_view text) {

@@ -4,11 +4,12 @@
 #include <string_view>
 
 #include "kpTables/Variant.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::kpbook::input {
 
 /// The forms of arguments, for the help text.
-inline constexpr std::string_view kArgumentForms =
+inline constexpr const char* kArgumentForms = Translatable(
     "  TEXT                 a text; numbers, dates and flags convert to the parameter's type\n"
     "  null:  empty:        Null, Empty\n"
     "  missing:  nothing:   an omitted optional argument, no object\n"
@@ -19,7 +20,7 @@ inline constexpr std::string_view kArgumentForms =
     "  text:null:           the text after the first colon, unchanged\n"
     "  progress:            a progress bar, drawn on a terminal\n"
     "  json:VALUE           any value in the form used in a batch, for example "
-    "json:{\"row\":{\"月份\":3,\"日子\":7}}";
+    "json:{\"row\":{\"月份\":3,\"日子\":7}}");
 
 /// Reads an argument; error 5 when the text after a prefix is not such a value.
 Variant ReadArgument(std::string_view text);

@@ -5,6 +5,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/input/CsvReader.h"
@@ -29,18 +30,18 @@ std::string ReadAll(const std::string& path) {
 }
 
 [[noreturn]] void RefuseFile(const std::string& path, const std::string& reason) {
-    throw CommandError((path == "-" ? "standard input" : path) + ": " + reason);
+    throw CommandError((path == "-" ? Message("standard input") : path) + ": " + reason);
 }
 
 std::string Cell(std::string_view text) { return std::string(Trim(text)); }
 
 std::vector<std::string> ReadColumns(RowReader& csv, const std::string& path) {
-    if (!csv.Next()) RefuseFile(path, "no header line with the names of the columns");
+    if (!csv.Next()) RefuseFile(path, Message("no header line with the names of the columns"));
     std::vector<std::string> columns;
     for (std::size_t i = 0; i < csv.FieldCount(); ++i) {
         std::string name = Cell(csv.Field(i));
         if (!name.empty() && std::ranges::find(columns, name) != columns.end()) {
-            RefuseFile(path, "the column " + Printable(name) + " stands twice in the first line");
+            RefuseFile(path, Message("the column {1} stands twice in the first line", Printable(name)));
         }
         columns.push_back(std::move(name));
     }
@@ -51,12 +52,14 @@ std::vector<SheetRow> ReadTableRows(RowReader& csv, const std::string& path) {
     const auto columns = ReadColumns(csv, path);
     std::vector<SheetRow> rows;
     while (csv.Next()) {
-        const std::string line = "line " + std::to_string(csv.Line()) + ": ";
-        if (!csv.Problem().empty()) RefuseFile(path, line + csv.Problem());
-        if (csv.FieldCount() > columns.size()) RefuseFile(path, line + "more fields than the first line has columns");
+        const auto refuse = [&](const std::string& why) {
+            RefuseFile(path, Message("line {1}: {2}", csv.Line(), why));
+        };
+        if (!csv.Problem().empty()) refuse(csv.Problem());
+        if (csv.FieldCount() > columns.size()) refuse(Message("more fields than the first line has columns"));
         SheetRow row{csv.Line(), {}};
         for (std::size_t i = 0; i < csv.FieldCount(); ++i) {
-            if (!IsValidUtf8(csv.Field(i))) RefuseFile(path, line + "not valid UTF-8");
+            if (!IsValidUtf8(csv.Field(i))) refuse(Message("not valid UTF-8"));
             row.cells[columns[i]] = Cell(csv.Field(i));
         }
         // Spreadsheets write empty rows as commas.
@@ -88,11 +91,11 @@ std::string JsonCell(const Json& value, const std::string& key) {
     if (value.is_null()) return "";
     if (value.is_string()) return Cell(value.get_ref<const std::string&>());
     if (value.is_number()) return value.dump();
-    throw CommandError(key + " is neither a text nor a number: " + Shown(value));
+    throw CommandError(Message("{1} is neither a text nor a number: {2}", key, Shown(value)));
 }
 
 void AddCells(SheetRow& row, const Json& object) {
-    if (!object.is_object()) throw CommandError("a row is an object, not " + Shown(object));
+    if (!object.is_object()) throw CommandError(Message("a row is an object, not {1}", Shown(object)));
     for (const auto& [key, value] : object.items()) {
         if (key != kLines) row.cells[key] = JsonCell(value, key);
     }
@@ -106,7 +109,7 @@ std::vector<SheetRow> ReadJsonRows(const std::string& content, const std::string
             SheetRow row;
             AddCells(row, bill);
             const auto lines = bill.find(kLines);
-            if (lines != bill.end() && !lines->is_array()) throw CommandError(std::string(kLines) + " is no array");
+            if (lines != bill.end() && !lines->is_array()) throw CommandError(Message("{1} is no array", kLines));
             const bool isOne = lines == bill.end();
             // Objects without a key of their own are bills of their own.
             if (!isOne) row.cells.try_emplace("单据", "#" + std::to_string(rows.size() + 1));
@@ -140,7 +143,7 @@ std::vector<SheetRow> ReadBillFile(const std::string& path) {
     auto rows = isJson                              ? ReadJsonRows(content, path)
                 : content.starts_with("PK\x03\x04") ? ReadWorkbookRows(std::move(content), path)
                                                     : ReadTextRows(content, path);
-    if (rows.empty()) RefuseFile(path, "there are no rows");
+    if (rows.empty()) RefuseFile(path, Message("there are no rows"));
     return rows;
 }
 
@@ -151,8 +154,8 @@ SheetRow ReadLineWord(const std::string& word, std::int64_t row) {
         const std::string part = word.substr(at, end - at);
         const auto equals = part.find('=');
         if (equals == std::string::npos || equals == 0) {
-            throw UsageError("--line " + word + ": '" + part +
-                             "' is not COLUMN=VALUE, such as 商品=01001,数量=5,单价=12.5");
+            throw UsageError(
+                Message("--line {1}: '{2}' is not COLUMN=VALUE, such as 商品=01001,数量=5,单价=12.5", word, part));
         }
         line.cells[Cell(std::string_view(part).substr(0, equals))] = Cell(std::string_view(part).substr(equals + 1));
         at = end + 1;

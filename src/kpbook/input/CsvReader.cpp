@@ -1,5 +1,7 @@
 #include "kpbook/input/CsvReader.h"
 
+#include "kpTables/text/Message.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -111,12 +113,12 @@ void CsvReader::ReadPlain() {
         const int next = Peek();
         if (next == kEnd || next == static_cast<unsigned char>(separator_) || next == '\n') return;
         if (next == '"') {
-            Report("a quote in the middle of a field without quotes");
+            Report(Message("a quote in the middle of a field without quotes"));
             text_ += static_cast<char>(Take());
         } else if (next == '\r') {
             Take();
             if (AtLineEnd()) return;
-            Report("a carriage return that no line feed follows");
+            Report(Message("a carriage return that no line feed follows"));
             text_ += '\r';
         } else {
             AppendPlainRun();
@@ -128,7 +130,7 @@ void CsvReader::ReadQuoted() {
     const auto beganAt = nextLine_;
     for (;;) {
         if (Peek() == kEnd) {
-            Report("the quote that opens on line " + std::to_string(beganAt) + " is never closed");
+            Report(Message("the quote that opens on line {1} is never closed", beganAt));
             return;
         }
         if (Peek() != '"') {
@@ -145,7 +147,7 @@ void CsvReader::ReadQuoted() {
         text_ += static_cast<char>(Take());
     }
     if (Peek() == static_cast<unsigned char>(separator_) || AtLineEnd()) return;
-    if (Peek() != '\r') Report("text after a closing quote");
+    if (Peek() != '\r') Report(Message("text after a closing quote"));
     ReadPlain();
 }
 
@@ -157,7 +159,7 @@ void CsvReader::TakeLineEnd() {
 }
 
 void CsvReader::Report(const std::string& problem) {
-    if (problem_.empty()) problem_ = "field " + std::to_string(starts_.size()) + ": " + problem;
+    if (problem_.empty()) problem_ = Message("field {1}: {2}", starts_.size(), problem);
 }
 
 }  // namespace kpTables::kpbook::input

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Names.h"
 #include "kpbook/Utf8.h"
 
@@ -61,10 +62,9 @@ FieldValue ReadWhole(std::string_view text) {
     using Limits = std::numeric_limits<Whole>;
     Whole value = 0;
     if (ReadNumber(WithoutPlus(text).value_or(text), value) == std::errc()) return {value, {}};
-    if (!IsPlainDecimal(text)) return Problem(text, "is no whole number");
-    if (text.find('.') != text.npos) return Problem(text, "has decimals; the column takes whole numbers");
-    return Problem(text,
-                   "is out of range (" + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()) + ")");
+    if (!IsPlainDecimal(text)) return Problem(text, Message("is no whole number"));
+    if (text.find('.') != text.npos) return Problem(text, Message("has decimals; the column takes whole numbers"));
+    return Problem(text, Message("is out of range ({1} to {2})", Limits::min(), Limits::max()));
 }
 
 FieldValue ReadDouble(std::string_view text) {
@@ -72,12 +72,13 @@ FieldValue ReadDouble(std::string_view text) {
     const auto problem = ReadNumber(WithoutPlus(text).value_or(text), value);
     // The library reads "inf" and "nan" as numbers.
     if (problem == std::errc() && std::isfinite(value)) return {value, {}};
-    return Problem(text, problem == std::errc::result_out_of_range ? "is out of range" : "is no number");
+    return Problem(text,
+                   problem == std::errc::result_out_of_range ? Message("is out of range") : Message("is no number"));
 }
 
 FieldValue ReadCurrency(std::string_view text) {
     constexpr std::size_t kDecimals = 4;
-    if (!IsPlainDecimal(text)) return Problem(text, "is no plain decimal number");
+    if (!IsPlainDecimal(text)) return Problem(text, Message("is no plain decimal number"));
     // With four decimals and no point the text is the whole number of ten-thousandths.
     std::string scaled(WithoutPlus(text).value_or(text));
     std::size_t decimals = 0;
@@ -85,17 +86,17 @@ FieldValue ReadCurrency(std::string_view text) {
         scaled.erase(point, 1);
         decimals = scaled.size() - point;
     }
-    if (decimals > kDecimals) return Problem(text, "has more than four decimals");
+    if (decimals > kDecimals) return Problem(text, Message("has more than four decimals"));
     scaled.append(kDecimals - decimals, '0');
     std::int64_t value = 0;
     if (ReadNumber<std::int64_t>(scaled, value) == std::errc()) return {Currency::FromScaled(value), {}};
-    return Problem(text, "is out of range (-922337203685477.5808 to 922337203685477.5807)");
+    return Problem(text, Message("is out of range (-922337203685477.5808 to 922337203685477.5807)"));
 }
 
 FieldValue ReadDate(std::string_view text) {
     auto date = Date::ParseIso(text);
     if (!date) date = Date::Parse(text);
-    return date ? FieldValue{*date, {}} : Problem(text, "is no date");
+    return date ? FieldValue{*date, {}} : Problem(text, Message("is no date"));
 }
 
 FieldValue ReadFlag(std::string_view text) {
@@ -104,12 +105,12 @@ FieldValue ReadFlag(std::string_view text) {
     };
     if (isOneOf({"True", "yes", "-1", "1"})) return {true, {}};
     if (isOneOf({"False", "no", "0"})) return {false, {}};
-    return Problem(text, "is no flag (True, False, yes, no, -1, 1 or 0)");
+    return Problem(text, Message("is no flag (True, False, yes, no, -1, 1 or 0)"));
 }
 
 FieldValue ReadText(std::string_view text, std::string_view encoding) {
-    if (!IsValidUtf8(text)) return Problem(text, "is not valid " + std::string(encoding));
-    if (text.find('\0') != text.npos) return Problem(text, "holds a NUL character");
+    if (!IsValidUtf8(text)) return Problem(text, Message("is not valid {1}", encoding));
+    if (text.find('\0') != text.npos) return Problem(text, Message("holds a NUL character"));
     return {text, {}};
 }
 

@@ -1,5 +1,8 @@
 #include "kpbook/input/ImportFaults.h"
 
+#include "kpTables/text/Message.h"
+#include "kpbook/Terminal.h"
+
 #include <cstdio>
 
 namespace kpTables::kpbook::input {
@@ -8,15 +11,12 @@ void ImportFaults::Add(std::int64_t line, const std::string& column, const std::
     badRows_ += line != lastLine_;
     lastLine_ = line;
     if (++count_ > kShown) return;
-    const std::string where = column.empty() ? "" : ", column " + column;
-    std::fprintf(stderr, "%s: line %lld%s: %s\n", file_.c_str(), static_cast<long long>(line), where.c_str(),
-                 reason.c_str());
+    TellLine(column.empty() ? Message("{1}: line {2}: {3}", file_, line, reason)
+                            : Message("{1}: line {2}, column {3}: {4}", file_, line, column, reason));
 }
 
 void ImportFaults::Finish() const {
-    if (count_ > kShown) {
-        std::fprintf(stderr, "%s: and %lld more\n", file_.c_str(), static_cast<long long>(count_ - kShown));
-    }
+    if (count_ > kShown) TellLine(Message("{1}: and {2} more", file_, count_ - kShown));
 }
 
 }  // namespace kpTables::kpbook::input

@@ -6,15 +6,16 @@
 #include <cerrno>
 #include <cstring>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 
 namespace kpTables::kpbook::input {
 
 InputFile::InputFile(const std::string& path)
-    : name_(path == "-" ? "standard input" : path),
+    : name_(path == "-" ? Message("standard input") : path),
       descriptor_(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (descriptor_ < 0) throw CommandError(name_ + ": cannot be opened: " + std::strerror(errno));
+    if (descriptor_ < 0) throw CommandError(Message("{1}: cannot be opened: {2}", name_, SystemMessage(errno)));
 }
 
 InputFile::~InputFile() {
@@ -26,7 +27,7 @@ std::size_t InputFile::Read(char* buffer, std::size_t size) {
         WaitToRead(descriptor_);
         const auto count = ::read(descriptor_, buffer, size);
         if (count >= 0) return static_cast<std::size_t>(count);
-        if (errno != EINTR) throw CommandError(name_ + ": cannot be read: " + std::strerror(errno));
+        if (errno != EINTR) throw CommandError(Message("{1}: cannot be read: {2}", name_, SystemMessage(errno)));
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "kpTables/Error.h"
 #include "kpTables/MemoryGrid.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/HostObjects.h"
 #include "text/Utf8.h"
 
@@ -22,18 +23,18 @@ Variant ReadCurrency(const Json& value) {
     if (value.is_string()) return Currency::FromDecimalText(value.get_ref<const std::string&>());
     if (value.is_number_integer()) return Currency::FromDecimalText(value.dump());
     if (value.is_number()) return Currency::FromDouble(value.get<double>());
-    RefuseJson("\"currency\" takes a decimal text or a number, not " + Shown(value));
+    RefuseJson(Message("\"currency\" takes a decimal text or a number, not {1}", Shown(value)));
 }
 
 Variant ReadArray(const Json& value) {
-    if (!value.is_array()) RefuseJson("\"array\" takes a list, not " + Shown(value));
+    if (!value.is_array()) RefuseJson(Message("\"array\" takes a list, not {1}", Shown(value)));
     std::vector<Variant> items;
     for (const auto& item : value) items.push_back(VariantOf(item));
     return std::make_shared<VariantArray>(std::move(items));
 }
 
 Variant ReadRow(const Json& value) {
-    if (!value.is_object()) RefuseJson("\"row\" takes an object of columns and values, not " + Shown(value));
+    if (!value.is_object()) RefuseJson(Message("\"row\" takes an object of columns and values, not {1}", Shown(value)));
     std::vector<std::pair<std::string, Variant>> row;
     for (const auto& [column, cell] : value.items()) {
         const Variant read = VariantOf(cell);
@@ -41,7 +42,7 @@ Variant ReadRow(const Json& value) {
             case VarType::Object:
             case VarType::Array:
             case VarType::Missing:
-                RefuseJson("column \"" + column + "\" of a row cannot hold " + Shown(cell));
+                RefuseJson(Message("column \"{1}\" of a row cannot hold {2}", column, Shown(cell)));
             default:
                 row.emplace_back(column, read);
         }
@@ -50,7 +51,7 @@ Variant ReadRow(const Json& value) {
 }
 
 MemoryGrid::Column ReadGridColumn(const Json& value) {
-    if (!value.is_object()) RefuseJson("a grid's column takes an object, not " + Shown(value));
+    if (!value.is_object()) RefuseJson(Message("a grid's column takes an object, not {1}", Shown(value)));
     MemoryGrid::Column column;
     for (const auto& [key, content] : value.items()) {
         if (key == "key") {
@@ -58,26 +59,26 @@ MemoryGrid::Column ReadGridColumn(const Json& value) {
         } else if (key == "title") {
             column.title = TextOf(content, key);
         } else if (key == "hidden") {
-            if (!content.is_boolean()) RefuseJson("\"hidden\" takes true or false, not " + Shown(content));
+            if (!content.is_boolean()) RefuseJson(Message("\"hidden\" takes true or false, not {1}", Shown(content)));
             column.hidden = content.get<bool>();
         } else if (key == "width") {
-            if (!content.is_number()) RefuseJson("\"width\" takes a number, not " + Shown(content));
+            if (!content.is_number()) RefuseJson(Message("\"width\" takes a number, not {1}", Shown(content)));
             column.width = content.get<double>();
         } else {
-            RefuseJson("unknown key \"" + key + "\" of a grid's column");
+            RefuseJson(Message("unknown key \"{1}\" of a grid's column", key));
         }
     }
     return column;
 }
 
 std::vector<Variant> ReadGridRow(const Json& value) {
-    if (!value.is_array()) RefuseJson("a grid's row takes a list, not " + Shown(value));
+    if (!value.is_array()) RefuseJson(Message("a grid's row takes a list, not {1}", Shown(value)));
     std::vector<Variant> cells;
     for (const auto& cell : value) {
         cells.push_back(VariantOf(cell));
         const auto type = cells.back().Type();
         if (type == VarType::Object || type == VarType::Array || type == VarType::Missing) {
-            RefuseJson("a grid's cell cannot hold " + Shown(cell));
+            RefuseJson(Message("a grid's cell cannot hold {1}", Shown(cell)));
         }
     }
     return cells;
@@ -86,20 +87,21 @@ std::vector<Variant> ReadGridRow(const Json& value) {
 std::int32_t ReadFixedRows(const Json& value) {
     constexpr std::int32_t kMost = 1000;
     if (!value.is_number_integer() || value < 0 || value > kMost) {
-        RefuseJson("\"FixedRows\" takes a number from 0 to " + std::to_string(kMost) + ", not " + Shown(value));
+        RefuseJson(Message("\"FixedRows\" takes a number from 0 to {1}, not {2}", kMost, Shown(value)));
     }
     return value.get<std::int32_t>();
 }
 
 const Json& ListOf(const Json& value, std::string_view key) {
-    if (!value.is_array()) RefuseJson("\"" + std::string(key) + "\" takes a list, not " + Shown(value));
+    if (!value.is_array()) RefuseJson(Message("\"{1}\" takes a list, not {2}", key, Shown(value)));
     return value;
 }
 
 Variant ReadGrid(const Json& value) {
-    if (!value.is_object()) RefuseJson("\"grid\" takes an object, not " + Shown(value));
+    if (!value.is_object()) RefuseJson(Message("\"grid\" takes an object, not {1}", Shown(value)));
     for (const auto& [key, content] : value.items()) {
-        if (key != "FixedRows" && key != "cols" && key != "rows") RefuseJson("unknown key \"" + key + "\" of a grid");
+        if (key != "FixedRows" && key != "cols" && key != "rows")
+            RefuseJson(Message("unknown key \"{1}\" of a grid", key));
     }
     auto grid = std::make_shared<MemoryGrid>(value.contains("FixedRows") ? ReadFixedRows(value["FixedRows"]) : 1);
     if (value.contains("cols")) {
@@ -109,7 +111,7 @@ Variant ReadGrid(const Json& value) {
         for (const auto& row : ListOf(value["rows"], "rows")) {
             const auto cells = ReadGridRow(row);
             if (cells.size() > static_cast<std::size_t>(grid->Cols())) {
-                RefuseJson("a grid's row has more cells than there are columns: " + Shown(row));
+                RefuseJson(Message("a grid's row has more cells than there are columns: {1}", Shown(row)));
             }
             grid->AddRow(cells);
         }
@@ -119,7 +121,7 @@ Variant ReadGrid(const Json& value) {
 
 /// The forms that are an object with one key.
 Variant ReadForm(const Json& value) {
-    if (value.size() != 1) RefuseJson("no such value form: " + Shown(value));
+    if (value.size() != 1) RefuseJson(Message("no such value form: {1}", Shown(value)));
     const std::string& form = value.begin().key();
     const Json& content = value.begin().value();
     if (form == "date") return DateOf(content, form);
@@ -132,7 +134,7 @@ Variant ReadForm(const Json& value) {
     if (isTrue && form == "missing") return Variant::Missing();
     if (isTrue && form == "nothing") return nullptr;
     if (isTrue && form == "progress") return std::make_shared<RecordingProgressBar>();
-    RefuseJson("no such value form: " + Shown(value));
+    RefuseJson(Message("no such value form: {1}", Shown(value)));
 }
 
 }  // namespace
@@ -143,11 +145,11 @@ Json ParseJson(std::string_view text) {
     // The keys of the objects that are open. Of two equal keys the parser would keep one without a word.
     std::vector<std::set<std::string>> keys;
     const auto check = [&](int depth, Json::parse_event_t event, Json& parsed) {
-        if (depth > kDeepest) RefuseJson("values nested too deep");
+        if (depth > kDeepest) RefuseJson(Message("values nested too deep"));
         if (event == Json::parse_event_t::object_start) keys.emplace_back();
         if (event == Json::parse_event_t::object_end) keys.pop_back();
         if (event == Json::parse_event_t::key && !keys.back().insert(parsed.get<std::string>()).second) {
-            RefuseJson("the key " + Shown(parsed) + " stands twice in an object");
+            RefuseJson(Message("the key {1} stands twice in an object", Shown(parsed)));
         }
         return true;
     };
@@ -159,20 +161,20 @@ Json ParseJson(std::string_view text) {
         const auto colon = reason.find(": ");
         if (colon != reason.npos) reason = reason.substr(colon + 2);
         // It quotes the text up to the byte that it refuses.
-        RefuseJson("not JSON at column " + std::to_string(error.byte) + ": " + text::ReplaceInvalidUtf8(reason));
+        RefuseJson(Message("not JSON at column {1}: {2}", error.byte, text::ReplaceInvalidUtf8(reason)));
     } catch (const Json::out_of_range&) {
-        Raise(ErrorNumber::Overflow, "a number beyond any Double");
+        Raise(ErrorNumber::Overflow, Message("a number beyond any Double"));
     }
 }
 
 const std::string& TextOf(const Json& value, std::string_view key) {
-    if (!value.is_string()) RefuseJson("\"" + std::string(key) + "\" takes a text, not " + Shown(value));
+    if (!value.is_string()) RefuseJson(Message("\"{1}\" takes a text, not {2}", key, Shown(value)));
     return value.get_ref<const std::string&>();
 }
 
 Date DateOf(const Json& value, std::string_view key) {
     const auto date = Date::ParseIso(TextOf(value, key));
-    if (!date) RefuseJson("\"" + std::string(key) + "\": " + Shown(value) + " is no date (YYYY-MM-DD[THH:MM[:SS]])");
+    if (!date) RefuseJson(Message("\"{1}\": {2} is no date (YYYY-MM-DD[THH:MM[:SS]])", key, Shown(value)));
     return *date;
 }
 
@@ -207,7 +209,7 @@ Variant VariantOf(const Json& value) {
         case Json::value_t::object:
             return ReadForm(value);
         default:
-            RefuseJson("no such value form: " + Shown(value) + "; a list is written {\"array\":[...]}");
+            RefuseJson(Message("no such value form: {1}; a list is written {\"array\":[...]}", Shown(value)));
     }
 }
 

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/input/InputFile.h"
 #include "kpbook/input/JsonInput.h"
@@ -18,7 +19,7 @@ namespace fs = std::filesystem;
 
 const Json& Member(const Json& object, const char* key) {
     if (object.is_object() && object.contains(key)) return object[key];
-    Raise(ErrorNumber::InvalidCall, std::string("\"") + key + "\" is missing in " + Shown(object));
+    Raise(ErrorNumber::InvalidCall, Message("\"{1}\" is missing in {2}", key, Shown(object)));
 }
 
 std::vector<ManifestEntry> ReadManifest(const std::string& text) {
@@ -27,9 +28,11 @@ std::vector<ManifestEntry> ReadManifest(const std::string& text) {
     for (const Json& table : Member(manifest, "tables")) {
         ManifestEntry entry{TextOf(Member(table, "table"), "table"), TextOf(Member(table, "file"), "file"), {}};
         const Json& rows = Member(table, "rows");
-        if (!rows.is_number_integer()) Raise(ErrorNumber::InvalidCall, "\"rows\" takes a number, not " + Shown(rows));
+        if (!rows.is_number_integer())
+            Raise(ErrorNumber::InvalidCall, Message("\"rows\" takes a number, not {1}", Shown(rows)));
         if (fs::path(entry.file).filename() != entry.file) {
-            Raise(ErrorNumber::InvalidCall, "\"file\" takes the name of a file in the folder, not " + entry.file);
+            Raise(ErrorNumber::InvalidCall,
+                  Message("\"file\" takes the name of a file in the folder, not {1}", entry.file));
         }
         entry.rows = rows.get<std::int64_t>();
         entries.push_back(std::move(entry));
@@ -44,7 +47,7 @@ std::vector<ManifestEntry> CsvFilesOf(const std::string& folder) {
         if (file->path().extension() != ".csv") continue;
         entries.push_back({file->path().stem().string(), file->path().filename().string(), {}});
     }
-    if (error) throw CommandError(folder + ": cannot be read: " + error.message());
+    if (error) throw CommandError(Message("{1}: cannot be read: {2}", folder, SystemMessage(error)));
     std::ranges::sort(entries, {}, &ManifestEntry::file);
     return entries;
 }
@@ -65,7 +68,7 @@ std::vector<ManifestEntry> ReadFolder(const std::string& folder) {
     } else {
         entries = CsvFilesOf(folder);
     }
-    if (entries.empty()) throw CommandError(folder + ": holds no tables (NAME.csv)");
+    if (entries.empty()) throw CommandError(Message("{1}: holds no tables (NAME.csv)", folder));
     return entries;
 }
 

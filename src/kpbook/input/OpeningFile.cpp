@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "kpTables/Convert.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
 #include "kpbook/Utf8.h"
@@ -17,8 +18,8 @@ OpeningFile::OpeningFile(const std::string& path) : file_(path), csv_(file_.Rows
 }
 
 void OpeningFile::ReadHeader() {
-    if (!csv_.Next()) throw CommandError(Name() + ": no header line with the names of the columns");
-    if (!csv_.Problem().empty()) throw CommandError(Name() + ": line 1: " + csv_.Problem());
+    if (!csv_.Next()) throw CommandError(Message("{1}: no header line with the names of the columns", Name()));
+    if (!csv_.Problem().empty()) throw CommandError(Message("{1}: line 1: {2}", Name(), csv_.Problem()));
     fields_ = csv_.FieldCount();
     std::array<int, kColumns.size()> given{};
     std::string problems;
@@ -26,24 +27,25 @@ void OpeningFile::ReadHeader() {
         const auto name = Trim(csv_.Field(field));
         const auto known = std::ranges::find_if(kColumns, [name](const char* each) { return SameName(each, name); });
         if (known == kColumns.end()) {
-            problems += "; there is no column " + Printable(name);
+            problems += Message("; there is no column {1}", Printable(name));
             continue;
         }
         const auto column = static_cast<std::size_t>(known - kColumns.begin());
         place_[column] = field;
-        if (++given[column] == 2) problems += std::string("; given more than once: ") + *known;
+        if (++given[column] == 2) problems += Message("; given more than once: {1}", *known);
     }
     for (std::size_t column = 0; column < kColumns.size(); ++column) {
-        if (given[column] == 0) problems += std::string("; missing: ") + kColumns[column];
+        if (given[column] == 0) problems += Message("; missing: {1}", kColumns[column]);
     }
-    if (!problems.empty()) throw CommandError(Name() + ": line 1: wrong header" + problems);
+    if (!problems.empty()) throw CommandError(Message("{1}: line 1: wrong header{2}", Name(), problems));
 }
 
 void OpeningFile::ReadRow() {
     if (!csv_.Problem().empty()) return AddFault("", csv_.Problem());
     if (csv_.FieldCount() != fields_) {
-        return AddFault("", (csv_.FieldCount() < fields_ ? "too few fields: " : "too many fields: ") +
-                                std::to_string(csv_.FieldCount()) + " instead of " + std::to_string(fields_));
+        return AddFault("", csv_.FieldCount() < fields_
+                                ? Message("too few fields: {1} instead of {2}", csv_.FieldCount(), fields_)
+                                : Message("too many fields: {1} instead of {2}", csv_.FieldCount(), fields_));
     }
     bookkeeping::OpeningRow row;
     row.warehouse = Text(kWarehouse);
@@ -59,7 +61,7 @@ void OpeningFile::ReadRow() {
 
 Variant OpeningFile::Figure(Column column, VarType type, const Variant& other) {
     const auto text = Trim(csv_.Field(place_[column]));
-    auto read = text.empty() ? FieldValue{{}, "is empty"} : ReadField(text, type, csv_.Encoding());
+    auto read = text.empty() ? FieldValue{{}, Message("is empty")} : ReadField(text, type, csv_.Encoding());
     if (read.problem.empty()) return std::move(read.value);
     AddFault(kColumns[column], read.problem);
     return other;

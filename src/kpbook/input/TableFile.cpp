@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/input/CsvReader.h"
 #include "kpbook/input/TextDecoder.h"
@@ -42,15 +43,17 @@ std::string BeginningOf(InputFile& file) {
 }  // namespace
 
 TableFile::TableFile(const std::string& path, const TableFileOptions& options)
-    : name_(path == "-" ? "standard input" : path), file_(path), beginning_(BeginningOf(file_)) {
+    : name_(path == "-" ? Message("standard input") : path), file_(path), beginning_(BeginningOf(file_)) {
     const auto source = [this](char* buffer, std::size_t size) { return Read(buffer, size); };
     if (beginning_ == "\xD0\xCF\x11\xE0") {
-        throw CommandError(name_ + ": is a workbook of an old format; save it as xlsx or CSV and import that file");
+        throw CommandError(
+            Message("{1}: is a workbook of an old format; save it as xlsx or CSV and import that file", name_));
     }
     if (beginning_ == "PK\x03\x04") {
         rows_ = std::make_unique<XlsxReader>(WholeOf(source), name_, options.sheet);
     } else {
-        if (!options.sheet.empty()) throw UsageError(name_ + ": is no workbook; --sheet does not go with it");
+        if (!options.sheet.empty())
+            throw UsageError(Message("{1}: is no workbook; --sheet does not go with it", name_));
         rows_ =
             std::make_unique<DecodedCsv>(std::make_unique<TextDecoder>(source, options.encoding), options.separator);
     }

@@ -6,6 +6,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/Transaction.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
 #include "kpbook/Terminal.h"
@@ -46,17 +47,17 @@ ImportCounts TableImport::Run() {
     faults_.Finish();
     if (faults_.Count() > 0) {
         const auto bad = faults_.BadRows();
-        throw CommandError(file_ + ": " + std::to_string(bad) + (bad == 1 ? " bad row" : " bad rows") +
-                           ", nothing was imported");
+        throw CommandError(CountedMessage(bad, "{2}: {1} bad row, nothing was imported",
+                                          "{2}: {1} bad rows, nothing was imported", file_));
     }
     transaction.Commit();
     return counts_;
 }
 
 void TableImport::ReadHeader() {
-    if (!rows_.Next()) throw CommandError(file_ + ": no header line with the names of the columns");
+    if (!rows_.Next()) throw CommandError(Message("{1}: no header line with the names of the columns", file_));
     RefuseNul();
-    if (!rows_.Problem().empty()) throw CommandError(file_ + ": line 1: " + rows_.Problem());
+    if (!rows_.Problem().empty()) throw CommandError(Message("{1}: line 1: {2}", file_, rows_.Problem()));
     std::vector<std::string> unknown;
     std::vector<std::string> repeated;
     for (std::size_t i = 0; i < rows_.FieldCount(); ++i) {
@@ -83,16 +84,16 @@ void TableImport::Begin() {
     } catch (const DatabaseError&) {
         throw;
     } catch (const Error& error) {
-        throw CommandError(file_ + ": line 1: " + error.Description());
+        throw CommandError(Message("{1}: line 1: {2}", file_, error.Description()));
     }
 }
 
 void TableImport::RefuseNul() const {
     for (std::size_t i = 0; i < rows_.FieldCount(); ++i) {
         if (rows_.Field(i).find('\0') == std::string_view::npos) continue;
-        throw CommandError(file_ +
-                           ": line 1: NUL characters; if the file is UTF-16 without a byte order mark, "
-                           "--encoding UTF-16LE reads it");
+        throw CommandError(Message(
+            "{1}: line 1: NUL characters; if the file is UTF-16 without a byte order mark, --encoding UTF-16LE reads it",
+            file_));
     }
 }
 
@@ -103,10 +104,10 @@ void TableImport::CheckHeader(const std::vector<std::string>& unknown, const std
         if (column.required && !column.counter && !given) missing.push_back(column.name);
     }
     std::string problems;
-    if (!unknown.empty()) problems += "; no such column in " + table_.name + ": " + Joined(unknown);
-    if (!repeated.empty()) problems += "; given more than once: " + Joined(repeated);
-    if (!missing.empty()) problems += "; missing: " + Joined(missing);
-    if (!problems.empty()) throw CommandError(file_ + ": line 1: wrong header" + problems);
+    if (!unknown.empty()) problems += Message("; no such column in {1}: {2}", table_.name, Joined(unknown));
+    if (!repeated.empty()) problems += Message("; given more than once: {1}", Joined(repeated));
+    if (!missing.empty()) problems += Message("; missing: {1}", Joined(missing));
+    if (!problems.empty()) throw CommandError(Message("{1}: line 1: wrong header{2}", file_, problems));
 }
 
 void TableImport::ImportRow() {
@@ -114,8 +115,9 @@ void TableImport::ImportRow() {
         faults_.Add(rows_.Line(), "", rows_.Problem());
     } else if (rows_.FieldCount() != columns_.size()) {
         faults_.Add(rows_.Line(), "",
-                    (rows_.FieldCount() < columns_.size() ? "too few fields: " : "too many fields: ") +
-                        std::to_string(rows_.FieldCount()) + " instead of " + std::to_string(columns_.size()));
+                    rows_.FieldCount() < columns_.size()
+                        ? Message("too few fields: {1} instead of {2}", rows_.FieldCount(), columns_.size())
+                        : Message("too many fields: {1} instead of {2}", rows_.FieldCount(), columns_.size()));
     } else if (ReadFields()) {
         EnterRow();
     }
@@ -146,7 +148,7 @@ std::string TableImport::ReadEmpty(const TableInfo::Column& column, bool isNull,
     const bool filled = column.counter || (!isNull && !column.defaultValue.IsNull());
     value = filled ? Variant::Missing() : Variant::Null();
     if (filled || !column.required) return {};
-    return isNull ? "Null, but the column needs a value" : "empty, but the column needs a value";
+    return isNull ? Message("Null, but the column needs a value") : Message("empty, but the column needs a value");
 }
 
 void TableImport::EnterRow() {
@@ -171,7 +173,7 @@ void TableImport::Count(bookkeeping::RowEntryResult::Outcome outcome) {
 void TableImport::ShowProgress() const {
     if (!ErrorIsTerminal()) return;
     const std::int64_t rows = counts_.added + counts_.changed + counts_.unchanged;
-    std::fprintf(stderr, "\r%s: %lld rows\r", table_.name.c_str(), static_cast<long long>(rows));
+    std::fprintf(stderr, "\r%s\r", CountedMessage(rows, "{2}: {1} rows", "{2}: {1} rows", table_.name).c_str());
 }
 
 }  // namespace kpTables::kpbook::input

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
 #include "kpbook/Utf8.h"
@@ -40,8 +41,9 @@ public:
         : unit_(SameName(std::string_view(encoding).substr(0, 6), "UTF-16") ? 2 : 1),
           handle_(encoding.find('/') == encoding.npos ? ::iconv_open(kUtf8Name, encoding.c_str()) : kNone) {
         if (handle_ != kNone) return;
-        throw UsageError("there is no encoding " + Printable(encoding) +
-                         "; UTF-8, GB18030, BIG5 and UTF-16LE are some, and iconv --list shows all");
+        throw UsageError(
+            Message("there is no encoding {1}; UTF-8, GB18030, BIG5 and UTF-16LE are some, and iconv --list shows all",
+                    Printable(encoding)));
     }
     ~Converter() { ::iconv_close(handle_); }
     Converter(const Converter&) = delete;

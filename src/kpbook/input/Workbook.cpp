@@ -6,6 +6,7 @@
 #include <map>
 #include <string_view>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
 #include "kpbook/Utf8.h"
@@ -32,7 +33,7 @@ struct SheetEntry {
 
 std::vector<SheetEntry> ReadSheets(ZipArchive& archive, Workbook& workbook) {
     std::vector<SheetEntry> sheets;
-    if (!archive.Open("xl/workbook.xml")) throw CommandError("is no workbook: it has no xl/workbook.xml");
+    if (!archive.Open("xl/workbook.xml")) throw CommandError(Message("is no workbook: it has no xl/workbook.xml"));
     XmlParser parser(SourceOf(archive));
     parser.onStart = [&](std::string_view name, const XmlAttributes& attributes) {
         if (name == "workbookPr") workbook.from1904 = attributes["date1904"] == "1" || attributes["date1904"] == "true";
@@ -54,19 +55,19 @@ std::string PathOf(ZipArchive& archive, const std::string& relation) {
         };
         parser.Run();
     }
-    if (path.empty()) throw CommandError("is damaged: a sheet is missing");
+    if (path.empty()) throw CommandError(Message("is damaged: a sheet is missing"));
     return path;
 }
 
 std::string FindSheet(ZipArchive& archive, const std::vector<SheetEntry>& sheets, const std::string& name) {
-    if (sheets.empty()) throw CommandError("has no sheet");
+    if (sheets.empty()) throw CommandError(Message("has no sheet"));
     if (name.empty()) return PathOf(archive, sheets.front().relation);
     std::string names;
     for (const SheetEntry& sheet : sheets) {
         if (SameName(sheet.name, name)) return PathOf(archive, sheet.relation);
         names += (names.empty() ? "" : ", ") + Printable(sheet.name);
     }
-    throw CommandError("has no sheet " + name + "; it has " + names);
+    throw CommandError(Message("has no sheet {1}; it has {2}", name, names));
 }
 
 /// Texts in the order of their numbers; how they are to be pronounced is left out.

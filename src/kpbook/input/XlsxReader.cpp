@@ -7,6 +7,7 @@
 #include "kpTables/Convert.h"
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 
 namespace kpTables::kpbook::input {
@@ -43,7 +44,7 @@ XlsxReader::XlsxReader(std::string bytes, const std::string& name, const std::st
     : name_(name),
       archive_(std::move(bytes), name),
       workbook_(NamingFile(name, [&] { return ReadWorkbook(archive_, sheet); })) {
-    if (!archive_.Open(workbook_.sheet)) throw CommandError(name_ + ": is damaged: a sheet is missing");
+    if (!archive_.Open(workbook_.sheet)) throw CommandError(Message("{1}: is damaged: a sheet is missing", name_));
     parser_ =
         std::make_unique<XmlParser>([this](char* buffer, std::size_t size) { return archive_.Read(buffer, size); });
     parser_->onStart = [this](std::string_view element, const XmlAttributes& attributes) {
@@ -91,7 +92,7 @@ void XlsxReader::Start(std::string_view name, const XmlAttributes& attributes) {
 void XlsxReader::StartCell(const XmlAttributes& attributes) {
     const auto place = attributes["r"];
     column_ = place.empty() ? cells_.size() : ColumnOf(place);
-    if (column_ >= kMostColumns) throw CommandError("is damaged: there is no cell " + std::string(place));
+    if (column_ >= kMostColumns) throw CommandError(Message("is damaged: there is no cell {1}", place));
     type_ = attributes["t"];
     value_.clear();
     const auto style = attributes["s"];
@@ -115,13 +116,13 @@ void XlsxReader::EndCell() {
         std::size_t number = 0;
         const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
         if (read.ec != std::errc() || number >= workbook_.texts.size()) {
-            throw CommandError("is damaged: line " + std::to_string(line_) + " has a text that is not there");
+            throw CommandError(Message("is damaged: line {1} has a text that is not there", line_));
         }
         text = workbook_.texts[number];
     } else if (type_ == "b") {
         text = text == "1" ? "True" : "False";
     } else if (type_ == "e") {
-        if (problem_.empty()) problem_ = "field " + std::to_string(column_ + 1) + ": the sheet's error " + text;
+        if (problem_.empty()) problem_ = Message("field {1}: the sheet's error {2}", column_ + 1, text);
     } else if (type_.empty() || type_ == "n") {
         text = NumberText(text);
     }

@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 
 namespace kpTables::kpbook::input {
@@ -34,7 +35,7 @@ struct XmlParser::Handle {
         XML_SetElementHandler(parser, Start, End);
         XML_SetCharacterDataHandler(parser, Text);
         XML_SetStartDoctypeDeclHandler(parser, [](void* user, const char*, const char*, const char*, int) {
-            Guarded(user, [](XmlParser&) { throw CommandError("a document type, which no workbook has"); });
+            Guarded(user, [](XmlParser&) { throw CommandError(Message("a document type, which no workbook has")); });
         });
     }
     ~Handle() { XML_ParserFree(parser); }
@@ -96,8 +97,8 @@ bool XmlParser::Run() {
         }
         if (failure_) std::rethrow_exception(failure_);
         if (status == XML_STATUS_ERROR) {
-            throw CommandError("line " + std::to_string(XML_GetCurrentLineNumber(parser)) +
-                               " of its XML: " + XML_ErrorString(XML_GetErrorCode(parser)));
+            throw CommandError(Message("line {1} of its XML: {2}", XML_GetCurrentLineNumber(parser),
+                                       XML_ErrorString(XML_GetErrorCode(parser))));
         }
         if (paused_) return true;
     }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 
 namespace kpTables::kpbook::input {
@@ -72,6 +73,6 @@ void ZipArchive::Close() {
     if (isOpen_ && std::exchange(isOpen_, false) && unzCloseCurrentFile(zip_) != UNZ_OK) Fail();
 }
 
-void ZipArchive::Fail() const { throw CommandError(name_ + ": is no workbook, or a damaged one"); }
+void ZipArchive::Fail() const { throw CommandError(Message("{1}: is no workbook, or a damaged one", name_)); }
 
 }  // namespace kpTables::kpbook::input

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 
 namespace kpTables::kpbook::output {
@@ -89,6 +90,8 @@ void DraftFile::Keep() {
     FlushFolder(folder_);
 }
 
-void DraftFile::Fail() const { throw CommandError(target_ + ": cannot be written: " + std::strerror(errno)); }
+void DraftFile::Fail() const {
+    throw CommandError(Message("{1}: cannot be written: {2}", target_, SystemMessage(errno)));
+}
 
 }  // namespace kpTables::kpbook::output

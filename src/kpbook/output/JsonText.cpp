@@ -5,6 +5,7 @@
 
 #include "kpTables/Error.h"
 #include "kpTables/MemoryGrid.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/HostObjects.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/output/CellText.h"
@@ -65,7 +66,7 @@ void AppendDimension(std::string& out, const VariantArray& array, std::size_t di
 
 /// The shortest text that reads back as the same number: "100", "0.1". Error 6 when it is not finite.
 void AppendPlainNumber(std::string& out, double value) {
-    if (!std::isfinite(value)) Raise(ErrorNumber::Overflow, "the number is not finite");
+    if (!std::isfinite(value)) Raise(ErrorNumber::Overflow, Message("the number is not finite"));
     char buffer[32];
     const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
     out.append(buffer, static_cast<std::size_t>(end - buffer));
@@ -142,7 +143,7 @@ void AppendObject(std::string& out, const ObjectPtr& object) {
     } else if (dynamic_cast<const ProgressBar*>(object.get())) {
         out += "{\"progress\":true}";
     } else {
-        Raise(ErrorNumber::TypeMismatch, "the object has no value form");
+        Raise(ErrorNumber::TypeMismatch, Message("the object has no value form"));
     }
 }
 

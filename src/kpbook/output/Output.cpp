@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Terminal.h"
@@ -52,7 +53,8 @@ void Output::Keep() {
 void Output::Fail() const {
     const int reason = errno;
     if (path_.empty() && reason == EPIPE) throw ClosedPipe();
-    throw CommandError((path_.empty() ? "standard output" : path_) + ": cannot be written: " + std::strerror(reason));
+    throw CommandError(Message("{1}: cannot be written: {2}", path_.empty() ? Message("standard output") : path_,
+                               SystemMessage(reason)));
 }
 
 }  // namespace kpTables::kpbook::output

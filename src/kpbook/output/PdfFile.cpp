@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/output/Output.h"
 
@@ -27,7 +28,7 @@ class WorkFolder {
 public:
     WorkFolder() {
         std::string name = (fs::temp_directory_path() / "kpbook-XXXXXX").string();
-        if (!::mkdtemp(name.data())) throw CommandError("no folder for temporary files can be made");
+        if (!::mkdtemp(name.data())) throw CommandError(Message("no folder for temporary files can be made"));
         path = name;
     }
     ~WorkFolder() {
@@ -51,9 +52,8 @@ std::string BrowserPath() {
             at = end + 1;
         }
     }
-    throw CommandError(
-        "a PDF needs Chromium, which is not installed (Debian: apt install chromium); or print the "
-        "page that -o FILE.html writes");
+    throw CommandError(Message(
+        "a PDF needs Chromium, which is not installed (Debian: apt install chromium); or print the page that -o FILE.html writes"));
 }
 
 /// Runs a program with its output thrown away; answers whether it succeeded.
@@ -62,7 +62,7 @@ bool RunQuietly(std::vector<std::string> words) {
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     const pid_t child = ::fork();
-    if (child < 0) throw CommandError("the browser cannot be started");
+    if (child < 0) throw CommandError(Message("the browser cannot be started"));
     if (child == 0) {
         const int nowhere = ::open("/dev/null", O_RDWR);
         for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(nowhere, stream);
@@ -96,7 +96,7 @@ void WritePdf(const std::string& html, const std::string& path) {
     const bool succeeded = RunQuietly(words);
     std::ifstream made(pdf, std::ios::binary);
     const std::string content{std::istreambuf_iterator<char>(made), std::istreambuf_iterator<char>()};
-    if (!succeeded || !content.starts_with("%PDF-")) throw CommandError(browser + " did not make the PDF");
+    if (!succeeded || !content.starts_with("%PDF-")) throw CommandError(Message("{1} did not make the PDF", browser));
     Output output(path);
     output.Write(content);
     output.Close();

@@ -2,7 +2,9 @@
 
 #include <cstdio>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/HostObjects.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/output/CellText.h"
 #include "kpbook/output/HtmlPage.h"
 #include "kpbook/output/JsonText.h"
@@ -28,9 +30,7 @@ std::int64_t WriteRows(Recordset& recordset, OutputFormat format, Output& output
     }
 }
 
-void TellCount(std::int64_t count) {
-    std::fprintf(stderr, count == 1 ? "%lld row\n" : "%lld rows\n", static_cast<long long>(count));
-}
+void TellCount(std::int64_t count) { TellLine(CountedMessage(count, "{1} row", "{1} rows")); }
 
 /// A recordset that the caller keeps.
 RecordsetPtr Borrowed(Recordset& recordset) { return {RecordsetPtr(), &recordset}; }
@@ -128,7 +128,7 @@ void WriteSections(const std::vector<Section>& sections, const GlobalOptions& gl
 void WriteResult(const std::string& method, const Variant& result, const GlobalOptions& global) {
     if (const auto* object = result.If<ObjectPtr>()) {
         if (auto* recordset = dynamic_cast<Recordset*>(object->get())) return WriteRecordset(*recordset, global);
-        if (!*object) std::fprintf(stderr, "no recordset\n");
+        if (!*object) TellLine(Message("no recordset"));
     }
     if (global.format == OutputFormat::Json) {
         std::string text;

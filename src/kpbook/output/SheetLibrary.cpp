@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 
 namespace kpTables::kpbook::output {
@@ -15,7 +16,7 @@ constexpr const char* kFileName = "libxlsxwriter.so." LXW_SOVERSION;
 
 [[noreturn]] void Fail() {
     const char* reason = dlerror();
-    throw CommandError(std::string("xlsx cannot be written: ") + (reason ? reason : kFileName));
+    throw CommandError(std::string(Message("xlsx cannot be written: ")) + (reason ? reason : kFileName));
 }
 
 template <class Function>

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Names.h"
@@ -99,7 +100,8 @@ lxw_error WriteCell(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const
 }
 
 void Check(lxw_error error, const std::string& path) {
-    if (error != LXW_NO_ERROR) throw CommandError(path + ": cannot be written: " + Sheets().errorText(error));
+    if (error != LXW_NO_ERROR)
+        throw CommandError(Message("{1}: cannot be written: {2}", path, Sheets().errorText(error)));
 }
 
 /// Columns that a cell's text takes in its number format.
@@ -186,7 +188,7 @@ void RequireMemory() {
     constexpr std::size_t kReserve = 64U << 20U;
     // Volatile, for otherwise the compiler leaves out both calls.
     void* const volatile reserve = std::malloc(kReserve);
-    if (!reserve) throw CommandError("there is not enough memory to write a workbook; csv needs less");
+    if (!reserve) throw CommandError(Message("there is not enough memory to write a workbook; csv needs less"));
     std::free(reserve);
 }
 
@@ -194,22 +196,21 @@ void RequireFit(const Section& section) {
     constexpr std::int32_t kMostRows = 1'048'574;  // between the titles and the totals
     constexpr int kMostColumns = 16'384;
     if (section.rows->RecordCount() <= kMostRows && section.rows->FieldCount() <= kMostColumns) return;
-    throw CommandError("a workbook's sheet holds at most " + std::to_string(kMostRows) + " rows and " +
-                       std::to_string(kMostColumns) + " columns; csv holds any number");
+    throw CommandError(Message("a workbook's sheet holds at most {1} rows and {2} columns; csv holds any number",
+                               kMostRows, kMostColumns));
 }
 
 /// Rows are kept in temporary files, whose errors the library does not look at.
 void CheckRowsAreKept(const lxw_worksheet& sheet) {
     std::FILE* const file = sheet.optimize_tmpfile;
     if (!file || (std::fflush(file) == 0 && std::ferror(file) == 0)) return;
-    throw CommandError("the rows of a workbook cannot be kept in a temporary file: " +
-                       std::string(std::strerror(errno)));
+    throw CommandError(Message("the rows of a workbook cannot be kept in a temporary file: {1}", SystemMessage(errno)));
 }
 
 std::int64_t WriteWorkbook(const std::vector<Section>& sections, const std::string& path, const std::string& shown) {
     lxw_workbook_options options{};
     options.constant_memory = LXW_TRUE;
-    const auto openFailed = [&] { return CommandError(shown + ": cannot be written"); };
+    const auto openFailed = [&] { return CommandError(Message("{1}: cannot be written", shown)); };
     std::unique_ptr<lxw_workbook, FreeWorkbook> workbook(Sheets().newWorkbook(path.c_str(), &options));
     if (!workbook) throw openFailed();
     const SheetFormats formats = AddFormats(workbook.get());
@@ -254,7 +255,7 @@ std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& 
         return rows;
     }
     const std::unique_ptr<std::FILE, CloseFile> file(std::tmpfile());
-    if (!file) throw CommandError("no temporary file can be made: " + std::string(std::strerror(errno)));
+    if (!file) throw CommandError(Message("no temporary file can be made: {1}", SystemMessage(errno)));
     const auto rows = WriteWorkbook(sections, "/proc/self/fd/" + std::to_string(fileno(file.get())), path);
     CopyTo(path, *file);
     return rows;

@@ -7,6 +7,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/MemoryRecordset.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
@@ -15,6 +16,7 @@
 #include "kpbook/Terminal.h"
 #include "kpbook/commands/CallCommand.h"
 #include "kpbook/output/CellText.h"
+#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 #include "kpbook/shell/ShellSyntax.h"
 #include "kpbook/shell/Words.h"
@@ -101,7 +103,7 @@ void Session::Perform(const std::vector<std::string>& words) {
     if (name == ".help") {
         for (const DotCommand& command : DotCommands()) {
             std::printf("%-36s %s\n", (std::string(command.name) + " " + std::string(command.words)).c_str(),
-                        std::string(command.what).c_str());
+                        Translated(command.what));
         }
     } else if (name == ".tables") {
         ShowTables();
@@ -124,18 +126,20 @@ void Session::Perform(const std::vector<std::string>& words) {
     } else {
         std::vector<std::string_view> names;
         for (const DotCommand& command : DotCommands()) names.push_back(command.name);
-        throw CommandError("there is no command " + name + DidYouMean(name, names) + "; .help lists the commands");
+        throw CommandError(
+            Message("there is no command {1}{2}; .help lists the commands", name, DidYouMean(name, names)));
     }
 }
 
 void Session::Call(const std::vector<std::string>& words) {
-    if (words.size() < 2) throw CommandError(".call takes a method and its arguments");
+    if (words.size() < 2) throw CommandError(Message(".call takes a method and its arguments"));
     const commands::CallOptions options{"", words[1], {words.begin() + 2, words.end()}};
     commands::RunCall(workspace_, *host_, options, commands::ReadCallArguments(options, *global_.incidents), global_);
 }
 
 void Session::ShowTables() {
-    MemoryRecordset rows({{"table", VarType::String}, {"columns", VarType::Long}});
+    MemoryRecordset rows({{output::Heading("table", global_.format), VarType::String},
+                          {output::Heading("columns", global_.format), VarType::Long}});
     for (const TableInfo& table : workspace_.book->Tables()) {
         rows.AddNew();
         rows.SetValue(0, table.name);
@@ -147,11 +151,11 @@ void Session::ShowTables() {
 }
 
 void Session::ShowSchema(const std::string& name) {
-    MemoryRecordset rows({{"table", VarType::String},
-                          {"column", VarType::String},
-                          {"type", VarType::String},
-                          {"key", VarType::String},
-                          {"default", VarType::String}});
+    MemoryRecordset rows({{output::Heading("table", global_.format), VarType::String},
+                          {output::Heading("column", global_.format), VarType::String},
+                          {output::Heading("type", global_.format), VarType::String},
+                          {output::Heading("key", global_.format), VarType::String},
+                          {output::Heading("default", global_.format), VarType::String}});
     const auto tables = workspace_.book->Tables();
     std::vector<std::string_view> names;
     bool found = name.empty();
@@ -161,7 +165,7 @@ void Session::ShowSchema(const std::string& name) {
         AddColumns(rows, table);
         found = true;
     }
-    if (!found) throw CommandError("there is no table " + name + DidYouMean(name, names));
+    if (!found) throw CommandError(Message("there is no table {1}{2}", name, DidYouMean(name, names)));
     rows.MoveFirst();
     output::WriteRecordset(rows, global_);
 }
@@ -171,12 +175,12 @@ void Session::SetMode(const std::string& mode) {
     const auto found = std::ranges::find(choices, mode);
     constexpr OutputFormat kFormats[] = {OutputFormat::Table, OutputFormat::Csv, OutputFormat::Json,
                                          OutputFormat::Markdown};
-    if (found == choices.end()) throw CommandError(".mode takes table, csv, json or markdown");
+    if (found == choices.end()) throw CommandError(Message(".mode takes table, csv, json or markdown"));
     global_.format = kFormats[found - choices.begin()];
 }
 
 void Session::SetDialect(const std::string& dialect) {
-    if (dialect != "jet" && dialect != "sql") throw CommandError(".dialect takes jet or sql");
+    if (dialect != "jet" && dialect != "sql") throw CommandError(Message(".dialect takes jet or sql"));
     workspace_.tables.isSQL(dialect == "sql");
     workspace_.connection->Dialect(DialectOf(dialect == "sql"));
 }
@@ -191,7 +195,7 @@ std::vector<TableInfo> Session::Tables() {
 
 bool Session::RollBackRest() {
     if (level_ == 0) return false;
-    std::fprintf(stderr, "kpbook: the shell ended inside a transaction, which is rolled back\n");
+    TellLine("kpbook: " + Message("the shell ended inside a transaction, which is rolled back"));
     try {
         for (; level_ > 0; --level_) workspace_.connection->RollbackTrans();
     } catch (const Error& error) {

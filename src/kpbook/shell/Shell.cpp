@@ -6,9 +6,11 @@
 #include <cstdio>
 
 #include "kpTables/Script.h"
+#include "kpTables/text/Message.h"
 #include "kpbook/Ending.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Utf8.h"
 #include "kpbook/input/InputFile.h"
 #include "kpbook/input/LineReader.h"
@@ -90,7 +92,7 @@ public:
         ++line_;
         if (pending_.Empty() && Trimmed(line).starts_with('.')) return TakeCommand(Trimmed(line));
         if (!IsValidUtf8(line)) {
-            session_.Tell("line " + std::to_string(line_) + ": the text is not valid UTF-8");
+            session_.Tell(Message("line {1}: the text is not valid UTF-8", line_));
             return true;
         }
         for (const auto& statement : pending_.Add(line, line_)) Run(statement);
@@ -158,7 +160,7 @@ std::unique_ptr<LineEditor> EditorFor(Session& session, const ShellLoop& loop, c
         return CompleteLine(before, loop.Pending(), session.Tables());
     });
     if (!editor) {
-        std::fprintf(stderr, "kpbook: lines are not edited: Debian's libedit2 is not installed\n");
+        TellLine("kpbook: " + Message("lines are not edited: Debian's libedit2 is not installed"));
         return nullptr;
     }
     for (const auto& line : history.Lines()) editor->Remember(line);
@@ -183,7 +185,7 @@ void AddShell(CLI::App& app, ShellOptions& options) {
 
 int Shell(const ShellOptions& options, const GlobalOptions& global) {
     if (!global.outputPath.empty() || global.format == OutputFormat::Xlsx) {
-        throw UsageError("shell shows results as they come; -o and -O xlsx do not go with it");
+        throw UsageError(Message("shell shows results as they come; -o and -O xlsx do not go with it"));
     }
     const bool atTerminal = ::isatty(STDIN_FILENO) == 1 && ::isatty(STDOUT_FILENO) == 1;
     Session session(options.book, global);
@@ -191,7 +193,7 @@ int Shell(const ShellOptions& options, const GlobalOptions& global) {
     History history;
     const auto editor = atTerminal ? EditorFor(session, loop, history) : nullptr;
     if (editor) {
-        std::fputs(".help lists the commands; a semicolon ends a statement\n", stderr);
+        TellLine(Message(".help lists the commands; a semicolon ends a statement"));
         ReadTerminal(*editor, loop, history);
     } else {
         ReadLines(loop);

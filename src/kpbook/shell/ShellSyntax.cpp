@@ -1,22 +1,27 @@
 #include "kpbook/shell/ShellSyntax.h"
 
+#include "kpTables/text/Message.h"
+
 namespace kpTables::kpbook::shell {
 
 std::span<const DotCommand> DotCommands() {
     static const std::vector<DotCommand> commands = {
-        {".begin", "", "begin a transaction", {}},
+        {".begin", "", Translatable("begin a transaction"), {}},
         {".call",
          "METHOD [ARGS]",
-         "call a method; arguments as kpbook call takes them, in quotes where they have blanks",
+         Translatable("call a method; arguments as kpbook call takes them, in quotes where they have blanks"),
          {}},
-        {".commit", "", "keep what the transaction has changed", {}},
-        {".dialect", "jet|sql", "the dialect in which methods send their statements", {"jet", "sql"}},
-        {".help", "", "this list", {}},
-        {".mode", "table|csv|json|markdown", "how results are shown", {"table", "csv", "json", "markdown"}},
-        {".quit", "", "end the shell, as Ctrl-D does", {}},
-        {".rollback", "", "undo what the transaction has changed", {}},
-        {".schema", "[TABLE]", "the columns of a table, or of all", {}},
-        {".tables", "", "the tables", {}},
+        {".commit", "", Translatable("keep what the transaction has changed"), {}},
+        {".dialect", "jet|sql", Translatable("the dialect in which methods send their statements"), {"jet", "sql"}},
+        {".help", "", Translatable("this list"), {}},
+        {".mode",
+         "table|csv|json|markdown",
+         Translatable("how results are shown"),
+         {"table", "csv", "json", "markdown"}},
+        {".quit", "", Translatable("end the shell, as Ctrl-D does"), {}},
+        {".rollback", "", Translatable("undo what the transaction has changed"), {}},
+        {".schema", "[TABLE]", Translatable("the columns of a table, or of all"), {}},
+        {".tables", "", Translatable("the tables"), {}},
     };
     return commands;
 }

@@ -10,7 +10,7 @@ namespace kpTables::kpbook::shell {
 struct DotCommand {
     std::string_view name;
     std::string_view words;  ///< "[TABLE]"
-    std::string_view what;
+    const char* what;
     std::vector<std::string_view> choices;  ///< what its word may be, where that is fixed
 };
 

@@ -1,5 +1,6 @@
 #include "kpbook/shell/Words.h"
 
+#include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 
 namespace kpTables::kpbook::shell {
@@ -35,7 +36,7 @@ std::vector<std::string> SplitWords(std::string_view line) {
             begun = false;
         }
     }
-    if (quote != '\0') throw CommandError("the quote in the line is not closed");
+    if (quote != '\0') throw CommandError(Message("the quote in the line is not closed"));
     if (!begun && words.size() > 1) words.pop_back();
     return words;
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Conversions.h"
@@ -48,7 +49,7 @@ TermPtr AggregateOf(AggregateFunction function, const sql::Call& call, TermPtr a
 
 TermPtr Summable(Context& context, TermPtr argument) {
     if (!IsNumeric(argument->type) && argument->type != Type::Unknown && argument->type != Type::Null)
-        RaiseMismatch(*argument, "a number is expected in the aggregate");
+        RaiseMismatch(*argument, Message("a number is expected in the aggregate"));
     return AsValue(context, std::move(argument));
 }
 
@@ -93,12 +94,13 @@ bool IsAggregate(std::string_view function) { return FindAggregate(function) != 
 
 TermPtr BindAggregate(const sql::Call& call, const Place& place) {
     if (place.aggregateRefusal)
-        throw SqlError(ErrorKind::Syntax, std::string(place.aggregateRefusal) + " ('" + call.name + "')", call.offset);
+        throw SqlError(ErrorKind::Syntax, Message("{1} ('{2}')", Translated(place.aggregateRefusal), call.name),
+                       call.offset);
     if (call.arguments.size() != 1)
-        throw SqlError(ErrorKind::Syntax, "wrong number of arguments in '" + call.name + "'", call.offset);
+        throw SqlError(ErrorKind::Syntax, Message("wrong number of arguments in '{1}'", call.name), call.offset);
     Place inner = place;
     // An aggregate over a window may be one of the groups' aggregates.
-    if (!place.window) inner.aggregateRefusal = "cannot have an aggregate function within another";
+    if (!place.window) inner.aggregateRefusal = Translatable("cannot have an aggregate function within another");
     inner.window = nullptr;
     inner.windowed = nullptr;
     const AggregateFunction function = FindAggregate(call.name)->function;

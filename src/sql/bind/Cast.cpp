@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Conversions.h"
 #include "sql/bind/Functions.h"
@@ -15,7 +16,8 @@ namespace {
 constexpr int kUnstatedLength = 30;
 
 [[noreturn]] void RefuseStyle(const Term& style) {
-    throw SqlError(ErrorKind::Unsupported, "CONVERT takes a style for dates and amounts of money only", style.offset);
+    throw SqlError(ErrorKind::Unsupported, Message("CONVERT takes a style for dates and amounts of money only"),
+                   style.offset);
 }
 
 // An amount's decimals and its separators of thousands.

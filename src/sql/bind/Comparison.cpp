@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/bind/Conversions.h"
 #include "sql/bind/Operators.h"
 
@@ -24,7 +25,7 @@ struct Seen {
 
 Domain DomainOf(const Seen& seen, const Term& first) {
     if (seen.date) return Domain::Date;
-    if (seen.text && (seen.number || seen.boolean)) RaiseMismatch(first, "a text is compared with a number");
+    if (seen.text && (seen.number || seen.boolean)) RaiseMismatch(first, Message("a text is compared with a number"));
     if (seen.money) return Domain::Money;
     if (seen.number) return Domain::Number;
     if (seen.boolean) return Domain::Boolean;
@@ -141,7 +142,7 @@ TermPtr MembershipOperand(Context& context, TermPtr operand, Type column) {
     const Domain domain = DomainOf(seen, *operand);
     // The query stays as it is, so that it can use an index: only the operand is converted to the column's type.
     if (domain == Domain::Date) {
-        if (column == Type::Text) RaiseMismatch(*operand, "a date is looked for among texts");
+        if (column == Type::Text) RaiseMismatch(*operand, Message("a date is looked for among texts"));
         return Converted(context, std::move(operand), Type::Date);
     }
     if (column == Type::Currency) return InMoney(context, std::move(operand));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 
@@ -41,7 +42,7 @@ long long Context::WholeNumber(const Expression& expression) {
             return value;
         }
     }
-    throw SqlError(ErrorKind::Syntax, "a whole number is expected", expression.offset);
+    throw SqlError(ErrorKind::Syntax, Message("a whole number is expected"), expression.offset);
 }
 
 }  // namespace kpTables::sql::bind

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/SqlError.h"
 
 namespace kpTables::sql::bind {
@@ -87,7 +88,8 @@ bool MayRunOver(const Term& term) {
 }  // namespace
 
 void RaiseMismatch(const Term& term, const std::string& detail) {
-    throw SqlError(ErrorKind::TypeMismatch, detail.empty() ? "data type mismatch" : "data type mismatch: " + detail,
+    throw SqlError(ErrorKind::TypeMismatch,
+                   detail.empty() ? Message("data type mismatch") : Message("data type mismatch: {1}", detail),
                    term.offset);
 }
 

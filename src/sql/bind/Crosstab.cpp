@@ -2,6 +2,7 @@
 #include <string>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Conversions.h"
@@ -15,8 +16,8 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-constexpr const char* kNoAggregate = "cannot have an aggregate function in the PIVOT expression";
-constexpr const char* kNoAggregateInWhere = "cannot have an aggregate function in the WHERE clause";
+constexpr const char* kNoAggregate = Translatable("cannot have an aggregate function in the PIVOT expression");
+constexpr const char* kNoAggregateInWhere = Translatable("cannot have an aggregate function in the WHERE clause");
 constexpr const char* kNullHeading = "<>";
 
 const sql::Query& QueryOf(const TransformStatement& statement) {
@@ -28,7 +29,7 @@ const sql::Query& QueryOf(const TransformStatement& statement) {
 const SelectCore& CoreOf(const TransformStatement& statement) {
     const sql::Query& query = QueryOf(statement);
     if (query.members.size() == 1) return *query.members.front().core;
-    throw SqlError(ErrorKind::Unsupported, "a TRANSFORM of a UNION", query.offset);
+    throw SqlError(ErrorKind::Unsupported, Message("a TRANSFORM of a UNION"), query.offset);
 }
 
 // One pivot value: its column's name, and the condition of its rows.
@@ -54,7 +55,7 @@ TermPtr StoredCondition(const LiteralValue& value, const TermPtr& pivot) {
         case Type::Currency:
             if (const auto scaled = TenThousandths(value.text))
                 return RowsOf(pivot, NumberConstant(*scaled, Type::Currency));
-            throw SqlError(ErrorKind::TypeMismatch, "the pivot value '" + value.text + "' is no Currency", 0);
+            throw SqlError(ErrorKind::TypeMismatch, Message("the pivot value '{1}' is no Currency", value.text), 0);
         case Type::Double:
             return Compare(ComparisonOperator::Same, std::make_shared<Conversion>(pivot, Type::Text),
                            TextConstant(value.text));
@@ -71,7 +72,7 @@ PivotColumn ColumnOf(const LiteralValue& value, const TermPtr& pivot) {
 
 PivotColumn ColumnOf(Context& context, const Expression& listed, TermPtr pivot) {
     const auto* literal = sql::If<Literal>(&listed);
-    if (!literal) throw SqlError(ErrorKind::Syntax, "a constant is expected in the PIVOT list", listed.offset);
+    if (!literal) throw SqlError(ErrorKind::Syntax, Message("a constant is expected in the PIVOT list"), listed.offset);
     context.Fix(*literal);
     const Scope none(nullptr);
     TermPtr value = BindExpression(listed, {context, none});
@@ -99,7 +100,8 @@ TermPtr BindCell(SelectBinder& binder, const Expression& aggregate, const TermPt
 
 Query BindCrosstab(Context& context, const TransformStatement& statement,
                    const std::vector<LiteralValue>& pivotValues) {
-    if (HasAggregate(*statement.pivot)) throw SqlError(ErrorKind::Syntax, kNoAggregate, statement.pivot->offset);
+    if (HasAggregate(*statement.pivot))
+        throw SqlError(ErrorKind::Syntax, Translated(kNoAggregate), statement.pivot->offset);
     SelectBinder binder(context, CoreOf(statement), nullptr);
     const Expression& aggregate = *statement.aggregate.expression;
     std::vector<Output> added;

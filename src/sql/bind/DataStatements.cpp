@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Cast.h"
@@ -21,7 +22,7 @@ std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const
     for (std::size_t i = 0; i < statement.columns.size(); ++i) {
         for (std::size_t j = 0; j < i; ++j)
             if (SameName(statement.columns[i], statement.columns[j]))
-                throw SqlError(ErrorKind::Syntax, "the column '" + statement.columns[j] + "' is given twice",
+                throw SqlError(ErrorKind::Syntax, Message("the column '{1}' is given twice", statement.columns[j]),
                                statement.columnOffsets[i]);
         const CatalogColumn& column = RequireStoredColumn(table, statement.columns[i], statement.columnOffsets[i]);
         columns.push_back(IsRepeated(table, statement.columns[i], statement.columns) ? nullptr : &column);
@@ -34,9 +35,7 @@ std::vector<const CatalogColumn*> InsertColumns(const CatalogTable& table, const
 
 void CheckCount(std::size_t columns, std::size_t values, std::size_t offset) {
     if (columns != values)
-        throw SqlError(ErrorKind::Syntax,
-                       "there are " + std::to_string(values) + " values for " + std::to_string(columns) + " columns",
-                       offset);
+        throw SqlError(ErrorKind::Syntax, Message("there are {1} values for {2} columns", values, columns), offset);
 }
 
 Terms BindValues(Context& context, const std::vector<ExpressionPtr>& row, std::size_t offset,

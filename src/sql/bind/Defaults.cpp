@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Decimal.h"
@@ -20,7 +21,7 @@ namespace kpTables::sql::bind {
 namespace {
 
 [[noreturn]] void Mismatch(const Expression& value) {
-    throw SqlError(ErrorKind::TypeMismatch, "the default does not fit the column's type", value.offset);
+    throw SqlError(ErrorKind::TypeMismatch, Message("the default does not fit the column's type"), value.offset);
 }
 
 bool IsWholeText(const std::string& text) {
@@ -89,7 +90,7 @@ TermPtr BindDefault(Context& context, const Expression& value, Type type) {
         return BindConstant({LiteralKind::Boolean, *flag ? "True" : "False", -1, word->offset}, value, type, false);
     const auto* call = sql::If<sql::Call>(&value);
     if (!call || !call->arguments.empty() || type != Type::Date)
-        throw SqlError(ErrorKind::Unsupported, "a default is a constant, Date() or Now()", value.offset);
+        throw SqlError(ErrorKind::Unsupported, Message("a default is a constant, Date() or Now()"), value.offset);
     const Scope none(nullptr);
     TermPtr term = BindCall(*call, {context, none});
     if (term->type != Type::Date) Mismatch(value);

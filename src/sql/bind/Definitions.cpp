@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Scope.h"
@@ -23,7 +24,7 @@ Keys PrimaryKeyOf(const CreateTableStatement& statement) {
     for (const auto& column : statement.columns) {
         if (!column.primaryKey) continue;
         if (!keys.empty())
-            throw SqlError(ErrorKind::Syntax, "the table '" + statement.table + "' has two primary keys",
+            throw SqlError(ErrorKind::Syntax, Message("the table '{1}' has two primary keys", statement.table),
                            column.offset);
         keys.push_back(column.name);
     }
@@ -33,10 +34,10 @@ Keys PrimaryKeyOf(const CreateTableStatement& statement) {
 /// A computed column is another name for a stored one of its type.
 void CheckComputed(const ColumnDefinition& column, const std::string& source, Type type, bool stored) {
     if (!stored)
-        throw SqlError(ErrorKind::Unsupported, "the column '" + source + "' is computed itself", column.offset);
+        throw SqlError(ErrorKind::Unsupported, Message("the column '{1}' is computed itself", source), column.offset);
     if (column.type.type != type)
         throw SqlError(ErrorKind::TypeMismatch,
-                       "the column '" + column.name + "' is not of the type of the column '" + source + "'",
+                       Message("the column '{1}' is not of the type of the column '{2}'", column.name, source),
                        column.offset);
 }
 
@@ -44,12 +45,12 @@ void CheckComputed(const CreateTableStatement& statement, const Keys& keys) {
     for (const auto& column : statement.columns) {
         if (column.source.empty()) continue;
         if (Contains(keys, column.name))
-            throw SqlError(ErrorKind::Unsupported, "the computed column '" + column.name + "' cannot be a key",
+            throw SqlError(ErrorKind::Unsupported, Message("the computed column '{1}' cannot be a key", column.name),
                            column.offset);
         const auto source = std::find_if(statement.columns.begin(), statement.columns.end(),
                                          [&](const auto& other) { return SameName(other.name, column.source); });
         if (source == statement.columns.end())
-            throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + column.source + "'", column.offset);
+            throw SqlError(ErrorKind::UnknownColumn, Message("unknown column '{1}'", column.source), column.offset);
         CheckComputed(column, source->name, source->type.type, source->source.empty());
     }
 }
@@ -58,13 +59,14 @@ void CheckColumns(const CreateTableStatement& statement) {
     Keys seen;
     for (const auto& column : statement.columns) {
         if (Contains(seen, column.name))
-            throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' is defined twice", column.offset);
+            throw SqlError(ErrorKind::Syntax, Message("the column '{1}' is defined twice", column.name), column.offset);
         seen.push_back(column.name);
     }
     const auto check = [&](const Keys& keys) {
         for (const auto& key : keys)
             if (!Contains(seen, key))
-                throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + key + "' in a key", statement.offset);
+                throw SqlError(ErrorKind::UnknownColumn, Message("unknown column '{1}' in a key", key),
+                               statement.offset);
     };
     check(statement.primaryKey);
     CheckComputed(statement, statement.primaryKey);
@@ -84,17 +86,16 @@ Definition BindDefinition(Context& context, const ColumnDefinition& column, bool
     return definition;
 }
 
-void RefuseKeys(const ColumnDefinition& column, const std::string& how) {
+void RefuseKeys(const ColumnDefinition& column, const char* how) {
     if (column.primaryKey || column.unique || column.type.counter)
-        throw SqlError(ErrorKind::Unsupported, "a key or a COUNTER cannot be " + how + " a table that exists",
-                       column.offset);
+        throw SqlError(ErrorKind::Unsupported, Translated(how), column.offset);
 }
 
 }  // namespace
 
 SchemaChange BindCreateTable(Context& context, const CreateTableStatement& statement) {
     if (context.Tables().Find(statement.table))
-        throw SqlError(ErrorKind::Syntax, "table '" + statement.table + "' already exists", statement.offset);
+        throw SqlError(ErrorKind::Syntax, Message("table '{1}' already exists", statement.table), statement.offset);
     CheckColumns(statement);
     SchemaChange change{&statement};
     change.primaryKey = PrimaryKeyOf(statement);
@@ -104,8 +105,8 @@ SchemaChange BindCreateTable(Context& context, const CreateTableStatement& state
         const bool isSoleKey = key && change.primaryKey.size() == 1;
         Definition definition{&column, isSoleKey};
         if (definition.HoldsRowId() && rowId)
-            throw SqlError(ErrorKind::Unsupported, "a table has one COUNTER column, and a key beside it is no LONG",
-                           column.offset);
+            throw SqlError(ErrorKind::Unsupported,
+                           Message("a table has one COUNTER column, and a key beside it is no LONG"), column.offset);
         rowId = rowId || definition.HoldsRowId();
         change.columns.push_back(BindDefinition(context, column, isSoleKey, column.notNull || key));
     }
@@ -127,9 +128,9 @@ SchemaChange BindAddColumn(Context& context, const AddColumnStatement& statement
     Keys seen;
     for (const ColumnDefinition& column : statement.columns) {
         if (FindColumn(table, column.name) || Contains(seen, column.name))
-            throw SqlError(ErrorKind::Syntax, "the column '" + column.name + "' exists already", column.offset);
+            throw SqlError(ErrorKind::Syntax, Message("the column '{1}' exists already", column.name), column.offset);
         seen.push_back(column.name);
-        RefuseKeys(column, "added to");
+        RefuseKeys(column, Translatable("a key or a COUNTER cannot be added to a table that exists"));
         if (!column.source.empty()) {
             const CatalogColumn& source = RequireColumn(table, column.source, column.offset);
             CheckComputed(column, source.name, source.type, !source.computed);
@@ -144,9 +145,10 @@ SchemaChange BindAlterColumn(Context& context, const AlterColumnStatement& state
     change.table = &context.Table(statement.table, statement.offset);
     const ColumnDefinition& definition = statement.column;
     const CatalogColumn& column = RequireColumn(*change.table, definition.name, definition.offset);
-    RefuseKeys(definition, "made of a column of");
+    RefuseKeys(definition, Translatable("a key or a COUNTER cannot be made of a column of a table that exists"));
     if (column.counter || column.computed || !definition.source.empty())
-        throw SqlError(ErrorKind::Unsupported, "a COUNTER or a computed column keeps its type", definition.offset);
+        throw SqlError(ErrorKind::Unsupported, Message("a COUNTER or a computed column keeps its type"),
+                       definition.offset);
     change.keys.push_back(&column);
     change.columns.push_back(BindDefinition(context, definition, false, definition.notNull));
     // Without a DEFAULT of its own the column keeps the one it has.
@@ -188,7 +190,8 @@ std::unique_ptr<CreateTableStatement> NewTableOf(const SelectIntoStatement& stat
         column.type.type = item.term->type == Type::Null ? Type::Text : item.term->type;
         if (column.type.type == Type::Unknown)
             throw SqlError(ErrorKind::Unsupported,
-                           "the type of the column '" + item.name + "' cannot be told: convert it", item.term->offset);
+                           Message("the type of the column '{1}' cannot be told: convert it", item.name),
+                           item.term->offset);
         column.type.length = known ? known->length : 0;
         column.type.memo = column.type.type == Type::Text && column.type.length == 0;
         column.type.counter = keepsRows && !counted && known && known->counter;

@@ -1,6 +1,7 @@
 #include <optional>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Cast.h"
@@ -45,7 +46,7 @@ TermPtr BindName(const Column& column, const Place& place) {
 
 TermPtr BindVariable(const Variable& variable) {
     if (SameName(variable.name, "IDENTITY")) return Call("last_counter", {}, Type::Long);
-    throw SqlError(ErrorKind::Unsupported, "unknown variable '@@" + variable.name + "'", variable.offset);
+    throw SqlError(ErrorKind::Unsupported, Message("unknown variable '@@{1}'", variable.name), variable.offset);
 }
 
 TermPtr BindUnary(const Unary& unary, const Place& place) {
@@ -118,7 +119,7 @@ TermPtr BindList(const InList& list, const Place& place) {
 QueryPtr ValueQuery(const sql::Query& query, const Place& place, std::size_t offset) {
     auto bound = std::make_shared<Query>(BindQuery(place.context, query, &place.scope, QueryUse::Value));
     if (bound->members.front().select.items.size() != 1)
-        throw SqlError(ErrorKind::Syntax, "a query that stands for a value must have one column", offset);
+        throw SqlError(ErrorKind::Syntax, Message("a query that stands for a value must have one column"), offset);
     return bound;
 }
 
@@ -179,7 +180,7 @@ TermPtr BindExpression(const Expression& e, const Place& place) {
         case ExpressionKind::Column:
             return BindName(sql::As<Column>(e), place);
         case ExpressionKind::Star:
-            throw SqlError(ErrorKind::Syntax, "'*' stands in the select list or in COUNT only", e.offset);
+            throw SqlError(ErrorKind::Syntax, Message("'*' stands in the select list or in COUNT only"), e.offset);
         case ExpressionKind::Variable:
             return BindVariable(sql::As<Variable>(e));
         case ExpressionKind::Unary:
@@ -211,7 +212,7 @@ TermPtr BindExpression(const Expression& e, const Place& place) {
         case ExpressionKind::Case:
             return BindCase(sql::As<Case>(e), place);
     }
-    throw SqlError(ErrorKind::Unsupported, "an expression of an unknown kind", e.offset);
+    throw SqlError(ErrorKind::Unsupported, Message("an expression of an unknown kind"), e.offset);
 }
 
 TermPtr BindCondition(const Expression& expression, const Place& place) {

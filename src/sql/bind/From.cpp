@@ -2,6 +2,7 @@
 #include <map>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/SqlError.h"
 #include "sql/bind/QueryBinder.h"
 
@@ -9,7 +10,7 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-constexpr const char* kNoAggregateInJoin = "cannot have an aggregate function in a JOIN";
+constexpr const char* kNoAggregateInJoin = Translatable("cannot have an aggregate function in a JOIN");
 
 void CollectNames(const TableExpression& table, std::vector<std::string>& names) {
     if (table.kind == TableKind::Join) {
@@ -74,7 +75,7 @@ private:
     void DeclareCommon(const NamedTable& named, const Context::Common& common) {
         if (!common.query)
             throw SqlError(ErrorKind::Unsupported,
-                           "a query of WITH that refers to itself ('" + common.name + "') is not supported",
+                           Message("a query of WITH that refers to itself ('{1}') is not supported", common.name),
                            named.offset);
         SourcePtr source = SourceOf(common.query);
         source->name = source->alias = named.alias.empty() ? named.name : named.alias;

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Conversions.h"
@@ -30,7 +31,7 @@ TermPtr BindArgument(const Expression& expression, char kind, const Place& place
 
 void CheckCount(const sql::Call& call, std::size_t least, std::size_t most) {
     if (call.arguments.size() < least || call.arguments.size() > most)
-        throw SqlError(ErrorKind::Syntax, "wrong number of arguments in '" + call.name + "'", call.offset);
+        throw SqlError(ErrorKind::Syntax, Message("wrong number of arguments in '{1}'", call.name), call.offset);
 }
 
 TermPtr BindFunction(const sql::Call& call, const DialectFunction& function, const Place& place) {
@@ -46,28 +47,22 @@ TermPtr BindFunction(const sql::Call& call, const DialectFunction& function, con
 [[noreturn]] void RaiseUndefined(const sql::Call& call) {
     struct Refused {
         std::string_view name;
-        std::string_view why;
+        const char* why;
     };
-    constexpr std::string_view kDomain = "is Access's own, not its database engine's: use a query in parentheses";
+    constexpr const char* kDomain =
+        Translatable("is Access's own, not its database engine's: use a query in parentheses");
+    constexpr const char* kRandom = Translatable("is not supported: its answers cannot be repeated");
     constexpr Refused kRefused[] = {
-        {"davg", kDomain},
-        {"dcount", kDomain},
-        {"dfirst", kDomain},
-        {"dlast", kDomain},
-        {"dlookup", kDomain},
-        {"dmax", kDomain},
-        {"dmin", kDomain},
-        {"dstdev", kDomain},
-        {"dsum", kDomain},
-        {"dvar", kDomain},
-        {"rnd", "is not supported: its answers cannot be repeated"},
-        {"rand", "is not supported: its answers cannot be repeated"},
+        {"davg", kDomain},    {"dcount", kDomain}, {"dfirst", kDomain}, {"dlast", kDomain},
+        {"dlookup", kDomain}, {"dmax", kDomain},   {"dmin", kDomain},   {"dstdev", kDomain},
+        {"dsum", kDomain},    {"dvar", kDomain},   {"rnd", kRandom},    {"rand", kRandom},
     };
     for (const auto& [name, why] : kRefused) {
         if (!SameName(name, call.name)) continue;
-        throw SqlError(ErrorKind::Unsupported, "the function '" + call.name + "' " + std::string(why), call.offset);
+        throw SqlError(ErrorKind::Unsupported, Message("the function '{1}' {2}", call.name, Translated(why)),
+                       call.offset);
     }
-    throw SqlError(ErrorKind::Unsupported, "undefined function '" + call.name + "'", call.offset);
+    throw SqlError(ErrorKind::Unsupported, Message("undefined function '{1}'", call.name), call.offset);
 }
 
 }  // namespace
@@ -75,7 +70,7 @@ TermPtr BindFunction(const sql::Call& call, const DialectFunction& function, con
 TermPtr BindCall(const sql::Call& call, const Place& place) {
     if (IsAggregate(call.name)) return BindAggregate(call, place);
     if (call.distinct)
-        throw SqlError(ErrorKind::Syntax, "DISTINCT stands in aggregates only, not in '" + call.name + "'",
+        throw SqlError(ErrorKind::Syntax, Message("DISTINCT stands in aggregates only, not in '{1}'", call.name),
                        call.offset);
     if (const auto* function = FindDialectFunction(call.name)) return BindFunction(call, *function, place);
     const auto* special = FindSpecialFunction(call.name);

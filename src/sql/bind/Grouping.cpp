@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Functions.h"
@@ -170,9 +171,10 @@ void CheckGrouped(Context& context, const Scope& scope, const Expression& expres
         const auto* column = sql::If<Column>(e);
         const auto meaning = column ? scope.Lookup(*column) : Scope::Meaning();
         if (meaning && scope.Owns(meaning) && !(isDetermined && isDetermined(meaning)))
-            throw SqlError(ErrorKind::Syntax,
-                           "the column '" + column->name + "' is neither grouped by nor part of an aggregate function",
-                           e->offset);
+            throw SqlError(
+                ErrorKind::Syntax,
+                Message("the column '{1}' is neither grouped by nor part of an aggregate function", column->name),
+                e->offset);
         ForEachOperand(*e, [&](const Expression& operand) { open.push_back(&operand); });
     }
 }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/QueryBinder.h"
@@ -40,7 +41,7 @@ public:
         std::vector<SourcePtr> same;
         for (const SourcePtr& source : scope_.Sources())
             if (source->table == &table) same.push_back(source);
-        if (same.size() > 1) RefuseTarget("the table '" + name + "' stands twice in FROM: name an alias", offset);
+        if (same.size() > 1) RefuseTarget(Message("the table '{1}' stands twice in FROM: name an alias", name), offset);
         if (same.size() == 1) return SetTarget(same.front(), offset);
         SourcePtr added = SourceOfTable(table, name, alias);
         scope_.Add(added, offset);
@@ -55,8 +56,8 @@ public:
             scope_.Resolve(column);
             const SourcePtr source = scope_.Lookup(column).source;
             if (target_ && source != target_)
-                throw SqlError(ErrorKind::Unsupported, "a statement changes one table: write an UPDATE for each",
-                               assignment.offset);
+                throw SqlError(ErrorKind::Unsupported,
+                               Message("a statement changes one table: write an UPDATE for each"), assignment.offset);
             SetTarget(source, assignment.offset);
         }
     }
@@ -79,7 +80,7 @@ public:
 
 private:
     void SetTarget(const SourcePtr& source, std::size_t offset) {
-        if (!source->table) RefuseTarget("rows of a query cannot be changed, only those of a table", offset);
+        if (!source->table) RefuseTarget(Message("rows of a query cannot be changed, only those of a table"), offset);
         target_ = source;
     }
 
@@ -107,7 +108,7 @@ Update BindJoinedUpdate(Context& context, const UpdateStatement& statement) {
     for (const auto& assignment : statement.assignments) {
         if (!assignment.table.empty() && !SameName(assignment.table, target->name) &&
             !SameName(assignment.table, table.name))
-            RefuseTarget("the statement changes '" + target->name + "', not '" + assignment.table + "'",
+            RefuseTarget(Message("the statement changes '{1}', not '{2}'", target->name, assignment.table),
                          assignment.offset);
         if (IsRepeated(table, assignment.column, names)) continue;
         const CatalogColumn& column = RequireStoredColumn(table, assignment.column, assignment.offset);

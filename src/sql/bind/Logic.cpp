@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/bind/Conversions.h"
 #include "sql/bind/Operators.h"
 
@@ -11,7 +12,7 @@ namespace {
 TermPtr Condition(Context& context, TermPtr term) {
     term = AsCondition(context, std::move(term));
     if (term->type != Type::Boolean && term->type != Type::Null && term->type != Type::Unknown)
-        RaiseMismatch(*term, "a condition is expected");
+        RaiseMismatch(*term, Message("a condition is expected"));
     return term;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 
@@ -19,9 +20,10 @@ public:
     explicit Single(const Column& column) : column_(column) {}
     void Offer(const SourcePtr& source, std::size_t position) {
         if (found_)
-            throw SqlError(ErrorKind::Syntax,
-                           "the name '" + Written(column_) + "' could refer to more than one table of the FROM clause",
-                           column_.offset);
+            throw SqlError(
+                ErrorKind::Syntax,
+                Message("the name '{1}' could refer to more than one table of the FROM clause", Written(column_)),
+                column_.offset);
         found_ = {source, position};
     }
     const Scope::Meaning& Found() const noexcept { return found_; }
@@ -48,7 +50,7 @@ bool HasInside(const Source& source, const std::string& table) {
 void Scope::Add(SourcePtr source, std::size_t offset) {
     for (const auto& other : sources_)
         if (!source->name.empty() && SameName(other->name, source->name))
-            throw SqlError(ErrorKind::Syntax, "the name '" + source->name + "' stands twice in the FROM clause",
+            throw SqlError(ErrorKind::Syntax, Message("the name '{1}' stands twice in the FROM clause", source->name),
                            offset);
     sources_.push_back(std::move(source));
 }
@@ -56,7 +58,7 @@ void Scope::Add(SourcePtr source, std::size_t offset) {
 void Scope::RequireSource(const std::string& name, std::size_t offset) const {
     for (const auto& source : sources_)
         if (SameName(source->name, name)) return;
-    throw SqlError(ErrorKind::UnknownTable, "unknown table '" + name + "' in the select list", offset);
+    throw SqlError(ErrorKind::UnknownTable, Message("unknown table '{1}' in the select list", name), offset);
 }
 
 Scope::Meaning Scope::LookupHere(const Column& column) const {
@@ -94,7 +96,7 @@ Scope::Meaning Scope::Lookup(const Column& column) const {
 
 TermPtr Scope::Resolve(const Column& column) const {
     if (const auto found = Lookup(column)) return ColumnOf(found.source, found.column, column.offset);
-    throw SqlError(ErrorKind::UnknownColumn, "unknown column '" + Written(column) + "'", column.offset);
+    throw SqlError(ErrorKind::UnknownColumn, Message("unknown column '{1}'", Written(column)), column.offset);
 }
 
 bool Scope::Owns(const Meaning& meaning) const {

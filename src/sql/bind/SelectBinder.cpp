@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Conversions.h"
@@ -16,8 +17,8 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-constexpr const char* kNoAggregateInWhere = "cannot have an aggregate function in the WHERE clause";
-constexpr const char* kNoAggregateInGroup = "cannot have an aggregate function in the GROUP BY clause";
+constexpr const char* kNoAggregateInWhere = Translatable("cannot have an aggregate function in the WHERE clause");
+constexpr const char* kNoAggregateInGroup = Translatable("cannot have an aggregate function in the GROUP BY clause");
 
 bool IsNumberLiteral(const Expression& expression) {
     const auto* literal = sql::If<Literal>(&expression);
@@ -32,7 +33,7 @@ long long Percent(Context& context, const Literal& number) {
     const auto read = std::from_chars(number.text.data(), number.text.data() + number.text.size(), value);
     const auto millionths = static_cast<long long>(std::llround(value * 1e6));
     if (read.ec != std::errc() || millionths < 0 || millionths > kWhole)
-        throw SqlError(ErrorKind::Syntax, "a number from 0 to 100 is expected before PERCENT", number.offset);
+        throw SqlError(ErrorKind::Syntax, Message("a number from 0 to 100 is expected before PERCENT"), number.offset);
     return millionths;
 }
 
@@ -65,7 +66,7 @@ const Expression& SelectBinder::GroupExpression(const Expression& expression) {
     if (!IsNumberLiteral(expression)) return expression;
     const long long position = context_.WholeNumber(expression);
     if (position < 1 || position > static_cast<long long>(core_.items.size()))
-        throw SqlError(ErrorKind::Syntax, "there is no select item " + std::to_string(position), expression.offset);
+        throw SqlError(ErrorKind::Syntax, Message("there is no select item {1}", position), expression.offset);
     return *core_.items[static_cast<std::size_t>(position) - 1].expression;
 }
 
@@ -124,8 +125,9 @@ void SelectBinder::AddWritten(const SelectItem& item) {
 }
 
 void SelectBinder::AddStar(const Star& star) {
-    if (select_.grouped) throw SqlError(ErrorKind::Syntax, "cannot group on fields selected with '*'", star.offset);
-    if (scope_.Sources().empty()) throw SqlError(ErrorKind::Syntax, "'*' needs a FROM clause", star.offset);
+    if (select_.grouped)
+        throw SqlError(ErrorKind::Syntax, Message("cannot group on fields selected with '*'"), star.offset);
+    if (scope_.Sources().empty()) throw SqlError(ErrorKind::Syntax, Message("'*' needs a FROM clause"), star.offset);
     if (!star.table.empty()) scope_.RequireSource(star.table, star.offset);
     for (const auto& source : scope_.Sources()) {
         if (!star.table.empty() && !SameName(source->name, star.table)) continue;
@@ -145,8 +147,7 @@ std::optional<std::size_t> SelectBinder::PositionOf(const Expression& expression
         const long long position = context_.WholeNumber(expression);
         if (position >= 1 && position <= static_cast<long long>(items.size()))
             return static_cast<std::size_t>(position);
-        throw SqlError(ErrorKind::Syntax, "there is no column " + std::to_string(position) + " to order by",
-                       expression.offset);
+        throw SqlError(ErrorKind::Syntax, Message("there is no column {1} to order by", position), expression.offset);
     }
     const auto* column = sql::If<Column>(&expression);
     if (column && column->table.empty())
@@ -171,11 +172,12 @@ OrderKey SelectBinder::BindOrderKey(const OrderItem& item) {
     const bool byPosition = core_.distinct || perhapsAlias || IsNumberLiteral(expression);
     const auto position = byPosition ? PositionOf(expression) : std::nullopt;
     if (core_.distinct && !position)
-        throw SqlError(ErrorKind::Syntax, "an ORDER BY key is not among the columns that DISTINCT selects",
+        throw SqlError(ErrorKind::Syntax, Message("an ORDER BY key is not among the columns that DISTINCT selects"),
                        expression.offset);
     if (position) return {select_.items[*position - 1].term, item.descending, position};
     if ((!select_.grouped || mergesRows_) && HasAggregate(expression))
-        throw SqlError(ErrorKind::Syntax, "cannot have an aggregate function in the ORDER BY clause of single rows",
+        throw SqlError(ErrorKind::Syntax,
+                       Message("cannot have an aggregate function in the ORDER BY clause of single rows"),
                        expression.offset);
     if (select_.grouped && !mergesRows_) CheckOrdered(expression);
     return {AsValue(context_, BindExpression(expression, ItemPlace())), item.descending};
@@ -200,7 +202,7 @@ void SelectBinder::BindLimit(std::optional<RowLimit> offset) {
         select_.limit = offset;
         return;
     }
-    if (offset) throw SqlError(ErrorKind::Syntax, "a query has TOP or OFFSET, not both", core_.top->offset);
+    if (offset) throw SqlError(ErrorKind::Syntax, Message("a query has TOP or OFFSET, not both"), core_.top->offset);
     RowLimit limit;
     if (core_.percent)
         limit.percent = Percent(context_, sql::As<Literal>(*core_.top));
@@ -223,7 +225,7 @@ void SelectBinder::MergeShownRows() {
         } else if (source->table) {
             rows.push_back(std::make_shared<RowIdTerm>(source));
         } else {
-            throw SqlError(ErrorKind::Unsupported, "DISTINCTROW of a query in FROM is not supported",
+            throw SqlError(ErrorKind::Unsupported, Message("DISTINCTROW of a query in FROM is not supported"),
                            core_.from.front()->offset);
         }
     }

@@ -2,6 +2,7 @@
 #include <string>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Cast.h"
@@ -57,7 +58,7 @@ TermPtr Iif(Context& context, Terms arguments) {
 
 TermPtr Switch(Context& context, Terms arguments) {
     if (arguments.size() % 2 != 0)
-        throw SqlError(ErrorKind::Syntax, "wrong number of arguments in 'Switch'", arguments[0]->offset);
+        throw SqlError(ErrorKind::Syntax, Message("wrong number of arguments in 'Switch'"), arguments[0]->offset);
     Terms conditions;
     Terms results;
     for (std::size_t i = 0; i < arguments.size(); i += 2) {

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/SqlError.h"
 #include "sql/bind/QueryBinder.h"
 
@@ -30,16 +31,16 @@ SchemaChange BindDropTable(Context& context, const DropTableStatement& statement
 void BindCommonTables(Context& context, const Statement& statement, BoundStatement& bound) {
     for (const CommonTable& table : statement.with) {
         if (context.FindCommon(table.name))
-            throw SqlError(ErrorKind::Syntax, "the name '" + table.name + "' stands twice in WITH", table.offset);
+            throw SqlError(ErrorKind::Syntax, Message("the name '{1}' stands twice in WITH", table.name), table.offset);
         // No statement can contain such a name.
         context.AddCommon({table.name, table.columns, nullptr, "common " + std::to_string(bound.with.size() + 1)});
         auto query = std::make_shared<Query>(BindQuery(context, *table.query, nullptr, QueryUse::Table));
         const std::size_t columns = query->Columns().size();
         if (!table.columns.empty() && table.columns.size() != columns)
-            throw SqlError(ErrorKind::Syntax,
-                           "'" + table.name + "' names " + std::to_string(table.columns.size()) +
-                               " columns, its query has " + std::to_string(columns),
-                           table.offset);
+            throw SqlError(
+                ErrorKind::Syntax,
+                Message("'{1}' names {2} columns, its query has {3}", table.name, table.columns.size(), columns),
+                table.offset);
         Context::Common& common = context.CommonTables().back();
         common.query = query;
         bound.with.push_back({common.label, std::move(query)});

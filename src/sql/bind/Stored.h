@@ -4,13 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "kpTables/text/Message.h"
 #include "sql/Catalog.h"
 #include "sql/bind/Context.h"
 #include "sql/bind/Query.h"
 
 namespace kpTables::sql::bind {
 
-inline constexpr const char* kNoAggregateInStatement = "cannot have an aggregate function in the statement";
+inline constexpr const char* kNoAggregateInStatement =
+    Translatable("cannot have an aggregate function in the statement");
 
 /// The value as the column stores it; a text longer than the column is an error.
 TermPtr ColumnValue(Context& context, TermPtr value, const CatalogColumn& column);

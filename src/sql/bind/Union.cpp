@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Conversions.h"
@@ -88,7 +89,8 @@ private:
             for (std::size_t i = 0; i < items.size() && !position && column && column->table.empty(); ++i)
                 if (SameName(items[i].name, column->name)) position = i + 1;
             if (!position)
-                throw SqlError(ErrorKind::Syntax, "a union is ordered by its columns only", item.expression->offset);
+                throw SqlError(ErrorKind::Syntax, Message("a union is ordered by its columns only"),
+                               item.expression->offset);
             wholeOrder_.push_back({*position, item.descending});
         }
     }
@@ -109,7 +111,7 @@ private:
         const std::size_t count = members_.front().items.size();
         for (const auto& member : members_)
             if (member.items.size() != count)
-                throw SqlError(ErrorKind::Syntax, "the members of a union have different numbers of columns",
+                throw SqlError(ErrorKind::Syntax, Message("the members of a union have different numbers of columns"),
                                query_.offset);
         for (std::size_t i = 0; i < count; ++i) {
             Type common = Type::Null;

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/SqlError.h"
 #include "sql/bind/Conversions.h"
@@ -38,7 +39,7 @@ const WindowFunction* FindWindowFunction(std::string_view name) {
 }
 
 [[noreturn]] void RefuseWindow(ErrorKind kind, const sql::Window& window, const std::string& why) {
-    throw SqlError(kind, why + " ('" + window.call->name + "')", window.offset);
+    throw SqlError(kind, Message("{1} ('{2}')", why, window.call->name), window.offset);
 }
 
 bool IsWindowAggregate(std::string_view name) {
@@ -53,10 +54,10 @@ void CheckFrame(const sql::Window& window) {
     const auto& [byRows, first, last] = *window.frame;
     if (window.orderBy.empty()) RefuseWindow(ErrorKind::Syntax, window, "a frame needs an ORDER BY in the window");
     if (first.kind == UnboundedFollowing || last.kind == UnboundedPreceding || first.kind > last.kind)
-        RefuseWindow(ErrorKind::Syntax, window, "the frame ends before it begins");
+        RefuseWindow(ErrorKind::Syntax, window, Message("the frame ends before it begins"));
     const auto counts = [](const FrameBound& bound) { return bound.kind == Preceding || bound.kind == Following; };
     if (!byRows && (counts(first) || counts(last)))
-        RefuseWindow(ErrorKind::Unsupported, window, "RANGE with a number of rows is not supported");
+        RefuseWindow(ErrorKind::Unsupported, window, Message("RANGE with a number of rows is not supported"));
 }
 
 /// The surroundings of what is computed before the window.
@@ -70,9 +71,10 @@ Place BeforeWindow(const Place& place) {
 TermPtr BindFunctionOf(const sql::Window& window, const WindowFunction& function, const Place& place) {
     const sql::Call& call = *window.call;
     if (call.arguments.size() < function.least || call.arguments.size() > function.most)
-        RefuseWindow(ErrorKind::Syntax, window, "wrong number of arguments");
+        RefuseWindow(ErrorKind::Syntax, window, Message("wrong number of arguments"));
     if (window.orderBy.empty()) RefuseWindow(ErrorKind::Syntax, window, "the window needs an ORDER BY");
-    if (window.frame && !function.framed) RefuseWindow(ErrorKind::Syntax, window, "the function takes no frame");
+    if (window.frame && !function.framed)
+        RefuseWindow(ErrorKind::Syntax, window, Message("the function takes no frame"));
     Terms arguments;
     for (const auto& argument : call.arguments) arguments.push_back(BindExpression(*argument, BeforeWindow(place)));
     const std::size_t number = function.ranks ? 0 : 1;
@@ -113,13 +115,13 @@ TermPtr BindWindow(const sql::Window& window, const Place& place) {
     const sql::Call& call = *window.call;
     if (IsAggregate(call.name)) {
         if (call.distinct || !IsWindowAggregate(call.name))
-            RefuseWindow(ErrorKind::Unsupported, window, "the aggregate over a window is not supported");
+            RefuseWindow(ErrorKind::Unsupported, window, Message("the aggregate over a window is not supported"));
         Place over = place;
         over.window = &window;
         return BindAggregate(call, over);
     }
     const WindowFunction* function = FindWindowFunction(call.name);
-    if (!function) RefuseWindow(ErrorKind::Unsupported, window, "undefined window function");
+    if (!function) RefuseWindow(ErrorKind::Unsupported, window, Message("undefined window function"));
     return OverWindow(BindFunctionOf(window, *function, place), window, place);
 }
 

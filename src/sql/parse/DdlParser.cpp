@@ -1,6 +1,8 @@
 // Statements that create and change tables and indexes.
 #include "sql/parse/ParserRules.h"
 
+#include "kpTables/text/Message.h"
+
 namespace kpTables::sql::parse {
 
 namespace {
@@ -38,7 +40,7 @@ bool AcceptPrimaryKey(TokenCursor& cursor) {
 /// A book's rows refer to others by their ids, and nothing checks them.
 void RefuseOtherConstraints(const TokenCursor& cursor) {
     for (const std::string_view word : {"REFERENCES", "FOREIGN", "CHECK"})
-        if (cursor.At(word)) cursor.FailUnsupported(cursor.Peek(), "the constraint " + std::string(word));
+        if (cursor.At(word)) cursor.FailUnsupported(cursor.Peek(), Message("the constraint {1}", word));
 }
 
 bool AcceptDefault(TokenCursor& cursor, ColumnDefinition& column) {
@@ -108,7 +110,7 @@ void ParseTableKey(TokenCursor& cursor, CreateTableStatement& statement) {
     if (cursor.Accept("CONSTRAINT")) cursor.TakeName("a constraint's name");
     const Token& key = cursor.Peek();
     if (AcceptPrimaryKey(cursor)) {
-        if (!statement.primaryKey.empty()) cursor.FailAt(key, "a table has one primary key");
+        if (!statement.primaryKey.empty()) cursor.FailAt(key, Message("a table has one primary key"));
         statement.primaryKey = ParseColumnNames(cursor);
     } else if (cursor.Accept("UNIQUE")) {
         SkipClustering(cursor);
@@ -152,7 +154,7 @@ StatementPtr ParseCreateIndex(TokenCursor& cursor, bool unique) {
         statement->keys.push_back(std::move(key));
     } while (cursor.AcceptOperator(","));
     cursor.ExpectOperator(")");
-    if (cursor.At("INCLUDE")) cursor.FailUnsupported(cursor.Peek(), "INCLUDE of an index");
+    if (cursor.At("INCLUDE")) cursor.FailUnsupported(cursor.Peek(), Message("INCLUDE of an index"));
     if (cursor.Accept("WITH")) {
         cursor.Expect("PRIMARY");
         statement->unique = true;
@@ -228,7 +230,7 @@ StatementPtr ParseCreate(TokenCursor& cursor) {
     if (cursor.Accept("TABLE")) return ParseCreateTable(cursor);
     const bool unique = cursor.Accept("UNIQUE");
     SkipClustering(cursor);
-    if (!cursor.Accept("INDEX")) cursor.Fail(unique ? "INDEX" : "TABLE or INDEX");
+    if (!cursor.Accept("INDEX")) cursor.Fail(unique ? "INDEX" : Translatable("TABLE or INDEX"));
     return ParseCreateIndex(cursor, unique);
 }
 

@@ -1,6 +1,8 @@
 // Operators, by precedence climbing: a chain of one level is read in a loop, so its length costs no stack.
 #include "sql/parse/ParserRules.h"
 
+#include "kpTables/text/Message.h"
+
 namespace kpTables::sql::parse {
 
 namespace {
@@ -65,7 +67,7 @@ ExpressionPtr ParseQuantified(TokenCursor& cursor, BinaryOperator op, Expression
     const bool all = cursor.At("ALL");
     const bool negated = all && op == BinaryOperator::NotEqual;
     if (!negated && (all || op != BinaryOperator::Equal))
-        cursor.FailUnsupported(cursor.Peek(), "ANY or ALL behind another comparison than = ANY and <> ALL");
+        cursor.FailUnsupported(cursor.Peek(), Message("ANY or ALL behind another comparison than = ANY and <> ALL"));
     cursor.Take();
     return std::make_unique<InQuery>(negated, std::move(operand), ParseQueryInParentheses(cursor), at);
 }

@@ -6,7 +6,7 @@ namespace kpTables::sql::parse {
 namespace {
 
 /// A number that shapes the rows' count.
-ExpressionPtr ParseCount(TokenCursor& cursor, bool mayBeBroken, std::string_view what) {
+ExpressionPtr ParseCount(TokenCursor& cursor, bool mayBeBroken, const char* what) {
     const Token& count = cursor.Peek();
     const bool isNumber = count.kind == TokenKind::Literal && (count.literal == LiteralKind::Integer ||
                                                                (mayBeBroken && count.literal == LiteralKind::Decimal));

@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <optional>
 
+#include "kpTables/text/Message.h"
 #include "sql/Names.h"
 #include "sql/Position.h"
 #include "sql/parse/Keywords.h"
@@ -136,8 +137,8 @@ bool IsBareName(std::string_view text) {
     return true;
 }
 
-void Scanner::Fail(std::size_t at, std::size_t length, std::string_view complaint) const {
-    throw SyntaxError(text_, at, text_.substr(at, length), complaint);
+void Scanner::Fail(std::size_t at, std::size_t length, const char* complaint) const {
+    throw SyntaxError(text_, at, text_.substr(at, length), Translated(complaint));
 }
 
 bool Scanner::SkipBlanks() {
@@ -256,9 +257,12 @@ void Scanner::ScanQuotedName(Lexeme& piece) {
     const std::size_t close = text_.find_first_of(std::string_view(ends.data(), ends.size()), piece.begin + 1);
     if (close == std::string_view::npos || text_[close] != sign)
         Fail(piece.begin, text_.size() - piece.begin,
-             sign == ']' ? "the name has no closing bracket" : "the name has no closing quote");
+             sign == ']' ? Translatable("the name has no closing bracket")
+                         : Translatable("the name has no closing quote"));
     if (close == piece.begin + 1)
-        Fail(piece.begin, 2, sign == ']' ? "expected a name in the brackets" : "expected a name in the quotes");
+        Fail(piece.begin, 2,
+             sign == ']' ? Translatable("expected a name in the brackets")
+                         : Translatable("expected a name in the quotes"));
     for (std::size_t i = piece.begin + 1; i < close;) {
         const Character next = Decode(text_, i);
         if (next.length == 0) Fail(i, 0, "the text is not valid UTF-8");

@@ -56,7 +56,7 @@ private:
     void ScanDate(Lexeme& piece);
     void ScanOperator(Lexeme& piece);
     bool DigitAt(std::size_t at) const { return at < text_.size() && text_[at] >= '0' && text_[at] <= '9'; }
-    [[noreturn]] void Fail(std::size_t at, std::size_t length, std::string_view complaint) const;
+    [[noreturn]] void Fail(std::size_t at, std::size_t length, const char* complaint) const;
 
     std::string_view text_;
     std::span<const NamedLiteral> named_;

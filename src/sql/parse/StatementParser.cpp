@@ -1,6 +1,7 @@
 // Whole statements: the entry point, and those that change rows.
 #include <array>
 
+#include "kpTables/text/Message.h"
 #include "sql/parse/Parser.h"
 #include "sql/parse/ParserRules.h"
 
@@ -27,26 +28,26 @@ constexpr std::array<StatementRule, 10> kStatements = {{{"SELECT", ParseSelect},
 /// Statements of the server that no book has, with what to do instead.
 struct Refusal {
     std::string_view word;
-    std::string_view what;
+    const char* what;  ///< to be translated
 };
 
 constexpr std::array<Refusal, 17> kRefusals = {{
-    {"SET", "SET is for a server's session: leave it out; it"},
-    {"USE", "USE chooses a server's database: leave it out; it"},
-    {"GO", "GO belongs to a server's tools: leave it out; it"},
+    {"SET", Translatable("SET is for a server's session: leave it out; it")},
+    {"USE", Translatable("USE chooses a server's database: leave it out; it")},
+    {"GO", Translatable("GO belongs to a server's tools: leave it out; it")},
     {"PRINT", "PRINT"},
-    {"DECLARE", "DECLARE: give the values as parameters; it"},
-    {"IF", "IF: a statement stands alone; it"},
-    {"WHILE", "WHILE: a statement stands alone; it"},
-    {"BEGIN", "BEGIN: begin a transaction through the connection; it"},
-    {"COMMIT", "COMMIT: end a transaction through the connection; it"},
-    {"ROLLBACK", "ROLLBACK: end a transaction through the connection; it"},
-    {"EXEC", "EXEC of a stored procedure"},
-    {"EXECUTE", "EXECUTE of a stored procedure"},
-    {"MERGE", "MERGE: use UPDATE and INSERT; it"},
+    {"DECLARE", Translatable("DECLARE: give the values as parameters; it")},
+    {"IF", Translatable("IF: a statement stands alone; it")},
+    {"WHILE", Translatable("WHILE: a statement stands alone; it")},
+    {"BEGIN", Translatable("BEGIN: begin a transaction through the connection; it")},
+    {"COMMIT", Translatable("COMMIT: end a transaction through the connection; it")},
+    {"ROLLBACK", Translatable("ROLLBACK: end a transaction through the connection; it")},
+    {"EXEC", Translatable("EXEC of a stored procedure")},
+    {"EXECUTE", Translatable("EXECUTE of a stored procedure")},
+    {"MERGE", Translatable("MERGE: use UPDATE and INSERT; it")},
     {"GRANT", "GRANT"},
     {"REVOKE", "REVOKE"},
-    {"BACKUP", "BACKUP: copy the book instead; it"},
+    {"BACKUP", Translatable("BACKUP: copy the book instead; it")},
     {"RESTORE", "RESTORE"},
 }};
 
@@ -55,7 +56,7 @@ StatementPtr ParseStatement(TokenCursor& cursor) {
     for (const StatementRule& rule : kStatements)
         if (cursor.At(rule.word)) return rule.parse(cursor);
     for (const Refusal& refusal : kRefusals)
-        if (cursor.At(refusal.word)) cursor.FailUnsupported(cursor.Peek(), refusal.what);
+        if (cursor.At(refusal.word)) cursor.FailUnsupported(cursor.Peek(), Translated(refusal.what));
     cursor.Fail("SELECT, TRANSFORM, INSERT, UPDATE, DELETE, CREATE, DROP, ALTER, TRUNCATE or WITH");
 }
 
@@ -77,7 +78,7 @@ UpdateStatement::Assignment ParseAssignment(TokenCursor& cursor) {
 /// "TOP (n)" before the table of a change.
 void RefuseTop(const TokenCursor& cursor) {
     if (cursor.At("TOP") && (cursor.AtOperator("(", 1) || cursor.Peek(1).kind == TokenKind::Literal))
-        cursor.FailUnsupported(cursor.Peek(), "TOP in a statement that changes rows");
+        cursor.FailUnsupported(cursor.Peek(), Message("TOP in a statement that changes rows"));
 }
 
 void RefuseOutput(const TokenCursor& cursor) {
@@ -154,7 +155,7 @@ StatementPtr ParseWith(TokenCursor& cursor) {
 StatementPtr Parse(std::string_view text, std::span<const NamedLiteral> named, Dialect dialect) {
     TokenCursor cursor(text, named, dialect);
     StatementPtr statement = ParseStatement(cursor);
-    if (cursor.AcceptOperator(";") && !cursor.AtEnd()) cursor.FailAt(cursor.Peek(), "one statement only");
+    if (cursor.AcceptOperator(";") && !cursor.AtEnd()) cursor.FailAt(cursor.Peek(), Message("one statement only"));
     if (!cursor.AtEnd()) cursor.Fail("the statement's end");
     statement->dialect = dialect;
     statement->fixedLiterals = cursor.TakeFixedLiterals();
@@ -169,7 +170,7 @@ StatementPtr ParseTransform(TokenCursor& cursor) {
     const Token& select = cursor.Peek();
     if (!cursor.At("SELECT")) cursor.Fail("SELECT");
     statement->query = ParseQuery(cursor);
-    if (statement->query->members.size() > 1) cursor.FailUnsupported(select, "TRANSFORM of a UNION");
+    if (statement->query->members.size() > 1) cursor.FailUnsupported(select, Message("TRANSFORM of a UNION"));
     cursor.Expect("PIVOT");
     // IN after the pivot's expression is its list of values, not a comparison.
     statement->pivot = ParseExpression(cursor, Tighter(Precedence::Comparison));
@@ -251,7 +252,8 @@ StatementPtr ParseDelete(TokenCursor& cursor) {
         const Token& first = cursor.Peek();
         statement->offset = first.offset;
         TakeTables(ParseTables(cursor), statement->table, statement->alias, statement->from);
-        if (statement->table.empty()) cursor.FailAt(first, "name the table whose rows are deleted before FROM");
+        if (statement->table.empty())
+            cursor.FailAt(first, Message("name the table whose rows are deleted before FROM"));
         if (statement->alias.empty() && cursor.Accept("FROM")) statement->from = ParseTables(cursor);
     }
     RefuseOutput(cursor);

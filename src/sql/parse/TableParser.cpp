@@ -1,4 +1,5 @@
 // FROM: tables, derived tables, and joins.
+#include "kpTables/text/Message.h"
 #include "sql/parse/Keywords.h"
 #include "sql/parse/ParserRules.h"
 
@@ -12,7 +13,7 @@ void SkipHint(TokenCursor& cursor) {
     cursor.Take();
     cursor.Take();
     if (!cursor.Accept("NOLOCK") && !cursor.Accept("READUNCOMMITTED"))
-        cursor.FailUnsupported(cursor.Peek(), "a table hint other than NOLOCK");
+        cursor.FailUnsupported(cursor.Peek(), Message("a table hint other than NOLOCK"));
     cursor.ExpectOperator(")");
 }
 

@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "kpTables/text/Message.h"
 #include "sql/Position.h"
 #include "sql/parse/Keywords.h"
 
@@ -90,14 +91,14 @@ bool TokenCursor::AcceptOperator(std::string_view sign) {
 }
 
 void TokenCursor::Expect(std::string_view word) {
-    if (!Accept(word)) Fail(word);
+    if (!Accept(word)) FailExpecting(word);
 }
 
 void TokenCursor::ExpectOperator(std::string_view sign) {
-    if (!AcceptOperator(sign)) Fail(std::string("'") + std::string(sign) + "'");
+    if (!AcceptOperator(sign)) FailExpecting("'" + std::string(sign) + "'");
 }
 
-std::string TokenCursor::TakeName(std::string_view what) {
+std::string TokenCursor::TakeName(const char* what) {
     if (!AtName()) Fail(what);
     return std::string(Take().text);
 }
@@ -106,7 +107,7 @@ const LiteralValue& TokenCursor::ValueOf(const Token& literal) const {
     return stream_.literals[static_cast<std::size_t>(literal.ordinal)];
 }
 
-int TokenCursor::TakeNumber(std::string_view what, int least, int most) {
+int TokenCursor::TakeNumber(const char* what, int least, int most) {
     const Token& token = Peek();
     if (token.kind != TokenKind::Literal || token.literal != LiteralKind::Integer) Fail(what);
     int number = -1;
@@ -118,7 +119,9 @@ int TokenCursor::TakeNumber(std::string_view what, int least, int most) {
     return number;
 }
 
-void TokenCursor::Fail(std::string_view what) const { FailAt(Peek(), std::string("expected ") + std::string(what)); }
+void TokenCursor::Fail(const char* what) const { FailExpecting(Translated(what)); }
+
+void TokenCursor::FailExpecting(std::string_view what) const { FailAt(Peek(), Message("expected {1}", what)); }
 
 void TokenCursor::FailAt(const Token& token, std::string_view complaint) const {
     // The message quotes a name with its brackets.
@@ -128,19 +131,17 @@ void TokenCursor::FailAt(const Token& token, std::string_view complaint) const {
 }
 
 void TokenCursor::FailUnsupported(const Token& token, std::string_view what) const {
-    const Position at = Locate(text_, token.offset);
     throw SqlError(ErrorKind::Unsupported,
-                   std::string(what) + " is not supported (line " + std::to_string(at.line) + ", column " +
-                       std::to_string(at.column) + ")",
-                   token.offset, true);
+                   Message("{1} is not supported ({2})", what, PlaceText(Locate(text_, token.offset))), token.offset,
+                   true);
 }
 
 void TokenCursor::CountChained() {
-    if (++chained_ > kMostChained) FailAt(Peek(), "the statement has too many operators");
+    if (++chained_ > kMostChained) FailAt(Peek(), Message("the statement has too many operators"));
 }
 
 void TokenCursor::Enter() {
-    if (depth_ >= kDeepest) FailAt(Peek(), "the statement is nested too deeply");
+    if (depth_ >= kDeepest) FailAt(Peek(), Message("the statement is nested too deeply"));
     ++depth_;
 }
 

@@ -37,11 +37,11 @@ public:
     void Expect(std::string_view word);
     void ExpectOperator(std::string_view sign);
     /// Takes a name; what describes it in the error: "a table's name".
-    std::string TakeName(std::string_view what);
+    std::string TakeName(const char* what);
 
     const LiteralValue& ValueOf(const Token& literal) const;
     /// Takes a whole number that becomes part of the tree without a node of its own.
-    int TakeNumber(std::string_view what, int least, int most);
+    int TakeNumber(const char* what, int least, int most);
     std::vector<int> TakeFixedLiterals() { return std::move(fixedLiterals_); }
 
     /// The table that SELECT ... INTO makes.
@@ -55,8 +55,8 @@ public:
     void MakeTable(NewTable table) { newTable_ = std::move(table); }
     const std::optional<NewTable>& MadeTable() const { return newTable_; }
 
-    /// Raises SqlError at the next token (or the given one): "expected <what>".
-    [[noreturn]] void Fail(std::string_view what) const;
+    /// Raises SqlError at the next token (or the given one): "expected <what>"; what is translated.
+    [[noreturn]] void Fail(const char* what) const;
     [[noreturn]] void FailAt(const Token& token, std::string_view complaint) const;
     [[noreturn]] void FailUnsupported(const Token& token, std::string_view what) const;
 
@@ -81,6 +81,7 @@ public:
     };
 
 private:
+    [[noreturn]] void FailExpecting(std::string_view what) const;
     void FindQueries();
     void Enter();
 

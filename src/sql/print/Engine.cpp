@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "kpTables/text/Message.h"
 #include "sql/SqlError.h"
 
 namespace kpTables::sql::print {
@@ -74,11 +75,12 @@ std::string Engine::Limit(std::optional<long long> rows, long long skip) const {
 }
 
 std::string Engine::CounterRestart(const CatalogTable&) const {
-    throw SqlError(ErrorKind::Unsupported, "TRUNCATE of a table with a counter is not supported by this engine", 0);
+    throw SqlError(ErrorKind::Unsupported,
+                   Message("TRUNCATE of a table with a counter is not supported by this engine"), 0);
 }
 
 std::string Engine::ColumnDefinition(const bind::Definition&, const std::string&) const {
-    throw SqlError(ErrorKind::Unsupported, "ALTER COLUMN is not supported by this engine", 0);
+    throw SqlError(ErrorKind::Unsupported, Message("ALTER COLUMN is not supported by this engine"), 0);
 }
 
 }  // namespace kpTables::sql::print
