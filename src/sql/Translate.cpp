@@ -9,7 +9,8 @@ namespace {
 
 Translation Finished(bind::BoundStatement statement, const print::Engine& engine,
                      std::span<const rewrite::Rule> rules) {
-    for (const rewrite::Rule& rule : rules) rule.apply(statement);
+    for (const rewrite::Rule& rule : rules)
+        if (!rule.readsDependentColumns || engine.ReadsDependentColumns()) rule.apply(statement);
     return print::Print(statement, engine);
 }
 

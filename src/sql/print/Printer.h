@@ -26,7 +26,9 @@ private:
     // Expressions
     Piece Term(const bind::Term& term);
     Piece Compose(const bind::Term& term, std::vector<Piece> parts);
-    Piece Constant(const bind::ConstantTerm& constant) const;
+    Piece Call(const bind::CallTerm& call, const std::vector<Piece>& parts) const;
+    Piece Condition(const bind::Term& term);
+    Piece Case(const bind::CaseTerm& term, std::vector<Piece> parts) const;
     Piece Column(const bind::ColumnTerm& column);
     Piece Comparison(const bind::Comparison& term, std::vector<Piece> parts) const;
     Piece RowComparison(const bind::RowComparison& term, const std::vector<Piece>& parts) const;

@@ -9,12 +9,12 @@ namespace kpTables::sql::rewrite {
 namespace {
 
 /// A comparison of a table's column with a constant.
-struct ColumnTest {
+struct TestedColumn {
     const Source* table = nullptr;  ///< null when the condition is none
     bool isEquality = false;
 };
 
-ColumnTest TestOf(const Term& condition) {
+TestedColumn TestOf(const Term& condition) {
     const auto* test = If<Comparison>(&condition);
     if (!test || test->op == ComparisonOperator::NotEqual || test->op > ComparisonOperator::GreaterEqual) return {};
     const auto* column = If<ColumnTerm>(test->operands[0]);
@@ -23,11 +23,11 @@ ColumnTest TestOf(const Term& condition) {
     return {column->source.get(), test->op == ComparisonOperator::Equal};
 }
 
-bool IsWide(const ColumnTest& range, const std::vector<ColumnTest>& tests) {
+bool IsWide(const TestedColumn& range, const std::vector<TestedColumn>& tests) {
     if (!range.table || range.isEquality) return false;
     bool here = false;
     bool elsewhere = false;
-    for (const ColumnTest& test : tests)
+    for (const TestedColumn& test : tests)
         if (test.isEquality) (test.table == range.table ? here : elsewhere) = true;
     return here && elsewhere;
 }
@@ -35,7 +35,7 @@ bool IsWide(const ColumnTest& range, const std::vector<ColumnTest>& tests) {
 void Hint(Select& select) {
     const auto* both = If<Logic>(select.where);
     if (!both || both->op != LogicOperator::And) return;
-    std::vector<ColumnTest> tests;
+    std::vector<TestedColumn> tests;
     for (const TermPtr& condition : both->operands) tests.push_back(TestOf(*condition));
     Terms conditions = both->operands;
     for (std::size_t i = 0; i < conditions.size(); ++i)

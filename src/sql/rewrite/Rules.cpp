@@ -8,7 +8,7 @@ constexpr Rule kRules[] = {
     {"bill dates", RecognizeBillDates},
     {"eager aggregation", AggregateEagerly},
     {"reduction to EXISTS", ReduceToExists},
-    {"dependent keys", DropDependentKeys},
+    {"dependent keys", DropDependentKeys, true},
     {"join order", OrderJoins},
     {"implied order", ImplyOrder},
     {"selectivity hints", HintRanges},

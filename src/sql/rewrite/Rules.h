@@ -11,6 +11,8 @@ namespace kpTables::sql::rewrite {
 struct Rule {
     std::string_view name;
     void (*apply)(bind::BoundStatement& statement);
+    /// What it yields may read columns that the grouping keys determine.
+    bool readsDependentColumns = false;
 };
 
 /// All rules, in the order of application.
