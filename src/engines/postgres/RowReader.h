@@ -1,0 +1,21 @@
+// The rows that the server sends, as typed cells.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "engines/common/Limits.h"
+#include "engines/postgres/Database.h"
+#include "recordset/RowStore.h"
+
+namespace kpTables::engines::postgres {
+
+/// Runs a query, handing each of its rows to the sink; the answer has the types of its columns.
+using Query = std::function<void(const RowSink& sink)>;
+
+/// All rows of the query. A field whose type is Empty gets that of the server's column. shown: the text for messages.
+std::unique_ptr<recordset::RowStore> ReadRows(const Query& query, recordset::FieldsPtr fields, std::string_view shown,
+                                              const engines::Limits& limits);
+
+}  // namespace kpTables::engines::postgres
