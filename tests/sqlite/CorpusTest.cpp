@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "TestBook.h"
 #include "corpus/Corpus.h"
 #include "kpTables/Book.h"
 #include "kpTables/Error.h"
@@ -58,8 +59,8 @@ std::string MessageOf(Connection& book, const corpus::Statement& statement) {
 
 TEST(Corpus, EveryTextRunsButThoseNamed) {
     // The table Header has the names of one dialect.
-    const BookPtr books[] = {CreateBook("memory:", {.header = HeaderDialect::Jet}),
-                             CreateBook("memory:", {.header = HeaderDialect::SqlServer})};
+    const BookPtr books[] = {test::NewBook({.header = HeaderDialect::Jet}),
+                             test::NewBook({.header = HeaderDialect::SqlServer})};
     std::ptrdiff_t refused = 0;
     for (const corpus::SentText& text : corpus::Texts()) {
         if (!text.statement->refusal.empty()) continue;
@@ -82,7 +83,7 @@ TEST(Corpus, EveryTextRunsButThoseNamed) {
 }
 
 TEST(Corpus, EveryTableThatIsOpenedExists) {
-    const auto book = CreateBook("memory:");
+    const auto book = test::NewBook();
     int opened = 0;
     for (const corpus::Case& each : corpus::Cases()) {
         for (const corpus::Statement& statement : each.jet) {

@@ -62,7 +62,7 @@ bool IsStatement(const std::string& text) {
 class EverydaySql : public testing::TestWithParam<EverydayGroup> {};
 
 TEST_P(EverydaySql, AnswersAsListed) {
-    const auto book = CreateBook("memory:");
+    const auto book = NewBook();
     ASSERT_FALSE(GetParam().cases.empty());
     for (const auto& [text, answer, line, prepares] : GetParam().cases) {
         SCOPED_TRACE("line " + std::to_string(line) + ": " + text);

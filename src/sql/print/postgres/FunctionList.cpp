@@ -138,16 +138,9 @@ $do$ SELECT '^' || string_agg(CASE WHEN p[1] LIKE '[%]' COLLATE "C" AND length(p
     WHEN p[1] = '%' THEN '.*' WHEN p[1] = '_' THEN '.' ELSE regexp_replace(p[1], '([].^$*+?(){}|\\[])', '\\\1', 'g')
     END, '' ORDER BY n) || '$'
     FROM regexp_matches($1 COLLATE "C", '(\[[!^]?[^]]+\]|.)', 'g') WITH ORDINALITY AS parts(p, n) $do$;
--- Keeps a counter ahead of values that a statement gave itself.
+-- Keeps a counter ahead of a value that a statement gave itself.
 CREATE OR REPLACE FUNCTION kp.keep_counter() RETURNS trigger LANGUAGE plpgsql AS
-$do$ DECLARE most bigint; last bigint; sequence text := pg_get_serial_sequence(
-    format('%I.%I', TG_TABLE_SCHEMA, TG_TABLE_NAME), TG_ARGV[0]);
-BEGIN
-    EXECUTE format('SELECT max(%I) FROM %I.%I', TG_ARGV[0], TG_TABLE_SCHEMA, TG_TABLE_NAME) INTO most;
-    EXECUTE format('SELECT last_value FROM %s', sequence) INTO last;
-    IF most > last THEN PERFORM setval(sequence, most); END IF;
-    RETURN NULL;
-END $do$;
+$do$ BEGIN PERFORM setval(TG_ARGV[0]::regclass, (to_jsonb(NEW) ->> TG_ARGV[1])::bigint); RETURN NULL; END $do$;
 CREATE OR REPLACE FUNCTION kp._last(anyelement, anyelement) RETURNS anyelement LANGUAGE sql IMMUTABLE PARALLEL SAFE AS
 $do$ SELECT $2 $do$;
 DO $do$ BEGIN
