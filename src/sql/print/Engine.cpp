@@ -58,6 +58,8 @@ Piece Engine::Widened(const bind::Arithmetic&, Piece left) const { return left; 
 
 bool Engine::ReadsDependentColumns() const { return true; }
 
+bool Engine::KeepsTies() const { return true; }
+
 Piece Engine::PredicateValue(const Piece& predicate) const { return {"-(" + predicate.text + ")", Precedence::Unary}; }
 
 Piece Engine::Likely(Piece condition) const { return condition; }

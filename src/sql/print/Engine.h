@@ -48,6 +48,8 @@ public:
     // ---- Queries ----
     /// Whether a query may read columns that its grouping keys determine without being keys themselves.
     virtual bool ReadsDependentColumns() const;
+    /// Whether rows that are equal in the order of ORDER BY stay in the order in which they were found.
+    virtual bool KeepsTies() const;
     /// The name of the table's row id.
     virtual std::string RowIdName(const CatalogTable& table) const = 0;
     /// A row id to order by. filtered: a condition other than equalities excludes rows.

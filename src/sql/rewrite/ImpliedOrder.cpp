@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -83,7 +84,27 @@ void Order(Query& query) {
     }
 }
 
+bool HasKey(const std::vector<OrderKey>& order, const OrderKey& key) {
+    return std::ranges::any_of(order, [&](const OrderKey& known) {
+        return (known.position && known.position == key.position) || SameTerm(*known.term, *key.term);
+    });
+}
+
+/// Rows that the statement's own keys leave equal come as if it had none.
+void BreakTies(Query& query) {
+    Select& first = query.members.front().select;
+    const bool isUnion = query.members.size() > 1;
+    std::vector<OrderKey>& order = isUnion ? query.orderBy : first.orderBy;
+    if (order.empty() || (isUnion && !ComparesRows(query))) return;
+    for (OrderKey& key : isUnion ? PositionsOf(first) : OrderOf(first)) {
+        key.isImplied = false;
+        if (!HasKey(order, key)) order.push_back(std::move(key));
+    }
+}
+
 }  // namespace
+
+void ImplyTies(BoundStatement& statement) { ForEachQuery(statement, BreakTies); }
 
 void ImplyOrder(BoundStatement& statement) { ForEachQuery(statement, Order); }
 

@@ -11,6 +11,7 @@ constexpr Rule kRules[] = {
     {"dependent keys", DropDependentKeys, true},
     {"join order", OrderJoins},
     {"implied order", ImplyOrder},
+    {"order of ties", ImplyTies, false, true},
     {"selectivity hints", HintRanges},
     {"deferred look-up", DeferLookups},
     {"bill date keys", SplitBillDateKeys},

@@ -206,8 +206,6 @@ public:
             case AggregateFunction::Sum:
                 return Cast(std::move(call), aggregate.type == Type::Currency ? "bigint" : kReal);
             case AggregateFunction::Average:
-                call = Cast(std::move(call), kReal);
-                return aggregate.type == Type::Currency ? Cast(std::move(call), "bigint") : call;
             case AggregateFunction::StDev:
             case AggregateFunction::StDevP:
             case AggregateFunction::Var:
@@ -221,6 +219,8 @@ public:
     std::size_t LongestChain() const override { return 100; }
 
     bool ReadsDependentColumns() const override { return false; }
+
+    bool KeepsTies() const override { return false; }
 
     std::string RowIdName(const CatalogTable& table) const override {
         return Name(table.rowId.empty() ? kHiddenRowId : std::string_view(table.rowId));
