@@ -126,6 +126,14 @@ void Database::Sent(int success, std::string_view shown) const {
     if (success == 0) RaiseLost(shown);
 }
 
+bool Database::IsToEnd() const noexcept {
+    try {
+        return interruptible_ && interrupted_ && interrupted_();
+    } catch (...) {
+        return true;
+    }
+}
+
 Result Database::Next(std::string_view shown) {
     constexpr int kBetweenQuestions = 100;  // milliseconds
     const Library& library = LoadedLibrary();
@@ -134,7 +142,7 @@ Result Database::Next(std::string_view shown) {
     while (library.IsBusy(connection_.get()) != 0) {
         std::array<pollfd, 1> socket{{{library.Socket(connection_.get()), POLLIN, 0}}};
         const int ready = poll(socket.data(), socket.size(), kBetweenQuestions);
-        if (ready == 0 && interruptible_ && !cancelled && interrupted_ && interrupted_()) {
+        if (ready == 0 && !cancelled && IsToEnd()) {
             Cancel();
             cancelled = true;
         }

@@ -94,6 +94,8 @@ private:
     void SetSavepoint();
     void ReturnToSavepoint() noexcept;
     void Sent(int success, std::string_view shown) const;
+    /// The host's answer.
+    bool IsToEnd() const noexcept;
     /// The next result, null after the last one. Asks the host meanwhile whether to go on.
     Result Next(std::string_view shown);
     /// Reads all results; the last one. Raises the first error among them.

@@ -17,6 +17,7 @@ struct Meaning {
 };
 
 constexpr Meaning kMeanings[] = {
+    {"2200H", DatabaseErrorNumber::Overflow, "Overflow: the counter has no values left"},
     {"22003", DatabaseErrorNumber::Overflow, nullptr},
     {"22008", DatabaseErrorNumber::TypeMismatch, nullptr},
     {"22012", DatabaseErrorNumber::Failure, "Division by zero"},
@@ -60,7 +61,7 @@ void RaiseFailure(const ServerError& error, std::string_view statement) {
     const bool known = found != std::end(kMeanings);
     std::string text = known && found->text ? found->text : error.message;
     if (error.state.starts_with("23")) text = OfConstraint(error);
-    if (error.state == "22003" && !text.starts_with("Overflow")) text = "Overflow: " + text;
+    if (error.state == "22003" && !text.starts_with("The field")) text = "Overflow: " + text;
     if (error.state.empty()) {
         text = "The connection to the server failed (" + error.message +
                "); open the book again: what was not saved before is not in it";

@@ -31,16 +31,6 @@ enum ServerType : Oid {
     kNumeric = 1700,
 };
 
-/// The bytes come in network order.
-template <class Whole>
-Whole WholeOf(std::string_view bytes) noexcept {
-    std::uint64_t value = 0;
-    for (std::size_t i = 0; i < sizeof(Whole) && i < bytes.size(); ++i) {
-        value = value << 8U | static_cast<unsigned char>(bytes[i]);
-    }
-    return static_cast<Whole>(value);
-}
-
 double RealOf(std::string_view bytes) noexcept {
     if (bytes.size() == sizeof(float)) return std::bit_cast<float>(WholeOf<std::uint32_t>(bytes));
     return std::bit_cast<double>(WholeOf<std::uint64_t>(bytes));

@@ -15,7 +15,7 @@ using sql::print::postgres::kHiddenRowId;
 
 // The engine's own tables begin with kp_.
 constexpr std::string_view kTables =
-    "SELECT relname FROM pg_class WHERE relnamespace = current_schema()::regnamespace AND relkind = 'r' "
+    "SELECT relname FROM pg_class WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relkind = 'r' "
     "AND relname NOT LIKE 'kp\\_%'";
 
 /// A row for each column of a table.
@@ -25,7 +25,7 @@ constexpr std::string_view kColumns =
     "EXISTS (SELECT FROM pg_trigger WHERE tgrelid = attrelid AND tgname = 'kp_counter') "
     "FROM pg_attribute JOIN pg_type ON pg_type.oid = atttypid "
     "LEFT JOIN pg_attrdef ON adrelid = attrelid AND adnum = attnum "
-    "WHERE attrelid = (SELECT oid FROM pg_class WHERE relnamespace = current_schema()::regnamespace AND relname = $1 AND "
+    "WHERE attrelid = (SELECT oid FROM pg_class WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relname = $1 AND "
     "relkind = 'r') AND attnum > 0 AND NOT attisdropped ORDER BY attnum";
 enum ColumnsOfColumns { kName, kType, kNotNull, kIdentity, kGenerated, kDefault, kKey, kCounted };
 
@@ -86,14 +86,13 @@ TableInfo ServerCatalog::Describe(std::string_view name) const {
     for (int row = 0; row < columns.Rows(); ++row) {
         const sql::CatalogColumn* known = sql::FindColumn(*table, std::string(columns.Value(row, kName)));
         if (!known || known->computed) continue;
-        const bool identity = Is(columns, row, kIdentity);
         TableInfo::Column column{known->name,    engines::FieldType(known->type),         Variant::Null(), false,
                                  known->counter, Is(columns, row, kKey) || known->counter};
         if (!columns.IsNull(row, kDefault)) {
             column.defaultValue = DefaultValue(database_, std::string(columns.Value(row, kDefault)), column.type);
         }
         const bool needed = column.key || Is(columns, row, kNotNull);
-        column.required = needed && !identity && column.defaultValue.IsNull();
+        column.required = needed && !known->counter && column.defaultValue.IsNull();
         info.columns.push_back(std::move(column));
     }
     return info;

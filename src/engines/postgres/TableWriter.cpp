@@ -5,6 +5,7 @@
 #include "engines/common/Failure.h"
 #include "engines/common/ValueSink.h"
 #include "engines/postgres/BookLock.h"
+#include "engines/postgres/RowReader.h"
 #include "sql/print/postgres/PostgresEngine.h"
 
 namespace kpTables::engines::postgres {
@@ -22,11 +23,9 @@ Parameters ParametersOf(WrittenValues values) {
     return parameters;
 }
 
-/// Eight bytes in network order, of whatever whole type the row id is.
 std::int64_t RowIdOf(const Result& row) {
-    std::int64_t id = 0;
-    for (const char byte : row.Value(0, 0)) id = id << 8 | static_cast<unsigned char>(byte);
-    return id;
+    const std::string_view bytes = row.Value(0, 0);
+    return bytes.size() == sizeof(std::int32_t) ? WholeOf<std::int32_t>(bytes) : WholeOf<std::int64_t>(bytes);
 }
 
 }  // namespace

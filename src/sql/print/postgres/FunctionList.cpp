@@ -20,7 +20,13 @@ constexpr ServerFunction kFunctions[] = {
 
     {"abs", "double precision", "double precision", "abs($1)"},
     {"abs", "bigint", "bigint", "abs($1)"},
+    {"asc", "bpchar", "integer",
+     "CASE WHEN ascii(kp._raw($1)) BETWEEN 1 AND 127 THEN ascii(kp._raw($1)) ELSE kp._fail('KP005', 'Asc of ''' || "
+     "kp._raw($1) || ''': a server knows the codes of ASCII alone', CAST(NULL AS integer)) END"},
     {"char", "bpchar, integer", "kp.text", "kp._text(rpad(kp._raw($1), $2))"},
+    {"chr", "double precision", "kp.text",
+     "CASE WHEN $1 BETWEEN 1 AND 127 THEN kp._text(chr(CAST($1 AS integer))) ELSE kp._text(kp._fail('KP005', 'Chr(' || $1 "
+     "|| '): a server knows the codes of ASCII alone', CAST(NULL AS text))) END"},
     {"cur_fix", "bigint", "bigint", "$1 / 10000 * 10000"},
     {"cur_int", "bigint", "bigint", "CAST(floor($1 / 10000.0) AS bigint) * 10000"},
     {"cur_mul", "bigint, bigint", "bigint", "CAST(kp._even(CAST($1 AS numeric) * $2 / 10000) AS bigint)"},
@@ -37,6 +43,32 @@ constexpr ServerFunction kFunctions[] = {
     {"date_number", "timestamp", "double precision", "kp._serial($1)"},
     {"date_add", "timestamp, double precision", "timestamp", "kp._of_serial(kp._serial($1) + $2)"},
     {"date_diff", "timestamp, timestamp", "double precision", "kp._serial($1) - kp._serial($2)"},
+    {"dateadd", "bpchar, double precision, timestamp", "timestamp",
+     "CASE kp._lower($1) COLLATE \"C\" WHEN 'yyyy' THEN $3 + make_interval(years => round($2)::integer) WHEN 'q' THEN $3 + "
+     "make_interval(months => 3 * round($2)::integer) WHEN 'm' THEN $3 + make_interval(months => round($2)::integer) WHEN "
+     "'ww' THEN $3 + make_interval(weeks => round($2)::integer) WHEN 'h' THEN $3 + make_interval(hours => "
+     "round($2)::integer) WHEN 'n' THEN $3 + make_interval(mins => round($2)::integer) WHEN 's' THEN $3 + "
+     "make_interval(secs => round($2)) WHEN 'd' THEN $3 + make_interval(days => round($2)::integer) WHEN 'w' THEN $3 + "
+     "make_interval(days => round($2)::integer) WHEN 'y' THEN $3 + make_interval(days => round($2)::integer) ELSE "
+     "kp._fail('KP005', 'Invalid procedure call or argument: ' || $1, $3) END"},
+    {"_seconds", "text, timestamp, timestamp", "numeric",
+     "extract(epoch FROM date_trunc($1, $3) - date_trunc($1, $2))"},
+    {"datediff", "bpchar, timestamp, timestamp", "integer",
+     "CAST(CASE kp._lower($1) COLLATE \"C\" WHEN 'yyyy' THEN extract(year FROM $3) - extract(year FROM $2) WHEN 'q' THEN 4 "
+     "* (extract(year FROM $3) - extract(year FROM $2)) + extract(quarter FROM $3) - extract(quarter FROM $2) WHEN 'm' "
+     "THEN 12 * (extract(year FROM $3) - extract(year FROM $2)) + extract(month FROM $3) - extract(month FROM $2) WHEN 'd' "
+     "THEN $3::date - $2::date WHEN 'y' THEN $3::date - $2::date WHEN 'w' THEN trunc(($3::date - $2::date) / 7.0) WHEN "
+     "'ww' THEN (($3::date - extract(dow FROM $3)::integer) - ($2::date - extract(dow FROM $2)::integer)) / 7 WHEN 'h' "
+     "THEN kp._seconds('hour', $2, $3) / 3600 WHEN 'n' THEN kp._seconds('minute', $2, $3) / 60 WHEN 's' THEN "
+     "kp._seconds('second', $2, $3) ELSE kp._fail('KP005', 'Invalid procedure call or argument: ' || $1, CAST(NULL AS "
+     "numeric)) END AS integer)"},
+    {"datepart", "bpchar, timestamp", "integer",
+     "CAST(CASE kp._lower($1) COLLATE \"C\" WHEN 'yyyy' THEN extract(year FROM $2) WHEN 'q' THEN extract(quarter FROM $2) "
+     "WHEN 'm' THEN extract(month FROM $2) WHEN 'y' THEN extract(doy FROM $2) WHEN 'd' THEN extract(day FROM $2) WHEN 'w' "
+     "THEN extract(dow FROM $2) + 1 WHEN 'ww' THEN div(extract(doy FROM $2) - 1 + extract(dow FROM date_trunc('year', "
+     "$2)), 7) + 1 WHEN 'h' THEN extract(hour FROM $2) WHEN 'n' THEN extract(minute FROM $2) WHEN 's' THEN extract(second "
+     "FROM $2) ELSE kp._fail('KP005', 'Invalid procedure call or argument: ' || $1, CAST(NULL AS numeric)) END AS "
+     "integer)"},
     {"dateserial", "double precision, double precision, double precision", "timestamp",
      "make_date(CASE WHEN round($1) BETWEEN 0 AND 29 THEN 2000 WHEN round($1) BETWEEN 30 AND 99 THEN 1900 ELSE 0 END + "
      "round($1)::integer, 1, 1) + make_interval(months => round($2)::integer - 1, days => round($3)::integer - 1)"},
@@ -47,12 +79,16 @@ constexpr ServerFunction kFunctions[] = {
     {"div", "double precision, double precision", "double precision", "$1 / $2"},
     {"exp", "double precision", "double precision", "exp($1)"},
     {"fit", "bpchar, integer, bpchar", "kp.text",
-     "CASE WHEN char_length(kp._raw($1)) > $2 THEN kp._text(kp._fail('22003', 'Overflow: the text for ''' || $3 || "
-     "''' has more than ' || $2 || ' characters', kp._raw($1))) ELSE kp._text(kp._raw($1)) END"},
+     "CASE WHEN char_length(kp._raw($1)) > $2 THEN kp._text(kp._fail('22003', 'The field ''' || $3 || ''' is too small "
+     "for a text of ' || char_length(kp._raw($1)) || ' characters: it takes ' || $2, kp._raw($1))) ELSE "
+     "kp._text(kp._raw($1)) END"},
     {"fix", "double precision", "double precision", "trunc($1)"},
     {"hour", "timestamp", "integer", "CAST(extract(hour FROM $1) AS integer)"},
     {"idiv", "double precision, double precision", "bigint", "CAST(round($1) AS bigint) / CAST(round($2) AS bigint)"},
     {"instr", "bpchar, bpchar", "integer", "strpos(kp._lower($1) COLLATE \"C\", kp._lower($2) COLLATE \"C\")"},
+    {"instr", "double precision, bpchar, bpchar", "integer",
+     "COALESCE(NULLIF(strpos(substr(kp._lower($2), kp._count($1)) COLLATE \"C\", kp._lower($3) COLLATE \"C\"), 0) + "
+     "kp._count($1) - 1, 0)"},
     {"int", "double precision", "double precision", "floor($1)"},
     {"join", "bpchar, bpchar", "kp.text",
      "CASE WHEN $1 IS NOT NULL OR $2 IS NOT NULL THEN kp._text(COALESCE(kp._raw($1), '') || COALESCE(kp._raw($2), '')) "
@@ -75,6 +111,10 @@ constexpr ServerFunction kFunctions[] = {
     {"month", "timestamp", "integer", "CAST(extract(month FROM $1) AS integer)"},
     {"now", "", "timestamp", "CAST(localtimestamp(0) AS timestamp)", kVolatile},
     {"pow", "double precision, double precision", "double precision", "power($1, $2)"},
+    {"_escaped", "text", "text", "regexp_replace($1 COLLATE \"C\", '([].^$*+?(){}|\\\\[])', '\\\\\\1', 'g')"},
+    {"replace", "bpchar, bpchar, bpchar", "kp.text",
+     "CASE WHEN char_length(kp._raw($2)) = 0 THEN kp._text(kp._raw($1)) ELSE kp._text(regexp_replace(kp._raw($1) COLLATE "
+     "\"C\", kp._escaped(kp._raw($2)), replace(kp._raw($3) COLLATE \"C\", '\\', '\\\\'), 'gi')) END"},
     {"right", "bpchar, double precision", "kp.text", "kp._text(\"right\"(kp._raw($1), kp._count($2)))"},
     {"round", "double precision, double precision", "double precision",
      "CAST(kp._even(CAST($1 AS numeric) * power(10.0, CAST($2 AS numeric))) / power(10.0, CAST($2 AS numeric)) AS "
@@ -84,6 +124,8 @@ constexpr ServerFunction kFunctions[] = {
     {"sgn", "double precision", "integer", "CAST(sign($1) AS integer)"},
     {"space", "double precision", "kp.text", "kp._text(repeat(' ', kp._count($1)))"},
     {"sqr", "double precision", "double precision", "sqrt($1)"},
+    {"strcomp", "bpchar, bpchar", "integer", "CASE WHEN $1 < $2 THEN -1 WHEN $1 = $2 THEN 0 WHEN $1 > $2 THEN 1 END"},
+    {"string", "double precision, bpchar", "kp.text", "kp._text(repeat(\"left\"(kp._raw($2), 1), kp._count($1)))"},
     {"strreverse", "bpchar", "kp.text", "kp._text(reverse(kp._raw($1)))"},
     {"substr", "bpchar, integer, integer", "kp.text", "kp._text(substr(kp._raw($1), $2, $3))"},
     {"text_boolean", "integer", "kp.text", "kp._text(CASE WHEN $1 <> 0 THEN 'True' WHEN $1 = 0 THEN 'False' END)"},
@@ -93,17 +135,31 @@ constexpr ServerFunction kFunctions[] = {
      "CASE WHEN CAST($1 AS time) <> TIME '0:00' OR CAST($1 AS date) = DATE '1899-12-30' THEN to_char($1, "
      "'FMHH24:MI:SS') END))"},
     {"text_double", "double precision", "kp.text", "kp._text(CAST(trim_scale(CAST($1 AS numeric)) AS text))"},
+    {"str", "double precision", "kp.text",
+     "kp._text(CASE WHEN $1 >= 0 THEN ' ' ELSE '' END || kp._raw(kp.text_double($1)))"},
     {"to_boolean", "double precision", "integer", "-CAST($1 <> 0 AS integer)"},
+    {"_is_number", "text", "boolean",
+     "$1 COLLATE \"C\" ~ '^\\s*[-+]?(\\d[\\d,]*\\.?\\d*|\\.\\d+)([eEdD][-+]?\\d+)?\\s*$'"},
+    {"isnumeric", "bpchar", "boolean", "COALESCE(kp._is_number(kp._raw($1)), FALSE)"},
     {"to_double", "bpchar", "double precision",
-     "CASE WHEN (kp._raw($1) COLLATE \"C\") ~ '^\\s*[-+]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][-+]?\\d+)?\\s*$' THEN CAST(translate("
-     "btrim((kp._raw($1) COLLATE \"C\")), 'dD', 'ee') AS double precision) ELSE kp._fail('22018', 'Type mismatch: ''' || "
-     "(kp._raw($1) COLLATE \"C\") || ''' is not a number', CAST(NULL AS double precision)) END"},
-    {"to_date", "bpchar", "timestamp",
-     "CASE WHEN (kp._raw($1) COLLATE \"C\") ~ '^\\s*\\d{1,4}[-/.]\\d{1,2}[-/.]\\d{1,2}(\\s+\\d{1,2}:\\d{2}(:\\d{2})?)?\\s*$' THEN "
-     "kp.ymd(CAST(substring((kp._raw($1) COLLATE \"C\") FROM '\\d+') AS integer), CAST(substring((kp._raw($1) COLLATE \"C\") FROM "
-     "'[-/.](\\d+)[-/.]') AS integer), CAST(substring((kp._raw($1) COLLATE \"C\") FROM '[-/.]\\d+[-/.](\\d+)') AS integer)) + "
-     "CAST(COALESCE(substring((kp._raw($1) COLLATE \"C\") FROM '\\d+:[\\d:]+'), '0:00') AS time) ELSE kp._fail('22018', "
-     "'Type mismatch: ''' || (kp._raw($1) COLLATE \"C\") || ''' is not a date', CAST(NULL AS timestamp)) END"},
+     "CASE WHEN kp._is_number(kp._raw($1)) THEN CAST(translate(btrim(kp._raw($1) COLLATE \"C\"), 'dD,', 'ee') AS double "
+     "precision) ELSE kp._fail('22018', 'Type mismatch: ''' || kp._raw($1) || ''' is not a number', CAST(NULL AS double "
+     "precision)) END"},
+    {"val", "bpchar", "double precision",
+     "COALESCE(CAST(substring(kp._raw($1) COLLATE \"C\" FROM '^\\s*([-+]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][-+]?\\d+)?)') AS "
+     "double precision), 0)"},
+    // y-m-d [h:m[:s]] of the forms in which a date is written.
+    {"_date_text", "text", "text",
+     "regexp_replace(regexp_replace(regexp_replace(regexp_replace(btrim($1 COLLATE \"C\"), '\\s*([-/.])\\s*', '\\1', 'g'), "
+     "'^(\\d{4})(\\d\\d)(\\d\\d)(?!\\d)', '\\1-\\2-\\3'), '^(\\d{1,2})/(\\d{1,2})/(\\d{4})', '\\3-\\1-\\2'), "
+     "'^(\\d+)年(\\d+)月(\\d+)日', '\\1-\\2-\\3')"},
+    {"_to_date", "text, text", "timestamp",
+     "CASE WHEN $1 COLLATE \"C\" ~ '^\\d{1,4}[-/.]\\d{1,2}[-/.]\\d{1,2}(\\s+\\d{1,2}:\\d{2}(:\\d{2})?)?$' THEN "
+     "kp.ymd(CAST(substring($1 COLLATE \"C\" FROM '\\d+') AS integer), CAST(substring($1 COLLATE \"C\" FROM "
+     "'[-/.](\\d+)[-/.]') AS integer), CAST(substring($1 COLLATE \"C\" FROM '[-/.]\\d+[-/.](\\d+)') AS integer)) + "
+     "CAST(COALESCE(substring($1 COLLATE \"C\" FROM '\\d+:[\\d:]+'), '0:00') AS time) ELSE kp._fail('22018', "
+     "'Type mismatch: ''' || $2 || ''' is not a date', CAST(NULL AS timestamp)) END"},
+    {"to_date", "bpchar", "timestamp", "kp._to_date(kp._date_text(kp._raw($1)), kp._raw($1))"},
     {"to_date", "double precision", "timestamp", "kp._of_serial($1)"},
     {"server_date", "bpchar", "timestamp", "kp.to_date($1)"},
     {"server_date", "double precision", "timestamp", "kp._of_serial($1 + 2)"},
