@@ -97,6 +97,15 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
     return Finished(shown, sink);
 }
 
+int Database::SchemaChanges() noexcept {
+    const Library& library = LoadedLibrary();
+    while (PGnotify* const told = library.Notifies(connection_.get())) {
+        ++schemaChanges_;
+        library.FreeMemory(told);
+    }
+    return schemaChanges_;
+}
+
 bool Database::InTransaction() const noexcept {
     const auto status = LoadedLibrary().TransactionStatus(connection_.get());
     return status == PQTRANS_INTRANS || status == PQTRANS_INERROR || status == PQTRANS_ACTIVE;

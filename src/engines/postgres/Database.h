@@ -81,6 +81,9 @@ public:
     /// It has ended with its transaction or level.
     void ForgetSavepoint() noexcept { hasSavepoint_ = false; }
 
+    /// How often the server has told so far that a program has changed the book's schema.
+    int SchemaChanges() noexcept;
+
     bool InTransaction() const noexcept;
     bool IsConnected() const noexcept;
     /// Nothing is interrupted while it is false.
@@ -111,6 +114,7 @@ private:
     bool interruptible_ = true;
     bool hasSavepoint_ = false;
     int prepared_ = 0;
+    int schemaChanges_ = 0;
     std::vector<std::string> forgotten_;
 };
 

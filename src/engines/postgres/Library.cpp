@@ -45,6 +45,8 @@ Library Load() {
     Find(handle, library.ConsumeInput, "PQconsumeInput");
     Find(handle, library.IsBusy, "PQisBusy");
     Find(handle, library.GetResult, "PQgetResult");
+    Find(handle, library.Notifies, "PQnotifies");
+    Find(handle, library.FreeMemory, "PQfreemem");
     Find(handle, library.GetCancel, "PQgetCancel");
     Find(handle, library.Cancel, "PQcancel");
     Find(handle, library.FreeCancel, "PQfreeCancel");

@@ -24,6 +24,8 @@ struct Library {
     decltype(&PQconsumeInput) ConsumeInput;
     decltype(&PQisBusy) IsBusy;
     decltype(&PQgetResult) GetResult;
+    decltype(&PQnotifies) Notifies;
+    decltype(&PQfreemem) FreeMemory;
     decltype(&PQgetCancel) GetCancel;
     decltype(&PQcancel) Cancel;
     decltype(&PQfreeCancel) FreeCancel;

@@ -29,7 +29,8 @@ std::string Settings(const std::string& book, std::chrono::milliseconds busyTime
     return "SET search_path = " + QuotedName(book) +
            "; SET client_min_messages = error; SET lock_timeout = " + std::to_string(busyTimeout.count()) +
            "; SET client_encoding = 'UTF8'; SET datestyle = 'ISO'; SET standard_conforming_strings = on; "
-           "SET bytea_output = 'hex'; SET jit = off";
+           "SET jit = off; LISTEN " +
+           QuotedName(book);
 }
 
 std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& url,

@@ -23,7 +23,10 @@ constexpr TextOrder kBookTexts = {text::CompareTexts, KeyOfText};
 class PreparedStatement final : public engines::Statement {
 public:
     PreparedStatement(Database& database, const engines::Limits& limits, std::string_view text)
-        : database_(database), limits_(limits), name_(database.Guarded([&] { return database.Prepare(text, text); })) {}
+        : database_(database),
+          limits_(limits),
+          name_(database.Guarded([&] { return database.Prepare(text, text); })),
+          schemaChanges_(database.SchemaChanges()) {}
     ~PreparedStatement() override { database_.Forget(std::move(name_)); }
     PreparedStatement(const PreparedStatement&) = delete;
     PreparedStatement& operator=(const PreparedStatement&) = delete;
@@ -45,12 +48,16 @@ public:
         return Changing(database_, [&] { return database_.RunPrepared(name_, parameters_, shown).AffectedRows(); });
     }
 
-    bool TakeSchemaChange() noexcept override { return false; }
+    bool TakeSchemaChange() noexcept override {
+        const int before = std::exchange(schemaChanges_, database_.SchemaChanges());
+        return before != schemaChanges_;
+    }
 
 private:
     Database& database_;
     const engines::Limits& limits_;
     std::string name_;
+    int schemaChanges_;
     Parameters parameters_;
 };
 
@@ -58,7 +65,9 @@ private:
 class SchemaStatement final : public engines::Statement {
 public:
     SchemaStatement(Database& database, std::string_view text)
-        : database_(database), text_(std::string(text) + "; UPDATE kp_book SET version = version + 1") {}
+        : database_(database),
+          text_(std::string(text) +
+                "; UPDATE kp_book SET version = version + 1; SELECT pg_notify(current_schema(), '')") {}
 
     void Bind(const std::vector<sql::Parameter>& /*parameters*/, const std::vector<sql::LiteralValue>& /*literals*/,
               std::string_view /*shown*/) override {}
