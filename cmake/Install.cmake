@@ -3,7 +3,7 @@
 include(CMakePackageConfigHelpers)
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME dev)
 set(cmakeFiles ${CMAKE_INSTALL_LIBDIR}/cmake/kpTables)
-install(TARGETS kpTables kpTablesText kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesSqlite kpTablesEngines kpTablesBookkeeping
+install(TARGETS kpTables kpTablesText kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesPostgres kpTablesSqlite kpTablesEngines kpTablesBookkeeping
         EXPORT kpTablesTargets)
 if(KPTABLES_SHARED)
   install(TARGETS kpTablesShared EXPORT kpTablesTargets LIBRARY COMPONENT shared NAMELINK_COMPONENT dev)

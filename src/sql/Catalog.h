@@ -24,6 +24,7 @@ struct CatalogColumn {
 struct CatalogTable {
     std::string name;  ///< as the engine spells it
     std::vector<CatalogColumn> columns;
+    std::string rowId = {};  ///< the name of the row id, where it differs from table to table
 };
 
 class Catalog {

@@ -9,7 +9,11 @@ namespace {
 
 Translation Finished(bind::BoundStatement statement, const print::Engine& engine,
                      std::span<const rewrite::Rule> rules) {
-    for (const rewrite::Rule& rule : rules) rule.apply(statement);
+    for (const rewrite::Rule& rule : rules) {
+        if (rule.readsDependentColumns && !engine.ReadsDependentColumns()) continue;
+        if (rule.breaksTies && engine.KeepsTies()) continue;
+        rule.apply(statement);
+    }
     return print::Print(statement, engine);
 }
 

@@ -15,7 +15,7 @@ using namespace test;
 
 class Appender : public testing::Test {
 protected:
-    BookPtr book_ = CreateBook("memory:");
+    BookPtr book_ = NewBook();
 };
 
 std::int32_t Id(int id) { return id; }
@@ -71,8 +71,8 @@ TEST_F(Appender, ItsRowsBelongToTheHostsTransaction) {
 
 TEST(AppenderOfAFile, SavesWhatAnOpenRecordsetHasWritten) {
     const TemporaryDirectory directory;
-    const auto book = CreateBook(directory.File("book"));
-    const auto reader = OpenBook(directory.File("book"));
+    const auto book = CreateBook(directory.Book("book"));
+    const auto reader = OpenBook(directory.Book("book"));
     const auto opened = book->Open("系统选项", SourceKind::Table);
     opened->AddNew();
     opened->Fields("Item").SetValue("a");

@@ -17,7 +17,7 @@ const TableInfo* Find(const std::vector<TableInfo>& tables, std::string_view nam
 }
 
 TEST(Catalog, TablesComeInTheSchemasOrder) {
-    const auto book = CreateBook("memory:");
+    const auto book = NewBook();
     book->Execute("CREATE TABLE 另表 (a LONG)");
     const auto tables = book->Tables();
     ASSERT_GE(tables.size(), 3u);
@@ -27,7 +27,7 @@ TEST(Catalog, TablesComeInTheSchemasOrder) {
 }
 
 TEST(Catalog, ColumnsHaveTypesDefaultsAndKeys) {
-    const auto book = CreateBook("memory:");
+    const auto book = NewBook();
     book->Execute(
         "CREATE TABLE T (k COUNTER PRIMARY KEY, b YESNO DEFAULT True, s SHORT NOT NULL, l LONG DEFAULT 5, d DOUBLE, "
         "c CURRENCY DEFAULT 1.5, t DATETIME, x TEXT(20) DEFAULT 'it''s', m MEMO)");
@@ -60,7 +60,7 @@ TEST(Catalog, ColumnsHaveTypesDefaultsAndKeys) {
 }
 
 TEST(Catalog, AKeyOfOneNumberIsRequired) {
-    const auto book = CreateBook("memory:");
+    const auto book = NewBook();
     book->Execute("CREATE TABLE T (k LONG PRIMARY KEY, x TEXT(5))");
     book->Execute("CREATE TABLE U (a LONG, b TEXT(5), CONSTRAINT pk PRIMARY KEY (a, b))");
     const auto tables = book->Tables();
@@ -79,7 +79,7 @@ TEST(Catalog, HeaderHasTheNamesOfItsDialect) {
     };
     for (const auto& [dialect, table, position] :
          {Case{HeaderDialect::Jet, "Table", "Index"}, Case{HeaderDialect::SqlServer, "TableName", "ColIndex"}}) {
-        const auto book = CreateBook("memory:", {.header = dialect});
+        const auto book = NewBook({.header = dialect});
         const auto tables = book->Tables();
         const TableInfo* header = Find(tables, "Header");
         ASSERT_TRUE(header);
@@ -93,9 +93,9 @@ TEST(Catalog, HeaderHasTheNamesOfItsDialect) {
 
 TEST(Catalog, SeesAnotherProgramsTable) {
     const TemporaryDirectory directory;
-    const auto book = CreateBook(directory.File("book"));
+    const auto book = CreateBook(directory.Book("book"));
     const auto before = book->Tables().size();
-    OpenBook(directory.File("book"))->Execute("CREATE TABLE T (a LONG)");
+    OpenBook(directory.Book("book"))->Execute("CREATE TABLE T (a LONG)");
     EXPECT_EQ(book->Tables().size(), before + 1);
 }
 

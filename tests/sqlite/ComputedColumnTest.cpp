@@ -32,7 +32,7 @@ protected:
     }
     void Run(std::string_view text) { book->Execute(text); }
 
-    BookPtr book = CreateBook("memory:");
+    BookPtr book = NewBook();
 };
 
 TEST_F(ProjectNames, AMonthListsTheProjectsOfItsBills) {

@@ -65,8 +65,8 @@ std::string MessageOf(Connection& book, const corpus::Statement& statement) {
 
 TEST(Corpus, EveryTextRunsButThoseNamed) {
     // The table Header has the names of one dialect.
-    const BookPtr books[] = {CreateBook("memory:", {.header = HeaderDialect::Jet}),
-                             CreateBook("memory:", {.header = HeaderDialect::SqlServer})};
+    const BookPtr books[] = {test::NewBook({.header = HeaderDialect::Jet}),
+                             test::NewBook({.header = HeaderDialect::SqlServer})};
     std::ptrdiff_t refused = 0;
     for (const corpus::SentText& text : corpus::Texts()) {
         if (!text.statement->refusal.empty()) continue;
@@ -110,7 +110,7 @@ TEST(Corpus, EveryTextMeansTheSameInBothDialects) {
 }
 
 TEST(Corpus, EveryTableThatIsOpenedExists) {
-    const auto book = CreateBook("memory:");
+    const auto book = test::NewBook();
     int opened = 0;
     for (const corpus::Case& each : corpus::Cases()) {
         for (const corpus::Statement& statement : each.jet) {

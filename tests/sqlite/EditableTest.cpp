@@ -20,7 +20,7 @@ protected:
     RecordsetPtr Select(std::string_view text) { return book->Open(text, SourceKind::Text); }
     std::string Names() { return RowsOf(*book, "Select dpID, 仓库名称 From 仓库设置 Order By dpID"); }
 
-    BookPtr book = CreateBook("memory:");
+    BookPtr book = NewBook();
 };
 
 TEST_F(Editable, ReadsTablesAndSelects) {
@@ -274,22 +274,22 @@ TEST_F(Editable, ACounterThatIsUsedUpAddsNothing) {
 
 TEST_F(Editable, SeesAnotherProgramsNewColumn) {
     const TemporaryDirectory directory;
-    const auto mine = CreateBook(directory.File("book"));
+    const auto mine = CreateBook(directory.Book("book"));
     mine->Execute("CREATE TABLE T (a LONG)");
     EXPECT_EQ(mine->Open("T", SourceKind::Table)->FieldCount(), 1);
-    OpenBook(directory.File("book"))->Execute("ALTER TABLE T ADD COLUMN b TEXT(10)");
+    OpenBook(directory.Book("book"))->Execute("ALTER TABLE T ADD COLUMN b TEXT(10)");
     EXPECT_EQ(mine->Open("T", SourceKind::Table)->FieldCount(), 2);
     EXPECT_EQ(mine->Open("Select * From T", SourceKind::Text)->FieldCount(), 2);
 }
 
 TEST_F(Editable, ASelectThatIsOpenedAgainSeesAnotherProgramsColumns) {
     const TemporaryDirectory directory;
-    const auto mine = CreateBook(directory.File("book"));
+    const auto mine = CreateBook(directory.Book("book"));
     mine->Execute("CREATE TABLE T (a LONG, b TEXT(10))");
     mine->Execute("Insert Into T Values (1, 'x')");
     const auto open = [&] { return mine->Open("Select * From T", SourceKind::Text); };
     EXPECT_EQ(RowsOf(*open()), "1|x");
-    const auto other = OpenBook(directory.File("book"));
+    const auto other = OpenBook(directory.Book("book"));
     other->Execute("ALTER TABLE T ADD COLUMN c CURRENCY");
     other->Execute("Update T Set c=1.5");
 
@@ -304,11 +304,11 @@ TEST_F(Editable, ASelectThatIsOpenedAgainSeesAnotherProgramsColumns) {
 
 TEST_F(Editable, ASelectIsRefusedWhenAnotherProgramHasTurnedItsColumnsRound) {
     const TemporaryDirectory directory;
-    const auto mine = CreateBook(directory.File("book"));
+    const auto mine = CreateBook(directory.Book("book"));
     mine->Execute("CREATE TABLE T (a LONG, b TEXT(10))");
     const auto open = [&] { return mine->Open("Select * From T", SourceKind::Text); };
     EXPECT_TRUE(open()->Eof());
-    const auto other = OpenBook(directory.File("book"));
+    const auto other = OpenBook(directory.Book("book"));
     other->Execute("DROP TABLE T");
     other->Execute("CREATE TABLE T (b TEXT(10), a LONG)");
     EXPECT_EQ(NumberOf([&] { open()->Eof(); }), Code(DatabaseErrorNumber::Failure));
@@ -332,14 +332,14 @@ TEST_F(Editable, OutlivesTheConnection) {
     const TemporaryDirectory directory;
     RecordsetPtr rows;
     {
-        const auto file = CreateBook(directory.File("book"));
+        const auto file = CreateBook(directory.Book("book"));
         rows = file->Open("仓库设置", SourceKind::Table);
     }
     rows->AddNew();
     rows->Fields("仓库名称").SetValue("甲");
     rows->Update();
     rows.reset();
-    EXPECT_EQ(ValueOf(*OpenBook(directory.File("book")), "Select 仓库名称 From 仓库设置"), "甲");
+    EXPECT_EQ(ValueOf(*OpenBook(directory.Book("book")), "Select 仓库名称 From 仓库设置"), "甲");
 }
 
 TEST_F(Editable, OpensOfOneShapeWithOtherLiteralsAreIndependent) {

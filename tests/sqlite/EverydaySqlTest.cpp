@@ -63,7 +63,7 @@ bool IsStatement(const std::string& text) {
 class EverydaySql : public testing::TestWithParam<EverydayGroup> {};
 
 TEST_P(EverydaySql, AnswersAsListed) {
-    const auto book = CreateBook("memory:");
+    const auto book = NewBook();
     ASSERT_FALSE(GetParam().cases.empty());
     const bool server = GetParam().title.ends_with("SQL Server's dialect");
     book->Dialect(server ? SqlDialect::SqlServer : SqlDialect::Jet);

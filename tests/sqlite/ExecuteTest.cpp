@@ -15,7 +15,7 @@ protected:
     std::string Rows(std::string_view text) { return RowsOf(*book, text); }
     void Run(std::string_view text) { EXPECT_FALSE(book->Execute(text)) << text; }
 
-    BookPtr book = CreateBook("memory:");
+    BookPtr book = NewBook();
 };
 
 TEST_F(Execute, StoresEveryTypeAndGivesItBack) {
@@ -258,7 +258,7 @@ void PrintTo(const Refusal& refusal, std::ostream* out) { *out << refusal.text; 
 class ExecuteRefuses : public testing::TestWithParam<Refusal> {};
 
 TEST_P(ExecuteRefuses, WithNumberStatementAndPosition) {
-    const auto book = CreateBook("memory:");
+    const auto book = NewBook();
     book->Execute("Insert Into 仓库设置 (仓库名称) Values ('甲')");
     const auto error = Refused([&] { book->Execute(GetParam().text); });
     ASSERT_TRUE(error);
@@ -444,11 +444,11 @@ TEST_F(Execute, TheSchemaMayChange) {
 
 TEST(ExecuteOnAFile, SeesAnotherProgramsNewSchema) {
     const TemporaryDirectory directory;
-    const auto book = CreateBook(directory.File("book"));
+    const auto book = CreateBook(directory.Book("book"));
     book->Execute("CREATE TABLE T (a LONG)");
     book->Execute("Insert Into T (a) Values (1)");
     EXPECT_EQ(RowsOf(*book, "Select * From T"), "1");
-    const auto other = OpenBook(directory.File("book"));
+    const auto other = OpenBook(directory.Book("book"));
     other->Execute("ALTER TABLE T ADD COLUMN b CURRENCY");
     other->Execute("Update T Set b=1.5");
     EXPECT_EQ(RowsOf(*book, "Select * From T"), "1|1.5");

@@ -15,7 +15,7 @@ using Clock = std::chrono::steady_clock;
 
 /// A book with a table T of so many rows.
 BookPtr BookWith(NewBookOptions options, int rows) {
-    const BookPtr book = CreateBook("memory:", options);
+    const BookPtr book = NewBook(options);
     book->Execute("CREATE TABLE T (k COUNTER PRIMARY KEY, x TEXT(200), n LONG)");
     const auto appender = book->AppendTo("T", {"x", "n"});
     Transaction transaction(*book);
@@ -150,7 +150,7 @@ TEST_F(Interruptions, AreAskedForByAHostThatMayFail) {
 }
 
 TEST(Texts, ThatWouldGrowForMinutesAreErrors) {
-    const BookPtr book = CreateBook("memory:");
+    const BookPtr book = NewBook();
     book->Execute("CREATE TABLE T (n LONG)");
     book->Execute("Insert Into T (n) Values (9000000)");
     for (const char* text :

@@ -47,7 +47,7 @@ protected:
     }
     std::string Rows(const std::string& text) { return RowsOf(*book_, text); }
 
-    BookPtr book_ = CreateBook("memory:");
+    BookPtr book_ = NewBook();
 };
 
 TEST_F(LineSums, CrosstabOfProjectsAndMonths) {

@@ -19,7 +19,7 @@ protected:
     }
     std::string Rows(std::string_view text, const NamedValues& values) { return RowsOf(*book->Execute(text, values)); }
 
-    BookPtr book = CreateBook("memory:");
+    BookPtr book = NewBook();
 };
 
 TEST_F(BoundValue, EveryTypeIsStoredAsItIs) {

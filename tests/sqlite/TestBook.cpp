@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <exception>
 #include <system_error>
 
@@ -17,6 +18,12 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr uid_t kNobody = 65534;
+
+/// The place of a book on the server; "" without one.
+std::string PlaceOnServer(std::string_view name) {
+    const char* const server = std::getenv("KPTABLES_SERVER");
+    return server ? std::string(server).append("&book=").append(name) : std::string();
+}
 
 std::string RowText(Recordset& rows) {
     std::string text;
@@ -44,6 +51,17 @@ TemporaryDirectory::~TemporaryDirectory() {
 }
 
 std::string TemporaryDirectory::File(std::string_view name) const { return (path_ / name).string(); }
+
+std::string TemporaryDirectory::Book(std::string_view name) const {
+    const std::string place = PlaceOnServer(path_.filename().string().append(".").append(name));
+    return place.empty() ? File(name) : place;
+}
+
+BookPtr NewBook(const NewBookOptions& options) {
+    static std::atomic<int> number = 0;
+    const std::string place = PlaceOnServer(std::to_string(getpid()) + "-" + std::to_string(number++));
+    return CreateBook(place.empty() ? "memory:" : place, options);
+}
 
 std::string ValueOf(Connection& connection, std::string_view select) {
     const RecordsetPtr rows = connection.Execute(select);

@@ -23,11 +23,17 @@ public:
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
     std::string File(std::string_view name) const;
+    /// Where a book of that name is made: a file here, or a place on the server.
+    std::string Book(std::string_view name) const;
     const std::filesystem::path& Path() const noexcept { return path_; }
 
 private:
     std::filesystem::path path_;
 };
+
+/// A book of the test's own, in memory. Where the environment variable KPTABLES_SERVER has a server's URL the books of
+/// NewBook and TemporaryDirectory::Book are on that server.
+BookPtr NewBook(const NewBookOptions& options = {});
 
 /// First field of the first row, in its text form; "(no row)" when there is none.
 std::string ValueOf(Connection& connection, std::string_view select);

@@ -25,7 +25,7 @@ protected:
         EXPECT_EQ(error->Description(), complaint);
     }
 
-    BookPtr book = CreateBook("memory:");
+    BookPtr book = NewBook();
 };
 
 TEST_F(TextLength, ALongerTextIsRefusedInEveryStatement) {

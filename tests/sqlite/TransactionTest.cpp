@@ -23,7 +23,7 @@ protected:
     }
 
     TemporaryDirectory directory;
-    std::string path = directory.File("book");
+    std::string path = directory.Book("book");
     BookPtr book = CreateBook(path);
     BookPtr other = OpenBook(path, {.busyTimeout = std::chrono::milliseconds(20)});
 };

@@ -48,6 +48,21 @@ std::string_view Engine::ComparisonSign(bind::ComparisonOperator op) const {
     return {};
 }
 
+Piece Engine::Constant(const bind::ConstantTerm& constant) const {
+    if (constant.constantKind == bind::ConstantKind::Text) return {Text(constant.text)};
+    return {constant.text, constant.text.front() == '-' ? Precedence::Unary : Precedence::Primary};
+}
+
+Piece Engine::Condition(const bind::Term&, Piece piece) const { return piece; }
+
+Piece Engine::Item(const bind::Term&, Piece piece) const { return piece; }
+
+Piece Engine::Widened(const bind::Arithmetic&, Piece left) const { return left; }
+
+bool Engine::ReadsDependentColumns() const { return true; }
+
+bool Engine::KeepsTies() const { return true; }
+
 Piece Engine::PredicateValue(const Piece& predicate) const { return {"-(" + predicate.text + ")", Precedence::Unary}; }
 
 Piece Engine::Likely(Piece condition) const { return condition; }

@@ -20,14 +20,21 @@ public:
     virtual std::string Name(std::string_view name) const;
     virtual std::string Text(std::string_view text) const;
     virtual std::string Parameter(int number, const bind::ParameterTerm& parameter) const = 0;
-    /// The engine's name of the function with this neutral name.
+    /// The engine's name of the function with this neutral name; "" when the engine has no such function.
     virtual std::string FunctionName(std::string_view function) const = 0;
     virtual std::string AggregateName(bind::AggregateFunction function) const = 0;
     virtual std::string_view ComparisonSign(bind::ComparisonOperator op) const;
+    virtual Piece Constant(const bind::ConstantTerm& constant) const;
 
     // ---- Values ----
     /// A predicate as -1 or 0.
     virtual Piece PredicateValue(const Piece& predicate) const;
+    /// A term where a condition stands; it may be a number, which holds unless it is 0.
+    virtual Piece Condition(const bind::Term& term, Piece piece) const;
+    /// A result column, which may be a predicate.
+    virtual Piece Item(const bind::Term& term, Piece piece) const;
+    /// The left operand of an operation whose result may need more bits than its operands.
+    virtual Piece Widened(const bind::Arithmetic& operation, Piece left) const;
     virtual Piece Converted(Piece operand, const bind::Conversion& conversion) const = 0;
     virtual Piece Checked(Piece operand, Type type) const = 0;
     virtual Piece Collated(Piece text) const = 0;
@@ -40,6 +47,10 @@ public:
     virtual std::size_t LongestChain() const = 0;
 
     // ---- Queries ----
+    /// Whether a query may read columns that its grouping keys determine without being keys themselves.
+    virtual bool ReadsDependentColumns() const;
+    /// Whether rows that are equal in the order of ORDER BY stay in the order in which they were found.
+    virtual bool KeepsTies() const;
     /// The name of the table's row id.
     virtual std::string RowIdName(const CatalogTable& table) const = 0;
     /// A row id to order by. filtered: a condition other than equalities excludes rows.

@@ -32,7 +32,9 @@ private:
     std::size_t LongChain(const std::vector<const bind::Term*>& spine) const;
     Piece Joined(const std::vector<const bind::Term*>& spine, std::size_t links, Piece first);
     Piece Compose(const bind::Term& term, std::vector<Piece> parts);
-    Piece Constant(const bind::ConstantTerm& constant) const;
+    Piece Call(const bind::CallTerm& call, const std::vector<Piece>& parts) const;
+    Piece Condition(const bind::Term& term);
+    Piece Case(const bind::CaseTerm& term, std::vector<Piece> parts) const;
     Piece Column(const bind::ColumnTerm& column);
     Piece Comparison(const bind::Comparison& term, std::vector<Piece> parts) const;
     Piece RowComparison(const bind::RowComparison& term, const std::vector<Piece>& parts) const;

@@ -71,7 +71,7 @@ std::string Printer::Table(const bind::Table& table) {
     std::string text = Table(*table.left);
     text += engine_.JoinWord(table.method);
     text += table.right->source ? Table(*table.right) : "(" + Table(*table.right) + ")";
-    return text + " ON " + Term(*table.on).text;
+    return text + " ON " + Condition(*table.on).text;
 }
 
 std::string Printer::SourceText(const bind::Source& source) {
@@ -83,7 +83,7 @@ std::string Printer::SourceText(const bind::Source& source) {
 }
 
 std::string Printer::Clause(std::string_view words, const bind::TermPtr& condition) {
-    return condition ? std::string(words) + Term(*condition).text : std::string();
+    return condition ? std::string(words) + Condition(*condition).text : std::string();
 }
 
 std::string Printer::Groups(const bind::Select& select) {
@@ -98,7 +98,7 @@ std::string Printer::Items(const bind::Select& select, bool labelled) {
     std::string text;
     for (const bind::Output& item : select.items) {
         text.append(text.empty() ? "" : ", ");
-        text += (select.comparesRows ? CollatedTerm(*item.term) : Term(*item.term)).text;
+        text += engine_.Item(*item.term, select.comparesRows ? CollatedTerm(*item.term) : Term(*item.term)).text;
         if (labelled || item.aliased) text += " AS " + engine_.Name(labelled ? item.label : item.name);
     }
     return text;

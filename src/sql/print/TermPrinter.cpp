@@ -2,6 +2,7 @@
 #include <functional>
 #include <utility>
 
+#include "sql/SqlError.h"
 #include "sql/print/Printer.h"
 
 namespace kpTables::sql::print {
@@ -85,25 +86,6 @@ std::string_view BodyOf(std::string_view text) {
     return text.substr(kCase.size(), text.size() - kCase.size() - kEnd.size());
 }
 
-// Engines limit the nesting: a case in the last result of a case continues it, and one in the first result does when
-// the condition is turned around.
-Piece Case(const bind::CaseTerm& term, const std::vector<Piece>& parts) {
-    if (IsNestedDeeply(term, false))
-        return {"CASE WHEN (" + parts[0].text + ") IS NOT TRUE THEN " + parts[2].text +
-                std::string(BodyOf(parts[1].text)) + " END"};
-    Piece piece{"CASE"};
-    std::size_t i = 0;
-    if (term.hasOperand) piece.text.append(" ").append(parts[i++].text);
-    for (; i + 1 < parts.size(); i += 2)
-        piece.text.append(" WHEN ").append(parts[i].text).append(" THEN ").append(parts[i + 1].text);
-    if (IsNestedDeeply(term, true))
-        piece.text.append(BodyOf(parts.back().text));
-    else if (term.hasElse)
-        piece.text.append(" ELSE ").append(parts.back().text);
-    piece.text.append(" END");
-    return piece;
-}
-
 }  // namespace
 
 Piece Printer::Term(const bind::Term& top) {
@@ -172,7 +154,7 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
             return {engine_.Parameter(parameters_.at(parameter.sequence), parameter)};
         }
         case TermKind::Constant:
-            return Constant(As<bind::ConstantTerm>(term));
+            return engine_.Constant(As<bind::ConstantTerm>(term));
         case TermKind::Column:
             return Column(As<bind::ColumnTerm>(term));
         case TermKind::RowId: {
@@ -180,8 +162,9 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
             return {SourceName(source) + "." + engine_.RowIdName(*source.table)};
         }
         case TermKind::Arithmetic: {
-            const auto op = As<bind::Arithmetic>(term).op;
-            return Operation(std::move(parts[0]), SignOf(op), std::move(parts[1]), PrecedenceOf(op));
+            const auto& operation = As<bind::Arithmetic>(term);
+            return Operation(engine_.Widened(operation, std::move(parts[0])), SignOf(operation.op), std::move(parts[1]),
+                             PrecedenceOf(operation.op));
         }
         case TermKind::Concatenation:
             return engine_.Concatenated(As<bind::Concatenation>(term), std::move(parts[0]), std::move(parts[1]));
@@ -209,15 +192,16 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
         case TermKind::Logic:
             return Logic(As<bind::Logic>(term), std::move(parts));
         case TermKind::Not:
-            return {"NOT " + Enclosed(std::move(parts[0]), Precedence::Not), Precedence::Not};
+            return {"NOT " + Enclosed(engine_.Condition(*term.operands[0], std::move(parts[0])), Precedence::Not),
+                    Precedence::Not};
         case TermKind::Call:
-            return Function(engine_.FunctionName(As<bind::CallTerm>(term).name), parts);
+            return Call(As<bind::CallTerm>(term), parts);
         case TermKind::Aggregate:
             return Aggregate(As<bind::Aggregate>(term), std::move(parts));
         case TermKind::Window:
             return Window(As<bind::WindowTerm>(term), std::move(parts));
         case TermKind::Case:
-            return Case(As<bind::CaseTerm>(term), parts);
+            return Case(As<bind::CaseTerm>(term), std::move(parts));
         case TermKind::DateOfParts:
             return Function(engine_.FunctionName("ymd"), parts);
         case TermKind::Conversion:
@@ -236,9 +220,36 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
     return {};
 }
 
-Piece Printer::Constant(const bind::ConstantTerm& constant) const {
-    if (constant.constantKind == bind::ConstantKind::Text) return {engine_.Text(constant.text)};
-    return {constant.text, constant.text.front() == '-' ? Precedence::Unary : Precedence::Primary};
+Piece Printer::Call(const bind::CallTerm& call, const std::vector<Piece>& parts) const {
+    const std::string name = engine_.FunctionName(call.name);
+    if (!name.empty()) return Function(name, parts);
+    throw SqlError(ErrorKind::Unsupported,
+                   "the book's engine does not have the function '" + std::string(call.name) + "'", call.offset);
+}
+
+Piece Printer::Condition(const bind::Term& term) { return engine_.Condition(term, Term(term)); }
+
+// Engines limit the nesting: a case in the last result of a case continues it, and one in the first result does when
+// the condition is turned around.
+Piece Printer::Case(const bind::CaseTerm& term, std::vector<Piece> parts) const {
+    if (!term.hasOperand) {
+        for (std::size_t i = 0; i + 1 < parts.size(); i += 2)
+            parts[i] = engine_.Condition(*term.operands[i], std::move(parts[i]));
+    }
+    if (IsNestedDeeply(term, false))
+        return {"CASE WHEN (" + parts[0].text + ") IS NOT TRUE THEN " + parts[2].text +
+                std::string(BodyOf(parts[1].text)) + " END"};
+    Piece piece{"CASE"};
+    std::size_t i = 0;
+    if (term.hasOperand) piece.text.append(" ").append(parts[i++].text);
+    for (; i + 1 < parts.size(); i += 2)
+        piece.text.append(" WHEN ").append(parts[i].text).append(" THEN ").append(parts[i + 1].text);
+    if (IsNestedDeeply(term, true))
+        piece.text.append(BodyOf(parts.back().text));
+    else if (term.hasElse)
+        piece.text.append(" ELSE ").append(parts.back().text);
+    piece.text.append(" END");
+    return piece;
 }
 
 Piece Printer::Column(const bind::ColumnTerm& column) {
@@ -261,6 +272,7 @@ Piece Printer::RowComparison(const bind::RowComparison& term, const std::vector<
 Piece Printer::Logic(const bind::Logic& term, std::vector<Piece> parts) const {
     const bool conjunction = term.op == bind::LogicOperator::And;
     for (std::size_t i = 0; i < parts.size(); ++i) {
+        parts[i] = engine_.Condition(*term.operands[i], std::move(parts[i]));
         const auto* inner = bind::If<bind::Logic>(term.operands[i]);
         if (inner && inner->isUnit) parts[i] = {"(" + parts[i].text + ")"};
     }
@@ -272,7 +284,10 @@ Piece Printer::Aggregate(const bind::Aggregate& term, std::vector<Piece> parts, 
     Piece argument = term.allRows ? Piece{"*"} : std::move(parts.front());
     if (term.distinct) argument.text.insert(0, "DISTINCT ");
     Piece call = Function(engine_.AggregateName(term.function), {std::move(argument)});
-    if (term.filtered) call.text.append(" FILTER (WHERE ").append(parts.back().text).append(")");
+    if (term.filtered)
+        call.text.append(" FILTER (WHERE ")
+            .append(engine_.Condition(*term.Filter(), std::move(parts.back())).text)
+            .append(")");
     call.text += over;
     return engine_.Aggregated(term, std::move(call));
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -58,9 +59,16 @@ private:
     bool isOpen_ = false;
 };
 
+/// A cross-tab without row headings is one group of all rows.
+bool IsOneRow(const Select& select) {
+    return std::ranges::any_of(select.items, [](const Output& item) {
+        return AnyTerm(*item.term, [](const Term& term) { return term.kind == TermKind::Aggregate; });
+    });
+}
+
 std::vector<OrderKey> OrderOf(const Select& select) {
     if (select.distinct) return PositionsOf(select);
-    if (!select.grouped) return RowIds(select).Take();
+    if (!select.grouped) return IsOneRow(select) ? std::vector<OrderKey>() : RowIds(select).Take();
     std::vector<OrderKey> order;
     for (const TermPtr& key : select.groupBy) order.push_back({key, kAscending, std::nullopt, kImplied});
     return order;
@@ -77,7 +85,27 @@ void Order(Query& query) {
     }
 }
 
+bool HasKey(const std::vector<OrderKey>& order, const OrderKey& key) {
+    return std::ranges::any_of(order, [&](const OrderKey& known) {
+        return (known.position && known.position == key.position) || SameTerm(*known.term, *key.term);
+    });
+}
+
+/// Rows that the statement's own keys leave equal come as if it had none.
+void BreakTies(Query& query) {
+    Select& first = query.members.front().select;
+    const bool isUnion = query.members.size() > 1;
+    std::vector<OrderKey>& order = isUnion ? query.orderBy : first.orderBy;
+    if (order.empty() || (isUnion && !ComparesRows(query))) return;
+    for (OrderKey& key : isUnion ? PositionsOf(first) : OrderOf(first)) {
+        key.isImplied = false;
+        if (!HasKey(order, key)) order.push_back(std::move(key));
+    }
+}
+
 }  // namespace
+
+void ImplyTies(BoundStatement& statement) { ForEachQuery(statement, BreakTies); }
 
 void ImplyOrder(BoundStatement& statement) { ForEachQuery(statement, Order); }
 

@@ -11,6 +11,10 @@ namespace kpTables::sql::rewrite {
 struct Rule {
     std::string_view name;
     void (*apply)(bind::BoundStatement& statement);
+    /// What it yields may read columns that the grouping keys determine.
+    bool readsDependentColumns = false;
+    /// It gives an order to rows that are equal in the statement's own.
+    bool breaksTies = false;
 };
 
 /// All rules, in the order of application.
@@ -36,6 +40,9 @@ void OrderJoins(bind::BoundStatement& statement);
 /// Where a statement leaves the order open, rows are ordered by its grouping keys, the columns of DISTINCT or UNION, or
 /// else the tables' row ids, on every engine alike.
 void ImplyOrder(bind::BoundStatement& statement);
+/// Likewise the rows that are equal in the statement's own order, for engines whose sorting does not keep the order of
+/// equal rows.
+void ImplyTies(bind::BoundStatement& statement);
 /// Selectivity hints for engines that keep no statistics: where a condition fixes one value in two tables and a range
 /// in one of them, most rows are assumed to be in the range: a warehouse's bills up to some month are many rows, a
 /// product's lines are few.

@@ -1,0 +1,42 @@
+// Who changes a book: one at a time, as with a book in a file, so that what a change has read stays true until it is
+// saved. Readers do not wait.
+#pragma once
+
+#include <string_view>
+#include <type_traits>
+
+#include "engines/postgres/Database.h"
+
+namespace kpTables::engines::postgres {
+
+/// Waits until no other connection has unsaved changes. Raises a DatabaseError when that takes too long.
+inline constexpr std::string_view kBeginChange = "BEGIN; LOCK TABLE kp_book IN EXCLUSIVE MODE";
+
+/// Undoes what an open transaction has done, ignoring errors.
+void RollBackQuietly(Database& database) noexcept;
+
+/// Begins a transaction for changes, or leaves none open.
+void BeginChange(Database& database);
+
+/// Runs a change, in the open transaction or in one of its own.
+template <class Work>
+auto Changing(Database& database, const Work& work) {
+    if (database.InTransaction()) return database.Guarded(work);
+    BeginChange(database);
+    struct Ending {
+        Database& database;
+        ~Ending() {
+            if (database.InTransaction()) RollBackQuietly(database);
+        }
+    } const ending{database};
+    if constexpr (std::is_void_v<decltype(work())>) {
+        work();
+        database.Run("COMMIT");
+    } else {
+        auto answer = work();
+        database.Run("COMMIT");
+        return answer;
+    }
+}
+
+}  // namespace kpTables::engines::postgres

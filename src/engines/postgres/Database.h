@@ -1,0 +1,121 @@
+// A connection to the schema of one book. Every result of libpq is checked here.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/postgres/Library.h"
+#include "engines/postgres/Parameters.h"
+
+namespace kpTables::engines::postgres {
+
+/// Rows that the server has answered with, in binary form unless a plain text was run.
+class Result {
+public:
+    explicit Result(PGresult* result = nullptr) noexcept : result_(result) {}
+
+    int Rows() const { return LoadedLibrary().Rows(Get()); }
+    int Columns() const { return LoadedLibrary().Columns(Get()); }
+    Oid TypeOf(int column) const { return LoadedLibrary().ColumnType(Get(), column); }
+    bool IsNull(int row, int column) const { return LoadedLibrary().IsNull(Get(), row, column) != 0; }
+    /// The value's bytes, valid as long as the result.
+    std::string_view Value(int row, int column) const;
+    /// A number in its written form.
+    std::int64_t Integer(int row, int column) const;
+    std::int64_t AffectedRows() const;
+
+    PGresult* Get() const noexcept { return result_.get(); }
+    explicit operator bool() const noexcept { return result_ != nullptr; }
+
+private:
+    struct Clear {
+        void operator()(PGresult* result) const noexcept { LoadedLibrary().Clear(result); }
+    };
+    std::unique_ptr<PGresult, Clear> result_;
+};
+
+/// Receives a query's rows, one at a time.
+using RowSink = std::function<void(const Result& row)>;
+
+class Database {
+public:
+    /// Raises a DatabaseError when the server cannot be reached or refuses the user. interrupted: see BookOptions.
+    Database(const std::string& connection, std::function<bool()> interrupted);
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    /// Runs statements separated by semicolons; the last one's result, with its values as texts.
+    Result Run(std::string_view text, std::string_view shown = {});
+    /// One statement with parameters, its values as texts.
+    Result Ask(std::string_view text, const Parameters& parameters);
+
+    /// Prepares a statement; its name.
+    std::string Prepare(std::string_view text, std::string_view shown);
+    /// Runs a prepared statement that answers with no rows, or with few: its values in binary form.
+    Result RunPrepared(const std::string& name, const Parameters& parameters, std::string_view shown);
+    /// Passes each row on; the values in binary form. The result that it returns has the columns, but no rows.
+    Result ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
+                        const RowSink& sink);
+    /// Frees a prepared statement at the next occasion.
+    void Forget(std::string name) { forgotten_.push_back(std::move(name)); }
+
+    /// A failed statement ends the server's transaction. Runs the work behind a savepoint, so that only what failed is
+    /// undone; outside a transaction just runs it.
+    template <class Work>
+    auto Guarded(const Work& work) {
+        if (!InTransaction()) return work();
+        SetSavepoint();
+        try {
+            return work();
+        } catch (...) {
+            ReturnToSavepoint();
+            throw;
+        }
+    }
+    /// Ends the savepoint of the last guarded statement: before a level begins or ends.
+    void DropSavepoint();
+    /// It has ended with its transaction or level.
+    void ForgetSavepoint() noexcept { hasSavepoint_ = false; }
+
+    /// How often the server has told so far that a program has changed the book's schema.
+    int SchemaChanges() noexcept;
+
+    bool InTransaction() const noexcept;
+    bool IsConnected() const noexcept;
+    /// Nothing is interrupted while it is false.
+    void Interruptible(bool is) noexcept { interruptible_ = is; }
+
+private:
+    struct Finish {
+        void operator()(PGconn* connection) const noexcept { LoadedLibrary().Finish(connection); }
+    };
+
+    void SetSavepoint();
+    void ReturnToSavepoint() noexcept;
+    void Sent(int success, std::string_view shown) const;
+    /// The host's answer.
+    bool IsToEnd() const noexcept;
+    /// The next result, null after the last one. Asks the host meanwhile whether to go on.
+    Result Next(std::string_view shown);
+    /// Reads all results; the last one. Raises the first error among them.
+    Result Finished(std::string_view shown, const RowSink& sink = {});
+    /// Reads and drops what is left of an unfinished statement.
+    void Drain() noexcept;
+    void Cancel() const noexcept;
+    [[noreturn]] void RaiseLost(std::string_view shown) const;
+    [[noreturn]] void RaiseError(const Result& failed, std::string_view shown) const;
+
+    std::unique_ptr<PGconn, Finish> connection_;
+    std::function<bool()> interrupted_;
+    bool interruptible_ = true;
+    bool hasSavepoint_ = false;
+    int prepared_ = 0;
+    int schemaChanges_ = 0;
+    std::vector<std::string> forgotten_;
+};
+
+}  // namespace kpTables::engines::postgres

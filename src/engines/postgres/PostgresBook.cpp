@@ -1,0 +1,148 @@
+#include "engines/postgres/PostgresBook.h"
+
+#include <memory>
+#include <utility>
+
+#include "BookSchema.h"
+#include "engines/common/EngineBook.h"
+#include "engines/postgres/BookLock.h"
+#include "engines/postgres/PostgresDriver.h"
+#include "engines/postgres/ServerUrl.h"
+#include "engines/postgres/SharedSchema.h"
+#include "kpTables/Error.h"
+#include "sql/print/postgres/PostgresEngine.h"
+
+namespace kpTables::engines::postgres {
+
+namespace {
+
+using sql::print::postgres::QuotedName;
+using sql::print::postgres::QuotedText;
+
+[[noreturn]] void RefuseBook(const std::string& url, const std::string& complaint,
+                             DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
+    throw DatabaseError(static_cast<std::int32_t>(number), "The book '" + url + "' cannot be " + complaint);
+}
+
+/// What a statement relies on, whatever the server's own settings are.
+std::string Settings(const std::string& book, std::chrono::milliseconds busyTimeout) {
+    return "SET search_path = " + QuotedName(book) +
+           "; SET client_min_messages = error; SET lock_timeout = " + std::to_string(busyTimeout.count()) +
+           "; SET client_encoding = 'UTF8'; SET datestyle = 'ISO'; SET standard_conforming_strings = on; "
+           "SET jit = off; LISTEN " +
+           QuotedName(book);
+}
+
+std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& url,
+                                    std::chrono::milliseconds busyTimeout, std::function<bool()> interrupted) {
+    try {
+        auto database = std::make_unique<Database>(parts.connection, std::move(interrupted));
+        database->Run(Settings(parts.book, busyTimeout));
+        return database;
+    } catch (const DatabaseError& error) {
+        RefuseBook(url, "opened: " + error.Description());
+    }
+}
+
+constexpr std::int64_t kUnfinished = 0;
+constexpr std::int64_t kNone = -1;
+
+/// The format that a book notes; kNone when the schema is no book's, kUnfinished while the book is made.
+std::int64_t FormatOf(Database& database, const std::string& book) {
+    const std::string table = QuotedName(book) + ".kp_book";
+    const Result found = database.Run("SELECT to_regclass(" + QuotedText(table) + ") IS NOT NULL");
+    if (found.Value(0, 0) != "t") return kNone;
+    return database.Run("SELECT format FROM " + table).Integer(0, 0);
+}
+
+bool HasSchema(Database& database, const std::string& book) {
+    return database.Run("SELECT count(*) FROM pg_namespace WHERE nspname = " + QuotedText(book)).Integer(0, 0) > 0;
+}
+
+void RemoveSchema(Database& database, const std::string& book) {
+    database.Run("DROP SCHEMA " + QuotedName(book) + " CASCADE");
+}
+
+void MakeSchema(Database& database, const std::string& book, const std::string& url) {
+    if (HasSchema(database, book)) {
+        if (FormatOf(database, book) != kUnfinished) RefuseBook(url, "made: there is one already");
+        RemoveSchema(database, book);
+    }
+    const std::string table = QuotedName(book) + ".kp_book";
+    database.Run("CREATE SCHEMA " + QuotedName(book) + "; CREATE TABLE " + table +
+                 " (format integer NOT NULL, version bigint NOT NULL, whole bigint, icu text); INSERT INTO " + table +
+                 " VALUES (" + std::to_string(kUnfinished) + ", 1, NULL, " + std::string(kActualIcuVersion) + ")");
+}
+
+void TakeSqlServerNames(Database& database) {
+    for (const auto& column : schema::kSqlServerNames) {
+        database.Run("ALTER TABLE " + QuotedName(column.table) + " RENAME COLUMN " + QuotedName(column.name) + " TO " +
+                     QuotedName(column.sqlServerName));
+    }
+}
+
+/// Makes the tables, and lets the host prepare the book that they are, in one transaction.
+void MakeBookTables(const engines::ExecutorPtr& executor, Database& database, const std::string& url,
+                    const NewBookOptions& options) {
+    executor->GetTransaction().Begin();
+    engines::CreateBookTables(*executor);
+    if (options.header == HeaderDialect::SqlServer) TakeSqlServerNames(database);
+    database.Run("UPDATE kp_book SET version = version + 1");
+    BookPtr book = engines::MakeBook(url, executor);
+    if (options.prepare) options.prepare(book);
+    book->FlushRows();
+    const std::weak_ptr<Book> kept = std::exchange(book, nullptr);
+    if (!kept.expired()) RefuseBook(url, "made: its preparation has kept it open");
+    database.Run("UPDATE kp_book SET format = " + std::to_string(schema::kFormat) + ", whole = version");
+    executor->GetTransaction().Commit();
+}
+
+}  // namespace
+
+BookPtr OpenOnServer(const std::string& address, const std::string& url, const BookOptions& options) {
+    const ServerUrl parts = ParseServerUrl(address, url);
+    auto database = Connected(parts, url, options.busyTimeout, options.interrupted);
+    const std::int64_t format = FormatOf(*database, parts.book);
+    if (format == kNone || format == kUnfinished) RefuseBook(url, "opened: the database has no book of that name");
+    if (format != schema::kFormat) {
+        RefuseBook(url, "opened: its format is " + std::to_string(format) + ", and this program's " +
+                            std::to_string(schema::kFormat));
+    }
+    if (!options.readOnly) BringIndexesUpToDate(*database, parts.book);
+    if (options.readOnly) database->Run("SET default_transaction_read_only = on");
+    auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), options.readOnly);
+    return engines::MakeBook(url, std::make_shared<engines::Executor>(std::move(driver)));
+}
+
+BookPtr CreateOnServer(const std::string& address, const std::string& url, const NewBookOptions& options) {
+    const ServerUrl parts = ParseServerUrl(address, url);
+    auto connected = Connected(parts, url, options.busyTimeout, options.interrupted);
+    Database& database = *connected;
+    MakeSharedSchema(database);
+    MakeSchema(database, parts.book, url);
+    auto driver = std::make_unique<PostgresDriver>(std::move(connected), engines::LimitsOf(options), false);
+    const auto executor = std::make_shared<engines::Executor>(std::move(driver));
+    try {
+        MakeBookTables(executor, database, url, options);
+    } catch (...) {
+        try {
+            RollBackQuietly(database);
+            RemoveSchema(database, parts.book);
+        } catch (const DatabaseError&) {
+            // The next attempt removes it.
+        }
+        throw;
+    }
+    return engines::MakeBook(url, executor);
+}
+
+BookUpgrade UpgradeOnServer(const std::string& address, const std::string& url, const UpgradeOptions& options) {
+    BookOptions open;
+    open.busyTimeout = options.busyTimeout;
+    const BookPtr book = OpenOnServer(address, url, open);
+    const auto missing = book->MissingParts();
+    if (!missing.empty()) RefuseBook(url, "upgraded: it lacks " + missing.front() + "; make a new one and copy it");
+    return {schema::kFormat, schema::kFormat, "", {}};
+}
+
+}  // namespace kpTables::engines::postgres

@@ -1,0 +1,15 @@
+// Books that a PostgreSQL server keeps: a schema each.
+#pragma once
+
+#include <string>
+
+#include "kpTables/Book.h"
+
+namespace kpTables::engines::postgres {
+
+// See OpenBook, CreateBook and UpgradeBook. address is the URL behind its scheme.
+BookPtr OpenOnServer(const std::string& address, const std::string& url, const BookOptions& options);
+BookPtr CreateOnServer(const std::string& address, const std::string& url, const NewBookOptions& options);
+BookUpgrade UpgradeOnServer(const std::string& address, const std::string& url, const UpgradeOptions& options);
+
+}  // namespace kpTables::engines::postgres

@@ -1,0 +1,181 @@
+#include "engines/postgres/PostgresDriver.h"
+
+#include <cstdint>
+#include <utility>
+
+#include "engines/common/LiteralBinding.h"
+#include "engines/postgres/BookLock.h"
+#include "engines/postgres/RowReader.h"
+#include "engines/postgres/TableWriter.h"
+#include "kpTables/Error.h"
+#include "sql/print/postgres/PostgresEngine.h"
+#include "text/TextOrder.h"
+
+namespace kpTables::engines::postgres {
+
+namespace {
+
+std::optional<std::uint64_t> KeyOfText(std::string_view text) noexcept { return text::HashOfText(text); }
+
+constexpr TextOrder kBookTexts = {text::CompareTexts, KeyOfText};
+
+/// A query or a change, prepared on the server.
+class PreparedStatement final : public engines::Statement {
+public:
+    PreparedStatement(Database& database, const engines::Limits& limits, std::string_view text)
+        : database_(database),
+          limits_(limits),
+          name_(database.Guarded([&] { return database.Prepare(text, text); })),
+          schemaChanges_(database.SchemaChanges()) {}
+    ~PreparedStatement() override { database_.Forget(std::move(name_)); }
+    PreparedStatement(const PreparedStatement&) = delete;
+    PreparedStatement& operator=(const PreparedStatement&) = delete;
+
+    void Bind(const std::vector<sql::Parameter>& parameters, const std::vector<sql::LiteralValue>& literals,
+              std::string_view shown) override {
+        engines::BindLiterals(parameters_, parameters, literals, shown);
+    }
+
+    std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) override {
+        return database_.Guarded([&] {
+            return postgres::ReadRows(
+                [&](const RowSink& sink) { database_.ReadPrepared(name_, parameters_, shown, sink); },
+                std::move(fields), shown, limits_);
+        });
+    }
+
+    std::int64_t Run(std::string_view shown) override {
+        return Changing(database_, [&] { return database_.RunPrepared(name_, parameters_, shown).AffectedRows(); });
+    }
+
+    bool TakeSchemaChange() noexcept override {
+        const int before = std::exchange(schemaChanges_, database_.SchemaChanges());
+        return before != schemaChanges_;
+    }
+
+private:
+    Database& database_;
+    const engines::Limits& limits_;
+    std::string name_;
+    int schemaChanges_;
+    Parameters parameters_;
+};
+
+/// A change of the schema, perhaps of several statements.
+class SchemaStatement final : public engines::Statement {
+public:
+    SchemaStatement(Database& database, std::string_view text)
+        : database_(database),
+          text_(std::string(text) +
+                "; UPDATE kp_book SET version = version + 1; SELECT pg_notify(current_schema(), '')") {}
+
+    void Bind(const std::vector<sql::Parameter>& /*parameters*/, const std::vector<sql::LiteralValue>& /*literals*/,
+              std::string_view /*shown*/) override {}
+    std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view /*shown*/) override {
+        return std::make_unique<recordset::RowStore>(std::move(fields));
+    }
+    std::int64_t Run(std::string_view shown) override {
+        Changing(database_, [&] { database_.Run(text_, shown); });
+        return 0;
+    }
+    bool TakeSchemaChange() noexcept override { return false; }
+
+private:
+    Database& database_;
+    std::string text_;
+};
+
+bool IsSchemaChange(std::string_view text) noexcept {
+    return text.starts_with("CREATE ") || text.starts_with("DROP ") || text.starts_with("ALTER ");
+}
+
+}  // namespace
+
+void ServerTransaction::RunWhole(std::string_view text) {
+    database_.Interruptible(false);
+    try {
+        database_.Run(text);
+    } catch (...) {
+        database_.Interruptible(true);
+        throw;
+    }
+    database_.Interruptible(true);
+}
+
+void ServerTransaction::Start(Use use) {
+    if (use == Use::ReadOrWrite && readOnly_) return RunWhole("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+    BeginChange(database_);
+}
+
+void ServerTransaction::Save() {
+    database_.ForgetSavepoint();
+    RunWhole("COMMIT");
+}
+
+void ServerTransaction::Undo() {
+    database_.ForgetSavepoint();
+    RunWhole("ROLLBACK");
+}
+
+void ServerTransaction::StartLevel() {
+    // Of savepoints with one name, the innermost is meant.
+    database_.DropSavepoint();
+    RunWhole("SAVEPOINT kp_level");
+}
+
+void ServerTransaction::MergeLevel() {
+    database_.DropSavepoint();
+    RunWhole("RELEASE kp_level");
+}
+
+void ServerTransaction::UndoLevel() {
+    database_.ForgetSavepoint();
+    RunWhole("ROLLBACK TO kp_level; RELEASE kp_level");
+}
+
+void ServerTransaction::Abandon() noexcept {
+    database_.ForgetSavepoint();
+    RollBackQuietly(database_);
+}
+
+PostgresDriver::PostgresDriver(std::unique_ptr<Database> database, engines::Limits limits, bool readOnly)
+    : database_(std::move(database)),
+      limits_(std::move(limits)),
+      catalog_(*database_),
+      transaction_(*database_, readOnly) {}
+
+const TextOrder& PostgresDriver::Texts() const noexcept { return kBookTexts; }
+
+std::unique_ptr<engines::Statement> PostgresDriver::Prepare(std::string_view text) {
+    if (IsSchemaChange(text)) return std::make_unique<SchemaStatement>(*database_, text);
+    return std::make_unique<PreparedStatement>(*database_, limits_, text);
+}
+
+std::shared_ptr<engines::RowWriter> PostgresDriver::MakeWriter(engines::WrittenTable table) {
+    const sql::CatalogTable* known = catalog_.Find(table.name);
+    const std::string rowId = known ? known->rowId : std::string();
+    return std::make_shared<TableWriter>(*database_, std::move(table), rowId);
+}
+
+void PostgresDriver::BackUp(const std::string& /*path*/) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                        "A book on a server is backed up on the server (with pg_dump, a schema each book), or copied "
+                        "into a file: kpbook copy BOOK FILE");
+}
+
+bool PostgresDriver::IsSchemaNoted() {
+    return database_->Guarded([&] { return database_->Run("SELECT whole = version FROM kp_book"); }).Value(0, 0) == "t";
+}
+
+void PostgresDriver::NoteSchema() noexcept {
+    if (database_->InTransaction()) return;
+    try {
+        database_->Run("UPDATE kp_book SET whole = version");
+    } catch (const DatabaseError&) {
+        return;  // Somebody who may only read.
+    }
+}
+
+const sql::print::Engine& PostgresDriver::Dialect() const noexcept { return sql::print::postgres::PostgresEngine(); }
+
+}  // namespace kpTables::engines::postgres

@@ -1,0 +1,72 @@
+#include "engines/postgres/ServerUrl.h"
+
+#include <charconv>
+#include <cstdint>
+#include <string_view>
+
+#include "kpTables/Error.h"
+
+namespace kpTables::engines::postgres {
+
+namespace {
+
+[[noreturn]] void RefuseUrl(const std::string& url, const char* complaint) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                        "The book '" + url + "' cannot be opened: " + complaint);
+}
+
+std::string Decoded(std::string_view encoded) {
+    constexpr int kHexadecimal = 16;
+    constexpr std::size_t kDigits = 2;
+    std::string decoded;
+    for (std::size_t i = 0; i < encoded.size(); ++i) {
+        unsigned char byte = 0;
+        const auto* const digits = encoded.data() + i + 1;
+        const bool isCode = encoded[i] == '%' && i + kDigits < encoded.size() &&
+                            std::from_chars(digits, digits + kDigits, byte, kHexadecimal).ptr == digits + kDigits;
+        decoded += isCode ? static_cast<char>(byte) : encoded[i];
+        if (isCode) i += kDigits;
+    }
+    return decoded;
+}
+
+bool HasPassword(std::string_view address) {
+    const auto begin = address.find("//");
+    if (begin == address.npos) return false;
+    const auto host = address.substr(begin + 2, address.find('/', begin + 2) - begin - 2);
+    const auto user = host.substr(0, host.find('@') == host.npos ? 0 : host.find('@'));
+    return user.find(':') != user.npos || address.find("password=") != address.npos;
+}
+
+}  // namespace
+
+ServerUrl ParseServerUrl(const std::string& address, const std::string& url) {
+    if (HasPassword(address)) {
+        RefuseUrl(
+            url, "a password does not belong into a URL; put it into the file ~/.pgpass or ask for it with PGPASSWORD");
+    }
+    const auto question = address.find('?');
+    ServerUrl parts{"postgresql:" + address.substr(0, question), ""};
+    char separator = '?';
+    for (auto at = question; at != std::string::npos;) {
+        const auto end = address.find('&', at + 1);
+        const std::string option = address.substr(at + 1, end == std::string::npos ? end : end - at - 1);
+        constexpr std::string_view kBook = "book=";
+        if (option.starts_with(kBook)) {
+            parts.book = Decoded(option.substr(kBook.size()));
+        } else if (!option.empty()) {
+            parts.connection.append(1, separator).append(option);
+            separator = '&';
+        }
+        at = end;
+    }
+    if (parts.book.empty()) RefuseUrl(url, "say which one, as in postgresql://user@host/database?book=2026");
+    constexpr std::size_t kLongestName = 63;
+    if (parts.book.size() > kLongestName || parts.book.starts_with("pg_") || parts.book == "kp" ||
+        parts.book == "public" || parts.book == "information_schema") {
+        RefuseUrl(url, "a book's name has at most 63 bytes, does not begin with pg_ and is none of the server's own");
+    }
+    return parts;
+}
+
+}  // namespace kpTables::engines::postgres

@@ -1,0 +1,41 @@
+#include "engines/postgres/SharedSchema.h"
+
+#include "engines/postgres/BookLock.h"
+#include "kpTables/Error.h"
+#include "sql/print/postgres/FunctionList.h"
+#include "sql/print/postgres/PostgresEngine.h"
+
+namespace kpTables::engines::postgres {
+
+namespace {
+
+bool IsUpToDate(Database& database) {
+    const std::string wanted = "kpTables " + std::to_string(sql::print::postgres::kSharedSchemaVersion);
+    const Result noted =
+        database.Run("SELECT obj_description(oid, 'pg_namespace') FROM pg_namespace WHERE nspname = 'kp'");
+    return noted.Rows() > 0 && noted.Value(0, 0) == wanted;
+}
+
+}  // namespace
+
+void MakeSharedSchema(Database& database) {
+    if (IsUpToDate(database)) return;
+    try {
+        // Two programs may come to make it at once.
+        database.Run("BEGIN; SELECT pg_advisory_xact_lock(hashtext('kpTables'))");
+        if (!IsUpToDate(database)) database.Run(sql::print::postgres::SharedSchemaText());
+        database.Run("COMMIT");
+    } catch (const DatabaseError&) {
+        if (database.InTransaction()) RollBackQuietly(database);
+        throw;
+    }
+}
+
+void BringIndexesUpToDate(Database& database, const std::string& book) {
+    const std::string actual(kActualIcuVersion);
+    if (database.Run("SELECT icu IS NOT DISTINCT FROM " + actual + " FROM kp_book").Value(0, 0) == "t") return;
+    database.Run("REINDEX SCHEMA " + sql::print::postgres::QuotedName(book));
+    database.Run("UPDATE kp_book SET icu = " + actual);
+}
+
+}  // namespace kpTables::engines::postgres

@@ -1,0 +1,37 @@
+// The functions that a translated text may call and that the server gets from us.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace kpTables::sql::print::postgres {
+
+/// A function in the schema kp. Texts come and go as bpchar, which keeps trailing blanks; amounts are bigint, flags
+/// smallint. Null in, Null out, unless the definition says otherwise.
+struct ServerFunction {
+    std::string_view name;        ///< the neutral name; a helper's begins with an underscore
+    std::string_view parameters;  ///< "bpchar, integer"
+    std::string_view result;
+    std::string_view body;                     ///< one expression over $1, $2, ...
+    std::string_view qualities = "IMMUTABLE";  ///< volatility
+};
+
+/// In the order in which they can be created. Functions of one name differ in their parameters.
+std::span<const ServerFunction> ServerFunctions() noexcept;
+
+/// The schema of the functions, of the domains and of the collation; one for all books of a database.
+inline constexpr std::string_view kSharedSchema = "kp";
+/// The domain of texts of any length; one with a limit is "text(20)".
+inline constexpr std::string_view kTextDomain = "kp.text";
+/// The domain of amounts, whole ten-thousandths, and that of flags, -1 and 0.
+inline constexpr std::string_view kCurrencyDomain = "kp.currency";
+inline constexpr std::string_view kFlagDomain = "kp.flag";
+inline constexpr std::string_view kDateDomain = "kp.date";
+
+/// Rises with every change of what is in the schema.
+inline constexpr int kSharedSchemaVersion = 1;
+
+/// The statements that make the schema kp anew or bring it up to date.
+std::string_view SharedSchemaText();
+
+}  // namespace kpTables::sql::print::postgres

@@ -1,0 +1,28 @@
+// PostgreSQL's answers to the printer's hooks. A book keeps Currency as a count of ten-thousandths, dates as
+// timestamps, flags as -1 and 0, and texts as a domain over bpchar that has the order of texts as its collation.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "sql/print/Engine.h"
+
+namespace kpTables::sql::print::postgres {
+
+const Engine& PostgresEngine();
+
+/// A name between double quotes. One that the server would cut is shortened so that it stays unique.
+std::string QuotedName(std::string_view name);
+/// A text between single quotes.
+std::string QuotedText(std::string_view text);
+
+/// The name without quotes, shortened where the server would cut it.
+std::string ServerName(std::string_view name);
+
+/// The text of CREATE, DROP and ALTER; perhaps several statements. defaults: of the columns, "" for none.
+std::string SchemaChangeText(const bind::SchemaChange& change, const std::vector<std::string>& defaults);
+
+/// The column that holds the row id of a table without a counter.
+inline constexpr std::string_view kHiddenRowId = "kp_row";
+
+}  // namespace kpTables::sql::print::postgres
