@@ -30,15 +30,16 @@ expect() {
 
 ((EUID == 0)) || left_out "only root can make a system of its own"
 command -v mmdebstrap >/dev/null || left_out "no mmdebstrap"
-mirror=http://deb.debian.org/debian
-timeout 20 bash -c 'exec 3<>/dev/tcp/deb.debian.org/80' 2>/dev/null || left_out "no network: $mirror cannot be reached"
 
 rm -rf "$scratch"
 mkdir -p "$scratch"
 trap 'rm -rf --one-file-system "$root"' EXIT
-mmdebstrap --quiet --variant=apt --dpkgopt=force-unsafe-io --dpkgopt='path-exclude=/usr/share/doc/*' \
-    --dpkgopt='path-exclude=/usr/share/locale/*' --skip=cleanup/apt/lists bookworm "$root" "$mirror" >"$scratch/mmdebstrap.log" 2>&1 ||
-    { cat "$scratch/mmdebstrap.log"; failed "no bare system could be made"; }
+if ! mmdebstrap --variant=apt --dpkgopt=force-unsafe-io --dpkgopt='path-exclude=/usr/share/doc/*' \
+    --dpkgopt='path-exclude=/usr/share/locale/*' --skip=cleanup/apt/lists bookworm "$root" >"$scratch/mmdebstrap.log" 2>&1; then
+    cat "$scratch/mmdebstrap.log"
+    grep -Eq 'resolving|Could not connect|unreachable|Failed to fetch' "$scratch/mmdebstrap.log" && left_out "no network"
+    failed "no bare system could be made"
+fi
 mkdir "$root/debs"
 cp "$packages"/*.deb "$root/debs"
 
