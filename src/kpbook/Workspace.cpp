@@ -95,6 +95,10 @@ Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOpt
         if (end.error && clock->IsOver()) TellLine("kpbook: " + Message("the statement ran longer than --timeout"));
         clock->Stop();
     };
+    // A method that trapped the shortage may have answered something else than what is in the book.
+    connection->onCommit = [] {
+        if (IsMemoryShort()) throw MemoryError();
+    };
     tables.Cnn(connection);
     tables.isSQL(global.isSQL);
     connection->Dialect(DialectOf(global.isSQL));
