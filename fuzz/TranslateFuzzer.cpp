@@ -23,6 +23,7 @@ using kpTables::fuzz::Require;
 bool IsQueryOrChange(sql::StatementKind kind) {
     switch (kind) {
         case sql::StatementKind::Select:
+        case sql::StatementKind::SelectInto:
         case sql::StatementKind::Insert:
         case sql::StatementKind::Update:
         case sql::StatementKind::Delete:
@@ -50,12 +51,9 @@ void Prepare(const sql::Translation& translation) {
     }
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
+void Translate(std::string_view text, sql::Dialect dialect) {
     try {
-        const sql::StatementPtr tree = sql::parse::Parse(text);
+        const sql::StatementPtr tree = sql::parse::Parse(text, {}, dialect);
         const sql::Catalog& catalog = fuzz::SmallBook().GetCatalog();
         const sql::print::Engine& engine = sql::print::sqlite::SqliteEngine();
         std::vector<sql::LiteralValue> values;
@@ -69,5 +67,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Prepare(sql::Translate(*tree, catalog, engine, values));
     } catch (const sql::SqlError&) {
     }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    for (const auto dialect : {sql::Dialect::Jet, sql::Dialect::SqlServer}) Translate(text, dialect);
     return 0;
 }

@@ -25,7 +25,7 @@ public:
         for (std::size_t i = 0; i < select.groups.size(); ++i)
             text += (i > 0 ? ", " : " GROUP BY ") + Key(select.groups[i]);
         if (select.having) text += " HAVING " + Text(*select.having);
-        if (select.united) return text + " UNION " + Text(*select.united);
+        if (select.united) return text + " " + select.joins + " " + Text(*select.united);
         const char* separator = " ORDER BY ";
         for (const auto& [item, descending] : select.order) {
             text += separator + Key(select.items[item].value) + (descending ? " DESC" : "");

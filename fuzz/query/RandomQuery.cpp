@@ -1,6 +1,7 @@
 #include "query/RandomQuery.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace kpTables::fuzz::query {
@@ -96,6 +97,8 @@ public:
             auto other = std::make_shared<Select>(select);
             other->where = Condition(2);
             if (!select.groups.empty()) other->having = HavingOf();
+            constexpr std::array<const char*, 3> kJoins = {"UNION", "INTERSECT", "EXCEPT"};
+            select.joins = kJoins[input_.Below(kJoins.size())];
             select.united = std::move(other);
         }
         return select;

@@ -73,7 +73,8 @@ struct Select {
     std::vector<Expression> groups;
     std::optional<Expression> having;
     std::vector<std::pair<std::size_t, bool>> order;  ///< items by number; true for descending
-    std::shared_ptr<Select> united;                   ///< the other member of a UNION
+    std::shared_ptr<Select> united;                   ///< the other member of a UNION ...
+    std::string joins = "UNION";                      ///< ... or of INTERSECT or EXCEPT
 };
 
 }  // namespace kpTables::fuzz::query

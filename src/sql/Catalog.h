@@ -16,9 +16,9 @@ struct CatalogColumn {
     bool counter = false;
     int length = 0;           ///< characters that a text may have; 0 for any number
     bool computed = false;    ///< not stored: a star does not list it
+    std::string source = {};  ///< of a computed one: the stored column that it is an alias of; "" when it is none
     int precision = 0;        ///< of DECIMAL(p,s), a Currency: its digits; 0 for any other
     int scale = 0;            ///< of DECIMAL(p,s): those behind the point
-    std::string source = {};  ///< of a computed one: the stored column that it is an alias of; "" when it is none
 };
 
 struct CatalogTable {

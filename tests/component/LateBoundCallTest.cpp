@@ -121,17 +121,14 @@ TEST(LateBoundCall, ErrorsAreNumberedAndNameThePart) {
         {"UpdateDepotClosedFlag", {1, null, true}, 94, "rDate"},
         {"Get单据中文日期", {5}, 13, "rs"},
         {"Get单据中文日期", {Variant()}, 13, "rs"},
-        {"Close_DepotBalance", {1, 1, false, "", rows}, 13, "rpgBar"},
         {"Close_DepotBalance", {1, 1, false, "", "bar"}, 13, "rpgBar"},
         {"Get单据中文日期", {null}, 13, "rs"},
         {"Header", {}, 449, "rfg"},
         {"Header", {missing, "L"}, 449, "rfg"},
         {"Header", {Variant(), "L"}, 13, "rfg"},
-        {"Header", {rows, "L"}, 13, "rfg"},
         {"Header", {5, "L"}, 13, "rfg"},
         {"Header", {grid}, 449, "rTableName"},
         {"Header", {grid, "L", "F", "x"}, 13, "rSetting"},
-        {"Close_DepotBalance", {1, 1, false, "", grid}, 13, "rpgBar"},
         {"Update工资表", {2004, 3, null}, 13, "rfg"},
         {"Update工资表", {32768, 3, grid}, 6, "rYear"},
         {"rs工资表", {}, 449, "rMonth1"},
@@ -222,6 +219,39 @@ TEST(LateBoundCall, TakesObjects) {
         EXPECT_TRUE(_CTables::Call(withoutBar.tables, "Close_DepotBalance", others).Is(true));
         EXPECT_EQ(withoutBar.cnn->Log()->back(), "Close");
     }
+}
+
+TEST(LateBoundCall, AnObjectThatIsNoBarFailsWhereItIsFirstTouched) {
+    const auto other = std::make_shared<MemoryGrid>();
+    ClosingScript script;
+    script.Prepare(false);
+    Arguments arguments = {2, 3, 0, "2004-3-31", other};
+    EXPECT_TRUE(_CTables::Call(script.tables, "Close_DepotBalance", arguments).Is(false));
+    EXPECT_EQ(script.cnn->Statements().size(), 1U);
+
+    Book nothingToClose;
+    EXPECT_TRUE(nothingToClose.Call("Close_DepotBalance", {2, 3, false, "2004-3-31", other}).Is(true));
+    EXPECT_EQ(nothingToClose.cnn->Statements().size(), 1U);
+}
+
+TEST(LateBoundCall, AnObjectThatIsNoGridFailsWhereItIsFirstTouched) {
+    const auto other = std::make_shared<ScriptedBar>(std::make_shared<Journal>());
+    Book saving;
+    saving.cnn->Answer(nullptr);
+    Arguments arguments = {other, "单据", "x", true};
+    EXPECT_EQ(FailureOf([&] { (void)_CTables::Call(saving.tables, "Header", arguments); }), 438);
+    ASSERT_EQ(saving.cnn->Statements().size(), 2U);
+    EXPECT_EQ(saving.cnn->Statements().front().text, "Delete From Header Where Table='单据' And Flag='x'");
+    EXPECT_TRUE(arguments[0].Is(other));
+
+    Book withoutRows;
+    EXPECT_TRUE(withoutRows.Call("Header", {other, "单据"}).Is(false));
+    EXPECT_TRUE(Book().Call("Header", {nullptr, "单据"}).Is(false));
+    Book applying;
+    applying.cnn->Answer(MakeRows({{"colkey", VarType::String}, {"Width", VarType::Double}}, {{"a", 0.0}}));
+    EXPECT_EQ(FailureOf([&] { applying.Call("Header", {other, "单据"}); }), 438);
+    EXPECT_EQ(applying.cnn->Statements().size(), 1U);
+    EXPECT_EQ(FailureOf([&] { Book().Call("Update工资表", {2004, 3, other}); }), 438);
 }
 
 TEST(LateBoundCall, TakesAGridAndWritesTheFlagBack) {

@@ -402,6 +402,14 @@ class CallTest(TradingCase):
         wrong = {"method": "rs没有", "isSQL": True}
         self.assertEqual(self.dialects(wrong, None), ["True"])
 
+    def test_dialect_of_the_hosts_own_statement(self):
+        half = {"execute": "Select 7/2 As a, 'a^' Like 'a[!b]' As b"}
+        lines = half, {**half, "isSQL": True}, half, {"execute": "Select x", "isSQL": True}, half
+        rows = [answer.get("result", {}).get("rows") for answer in self.batch(*lines)]
+        self.assertEqual(rows, [[[3.5, True]], [[3, False]], [[3.5, True]], None, [[3.5, True]]])
+        rows = [answer["result"]["rows"] for answer in self.batch(half, {**half, "isSQL": False}, options=("--sql",))]
+        self.assertEqual(rows, [[[3, False]], [[3.5, True]]])
+
     def test_dialect_of_the_whole_batch(self):
         self.assertEqual(self.dialects(None, False, None, options=("--sql",)), ["1", "True", "1"])
 

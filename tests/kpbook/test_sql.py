@@ -6,6 +6,23 @@ import unittest
 from kpbook_case import TradingCase
 
 
+class DialectTest(TradingCase):
+    def test_the_option_decides_where_a_text_means_two_things(self):
+        text = "Select 7/2, 3 Between 5 And 1, LEN('a ')"
+        self.assertEqual(self.run_kpbook("sql", self.book, text, "-O", "csv").stdout.splitlines()[1], "3.5,True,2")
+        done = self.run_kpbook("--sql", "sql", self.book, text, "-O", "csv")
+        self.assertEqual(done.stdout.splitlines()[1], "3,False,1")
+        done = self.run_kpbook("shell", self.book, text="Select 7/2 As a;\n.dialect sql\nSelect 7/2 As a;\n.dialect jet\nSelect 7/2 As a;\n")
+        self.assertEqual([line.strip() for line in done.stdout.splitlines() if line.strip()[:1] == "3"], ["3.5", "3", "3.5"])
+
+    def test_what_is_no_function_is_refused_with_its_place(self):
+        for text, message in (("Select DLookup('a','b')", "the function 'DLookup' is Access's own, not its database engine's"),
+                              ("Select TRY_CAST('1' AS int)", "TRY_CAST is not supported (line 1, column 8)"),
+                              ("Select CONVERT(varchar(10), 5, 1)", "CONVERT takes a style for dates and amounts of money only")):
+            done = self.run_kpbook("sql", self.book, text, code=1)
+            self.assertIn(message, done.stderr)
+
+
 class ScriptTest(TradingCase):
     SCRIPT = """-- two payments; and a question
 Insert Into 仓库设置 (dpID,仓库名称) Values (7,'南;库');

@@ -13,6 +13,20 @@ struct Case {
     bool matches;
 };
 
+TEST(Like, TakesTheSignsOfItsRules) {
+    const LikeRules server{.outside = "^"};
+    EXPECT_TRUE(Like("!", "[!b]", server));
+    EXPECT_FALSE(Like("c", "[!b]", server));
+    EXPECT_TRUE(Like("c", "[^b]", server));
+    const LikeRules escaped{.escape = "!"};
+    EXPECT_TRUE(Like("50%", "50!%", escaped));
+    EXPECT_FALSE(Like("500", "50!%", escaped));
+    EXPECT_TRUE(Like("a_b", "a!_%", escaped));
+    EXPECT_TRUE(Like("a!", "a!!", escaped));
+    EXPECT_TRUE(Like("a!", "a!", escaped));
+    EXPECT_FALSE(Like("abc", "a%", {.escape = "%"}));
+}
+
 TEST(Like, PatternsOfSql) {
     const Case cases[] = {
         {"水泥砂浆", "水%", true},

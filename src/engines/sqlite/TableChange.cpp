@@ -180,14 +180,20 @@ void Replace(const Database& book, const std::string& table, const Parts& parts,
     if (counter) SetLastCounter(book, table, *counter);
 }
 
-/// The DEFAULT of a column, "" when it has none.
-std::string DefaultOf(const Database& database, const std::string& table, const std::string& column) {
-    PreparedStatement read = database.Prepare("PRAGMA table_xinfo(" + QuotedName(table) + ")");
+/// The column's DEFAULT, its value converted as the rows' values are; "" when it has none.
+std::string DefaultOf(const Database& database, const sql::ColumnChange& change) {
+    PreparedStatement read = database.Prepare("PRAGMA table_xinfo(" + QuotedName(change.table) + ")");
     constexpr int kName = 1;
     constexpr int kDefault = 4;
     while (read.Step()) {
-        if (!SameName(read.Text(kName), column) || read.IsNull(kDefault)) continue;
-        return " DEFAULT (" + std::string(read.Text(kDefault)) + ")";
+        if (!SameName(read.Text(kName), change.column) || read.IsNull(kDefault)) continue;
+        const std::string value(read.Text(kDefault));
+        // The day or the time of entry is no constant.
+        if (value.find("kp_") != std::string::npos) return " DEFAULT (" + value + ")";
+        PreparedStatement convert =
+            database.Prepare("SELECT quote(" + change.value + ") FROM (SELECT " + value + " AS " +
+                             QuotedName(change.column) + ") AS " + QuotedName(change.table));
+        return convert.Step() ? " DEFAULT " + std::string(convert.Text(0)) : std::string();
     }
     return {};
 }
@@ -262,8 +268,7 @@ void ChangeColumn(const Database& book, const sql::ColumnChange& change) {
     for (TablePart& part : parts) {
         if (IsConstraint(part) || !SameName(part.name, change.column)) continue;
         part.text = change.definition;
-        if (change.definition.find(" DEFAULT ") == std::string::npos)
-            part.text += DefaultOf(book, change.table, change.column);
+        if (change.definition.find(" DEFAULT ") == std::string::npos) part.text += DefaultOf(book, change);
     }
     const auto indexes = Items(book, kIndexes, change.table);
     const auto triggers = Items(book, "type = 'trigger' AND tbl_name = ?1 COLLATE NOCASE", change.table);

@@ -67,7 +67,7 @@ TermPtr AmountAverage(const sql::Call& call, const TermPtr& argument, const Plac
     TermPtr count = AggregateOf(AggregateFunction::Count, call, argument, Type::Long, place);
     TermPtr units = std::make_shared<Arithmetic>(ArithmeticOperator::Multiply, std::move(count),
                                                  NumberConstant("10000.0", Type::Double), Type::Double);
-    return Call("div", {std::move(sum), std::move(units)}, Type::Double);
+    return std::make_shared<Arithmetic>(ArithmeticOperator::Divide, std::move(sum), std::move(units), Type::Double);
 }
 
 TermPtr BindAverage(const sql::Call& call, TermPtr argument, const Place& place) {

@@ -84,7 +84,7 @@ ComparisonOperator OperatorOf(BinaryOperator op) {
     }
 }
 
-TermPtr Between(const TermPtr& operand, const TermPtr& low, const TermPtr& high, bool negated) {
+TermPtr RangeOf(const TermPtr& operand, const TermPtr& low, const TermPtr& high, bool negated) {
     return std::make_shared<BetweenTerm>(operand, low, high, negated);
 }
 
@@ -118,13 +118,13 @@ TermPtr BindComparison(Context& context, BinaryOperator op, TermPtr left, TermPt
 
 TermPtr BindBetween(Context& context, TermPtr operand, TermPtr low, TermPtr high, bool negated) {
     MakeComparable(context, operand, {&low, &high});
-    if (!context.IsJet()) return Between(operand, low, high, negated);
+    if (!context.IsJet()) return RangeOf(operand, low, high, negated);
     const auto* first = If<ParameterTerm>(low);
     const auto* second = If<ParameterTerm>(high);
     if (first && second && !first->negative && !second->negative && first->ordinal >= 0 && second->ordinal >= 0)
-        return Between(operand, OneOf(*first, second->ordinal, false), OneOf(*second, first->ordinal, true), negated);
+        return RangeOf(operand, OneOf(*first, second->ordinal, false), OneOf(*second, first->ordinal, true), negated);
     return std::make_shared<Logic>(negated ? LogicOperator::And : LogicOperator::Or,
-                                   Terms{Between(operand, low, high, negated), Between(operand, high, low, negated)});
+                                   Terms{RangeOf(operand, low, high, negated), RangeOf(operand, high, low, negated)});
 }
 
 TermPtr BindInList(Context& context, TermPtr operand, Terms items, bool negated) {

@@ -8,7 +8,8 @@ namespace kpTables::sql::bind {
 
 std::vector<ResultColumn> Query::Columns() const {
     std::vector<ResultColumn> columns;
-    for (const Output& item : members.front().select.items) columns.push_back({item.name, item.term->type, item.qualifier});
+    for (const Output& item : members.front().select.items)
+        columns.push_back({item.name, item.term->type, item.qualifier});
     return columns;
 }
 

@@ -150,7 +150,8 @@ struct RowIdTerm : TermOf<RowIdTerm, TermKind::RowId> {
     explicit RowIdTerm(std::shared_ptr<const Source> s);
 };
 
-enum class ArithmeticOperator { Add, Subtract, Multiply };
+/// Divide is of doubles, of which the right one is never 0 unless the left one is Null.
+enum class ArithmeticOperator { Add, Subtract, Multiply, Divide };
 
 struct Arithmetic : TermOf<Arithmetic, TermKind::Arithmetic> {
     ArithmeticOperator op;

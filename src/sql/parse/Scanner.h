@@ -60,7 +60,7 @@ private:
 
     std::string_view text_;
     std::span<const NamedLiteral> named_;
-    [[maybe_unused]] Dialect dialect_;
+    Dialect dialect_;
     std::size_t at_ = 0;
     /// The parameters that "PARAMETERS name type, ...;" declares, with their values.
     std::deque<NamedLiteral> declared_;

@@ -61,7 +61,6 @@ bool AcceptJoin(TokenCursor& cursor, JoinWords& words) {
 /// Everything that is joined to the table on the left.
 TablePtr ParseJoins(TokenCursor& cursor, TablePtr left) {
     TokenCursor::Nesting nesting(cursor);
-    nesting.Deepen();
     JoinWords words;
     for (std::size_t at = cursor.Peek().offset; AcceptJoin(cursor, words); at = cursor.Peek().offset) {
         nesting.Deepen();
@@ -95,7 +94,12 @@ std::string ParseTableName(TokenCursor& cursor) {
     return cursor.TakeName("a table's name");
 }
 
-TablePtr ParseTable(TokenCursor& cursor) { return ParseJoins(cursor, ParseSingleTable(cursor)); }
+TablePtr ParseTable(TokenCursor& cursor) {
+    TokenCursor::Nesting nesting(cursor);
+    nesting.Deepen();
+    TablePtr left = ParseSingleTable(cursor);
+    return ParseJoins(cursor, std::move(left));
+}
 
 std::vector<TablePtr> ParseTables(TokenCursor& cursor) {
     std::vector<TablePtr> tables;

@@ -12,11 +12,22 @@ using bind::As;
 using bind::TermKind;
 
 std::string_view SignOf(bind::ArithmeticOperator op) {
-    return op == bind::ArithmeticOperator::Add ? "+" : op == bind::ArithmeticOperator::Subtract ? "-" : "*";
+    switch (op) {
+        case bind::ArithmeticOperator::Add:
+            return "+";
+        case bind::ArithmeticOperator::Subtract:
+            return "-";
+        case bind::ArithmeticOperator::Multiply:
+            return "*";
+        case bind::ArithmeticOperator::Divide:
+            break;
+    }
+    return "/";
 }
 
 Precedence PrecedenceOf(bind::ArithmeticOperator op) {
-    return op == bind::ArithmeticOperator::Multiply ? Precedence::Multiplicative : Precedence::Additive;
+    const bool sum = op == bind::ArithmeticOperator::Add || op == bind::ArithmeticOperator::Subtract;
+    return sum ? Precedence::Additive : Precedence::Multiplicative;
 }
 
 Precedence PrecedenceOf(bind::ComparisonOperator op) {

@@ -114,7 +114,7 @@ TEST(Expression, Calls) {
         {"Date()", "Date()"},
         {"Left(a,2) & Right (b,3)", "Left(a, 2) & Right(b, 3)"},
         {"IIf(a>1,'x','y')", "IIf(a > 1, 'x', 'y')"},
-        {"Convert(datetime,a)", "Convert(datetime, a)"},
+        {"Convert(datetime,a)", "CAST(a AS DATETIME)"},
         {"CAST(年份 AS char(4))+'-'", "CAST(年份 AS CHAR(4)) + '-'"},
         {"Cast('2004-3-7' As DateTime)", "CAST('2004-3-7' AS DATETIME)"},
         {"CAST(2004-3-7 AS DATETIME)", "CAST(2004 - 3 - 7 AS DATETIME)"},

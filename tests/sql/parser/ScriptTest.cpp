@@ -31,7 +31,7 @@ TEST(Script, QuotesBracketsAndDatesKeepTheirs) {
     EXPECT_EQ(Parts("Select [a;b];y"), "1:1 Select [a;b];|1:14 y|");
     EXPECT_EQ(Parts("Select #2004;3#;y"), "1:1 Select #2004;3#;|1:17 y|");
     EXPECT_EQ(Parts("PARAMETERS a Long; Select a; Select 2"), "1:1 PARAMETERS a Long; Select a;|1:30 Select 2|");
-    EXPECT_EQ(Parts("Select \"a;b\", `c;d`; x"), "1:1 Select \"a;b\", `c;d`;|1:23 x|");
+    EXPECT_EQ(Parts("Select \"a;b\", `c;d`; x"), "1:1 Select \"a;b\", `c;d`;|1:22 x|");
     EXPECT_EQ(Parts("Select '--a', '/*';y"), "1:1 Select '--a', '/*';|1:20 y|");
     EXPECT_EQ(Parts("Select 'a\n;b';y"), "1:1 Select 'a\n;b';|2:5 y|");
 }

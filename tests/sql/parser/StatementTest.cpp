@@ -84,9 +84,9 @@ TEST(Statements, NamedConstantsHaveNoOrdinal) {
     const StatementPtr tree = Parse("Insert Into T Values (True,1,Null,2,False)");
     const auto& insert = static_cast<const InsertStatement&>(*tree);
     const int ordinals[] = {-1, 0, -1, 1, -1};
-    ASSERT_EQ(insert.values.size(), std::size(ordinals));
+    ASSERT_EQ(insert.rows.front().size(), std::size(ordinals));
     for (std::size_t i = 0; i < std::size(ordinals); ++i)
-        EXPECT_EQ(As<Literal>(*insert.values[i]).ordinal, ordinals[i]) << i;
+        EXPECT_EQ(As<Literal>(*insert.rows.front()[i]).ordinal, ordinals[i]) << i;
 }
 
 TEST(Statements, LengthsOfTypesAreFixedLiterals) {

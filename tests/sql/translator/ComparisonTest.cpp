@@ -74,13 +74,17 @@ TEST(Comparison, TextsUseTheCollation) {
         {"t In ('a','b')", R"("T"."t" IN (?1, ?2))", "0 Text, 1 Text"},
         {"'x' In (t,t2)", R"(?1 COLLATE KPTEXT IN ("T"."t", "T"."t2"))", "0 Text"},
         {"t Not Between 'a' And 'b'", R"("T"."t" NOT BETWEEN ?1 AND ?2)", "0 Text, 1 Text"},
-        {"UCase(t) Between 'A' And t2", R"(kp_ucase("T"."t") COLLATE KPTEXT BETWEEN ?1 AND "T"."t2")", "0 Text"},
+        {"UCase(t) Between 'A' And t2",
+         R"(kp_ucase("T"."t") COLLATE KPTEXT BETWEEN ?1 AND "T"."t2" OR )"
+         R"(kp_ucase("T"."t") COLLATE KPTEXT BETWEEN "T"."t2" AND ?1)",
+         "0 Text"},
     });
 }
 
 TEST(Comparison, Like) {
     CheckConditions({
         {"t Like '张%'", R"(kp_like("T"."t", ?1))", "0 Text"},
+        {"t Like 'a!_' Escape '!'", R"(kp_like("T"."t", ?1, ?2))", "0 Text, 1 Text"},
         {"t Not Like 'a_'", R"(NOT kp_like("T"."t", ?1))", "0 Text"},
         {"l Like '1%'", R"(kp_like(CAST("T"."l" AS TEXT), ?1))", "0 Text"},
         {"Not (t Like 'a%' Or t Like 'b%')", R"(NOT (kp_like("T"."t", ?1) OR kp_like("T"."t", ?2)))", "0 Text, 1 Text"},

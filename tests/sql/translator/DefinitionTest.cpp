@@ -66,7 +66,7 @@ TEST(Definitions, DeclaredTypesReadBack) {
         {"YESNO", false, Type::Boolean, false},     {"TEXT(20)", false, Type::Text, false, 20},
         {"LONGTEXT", false, Type::Text, false},     {"text(5)", false, Type::Text, false, 5},
         {"TEXT", false, Type::Text, false},         {"BLOB", false, Type::Unknown, false},
-        {"", false, Type::Unknown, false},
+        {"", false, Type::Unknown, false},          {"DECIMAL(10,2)", false, Type::Currency, false},
     };
     for (const auto& [declared, autoincrement, type, counter, length] : cases) {
         SCOPED_TRACE(declared);

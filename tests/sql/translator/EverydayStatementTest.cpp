@@ -35,7 +35,7 @@ TEST(EverydayStatement, Windows) {
          R"(SELECT SUM("T"."c") OVER (ORDER BY "T"."id" ROWS BETWEEN 2 PRECEDING AND CURRENT ROW) FROM "T")", "",
          "Expr1000 Currency"},
         {"Select Lag(t, 1, 'x') Over (Order By Trim(t)) From T",
-         R"(SELECT lag("T"."t", ?1, ?2) OVER (ORDER BY trim("T"."t") COLLATE KPTEXT) FROM "T")", "1 Long, 2 Text",
+         R"(SELECT lag("T"."t", ?1, ?2) OVER (ORDER BY trim("T"."t") COLLATE KPTEXT) FROM "T")", "0 Long, 1 Text",
          "Expr1000 Text"},
     });
 }
@@ -52,7 +52,7 @@ TEST(EverydayStatement, WithIsPrintedOnce) {
 TEST(EverydayStatement, ChangesOfJoinedTables) {
     CheckStatements({
         {"Update T Inner Join P On T.l = P.pj Set T.c = P.id * 2",
-         R"(UPDATE "T" SET "c" = "query 1"."c" FROM (SELECT "T"."id" AS "row", "P"."id" * ?1 * 10000 AS "c" FROM "T")"
+         R"(UPDATE "T" SET "c" = "query 1"."c" FROM (SELECT "T"."id" AS "row", kp_cur_fit("P"."id" * ?1 * 10000) AS "c" FROM "T")"
          R"( INNER JOIN "P" ON "T"."l" = "P"."pj") AS "query 1" WHERE "T"."id" = "query 1"."row")",
          "0 Number"},
         {"Delete a From T a Left Join P On P.pj = a.l Where P.id Is Null",

@@ -75,7 +75,7 @@ TEST(Functions, Texts) {
         {"Left(t, 2)", R"(kp_left("T"."t", ?1))", Type::Text, "0 Number"},
         {"Right(t, l)", R"(kp_right("T"."t", "T"."l"))", Type::Text},
         {"Mid(t, 2)", R"(kp_mid("T"."t", ?1))", Type::Text, "0 Number"},
-        {"SUBSTRING(t, 2, 3)", R"(kp_mid("T"."t", ?1, ?2))", Type::Text, "0 Number, 1 Number"},
+        {"SUBSTRING(t, 2, 3)", R"(kp_substring("T"."t", ?1, ?2))", Type::Text, "0 Number, 1 Number"},
         {"Trim(t)", R"(trim("T"."t"))", Type::Text},
         {"LTrim(RTrim(t))", R"(ltrim(rtrim("T"."t")))", Type::Text},
         {"InStr(t, '-')", R"(kp_instr("T"."t", ?1))", Type::Long, "0 Text"},
@@ -164,6 +164,35 @@ TEST(Functions, EveryOneThatTheEngineMustHaveIsListedOnce) {
     }
 }
 
+TEST(Functions, TheServersDialect) {
+    struct Row {
+        const char* expression;
+        const char* text;
+        Type type;
+    };
+    const Row rows[] = {
+        {"l / 2", R"(kp_idiv("T"."l", ?1))", Type::Long},
+        {"d / 2", R"(kp_div("T"."d", ?1))", Type::Double},
+        {"l & 3", R"(kp_bit_and("T"."l", ?1))", Type::Long},
+        {"Len(t)", R"(length(rtrim("T"."t")))", Type::Long},
+        {"IsDate(t)", R"(CASE WHEN kp_isdate_server("T"."t") THEN 1 ELSE 0 END)", Type::Long},
+        {"Round(d, 1)", R"(kp_round_server("T"."d", ?1))", Type::Double},
+        {"CAST(at AS varchar(10))", R"(substr(kp_date_style("T"."at", 0), 1, 10))", Type::Text},
+        {"CONVERT(varchar(10), at, 120)", R"(substr(kp_date_style("T"."at", ?1), 1, 10))", Type::Text},
+        {"CAST(at AS DATE)", R"(kp_datevalue("T"."at"))", Type::Date},
+        {"CAST(b AS int)", R"(-"T"."b")", Type::Long},
+        {"t Like '[!a]'", R"(-(kp_like_server("T"."t", ?1)))", Type::Boolean},
+        {"l Between 1 And 2", R"(-("T"."l" BETWEEN ?1 AND ?2))", Type::Boolean},
+    };
+    for (const auto& [expression, text, type] : rows) {
+        SCOPED_TRACE(expression);
+        const auto translation = TranslatedForServer("Select " + std::string(expression) + " As x From T");
+        const std::string whole = "SELECT " + std::string(text) + R"( AS "x" FROM "T")";
+        EXPECT_EQ(translation.text.substr(0, whole.size()), whole);
+        EXPECT_EQ(NameOf(translation.columns.at(0).type), NameOf(type));
+    }
+}
+
 TEST(Functions, EveryCallInATextIsListed) {
     const char* const texts[] = {
         "Select Asc(t), CHARINDEX('a',t), Chr(1), CSng(d), Date(), DateAdd('d',1,at), DateDiff('d',at,at2) From T",
@@ -181,11 +210,19 @@ TEST(Functions, EveryCallInATextIsListed) {
         "Select InStrRev(t,'a'), Replace(t,'a','b'), StrComp(t,t2), StrReverse(t), TimeSerial(1,2,3) From T",
         "Select StDev(d), StDevP(d), Var(d), VarP(d) From T",
     };
+    const char* const serverTexts[] = {
+        "Select t Like 'a', 6 & l, Round(d, 1), Round(c, 1), Str(d, 5, 1), Stuff(t, 1, 1, 'a'), Replicate(t, 2) From T",
+        "Select CAST(at AS varchar(20)), CONVERT(datetime, t, 103), DateName(mm, at), EOMonth(at), IsDate(t) From T",
+        "Select CAST(c AS DECIMAL(9,2)), CAST(d AS DECIMAL(9,2)), Substring(t, 1, 1), Unicode(t), NChar(l) From T",
+        "Select Sin(d), Cos(d), Tan(d), Atn(d), Partition(l, 0, 9, 3), StrConv(t, 3) From T",
+    };
     const auto functions = EngineFunctions();
     std::size_t calls = 0;
     std::vector<bool> called(functions.size());
-    for (const char* text : texts) {
-        const std::string printed = Translated(text).text;
+    std::vector<std::string> translated;
+    for (const char* text : texts) translated.push_back(Translated(text).text);
+    for (const char* text : serverTexts) translated.push_back(TranslatedForServer(text).text);
+    for (const std::string& printed : translated) {
         for (auto at = printed.find("kp_"); at != printed.npos; at = printed.find("kp_", at + 1), ++calls) {
             const std::string name = printed.substr(at, printed.find('(', at) - at);
             const auto found = std::find_if(functions.begin(), functions.end(),

@@ -11,7 +11,7 @@ TEST(Group, AggregatesAndTheirTypes) {
         {"Sum(d)", R"(SUM("T"."d"))", Type::Double},
         {"Sum(s)", R"(CAST(SUM("T"."s") AS REAL))", Type::Double},
         {"Sum(c*d)", R"(SUM("T"."c" / 10000.0 * "T"."d"))", Type::Double},
-        {"Avg(c)", R"(AVG("T"."c") / 10000.0)", Type::Double},
+        {"Avg(c)", R"(SUM("T"."c") / (COUNT("T"."c") * 10000.0))", Type::Double},
         {"Avg(l)", R"(AVG("T"."l"))", Type::Double},
         {"Min(t)", R"(MIN("T"."t"))", Type::Text},
         {"Max(Trim(t))", R"(MAX(trim("T"."t") COLLATE KPTEXT))", Type::Text},
@@ -32,7 +32,8 @@ TEST(Group, Statements) {
     CheckStatements({
         {"Select pdID, Avg(单价) As 单价, Sum(数量) As 数量, Sum(金额) As 金额 From 入库记录 Where BillID in (Select "
          "BillID From 入库目录 Where dpID=1 And 月份<=2) Group by pdID",
-         R"(SELECT "入库记录"."pdID", AVG("入库记录"."单价") / 10000.0 AS "单价", SUM("入库记录"."数量") AS "数量", )"
+         R"(SELECT "入库记录"."pdID", SUM("入库记录"."单价") / (COUNT("入库记录"."单价") * 10000.0) AS "单价", )"
+         R"(SUM("入库记录"."数量") AS "数量", )"
          R"(SUM("入库记录"."金额") AS "金额" FROM "入库记录" WHERE "入库记录"."BillID" IN (SELECT "入库目录"."BillID" )"
          R"(FROM "入库目录" WHERE "入库目录"."dpID" = ?1 AND "入库目录"."月份" <= ?2) GROUP BY "入库记录"."pdID")",
          "0 Number, 1 Number", "pdID Long, 单价 Double, 数量 Double, 金额 Currency"},

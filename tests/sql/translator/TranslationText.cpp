@@ -54,6 +54,11 @@ Translation Translated(std::string_view text, const std::vector<LiteralValue>& p
     return TranslatedBut({"eager aggregation", "implied order"}, text, pivotValues);
 }
 
+Translation TranslatedForServer(std::string_view text) {
+    const TestCatalog catalog;
+    return Translate(*parse::Parse(text, {}, Dialect::SqlServer), catalog, print::sqlite::SqliteEngine());
+}
+
 Translation TranslatedWhole(std::string_view text, const std::vector<LiteralValue>& pivotValues) {
     return TranslatedBut({}, text, pivotValues);
 }

@@ -13,6 +13,8 @@ namespace kpTables::sql::test {
 /// The translation of a text against the test catalog by the rules that keep what is written recognizable: all but
 /// eager aggregation and implied order.
 Translation Translated(std::string_view text, const std::vector<LiteralValue>& pivotValues = {});
+/// Of a text in SQL Server's dialect.
+Translation TranslatedForServer(std::string_view text);
 /// By all rules.
 Translation TranslatedWhole(std::string_view text, const std::vector<LiteralValue>& pivotValues = {});
 /// By all rules but those of these names.

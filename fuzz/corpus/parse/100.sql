@@ -1,0 +1,1 @@
+Alter Table 商品设置 Add a LONG, b TEXT(5)

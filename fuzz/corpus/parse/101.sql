@@ -1,0 +1,1 @@
+Alter Table 商品设置 Alter Column 商品名称 TEXT(90)

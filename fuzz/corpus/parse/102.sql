@@ -1,0 +1,1 @@
+Alter Table 商品设置 Drop Column 商品名称

@@ -1,0 +1,1 @@
+Select DistinctRow 商品设置.商品名称 From 商品设置, 入库记录

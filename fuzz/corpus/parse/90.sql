@@ -1,0 +1,1 @@
+With x As (Select pdID, Count(*) As n From 入库记录 Group By pdID) Select a.n From x a, x b Where a.pdID = b.pdID

@@ -1,0 +1,1 @@
+Select Row_Number() Over (Partition By ClassCode Order By pdID Desc), Sum(默认单价) Over (Order By pdID Rows 2 Preceding) From 商品设置

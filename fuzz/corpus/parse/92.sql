@@ -1,0 +1,1 @@
+Select Top 10 Percent pdID From 商品设置 Order By pdID

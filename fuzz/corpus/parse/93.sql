@@ -1,0 +1,1 @@
+Select pdID From 商品设置 Order By pdID Offset 3 Rows Fetch Next 2 Rows Only

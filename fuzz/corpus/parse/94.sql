@@ -1,0 +1,1 @@
+Update 商品设置 Inner Join 入库记录 On 商品设置.pdID = 入库记录.pdID Set 商品设置.默认单价 = 入库记录.数量

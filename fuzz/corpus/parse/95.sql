@@ -1,0 +1,1 @@
+Delete a From 入库记录 a Left Join 商品设置 p On p.pdID = a.pdID Where p.pdID Is Null

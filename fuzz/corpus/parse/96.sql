@@ -1,0 +1,1 @@
+Insert 商品设置 (商品名称) Values (N'a'), ("b")

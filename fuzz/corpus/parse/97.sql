@@ -1,0 +1,1 @@
+Select pdID From 商品设置 Union Select pdID From 入库记录 Intersect Select pdID From 出库记录

@@ -1,0 +1,1 @@
+Select pdID, 商品名称 Into U From dbo.商品设置 With (NOLOCK) Where pdID % 2 != 1 -- x
