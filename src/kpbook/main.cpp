@@ -25,7 +25,7 @@ int main(int count, char** words) {
         return RunCommandLine(count, words);
     } catch (const std::bad_alloc&) {
         // Nothing that tells of it may need memory.
-        std::fprintf(stderr, "kpbook: %s\n", Translated("Out of memory"));
+        std::fprintf(stderr, "kpbook: %s\n", kpTables::Translated("Out of memory"));
         return kFailed;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "kpbook: %s\n", ReplaceInvalidUtf8(error.what()).c_str());

@@ -52,7 +52,8 @@ void CheckFrame(const sql::Window& window) {
     if (!window.frame) return;
     using enum FrameBound::Kind;
     const auto& [byRows, first, last] = *window.frame;
-    if (window.orderBy.empty()) RefuseWindow(ErrorKind::Syntax, window, "a frame needs an ORDER BY in the window");
+    if (window.orderBy.empty())
+        RefuseWindow(ErrorKind::Syntax, window, Message("a frame needs an ORDER BY in the window"));
     if (first.kind == UnboundedFollowing || last.kind == UnboundedPreceding || first.kind > last.kind)
         RefuseWindow(ErrorKind::Syntax, window, Message("the frame ends before it begins"));
     const auto counts = [](const FrameBound& bound) { return bound.kind == Preceding || bound.kind == Following; };
@@ -72,7 +73,7 @@ TermPtr BindFunctionOf(const sql::Window& window, const WindowFunction& function
     const sql::Call& call = *window.call;
     if (call.arguments.size() < function.least || call.arguments.size() > function.most)
         RefuseWindow(ErrorKind::Syntax, window, Message("wrong number of arguments"));
-    if (window.orderBy.empty()) RefuseWindow(ErrorKind::Syntax, window, "the window needs an ORDER BY");
+    if (window.orderBy.empty()) RefuseWindow(ErrorKind::Syntax, window, Message("the window needs an ORDER BY"));
     if (window.frame && !function.framed)
         RefuseWindow(ErrorKind::Syntax, window, Message("the function takes no frame"));
     Terms arguments;
@@ -109,7 +110,8 @@ TermPtr OverWindow(TermPtr function, const sql::Window& window, const Place& pla
 
 TermPtr BindWindow(const sql::Window& window, const Place& place) {
     if (!place.windowed)
-        RefuseWindow(ErrorKind::Syntax, window, "a window function stands in the select list or in ORDER BY only");
+        RefuseWindow(ErrorKind::Syntax, window,
+                     Message("a window function stands in the select list or in ORDER BY only"));
     *place.windowed = true;
     CheckFrame(window);
     const sql::Call& call = *window.call;
