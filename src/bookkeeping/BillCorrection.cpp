@@ -159,8 +159,7 @@ Corrected EditBill(const ConnectionPtr& book, BillFamily family, std::int32_t id
 Corrected RemoveBill(const ConnectionPtr& book, BillFamily family, std::int32_t id, const EntryOptions& options) {
     Transaction transaction(*book);
     BillResolver resolver(book, options);
-    CTables tables;
-    tables.Cnn(book);
+    CheckedTables checked(book);
     const BillPair pair = ReadPair(book, family, id);
     StockMoves moves;
     const auto remove = [&](const StoredBill& bill) {
@@ -168,7 +167,7 @@ Corrected RemoveBill(const ConnectionPtr& book, BillFamily family, std::int32_t 
         if (bill.family == BillFamily::Cost) {
             RemoveCostBill(*book, bill.id);
         } else {
-            tables.Del_单据(bill.id, SelectorOf(bill.family));
+            checked.Ask([&](CTables& tables) { return tables.Del_单据(bill.id, SelectorOf(bill.family)); });
         }
         moves.Add(bill, -1, NameOfBill(bill));
     };

@@ -2,8 +2,22 @@
 
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Host.h"
+#include "kpTables/TrappedError.h"
 
 namespace kpTables::bookkeeping {
+
+namespace {
+
+/// A value that does not fit, an unknown column: the method's answer stands for these errors. Not so a lack of memory.
+void RaiseUnlessMeant(const std::exception_ptr& trapped) {
+    try {
+        std::rethrow_exception(trapped);
+    } catch (const Error&) {
+        return;
+    }
+}
+
+}  // namespace
 
 /// Keeps what the component tells its user.
 class CheckedTables::QuietHost : public Host {
@@ -29,11 +43,14 @@ CheckedTables::CheckedTables(const ConnectionPtr& book, std::optional<Date> toda
 }
 
 void CheckedTables::Check() const {
+    const auto trapped = TakeTrappedError();
     if (const auto* error = watched_->LastError()) throw DatabaseError(*error);
+    if (trapped) RaiseUnlessMeant(trapped);
     if (!host_->told.empty()) RefuseWith(host_->told);
 }
 
 void CheckedTables::Forget() {
+    TakeTrappedError();
     watched_->ForgetFailures();
     host_->told.clear();
 }

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <optional>
 
+#include "bookkeeping/CheckedTables.h"
 #include "bookkeeping/Refusal.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
@@ -92,20 +93,20 @@ std::optional<MasterRow> RowOfId(Connection& book, const MasterTable& table, std
 /// What the component's own look-up answers; 0 when it has none, or finds nothing. A look-up takes the first of several
 /// rows.
 std::int32_t LookedUp(const ConnectionPtr& book, MasterKind kind, const std::string& text) {
-    CTables tables;
-    tables.Cnn(book);
-    switch (kind) {
-        case MasterKind::Warehouse:
-            return std::max(tables.Get仓库ID(Quoted(text)), 0);
-        case MasterKind::Supplier:
-            return tables.Get厂商ID(Quoted(text));
-        case MasterKind::Customer:
-            return tables.Get客户ID(Quoted(text));
-        case MasterKind::Product:
-            return tables.Get商品ID(Quoted(text));
-        default:
-            return 0;
-    }
+    return CheckedTables(book).Ask([&](CTables& tables) -> std::int32_t {
+        switch (kind) {
+            case MasterKind::Warehouse:
+                return std::max(tables.Get仓库ID(Quoted(text)), 0);
+            case MasterKind::Supplier:
+                return tables.Get厂商ID(Quoted(text));
+            case MasterKind::Customer:
+                return tables.Get客户ID(Quoted(text));
+            case MasterKind::Product:
+                return tables.Get商品ID(Quoted(text));
+            default:
+                return 0;
+        }
+    });
 }
 
 [[noreturn]] void RefuseUnknown(Connection& book, const MasterTable& table, const std::string& text) {

@@ -50,6 +50,7 @@ int WatchedConnection::BeginTrans() {
 }
 
 void WatchedConnection::CommitTrans() {
+    if (onCommit) onCommit();
     KeepFailures(*failures_, "CommitTrans", [&] { target_->CommitTrans(); });
 }
 

@@ -7,12 +7,16 @@
 
 namespace kpTables {
 
+/// Keeps the error that is being handled for TakeTrappedError.
+void KeepTrappedError() noexcept;
+
 /// What f answers, or when it fails the fallback, which is read then: a variable counts with its current value.
 template <class T, class Function>
 T Trapped(const T& fallback, Function f) {
     try {
         return f();
     } catch (const std::exception&) {
+        KeepTrappedError();
         return fallback;
     }
 }

@@ -33,6 +33,8 @@ void WatchMemory() noexcept {
 
 bool TakeMemoryShortage() noexcept { return shortage.exchange(false); }
 
+bool IsMemoryShort() noexcept { return shortage; }
+
 Error MemoryError() {
     constexpr std::int32_t kOutOfMemory = 7;
     return Error(kOutOfMemory, "Out of memory");

@@ -10,6 +10,8 @@ namespace kpTables::kpbook {
 void WatchMemory() noexcept;
 /// Whether an allocation has failed since the last call of this function.
 bool TakeMemoryShortage() noexcept;
+/// Whether one has failed, without forgetting it.
+bool IsMemoryShort() noexcept;
 /// Visual Basic's error for it.
 Error MemoryError();
 

@@ -94,6 +94,10 @@ Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOpt
         if (end.error && clock->IsOver()) std::fprintf(stderr, "kpbook: the statement ran longer than --timeout\n");
         clock->Stop();
     };
+    // A method that trapped the shortage may have answered something else than what is in the book.
+    connection->onCommit = [] {
+        if (IsMemoryShort()) throw MemoryError();
+    };
     tables.Cnn(connection);
     tables.isSQL(global.isSQL);
 }

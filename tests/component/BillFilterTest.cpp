@@ -33,9 +33,9 @@ public:
     bool inbound = false;
 };
 
-class Filters : public testing::Test {
+class BillFilters : public testing::Test {
 protected:
-    Filters() { tables.Cnn(connection); }
+    BillFilters() { tables.Cnn(connection); }
     std::string Sent(const BillFilter& filter) {
         EXPECT_NE(ListBills(tables, filter), nullptr);
         return connection->sent + connection->sums;
@@ -45,14 +45,14 @@ protected:
     CTables tables;
 };
 
-TEST_F(Filters, ThatAreNotSetAllowAll) {
+TEST_F(BillFilters, ThatAreNotSetAllowAll) {
     EXPECT_EQ(Sent({}), "");
     EXPECT_TRUE(connection->inbound);
     EXPECT_EQ(Sent({.inbound = false}), "");
     EXPECT_FALSE(connection->inbound);
 }
 
-TEST_F(Filters, ReachTheirConditions) {
+TEST_F(BillFilters, ReachTheirConditions) {
     EXPECT_EQ(Sent({.type = "O'Hara"}), " WHERE  类型='O''Hara'");
     EXPECT_EQ(
         Sent({.from = Date::FromYearMonthDay(2003, 3, 1), .to = Date::FromYearMonthDay(2003, 3, 31)}),

@@ -10,7 +10,7 @@ namespace kpTables::test {
 namespace {
 
 /// What the list is asked for, in the order of its parameters. Nothing is given at first.
-struct Filters {
+struct BillListFilters {
     Variant which = "入库";
     Variant kind = "";
     Variant firstDay = "";
@@ -34,7 +34,7 @@ struct Filters {
     Variant maxAmount = 0;
 };
 
-RecordsetPtr List(CTables& tables, Filters f) {
+RecordsetPtr List(CTables& tables, BillListFilters f) {
     return tables.rs单据列表(f.which, f.kind, f.firstDay, f.lastDay, f.firstNumber, f.lastNumber, f.warehouse,
                              f.partner, f.project, f.handler, f.counterpart, f.packing, f.packingOperator, f.slot,
                              f.slotOperator, f.term, f.termOperator, f.minQuantity, f.maxQuantity, f.minAmount,
@@ -43,16 +43,16 @@ RecordsetPtr List(CTables& tables, Filters f) {
 
 TEST(BillList, WhatCannotBeComposedSendsNothing) {
     const Variant bad[] = {"abc", "", " ", "12x", Variant(nullptr), Variant::Missing()};
-    Variant Filters::*const numbers[] = {&Filters::warehouse,   &Filters::partner,   &Filters::minQuantity,
-                                         &Filters::maxQuantity, &Filters::minAmount, &Filters::maxAmount};
+    Variant BillListFilters::*const numbers[] = {&BillListFilters::warehouse,   &BillListFilters::partner,   &BillListFilters::minQuantity,
+                                         &BillListFilters::maxQuantity, &BillListFilters::minAmount, &BillListFilters::maxAmount};
     const Variant noDate[] = {"abc", "2004-02-30", " ", Variant(nullptr)};
-    std::vector<Filters> cases;
+    std::vector<BillListFilters> cases;
     for (const auto number : numbers)
         for (const Variant& value : bad) cases.emplace_back().*number = value;
-    for (const auto day : {&Filters::firstDay, &Filters::lastDay})
+    for (const auto day : {&BillListFilters::firstDay, &BillListFilters::lastDay})
         for (const Variant& value : noDate) cases.emplace_back().*day = value;
-    for (const auto text : {&Filters::which, &Filters::kind, &Filters::firstNumber, &Filters::lastNumber,
-                            &Filters::handler, &Filters::counterpart, &Filters::packing})
+    for (const auto text : {&BillListFilters::which, &BillListFilters::kind, &BillListFilters::firstNumber, &BillListFilters::lastNumber,
+                            &BillListFilters::handler, &BillListFilters::counterpart, &BillListFilters::packing})
         cases.emplace_back().*text = Variant(nullptr);
     for (std::size_t i = 0; i < cases.size(); ++i) {
         for (const bool isSQL : {false, true}) {

@@ -10,7 +10,7 @@ namespace kpTables::test {
 namespace {
 
 /// Header rows of which only the count matters.
-std::shared_ptr<ScriptedRecordset> Counted(std::int32_t count) {
+std::shared_ptr<ScriptedRecordset> NumbersCounted(std::int32_t count) {
     const auto rows = MakeRows({{"BillID", VarType::Long}}, {});
     rows->ReportCount(count);
     return rows;
@@ -19,7 +19,7 @@ std::shared_ptr<ScriptedRecordset> Counted(std::int32_t count) {
 TEST(BillNum, IsTheRecordCount) {
     for (const std::int32_t count : {0, 1, 32767, -1}) {
         const auto cnn = std::make_shared<ScriptedConnection>();
-        cnn->Answer(Counted(count));
+        cnn->Answer(NumbersCounted(count));
         CTables tables;
         tables.Cnn(cnn);
         EXPECT_EQ(tables.Get_BillNum(1, 1, "", "入库"), count);
@@ -30,7 +30,7 @@ TEST(BillNum, PassesErrorsOn) {
     CTables tables;
     EXPECT_EQ(FailureOf([&] { tables.Get_BillNum(1, 1, "", "入库"); }), 91);
     const auto cnn = std::make_shared<ScriptedConnection>();
-    cnn->Answer(Counted(32768)).FailAt(2);
+    cnn->Answer(NumbersCounted(32768)).FailAt(2);
     tables.Cnn(cnn);
     EXPECT_EQ(FailureOf([&] { tables.Get_BillNum(1, 1, "", "入库"); }), 6);
     EXPECT_EQ(FailureOf([&] { tables.Get_BillNum(1, 1, "", "入库"); }), kRefused);
@@ -46,7 +46,7 @@ TEST(BillCount, Text) {
                           {-1, "-1 张"}};
     for (const Case& each : cases) {
         const auto cnn = std::make_shared<ScriptedConnection>();
-        cnn->Answer(Counted(each.count));
+        cnn->Answer(NumbersCounted(each.count));
         CTables tables;
         tables.Cnn(cnn);
         EXPECT_EQ(tables.GetBillCount("入库", "", 0, 0, 0, 0), each.text);

@@ -115,11 +115,11 @@ TEST(Deletion, AnErrorReachesTheCaller) {
     }
 }
 
-struct NamedQuery {
+struct BillListing {
     const char* name;
     std::function<RecordsetPtr(CTables&)> run;
 };
-const NamedQuery kListings[] = {
+const BillListing kListings[] = {
     {"rs入库记录", [](CTables& t) { return t.rs入库记录(1, 2); }},
     {"rs出库记录", [](CTables& t) { return t.rs出库记录(1, 2); }},
     {"rs单位入库记录", [](CTables& t) { return t.rs单位入库记录(1); }},

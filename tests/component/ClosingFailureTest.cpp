@@ -8,7 +8,7 @@
 namespace kpTables::test {
 namespace {
 
-const Date kNote = *Date::ParseIso("2004-03-31");
+const Date kClosingDate = *Date::ParseIso("2004-03-31");
 
 std::ptrdiff_t Times(const Journal& journal, const std::string& entry) {
     return std::count(journal.begin(), journal.end(), entry);
@@ -17,7 +17,7 @@ std::ptrdiff_t Times(const Journal& journal, const std::string& entry) {
 TEST(ClosingFailure, NoConnection) {
     auto journal = std::make_shared<Journal>();
     ScriptedBar bar(journal);
-    EXPECT_FALSE(CTables().Close_DepotBalance(2, 3, false, kNote, &bar));
+    EXPECT_FALSE(CTables().Close_DepotBalance(2, 3, false, kClosingDate, &bar));
     EXPECT_TRUE(journal->empty());
 }
 
@@ -29,7 +29,7 @@ TEST(ClosingFailure, AtEachStatement) {
         script.Prepare(true);
         script.cnn->FailAt(failing);
         ScriptedBar bar(script.cnn->Log());
-        EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, true, kNote, &bar));
+        EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, true, kClosingDate, &bar));
         EXPECT_EQ(script.cnn->Statements().size(), static_cast<std::size_t>(failing));
         EXPECT_EQ(bar.Visible(), failing > 1);
         EXPECT_EQ(Times(*script.cnn->Log(), "Visible=False"), 0);
@@ -58,7 +58,7 @@ TEST(ClosingFailure, AtEachOperationOnTheBalanceRows) {
         script.Prepare(false);
         script.balance->FailAt(each.operation, each.call);
         ScriptedBar bar(script.cnn->Log());
-        EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kNote, &bar));
+        EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kClosingDate, &bar));
         EXPECT_EQ(Times(*script.cnn->Log(), "Update"), each.updates);
         EXPECT_EQ(script.balance->RecordCount(), static_cast<std::int32_t>(each.rows));
         EXPECT_TRUE(bar.Visible());
@@ -72,7 +72,7 @@ TEST(ClosingFailure, AtAMovement) {
         script.Prepare(false);
         script.outbound->FailAt(operation, 2);
         ScriptedBar bar(script.cnn->Log());
-        EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kNote, &bar));
+        EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kClosingDate, &bar));
         EXPECT_EQ(Times(*script.cnn->Log(), "Update"), 1);
         EXPECT_TRUE(bar.Visible());
     }
@@ -86,7 +86,7 @@ TEST(ClosingFailure, ANullOpeningAmount) {
     script.balance->RecordTo(script.cnn->Log());
     script.Prepare(false);
     ScriptedBar bar(script.cnn->Log());
-    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kNote, &bar));
+    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kClosingDate, &bar));
     EXPECT_EQ(script.cnn->Statements().size(), 5u);
     EXPECT_EQ(script.cnn->Log()->back(), "Set 本期库存数量=5") << "the quantity of product 3 is the last thing written";
     EXPECT_EQ(Times(*script.cnn->Log(), "Update"), 1) << "product 7 stays";
@@ -119,7 +119,7 @@ TEST(ClosingFailure, NullFiguresOtherThanTheOpeningAmountCountAsZero) {
                                                   null}});
     script.balance->RecordTo(script.cnn->Log());
     script.Prepare(false);
-    EXPECT_TRUE(script.tables.Close_DepotBalance(2, 12, false, kNote));
+    EXPECT_TRUE(script.tables.Close_DepotBalance(2, 12, false, kClosingDate));
     const auto rows = script.balance->Contents();
     EXPECT_EQ(Shown(rows[0][18]), "0");
     EXPECT_EQ(Shown(rows[0][19]), "10");
@@ -132,7 +132,7 @@ TEST(ClosingFailure, AnAmountThatDoesNotFit) {
         {{"pdID", VarType::Long}, {"单价", VarType::Double}, {"数量", VarType::Double}, {"金额", VarType::Double}},
         {{7, 1.0, 1.0, 1e15}});
     script.Prepare(false);
-    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kNote));
+    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kClosingDate));
     EXPECT_EQ(Times(*script.cnn->Log(), "Update"), 0);
 }
 
@@ -143,7 +143,7 @@ TEST(ClosingFailure, AQuantityThatIsTooLarge) {
     script.balance->RecordTo(script.cnn->Log());
     script.inbound = MakeRows({{"pdID", VarType::Long}}, {});
     script.Prepare(false);
-    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kNote));
+    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kClosingDate));
     EXPECT_EQ(Times(*script.cnn->Log(), "Update"), 0);
     EXPECT_EQ(script.cnn->Statements().size(), 5u);
 }
@@ -152,7 +152,7 @@ TEST(ClosingFailure, AColumnThatIsNotThere) {
     ClosingScript script;
     script.outboundTotals = MakeRows({{"pdID", VarType::Long}, {"数量", VarType::Double}}, {{7, 1.0}});
     script.Prepare(false);
-    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kNote));
+    EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kClosingDate));
     EXPECT_EQ(Times(*script.cnn->Log(), "Update"), 0);
 }
 
@@ -164,14 +164,14 @@ TEST(ClosingFailure, ABarThatFails) {
         ClosingScript script;
         script.Prepare(false);
         ScriptedBar bar(script.cnn->Log(), failing);
-        EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kNote, &bar));
+        EXPECT_FALSE(script.tables.Close_DepotBalance(2, 3, false, kClosingDate, &bar));
         EXPECT_EQ(Times(*script.cnn->Log(), "Update"), updatesBefore[failing - 1]);
         EXPECT_EQ(bar.Visible(), failing > 1);
     }
     ClosingScript script;
     script.Prepare(false);
     ScriptedBar bar(script.cnn->Log(), 9);
-    EXPECT_TRUE(script.tables.Close_DepotBalance(2, 3, false, kNote, &bar)) << "there is no ninth call";
+    EXPECT_TRUE(script.tables.Close_DepotBalance(2, 3, false, kClosingDate, &bar)) << "there is no ninth call";
 }
 
 }  // namespace

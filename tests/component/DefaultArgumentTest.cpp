@@ -10,7 +10,7 @@
 namespace kpTables::test {
 namespace {
 
-GridPtr GridOf(const std::vector<std::string>& keys) {
+GridPtr GridWithKeys(const std::vector<std::string>& keys) {
     const auto grid = std::make_shared<MemoryGrid>();
     for (const auto& key : keys) grid->AddColumn({key, key, false, 10});
     return grid;
@@ -69,15 +69,15 @@ TEST(DefaultArguments, SendTheStatementsOfTheShorterCall) {
         {R"(Update_Password("张三", "m1"))", [](CTables& t) { t.Update_Password("张三", "m1"); }},
         {R"(Header(Grid("A", "B"), "L", "F", True))",
          [](CTables& t) {
-             t.Header(GridOf({"A", "B"}), "L", "F", true);
+             t.Header(GridWithKeys({"A", "B"}), "L", "F", true);
          }},
         {R"(Header(Grid("A", "B"), "L", "F"))",
          [](CTables& t) {
-             t.Header(GridOf({"A", "B"}), "L", "F");
+             t.Header(GridWithKeys({"A", "B"}), "L", "F");
          }},
         {R"(Header(Grid("A", "B", "C"), "L"))",
          [](CTables& t) {
-             t.Header(GridOf({"A", "B", "C"}), "L");
+             t.Header(GridWithKeys({"A", "B", "C"}), "L");
          }},
         {"rs工资表(3)", [](CTables& t) { t.rs工资表(3); }},
         {"rs工资表(1, 6)", [](CTables& t) { t.rs工资表(1, 6); }},

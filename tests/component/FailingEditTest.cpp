@@ -102,14 +102,14 @@ TEST(FailingEdit, ALayoutSaved) {
 }
 
 /// The answer and the id as it comes back.
-std::string SaveReport(CTables& tables, std::int32_t id) {
+std::string SaveReportRow(CTables& tables, std::int32_t id) {
     const auto answer = tables.History_Update(id, std::string("月报"), std::string("x"), Day("2004-03-07"));
     return Text(answer) + ", id " + Text(id);
 }
 
 TEST(FailingEdit, AReportsSettingSaved) {
     const Editing adding = {"add", [] { return RowsPtr(Reports()); }, false,
-                            [](CTables& t) { return SaveReport(t, 0); }};
+                            [](CTables& t) { return SaveReportRow(t, 0); }};
     const Step added[] = {
         {"AddNew", 1, "0, id 0", "open table History", 0},
         {"Set", 1, "0, id 0", "AddNew", 0},
@@ -123,7 +123,7 @@ TEST(FailingEdit, AReportsSettingSaved) {
                               [] {
                                   return RowsPtr(Reports({{5, "旧"}}));
                               },
-                              false, [](CTables& t) { return SaveReport(t, 5); }};
+                              false, [](CTables& t) { return SaveReportRow(t, 5); }};
     const Step changed[] = {
         {"Set", 1, "0, id 5", "open Select * From History Where rpID=5", 0},
         {"Set", 2, "0, id 5", "Set Caption=月报", 0},

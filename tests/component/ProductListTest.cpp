@@ -7,22 +7,22 @@
 namespace kpTables::test {
 namespace {
 
-struct NamedQuery {
+struct ProductList {
     const char* name;
     std::function<RecordsetPtr(CTables&)> run;
 };
-const NamedQuery kLists[] = {
+const ProductList kProductLists[] = {
     {"rs商品列表", [](CTables& t) { return t.rs商品列表(0, 0, 0, 0, "入库"); }},
     {"rs期初记录", [](CTables& t) { return t.rs期初记录(0, 1); }},
     {"rs成本记录", [](CTables& t) { return t.rs成本记录(0, 1); }},
 };
 
 TEST(ProductRecords, HandOutTheConnectionsRows) {
-    for (const auto& each : kLists) ExpectHandsOut(each.name, each.run);
+    for (const auto& each : kProductLists) ExpectHandsOut(each.name, each.run);
 }
 
 TEST(ProductRecords, PassErrorsOn) {
-    for (const auto& each : kLists) {
+    for (const auto& each : kProductLists) {
         SCOPED_TRACE(each.name);
         CTables tables;
         EXPECT_EQ(FailureOf([&] { each.run(tables); }), 91);

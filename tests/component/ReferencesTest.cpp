@@ -7,11 +7,11 @@
 namespace kpTables::test {
 namespace {
 
-struct NamedQuery {
+struct ReferenceList {
     const char* name;
     std::function<RecordsetPtr(CTables&)> run;
 };
-const NamedQuery kLists[] = {
+const ReferenceList kReferenceLists[] = {
     {"rs厂商分类", [](CTables& t) { return t.rs厂商分类(); }},
     {"rs厂商资料", [](CTables& t) { return t.rs厂商资料(1); }},
     {"rs客户分类", [](CTables& t) { return t.rs客户分类(1); }},
@@ -26,7 +26,7 @@ const NamedQuery kLists[] = {
 };
 
 TEST(ReferenceLists, HandOutTheConnectionsRows) {
-    for (const auto& each : kLists) ExpectHandsOut(each.name, each.run);
+    for (const auto& each : kReferenceLists) ExpectHandsOut(each.name, each.run);
 }
 
 TEST(ReferenceLists, WarehousesKeepTheirCacheSize) {
@@ -184,7 +184,7 @@ TEST(IdByName, PassesErrorsOn) {
 }
 
 TEST(ReferenceLists, PassErrorsOn) {
-    for (const auto& each : kLists) {
+    for (const auto& each : kReferenceLists) {
         SCOPED_TRACE(each.name);
         CTables tables;
         EXPECT_EQ(FailureOf([&] { each.run(tables); }), 91);
@@ -203,7 +203,7 @@ TEST(ReferenceLists, PassErrorsOn) {
 }
 
 /// Rows that report a count.
-std::shared_ptr<ScriptedRecordset> Counted(std::int32_t count) {
+std::shared_ptr<ScriptedRecordset> ReferencesCounted(std::int32_t count) {
     const auto rows = MakeRows({{"dpID", VarType::Long}}, {});
     rows->ReportCount(count);
     return rows;
@@ -213,7 +213,7 @@ TEST(ReferenceCounts, StatementsAndResults) {
     for (const std::int16_t count : {std::int16_t{0}, std::int16_t{3}, std::int16_t{32767}}) {
         for (const bool isSQL : {false, true}) {
             const auto cnn = std::make_shared<ScriptedConnection>();
-            cnn->Answer(Counted(count)).Answer(Counted(count));
+            cnn->Answer(ReferencesCounted(count)).Answer(ReferencesCounted(count));
             CTables tables;
             tables.Cnn(cnn);
             tables.isSQL(isSQL);
@@ -231,7 +231,7 @@ TEST(ReferenceCounts, OnlyPaymentMethodsTrapErrors) {
     EXPECT_EQ(FailureOf([&] { tables.Get仓库数量(); }), 91);
     EXPECT_EQ(tables.Get收付款方式数量(), 0);
     const auto cnn = std::make_shared<ScriptedConnection>();
-    cnn->FailAt(1).FailAt(2).Answer(Counted(32768)).Answer(Counted(32768));
+    cnn->FailAt(1).FailAt(2).Answer(ReferencesCounted(32768)).Answer(ReferencesCounted(32768));
     tables.Cnn(cnn);
     EXPECT_EQ(FailureOf([&] { tables.Get仓库数量(); }), kRefused);
     EXPECT_EQ(tables.Get收付款方式数量(), 0);

@@ -7,11 +7,11 @@
 namespace kpTables::test {
 namespace {
 
-struct NamedQuery {
+struct NamedSum {
     const char* name;
     std::function<RecordsetPtr(CTables&)> run;
 };
-const NamedQuery kSums[] = {
+const NamedSum kSums[] = {
     {"rs商品汇总", [](CTables& t) { return t.rs商品汇总("入库", 1, 2, 0, 0, ""); }},
     {"rs商品汇总, cost", [](CTables& t) { return t.rs商品汇总("成本", 1, 2, 0, 0, ""); }},
     {"rs成本汇总", [](CTables& t) { return t.rs成本汇总(1, 2, 0); }},

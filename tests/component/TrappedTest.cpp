@@ -6,6 +6,7 @@
 #include <new>
 
 #include "kpTables/Error.h"
+#include "kpTables/TrappedError.h"
 
 namespace kpTables::test {
 namespace {
@@ -27,6 +28,18 @@ TEST(Trapped, ReadsTheFallbackAfterTheError) {
                           Raise(ErrorNumber::TypeMismatch);
                       }),
               2);
+}
+
+TEST(Trapped, KeepsTheLastErrorForOneWhoAsks) {
+    TakeTrappedError();
+    Done([] { Raise(ErrorNumber::TypeMismatch); });
+    Done([] { throw std::bad_alloc(); });
+    const auto trapped = TakeTrappedError();
+    ASSERT_TRUE(trapped);
+    EXPECT_THROW(std::rethrow_exception(trapped), std::bad_alloc);
+    EXPECT_FALSE(TakeTrappedError());
+    Done([] {});
+    EXPECT_FALSE(TakeTrappedError());
 }
 
 TEST(Trapped, LetsPassWhatIsNoError) {

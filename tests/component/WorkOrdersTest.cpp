@@ -35,10 +35,10 @@ enum Filter {
     kMaxAmount,
     kFilters,
 };
-using Filters = std::map<Filter, Variant>;
+using WorkOrderFilters = std::map<Filter, Variant>;
 
 /// What is not given is Empty.
-RecordsetPtr List(CTables& tables, const Filters& given) {
+RecordsetPtr WorkOrderList(CTables& tables, const WorkOrderFilters& given) {
     std::array<Variant, kFilters> f;
     for (const auto& [filter, value] : given) f[static_cast<std::size_t>(filter)] = value;
     return tables.rs工作单列表(f[0], f[1], f[2], f[3], f[4], f[5], f[6], f[7], f[8], f[9], f[10], f[11], f[12], f[13],
@@ -46,7 +46,7 @@ RecordsetPtr List(CTables& tables, const Filters& given) {
 }
 
 TEST(WorkOrderList, HandsOutItsRows) {
-    ExpectHandsOut("all", [](CTables& t) { return List(t, {}); });
+    ExpectHandsOut("all", [](CTables& t) { return WorkOrderList(t, {}); });
 }
 
 TEST(WorkOrderList, LeavesItsArgumentsAlone) {
@@ -64,7 +64,7 @@ TEST(WorkOrderList, LeavesItsArgumentsAlone) {
 TEST(WorkOrderList, AnErrorWhileComposingAnswersNothing) {
     struct Case {
         const char* name;
-        Filters filters;
+        WorkOrderFilters filters;
     };
     const Case cases[] = {
         {"a date that is none", {{kFirstDate, "x"}}},
@@ -78,19 +78,19 @@ TEST(WorkOrderList, AnErrorWhileComposingAnswersNothing) {
     for (const Case& each : cases) {
         SCOPED_TRACE(each.name);
         BookScript book;
-        EXPECT_FALSE(List(book.tables, each.filters));
+        EXPECT_FALSE(WorkOrderList(book.tables, each.filters));
         EXPECT_TRUE(book.cnn->Statements().empty());
     }
 }
 
 TEST(WorkOrderList, ARefusedStatementIsTheHosts) {
-    for (const Filters& filters : {Filters{}, Filters{{kMinQuantity, 1}}}) {
+    for (const WorkOrderFilters& filters : {WorkOrderFilters{}, WorkOrderFilters{{kMinQuantity, 1}}}) {
         BookScript book;
         book.cnn->FailAt(1);
-        EXPECT_EQ(FailureOf([&] { List(book.tables, filters); }), kRefused);
+        EXPECT_EQ(FailureOf([&] { WorkOrderList(book.tables, filters); }), kRefused);
     }
     CTables unconnected;
-    EXPECT_EQ(FailureOf([&] { List(unconnected, {}); }), 91);
+    EXPECT_EQ(FailureOf([&] { WorkOrderList(unconnected, {}); }), 91);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 namespace kpTables::engines {
 namespace {
 
-CachedStatementPtr Statement(std::vector<int> fixedLiterals = {}) {
+CachedStatementPtr CachedStatementOf(std::vector<int> fixedLiterals = {}) {
     auto statement = std::make_shared<CachedStatement>();
     statement->translation.fixedLiterals = std::move(fixedLiterals);
     return statement;
@@ -18,8 +18,8 @@ std::vector<sql::LiteralValue> Numbers(std::string first, std::string second) {
 
 TEST(StatementsOfAShape, AreToldApartByTheLiteralsThatShapedThem) {
     StatementCache cache;
-    const auto one = Statement({1});
-    const auto two = Statement({1});
+    const auto one = CachedStatementOf({1});
+    const auto two = CachedStatementOf({1});
     cache.Add("s", Numbers("7", "1"), one);
     cache.Add("s", Numbers("7", "2"), two);
     EXPECT_EQ(cache.Find("s", Numbers("8", "1")), one);
@@ -30,11 +30,11 @@ TEST(StatementsOfAShape, AreToldApartByTheLiteralsThatShapedThem) {
 
 TEST(StatementsOfAShape, TheOneUnusedForLongestGoesFirst) {
     StatementCache cache;
-    const auto first = Statement();
+    const auto first = CachedStatementOf();
     cache.Add("0", {}, first);
-    for (std::size_t i = 1; i < StatementCache::kCapacity; ++i) cache.Add(std::to_string(i), {}, Statement());
+    for (std::size_t i = 1; i < StatementCache::kCapacity; ++i) cache.Add(std::to_string(i), {}, CachedStatementOf());
     EXPECT_EQ(cache.Find("0", {}), first);
-    cache.Add("new", {}, Statement());
+    cache.Add("new", {}, CachedStatementOf());
     EXPECT_EQ(cache.Size(), StatementCache::kCapacity);
     EXPECT_EQ(cache.Find("0", {}), first);
     EXPECT_EQ(cache.Find("1", {}), nullptr);

@@ -153,7 +153,8 @@ std::string CommandComplaint(const Reference& reference, const Outcome& outcome,
         return "it failed without a word";
     // A folder that is the same to the byte answers the next command as it did before.
     if (reference.workload.promise == Promise::TrueAnswer || done || untouched) return "";
-    if (now != reference.before) return "half done" + Difference(now, reference.before);
+    if (now != reference.before)
+        return "half done" + Difference(now, reference.before) + "; all done were" + Difference(now, reference.after);
     return AgainComplaint(reference);
 }
 

@@ -46,6 +46,8 @@ public:
 
     std::function<void(const SentStatement&)> onSend;
     std::function<void(const SentStatement&, const StatementEnd&)> onEnd;
+    /// Called before a commit, which fails with what it raises.
+    std::function<void()> onCommit;
 
     /// What failed since the last ForgetFailures, in order.
     const FailedStatements& Failures() const noexcept { return *failures_; }

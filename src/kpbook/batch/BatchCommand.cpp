@@ -46,12 +46,16 @@ public:
         if (Attempt([&] { Read(line, lineNumber, request); })) {
             Attempt([&] { output::AppendJsonValue(outcome_.result, Run(request)); });
             if (request.method) Attempt([&] { outcome_.arguments = ListText(request.arguments); });
+        } else if (IsMemoryShort() && line.find("\"begin\"") != line.npos) {
+            // It may have begun a transaction: what follows is not run without one.
+            refusing_ = true;
         }
         // The part of the result that was written before the error.
         if (outcome_.error) outcome_.result.clear();
         outcome_.messages = std::move(host_->messages);
         outcome_.failed = workspace_.TakeIncidents();
         if (outcome_.error) RemoveTold(outcome_.failed, *outcome_.error);
+        if (request.step == TransactionStep::Begin && !outcome_.error && !outcome_.failed.empty()) UndoBegin();
         return AnswerLine(request, outcome_);
     }
 
@@ -115,6 +119,16 @@ private:
                                        : CallMember(workspace_.tables, *request.method, request.arguments);
         workspace_.LogCall(*request.method);
         return result;
+    }
+
+    /// What tells of a failure is not taken for the beginning of a transaction.
+    void UndoBegin() {
+        Attempt([&] { workspace_.connection->RollbackTrans(); });
+        --level_;
+        refusing_ = true;
+        outcome_.result.clear();
+        outcome_.error = outcome_.failed.front().error;
+        outcome_.failed.erase(outcome_.failed.begin());
     }
 
     /// Answers with the level of nesting after the step, as BeginTrans counts it.

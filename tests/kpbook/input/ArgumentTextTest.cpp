@@ -7,13 +7,13 @@
 namespace kpTables::kpbook::input {
 namespace {
 
-struct Case {
+struct ArgumentCase {
     std::string text;
     Variant value;
 };
 
 TEST(ArgumentText, Forms) {
-    const Case cases[] = {
+    const ArgumentCase cases[] = {
         {"", ""},
         {"12", "12"},
         {"入库", "入库"},

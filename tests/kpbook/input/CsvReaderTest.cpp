@@ -41,13 +41,13 @@ std::vector<Record> ReadAll(const std::string& text, std::size_t piece) {
     return records;
 }
 
-struct Case {
+struct CsvCase {
     const char* name;
     std::string text;
     std::vector<Record> records;
 };
 
-const Case kCases[] = {
+const CsvCase kCases[] = {
     {"nothing", "", {}},
     {"one line without an end", "a,b", {{1, {"a", "b"}, ""}}},
     {"one line", "a,b\n", {{1, {"a", "b"}, ""}}},

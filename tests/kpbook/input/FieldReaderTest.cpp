@@ -7,7 +7,7 @@
 namespace kpTables::kpbook::input {
 namespace {
 
-struct Good {
+struct GoodField {
     VarType type;
     std::string text;
     Variant value;
@@ -15,7 +15,7 @@ struct Good {
 
 TEST(FieldReader, ReadsValuesOfEveryType) {
     const auto march7 = *Date::FromParts({2004, 3, 7, 0, 0, 0});
-    const Good cases[] = {
+    const GoodField cases[] = {
         {VarType::Integer, "0", std::int16_t{0}},
         {VarType::Integer, "-32768", std::int16_t{-32768}},
         {VarType::Integer, "32767", std::int16_t{32767}},
@@ -70,14 +70,14 @@ TEST(FieldReader, ReadsValuesOfEveryType) {
     }
 }
 
-struct Bad {
+struct BadField {
     VarType type;
     std::string text;
     std::string problem;
 };
 
 TEST(FieldReader, TellsWhyATextIsNoValue) {
-    const Bad cases[] = {
+    const BadField cases[] = {
         {VarType::Integer, "abc", "'abc' is no whole number"},
         {VarType::Integer, "1 2", "'1 2' is no whole number"},
         {VarType::Integer, "+-3", "'+-3' is no whole number"},

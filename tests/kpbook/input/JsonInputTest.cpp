@@ -10,13 +10,13 @@
 namespace kpTables::kpbook::input {
 namespace {
 
-struct Good {
+struct GoodJson {
     std::string json;
     Variant value;
 };
 
 TEST(JsonInput, ReadsEveryForm) {
-    const Good cases[] = {
+    const GoodJson cases[] = {
         {"null", Variant::Null()},
         {"true", true},
         {"false", false},
@@ -136,13 +136,13 @@ TEST(JsonInput, AGridHasOneHeaderRowUnlessItSaysOtherwise) {
     EXPECT_EQ(none->TextMatrix(0, 0), "x");
 }
 
-struct Bad {
+struct BadJson {
     std::string json;
     int number;
     std::string part;  ///< of the description
 };
 
-void ExpectRefused(const Bad& each) {
+void ExpectRefused(const BadJson& each) {
     try {
         ReadJsonValue(each.json);
         ADD_FAILURE() << each.json << " was read";
@@ -153,7 +153,7 @@ void ExpectRefused(const Bad& each) {
 }
 
 TEST(JsonInput, RefusesWhatIsNoForm) {
-    const Bad cases[] = {
+    const BadJson cases[] = {
         {R"({"color":1})", 5, "no such value form: {\"color\":1}"},
         {"{}", 5, "no such value form: {}"},
         {R"({"empty":false})", 5, "no such value form"},

@@ -18,13 +18,13 @@ std::string Json(const Variant& value) {
     return text;
 }
 
-struct Case {
+struct JsonCase {
     Variant value;
     std::string json;
 };
 
 TEST(JsonText, ValuesInArgumentForm) {
-    const Case cases[] = {
+    const JsonCase cases[] = {
         {Variant(), R"({"empty":true})"},
         {Variant::Null(), "null"},
         {Variant::Missing(), R"({"missing":true})"},

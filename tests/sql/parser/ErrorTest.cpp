@@ -10,7 +10,7 @@
 namespace kpTables::sql::parse {
 namespace {
 
-struct Row {
+struct RefusedText {
     const char* text;
     std::size_t offset;
     const char* message;
@@ -29,8 +29,8 @@ std::string MessageOf(const std::string& text, ErrorKind kind, std::size_t* offs
 }
 
 template <std::size_t N>
-void Check(const Row (&rows)[N], ErrorKind kind = ErrorKind::Syntax) {
-    for (const Row& row : rows) {
+void CheckRefused(const RefusedText (&rows)[N], ErrorKind kind = ErrorKind::Syntax) {
+    for (const RefusedText& row : rows) {
         SCOPED_TRACE(row.text);
         std::size_t offset = std::string::npos;
         EXPECT_EQ(MessageOf(row.text, kind, &offset), row.message);
@@ -49,7 +49,7 @@ TEST(Errors, StatementsThatTheComponentSends) {
 }
 
 TEST(Errors, Statements) {
-    const Row rows[] = {
+    const RefusedText rows[] = {
         {"", 0,
          "Syntax error at line 1, column 1 at the end: expected SELECT, TRANSFORM, INSERT, UPDATE, DELETE, "
          "CREATE, DROP or ALTER"},
@@ -89,11 +89,11 @@ TEST(Errors, Statements) {
         {"Transform Sum(a) Select b From T", 32, "Syntax error at line 1, column 33 at the end: expected PIVOT"},
         {"Transform Sum(a) b", 18, "Syntax error at line 1, column 19 at the end: expected SELECT"},
     };
-    Check(rows);
+    CheckRefused(rows);
 }
 
 TEST(Errors, Changes) {
-    const Row rows[] = {
+    const RefusedText rows[] = {
         {"Insert T (a) Values (1)", 7, "Syntax error at line 1, column 8 near \"T\": expected INTO"},
         {"Insert Into T", 13, "Syntax error at line 1, column 14 at the end: expected VALUES or SELECT"},
         {"Insert Into T () Values (1)", 15, "Syntax error at line 1, column 16 near \")\": expected a column's name"},
@@ -132,11 +132,11 @@ TEST(Errors, Changes) {
         {"Drop View v", 5, "Syntax error at line 1, column 6 near \"View\": expected TABLE or INDEX"},
         {"Alter Table T Drop Column a", 14, "Syntax error at line 1, column 15 near \"Drop\": expected ADD"},
     };
-    Check(rows);
+    CheckRefused(rows);
 }
 
 TEST(Errors, Expressions) {
-    const Row rows[] = {
+    const RefusedText rows[] = {
         {"Select (1", 9, "Syntax error at line 1, column 10 at the end: expected ')'"},
         {"Select 1)", 8, "Syntax error at line 1, column 9 near \")\": expected the statement's end"},
         {"Select 1 2", 9, "Syntax error at line 1, column 10 near \"2\": expected the statement's end"},
@@ -160,11 +160,11 @@ TEST(Errors, Expressions) {
         {"Select Count(,)", 13, "Syntax error at line 1, column 14 near \",\": expected an expression"},
         {"Select Rec.pdID (Sum(a))", 16, "Syntax error at line 1, column 17 near \"(\": expected the statement's end"},
     };
-    Check(rows);
+    CheckRefused(rows);
 }
 
 TEST(Errors, Characters) {
-    const Row rows[] = {
+    const RefusedText rows[] = {
         {"Select 'abc", 7, "Syntax error at line 1, column 8 near \"'abc\": the text has no closing quote"},
         {"Select #2004-3-7", 7, "Syntax error at line 1, column 8 near \"#2004-3-7\": the date has no closing #"},
         {"Select # #", 7, "Syntax error at line 1, column 8 near \"# #\": expected a date between the # signs"},
@@ -191,13 +191,13 @@ TEST(Errors, Characters) {
          "closing "
          "quote"},
     };
-    Check(rows);
+    CheckRefused(rows);
 }
 
 TEST(Errors, InvalidUtf8InsideQuotesIsAText) { EXPECT_EQ(MessageOf("Select '\xFF'", ErrorKind::Syntax), ""); }
 
 TEST(Errors, Unsupported) {
-    const Row rows[] = {
+    const RefusedText rows[] = {
         {"Select Top 5 Percent * From T", 13, "TOP ... PERCENT is not supported (line 1, column 14)"},
         {"Select DistinctRow a From A,B", 7, "DISTINCTROW over several tables is not supported (line 1, column 8)"},
         {"Select DistinctRow a From A Inner Join B On A.x=B.x", 7,
@@ -205,7 +205,7 @@ TEST(Errors, Unsupported) {
         {"Transform Sum(a) Select b From T Union Select c From U Pivot d", 17,
          "TRANSFORM of a UNION is not supported (line 1, column 18)"},
     };
-    Check(rows, ErrorKind::Unsupported);
+    CheckRefused(rows, ErrorKind::Unsupported);
 }
 
 }  // namespace

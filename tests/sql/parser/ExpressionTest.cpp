@@ -10,7 +10,7 @@
 namespace kpTables::sql::parse {
 namespace {
 
-struct Row {
+struct ExpressionText {
     const char* text;
     const char* canonical;
 };
@@ -21,8 +21,8 @@ const Expression& ItemOf(const Statement& statement) {
 }
 
 template <std::size_t N>
-void Check(const Row (&rows)[N]) {
-    for (const Row& row : rows) {
+void CheckExpressions(const ExpressionText (&rows)[N]) {
+    for (const ExpressionText& row : rows) {
         SCOPED_TRACE(row.text);
         const StatementPtr tree = Parse(std::string("Select ") + row.text);
         EXPECT_EQ(Print(ItemOf(*tree)), row.canonical);
@@ -31,7 +31,7 @@ void Check(const Row (&rows)[N]) {
 }
 
 TEST(Expression, MinimalParentheses) {
-    const Row rows[] = {
+    const ExpressionText rows[] = {
         {"((a))", "a"},
         {"a+(b*c)", "a + b * c"},
         {"(a+b)*c", "(a + b) * c"},
@@ -78,11 +78,11 @@ TEST(Expression, MinimalParentheses) {
         {"a<>b Or a!=b Or a<=b Or a>=b Or a<b Or a>b", "a <> b OR a <> b OR a <= b OR a >= b OR a < b OR a > b"},
         {"a＝b And a>＝b And a<＝b", "a = b AND a >= b AND a <= b"},
     };
-    Check(rows);
+    CheckExpressions(rows);
 }
 
 TEST(Expression, Predicates) {
-    const Row rows[] = {
+    const ExpressionText rows[] = {
         {"a Like 'x%'", "a LIKE 'x%'"},
         {"a Not Like b & '%'", "a NOT LIKE b & '%'"},
         {"a Between 1 And 2 And b", "a BETWEEN 1 AND 2 AND b"},
@@ -103,11 +103,11 @@ TEST(Expression, Predicates) {
         {"(Select Max(a) From T)+1", "(SELECT Max(a) FROM T) + 1"},
         {"((Select Max(a) From T)+1)*2", "((SELECT Max(a) FROM T) + 1) * 2"},
     };
-    Check(rows);
+    CheckExpressions(rows);
 }
 
 TEST(Expression, Calls) {
-    const Row rows[] = {
+    const ExpressionText rows[] = {
         {"Count(*)", "Count(*)"},
         {"Count(Distinct a)", "Count(DISTINCT a)"},
         {"Sum(All a)", "Sum(a)"},
@@ -126,11 +126,11 @@ TEST(Expression, Calls) {
         {"Case When a>1 Then 'x' When a Is Null Then 'y' End", "CASE WHEN a > 1 THEN 'x' WHEN a IS NULL THEN 'y' END"},
         {"Case [When] When 1 Then 2 End", "CASE [When] WHEN 1 THEN 2 END"},
     };
-    Check(rows);
+    CheckExpressions(rows);
 }
 
 TEST(Expression, NamesAndConstants) {
-    const Row rows[] = {
+    const ExpressionText rows[] = {
         {"Table", "Table"},
         {"Index", "Index"},
         {"Lst.Index", "Lst.Index"},
@@ -160,11 +160,11 @@ TEST(Expression, NamesAndConstants) {
         {"'#[a]--'", "'#[a]--'"},
         {"#2004-3-7 12:30:00#", "#2004-3-7 12:30:00#"},
     };
-    Check(rows);
+    CheckExpressions(rows);
 }
 
 TEST(Expression, TreesByHand) {
-    const Row rows[] = {
+    const ExpressionText rows[] = {
         {"1+2*3", "(plus (integer <1>) (times (integer <2>) (integer <3>)))"},
         {"-2^2", "(minus (power (integer <2>) (integer <2>)))"},
         {"a Or b And Not c", "(or (column <> <a>) (and (column <> <b>) (not (column <> <c>))))"},
@@ -178,7 +178,7 @@ TEST(Expression, TreesByHand) {
         {"年份 & '-'", "(concat (column <> <年份>) (text <->))"},
         {"CAST(a AS char(4))", "(cast (column <> <a>) type:8:4:fixed)"},
     };
-    for (const Row& row : rows) {
+    for (const ExpressionText& row : rows) {
         SCOPED_TRACE(row.text);
         EXPECT_EQ(Dump(ItemOf(*Parse(std::string("Select ") + row.text))), row.canonical);
     }

@@ -10,14 +10,14 @@
 namespace kpTables::sql::parse {
 namespace {
 
-struct Row {
+struct GoldenText {
     const char* text;
     const char* canonical;
 };
 
 template <std::size_t N>
-void Check(const Row (&rows)[N]) {
-    for (const Row& row : rows) {
+void CheckGolden(const GoldenText (&rows)[N]) {
+    for (const GoldenText& row : rows) {
         SCOPED_TRACE(row.text);
         const StatementPtr tree = Parse(row.text);
         EXPECT_EQ(Print(*tree), row.canonical);
@@ -26,7 +26,7 @@ void Check(const Row (&rows)[N]) {
 }
 
 TEST(Golden, Select) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"select * from T", "SELECT * FROM T"},
         {"Select T.*,a From T;", "SELECT T.*, a FROM T"},
         {"SELECT 1", "SELECT 1"},
@@ -48,11 +48,11 @@ TEST(Golden, Select) {
          "SELECT * FROM 商品设置 WHERE pdID = 5 AND ClassCode = '01'"},
         {"Select * From 厂商资料 Where 单位名称＝'大兴'", "SELECT * FROM 厂商资料 WHERE 单位名称 = '大兴'"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, Join) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"Select * From A Inner Join B On A.x=B.x Left Join C On B.y=C.y",
          "SELECT * FROM A INNER JOIN B ON A.x = B.x LEFT JOIN C ON B.y = C.y"},
         {"Select * From (A Inner Join B On A.x=B.x) Left Outer Join C On B.y=C.y",
@@ -75,11 +75,11 @@ TEST(Golden, Join) {
          "ON "
          "pj.项目ID = Lst.pjID"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, Union) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"Select a From A Union Select b From B Union All Select c From C Order By 1",
          "SELECT a FROM A UNION SELECT b FROM B UNION ALL SELECT c FROM C ORDER BY 1"},
         {"Select a From A Order By a Union (Select b From B Order By b)",
@@ -101,11 +101,11 @@ TEST(Golden, Union) {
          "'-' & list2.月份 & '-' & list2.日子) AS 日期 FROM 出库目录 AS list2 ORDER BY CDATE(list2.年份 & '-' & "
          "list2.月份 & '-' & list2.日子))"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, Transform) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"TRANSFORM Sum(a) AS s SELECT b FROM T GROUP BY b PIVOT c",
          "TRANSFORM Sum(a) AS s SELECT b FROM T GROUP BY b PIVOT c"},
         {"Transform Sum(a) Select b From T Group By b Order By b Pivot Year(d) & '' In ('2003','2004')",
@@ -113,11 +113,11 @@ TEST(Golden, Transform) {
         {"Transform Sum(a) Select b From T Group By b PIVOT月份",
          "TRANSFORM Sum(a) SELECT b FROM T GROUP BY b PIVOT 月份"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, Change) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"Insert Into T Values (1,'a',Null)", "INSERT INTO T VALUES (1, 'a', NULL)"},
         {"insert into T (a,[b c]) values (-1,#2004-3-7#)", "INSERT INTO T (a, [b c]) VALUES (-1, #2004-3-7#)"},
         {"Insert Into T (a) Select b From U", "INSERT INTO T (a) SELECT b FROM U"},
@@ -132,11 +132,11 @@ TEST(Golden, Change) {
         {"Delete * From T x Where a=1", "DELETE FROM T AS x WHERE a = 1"},
         {"Delete From操作员", "DELETE FROM 操作员"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, Definition) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"Create Table T (a Counter Primary Key,b Text(50) Not Null,c Currency Default 0,d DateTime,e YesNo,f Memo)",
          "CREATE TABLE T (a COUNTER PRIMARY KEY, b TEXT(50) NOT NULL, c CURRENCY DEFAULT 0, d DATETIME, e YESNO, f "
          "MEMO)"},
@@ -166,7 +166,7 @@ TEST(Golden, Definition) {
         {"Alter Table T Add Column a Text(20)", "ALTER TABLE T ADD COLUMN a TEXT(20)"},
         {"Alter Table T Add a LONG NOT NULL DEFAULT 0", "ALTER TABLE T ADD COLUMN a LONG NOT NULL DEFAULT 0"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 }  // namespace

@@ -24,21 +24,21 @@ std::string Spell(const std::string& text) {
     return out;
 }
 
-struct Row {
+struct LexedText {
     const char* text;
     const char* tokens;
 };
 
 template <std::size_t N>
-void Check(const Row (&rows)[N]) {
-    for (const Row& row : rows) {
+void CheckLexed(const LexedText (&rows)[N]) {
+    for (const LexedText& row : rows) {
         SCOPED_TRACE(row.text);
         EXPECT_EQ(Spell(row.text), row.tokens);
     }
 }
 
 TEST(Lexer, Numbers) {
-    const Row rows[] = {
+    const LexedText rows[] = {
         {"12", "I:12 E:"},
         {"12.5", "D:12.5 E:"},
         {".5", "D:.5 E:"},
@@ -62,11 +62,11 @@ TEST(Lexer, Numbers) {
         {"T .5", "W:T D:.5 E:"},
         {"1.5.5", "D:1.5 D:.5 E:"},
     };
-    Check(rows);
+    CheckLexed(rows);
 }
 
 TEST(Lexer, TextsDatesAndNames) {
-    const Row rows[] = {
+    const LexedText rows[] = {
         {"'a''b'", "T:a'b E:"},
         {"''", "T: E:"},
         {"'a' 'b'", "T:a T:b E:"},
@@ -80,11 +80,11 @@ TEST(Lexer, TextsDatesAndNames) {
         {"单位名称＝'x'", "W:单位名称 O:＝ T:x E:"},
         {"", "E:"},
     };
-    Check(rows);
+    CheckLexed(rows);
 }
 
 TEST(Lexer, KeywordBeforeAChineseName) {
-    const Row rows[] = {
+    const LexedText rows[] = {
         {"From T Where姓名", "W:From W:T W:Where W:姓名 E:"},
         {"a=1 And姓名", "W:a O:= I:1 W:And W:姓名 E:"},
         {"a=1Or姓名", "W:a O:= I:1 W:Or W:姓名 E:"},
@@ -107,7 +107,7 @@ TEST(Lexer, KeywordBeforeAChineseName) {
         {"From T Where1姓名", "W:From W:T W:Where1姓名 E:"},
         {"[Order] By姓名", "Q:Order W:By姓名 E:"},
     };
-    Check(rows);
+    CheckLexed(rows);
 }
 
 TEST(Lexer, OffsetsAndOrdinals) {

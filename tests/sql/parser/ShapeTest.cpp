@@ -12,14 +12,14 @@
 namespace kpTables::sql::parse {
 namespace {
 
-struct Row {
+struct ShapedText {
     const char* text;
     const char* shape;
     std::vector<std::string> values;
 };
 
 TEST(Shape, TakesLiteralsOut) {
-    const Row rows[] = {
+    const ShapedText rows[] = {
         {"Select * From T Where a=5", "Select * From T Where a=?i", {"5"}},
         {"  Select\t*\n\nFrom  T ", "Select * From T", {}},
         {"select Top 2  * From T", "select Top ?i * From T", {"2"}},
@@ -32,7 +32,7 @@ TEST(Shape, TakesLiteralsOut) {
         {"a1.5", "a1.?i", {"5"}},
         {"", "", {}},
     };
-    for (const Row& row : rows) {
+    for (const ShapedText& row : rows) {
         SCOPED_TRACE(row.text);
         std::vector<LiteralValue> values;
         EXPECT_EQ(Shape(row.text, values), row.shape);

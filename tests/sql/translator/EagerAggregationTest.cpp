@@ -15,12 +15,12 @@ struct SumsCase {
     std::string rewritten;
 };
 
-const std::vector<LiteralValue> kMonths = {{LiteralKind::Null, ""}, {LiteralKind::Integer, "3"}};
+const std::vector<LiteralValue> kPivotedMonths = {{LiteralKind::Null, ""}, {LiteralKind::Integer, "3"}};
 
 // What a text translates to as it is written.
-Translation AsWritten(const std::string& text) { return TranslatedBut({"eager aggregation"}, text, kMonths); }
+Translation AsWritten(const std::string& text) { return TranslatedBut({"eager aggregation"}, text, kPivotedMonths); }
 
-Translation Aggregated(const std::string& text) { return TranslatedWhole(text, kMonths); }
+Translation Aggregated(const std::string& text) { return TranslatedWhole(text, kPivotedMonths); }
 
 std::string From(const std::string& shown) {
     return " From (Select " + shown +
