@@ -158,9 +158,10 @@ std::shared_ptr<engines::RowWriter> PostgresDriver::MakeWriter(engines::WrittenT
 }
 
 void PostgresDriver::BackUp(const std::string& /*path*/) {
-    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                        "A book on a server is backed up on the server (with pg_dump, a schema each book), or copied "
-                        "into a file: kpbook copy BOOK FILE");
+    throw DatabaseError(
+        static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+        "A book on a server is backed up on the server (with pg_dump, a schema each book), or its tables "
+        "are written as files: kpbook export BOOK DIR");
 }
 
 bool PostgresDriver::IsSchemaNoted() {

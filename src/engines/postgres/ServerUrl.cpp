@@ -42,8 +42,10 @@ bool HasPassword(std::string_view address) {
 
 ServerUrl ParseServerUrl(const std::string& address, const std::string& url) {
     if (HasPassword(address)) {
-        RefuseUrl(
-            url, "a password does not belong into a URL; put it into the file ~/.pgpass or ask for it with PGPASSWORD");
+        // The message leaves the URL out.
+        throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                            "The book cannot be opened: a password does not belong into a URL; put it into the file "
+                            "~/.pgpass or into the environment variable PGPASSWORD");
     }
     const auto question = address.find('?');
     ServerUrl parts{"postgresql:" + address.substr(0, question), ""};

@@ -153,6 +153,12 @@ constexpr ServerFunction kFunctions[] = {
      "regexp_replace(regexp_replace(regexp_replace(regexp_replace(btrim($1 COLLATE \"C\"), '\\s*([-/.])\\s*', '\\1', 'g'), "
      "'^(\\d{4})(\\d\\d)(\\d\\d)(?!\\d)', '\\1-\\2-\\3'), '^(\\d{1,2})/(\\d{1,2})/(\\d{4})', '\\3-\\1-\\2'), "
      "'^(\\d+)年(\\d+)月(\\d+)日', '\\1-\\2-\\3')"},
+    {"_is_date", "text", "boolean",
+     "CASE WHEN $1 COLLATE \"C\" ~ '^\\d{1,4}[-/.](0?[1-9]|1[0-2])[-/.](0?[1-9]|[12]\\d|3[01])(\\s+([01]?\\d|2[0-3]):[0-5]\\d(:"
+     "[0-5]\\d)?)?$' THEN CAST(substring($1 COLLATE \"C\" FROM '[-/.]\\d+[-/.](\\d+)') AS integer) <= extract(day FROM "
+     "kp.ymd(CAST(substring($1 COLLATE \"C\" FROM '\\d+') AS integer), CAST(substring($1 COLLATE \"C\" FROM "
+     "'[-/.](\\d+)[-/.]') AS integer), 1) + INTERVAL '1 month - 1 day') ELSE FALSE END"},
+    {"isdate", "bpchar", "boolean", "COALESCE(kp._is_date(kp._date_text(kp._raw($1))), FALSE)"},
     {"_to_date", "text, text", "timestamp",
      "CASE WHEN $1 COLLATE \"C\" ~ '^\\d{1,4}[-/.]\\d{1,2}[-/.]\\d{1,2}(\\s+\\d{1,2}:\\d{2}(:\\d{2})?)?$' THEN "
      "kp.ymd(CAST(substring($1 COLLATE \"C\" FROM '\\d+') AS integer), CAST(substring($1 COLLATE \"C\" FROM "
