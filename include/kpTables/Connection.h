@@ -19,8 +19,8 @@ enum class SourceKind : int {
     Table = 2,  ///< adCmdTable: a table's name
 };
 
-/// The dialect that decides where a statement's text means two things: the class [!a] of a pattern, the quotes "...", the
-/// quotient and the average of whole numbers, & between them, and bounds of Between that stand in the wrong order.
+/// The dialect that decides where a statement's text means two things: the class [!a] of a pattern, the quotes "...",
+/// the quotient and the average of whole numbers, & between them, and bounds of Between that stand in the wrong order.
 /// Everything else is read alike, whichever dialect a text is in.
 enum class SqlDialect { Jet, SqlServer };
 

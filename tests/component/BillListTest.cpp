@@ -43,16 +43,18 @@ RecordsetPtr List(CTables& tables, BillListFilters f) {
 
 TEST(BillList, WhatCannotBeComposedSendsNothing) {
     const Variant bad[] = {"abc", "", " ", "12x", Variant(nullptr), Variant::Missing()};
-    Variant BillListFilters::*const numbers[] = {&BillListFilters::warehouse,   &BillListFilters::partner,   &BillListFilters::minQuantity,
-                                         &BillListFilters::maxQuantity, &BillListFilters::minAmount, &BillListFilters::maxAmount};
+    Variant BillListFilters::*const numbers[] = {&BillListFilters::warehouse,   &BillListFilters::partner,
+                                                 &BillListFilters::minQuantity, &BillListFilters::maxQuantity,
+                                                 &BillListFilters::minAmount,   &BillListFilters::maxAmount};
     const Variant noDate[] = {"abc", "2004-02-30", " ", Variant(nullptr)};
     std::vector<BillListFilters> cases;
     for (const auto number : numbers)
         for (const Variant& value : bad) cases.emplace_back().*number = value;
     for (const auto day : {&BillListFilters::firstDay, &BillListFilters::lastDay})
         for (const Variant& value : noDate) cases.emplace_back().*day = value;
-    for (const auto text : {&BillListFilters::which, &BillListFilters::kind, &BillListFilters::firstNumber, &BillListFilters::lastNumber,
-                            &BillListFilters::handler, &BillListFilters::counterpart, &BillListFilters::packing})
+    for (const auto text :
+         {&BillListFilters::which, &BillListFilters::kind, &BillListFilters::firstNumber, &BillListFilters::lastNumber,
+          &BillListFilters::handler, &BillListFilters::counterpart, &BillListFilters::packing})
         cases.emplace_back().*text = Variant(nullptr);
     for (std::size_t i = 0; i < cases.size(); ++i) {
         for (const bool isSQL : {false, true}) {
