@@ -11,10 +11,10 @@ namespace kpTables::text {
 /// The order of three numbers with at most two digits each.
 enum class DateOrder { YearFirst, MonthFirst };
 
-/// Reads y-m-d, y/m/d, y.m.d, yyyy年M月d日; m/d/y with four digits in the year, or d/m/y where no month has that number;
-/// Mar 7, 2004, 7 March 2004 and 10-Mar-04; yyyy-M, M/yyyy, yyyy年M月 and Mar 2004 for a month's first day. With or
-/// without H:mm[:ss] and AM, PM, 上午 or 下午, or a time alone, blanks around allowed. Two-digit years are a FullYear.
-/// Nothing when it is no date.
+/// Reads y-m-d, y/m/d, y.m.d, yyyy年M月d日; m/d/y with four digits in the year, or d/m/y where no month has that
+/// number; Mar 7, 2004, 7 March 2004 and 10-Mar-04; yyyy-M, M/yyyy, yyyy年M月 and Mar 2004 for a month's first day.
+/// With or without H:mm[:ss] and AM, PM, 上午 or 下午, or a time alone, blanks around allowed. Two-digit years are a
+/// FullYear. Nothing when it is no date.
 std::optional<double> ParseDate(std::string_view text, DateOrder order = DateOrder::YearFirst) noexcept;
 /// Reads YYYY-MM-DD[{T| }HH:MM[:SS]] only, as stored and as JSON carries it.
 std::optional<double> ParseIsoDate(std::string_view text) noexcept;
