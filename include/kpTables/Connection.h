@@ -19,9 +19,9 @@ enum class SourceKind : int {
     Table = 2,  ///< adCmdTable: a table's name
 };
 
-/// The dialect that decides where a statement's text means two things: the class [!a] of a pattern, the quotes "...",
-/// the quotient and the average of whole numbers, & between them, and bounds of Between that stand in the wrong order.
-/// Everything else is read alike, whichever dialect a text is in.
+/// The dialect that decides where a statement's text means two things, such as the class [!a] of a pattern, the quotes
+/// "...", the quotient of whole numbers and bounds of Between that stand in the wrong order; docs/dialects.md lists
+/// them. Everything else is read alike, whichever dialect a text is in.
 enum class SqlDialect { Jet, SqlServer };
 
 /// A value for a name in a statement's text. The value is bound and never becomes part of the text: Null, a Boolean, a

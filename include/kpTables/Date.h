@@ -24,9 +24,10 @@ public:
     static std::optional<Date> FromParts(const Parts& parts);
     /// As DateSerial: month and day may overflow (month 13 is January of the next year). Error 5 or 6 out of range.
     static Date FromYearMonthDay(int year, int month, int day);
-    /// Reads y-m-d, y/m/d, y.m.d, yyyy年M月d日, m/d/y (the year last, four digits), with or without H:mm[:ss] [AM|PM],
-    /// or a time alone, blanks around allowed. Two-digit years: 0 to 29 are 20xx, 30 to 99 are 19xx. Nothing when it is
-    /// no date.
+    /// Reads y-m-d, y/m/d, y.m.d, yyyy年M月d日; m/d/y with four digits in the year, or d/m/y where no month has that
+    /// number; Mar 7, 2004 and 10-Mar-04; yyyy-M, M/yyyy, yyyy年M月 and Mar 2004 for a month's first day. With or
+    /// without H:mm[:ss] and AM, PM, 上午 or 下午, or a time alone, blanks around allowed. Two-digit years: 0 to 29 are
+    /// 20xx, 30 to 99 are 19xx. Nothing when it is no date.
     static std::optional<Date> Parse(std::string_view text);
     /// Reads YYYY-MM-DD[{T| }HH:MM[:SS]] only, as stored and as JSON carries it.
     static std::optional<Date> ParseIso(std::string_view text);

@@ -5,8 +5,7 @@
 
 namespace kpTables::sql {
 
-/// Both are read at once. The dialect decides only about: the class [!a] of a pattern, the quotes "...", the quotient
-/// and the average of whole numbers, & between them, and bounds of BETWEEN that stand in the wrong order.
+/// Both are read at once: the dialect decides only where a text means two things. docs/dialects.md lists them.
 enum class Dialect : std::uint8_t { Jet, SqlServer };
 
 }  // namespace kpTables::sql

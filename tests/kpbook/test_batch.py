@@ -210,10 +210,15 @@ class ValueTest(KpbookCase):
         self.assertEqual(again["args"], answer["args"])
 
     def test_what_is_no_grid(self):
-        for value in (5, None, "x", {"progress": True}, {"row": {"a": 1}}, {"array": []}):
+        for value in (5, None, "x", {"array": []}):
             answer = self.call("Header", value, "L")
             self.assertEqual(answer["error"], {"number": 13, "description": "Type mismatch: rfg"})
             self.assertEqual(answer["sent"], [])
+        for other in ({"progress": True}, {"row": {"a": 1}}):  # an object fails where it is first used
+            self.assertNotIn("error", self.call("Header", other, "L"))
+            answer = self.call("Header", other, "L", "F", True)
+            self.assertEqual(answer["error"]["number"], 438)
+            self.assertEqual([each["text"][:6] for each in answer["sent"]], ["Delete", "Header"])
         for grid, part in (({"FixedRows": -1}, '"FixedRows" takes a number from 0 to 1000, not -1'),
                            ({"cols": [{"label": "a"}]}, 'unknown key "label" of a grid\'s column'),
                            ({"rows": [[1]]}, "a grid's row has more cells than there are columns: [1]")):
