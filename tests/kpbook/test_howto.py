@@ -21,6 +21,9 @@ BLOCK = re.compile(r"^```(csv|console)([^\n]*)\n(.*?)^```$", re.MULTILINE | re.D
 class HowToTest(KpbookCase):
     def run_page(self, name):
         environment = {**os.environ, "PATH": f"{pathlib.Path(KPBOOK).parent}:{os.environ['PATH']}"}
+        if name.endswith(".zh.md"):
+            environment.pop("LC_MESSAGES")
+            environment["LANG"] = "zh_CN.UTF-8"
         commands = 0
         for kind, mark, text in BLOCK.findall((DOCS / name).read_text("utf-8")):
             if kind == "csv":
