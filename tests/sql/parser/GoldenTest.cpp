@@ -52,7 +52,7 @@ TEST(Golden, Select) {
 }
 
 TEST(Golden, RowsOfSelect) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"Select Top (5) a From dbo.T", "SELECT TOP 5 a FROM T"},
         {"Select Top 12.5 Percent a From T", "SELECT TOP 12.5 PERCENT a FROM T"},
         {"Select Top (5) Percent a From [dbo].[T] x", "SELECT TOP 5 PERCENT a FROM T AS x"},
@@ -65,11 +65,11 @@ TEST(Golden, RowsOfSelect) {
         {"Select a Into U From T", "SELECT a INTO U FROM T"},
         {"Select dbo.T.a, [dbo].T.* From dbo.T", "SELECT T.a, T.* FROM T"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, Lexical) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"Select a -- one\n, b /* two */ From T -- end", "SELECT a, b FROM T"},
         {"-- first\nSelect 1;", "SELECT 1"},
         {"Select N'a''b', n'x'", "SELECT 'a''b', 'x'"},
@@ -80,7 +80,7 @@ TEST(Golden, Lexical) {
         {"Select a From T Where a = Any (Select b From U) Or a <> All (Select b From U) Or a = Some (Select b From U)",
          "SELECT a FROM T WHERE a IN (SELECT b FROM U) OR a NOT IN (SELECT b FROM U) OR a IN (SELECT b FROM U)"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, QuotesAreNamesOfTheServer) {
@@ -88,18 +88,18 @@ TEST(Golden, QuotesAreNamesOfTheServer) {
 }
 
 TEST(Golden, With) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"With c As (Select 1 As x) Select * From c", "WITH c AS (SELECT 1 AS x) SELECT * FROM c"},
         {"With c (a, b) As (Select 1, 2), d As (Select a From c) Insert Into T Select a From d;",
          "WITH c (a, b) AS (SELECT 1, 2), d AS (SELECT a FROM c) INSERT INTO T SELECT a FROM d"},
         {"With c As (Select 1 As x) Delete From T Where a In (Select x From c)",
          "WITH c AS (SELECT 1 AS x) DELETE FROM T WHERE a IN (SELECT x FROM c)"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, Window) {
-    const Row rows[] = {
+    const GoldenText rows[] = {
         {"Select Row_Number() Over (Order By a Desc) From T", "SELECT Row_Number() OVER (ORDER BY a DESC) FROM T"},
         {"Select Sum(a) Over (), Over From T", "SELECT Sum(a) OVER (), Over FROM T"},
         {"Select Sum(a) Over (Partition By b, c Order By d, e Rows Between 2 Preceding And Unbounded Following) s From T",
@@ -108,7 +108,7 @@ TEST(Golden, Window) {
         {"Select Sum(a) Over (Order By d Range Unbounded Preceding) From T",
          "SELECT Sum(a) OVER (ORDER BY d RANGE BETWEEN UNBOUNDED PRECEDING AND CURRENT ROW) FROM T"},
     };
-    Check(rows);
+    CheckGolden(rows);
 }
 
 TEST(Golden, Join) {

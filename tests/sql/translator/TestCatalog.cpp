@@ -49,7 +49,7 @@ TestCatalog::TestCatalog() {
          {{"id", Type::Long, true},
           {"pj", Type::Long},
           {"name", Type::Text},
-          {"pj2", Type::Long, false, 0, true, 0, 0, "pj"}}},
+          {"pj2", Type::Long, false, 0, true, "pj"}}},
         {"R", {{"id", Type::Long, true}, {"more", Type::Long, false, 0, true}}},
         {"Q", {{"id", Type::Long, true}, {"pj2", Type::Text, false, 5}}},
         {"Header", {{"Table", Type::Text}, {"Index", Type::Long}, {"Flag", Type::Text}}},
