@@ -72,7 +72,7 @@ std::string BillResolver::RefusalOfDay(std::int32_t warehouse, Date date) const 
         return Message("{1} is not in the book's year {2}", date.ToText(), year_);
     }
     if (date.Month() < firstMonth_) {
-        return date.ToText() + " is before the book's first month, " + std::to_string(firstMonth_);
+        return Message("{1} is before the book's first month, {2}", date.ToText(), firstMonth_);
     }
     return RefusalOfMonth(warehouse, date.Month());
 }

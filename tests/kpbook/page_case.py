@@ -22,8 +22,9 @@ def fails(command, said):
 
 class PageCase(KpbookCase):
     def run_page(self, name, **environment):
-        """Runs the commands of a page and gives their number."""
-        environment = {**os.environ, "LC_ALL": "C.UTF-8", "PATH": f"{pathlib.Path(KPBOOK).parent}:{os.environ['PATH']}", **environment}
+        """Runs the commands of a page, in the page's language, and gives their number."""
+        language = {"LANG": "zh_CN.UTF-8", "LC_MESSAGES": ""} if name.endswith(".zh.md") else {"LC_ALL": "C.UTF-8"}
+        environment = {**os.environ, **language, "PATH": f"{pathlib.Path(KPBOOK).parent}:{os.environ['PATH']}", **environment}
         commands = 0
         for kind, mark, text in BLOCK.findall((DOCS / name).read_text("utf-8")):
             if kind == "csv":

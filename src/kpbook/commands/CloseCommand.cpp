@@ -110,10 +110,10 @@ bool TakesCosts(const CloseOptions& options, CTables& tables) {
     }
     // Whoever forgets --cost once would find out when the figures do not add up.
     if (bookkeeping::ValuationOf(tables) == bookkeeping::Valuation::CostBills) {
-        Tell(
-            "the months before were closed at cost, and now outbound amounts come from the outbound bills; --cost takes the "
-            "cost bills, and the setting " +
-            std::string(bookkeeping::kValuationSetting) + " decides for the whole book");
+        TellLine(Message(
+            "the months before were closed at cost, and now outbound amounts come from the outbound bills; --cost "
+            "takes the cost bills, and the setting {1} decides for the whole book",
+            std::string(bookkeeping::kValuationSetting)));
     }
     return false;
 }

@@ -96,7 +96,7 @@ void BreakTies(Query& query) {
     Select& first = query.members.front().select;
     const bool isUnion = query.members.size() > 1;
     std::vector<OrderKey>& order = isUnion ? query.orderBy : first.orderBy;
-    if (order.empty() || (isUnion && !ComparesRows(query))) return;
+    if (order.empty() || (isUnion && !query.ComparesRows())) return;
     for (OrderKey& key : isUnion ? PositionsOf(first) : OrderOf(first)) {
         key.isImplied = false;
         if (!HasKey(order, key)) order.push_back(std::move(key));
