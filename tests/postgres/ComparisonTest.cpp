@@ -185,8 +185,12 @@ TEST_P(Comparison, TheCorpusAnswersAlike) {
         EXPECT_EQ(a.error, b.error) << a.description << " and " << b.description;
         EXPECT_EQ(static_cast<bool>(a.rows), static_cast<bool>(b.rows));
         const bool ties = std::ranges::find(kWithTies, text.source->call) != std::end(kWithTies);
-        if (a.rows && b.rows) EXPECT_EQ(Difference(*a.rows, *b.rows, ties), "");
-        if (!a.rows && !b.rows && a.error == 0) EXPECT_EQ(expected->RecordsAffected(), actual->RecordsAffected());
+        if (a.rows && b.rows) {
+            EXPECT_EQ(Difference(*a.rows, *b.rows, ties), "");
+        }
+        if (!a.rows && !b.rows && a.error == 0) {
+            EXPECT_EQ(expected->RecordsAffected(), actual->RecordsAffected());
+        }
         compared += a.rows && b.rows;
         expected->RollbackTrans();
         actual->RollbackTrans();

@@ -8,12 +8,12 @@ namespace kpTables::engines::postgres {
 
 /// What the server says about a failed statement.
 struct ServerError {
-    std::string state;  ///< SQLSTATE; "" when the connection failed
-    std::string message;
-    std::string table;
-    std::string column;
-    std::string constraint;
-    std::string detail;
+    std::string state = {};  ///< SQLSTATE; "" when the connection failed
+    std::string message = {};
+    std::string table = {};
+    std::string column = {};
+    std::string constraint = {};
+    std::string detail = {};
 };
 
 /// Raises the DatabaseError that it stands for. statement is the text that the caller sent.
