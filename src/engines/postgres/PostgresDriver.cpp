@@ -15,6 +15,8 @@ namespace kpTables::engines::postgres {
 
 namespace {
 
+using sql::print::postgres::QuotedName;
+
 std::optional<std::uint64_t> KeyOfText(std::string_view text) noexcept { return text::HashOfText(text); }
 
 constexpr TextOrder kBookTexts = {text::CompareTexts, KeyOfText};
@@ -155,6 +157,17 @@ std::shared_ptr<engines::RowWriter> PostgresDriver::MakeWriter(engines::WrittenT
     const sql::CatalogTable* known = catalog_.Find(table.name);
     const std::string rowId = known ? known->rowId : std::string();
     return std::make_shared<TableWriter>(*database_, std::move(table), rowId);
+}
+
+void PostgresDriver::ChangeColumn(const sql::ColumnChange& change) {
+    const std::string kept = change.definition.find(" SET DEFAULT ") == std::string::npos
+                                 ? catalog_.ConvertedDefault(change)
+                                 : std::string();
+    const std::string setsDefault =
+        kept.empty() ? kept : ", ALTER COLUMN " + QuotedName(change.column) + " SET DEFAULT " + kept;
+    SchemaStatement(*database_, "ALTER TABLE " + QuotedName(change.table) + " " + change.definition + " USING " +
+                                    change.value + setsDefault)
+        .Run({});
 }
 
 void PostgresDriver::BackUp(const std::string& /*path*/) {

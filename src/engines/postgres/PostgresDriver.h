@@ -46,6 +46,7 @@ public:
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     /// Always raises: a server's books are backed up on the server.
+    void ChangeColumn(const sql::ColumnChange& change) override;
     void BackUp(const std::string& path) override;
     /// Nothing: the server looks after its files itself.
     std::vector<std::string> IntegrityFaults() override { return {}; }

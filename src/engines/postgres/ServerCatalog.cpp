@@ -12,6 +12,7 @@ namespace kpTables::engines::postgres {
 namespace {
 
 using sql::print::postgres::kHiddenRowId;
+using sql::print::postgres::QuotedName;
 
 // The engine's own tables begin with kp_.
 constexpr std::string_view kTables =
@@ -96,6 +97,21 @@ TableInfo ServerCatalog::Describe(std::string_view name) const {
         info.columns.push_back(std::move(column));
     }
     return info;
+}
+
+std::string ServerCatalog::ConvertedDefault(const sql::ColumnChange& change) const {
+    const Result columns = ColumnsOf(database_, sql::print::postgres::ServerName(change.table));
+    for (int row = 0; row < columns.Rows(); ++row) {
+        if (columns.Value(row, kName) != sql::print::postgres::ServerName(change.column)) continue;
+        if (columns.IsNull(row, kDefault)) break;
+        std::string value(columns.Value(row, kDefault));
+        // The day or the time of entry is no constant.
+        if (value.find("kp.date()") != std::string::npos || value.find("kp.now()") != std::string::npos) return value;
+        const std::string text = "SELECT format('%L', " + change.value + ") FROM (SELECT " + value + " AS " +
+                                 QuotedName(change.column) + ") AS " + QuotedName(change.table);
+        return std::string(database_.Guarded([&] { return database_.Run(text); }).Value(0, 0));
+    }
+    return {};
 }
 
 std::string ServerCatalog::RowIdColumn(std::string_view table) const {

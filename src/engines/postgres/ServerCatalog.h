@@ -8,6 +8,7 @@
 
 #include "engines/common/Catalog.h"
 #include "engines/postgres/Database.h"
+#include "sql/Translation.h"
 
 namespace kpTables::engines::postgres {
 
@@ -20,6 +21,8 @@ public:
     /// A counter, or a whole number as the only key.
     std::string RowIdColumn(std::string_view table) const override;
     std::string RowIdName(const sql::CatalogTable& table) const override { return table.rowId; }
+    /// The column's default as the change converts it, in the server's words; "" for none.
+    std::string ConvertedDefault(const sql::ColumnChange& change) const;
 
 private:
     std::optional<sql::CatalogTable> ReadTable(std::string_view name) const override;

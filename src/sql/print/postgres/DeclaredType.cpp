@@ -1,5 +1,6 @@
 #include "sql/print/postgres/DeclaredType.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "sql/print/postgres/FunctionList.h"
@@ -25,6 +26,15 @@ constexpr Declared kDeclared[] = {
 };
 
 constexpr std::string_view kLimited = "text(";
+constexpr std::string_view kDecimal = "decimal(";
+
+/// The number at the text's beginning; the text is left behind the sign that ends it.
+int TakeNumber(std::string_view& text) {
+    int number = 0;
+    const auto digits = std::from_chars(text.data(), text.data() + text.size(), number);
+    text.remove_prefix(std::min(text.size(), static_cast<std::size_t>(digits.ptr - text.data()) + 1));
+    return number;
+}
 
 }  // namespace
 
@@ -33,6 +43,10 @@ std::string DeclaredType(const TypeName& type) {
         constexpr int kLongest = 255;
         const int length = type.length > 0 ? type.length : kLongest;
         if (length <= kLongest) return "kp.\"" + std::string(kLimited) + std::to_string(length) + ")\"";
+    }
+    if (type.precision > 0) {
+        return "kp.\"" + std::string(kDecimal) + std::to_string(type.precision) + "," + std::to_string(type.scale) +
+               ")\"";
     }
     for (const Declared& known : kDeclared)
         if (known.type == type.type) return std::string(known.text);
@@ -43,9 +57,15 @@ CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view typeN
     CatalogColumn column;
     column.name = name;
     if (typeName.starts_with(kLimited)) {
-        const auto digits = typeName.substr(kLimited.size());
+        auto digits = typeName.substr(kLimited.size());
         column.type = Type::Text;
-        std::from_chars(digits.data(), digits.data() + digits.size(), column.length);
+        column.length = TakeNumber(digits);
+    }
+    if (typeName.starts_with(kDecimal)) {
+        auto digits = typeName.substr(kDecimal.size());
+        column.type = Type::Currency;
+        column.precision = TakeNumber(digits);
+        column.scale = TakeNumber(digits);
     }
     for (const Declared& known : kDeclared)
         if (known.name == typeName) column.type = known.type;

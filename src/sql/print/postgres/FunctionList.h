@@ -23,13 +23,14 @@ std::span<const ServerFunction> ServerFunctions() noexcept;
 inline constexpr std::string_view kSharedSchema = "kp";
 /// The domain of texts of any length; one with a limit is "text(20)".
 inline constexpr std::string_view kTextDomain = "kp.text";
-/// The domain of amounts, whole ten-thousandths, and that of flags, -1 and 0.
+/// The domain of amounts, whole ten-thousandths, and that of flags, -1 and 0. DECIMAL(10,2) is an amount too, of the
+/// domain "decimal(10,2)".
 inline constexpr std::string_view kCurrencyDomain = "kp.currency";
 inline constexpr std::string_view kFlagDomain = "kp.flag";
 inline constexpr std::string_view kDateDomain = "kp.date";
 
 /// Rises with every change of what is in the schema.
-inline constexpr int kSharedSchemaVersion = 1;
+inline constexpr int kSharedSchemaVersion = 2;
 
 /// The statements that make the schema kp anew or bring it up to date.
 std::string_view SharedSchemaText();

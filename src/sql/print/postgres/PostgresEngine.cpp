@@ -112,6 +112,10 @@ std::uint64_t HashOf(std::string_view text) noexcept {
     return hash;
 }
 
+/// Functions of the server itself, which answer as they are meant.
+constexpr std::array<std::string_view, 8> kWindowFunctions = {"row_number", "rank", "dense_rank",  "ntile",
+                                                              "lag",        "lead", "first_value", "last_value"};
+
 class Postgres : public Engine {
 public:
     std::string Name(std::string_view name) const override { return Engine::Name(ServerName(name)); }
@@ -124,6 +128,7 @@ public:
         if (function == "coalesce") return "COALESCE";
         if (function == "last_counter") return "lastval";
         if (function == "ymd") return "kp.ymd";
+        if (std::ranges::find(kWindowFunctions, function) != kWindowFunctions.end()) return std::string(function);
         const bool known = std::ranges::any_of(
             ServerFunctions(), [function](const ServerFunction& each) { return each.name == function; });
         return known ? "kp." + Engine::Name(function) : std::string();
@@ -229,6 +234,14 @@ public:
     // In both dialects Null comes before every value.
     std::string OrderKey(std::string key, bool descending) const override {
         return key.append(descending ? " DESC NULLS LAST" : " NULLS FIRST");
+    }
+
+    std::string CounterRestart(const CatalogTable& table) const override {
+        return "ALTER TABLE " + Name(table.name) + " ALTER COLUMN " + Name(table.rowId) + " RESTART WITH 1";
+    }
+
+    std::string ColumnDefinition(const bind::Definition& column, const std::string& defaultText) const override {
+        return ColumnChangeText(column, defaultText);
     }
 
     std::string SchemaChange(const bind::SchemaChange& change,

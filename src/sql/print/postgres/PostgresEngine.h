@@ -22,6 +22,10 @@ std::string ServerName(std::string_view name);
 /// The text of CREATE, DROP and ALTER; perhaps several statements. defaults: of the columns, "" for none.
 std::string SchemaChangeText(const bind::SchemaChange& change, const std::vector<std::string>& defaults);
 
+/// What ALTER TABLE does to a column that gets another definition; behind it comes USING and the value converted. The
+/// default that the column has goes, so that the server need not convert it. defaultText: "" for none.
+std::string ColumnChangeText(const bind::Definition& definition, const std::string& defaultText);
+
 /// The column that holds the row id of a table without a counter.
 inline constexpr std::string_view kHiddenRowId = "kp_row";
 

@@ -72,6 +72,15 @@ std::string CreateIndex(const CreateIndexStatement& statement, const bind::Schem
 
 }  // namespace
 
+std::string ColumnChangeText(const Definition& definition, const std::string& defaultText) {
+    const ColumnDefinition& column = *definition.column;
+    const std::string alter = "ALTER COLUMN " + QuotedName(column.name);
+    std::string text = alter + " DROP DEFAULT, " + alter + (definition.notNull ? " SET" : " DROP") + " NOT NULL, ";
+    if (!defaultText.empty()) text += alter + " SET DEFAULT " + defaultText + ", ";
+    if (column.unique) text += "ADD UNIQUE (" + QuotedName(column.name) + "), ";
+    return text + alter + " TYPE " + DeclaredType(column.type);
+}
+
 std::string SchemaChangeText(const bind::SchemaChange& change, const std::vector<std::string>& defaults) {
     const Statement& statement = *change.statement;
     switch (statement.kind) {
@@ -80,10 +89,15 @@ std::string SchemaChangeText(const bind::SchemaChange& change, const std::vector
         case StatementKind::CreateIndex:
             return CreateIndex(static_cast<const CreateIndexStatement&>(statement), change);
         case StatementKind::DropTable:
+            if (!change.table)
+                return "DROP TABLE IF EXISTS " + QuotedName(static_cast<const DropTableStatement&>(statement).table);
             return "DROP TABLE " + QuotedName(change.table->name);
         case StatementKind::DropIndex:
             return "DROP INDEX " +
                    QuotedName(IndexName(change.table->name, static_cast<const DropIndexStatement&>(statement).index));
+        case StatementKind::DropColumn:
+            return "ALTER TABLE " + QuotedName(change.table->name) + " DROP COLUMN " +
+                   QuotedName(change.keys.front()->name);
         default:
             return "ALTER TABLE " + QuotedName(change.table->name) + " ADD COLUMN " +
                    ColumnText(change.table->name, change.columns.front(), defaults.front());
