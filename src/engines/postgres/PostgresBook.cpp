@@ -115,6 +115,7 @@ BookPtr OpenOnServer(const std::string& address, const std::string& url, const B
     if (format != schema::kFormat) {
         RefuseOpening(url, Message("its format is {1}, and this program's {2}", format, schema::kFormat));
     }
+    if (!options.readOnly) MakeSharedSchema(*database);
     if (!options.readOnly) BringIndexesUpToDate(*database, parts.book);
     if (options.readOnly) database->Run("SET default_transaction_read_only = on");
     auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), options.readOnly);
