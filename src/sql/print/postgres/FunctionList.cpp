@@ -108,12 +108,13 @@ constexpr ServerFunction kFunctions[] = {
     {"idiv", "double precision, double precision", "bigint", "CAST(round($1) AS bigint) / CAST(round($2) AS bigint)"},
     {"instr", "bpchar, bpchar", "integer", "strpos(kp._lower($1) COLLATE \"C\", kp._lower($2) COLLATE \"C\")"},
     {"instr", "double precision, bpchar, bpchar", "integer",
-     "COALESCE(NULLIF(strpos(substr(kp._lower($2), kp._count($1)) COLLATE \"C\", kp._lower($3) COLLATE \"C\"), 0) + "
-     "kp._count($1) - 1, 0)"},
+     "CASE WHEN $1 IS NOT NULL AND $2 IS NOT NULL AND $3 IS NOT NULL THEN COALESCE(NULLIF(strpos(substr(kp._lower($2), "
+     "kp._count($1)) COLLATE \"C\", kp._lower($3) COLLATE \"C\"), 0) + kp._count($1) - 1, 0) END"},
     {"charindex", "bpchar, bpchar", "integer",
-     "CASE WHEN char_length(kp._raw($1)) = 0 THEN 0 ELSE kp.\"instr\"($2, $1) END"},
+     "CASE WHEN char_length(kp._raw($1)) = 0 AND $2 IS NOT NULL THEN 0 ELSE kp.\"instr\"($2, $1) END"},
     {"charindex", "bpchar, bpchar, double precision", "integer",
-     "CASE WHEN char_length(kp._raw($1)) = 0 THEN 0 ELSE kp.\"instr\"(greatest($3, 1), $2, $1) END"},
+     "CASE WHEN $3 IS NULL OR $2 IS NULL OR $1 IS NULL THEN NULL WHEN char_length(kp._raw($1)) = 0 THEN 0 ELSE "
+     "kp.\"instr\"(greatest($3, 1), $2, $1) END"},
     {"int", "double precision", "double precision", "floor($1)"},
     {"join", "bpchar, bpchar", "kp.text",
      "CASE WHEN $1 IS NOT NULL OR $2 IS NOT NULL THEN kp._text(COALESCE(kp._raw($1), '') || COALESCE(kp._raw($2), '')) "
@@ -143,7 +144,7 @@ constexpr ServerFunction kFunctions[] = {
     {"month", "timestamp", "integer", "CAST(extract(month FROM $1) AS integer)"},
     {"nchar", "double precision", "kp.text",
      "CASE WHEN $1 BETWEEN 1 AND 55295 OR $1 BETWEEN 57344 AND 1114111 THEN kp._text(chr(CAST($1 AS integer))) ELSE "
-     "kp._text(kp._fail('KP005', 'Invalid procedure call or argument', CAST($1 AS text))) END"},
+     "kp._text(kp._fail('KP005', 'Invalid procedure call or argument: ' || $1, CAST($1 AS text))) END"},
     {"now", "", "timestamp", "CAST(localtimestamp(0) AS timestamp)", kVolatile},
     {"_partition", "bigint, bigint, bigint, bigint, integer", "kp.text",
      "kp._text(lpad(CASE WHEN $1 < $2 THEN '' WHEN $1 > $3 THEN CAST($3 + 1 AS text) ELSE CAST($2 + ($1 - $2) / $4 * $4 "
@@ -231,8 +232,8 @@ constexpr ServerFunction kFunctions[] = {
     {"to_single", "double precision", "double precision", "CAST(CAST($1 AS real) AS double precision)"},
     {"to_single", "bpchar", "double precision", "kp.to_single(kp.to_double($1))"},
     {"val", "bpchar", "double precision",
-     "COALESCE(CAST(substring(kp._raw($1) COLLATE \"C\" FROM '^\\s*([-+]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][-+]?\\d+)?)') AS "
-     "double precision), 0)"},
+     "CASE WHEN $1 IS NOT NULL THEN COALESCE(CAST(substring(kp._raw($1) COLLATE \"C\" FROM "
+     "'^\\s*([-+]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][-+]?\\d+)?)') AS double precision), 0) END"},
     // y-m-d [h:m[:s]] of the forms in which a date is written.
     {"_date_text", "text", "text",
      "regexp_replace(regexp_replace(regexp_replace(regexp_replace(btrim($1 COLLATE \"C\"), '\\s*([-/.])\\s*', '\\1', 'g'), "
