@@ -12,7 +12,6 @@ SUITES = ["*EverydaySql*", "Corpus.*", "Execute*", "Editable.*", "Transactions.*
           "LineSums.*", "Catalog.*", "Interruptions.*", "ProjectNames.*"]
 
 DEVIATIONS = {
-    "Group/EverydaySql.AnswersAsListed/0": "Format of a date is refused by name",
     "Interruptions.OfAChangeLeaveNothingOfIt": "an interrupted change is undone alone: the host's transaction goes on",
 }
 

@@ -65,6 +65,7 @@ void RaiseFailure(const ServerError& error, std::string_view statement) {
     std::string text = known && found->text ? Translated(found->text) : error.message;
     if (error.state.starts_with("23")) text = OfConstraint(error);
     if (error.state == "22003" && !text.starts_with("The field")) text = Message("Overflow: {1}", text);
+    if (error.state == "42883") text = Message("The server does not have this function: {1}", error.message);
     if (error.state.empty()) {
         text = Message(
             "The connection to the server failed ({1}); open the book again: what was not saved before is not "
