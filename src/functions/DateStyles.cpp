@@ -12,7 +12,6 @@
 #include "text/Ascii.h"
 #include "text/Calendar.h"
 #include "text/DateFormat.h"
-#include "text/DateText.h"
 
 namespace kpTables::functions {
 
@@ -127,7 +126,7 @@ void StyledDate(const Arguments& a, Answer& answer) {
     const Style& style = StyleOf(a.Whole(1));
     const std::string_view text = a.Text(0);
     const auto ordered = YearFirst(text, style.order);
-    const auto date = ordered ? text::ParseDate(*ordered) : ReadServerDate(text);
+    const auto date = ReadServerDate(ordered ? std::string_view(*ordered) : text);
     if (!date) RaiseMismatch(text, Message("is no date in this style"));
     answer.Date(*date);
 }

@@ -8,6 +8,7 @@
 
 #include "engines/postgres/Failure.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::postgres {
 
@@ -54,8 +55,9 @@ Database::Database(const std::string& connection, std::function<bool()> interrup
     : connection_(LoadedLibrary().Connect(connection.c_str())), interrupted_(std::move(interrupted)) {
     const Library& library = LoadedLibrary();
     if (!IsConnected()) {
-        throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                            "The server cannot be reached: " + Trimmed(library.ErrorMessage(connection_.get())));
+        throw DatabaseError(
+            static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+            Message("The server cannot be reached: {1}", Trimmed(library.ErrorMessage(connection_.get()))));
     }
     library.SetNoticeProcessor(connection_.get(), Ignore, nullptr);
 }

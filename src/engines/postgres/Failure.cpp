@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::postgres {
 
@@ -13,25 +14,26 @@ namespace {
 struct Meaning {
     std::string_view state;  ///< or its beginning, its class
     DatabaseErrorNumber number;
-    const char* text;  ///< nullptr: the server's own words
+    const char* text;  ///< to be translated; nullptr: the server's own words
 };
 
 constexpr Meaning kMeanings[] = {
-    {"2200H", DatabaseErrorNumber::Overflow, "Overflow: the counter has no values left"},
+    {"2200H", DatabaseErrorNumber::Overflow, Translatable("Overflow: the counter has no values left")},
     {"22003", DatabaseErrorNumber::Overflow, nullptr},
     {"22008", DatabaseErrorNumber::TypeMismatch, nullptr},
-    {"22012", DatabaseErrorNumber::Failure, "Division by zero"},
+    {"22012", DatabaseErrorNumber::Failure, Translatable("Division by zero")},
     {"22", DatabaseErrorNumber::TypeMismatch, nullptr},
     {"23", DatabaseErrorNumber::ConstraintViolated, nullptr},
-    {"25006", DatabaseErrorNumber::NotPermitted, "The book is open for reading only and cannot be changed"},
-    {"40", DatabaseErrorNumber::Locked, "The book is in use by another program; try again later"},
+    {"25006", DatabaseErrorNumber::NotPermitted,
+     Translatable("The book is open for reading only and cannot be changed")},
+    {"40", DatabaseErrorNumber::Locked, Translatable("The book is in use by another program; try again later")},
     {"42501", DatabaseErrorNumber::NotPermitted, nullptr},
     {"42703", DatabaseErrorNumber::UnknownColumn, nullptr},
     {"42P01", DatabaseErrorNumber::UnknownTable, nullptr},
-    {"53100", DatabaseErrorNumber::DiskFull, "The server's disk is full: the change was not saved"},
-    {"53200", DatabaseErrorNumber::OutOfMemory, "There is not enough memory on the server"},
-    {"55P03", DatabaseErrorNumber::Locked, "The book is in use by another program; try again later"},
-    {"57014", DatabaseErrorNumber::Cancelled, "The statement was interrupted"},
+    {"53100", DatabaseErrorNumber::DiskFull, Translatable("The server's disk is full: the change was not saved")},
+    {"53200", DatabaseErrorNumber::OutOfMemory, Translatable("There is not enough memory on the server")},
+    {"55P03", DatabaseErrorNumber::Locked, Translatable("The book is in use by another program; try again later")},
+    {"57014", DatabaseErrorNumber::Cancelled, Translatable("The statement was interrupted")},
     {"58030", DatabaseErrorNumber::DiskFailure, nullptr},
     {"XX001", DatabaseErrorNumber::Damaged, nullptr},
     {"XX002", DatabaseErrorNumber::Damaged, nullptr},
@@ -46,11 +48,12 @@ std::string KeyOf(const ServerError& error) {
 }
 
 std::string OfConstraint(const ServerError& error) {
-    if (error.state == "23502") return "The field '" + error.table + "." + error.column + "' must not be Null";
+    if (error.state == "23502") return Message("The field '{1}' must not be Null", error.table + "." + error.column);
     if (error.state == "23505") {
-        return "The change would make a duplicate key: there is a row already with this value of " + KeyOf(error);
+        return Message("The change would make a duplicate key: there is a row already with this value of {1}",
+                       KeyOf(error));
     }
-    return "The value is not allowed: " + error.message;
+    return Message("The value is not allowed: {1}", error.message);
 }
 
 }  // namespace
@@ -59,12 +62,15 @@ void RaiseFailure(const ServerError& error, std::string_view statement) {
     const auto* const found =
         std::ranges::find_if(kMeanings, [&](const Meaning& meaning) { return error.state.starts_with(meaning.state); });
     const bool known = found != std::end(kMeanings);
-    std::string text = known && found->text ? found->text : error.message;
+    std::string text = known && found->text ? Translated(found->text) : error.message;
     if (error.state.starts_with("23")) text = OfConstraint(error);
-    if (error.state == "22003" && !text.starts_with("The field")) text = "Overflow: " + text;
+    if (error.state == "22003" && !text.starts_with("The field")) text = Message("Overflow: {1}", text);
+    if (error.state == "42883") text = Message("The server does not have this function: {1}", error.message);
     if (error.state.empty()) {
-        text = "The connection to the server failed (" + error.message +
-               "); open the book again: what was not saved before is not in it";
+        text = Message(
+            "The connection to the server failed ({1}); open the book again: what was not saved before is not "
+            "in it",
+            error.message);
     }
     throw DatabaseError(static_cast<std::int32_t>(known ? found->number : DatabaseErrorNumber::Failure), text,
                         std::string(statement));

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::postgres {
 
@@ -14,13 +15,14 @@ namespace {
 [[noreturn]] void RefuseLibrary(const std::string& reason) {
     throw DatabaseError(
         static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-        "A book on a PostgreSQL server needs its client library, libpq (Debian's package libpq5): " + reason);
+        Message("A book on a PostgreSQL server needs its client library, libpq (Debian's package libpq5): {1}",
+                reason));
 }
 
 template <class Function>
 void Find(void* library, Function& function, const char* name) {
     void* const found = dlsym(library, name);
-    if (!found) RefuseLibrary(std::string("it has no function ") + name);
+    if (!found) RefuseLibrary(Message("it has no function {1}", name));
     function = reinterpret_cast<Function>(found);
 }
 

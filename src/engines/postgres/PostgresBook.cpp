@@ -10,6 +10,7 @@
 #include "engines/postgres/ServerUrl.h"
 #include "engines/postgres/SharedSchema.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "sql/print/postgres/PostgresEngine.h"
 
 namespace kpTables::engines::postgres {
@@ -19,9 +20,16 @@ namespace {
 using sql::print::postgres::QuotedName;
 using sql::print::postgres::QuotedText;
 
-[[noreturn]] void RefuseBook(const std::string& url, const std::string& complaint,
-                             DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
-    throw DatabaseError(static_cast<std::int32_t>(number), "The book '" + url + "' cannot be " + complaint);
+[[noreturn]] void RaiseOfBook(const std::string& message) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), message);
+}
+
+[[noreturn]] void RefuseOpening(const std::string& url, const std::string& complaint) {
+    RaiseOfBook(Message("The book '{1}' cannot be opened: {2}", url, complaint));
+}
+
+[[noreturn]] void RefuseMaking(const std::string& url, const std::string& complaint) {
+    RaiseOfBook(Message("The book '{1}' cannot be made: {2}", url, complaint));
 }
 
 /// What a statement relies on, whatever the server's own settings are.
@@ -40,7 +48,7 @@ std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& u
         database->Run(Settings(parts.book, busyTimeout));
         return database;
     } catch (const DatabaseError& error) {
-        RefuseBook(url, "opened: " + error.Description());
+        RefuseOpening(url, error.Description());
     }
 }
 
@@ -65,7 +73,7 @@ void RemoveSchema(Database& database, const std::string& book) {
 
 void MakeSchema(Database& database, const std::string& book, const std::string& url) {
     if (HasSchema(database, book)) {
-        if (FormatOf(database, book) != kUnfinished) RefuseBook(url, "made: there is one already");
+        if (FormatOf(database, book) != kUnfinished) RefuseMaking(url, Message("there is one already"));
         RemoveSchema(database, book);
     }
     const std::string table = QuotedName(book) + ".kp_book";
@@ -92,7 +100,7 @@ void MakeBookTables(const engines::ExecutorPtr& executor, Database& database, co
     if (options.prepare) options.prepare(book);
     book->FlushRows();
     const std::weak_ptr<Book> kept = std::exchange(book, nullptr);
-    if (!kept.expired()) RefuseBook(url, "made: its preparation has kept it open");
+    if (!kept.expired()) RefuseMaking(url, Message("its preparation has kept it open"));
     database.Run("UPDATE kp_book SET format = " + std::to_string(schema::kFormat) + ", whole = version");
     executor->GetTransaction().Commit();
 }
@@ -103,11 +111,11 @@ BookPtr OpenOnServer(const std::string& address, const std::string& url, const B
     const ServerUrl parts = ParseServerUrl(address, url);
     auto database = Connected(parts, url, options.busyTimeout, options.interrupted);
     const std::int64_t format = FormatOf(*database, parts.book);
-    if (format == kNone || format == kUnfinished) RefuseBook(url, "opened: the database has no book of that name");
+    if (format == kNone || format == kUnfinished) RefuseOpening(url, Message("the database has no book of that name"));
     if (format != schema::kFormat) {
-        RefuseBook(url, "opened: its format is " + std::to_string(format) + ", and this program's " +
-                            std::to_string(schema::kFormat));
+        RefuseOpening(url, Message("its format is {1}, and this program's {2}", format, schema::kFormat));
     }
+    if (!options.readOnly) MakeSharedSchema(*database);
     if (!options.readOnly) BringIndexesUpToDate(*database, parts.book);
     if (options.readOnly) database->Run("SET default_transaction_read_only = on");
     auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), options.readOnly);
@@ -141,7 +149,9 @@ BookUpgrade UpgradeOnServer(const std::string& address, const std::string& url, 
     open.busyTimeout = options.busyTimeout;
     const BookPtr book = OpenOnServer(address, url, open);
     const auto missing = book->MissingParts();
-    if (!missing.empty()) RefuseBook(url, "upgraded: it lacks " + missing.front() + "; make a new one and copy it");
+    if (!missing.empty())
+        RaiseOfBook(Message("The book '{1}' cannot be upgraded: it lacks {2}; make a new one and copy it", url,
+                            missing.front()));
     return {schema::kFormat, schema::kFormat, "", {}};
 }
 

@@ -8,6 +8,7 @@
 #include "engines/postgres/RowReader.h"
 #include "engines/postgres/TableWriter.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 #include "sql/print/postgres/PostgresEngine.h"
 #include "text/TextOrder.h"
 
@@ -173,8 +174,8 @@ void PostgresDriver::ChangeColumn(const sql::ColumnChange& change) {
 void PostgresDriver::BackUp(const std::string& /*path*/) {
     throw DatabaseError(
         static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-        "A book on a server is backed up on the server (with pg_dump, a schema each book), or its tables "
-        "are written as files: kpbook export BOOK DIR");
+        Message("A book on a server is backed up on the server (with pg_dump, a schema each book), or its tables "
+                "are written as files: kpbook export BOOK DIR"));
 }
 
 bool PostgresDriver::IsSchemaNoted() {

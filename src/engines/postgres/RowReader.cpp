@@ -9,6 +9,7 @@
 
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::postgres {
 
@@ -154,7 +155,7 @@ recordset::FieldsPtr WithTypesOf(const Result& row, recordset::FieldsPtr fields)
 
 void AppendRow(RowStore& rows, const Result& row, std::string_view shown, std::int64_t mostRows) {
     if (mostRows > 0 && rows.Rows() == static_cast<std::size_t>(mostRows)) {
-        RaiseTooLarge("The result has more than " + std::to_string(mostRows) + " rows", shown);
+        RaiseTooLarge(Message("The result has more than {1} rows", mostRows), shown);
     }
     rows.BeginRow();
     for (int i = 0; i < rows.Columns(); ++i) {
@@ -178,11 +179,10 @@ std::unique_ptr<RowStore> ReadRows(const Query& query, recordset::FieldsPtr fiel
         if (!rows) rows = std::make_unique<RowStore>(std::move(fields));
     } catch (const recordset::StoreFull& full) {
         rows.reset();
-        RaiseTooLarge("The result needs more than " + std::to_string(full.limit >> kMegabyteBits) + " MB of memory",
-                      shown);
+        RaiseTooLarge(Message("The result needs more than {1} MB of memory", full.limit >> kMegabyteBits), shown);
     } catch (const std::bad_alloc&) {
         rows.reset();
-        RaiseTooLarge("There is not enough memory for the result", shown);
+        RaiseTooLarge(Message("There is not enough memory for the result"), shown);
     }
     // The rows of a recordset that is edited are in the table already when they are added here.
     rows->Limit(std::numeric_limits<std::size_t>::max());

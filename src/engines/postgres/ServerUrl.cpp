@@ -5,14 +5,15 @@
 #include <string_view>
 
 #include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::postgres {
 
 namespace {
 
-[[noreturn]] void RefuseUrl(const std::string& url, const char* complaint) {
+[[noreturn]] void RefuseUrl(const std::string& url, const std::string& complaint) {
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                        "The book '" + url + "' cannot be opened: " + complaint);
+                        Message("The book '{1}' cannot be opened: {2}", url, complaint));
 }
 
 std::string Decoded(std::string_view encoded) {
@@ -44,8 +45,8 @@ ServerUrl ParseServerUrl(const std::string& address, const std::string& url) {
     if (HasPassword(address)) {
         // The message leaves the URL out.
         throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-                            "The book cannot be opened: a password does not belong into a URL; put it into the file "
-                            "~/.pgpass or into the environment variable PGPASSWORD");
+                            Message("The book cannot be opened: a password does not belong into a URL; put it into the "
+                                    "file ~/.pgpass or into the environment variable PGPASSWORD"));
     }
     const auto question = address.find('?');
     ServerUrl parts{"postgresql:" + address.substr(0, question), ""};
@@ -62,11 +63,13 @@ ServerUrl ParseServerUrl(const std::string& address, const std::string& url) {
         }
         at = end;
     }
-    if (parts.book.empty()) RefuseUrl(url, "say which one, as in postgresql://user@host/database?book=2026");
+    if (parts.book.empty()) RefuseUrl(url, Message("say which one, as in postgresql://user@host/database?book=2026"));
     constexpr std::size_t kLongestName = 63;
     if (parts.book.size() > kLongestName || parts.book.starts_with("pg_") || parts.book == "kp" ||
         parts.book == "public" || parts.book == "information_schema") {
-        RefuseUrl(url, "a book's name has at most 63 bytes, does not begin with pg_ and is none of the server's own");
+        RefuseUrl(
+            url,
+            Message("a book's name has at most 63 bytes, does not begin with pg_ and is none of the server's own"));
     }
     return parts;
 }

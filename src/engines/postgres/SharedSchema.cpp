@@ -9,11 +9,12 @@ namespace kpTables::engines::postgres {
 
 namespace {
 
+/// A newer program's schema has everything that this one needs.
 bool IsUpToDate(Database& database) {
-    const std::string wanted = "kpTables " + std::to_string(sql::print::postgres::kSharedSchemaVersion);
-    const Result noted =
-        database.Run("SELECT obj_description(oid, 'pg_namespace') FROM pg_namespace WHERE nspname = 'kp'");
-    return noted.Rows() > 0 && noted.Value(0, 0) == wanted;
+    const Result noted = database.Run(
+        "SELECT substring(obj_description(oid, 'pg_namespace') FROM '^kpTables ([0-9]+)$')::integer >= " +
+        std::to_string(sql::print::postgres::kSharedSchemaVersion) + " FROM pg_namespace WHERE nspname = 'kp'");
+    return noted.Rows() > 0 && noted.Value(0, 0) == "t";
 }
 
 }  // namespace

@@ -108,12 +108,13 @@ constexpr ServerFunction kFunctions[] = {
     {"idiv", "double precision, double precision", "bigint", "CAST(round($1) AS bigint) / CAST(round($2) AS bigint)"},
     {"instr", "bpchar, bpchar", "integer", "strpos(kp._lower($1) COLLATE \"C\", kp._lower($2) COLLATE \"C\")"},
     {"instr", "double precision, bpchar, bpchar", "integer",
-     "COALESCE(NULLIF(strpos(substr(kp._lower($2), kp._count($1)) COLLATE \"C\", kp._lower($3) COLLATE \"C\"), 0) + "
-     "kp._count($1) - 1, 0)"},
+     "CASE WHEN $1 IS NOT NULL AND $2 IS NOT NULL AND $3 IS NOT NULL THEN COALESCE(NULLIF(strpos(substr(kp._lower($2), "
+     "kp._count($1)) COLLATE \"C\", kp._lower($3) COLLATE \"C\"), 0) + kp._count($1) - 1, 0) END"},
     {"charindex", "bpchar, bpchar", "integer",
-     "CASE WHEN char_length(kp._raw($1)) = 0 THEN 0 ELSE kp.\"instr\"($2, $1) END"},
+     "CASE WHEN char_length(kp._raw($1)) = 0 AND $2 IS NOT NULL THEN 0 ELSE kp.\"instr\"($2, $1) END"},
     {"charindex", "bpchar, bpchar, double precision", "integer",
-     "CASE WHEN char_length(kp._raw($1)) = 0 THEN 0 ELSE kp.\"instr\"(greatest($3, 1), $2, $1) END"},
+     "CASE WHEN $3 IS NULL OR $2 IS NULL OR $1 IS NULL THEN NULL WHEN char_length(kp._raw($1)) = 0 THEN 0 ELSE "
+     "kp.\"instr\"(greatest($3, 1), $2, $1) END"},
     {"int", "double precision", "double precision", "floor($1)"},
     {"join", "bpchar, bpchar", "kp.text",
      "CASE WHEN $1 IS NOT NULL OR $2 IS NOT NULL THEN kp._text(COALESCE(kp._raw($1), '') || COALESCE(kp._raw($2), '')) "
@@ -143,7 +144,7 @@ constexpr ServerFunction kFunctions[] = {
     {"month", "timestamp", "integer", "CAST(extract(month FROM $1) AS integer)"},
     {"nchar", "double precision", "kp.text",
      "CASE WHEN $1 BETWEEN 1 AND 55295 OR $1 BETWEEN 57344 AND 1114111 THEN kp._text(chr(CAST($1 AS integer))) ELSE "
-     "kp._text(kp._fail('KP005', 'Invalid procedure call or argument', CAST($1 AS text))) END"},
+     "kp._text(kp._fail('KP005', 'Invalid procedure call or argument: ' || $1, CAST($1 AS text))) END"},
     {"now", "", "timestamp", "CAST(localtimestamp(0) AS timestamp)", kVolatile},
     {"_partition", "bigint, bigint, bigint, bigint, integer", "kp.text",
      "kp._text(lpad(CASE WHEN $1 < $2 THEN '' WHEN $1 > $3 THEN CAST($3 + 1 AS text) ELSE CAST($2 + ($1 - $2) / $4 * $4 "
@@ -216,6 +217,7 @@ constexpr ServerFunction kFunctions[] = {
      "ELSE 'FM' || repeat('9', 29) || '0' END || COALESCE(substring($2 COLLATE \"C\" FROM '\\..*'), '')) ELSE "
      "kp._fail('KP005', 'Format with the pattern ''' || $2 || ''': a server knows 0, 0.00, #,##0 and #,##0.00 alone', "
      "CAST(NULL AS text)) END"},
+    {"format_number", "double precision", "kp.text", "kp._text(COALESCE(CAST(trim_scale(kp._plain($1)) AS text), ''))"},
     {"format_number", "double precision, bpchar", "kp.text",
      "kp._text(COALESCE(kp._formatted(kp._plain($1), kp._raw($2)), ''))"},
     {"to_boolean", "double precision", "integer", "-CAST($1 <> 0 AS integer)"},
@@ -231,8 +233,8 @@ constexpr ServerFunction kFunctions[] = {
     {"to_single", "double precision", "double precision", "CAST(CAST($1 AS real) AS double precision)"},
     {"to_single", "bpchar", "double precision", "kp.to_single(kp.to_double($1))"},
     {"val", "bpchar", "double precision",
-     "COALESCE(CAST(substring(kp._raw($1) COLLATE \"C\" FROM '^\\s*([-+]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][-+]?\\d+)?)') AS "
-     "double precision), 0)"},
+     "CASE WHEN $1 IS NOT NULL THEN COALESCE(CAST(substring(kp._raw($1) COLLATE \"C\" FROM "
+     "'^\\s*([-+]?(?:\\d+\\.?\\d*|\\.\\d+)(?:[eE][-+]?\\d+)?)') AS double precision), 0) END"},
     // y-m-d [h:m[:s]] of the forms in which a date is written.
     {"_date_text", "text", "text",
      "regexp_replace(regexp_replace(regexp_replace(regexp_replace(btrim($1 COLLATE \"C\"), '\\s*([-/.])\\s*', '\\1', 'g'), "
@@ -283,6 +285,22 @@ constexpr ServerFunction kFunctions[] = {
      "kp._to_date(COALESCE(regexp_replace(kp._year_first(kp._ordered(regexp_match(kp._raw($1) COLLATE \"C\", "
      "'^ *(\\d+)[-/.](\\d+)[-/.](\\d+)'), kp._known_style($2))) || regexp_replace(kp._raw($1) COLLATE \"C\", '^ "
      "*\\d+[-/.]\\d+[-/.]\\d+', ''), '(:\\d+)\\.\\d+$', '\\1'), kp._server_text(kp._raw($1))), kp._raw($1))"},
+    {"_date_part", "timestamp, text, text", "text",
+     "CASE $2 COLLATE \"C\" WHEN 'yyyy' THEN to_char($1, 'YYYY') WHEN 'yy' THEN to_char($1, 'YY') WHEN 'm' THEN "
+     "to_char($1, 'FMMM') WHEN 'mm' THEN to_char($1, 'MM') WHEN 'mmm' THEN to_char($1, 'Mon') WHEN 'mmmm' THEN "
+     "to_char($1, 'FMMonth') WHEN 'd' THEN to_char($1, 'FMDD') WHEN 'dd' THEN to_char($1, 'DD') WHEN 'ddd' THEN "
+     "to_char($1, 'Dy') WHEN 'dddd' THEN to_char($1, 'FMDay') WHEN 'h' THEN to_char($1, 'FMHH24') WHEN 'hh' THEN "
+     "to_char($1, 'HH24') WHEN 'n' THEN to_char($1, 'FMMI') WHEN 'nn' THEN to_char($1, 'MI') WHEN 's' THEN to_char($1, "
+     "'FMSS') WHEN 'ss' THEN to_char($1, 'SS') ELSE CASE WHEN $2 COLLATE \"C\" ~ '^[- /.:年月日时分秒]$' THEN $2 ELSE "
+     "kp._fail('KP005', 'Format with the pattern ''' || $3 || ''': a server knows y, m, d, h, n and s of dates alone', $2) "
+     "END END"},
+    {"format_date", "timestamp", "kp.text", "kp._text(COALESCE(kp._raw(kp.text_date($1)), ''))"},
+    // m behind the hour would be minutes.
+    {"format_date", "timestamp, bpchar", "kp.text",
+     "kp._text(CASE WHEN $1 IS NULL THEN '' ELSE COALESCE((SELECT string_agg(kp._date_part($1, CASE WHEN kp._lower($2) "
+     "COLLATE \"C\" ~ 'h[^a-z]*m' THEN 'hm' ELSE part[1] END, kp._raw($2)), '' ORDER BY n) FROM "
+     "regexp_matches(kp._lower($2) COLLATE \"C\", '(([a-z])\\2*|.)', 'g') WITH ORDINALITY AS parts(part, n)), '') END)"},
+    {"format_text", "bpchar", "kp.text", "kp._text(COALESCE(kp._raw($1), ''))"},
     {"trim", "bpchar", "kp.text", "kp._text(btrim((kp._raw($1) COLLATE \"C\"), ' '))"},
     {"ucase", "bpchar", "kp.text", "kp._text(upper(kp._raw($1) COLLATE \"und-x-icu\"))"},
     {"unicode", "bpchar", "integer", "CASE WHEN char_length(kp._raw($1)) > 0 THEN ascii(kp._raw($1)) END"},

@@ -1,0 +1,169 @@
+// Functions of a host's own SQL answer on a server as in a file, Null and untidy values included.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "kpTables/Book.h"
+#include "kpTables/Error.h"
+#include "sqlite/TestBook.h"
+
+namespace kpTables {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+void Fill(Book& book) {
+    book.Dialect(SqlDialect::Jet);
+    book.Execute("Create Table V (N LONG PRIMARY KEY, I LONG, D DOUBLE, C CURRENCY, S TEXT(50), T DATETIME)");
+    const Texts numbers = {"0", "1", "-1", "2.5", "-2.5", "0.125", "2.675", "-0.4", "9.96", "99.995", "1234567.891"};
+    const Texts texts = {"''",    "'a'",      "'abc def'", "'Hello wORLD  '", "'水泥42.5'", "'50%'",
+                         "'[x]'", "'a!^_%b'", "'  pad'",   "'Ａé'",           "'1.25'"};
+    const Texts dates = {"#2004-1-31#",         "#2004-2-29 15:05:09#", "#1999-12-31 0:30:00#", "#1900-1-1#",
+                         "#2004-3-7 12:00:00#", "#2050-10-10 9:09:09#", "#2003-2-28#",          "#1970-1-1#",
+                         "#2023-5-6 23:59:59#", "#2000-2-29#",          "#2024-7-8 8:00:00#"};
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        book.Execute("Insert Into V Values (" + std::to_string(i) + ", " + std::to_string(static_cast<int>(i) - 3) +
+                     ", " + numbers[i] + ", " + numbers[i] + ", " + texts[i] + ", " + dates[i] + ")");
+    }
+    book.Execute("Insert Into V (N) Values (99)");
+}
+
+/// What the expression is for every row, or that it fails for one.
+std::string Answers(Book& book, const std::string& expression) {
+    try {
+        return test::RowsOf(*book.Execute("Select " + expression + " From V Order by N"));
+    } catch (const Error&) {
+        return "an error";
+    }
+}
+
+void Compare(SqlDialect dialect, const Texts& expressions) {
+    const BookPtr server = test::NewBook();
+    const BookPtr file = CreateBook("memory:", {});
+    for (Book* book : {server.get(), file.get()}) {
+        Fill(*book);
+        book->Dialect(dialect);
+    }
+    for (const std::string& expression : expressions) {
+        EXPECT_EQ(Answers(*server, expression), Answers(*file, expression)) << expression;
+    }
+}
+
+TEST(FunctionsOnServer, AnswerAsInAFileInJetsDialect) {
+    Compare(SqlDialect::Jet, {"Sin(D)",
+                              "Cos(D)",
+                              "Atn(D)",
+                              "CSng(D)",
+                              "StrConv(S, 3)",
+                              "AscW(S & 'x')",
+                              "ChrW(I + 100)",
+                              "Partition(I, 0, 7, 3)",
+                              "Partition(N, 2, 40, 10)",
+                              "Partition(I, 5, 5, 1)",
+                              "S Like '%[a-c]%'",
+                              "S Like '[!a-z]%'",
+                              "S Like '[^a-z]%'",
+                              "S Like '%!%%' Escape '!'",
+                              "S Like '%!_!%b' Escape '!'",
+                              "S Like '[[]x]'",
+                              "S Like '%[!^]%'",
+                              "S Like 'ａÉ'",
+                              "S Like S",
+                              "S Like '%a' Escape 'xy'",
+                              "DateDiff('ww', T, #2004-3-7#)",
+                              "Format(D, '0.00')",
+                              "Format(D, '#,##0.0')",
+                              "Format(C, '#,##0')",
+                              "Format(I, '0')",
+                              "Format(T, 'yyyy年MM月dd日')",
+                              "Format(T, 'yy-m-d')",
+                              "Format(T, 'dd/mm/yyyy hh:nn:ss')",
+                              "Format(T, 'h:n:s')",
+                              "Format(T, 'dddd d mmmm ddd mmm')",
+                              "Format(T)",
+                              "Format(C)",
+                              "Format(D)",
+                              "Format(S)",
+                              "CDbl(S)",
+                              "InStr(2, S, 'e')",
+                              "InStr(S, 'o')",
+                              "Val(S)",
+                              "CDbl(D)",
+                              "Round(D, 1)"});
+}
+
+TEST(FunctionsOnServer, AnswerAsInAFileInSqlServersDialect) {
+    Compare(SqlDialect::SqlServer, {"SUBSTRING(S, 2, 3)",
+                                    "SUBSTRING(S, I, 3)",
+                                    "SUBSTRING(S, 2, I)",
+                                    "STUFF(S, 2, 3, 'XY')",
+                                    "STUFF(S, I, 1, S)",
+                                    "REPLICATE(S, I)",
+                                    "REPLICATE(S, 3)",
+                                    "UNICODE(S)",
+                                    "NCHAR(I + 20000)",
+                                    "NCHAR(I)",
+                                    "CHARINDEX('e', S)",
+                                    "CHARINDEX('', S)",
+                                    "CHARINDEX('o', S, I)",
+                                    "STR(D, 8, 2)",
+                                    "STR(D)",
+                                    "STR(D, 3, 1)",
+                                    "STR(D, I, 1)",
+                                    "ROUND(D, 2)",
+                                    "ROUND(D, 0)",
+                                    "ROUND(D, 1, 1)",
+                                    "ROUND(D, -2)",
+                                    "ROUND(C, 1)",
+                                    "ROUND(C, -1)",
+                                    "ROUND(C, 2, 1)",
+                                    "I & 3",
+                                    "CAST(D AS DECIMAL(10,2))",
+                                    "CAST(C AS DECIMAL(10,1))",
+                                    "CAST(D AS DECIMAL(5,2))",
+                                    "CAST(D AS BIGINT)",
+                                    "CAST(C AS DECIMAL(38,4))",
+                                    "TAN(D)",
+                                    "EOMONTH(T)",
+                                    "EOMONTH(T, I)",
+                                    "DATENAME(month, T)",
+                                    "DATENAME(dw, T)",
+                                    "DATENAME(yy, T)",
+                                    "S Like 'a[!b]%'",
+                                    "S Like '%[^a-z ]%'",
+                                    "S Like 'a!!^!_!%b' Escape '!'",
+                                    "ISDATE(S)",
+                                    "ISDATE('2004-03-07T15:05:09.5')",
+                                    "ISDATE('20040307 15:05')",
+                                    "CONVERT(varchar(30), T)",
+                                    "CONVERT(varchar(20), C, 1)",
+                                    "CONVERT(varchar(20), C, 0)",
+                                    "CONVERT(varchar(20), C, 2)",
+                                    "CONVERT(datetime, S, 103)",
+                                    "CONVERT(datetime, '13/07/04', 3)",
+                                    "CONVERT(datetime, '7/13/2004 15:05', 101)",
+                                    "CONVERT(datetime, '49.07.13', 2)",
+                                    "CONVERT(datetime, '2004-07-13 15:05:09.123', 121)"});
+}
+
+TEST(FunctionsOnServer, WriteDatesInEveryStyle) {
+    Texts expressions;
+    for (int style = 0; style < 135; ++style) {
+        expressions.push_back("CONVERT(varchar(40), T, " + std::to_string(style) + ")");
+    }
+    Compare(SqlDialect::SqlServer, expressions);
+}
+
+TEST(FunctionsOnServer, RankAndLookAround) {
+    Compare(
+        SqlDialect::SqlServer,
+        {"N, LAG(C, 1, 0) OVER (ORDER BY N)", "N, LAG(S, 2) OVER (ORDER BY N)", "N, LEAD(T) OVER (ORDER BY N DESC)",
+         "N, FIRST_VALUE(D) OVER (PARTITION BY I % 2 ORDER BY N)", "N, LAST_VALUE(S) OVER (ORDER BY S)",
+         "N, RANK() OVER (ORDER BY I % 3)", "N, DENSE_RANK() OVER (ORDER BY I % 3)", "N, NTILE(4) OVER (ORDER BY N)",
+         "N, ROW_NUMBER() OVER (ORDER BY S, N)", "N, SUM(C) OVER (ORDER BY N ROWS 2 PRECEDING)",
+         "N, AVG(C) OVER (PARTITION BY I % 2)", "N, COUNT(S) OVER (ORDER BY I)", "N, MAX(T) OVER (ORDER BY N)"});
+}
+
+}  // namespace
+}  // namespace kpTables
