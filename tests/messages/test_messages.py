@@ -14,14 +14,15 @@ TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|^\s*#[^\n]*|"(?:[^"\\\n]|\\.)*"|\'(?:[^\
 STATEMENT = re.compile(r"\b(Select|From|Where|And|Or|Order by|Group by|Insert|Update|Delete|Set|Inner|Union|Having|Values|As|"
                        r"Into|Between|Like|SELECT|FROM|WHERE|ORDER BY|PRAGMA|NOCASE|SAVEPOINT|ROLLBACK|RELEASE|INTO|UPDATE|"
                        r"TABLE|INDEX|COLLATE|IN|AND|OR|NOT)\b")
-# Files whose sentences are for programs (the lines of a batch), for the system (scripts of a shell), or never shown.
+# Files whose sentences are for programs (the lines of a batch), for the system (scripts of a shell), of another program's
+# extension, or never shown.
 NOT_FOR_PEOPLE = ["src/kpbook/batch/", "src/kpbook/commands/CompletionCommand.cpp", "src/sql/rewrite/Rules.cpp",
-                  "src/sql/print/"]
+                  "src/sql/print/", "src/engines/sqlite/extension/"]
 # The same for single texts: marks in another library's messages, patterns of dates, the trace, options, and what only the
 # compiler or a host's own connection says.
 OTHERS = {"this connection binds no values", "this connection reads one dialect only", "a gap without a value",
           "a value without a gap", "SQLite format 3\\0", "integer overflow", "no such table: ", "no such column: ",
-          "the reader of standard output has gone", "open table", "rows on demand", "Complete the word",
+          "the reader of standard output has gone", "The field", "open table", "rows on demand", "Complete the word",
           "a wide character is a code point", "th button", "余额表还没有本月的入库和出库，库存表 (kpbook stock) 有"}
 NO_SENTENCE = re.compile(r"[dmy]{2,4}\W|--\w|<\w+[ >]")
 

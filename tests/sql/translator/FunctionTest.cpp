@@ -215,6 +215,7 @@ TEST(Functions, EveryCallInATextIsListed) {
         "Select CAST(at AS varchar(20)), CONVERT(datetime, t, 103), DateName(mm, at), EOMonth(at), IsDate(t) From T",
         "Select CAST(c AS DECIMAL(9,2)), CAST(d AS DECIMAL(9,2)), Substring(t, 1, 1), Unicode(t), NChar(l) From T",
         "Select Sin(d), Cos(d), Tan(d), Atn(d), Partition(l, 0, 9, 3), StrConv(t, 3) From T",
+        "Select Hex(l), Oct(l), MonthName(l), WeekdayName(l), PatIndex('%a%', t) From T",
     };
     const auto functions = EngineFunctions();
     std::size_t calls = 0;

@@ -100,10 +100,10 @@ INSTANTIATE_TEST_SUITE_P(Cases, PostgresText, testing::ValuesIn(kPostgresCases))
 
 TEST(PostgresRefusals, NameTheFunction) {
     try {
-        PrintedFor("Select Format(1.5, '0.00') As x");
+        PrintedFor("Select InStrRev('abc', 'b') As x");
         FAIL();
     } catch (const SqlError& error) {
-        EXPECT_STREQ(error.what(), "the book's engine does not have the function 'format_number'");
+        EXPECT_STREQ(error.what(), "the book's engine does not have the function 'instrrev'");
         EXPECT_EQ(error.Offset(), 7U);
     }
 }
