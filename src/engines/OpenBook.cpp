@@ -29,8 +29,8 @@ constexpr Engine kEngines[] = {
      engines::sqlite::CreateFile, engines::sqlite::UpgradeFile},
     {"memory", Translatable("a book in memory is made anew each time (memory:)"), engines::sqlite::OpenInMemory,
      engines::sqlite::CreateInMemory, engines::sqlite::UpgradeInMemory},
-    {"postgresql", "a book on a server is postgresql://user@host/database?book=NAME", engines::postgres::OpenOnServer,
-     engines::postgres::CreateOnServer, engines::postgres::UpgradeOnServer},
+    {"postgresql", Translatable("a book on a server is postgresql://user@host/database?book=NAME"),
+     engines::postgres::OpenOnServer, engines::postgres::CreateOnServer, engines::postgres::UpgradeOnServer},
 };
 
 const Engine& EngineFor(const std::string& scheme, const std::string& url) {

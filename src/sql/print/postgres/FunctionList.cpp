@@ -100,7 +100,7 @@ constexpr ServerFunction kFunctions[] = {
      "date_trunc('month', $1) + make_interval(months => CAST($2 AS integer) + 1) - INTERVAL '1 day'"},
     {"exp", "double precision", "double precision", "exp($1)"},
     {"fit", "bpchar, integer, bpchar", "kp.text",
-     "CASE WHEN char_length(kp._raw($1)) > $2 THEN kp._text(kp._fail('22003', 'The field ''' || $3 || ''' is too small "
+     "CASE WHEN char_length(kp._raw($1)) > $2 THEN kp._text(kp._fail('KP006', 'The field ''' || $3 || ''' is too small "
      "for a text of ' || char_length(kp._raw($1)) || ' characters: it takes ' || $2, kp._raw($1))) ELSE "
      "kp._text(kp._raw($1)) END"},
     {"fix", "double precision", "double precision", "trunc($1)"},
