@@ -1,9 +1,10 @@
 # Flags that every target of this project is built with: link kpTablesFlags privately.
 add_library(kpTablesFlags INTERFACE)
 target_compile_options(kpTablesFlags INTERFACE -Wall -Wextra -Wpedantic $<$<BOOL:${KPTABLES_WERROR}>:-Werror>)
-# g++ 12 mistakes the optimized code of "text" + std::string for an overlapping copy, in the standard library's header.
+# g++ 12 mistakes the optimized code of "text" + std::string for an overlapping copy, and that of an empty
+# std::optional<std::string> for one that is read, both in the standard library's headers.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  target_compile_options(kpTablesFlags INTERFACE -Wno-restrict)
+  target_compile_options(kpTablesFlags INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()
 # Position-independent code calls its own functions directly, as that of a program does.
 if(KPTABLES_SHARED)

@@ -20,18 +20,18 @@ Signature AddDays, DateNumber, DateSerial, DateValue, Day, DayAndTime, DaysBetwe
 Signature DateAdd, DateDiff, DatePart, TimeSerial, Weekday;
 
 // DateStyles.cpp
-Signature DateName, EndOfMonth, StyledDate, TextOfStyledDate;
+Signature DateName, EndOfMonth, MonthName, StyledDate, TextOfStyledDate, WeekdayName;
 
 // DecimalFunctions.cpp
 Signature CurrencyRoundOnServer, DecimalFit, RoundOnServer, StrOnServer, ToDecimal;
 
 // NumberFunctions.cpp
 Signature ArcTangent, BitAnd, Cosine, CurrencyFit, CurrencyFix, CurrencyInt, CurrencyProduct, CurrencyRound, Divide,
-    Exponential, Fix, Int, Logarithm, Partition, Power, Remainder, Round, Sign, Sine, SquareRoot, Tangent,
+    Exponential, Fix, Hex, Int, Logarithm, Oct, Partition, Power, Remainder, Round, Sign, Sine, SquareRoot, Tangent,
     WholeQuotient;
 
 // SearchFunctions.cpp
-Signature CharIndex, InStr, InStrRev, Like, LikeOnServer, Replace, StrComp;
+Signature CharIndex, InStr, InStrRev, Like, LikeOnServer, PatIndex, Replace, StrComp;
 
 // TextFunctions.cpp
 Signature Asc, Char, Chr, Fit, Join, Left, Lower, Mid, NChar, Proper, Replicate, Reverse, Right, Space, String, Stuff,

@@ -108,6 +108,11 @@ std::optional<std::string> YearFirst(std::string_view text, Order order) {
     return numbers[0] + "-" + numbers[1] + "-" + numbers[2] + std::string(text.substr(at));
 }
 
+/// The second argument, where there is one, asks for the short name.
+std::string NameOfDate(const Arguments& a, double date, const char* whole, const char* shortened) {
+    return text::DateByPattern(date, a.Count() > 1 && a.Whole(1) != 0 ? shortened : whole);
+}
+
 }  // namespace
 
 void TextOfStyledDate(const Arguments& a, Answer& answer) {
@@ -135,6 +140,20 @@ void DateName(const Arguments& a, Answer& answer) {
         return answer.Text(std::to_string(number.Get().Whole()));
     }
     answer.Text(text::DateByPattern(a.Date(1), month ? "mmmm" : "dddd"));
+}
+
+void MonthName(const Arguments& a, Answer& answer) {
+    const std::int32_t month = a.Whole(0);
+    if (month < 1 || month > 12) Raise(FaultNumber::InvalidCall);
+    answer.Text(NameOfDate(a, *text::SerialOfDay(2000, month, 1), "mmmm", "mmm"));
+}
+
+void WeekdayName(const Arguments& a, Answer& answer) {
+    const std::int32_t day = a.Whole(0);
+    const std::int32_t first = a.Count() > 2 ? std::max(a.Whole(2), 1) : 1;
+    if (day < 1 || day > 7 || first > 7) Raise(FaultNumber::InvalidCall);
+    // January 2nd, 2000, is a Sunday.
+    answer.Text(NameOfDate(a, *text::SerialOfDay(2000, 1, 2) + (day + first - 2) % 7, "dddd", "ddd"));
 }
 
 void EndOfMonth(const Arguments& a, Answer& answer) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <limits>
 #include <string>
 
@@ -25,6 +26,13 @@ std::int64_t Scaled(std::int64_t units, std::int64_t unit) {
         Raise(FaultNumber::Overflow);
     }
     return units * unit;
+}
+
+/// Of a negative number those of its two's complement.
+std::string Digits(std::int32_t number, const char* format) {
+    std::array<char, 16> digits{};
+    std::snprintf(digits.data(), digits.size(), format, static_cast<unsigned>(number));
+    return digits.data();
 }
 
 std::int32_t Decimals(const Arguments& a) {
@@ -78,6 +86,10 @@ void CurrencyRound(const Arguments& a, Answer& answer) {
 }
 
 void BitAnd(const Arguments& a, Answer& answer) { answer.Whole(a.Whole(0) & a.Whole(1)); }
+
+void Hex(const Arguments& a, Answer& answer) { answer.Text(Digits(a.Whole(0), "%X")); }
+
+void Oct(const Arguments& a, Answer& answer) { answer.Text(Digits(a.Whole(0), "%o")); }
 
 void Divide(const Arguments& a, Answer& answer) {
     if (a.Number(1) == 0) Raise(FaultNumber::DivisionByZero);

@@ -1,4 +1,5 @@
 // Functions that look for text in text.
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -84,6 +85,21 @@ void InStrRev(const Arguments& a, Answer& answer) {
     const auto at = searched.rfind(find);
     if (at == searched.npos) return answer.Whole(0);
     answer.Whole(static_cast<std::int64_t>(text::CountCharacters(searched.substr(0, at))) + 1);
+}
+
+void PatIndex(const Arguments& a, Answer& answer) {
+    std::string_view pattern = a.Text(0);
+    const std::string_view text = a.Text(1);
+    RequireSearchable(text, pattern);
+    const text::LikeRules rules{.outside = "^"};
+    if (!pattern.starts_with('%')) return answer.Whole(text::Like(text, pattern, rules) ? 1 : 0);
+    pattern.remove_prefix(std::min(pattern.find_first_not_of('%'), pattern.size()));
+    std::int64_t position = 1;
+    for (std::size_t at = 0; at < text.size(); ++position) {
+        if (text::Like(text.substr(at), pattern, rules)) return answer.Whole(position);
+        text::NextCharacter(text, at);
+    }
+    answer.Whole(0);
 }
 
 void Replace(const Arguments& a, Answer& answer) {

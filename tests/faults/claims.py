@@ -34,7 +34,7 @@ class Sources:
             self.cases |= {f"{suite}.{name}" for suite, name in re.findall(r"\bTEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", text)}
         for path in tests.rglob("CMakeLists.txt"):
             text = path.read_text(encoding="utf-8")
-            self.cases |= set(re.findall(r"(?:\bNAME |add_fault_test\()([\w.]+)", text))
+            self.cases |= set(re.findall(r"(?:\bNAME |add_fault_test\(|add_server_test\()([\w.]+)", text))
             # A family of tests: foreach(area IN ITEMS a b), then add_test(NAME family.${area}.
             for variable, items, rest in re.findall(r"foreach\((\w+) IN ITEMS ([^)]*)\)(.*?)endforeach", text, re.S):
                 for family in re.findall(r"NAME ([\w.]+)\$\{" + variable + r"\}", rest):

@@ -33,6 +33,7 @@ constexpr DialectFunction kDialectFunctions[] = {
     {"eomonth", "dn", 1, Type::Date, "eomonth"},
     {"exp", "n", 1, Type::Double, "exp"},
     {"getdate", "", 0, Type::Date, "now"},
+    {"hex", "n", 1, Type::Text, "hex"},
     {"hour", "d", 1, Type::Short, "hour"},
     {"lcase", "t", 1, Type::Text, "lcase"},
     {"instrrev", "ttnn", 2, Type::Long, "instrrev"},
@@ -42,9 +43,12 @@ constexpr DialectFunction kDialectFunctions[] = {
     {"mid", "tnn", 2, Type::Text, "mid"},
     {"minute", "d", 1, Type::Short, "minute"},
     {"month", "d", 1, Type::Short, "month"},
+    {"monthname", "nn", 1, Type::Text, "monthname"},
     {"nchar", "n", 1, Type::Text, "nchar"},
     {"now", "", 0, Type::Date, "now"},
+    {"oct", "n", 1, Type::Text, "oct"},
     {"partition", "nnnn", 4, Type::Text, "partition"},
+    {"patindex", "tt", 2, Type::Long, "patindex"},
     {"replace", "ttt", 3, Type::Text, "replace"},
     {"replicate", "tn", 2, Type::Text, "replicate"},
     {"reverse", "t", 1, Type::Text, "strreverse"},
@@ -72,6 +76,7 @@ constexpr DialectFunction kDialectFunctions[] = {
     {"upper", "t", 1, Type::Text, "ucase"},
     {"val", "t", 1, Type::Double, "val"},
     {"weekday", "dn", 1, Type::Short, "weekday"},
+    {"weekdayname", "nnn", 1, Type::Text, "weekdayname"},
     {"year", "d", 1, Type::Short, "year"},
 };
 

@@ -170,12 +170,9 @@ Aggregate::Aggregate(AggregateFunction f, TermPtr argument, TermPtr filter, Type
     constant = false;
 }
 
-WindowTerm::WindowTerm(Terms parts, std::size_t partition, std::vector<bool> directions,
+WindowTerm::WindowTerm(Type t, Terms parts, std::size_t partition, std::vector<bool> directions,
                        const std::optional<sql::Window::Frame>& rows)
-    : TermOf(parts.front()->type, std::move(parts)),
-      partitionKeys(partition),
-      descending(std::move(directions)),
-      frame(rows) {
+    : TermOf(t, std::move(parts)), partitionKeys(partition), descending(std::move(directions)), frame(rows) {
     constant = false;
 }
 

@@ -258,7 +258,7 @@ struct WindowTerm : TermOf<WindowTerm, TermKind::Window> {
     std::size_t partitionKeys;
     std::vector<bool> descending;  ///< of each key of the order
     std::optional<sql::Window::Frame> frame;
-    WindowTerm(Terms parts, std::size_t partition, std::vector<bool> directions,
+    WindowTerm(Type t, Terms parts, std::size_t partition, std::vector<bool> directions,
                const std::optional<sql::Window::Frame>& rows);
 };
 

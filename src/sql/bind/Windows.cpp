@@ -93,6 +93,7 @@ TermPtr BindFunctionOf(const sql::Window& window, const WindowFunction& function
 
 TermPtr OverWindow(TermPtr function, const sql::Window& window, const Place& place) {
     const Place inner = BeforeWindow(place);
+    const Type type = function->type;
     Terms parts;
     parts.push_back(std::move(function));
     for (const auto& key : window.partitionBy)
@@ -102,8 +103,8 @@ TermPtr OverWindow(TermPtr function, const sql::Window& window, const Place& pla
         parts.push_back(Collated(AsValue(place.context, BindExpression(*key.expression, inner))));
         descending.push_back(key.descending);
     }
-    auto term =
-        std::make_shared<WindowTerm>(std::move(parts), window.partitionBy.size(), std::move(descending), window.frame);
+    auto term = std::make_shared<WindowTerm>(type, std::move(parts), window.partitionBy.size(), std::move(descending),
+                                             window.frame);
     term->offset = window.offset;
     return term;
 }
