@@ -24,6 +24,7 @@ constexpr Meaning kMeanings[] = {
     {"22012", DatabaseErrorNumber::Failure, Translatable("Division by zero")},
     {"22", DatabaseErrorNumber::TypeMismatch, nullptr},
     {"23", DatabaseErrorNumber::ConstraintViolated, nullptr},
+    {"KP006", DatabaseErrorNumber::Overflow, nullptr},
     {"25006", DatabaseErrorNumber::NotPermitted,
      Translatable("The book is open for reading only and cannot be changed")},
     {"40", DatabaseErrorNumber::Locked, Translatable("The book is in use by another program; try again later")},
@@ -64,7 +65,7 @@ void RaiseFailure(const ServerError& error, std::string_view statement) {
     const bool known = found != std::end(kMeanings);
     std::string text = known && found->text ? Translated(found->text) : error.message;
     if (error.state.starts_with("23")) text = OfConstraint(error);
-    if (error.state == "22003" && !text.starts_with("The field")) text = Message("Overflow: {1}", text);
+    if (error.state == "22003") text = Message("Overflow: {1}", text);
     if (error.state == "42883") text = Message("The server does not have this function: {1}", error.message);
     if (error.state.empty()) {
         text = Message(

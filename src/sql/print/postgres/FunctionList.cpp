@@ -100,10 +100,11 @@ constexpr ServerFunction kFunctions[] = {
      "date_trunc('month', $1) + make_interval(months => CAST($2 AS integer) + 1) - INTERVAL '1 day'"},
     {"exp", "double precision", "double precision", "exp($1)"},
     {"fit", "bpchar, integer, bpchar", "kp.text",
-     "CASE WHEN char_length(kp._raw($1)) > $2 THEN kp._text(kp._fail('22003', 'The field ''' || $3 || ''' is too small "
+     "CASE WHEN char_length(kp._raw($1)) > $2 THEN kp._text(kp._fail('KP006', 'The field ''' || $3 || ''' is too small "
      "for a text of ' || char_length(kp._raw($1)) || ' characters: it takes ' || $2, kp._raw($1))) ELSE "
      "kp._text(kp._raw($1)) END"},
     {"fix", "double precision", "double precision", "trunc($1)"},
+    {"hex", "double precision", "kp.text", "kp._text(upper(to_hex(CAST($1 AS integer))))"},
     {"hour", "timestamp", "integer", "CAST(extract(hour FROM $1) AS integer)"},
     {"idiv", "double precision, double precision", "bigint", "CAST(round($1) AS bigint) / CAST(round($2) AS bigint)"},
     {"instr", "bpchar, bpchar", "integer", "strpos(kp._lower($1) COLLATE \"C\", kp._lower($2) COLLATE \"C\")"},
@@ -134,6 +135,13 @@ constexpr ServerFunction kFunctions[] = {
     {"like_server", "bpchar, bpchar, bpchar", "boolean",
      "CASE WHEN char_length(kp._raw($3)) = 1 THEN kp._lower($1) COLLATE \"C\" ~ kp._pattern(kp._lower($2), '^', "
      "kp._lower($3)) ELSE kp._fail('KP005', 'the sign of ESCAPE is one character, not ' || kp._raw($3), CAST(NULL AS boolean)) END"},
+    // From the first place from which the rest matches what stands behind the pattern's first %.
+    {"_first_match", "text, text", "integer",
+     "(SELECT min(at) FROM generate_series(1, char_length($1)) AS at WHERE substr($1, at) COLLATE \"C\" ~ "
+     "kp._pattern(ltrim($2 COLLATE \"C\", '%'), '^', ''))"},
+    {"patindex", "bpchar, bpchar", "integer",
+     "CASE WHEN kp._raw($1) COLLATE \"C\" NOT LIKE '\\%%' THEN CAST(kp.like_server($2, $1) AS integer) WHEN $1 IS NOT NULL "
+     "AND $2 IS NOT NULL THEN COALESCE(kp._first_match(kp._lower($2), kp._lower($1)), 0) END"},
     {"log", "double precision", "double precision", "ln($1)"},
     {"ltrim", "bpchar", "kp.text", "kp._text(ltrim((kp._raw($1) COLLATE \"C\"), ' '))"},
     {"mid", "bpchar, double precision", "kp.text", "kp._text(substr(kp._raw($1), kp._count($2)))"},
@@ -145,6 +153,15 @@ constexpr ServerFunction kFunctions[] = {
     {"nchar", "double precision", "kp.text",
      "CASE WHEN $1 BETWEEN 1 AND 55295 OR $1 BETWEEN 57344 AND 1114111 THEN kp._text(chr(CAST($1 AS integer))) ELSE "
      "kp._text(kp._fail('KP005', 'Invalid procedure call or argument: ' || $1, CAST($1 AS text))) END"},
+    {"monthname", "double precision, double precision", "kp.text",
+     "CASE WHEN round($1) BETWEEN 1 AND 12 THEN kp._text(to_char(make_date(2000, CAST($1 AS integer), 1), CASE WHEN $2 = 0 "
+     "THEN 'FMMonth' WHEN $2 <> 0 THEN 'Mon' END)) ELSE kp._text(kp._fail('KP005', 'Invalid procedure call or argument: "
+     "MonthName(' || $1 || ')', CAST(NULL AS text))) END"},
+    {"monthname", "double precision", "kp.text", "kp.monthname($1, 0)"},
+    {"oct", "double precision", "kp.text",
+     "CASE WHEN $1 IS NOT NULL THEN kp._text(COALESCE(NULLIF(ltrim((SELECT string_agg(CAST((CAST(CAST($1 AS integer) AS "
+     "bigint) & 4294967295) >> (3 * place) & 7 AS text), '' ORDER BY place DESC) FROM generate_series(0, 10) AS place), "
+     "'0'), ''), '0')) END"},
     {"now", "", "timestamp", "CAST(localtimestamp(0) AS timestamp)", kVolatile},
     {"_partition", "bigint, bigint, bigint, bigint, integer", "kp.text",
      "kp._text(lpad(CASE WHEN $1 < $2 THEN '' WHEN $1 > $3 THEN CAST($3 + 1 AS text) ELSE CAST($2 + ($1 - $2) / $4 * $4 "
@@ -305,6 +322,14 @@ constexpr ServerFunction kFunctions[] = {
     {"ucase", "bpchar", "kp.text", "kp._text(upper(kp._raw($1) COLLATE \"und-x-icu\"))"},
     {"unicode", "bpchar", "integer", "CASE WHEN char_length(kp._raw($1)) > 0 THEN ascii(kp._raw($1)) END"},
     {"weekday", "timestamp", "integer", "CAST(extract(dow FROM $1) AS integer) + 1"},
+    // January 2nd, 2000, is a Sunday.
+    {"weekdayname", "double precision, double precision, double precision", "kp.text",
+     "CASE WHEN round($1) BETWEEN 1 AND 7 AND round($3) <= 7 THEN kp._text(to_char(DATE '2000-01-02' + (CAST($1 AS "
+     "integer) + greatest(CAST($3 AS integer), 1) - 2) % 7, CASE WHEN $2 = 0 THEN 'FMDay' WHEN $2 <> 0 THEN 'Dy' END)) "
+     "ELSE kp._text(kp._fail('KP005', 'Invalid procedure call or argument: WeekdayName(' || $1 || ', ' || $3 || ')', "
+     "CAST(NULL AS text))) END"},
+    {"weekdayname", "double precision, double precision", "kp.text", "kp.weekdayname($1, $2, 1)"},
+    {"weekdayname", "double precision", "kp.text", "kp.weekdayname($1, 0, 1)"},
     {"year", "timestamp", "integer", "CAST(extract(year FROM $1) AS integer)"},
 };
 
