@@ -40,8 +40,12 @@ public:
                 return (Below(4000) - 500) / 8.0;
             case VarType::Currency:
                 return Currency::FromScaled(std::int64_t{Below(2000000)} - 300000);
-            case VarType::Date:
-                return Date::FromYearMonthDay(2003 + Below(2), 1 + Below(12), 1 + Below(28));
+            case VarType::Date: {
+                // One after the other: compilers evaluate arguments in orders of their own.
+                const int year = 2003 + Below(2);
+                const int month = 1 + Below(12);
+                return Date::FromYearMonthDay(year, month, 1 + Below(28));
+            }
             default:
                 return Variant(std::string(kTexts[static_cast<std::size_t>(Below(std::size(kTexts)))]));
         }
