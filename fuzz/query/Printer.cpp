@@ -42,6 +42,9 @@ protected:
     virtual std::string Choice(const std::string& condition, const std::string& yes, const std::string& no) const = 0;
     /// A value to be compared, grouped by or listed.
     virtual std::string Key(const Expression& e) const = 0;
+    virtual std::string Between(const std::string& value, const std::string& one, const std::string& other) const {
+        return value + " BETWEEN " + one + " AND " + other;
+    }
 
     std::string Text(const Expression& e) const {
         const auto part = [&](std::size_t i) { return Text(e.parts[i]); };
@@ -82,7 +85,7 @@ private:
             case Node::Compare:
                 return key(0) + ' ' + e.text + ' ' + key(1);
             case Node::Between:
-                return key(0) + " BETWEEN " + key(1) + " AND " + key(2);
+                return Between(key(0), key(1), key(2));
             case Node::InList:
                 return key(0) + " IN (" + key(1) + ", " + key(2) + ", " + key(3) + ')';
             case Node::InQuery:
@@ -148,6 +151,10 @@ class NaivePrinter final : public Printer {
     }
     std::string Key(const Expression& e) const override {
         return e.kind == Kind::Text ? Bracketed(Bracketed(Text(e)) + " COLLATE KPTEXT") : Bracketed(Text(e));
+    }
+    // Jet's bounds may stand the other way round.
+    std::string Between(const std::string& value, const std::string& one, const std::string& other) const override {
+        return Bracketed(Printer::Between(value, one, other)) + " OR " + Bracketed(Printer::Between(value, other, one));
     }
 };
 
