@@ -10,17 +10,12 @@
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
 #include "sql/print/postgres/PostgresEngine.h"
-#include "text/TextOrder.h"
 
 namespace kpTables::engines::postgres {
 
 namespace {
 
 using sql::print::postgres::QuotedName;
-
-std::optional<std::uint64_t> KeyOfText(std::string_view text) noexcept { return text::HashOfText(text); }
-
-constexpr TextOrder kBookTexts = {text::CompareTexts, KeyOfText};
 
 /// A query or a change, prepared on the server.
 class PreparedStatement final : public engines::Statement {
@@ -146,8 +141,6 @@ PostgresDriver::PostgresDriver(std::unique_ptr<Database> database, engines::Limi
       limits_(std::move(limits)),
       catalog_(*database_),
       transaction_(*database_, readOnly) {}
-
-const TextOrder& PostgresDriver::Texts() const noexcept { return kBookTexts; }
 
 std::unique_ptr<engines::Statement> PostgresDriver::Prepare(std::string_view text) {
     if (IsSchemaChange(text)) return std::make_unique<SchemaStatement>(*database_, text);
