@@ -106,11 +106,13 @@ void ServerTransaction::Start(Use use) {
 }
 
 void ServerTransaction::Save() {
+    database_.SendPending();
     database_.ForgetSavepoint();
     RunWhole("COMMIT");
 }
 
 void ServerTransaction::Undo() {
+    database_.DropPending();
     database_.ForgetSavepoint();
     RunWhole("ROLLBACK");
 }
@@ -127,6 +129,7 @@ void ServerTransaction::MergeLevel() {
 }
 
 void ServerTransaction::UndoLevel() {
+    database_.DropPending();
     database_.ForgetSavepoint();
     RunWhole("ROLLBACK TO kp_level; RELEASE kp_level");
 }
@@ -148,9 +151,8 @@ std::unique_ptr<engines::Statement> PostgresDriver::Prepare(std::string_view tex
 }
 
 std::shared_ptr<engines::RowWriter> PostgresDriver::MakeWriter(engines::WrittenTable table) {
-    const sql::CatalogTable* known = catalog_.Find(table.name);
-    const std::string rowId = known ? known->rowId : std::string();
-    return std::make_shared<TableWriter>(*database_, std::move(table), rowId);
+    const sql::CatalogTable& known = *catalog_.Find(table.name);
+    return std::make_shared<TableWriter>(*database_, std::move(table), known);
 }
 
 void PostgresDriver::ChangeColumn(const sql::ColumnChange& change) {

@@ -18,6 +18,8 @@ class ServerTransaction final : public engines::Transaction {
 public:
     ServerTransaction(Database& database, bool readOnly) noexcept : database_(database), readOnly_(readOnly) {}
 
+    void SendRows() override { database_.SendPending(); }
+
 private:
     void Start(Use use) override;
     void Save() override;
