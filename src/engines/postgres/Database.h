@@ -10,6 +10,7 @@
 
 #include "engines/postgres/Library.h"
 #include "engines/postgres/Parameters.h"
+#include "kpTables/Error.h"
 
 namespace kpTables::engines::postgres {
 
@@ -40,6 +41,12 @@ private:
 
 /// Receives a query's rows, one at a time.
 using RowSink = std::function<void(const Result& row)>;
+
+/// The server wants a password that it was not given.
+class PasswordNeeded : public DatabaseError {
+public:
+    using DatabaseError::DatabaseError;
+};
 
 class Database {
 public:
@@ -81,6 +88,9 @@ public:
     /// It has ended with its transaction or level.
     void ForgetSavepoint() noexcept { hasSavepoint_ = false; }
 
+    /// A user's password as the server keeps it, so that it is sent and logged in no other form.
+    std::string EncryptedPassword(const std::string& password, const std::string& user) const;
+
     /// How often the server has told so far that a program has changed the book's schema.
     int SchemaChanges() noexcept;
 
@@ -106,6 +116,7 @@ private:
     /// Reads and drops what is left of an unfinished statement.
     void Drain() noexcept;
     void Cancel() const noexcept;
+    [[noreturn]] void RaiseUnreached() const;
     [[noreturn]] void RaiseLost(std::string_view shown) const;
     [[noreturn]] void RaiseError(const Result& failed, std::string_view shown) const;
 
