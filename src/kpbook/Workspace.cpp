@@ -6,6 +6,7 @@
 #include <ctime>
 #include <utility>
 
+#include "engines/BookUrl.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
@@ -52,6 +53,12 @@ BookPtr OpenToRead(const std::string& url, BookOptions options) {
     }
 }
 
+BookPtr OpenFor(Access access, const std::string& url, const GlobalOptions& global) {
+    BookOptions options = OptionsOf(global);
+    options.readOnly = access == Access::Copy && engines::ParseBookUrl(url).scheme != "file";
+    return access == Access::Change || options.readOnly ? OpenBook(url, options) : OpenToRead(url, options);
+}
+
 /// A book of which somebody has dropped a part still serves the methods that do without it.
 void WarnOfMissingParts(Book& book) {
     for (const std::string& part : book.MissingParts()) {
@@ -76,8 +83,7 @@ Error Plain(const DatabaseError& error) { return Error(error.Number(), error.Des
 }  // namespace
 
 Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global, Access access)
-    : Workspace(access == Access::Read ? OpenToRead(url, OptionsOf(global)) : OpenBook(url, OptionsOf(global)),
-                std::move(host), global) {
+    : Workspace(OpenFor(access, url, global), std::move(host), global) {
     WarnOfMissingParts(*book);
     LogIn(global, access);
 }
@@ -176,6 +182,11 @@ BookOptions OptionsOf(const GlobalOptions& global) {
     options.maxRows = global.maxRows;
     options.maxBytes = global.maxBytes;
     options.interrupted = [clock = global.clock] { return ArrivedSignal() != 0 || clock->IsOver(); };
+    // Asked for once, however many books are opened.
+    options.password = [file = global.passwordFile, password = global.password, incidents = global.incidents] {
+        if (!*password) *password = ServerPassword(file);
+        return **password;
+    };
     return options;
 }
 
