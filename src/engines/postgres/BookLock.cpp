@@ -8,13 +8,14 @@ void RollBackQuietly(Database& database) noexcept {
     try {
         database.Run("ROLLBACK");
     } catch (const DatabaseError&) {
-        return;  // The connection is lost, and the server rolls back.
+        // The connection is lost, and the server rolls back.
+        database.AcceptLoss();
     }
 }
 
 void BeginChange(Database& database) {
     try {
-        database.Run(kBeginChange);
+        database.Repeated([&] { database.Run(kBeginChange); });
     } catch (const DatabaseError&) {
         if (database.InTransaction()) RollBackQuietly(database);
         throw;

@@ -14,12 +14,10 @@ namespace kpTables::engines::postgres {
 
 namespace {
 
-void Ignore(void*, const char*) noexcept {}
-
-std::string Trimmed(const char* message) {
-    std::string text(message ? message : "");
-    while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
-    return text;
+/// What the server or its client library said first; advice for the server's keeper may follow it.
+std::string FirstLine(const char* message) {
+    const std::string text(message ? message : "");
+    return text.substr(0, text.find('\n'));
 }
 
 std::string Field(const Result& result, int code) {
@@ -51,23 +49,19 @@ std::int64_t Result::AffectedRows() const {
     return rows;
 }
 
-Database::Database(const std::string& connection, std::function<bool()> interrupted)
-    : connection_(LoadedLibrary().Connect(connection.c_str())), interrupted_(std::move(interrupted)) {
-    const Library& library = LoadedLibrary();
-    if (!IsConnected()) {
-        throw DatabaseError(
-            static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-            Message("The server cannot be reached: {1}", Trimmed(library.ErrorMessage(connection_.get()))));
-    }
-    library.SetNoticeProcessor(connection_.get(), Ignore, nullptr);
+Database::Database(std::string connection, std::function<bool()> interrupted)
+    : address_(std::move(connection)), interrupted_(std::move(interrupted)) {
+    Connect();
 }
 
 Result Database::Run(std::string_view text, std::string_view shown) {
+    BeReady(shown.empty() ? text : shown);
     Sent(LoadedLibrary().SendQuery(connection_.get(), std::string(text).c_str()), shown);
     return Finished(shown.empty() ? text : shown);
 }
 
 Result Database::Ask(std::string_view text, const Parameters& parameters) {
+    BeReady(text);
     Sent(LoadedLibrary().SendQueryParams(connection_.get(), std::string(text).c_str(), parameters.Count(), nullptr,
                                          parameters.Values(), parameters.Lengths(), parameters.Formats(), kTexts),
          text);
@@ -75,14 +69,33 @@ Result Database::Ask(std::string_view text, const Parameters& parameters) {
 }
 
 std::string Database::Prepare(std::string_view text, std::string_view shown) {
-    for (const std::string& name : std::exchange(forgotten_, {})) Run("DEALLOCATE " + name);
+    BeReady(shown);
+    for (const std::string& name : std::exchange(forgotten_, {})) {
+        const auto known = statements_.extract(name);
+        if (!known.empty() && known.mapped().connection == connections_) Run("DEALLOCATE " + name);
+    }
     std::string name = "kp" + std::to_string(++prepared_);
-    Sent(LoadedLibrary().SendPrepare(connection_.get(), name.c_str(), std::string(text).c_str(), 0, nullptr), shown);
-    Finished(shown);
+    const auto known = statements_.insert_or_assign(name, Prepared{std::string(text)}).first;
+    try {
+        PrepareHere(name, shown);
+    } catch (...) {
+        statements_.erase(known);
+        throw;
+    }
     return name;
 }
 
+void Database::PrepareHere(const std::string& name, std::string_view shown) {
+    Prepared& statement = statements_.at(name);
+    if (statement.connection == connections_) return;
+    Sent(LoadedLibrary().SendPrepare(connection_.get(), name.c_str(), statement.text.c_str(), 0, nullptr), shown);
+    Finished(shown);
+    statement.connection = connections_;
+}
+
 Result Database::RunPrepared(const std::string& name, const Parameters& parameters, std::string_view shown) {
+    BeReady(shown);
+    PrepareHere(name, shown);
     Sent(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(), parameters.Values(),
                                            parameters.Lengths(), parameters.Formats(), kBinary),
          shown);
@@ -92,6 +105,8 @@ Result Database::RunPrepared(const std::string& name, const Parameters& paramete
 Result Database::ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
                               const RowSink& sink) {
     const Library& library = LoadedLibrary();
+    BeReady(shown);
+    PrepareHere(name, shown);
     Sent(library.SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(), parameters.Values(),
                                    parameters.Lengths(), parameters.Formats(), kBinary),
          shown);
@@ -186,6 +201,7 @@ Result Database::Finished(std::string_view shown, const RowSink& sink) {
                 if (!failed) failed = std::move(result);
         }
     }
+    if (IsConnected()) inTransaction_ = InTransaction();
     if (failed) RaiseError(failed, shown);
     if (!last) RaiseLost(shown);
     return last;
@@ -208,7 +224,17 @@ void Database::Cancel() const noexcept {
 }
 
 void Database::RaiseLost(std::string_view shown) const {
-    RaiseFailure({.message = Trimmed(LoadedLibrary().ErrorMessage(connection_.get()))}, shown);
+    const std::string reason = FirstLine(LoadedLibrary().ErrorMessage(connection_.get()));
+    const std::string text =
+        isSaving_ ? Message(
+                        "The connection to the server failed while a change was being saved ({1}): look whether it "
+                        "is in the book before you enter it again",
+                        reason)
+        : inTransaction_
+            ? Message("The connection to the server failed ({1}); nothing of the change was saved: enter it again",
+                      reason)
+            : Message("The connection to the server failed ({1}); try again when the server answers", reason);
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), text, std::string(shown));
 }
 
 void Database::RaiseError(const Result& failed, std::string_view shown) const {

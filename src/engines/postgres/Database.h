@@ -6,10 +6,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "engines/postgres/Library.h"
 #include "engines/postgres/Parameters.h"
+#include "kpTables/Error.h"
 
 namespace kpTables::engines::postgres {
 
@@ -41,19 +43,23 @@ private:
 /// Receives a query's rows, one at a time.
 using RowSink = std::function<void(const Result& row)>;
 
+/// A connection that the server has dropped is made anew by the next statement, unless a transaction was lost with it:
+/// then every statement is an error until AcceptLoss.
 class Database {
 public:
     /// Raises a DatabaseError when the server cannot be reached or refuses the user. interrupted: see BookOptions.
-    Database(const std::string& connection, std::function<bool()> interrupted);
+    Database(std::string connection, std::function<bool()> interrupted);
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
+    /// Runs statements that every connection to this server begins with, this one and those made anew.
+    void SetUp(std::string_view text);
     /// Runs statements separated by semicolons; the last one's result, with its values as texts.
     Result Run(std::string_view text, std::string_view shown = {});
     /// One statement with parameters, its values as texts.
     Result Ask(std::string_view text, const Parameters& parameters);
 
-    /// Prepares a statement; its name.
+    /// Prepares a statement, also on connections made anew; its name.
     std::string Prepare(std::string_view text, std::string_view shown);
     /// Runs a prepared statement that answers with no rows, or with few: its values in binary form.
     Result RunPrepared(const std::string& name, const Parameters& parameters, std::string_view shown);
@@ -64,10 +70,10 @@ public:
     void Forget(std::string name) { forgotten_.push_back(std::move(name)); }
 
     /// A failed statement ends the server's transaction. Runs the work behind a savepoint, so that only what failed is
-    /// undone; outside a transaction just runs it.
+    /// undone. Outside a transaction the work must be one that only reads: see Repeated.
     template <class Work>
     auto Guarded(const Work& work) {
-        if (!InTransaction()) return work();
+        if (!InTransaction()) return Repeated(work);
         SetSavepoint();
         try {
             return work();
@@ -76,6 +82,25 @@ public:
             throw;
         }
     }
+    /// Runs work that changes nothing, and once more on a new connection if the server drops this one meanwhile.
+    template <class Work>
+    auto Repeated(const Work& work) {
+        const int before = attempts_;
+        try {
+            return work();
+        } catch (const DatabaseError&) {
+            if (IsConnected() || HasLostTransaction() || attempts_ != before) throw;
+        }
+        return work();
+    }
+    /// Saves the open transaction; not to be interrupted. Raises a DatabaseError that says so when it stays open
+    /// whether it is saved.
+    void Commit();
+    /// Whether a transaction was lost with the connection.
+    bool HasLostTransaction() const noexcept { return inTransaction_ && !IsConnected(); }
+    /// The owner of the transaction knows that it is over.
+    void AcceptLoss() noexcept { inTransaction_ = false; }
+
     /// Ends the savepoint of the last guarded statement: before a level begins or ends.
     void DropSavepoint();
     /// It has ended with its transaction or level.
@@ -94,6 +119,23 @@ private:
         void operator()(PGconn* connection) const noexcept { LoadedLibrary().Finish(connection); }
     };
 
+    /// What a statement's name stands for, and the connection on which it was prepared last.
+    struct Prepared {
+        std::string text;
+        int connection = 0;
+    };
+
+    /// Raises a DatabaseError when the server cannot be reached.
+    void Connect();
+    /// Connects again. A server gets the time to start, or another to take its place; once it has not come, later
+    /// statements only try.
+    void Reconnect();
+    bool HasHungUp() const noexcept;
+    /// Before a statement is sent.
+    void BeReady(std::string_view shown);
+    /// Prepares a statement on this connection if that is still to be done.
+    void PrepareHere(const std::string& name, std::string_view shown);
+
     void SetSavepoint();
     void ReturnToSavepoint() noexcept;
     void Sent(int success, std::string_view shown) const;
@@ -107,14 +149,23 @@ private:
     void Drain() noexcept;
     void Cancel() const noexcept;
     [[noreturn]] void RaiseLost(std::string_view shown) const;
+    [[noreturn]] void RaiseUnreachable() const;
     [[noreturn]] void RaiseError(const Result& failed, std::string_view shown) const;
 
+    std::string address_;  ///< for libpq
     std::unique_ptr<PGconn, Finish> connection_;
     std::function<bool()> interrupted_;
+    std::string setUp_;
     bool interruptible_ = true;
     bool hasSavepoint_ = false;
+    bool inTransaction_ = false;  ///< as the server last said
+    bool hasGivenUp_ = false;     ///< the server did not come back
+    bool isSaving_ = false;       ///< a commit is under way
+    int attempts_ = 0;            ///< to connect again
+    int connections_ = 0;         ///< set up so far
     int prepared_ = 0;
     int schemaChanges_ = 0;
+    std::unordered_map<std::string, Prepared> statements_;
     std::vector<std::string> forgotten_;
 };
 

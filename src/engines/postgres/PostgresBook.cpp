@@ -1,6 +1,8 @@
 #include "engines/postgres/PostgresBook.h"
 
+#include <chrono>
 #include <memory>
+#include <thread>
 #include <utility>
 
 #include "BookSchema.h"
@@ -37,18 +39,40 @@ std::string Settings(const std::string& book, std::chrono::milliseconds busyTime
     return "SET search_path = " + QuotedName(book) +
            "; SET client_min_messages = error; SET lock_timeout = " + std::to_string(busyTimeout.count()) +
            "; SET client_encoding = 'UTF8'; SET datestyle = 'ISO'; SET standard_conforming_strings = on; "
-           "SET jit = off; LISTEN " +
-           QuotedName(book);
+           "SET jit = off";
 }
 
 std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& url,
                                     std::chrono::milliseconds busyTimeout, std::function<bool()> interrupted) {
     try {
         auto database = std::make_unique<Database>(parts.connection, std::move(interrupted));
-        database->Run(Settings(parts.book, busyTimeout));
+        database->SetUp(Settings(parts.book, busyTimeout) + "; LISTEN " + QuotedName(parts.book));
         return database;
     } catch (const DatabaseError& error) {
         RefuseOpening(url, error.Description());
+    }
+}
+
+/// The standby that the URL names for reports, once it has what the server has now; null when it is not reached or does
+/// not come so far in time, or would order texts in another way.
+std::unique_ptr<Database> StandbyFor(Database& server, const ServerUrl& parts, const BookOptions& options) {
+    if (parts.reports.empty()) return nullptr;
+    constexpr auto kBetweenQuestions = std::chrono::milliseconds(10);
+    const auto end = std::chrono::steady_clock::now() + options.busyTimeout;
+    try {
+        const Result saved = server.Run("SELECT pg_current_wal_flush_lsn()");
+        auto standby = std::make_unique<Database>(parts.reports, options.interrupted);
+        standby->SetUp(Settings(parts.book, options.busyTimeout));
+        const std::string hasAll =
+            "SELECT pg_is_in_recovery() AND pg_last_wal_replay_lsn() >= " + QuotedText(std::string(saved.Value(0, 0)));
+        while (standby->Run(hasAll).Value(0, 0) != "t") {
+            if (std::chrono::steady_clock::now() >= end || (options.interrupted && options.interrupted()))
+                return nullptr;
+            std::this_thread::sleep_for(kBetweenQuestions);
+        }
+        return HasIndexesUpToDate(*standby) ? std::move(standby) : nullptr;
+    } catch (const DatabaseError&) {
+        return nullptr;
     }
 }
 
@@ -117,8 +141,11 @@ BookPtr OpenOnServer(const std::string& address, const std::string& url, const B
     }
     if (!options.readOnly) MakeSharedSchema(*database);
     if (!options.readOnly) BringIndexesUpToDate(*database, parts.book);
-    if (options.readOnly) database->Run("SET default_transaction_read_only = on");
-    auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), options.readOnly);
+    auto standby = options.forReports ? StandbyFor(*database, parts, options) : nullptr;
+    const bool readOnly = options.readOnly || standby;
+    if (standby) database = std::move(standby);
+    if (readOnly) database->SetUp("SET default_transaction_read_only = on");
+    auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), readOnly);
     return engines::MakeBook(url, std::make_shared<engines::Executor>(std::move(driver)));
 }
 
