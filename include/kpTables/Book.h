@@ -89,6 +89,9 @@ using BookPtr = std::shared_ptr<Book>;
 
 struct BookOptions {
     bool readOnly = false;
+    /// The book is read for a report and then closed: where its URL names a copy for that, it is opened there, for
+    /// reading only, once the copy has what was saved when the book was opened; else as without this option.
+    bool forReports = false;
     /// How long a statement waits for another program's lock before it fails.
     std::chrono::milliseconds busyTimeout{5000};
     /// Rows that a result may have, and bytes of memory that one recordset's rows may take; a larger result is error

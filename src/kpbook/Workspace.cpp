@@ -45,6 +45,7 @@ void TraceEnd(const IncidentLog& log, const bookkeeping::StatementEnd& end) {
 
 /// Opening a book read-only leaves the files of its log behind, so that is the second choice.
 BookPtr OpenToRead(const std::string& url, BookOptions options) {
+    options.forReports = true;
     try {
         return OpenBook(url, options);
     } catch (const DatabaseError&) {

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "faults/Command.h"
+#include "faults/SmallRows.h"
 #include "formats/OldBook.h"
 #include "kpTables/Book.h"
 #include "kpbook/output/JsonText.h"
@@ -12,41 +13,6 @@
 namespace kpTables::faults {
 
 namespace {
-
-constexpr int kRows[] = {1, 2, 3, 5, 7};
-
-/// The value of a column in row k, as Jet writes it.
-std::string ValueOf(const std::string& table, const TableInfo::Column& column, int k) {
-    const std::string number = std::to_string(k);
-    if (column.name == "年份") return "2004";
-    if (column.name == "月份") return "3";
-    if (column.name == "dpID" && table != "仓库设置") return "2";
-    switch (column.type) {
-        case VarType::String:
-            return "'" + column.name.substr(0, 12) + number + "'";
-        case VarType::Date:
-            return "#2004-3-" + number + "#";
-        case VarType::Boolean:
-            return "0";
-        case VarType::Double:
-        case VarType::Currency:
-            return number + ".5";
-        default:
-            return number;
-    }
-}
-
-std::string InsertOf(const TableInfo& table, int k) {
-    std::string names, values;
-    for (const auto& column : table.columns) {
-        // Computed by the book.
-        if (column.name == "项目ID" && table.name != "项目设置") continue;
-        const char* separator = names.empty() ? "" : ",";
-        names += separator + ("[" + column.name + "]");
-        values += separator + ValueOf(table.name, column, k);
-    }
-    return "Insert Into [" + table.name + "] (" + names + ") Values (" + values + ")";
-}
 
 FolderPtr EmptyBook() { return After(std::make_shared<Folder>(), {"new", "b.kpbook", "--bare"}); }
 
@@ -68,7 +34,7 @@ std::string LargeRows() {
         for (const char* table : {"入库记录", "出库记录"}) {
             lines += ExecuteLine(std::string("Insert Into ") + table +
                                  " (BillID,pdID,dpID,数量,除税单价,除税金额) Values (" +
-                                 std::to_string(kRows[line % 5]) + "," + product + ",2,1,2,2)");
+                                 std::to_string(kSmallRows[line % 5]) + "," + product + ",2,1,2,2)");
         }
     }
     return lines;
@@ -111,14 +77,7 @@ FolderPtr SmallBook() {
     static const FolderPtr made = [] {
         const FolderPtr empty = EmptyBook();
         std::string lines;
-        for (const TableInfo& table : OpenBook("b.kpbook")->Tables()) {
-            // A method fills it when it is empty.
-            if (table.name == "收付款方式") continue;
-            for (const int k : kRows) lines += ExecuteLine(InsertOf(table, k));
-        }
-        // A product on a bill that has no balance row.
-        lines += ExecuteLine("Insert Into 商品设置 (pdID,商品名称) Values (9,'无余额')");
-        lines += ExecuteLine("Insert Into 入库记录 (BillID,pdID,dpID,数量,除税单价,除税金额) Values (2,9,2,1,1,1)");
+        for (const std::string& statement : SmallRows(*OpenBook("b.kpbook"))) lines += ExecuteLine(statement);
         return After(empty, {"call", "b.kpbook", "--batch"}, lines);
     }();
     return made;

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Several processes on one book: 4 enter bills, 2 close and close again, 2 read. several_processes.py [SECONDS] [SEED]
 
-Every bill brings in and takes out the same quantity in one transaction, so that in whatever a reader sees at one moment the
+The book is a file, or on the server whose URL KPTABLES_SERVER has. Every bill brings in and takes out the same quantity in one transaction, so that in whatever a reader sees at one moment the
 inbound and outbound figures of a product agree. What is checked throughout: what was confirmed is there, a key has one row in
 仓库余额表, its figures fit together, a closing is seen before or after and never between, and a statement that fails says why.
 """
@@ -15,6 +15,7 @@ import sys
 import tempfile
 import threading
 import time
+from decimal import Decimal
 
 KPBOOK = os.environ["KPBOOK"]
 PRODUCTS = range(1, 9)
@@ -67,12 +68,13 @@ class Batch:
 
 
 class Shop:
-    def __init__(self, folder, seconds, seed):
-        self.book = str(pathlib.Path(folder) / "shop.kpbook")
+    def __init__(self, book, seconds, seed):
+        self.book = book
         self.seed = seed
         self.end = time.monotonic() + seconds
         self.lock = threading.Lock()
         self.confirmed = set()
+        self.entered = {}
         self.counts = {"bills": 0, "refused bills": 0, "closings": 0, "refused closings": 0, "looks": 0, "refused looks": 0}
         self.wrong = []
 
@@ -109,6 +111,7 @@ class Shop:
     def bill(self, batch, bill, rng):
         """The answers of one bill in one transaction; it ends at the first refusal."""
         warehouse, product, quantity = rng.choice(WAREHOUSES), rng.choice(PRODUCTS), rng.randint(1, 9)
+        self.entered[bill] = warehouse, product, quantity
         texts = []
         for kind in ("入库", "出库"):
             texts.append(f"Insert Into {kind}目录 (BillID,年份,月份,日子,单据类型,dpID) "
@@ -204,18 +207,34 @@ class Shop:
             found = {row[0] for row in batch.execute(f"Select BillID From {table}")["result"]["rows"]}
             if self.confirmed - found:
                 self.complain(f"lost from {table}: {sorted(self.confirmed - found)[:3]}")
+            if table == "入库目录":
+                self.compare_figures(batch, found)
         self.look(batch)
         batch.close()
         check = self.run("check", self.book, ok=False)
         if check.returncode != 0:
             self.complain(f"kpbook check: {check.stdout[:500]}{check.stderr[:500]}")
 
+    def compare_figures(self, batch, bills):
+        """What one person would have come to who entered these bills alone: opening stock 100 at 2, all prices 2."""
+        expected = {(warehouse, product): 0 for warehouse in WAREHOUSES for product in PRODUCTS}
+        for bill in bills:
+            warehouse, product, quantity = self.entered[bill]
+            expected[warehouse, product] += quantity
+        rows = batch.execute("Select dpID,pdID,本期入库数量,本期入库金额,本期出库数量,本期出库金额,本期库存数量,本期库存金额 "
+                             f"From 仓库余额表 Where 月份={MONTH}")["result"]["rows"]
+        figures = {(row[0], row[1]): [Decimal(str(figure)) for figure in row[2:]] for row in rows}
+        wanted = {key: [moved, 2 * moved, moved, 2 * moved, 100, 200] for key, moved in expected.items()}
+        if figures != wanted:
+            self.complain(f"figures {figures} instead of {wanted}")
+
 
 def main():
     seconds = float(sys.argv[1]) if len(sys.argv) > 1 else 20
     seed = sys.argv[2] if len(sys.argv) > 2 else "1"
     with tempfile.TemporaryDirectory() as folder:
-        shop = Shop(folder, seconds, seed)
+        server = os.environ.get("KPTABLES_SERVER")
+        shop = Shop(f"{server}&book=several" if server else str(pathlib.Path(folder) / "shop.kpbook"), seconds, seed)
         shop.prepare()
         shop.end = time.monotonic() + seconds
         shop.open()

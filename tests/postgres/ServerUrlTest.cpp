@@ -22,6 +22,19 @@ TEST(ServerUrls, GiveTheBookAndLeaveTheRestToTheClientLibrary) {
     EXPECT_EQ(others.book, "帐簿");
 }
 
+TEST(ServerUrls, NameAStandbyForReports) {
+    EXPECT_EQ(ParseServerUrl("//kp@host/books?book=2026", "").reports, "");
+    const auto parts = ParseServerUrl("//kp@host:5433/books?reports=second:5434&book=2026&sslmode=require", "");
+    EXPECT_EQ(parts.connection, "postgresql://kp@host:5433/books?sslmode=require");
+    EXPECT_EQ(parts.reports, parts.connection + "&host=second&port=5434&target_session_attrs=any");
+    EXPECT_EQ(ParseServerUrl("//host/books?reports=/run/second&book=b", "").reports,
+              "postgresql://host/books?host=/run/second&port=5432&target_session_attrs=any");
+    for (const char* standby : {":5432", "second:", "second:x", "a:1,b:2"}) {
+        EXPECT_TRUE(test::Refused([&] { ParseServerUrl(std::string("//h/b?book=b&reports=") + standby, "url"); }))
+            << standby;
+    }
+}
+
 TEST(ServerUrls, NeedABookThatIsNoneOfTheServersSchemas) {
     for (const char* address : {"//host/books", "//host/books?book=", "//host/books?book=pg_x", "//host/books?book=kp",
                                 "//host/books?book=public"}) {

@@ -37,27 +37,39 @@ def as_server(command):
     return ["setpriv", f"--reuid={SYSTEM_USER}", f"--regid={SYSTEM_USER}", "--init-groups", *command]
 
 
+def give_to_server(folder):
+    """Makes the server's user the folder's owner."""
+    if os.geteuid() == 0:
+        user = pwd.getpwnam(SYSTEM_USER)
+        os.chown(folder, user.pw_uid, user.pw_gid)
+
+
 class Server:
     def __init__(self, folder, bin_folder, settings=None):
         self.folder = pathlib.Path(folder)
-        self.options = " ".join(f"-c {name}='{value}'" for name, value in {**SETTINGS, **(settings or {})}.items())
-        self.options += f" -c unix_socket_directories='{self.folder}'"
         self.data = self.folder / "data"
+        self.bin = bin_folder
         self.pg_ctl = str(bin_folder / "pg_ctl")
-        self.initdb = str(bin_folder / "initdb")
+        self.settings = {**SETTINGS, **(settings or {})}
 
     def __enter__(self):
-        if os.geteuid() == 0:
-            user = pwd.getpwnam(SYSTEM_USER)
-            os.chown(self.folder, user.pw_uid, user.pw_gid)
-        self.run([self.initdb, "-D", self.data, "-A", "trust", "-U", "kp", "--encoding", "UTF8", "--locale", "C",
+        give_to_server(self.folder)
+        self.run([self.bin / "initdb", "-D", self.data, "-A", "trust", "-U", "kp", "--encoding", "UTF8", "--locale", "C",
                   "--no-sync"])
-        self.run([self.pg_ctl, "-D", self.data, "-w", "-l", self.folder / "log", "-o", self.options, "start"])
+        self.start()
         return self
 
     def __exit__(self, *_):
-        subprocess.run(as_server([self.pg_ctl, "-D", str(self.data), "-m", "immediate", "-w", "stop"]),
-                       stdout=subprocess.DEVNULL, check=False, cwd=self.folder)
+        self.stop("immediate", check=False)
+
+    def start(self):
+        options = " ".join(f"-c {name}='{value}'" for name, value in self.settings.items())
+        options += f" -c unix_socket_directories='{self.folder}'"
+        self.run([self.pg_ctl, "-D", self.data, "-w", "-l", self.folder / "log", "-o", options, "start"])
+
+    def stop(self, mode="fast", check=True):
+        subprocess.run(as_server([self.pg_ctl, "-D", str(self.data), "-m", mode, "-w", "stop"]), stdout=subprocess.DEVNULL,
+                       stderr=None if check else subprocess.DEVNULL, check=check, cwd=self.folder)
 
     def run(self, command):
         done = subprocess.run(as_server([str(word) for word in command]), stdout=subprocess.DEVNULL,

@@ -53,7 +53,9 @@ void Transaction::Rollback() {
 }
 
 void Transaction::EndLevel() noexcept {
-    if (--level_ == 0) owner_ = Owner::None;
+    if (--level_ > 0) return;
+    owner_ = Owner::None;
+    AcceptLoss();
 }
 
 void Transaction::BeginForRows() {
@@ -68,7 +70,10 @@ void Transaction::BeginForRows() {
 
 bool Transaction::TakeLossOfRows() noexcept {
     const bool lost = owner_ == Owner::Recordsets && !IsOpen();
-    if (lost) owner_ = Owner::None;
+    if (lost) {
+        owner_ = Owner::None;
+        AcceptLoss();
+    }
     return lost;
 }
 
@@ -89,6 +94,7 @@ void Transaction::CommitRows() {
     }
     owner_ = Owner::None;
     if (!IsOpen()) {
+        AcceptLoss();
         RaiseMisuse(
             Message("Rows written through a recordset were lost when an earlier failure ended their transaction"));
     }
@@ -96,7 +102,7 @@ void Transaction::CommitRows() {
         Save();
     } catch (...) {
         // A commit that failed may leave the transaction open, which would hold the book's lock forever.
-        if (IsOpen()) Abandon();
+        IsOpen() ? Abandon() : AcceptLoss();
         throw;
     }
     if (refused) std::rethrow_exception(refused);

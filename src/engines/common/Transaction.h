@@ -66,6 +66,8 @@ private:
     virtual void Abandon() noexcept = 0;
     /// A database may end a transaction by itself after a failure.
     virtual bool IsOpen() const noexcept = 0;
+    /// The owner of a transaction that has ended by itself knows it now.
+    virtual void AcceptLoss() noexcept {}
 
     void RequireHostTransactionAlive() const;
     void EndLevel() noexcept;

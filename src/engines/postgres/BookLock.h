@@ -27,15 +27,15 @@ auto Changing(Database& database, const Work& work) {
     struct Ending {
         Database& database;
         ~Ending() {
-            if (database.InTransaction()) RollBackQuietly(database);
+            if (database.InTransaction() || database.HasLostTransaction()) RollBackQuietly(database);
         }
     } const ending{database};
     if constexpr (std::is_void_v<decltype(work())>) {
         work();
-        database.Run("COMMIT");
+        database.Commit();
     } else {
         auto answer = work();
-        database.Run("COMMIT");
+        database.Commit();
         return answer;
     }
 }

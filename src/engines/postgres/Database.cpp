@@ -15,12 +15,10 @@ namespace kpTables::engines::postgres {
 
 namespace {
 
-void Ignore(void*, const char*) noexcept {}
-
-std::string Trimmed(const char* message) {
-    std::string text(message ? message : "");
-    while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
-    return text;
+/// What the server or its client library said first; advice for the server's keeper may follow it.
+std::string FirstLine(const char* message) {
+    const std::string text(message ? message : "");
+    return text.substr(0, text.find('\n'));
 }
 
 std::string Field(const Result& result, int code) {
@@ -52,11 +50,9 @@ std::int64_t Result::AffectedRows() const {
     return rows;
 }
 
-Database::Database(const std::string& connection, std::function<bool()> interrupted)
-    : connection_(LoadedLibrary().Connect(connection.c_str())), interrupted_(std::move(interrupted)) {
-    const Library& library = LoadedLibrary();
-    if (!IsConnected()) RaiseUnreached();
-    library.SetNoticeProcessor(connection_.get(), Ignore, nullptr);
+Database::Database(std::string connection, std::function<bool()> interrupted)
+    : address_(std::move(connection)), interrupted_(std::move(interrupted)) {
+    Connect();
 }
 
 /// Opens a pipeline when the statement does not go alone, and ends it however the statement ends.
@@ -99,6 +95,7 @@ public:
             results.push_back(ReadOne(toSink ? sink : RowSink()));
         }
         if (isPipeline_) database_.Next(shown_);  // that all of them have ended
+        if (database_.IsConnected()) database_.inTransaction_ = database_.InTransaction();
         if (raised_) std::rethrow_exception(raised_);
         if (failed_) database_.RaiseError(failed_, shown_);
         if (results.empty() || !results.back()) database_.RaiseLost(shown_);
@@ -151,15 +148,22 @@ private:
 
 Result Database::Run(std::string_view text, std::string_view shown) {
     SendPending();
+    const std::string_view told = shown.empty() ? text : shown;
+    BeReady(told);
+    return RunHere(text, told);
+}
+
+Result Database::RunHere(std::string_view text, std::string_view shown) {
     std::string all;
     for (const char* savepoint : TakeSavepoint()) all.append(savepoint).append("; ");
-    Exchange exchange(*this, shown.empty() ? text : shown);
+    Exchange exchange(*this, shown);
     exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.append(text).c_str()));
     return std::move(exchange.Finish().back());
 }
 
 Result Database::Ask(std::string_view text, const Parameters& parameters) {
     SendPending();
+    BeReady(text);
     Exchange exchange(*this, text);
     exchange.Add(LoadedLibrary().SendQueryParams(connection_.get(), std::string(text).c_str(), parameters.Count(),
                                                  nullptr, parameters.Values(), parameters.Lengths(),
@@ -169,14 +173,31 @@ Result Database::Ask(std::string_view text, const Parameters& parameters) {
 
 std::string Database::Prepare(std::string_view text, std::string_view shown) {
     SendPending();
+    BeReady(shown);
     std::string freed;
-    for (const std::string& name : std::exchange(forgotten_, {})) freed += "DEALLOCATE " + name + ";";
+    for (const std::string& name : std::exchange(forgotten_, {})) {
+        const auto known = preparedTexts_.extract(name);
+        if (!known.empty() && known.mapped().connection == connections_) freed += "DEALLOCATE " + name + ";";
+    }
     if (!freed.empty()) Run(freed);
     std::string name = "kp" + std::to_string(++prepared_);
-    Exchange exchange(*this, shown);
-    exchange.Add(LoadedLibrary().SendPrepare(connection_.get(), name.c_str(), std::string(text).c_str(), 0, nullptr));
-    exchange.Finish();
+    const auto known = preparedTexts_.insert_or_assign(name, Prepared{std::string(text)}).first;
+    try {
+        PrepareHere(name, shown);
+    } catch (...) {
+        preparedTexts_.erase(known);
+        throw;
+    }
     return name;
+}
+
+void Database::PrepareHere(const std::string& name, std::string_view shown) {
+    Prepared& statement = preparedTexts_.at(name);
+    if (statement.connection == connections_) return;
+    Exchange exchange(*this, shown);
+    exchange.Add(LoadedLibrary().SendPrepare(connection_.get(), name.c_str(), statement.text.c_str(), 0, nullptr));
+    exchange.Finish();
+    statement.connection = connections_;
 }
 
 Result Database::RunPrepared(const std::string& name, const Parameters& parameters, std::string_view shown) {
@@ -186,6 +207,8 @@ Result Database::RunPrepared(const std::string& name, const Parameters& paramete
 Result Database::ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
                               const RowSink& sink) {
     SendPending();
+    BeReady(shown);
+    PrepareHere(name, shown);
     Exchange exchange(*this, shown);
     exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                    parameters.Values(), parameters.Lengths(), parameters.Formats(),
@@ -194,6 +217,8 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
 }
 
 std::vector<Result> Database::RunTogether(const std::vector<Command>& commands, std::string_view shown) {
+    BeReady(shown);
+    for (const Command& command : commands) PrepareHere(command.name, shown);
     Exchange exchange(*this, shown, true);
     for (const auto& [name, parameters] : commands) {
         exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
@@ -298,29 +323,24 @@ void Database::Cancel() const noexcept {
 std::string Database::EncryptedPassword(const std::string& password, const std::string& user) const {
     const Library& library = LoadedLibrary();
     char* const encrypted = library.EncryptPassword(connection_.get(), password.c_str(), user.c_str(), nullptr);
-    if (!encrypted) RaiseFailure({.message = Trimmed(library.ErrorMessage(connection_.get()))}, {});
+    if (!encrypted) RaiseFailure({.message = FirstLine(library.ErrorMessage(connection_.get()))}, {});
     std::string text(encrypted);
     library.FreeMemory(encrypted);
     return text;
 }
 
-void Database::RaiseUnreached() const {
-    constexpr auto kNumber = static_cast<std::int32_t>(DatabaseErrorNumber::Failure);
-    const std::string why = Trimmed(LoadedLibrary().ErrorMessage(connection_.get()));
-    if (LoadedLibrary().NeedsPassword(connection_.get()) != 0)
-        throw PasswordNeeded(kNumber, Message("The server wants a password: {1}", why));
-    // Of a certificate the client library speaks in English, whatever the user's language is.
-    if (why.find("certificate") != std::string::npos || why.find("SSL") != std::string::npos) {
-        throw DatabaseError(kNumber,
-                            Message("The server could not prove who it is, or cannot encrypt, and was told nothing "
-                                    "(sslmode and sslrootcert in the URL say what is demanded): {1}",
-                                    why));
-    }
-    throw DatabaseError(kNumber, Message("The server cannot be reached: {1}", why));
-}
-
 void Database::RaiseLost(std::string_view shown) const {
-    RaiseFailure({.message = Trimmed(LoadedLibrary().ErrorMessage(connection_.get()))}, shown);
+    const std::string reason = FirstLine(LoadedLibrary().ErrorMessage(connection_.get()));
+    const std::string text =
+        isSaving_ ? Message(
+                        "The connection to the server failed while a change was being saved ({1}): look whether it "
+                        "is in the book before you enter it again",
+                        reason)
+        : inTransaction_
+            ? Message("The connection to the server failed ({1}); nothing of the change was saved: enter it again",
+                      reason)
+            : Message("The connection to the server failed ({1}); try again when the server answers", reason);
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), text, std::string(shown));
 }
 
 void Database::RaiseError(const Result& failed, std::string_view shown) const {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "engines/postgres/Library.h"
@@ -89,19 +90,23 @@ public:
     using DatabaseError::DatabaseError;
 };
 
+/// A connection that the server has dropped is made anew by the next statement, unless a transaction was lost with it:
+/// then every statement is an error until AcceptLoss.
 class Database {
 public:
     /// Raises a DatabaseError when the server cannot be reached or refuses the user. interrupted: see BookOptions.
-    Database(const std::string& connection, std::function<bool()> interrupted);
+    Database(std::string connection, std::function<bool()> interrupted);
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
+    /// Runs statements that every connection to this server begins with, this one and those made anew.
+    void SetUp(std::string_view text);
     /// Runs statements separated by semicolons; the last one's result, with its values as texts.
     Result Run(std::string_view text, std::string_view shown = {});
     /// One statement with parameters, its values as texts.
     Result Ask(std::string_view text, const Parameters& parameters);
 
-    /// Prepares a statement; its name.
+    /// Prepares a statement, also on connections made anew; its name.
     std::string Prepare(std::string_view text, std::string_view shown);
     /// Runs a prepared statement that answers with no rows, or with few: its values in binary form.
     Result RunPrepared(const std::string& name, const Parameters& parameters, std::string_view shown);
@@ -115,11 +120,11 @@ public:
     void Forget(std::string name) { forgotten_.push_back(std::move(name)); }
 
     /// A failed statement ends the server's transaction. Runs the work behind a savepoint, so that only what failed is
-    /// undone; outside a transaction just runs it.
+    /// undone. Outside a transaction the work must be one that only reads: see Repeated.
     template <class Work>
     auto Guarded(const Work& work) {
         SendPending();
-        if (!InTransaction()) return work();
+        if (!InTransaction()) return Repeated(work);
         savepointDue_ = true;
         try {
             return work();
@@ -128,6 +133,25 @@ public:
             throw;
         }
     }
+    /// Runs work that changes nothing, and once more on a new connection if the server drops this one meanwhile.
+    template <class Work>
+    auto Repeated(const Work& work) {
+        const int before = attempts_;
+        try {
+            return work();
+        } catch (const DatabaseError&) {
+            if (IsConnected() || HasLostTransaction() || attempts_ != before) throw;
+        }
+        return work();
+    }
+    /// Saves the open transaction; not to be interrupted. Raises a DatabaseError that says so when it stays open
+    /// whether it is saved.
+    void Commit();
+    /// Whether a transaction was lost with the connection.
+    bool HasLostTransaction() const noexcept { return inTransaction_ && !IsConnected(); }
+    /// The owner of the transaction knows that it is over.
+    void AcceptLoss() noexcept { inTransaction_ = false; }
+
     /// Ends the savepoint of the last guarded statement: before a level begins or ends.
     void DropSavepoint();
     /// It has ended with its transaction or level.
@@ -165,6 +189,25 @@ private:
     /// What goes to the server in one round trip.
     class Exchange;
 
+    /// What a statement's name stands for, and the connection on which it was prepared last.
+    struct Prepared {
+        std::string text;
+        int connection = 0;
+    };
+
+    /// Raises a DatabaseError when the server cannot be reached.
+    void Connect();
+    /// Connects again. A server gets the time to start, or another to take its place; once it has not come, later
+    /// statements only try.
+    void Reconnect();
+    bool HasHungUp() const noexcept;
+    /// Before a statement is sent.
+    void BeReady(std::string_view shown);
+    /// Prepares a statement on this connection if that is still to be done.
+    void PrepareHere(const std::string& name, std::string_view shown);
+
+    /// Runs statements on the connection as it is.
+    Result RunHere(std::string_view text, std::string_view shown);
     void ReturnToSavepoint() noexcept;
     /// The statements that set the savepoint that is due.
     std::vector<const char*> TakeSavepoint();
@@ -178,15 +221,23 @@ private:
     [[noreturn]] void RaiseLost(std::string_view shown) const;
     [[noreturn]] void RaiseError(const Result& failed, std::string_view shown) const;
 
+    std::string address_;  ///< for libpq
     std::unique_ptr<PGconn, Finish> connection_;
     std::function<bool()> interrupted_;
+    std::string setUp_;
     bool interruptible_ = true;
     bool hasSavepoint_ = false;
     bool savepointDue_ = false;  ///< it goes along with the next statement
     PendingRows* pending_ = nullptr;
     std::int64_t statements_ = 0;
+    bool inTransaction_ = false;  ///< as the server last said
+    bool hasGivenUp_ = false;     ///< the server did not come back
+    bool isSaving_ = false;       ///< a commit is under way
+    int attempts_ = 0;            ///< to connect again
+    int connections_ = 0;         ///< set up so far
     int prepared_ = 0;
     int schemaChanges_ = 0;
+    std::unordered_map<std::string, Prepared> preparedTexts_;
     std::vector<std::string> forgotten_;
 };
 

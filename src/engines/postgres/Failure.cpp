@@ -67,12 +67,6 @@ void RaiseFailure(const ServerError& error, std::string_view statement) {
     if (error.state.starts_with("23")) text = OfConstraint(error);
     if (error.state == "22003") text = Message("Overflow: {1}", text);
     if (error.state == "42883") text = Message("The server does not have this function: {1}", error.message);
-    if (error.state.empty()) {
-        text = Message(
-            "The connection to the server failed ({1}); open the book again: what was not saved before is not "
-            "in it",
-            error.message);
-    }
     throw DatabaseError(static_cast<std::int32_t>(known ? found->number : DatabaseErrorNumber::Failure), text,
                         std::string(statement));
 }

@@ -8,7 +8,7 @@ namespace kpTables::engines::postgres {
 
 /// What the server says about a failed statement.
 struct ServerError {
-    std::string state = {};  ///< SQLSTATE; "" when the connection failed
+    std::string state = {};  ///< SQLSTATE
     std::string message = {};
     std::string table = {};
     std::string column = {};

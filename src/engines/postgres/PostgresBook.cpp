@@ -84,9 +84,13 @@ BookPtr OpenOnServer(const std::string& address, const std::string& url, const B
                                    format, schema::kFormat));
     }
     BringUpToDate(*database, parts.book, url);
+    auto standby = options.forReports ? StandbyFor(*database, parts, ConnectionOptionsOf(options)) : nullptr;
+    const bool readOnly = options.readOnly || standby;
+    if (standby) database = std::move(standby);
+    if (readOnly) database->SetUp("SET default_transaction_read_only = on");
     // Who may see a part of the rows only is told so, rather than to get a copy without the others.
-    if (options.readOnly) database->Run("SET default_transaction_read_only = on; SET row_security = off");
-    auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), options.readOnly);
+    if (options.readOnly) database->SetUp("SET row_security = off");
+    auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), readOnly);
     return engines::MakeBook(url, std::make_shared<engines::Executor>(std::move(driver)));
 }
 

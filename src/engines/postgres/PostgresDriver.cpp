@@ -37,9 +37,10 @@ public:
 
     std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) override {
         return database_.Guarded([&] {
+            // The fields stay: on a connection that is made anew this runs a second time.
             return postgres::ReadRows(
-                [&](const RowSink& sink) { database_.ReadPrepared(name_, parameters_, shown, sink); },
-                std::move(fields), shown, limits_);
+                [&](const RowSink& sink) { database_.ReadPrepared(name_, parameters_, shown, sink); }, fields, shown,
+                limits_);
         });
     }
 
@@ -108,11 +109,14 @@ void ServerTransaction::RunWhole(std::string_view text) {
 }
 
 void ServerTransaction::Start(Use use) {
-    if (use == Use::ReadOrWrite && readOnly_) return RunWhole("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+    if (use == Use::ReadOrWrite && readOnly_) {
+        return database_.Repeated([&] { RunWhole("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"); });
+    }
     BeginChange(database_);
 }
 
 void ServerTransaction::Save() {
+    if (!readOnly_) return database_.Commit();
     database_.SendPending();
     database_.ForgetSavepoint();
     RunWhole("COMMIT");

@@ -28,6 +28,7 @@ private:
     void MergeLevel() override;
     void UndoLevel() override;
     void Abandon() noexcept override;
+    void AcceptLoss() noexcept override { database_.AcceptLoss(); }
     bool IsOpen() const noexcept override { return database_.IsConnected() && database_.InTransaction(); }
 
     /// Not to be interrupted.

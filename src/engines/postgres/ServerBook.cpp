@@ -1,8 +1,11 @@
 #include "engines/postgres/ServerBook.h"
 
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include "BookSchema.h"
+#include "engines/postgres/SharedSchema.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
 #include "sql/print/postgres/PostgresEngine.h"
@@ -19,8 +22,7 @@ std::string Settings(const std::string& book, std::chrono::milliseconds busyTime
     return "SET search_path = " + QuotedName(book) +
            "; SET client_min_messages = error; SET lock_timeout = " + std::to_string(busyTimeout.count()) +
            "; SET client_encoding = 'UTF8'; SET datestyle = 'ISO'; SET standard_conforming_strings = on; "
-           "SET jit = off; LISTEN " +
-           QuotedName(book);
+           "SET jit = off";
 }
 
 std::unique_ptr<Database> LoggedIn(const std::string& connection, const ConnectionOptions& options) {
@@ -42,10 +44,31 @@ void RefuseOpening(const std::string& url, const std::string& complaint) {
 std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& url, const ConnectionOptions& options) {
     try {
         auto database = LoggedIn(parts.connection, options);
-        database->Run(Settings(parts.book, options.busyTimeout));
+        database->SetUp(Settings(parts.book, options.busyTimeout) + "; LISTEN " + QuotedName(parts.book));
         return database;
     } catch (const DatabaseError& error) {
         RefuseOpening(url, error.Description());
+    }
+}
+
+std::unique_ptr<Database> StandbyFor(Database& server, const ServerUrl& parts, const ConnectionOptions& options) {
+    if (parts.reports.empty()) return nullptr;
+    constexpr auto kBetweenQuestions = std::chrono::milliseconds(10);
+    const auto end = std::chrono::steady_clock::now() + options.busyTimeout;
+    try {
+        const Result saved = server.Run("SELECT pg_current_wal_flush_lsn()");
+        auto standby = LoggedIn(parts.reports, options);
+        standby->SetUp(Settings(parts.book, options.busyTimeout));
+        const std::string hasAll =
+            "SELECT pg_is_in_recovery() AND pg_last_wal_replay_lsn() >= " + QuotedText(std::string(saved.Value(0, 0)));
+        while (standby->Run(hasAll).Value(0, 0) != "t") {
+            if (std::chrono::steady_clock::now() >= end || (options.interrupted && options.interrupted()))
+                return nullptr;
+            std::this_thread::sleep_for(kBetweenQuestions);
+        }
+        return HasIndexesUpToDate(*standby) ? std::move(standby) : nullptr;
+    } catch (const DatabaseError&) {
+        return nullptr;
     }
 }
 

@@ -28,6 +28,10 @@ ConnectionOptions ConnectionOptionsOf(const Options& options) {
 /// Connected to the schema of a book, which need not be there. A DatabaseError says why that cannot be done.
 std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& url, const ConnectionOptions& options);
 
+/// The standby that the URL names for reports, once it has what the server has now; null when it is not reached or does
+/// not come so far in time, or would order texts in another way.
+std::unique_ptr<Database> StandbyFor(Database& server, const ServerUrl& parts, const ConnectionOptions& options);
+
 inline constexpr std::int64_t kUnfinished = 0;
 inline constexpr std::int64_t kNoBook = -1;
 

@@ -55,6 +55,18 @@ bool HasPassword(std::string_view address) {
     return user.find(':') != user.npos || address.find("password=") != address.npos;
 }
 
+/// host:port, or a host or a socket's folder alone, as options; of options that are given twice the last counts.
+std::string StandbyOptions(const std::string& standby) {
+    const auto colon = standby.find(':');
+    const std::string port = colon == standby.npos ? "5432" : standby.substr(colon + 1);
+    if (colon == 0 || port.empty() || port.find_first_not_of("0123456789") != port.npos) {
+        throw DatabaseError(
+            static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+            Message("The book cannot be opened: {1}", Message("reports= names a standby server as host:port")));
+    }
+    return "host=" + standby.substr(0, colon) + "&port=" + port + "&target_session_attrs=any";
+}
+
 }  // namespace
 
 ServerUrl ParseDatabaseUrl(const std::string& address) {
@@ -65,20 +77,25 @@ ServerUrl ParseDatabaseUrl(const std::string& address) {
                                     "file ~/.pgpass or into the environment variable PGPASSWORD"));
     }
     const auto question = address.find('?');
-    ServerUrl parts{"postgresql:" + address.substr(0, question), ""};
+    ServerUrl parts{"postgresql:" + address.substr(0, question), "", ""};
+    std::string standby;
     char separator = '?';
     for (auto at = question; at != std::string::npos;) {
         const auto end = address.find('&', at + 1);
         const std::string option = address.substr(at + 1, end == std::string::npos ? end : end - at - 1);
         constexpr std::string_view kBook = "book=";
+        constexpr std::string_view kReports = "reports=";
         if (option.starts_with(kBook)) {
             parts.book = Decoded(option.substr(kBook.size()));
+        } else if (option.starts_with(kReports)) {
+            standby = option.substr(kReports.size());
         } else if (!option.empty()) {
             parts.connection.append(1, separator).append(option);
             separator = '&';
         }
         at = end;
     }
+    if (!standby.empty()) parts.reports = parts.connection + separator + StandbyOptions(standby);
     return parts;
 }
 

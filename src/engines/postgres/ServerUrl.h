@@ -1,4 +1,4 @@
-// The URL of a book on a server: postgresql://user@host:port/database?book=2026.
+// The URL of a book on a server: postgresql://user@host:port/database?book=2026&reports=standby:port.
 #pragma once
 
 #include <string>
@@ -8,6 +8,7 @@ namespace kpTables::engines::postgres {
 struct ServerUrl {
     std::string connection;  ///< for libpq: the URL without the book
     std::string book;        ///< the name of its schema
+    std::string reports;     ///< for libpq: the same database on the standby that reports=host:port names; "" for none
 };
 
 /// address: the URL behind "postgresql:". Raises a DatabaseError when it names no book, or has a password in it, which

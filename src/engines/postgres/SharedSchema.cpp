@@ -33,11 +33,15 @@ bool MakeSharedSchema(Database& database) {
     }
 }
 
+bool HasIndexesUpToDate(Database& database) {
+    const std::string ask = "SELECT icu IS NOT DISTINCT FROM " + std::string(kActualIcuVersion) + " FROM kp_book";
+    return database.Run(ask).Value(0, 0) == "t";
+}
+
 void BringIndexesUpToDate(Database& database, const std::string& book) {
-    const std::string actual(kActualIcuVersion);
-    if (database.Run("SELECT icu IS NOT DISTINCT FROM " + actual + " FROM kp_book").Value(0, 0) == "t") return;
+    if (HasIndexesUpToDate(database)) return;
     database.Run("REINDEX SCHEMA " + sql::print::postgres::QuotedName(book));
-    database.Run("UPDATE kp_book SET icu = " + actual);
+    database.Run("UPDATE kp_book SET icu = " + std::string(kActualIcuVersion));
 }
 
 }  // namespace kpTables::engines::postgres

@@ -16,6 +16,9 @@ inline constexpr std::string_view kActualIcuVersion =
     "(SELECT pg_collation_actual_version(oid) FROM pg_collation WHERE collname = 'book' AND collnamespace = "
     "'kp'::regnamespace)";
 
+/// Whether the book has noted the version of the order of texts that this server has.
+bool HasIndexesUpToDate(Database& database);
+
 /// Sorts a book's indexes anew when the server's order of texts has another version than the book has noted.
 void BringIndexesUpToDate(Database& database, const std::string& book);
 
