@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "engines/BookUrl.h"
+#include "engines/odbc/OdbcBook.h"
 #include "engines/postgres/PostgresBook.h"
 #include "engines/sqlite/BookParts.h"
 #include "engines/sqlite/BookUpgrade.h"
@@ -31,6 +32,8 @@ constexpr Engine kEngines[] = {
      engines::sqlite::CreateInMemory, engines::sqlite::UpgradeInMemory},
     {"postgresql", Translatable("a book on a server is postgresql://user@host/database?book=NAME"),
      engines::postgres::OpenOnServer, engines::postgres::CreateOnServer, engines::postgres::UpgradeOnServer},
+    {"odbc", Translatable("tables behind an ODBC driver are odbc:DSN=NAME, or odbc: and another connection string"),
+     engines::odbc::OpenBehindDriver, engines::odbc::CreateBehindDriver, engines::odbc::UpgradeBehindDriver},
 };
 
 const Engine& EngineFor(const std::string& scheme, const std::string& url) {
