@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "kpTables/Connection.h"
+#include "kpTables/Error.h"
 
 namespace kpTables {
 
@@ -33,6 +34,14 @@ public:
     /// Writes a row. values: one for each column, of its type or Null (error 13), or Missing where the engine assigns
     /// it. Outside a host transaction every row is its own transaction.
     virtual void Append(const std::vector<Variant>& values) = 0;
+    /// A row that was refused after Append had returned: its number among those appended, from 0.
+    using Refused = std::function<void(std::int64_t row, const DatabaseError& error)>;
+    /// From now on, and inside a host transaction, Append may gather rows for an engine that is far away, which takes
+    /// many at once: refused is told of a row that it does not take, and the others are entered. Other engines go on
+    /// writing each row at once.
+    virtual void Gather(Refused /*refused*/) {}
+    /// Sends what was gathered; the appender's end drops what was not sent.
+    virtual void Flush() {}
 };
 
 /// An open book. Runs the texts of both dialects unchanged. One thread at a time.

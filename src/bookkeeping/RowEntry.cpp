@@ -86,6 +86,8 @@ RowEntry::RowEntry(Book& book, const TableInfo& table, const std::vector<std::st
     }
     if (update_) FindKey(options.key);
     appender_ = book_.AppendTo(table_.name, columns);
+    // A row that is changed is read first.
+    if (options.refused && !update_) appender_->Gather(options.refused);
     if (options.closedMonths) return;
     guard_.emplace(book_, table_.name, columns);
     if (update_) whole_.emplace(book_, table_.name, NamesOf(table_.columns));

@@ -110,8 +110,8 @@ private:
         return id;
     }
 
-    void ChangeRow(std::int64_t rowId, const engines::ColumnSet& set, engines::WrittenValues values) override {
-        Write("change " + std::to_string(rowId), database_.rows.at(rowId), set, values);
+    void ChangeRow(const engines::RowKey& key, const engines::ColumnSet& set, engines::WrittenValues values) override {
+        Write("change " + std::to_string(key.id), database_.rows.at(key.id), set, values);
     }
 
     void DeleteRow(std::int64_t rowId) override {

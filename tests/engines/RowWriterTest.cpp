@@ -32,7 +32,7 @@ TEST_F(Writer, ATextTooLongForItsColumn) {
     set.Add(2);
     const Variant text("abcd");
     const Variant* const values[] = {&text};
-    EXPECT_EQ(NumberOf([&] { writer->Change(1, set, values); }), Code(DatabaseErrorNumber::Overflow));
+    EXPECT_EQ(NumberOf([&] { writer->Change({.id = 1}, set, values); }), Code(DatabaseErrorNumber::Overflow));
     EXPECT_EQ(database.TakeJournal(), "insert x=帐簿一");
 }
 

@@ -81,7 +81,7 @@ TEST_F(Owners, ALostTransactionIsRolledBackAtEveryLevel) {
 TEST_F(Owners, RowsThatADestructorCouldNotSaveAreToldOnce) {
     transaction.refuseSave = true;
     transaction.BeginForRows();
-    transaction.CommitRowsQuietly();
+    transaction.CloseRowsQuietly();
     EXPECT_EQ(database.TakeJournal(), "start to write; save; abandon");
     transaction.refuseSave = false;
     const auto error = Refused([&] { transaction.BeforeChange(); });

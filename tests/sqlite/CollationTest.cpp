@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "TestBook.h"
+#include "engines/common/BookTexts.h"
 #include "engines/sqlite/Database.h"
 #include "kpTables/Error.h"
 #include "kpTables/MemoryRecordset.h"

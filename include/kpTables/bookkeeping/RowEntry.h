@@ -17,6 +17,9 @@ struct RowEntryOptions {
     bool update = false;                ///< changes the row with the same key, and adds those that have none
     std::vector<std::string> key = {};  ///< columns, among those given; empty: the table's primary key
     bool closedMonths = false;          ///< takes bills of closed months too, as a whole book's are
+    /// Rows may be gathered (see RowAppender::Gather) and are then refused here, by their number among those that were
+    /// added, from 0. Without it each row is entered at once.
+    RowAppender::Refused refused = {};
 };
 
 /// What has become of a row.
@@ -39,6 +42,8 @@ public:
     /// Refused are bills of closed months, rows without a key, whose key several rows of the book have, and whose key
     /// was entered before. A DatabaseError when the book does not take the row.
     RowEntryResult Enter(const std::vector<Variant>& values);
+    /// Enters the rows that are still gathered.
+    void Finish() { appender_->Flush(); }
 
 private:
     void FindKey(const std::vector<std::string>& key);

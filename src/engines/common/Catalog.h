@@ -33,6 +33,9 @@ public:
     virtual std::string RowIdColumn(std::string_view table) const = 0;
     /// The name by which a statement reads a table's row id; no column of the table has it.
     virtual std::string RowIdName(const sql::CatalogTable& table) const = 0;
+    /// The name by which a statement reads what changes with every change of a row, a whole number; "" where there is
+    /// no such thing.
+    virtual std::string RowVersionName() const { return {}; }
 
 private:
     virtual std::optional<sql::CatalogTable> ReadTable(std::string_view name) const = 0;

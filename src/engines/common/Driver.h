@@ -26,8 +26,8 @@ public:
 
     virtual Catalog& GetCatalog() noexcept = 0;
     virtual Transaction& GetTransaction() noexcept = 0;
-    /// The order of a book's texts, for Find and Sort in a recordset.
-    virtual const TextOrder& Texts() const noexcept = 0;
+    /// The order of a book's texts, for Find and Sort in a recordset: kBookTexts unless a driver says otherwise.
+    virtual const TextOrder& Texts() const noexcept;
 
     /// Prepares a translated text.
     virtual std::unique_ptr<Statement> Prepare(std::string_view text) = 0;

@@ -22,12 +22,22 @@ struct EditableRecordset::State {
           rows(std::make_unique<MemoryRecordset>(std::make_unique<recordset::RowStore>(query.statement->fields), true)),
           set(static_cast<std::size_t>(columns)) {}
 
-    int CountColumns() const noexcept { return static_cast<int>(query.statement->fields->size()) - 1; }
+    int CountColumns() const noexcept {
+        return static_cast<int>(query.statement->fields->size()) - query.statement->hidden;
+    }
     RowWriter& Writer() const noexcept { return *query.statement->writer; }
     void CheckColumn(int index) const {
         if (index < 0 || index >= columns) Raise(ErrorNumber::ItemNotFound, std::to_string(index));
     }
-    std::int64_t RowId() const { return rows->GetValue(columns).If<Currency>()->Scaled(); }
+    RowKey Key() const {
+        const Variant version = HasVersions() ? rows->GetValue(columns + 1) : Variant();
+        const auto* number = version.If<Currency>();
+        return {rows->GetValue(columns).If<Currency>()->Scaled(), number ? number->Scaled() : 0, moment};
+    }
+    bool HasVersions() const noexcept { return query.statement->hidden > 1; }
+    void KeepVersion() {
+        if (HasVersions()) rows->SetValue(columns + 1, Currency::FromScaled(Writer().LastVersion()));
+    }
 
     /// Reads the rows of the table and appends those added before the fetch.
     void Fetch();
@@ -45,9 +55,10 @@ struct EditableRecordset::State {
 
     Executor& executor;
     BoundQuery query;
-    int columns;                            ///< without the row id, which follows them in rows
+    int columns;                            ///< without the row id and version, which follow them in rows
     std::unique_ptr<MemoryRecordset> rows;  ///< before the fetch, the rows that were added
     bool fetched = false;
+    std::int64_t moment = -1;             ///< of the fetch
     std::vector<std::int64_t> added;      ///< row ids of those
     std::optional<std::int32_t> counted;  ///< the result of CountOthers
     bool adding = false;
@@ -56,6 +67,7 @@ struct EditableRecordset::State {
 };
 
 void EditableRecordset::State::Fetch() {
+    if (HasVersions()) moment = Writer().Moment();
     auto all = executor.ReadEditable(query);
     if (CountColumns() != columns) {
         if (!added.empty()) RaiseColumnsChanged(query.text);
@@ -78,11 +90,11 @@ std::unique_ptr<recordset::RowStore> EditableRecordset::State::WithAddedBehind(c
         const std::int64_t id = all.GetValue(row, columns).If<Currency>()->Scaled();
         if (std::binary_search(added.begin(), added.end(), id)) continue;
         ordered->BeginRow();
-        for (int column = 0; column <= columns; ++column) ordered->PutValue(column, all.GetValue(row, column));
+        for (int column = 0; column < all.Columns(); ++column) ordered->PutValue(column, all.GetValue(row, column));
     }
     for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) {
         ordered->BeginRow();
-        for (int column = 0; column <= columns; ++column) ordered->PutValue(column, rows->GetValue(column));
+        for (int column = 0; column < all.Columns(); ++column) ordered->PutValue(column, rows->GetValue(column));
     }
     return ordered;
 }
@@ -112,6 +124,7 @@ void EditableRecordset::State::WriteNew() {
     const std::int64_t id = Writer().Insert(set, values);
     if (!fetched) added.push_back(id);
     rows->SetValue(columns, Currency::FromScaled(id));
+    KeepVersion();
     if (const auto column = Writer().Table().rowIdColumn) rows->SetValue(*column, static_cast<double>(id));
     adding = false;
 }
@@ -119,7 +132,8 @@ void EditableRecordset::State::WriteNew() {
 void EditableRecordset::State::WriteChanges() {
     CollectValues();
     executor.GetTransaction().BeginForRows();
-    Writer().Change(RowId(), set, values);
+    Writer().Change(Key(), set, values);
+    KeepVersion();
     const auto key = Writer().Table().rowIdColumn;
     if (key && set.Has(*key)) {
         const Variant id = rows->GetValue(*key);
@@ -149,7 +163,7 @@ EditableRecordset::EditableRecordset(ExecutorPtr executor, BoundQuery query)
     : executor_(std::move(executor)), state_(std::make_unique<State>(*executor_, std::move(query))) {}
 
 EditableRecordset::~EditableRecordset() {
-    if (state_) executor_->GetTransaction().CommitRowsQuietly();
+    if (state_) executor_->GetTransaction().CloseRowsQuietly();
 }
 
 EditableRecordset::State& EditableRecordset::Opened() const {
@@ -259,8 +273,9 @@ void EditableRecordset::Update() {
 
 void EditableRecordset::Close() {
     Opened();
-    state_.reset();
-    executor_->GetTransaction().CommitRows();
+    // The writer may have rows to send.
+    const auto closed = std::move(state_);
+    executor_->GetTransaction().CloseRows();
 }
 
 }  // namespace kpTables::engines

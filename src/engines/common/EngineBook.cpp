@@ -66,7 +66,7 @@ public:
 
     void FlushRows() override {
         executor_->GetTransaction().RaiseLoss();
-        executor_->GetTransaction().CommitRows();
+        executor_->GetTransaction().CloseRows();
     }
 
     std::int64_t RecordsAffected() const override { return executor_->RecordsAffected(); }

@@ -35,11 +35,13 @@ bool ChangesSchema(sql::StatementKind kind) noexcept {
     }
 }
 
-/// In both, the row id follows the fields.
-bool BeginsWith(const std::vector<FieldInfo>& fields, const std::vector<FieldInfo>& beginning) {
+/// In both, hidden columns follow the fields.
+bool BeginsWith(const CachedStatement& statement, const CachedStatement& beginning) {
     const auto same = [](const FieldInfo& a, const FieldInfo& b) { return a.name == b.name && a.type == b.type; };
-    return fields.size() >= beginning.size() &&
-           std::equal(beginning.begin(), beginning.end() - 1, fields.begin(), same);
+    const std::vector<FieldInfo>& fields = *statement.fields;
+    const std::vector<FieldInfo>& first = *beginning.fields;
+    return fields.size() >= first.size() &&
+           std::equal(first.begin(), first.end() - beginning.hidden, fields.begin(), same);
 }
 
 }  // namespace
@@ -199,8 +201,9 @@ CachedStatementPtr Executor::PrepareSource(std::string_view source, SourceKind k
         table = SourceOfSelect(tree, catalog_);
     }
     if (!table) return std::make_shared<CachedStatement>();
-    CachedStatementPtr statement = PrepareTranslation(
-        sql::Translate(*table->select, RowIdCatalog(catalog_, table->table), driver_->Dialect()), true);
+    CachedStatementPtr statement =
+        PrepareTranslation(sql::Translate(*table->select, RowIdCatalog(catalog_, table->table), driver_->Dialect()),
+                           catalog_.RowVersionName().empty() ? 1 : 2);
     statement->writer = driver_->MakeWriter(WrittenTableOf(*table, catalog_));
     return statement;
 }
@@ -212,8 +215,7 @@ std::unique_ptr<recordset::RowStore> Executor::ReadEditable(BoundQuery& query) {
         RefreshCatalog();
         BoundQuery fresh{PrepareSource(query.text, query.kind, query.dialect), query.text, query.literals, query.kind,
                          query.dialect};
-        const bool sameBegin =
-            fresh.statement->writer && BeginsWith(*fresh.statement->fields, *query.statement->fields);
+        const bool sameBegin = fresh.statement->writer && BeginsWith(*fresh.statement, *query.statement);
         if (!sameBegin) RaiseColumnsChanged(query.text);
         query = std::move(fresh);
         return Rows(query);
@@ -224,7 +226,7 @@ std::unique_ptr<recordset::RowStore> Executor::ReadEditable(BoundQuery& query) {
 
 std::size_t Executor::CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded) {
     const auto rows = ReadEditable(query);
-    const int idColumn = rows->Columns() - 1;
+    const int idColumn = rows->Columns() - query.statement->hidden;
     std::vector<std::int64_t> sorted = excluded;
     std::sort(sorted.begin(), sorted.end());
     std::size_t count = 0;
@@ -243,14 +245,15 @@ CachedStatementPtr Executor::Translate(sql::Statement& tree, std::string shape,
     return statement;
 }
 
-CachedStatementPtr Executor::PrepareTranslation(sql::Translation translation, bool withRowId) const {
+CachedStatementPtr Executor::PrepareTranslation(sql::Translation translation, int hidden) const {
     auto statement = std::make_shared<CachedStatement>();
     if (!translation.columnChange) statement->prepared = driver_->Prepare(translation.text);
     std::vector<FieldInfo> fields;
     for (const sql::ResultColumn& column : translation.columns)
         fields.push_back({column.name, FieldType(column.type), column.qualifier});
     // As the scaled value of a Currency, the only type that holds 64 bits.
-    if (withRowId) fields.back() = {"", VarType::Currency};
+    std::fill(fields.end() - hidden, fields.end(), FieldInfo{"", VarType::Currency});
+    statement->hidden = hidden;
     statement->fields = recordset::ShareFields(std::move(fields));
     statement->translation = std::move(translation);
     return statement;

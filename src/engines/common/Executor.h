@@ -36,9 +36,9 @@ public:
     RecordsetPtr Execute(std::string_view text, const sql::NamedLiterals& named = {});
     /// The query behind an editable recordset, with a writer in its statement; without one, its rows cannot be edited.
     BoundQuery PrepareOpen(std::string_view source, SourceKind kind);
-    /// Runs a query that PrepareOpen returned; the row ids follow the fields. When another program has changed the
-    /// schema in between, the query is prepared again: it may have more fields, but an error is raised unless they
-    /// begin as before.
+    /// Runs a query that PrepareOpen returned; the row ids follow the fields, and then perhaps the versions. When
+    /// another program has changed the schema in between, the query is prepared again: it may have more fields, but an
+    /// error is raised unless they begin as before.
     std::unique_ptr<recordset::RowStore> ReadEditable(BoundQuery& query);
     /// The number of its rows whose row ids are not in excluded.
     std::size_t CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded);
@@ -65,8 +65,8 @@ private:
     CachedStatementPtr Translate(sql::Statement& statement, std::string shape,
                                  const std::vector<sql::LiteralValue>& literals);
     CachedStatementPtr PrepareSource(std::string_view source, SourceKind kind, sql::Dialect dialect);
-    /// With a row id, it is the translation's last column.
-    CachedStatementPtr PrepareTranslation(sql::Translation translation, bool withRowId = false) const;
+    /// hidden: how many of the translation's last columns tell rows apart.
+    CachedStatementPtr PrepareTranslation(sql::Translation translation, int hidden = 0) const;
     void RefreshCatalog();
 
     std::unique_ptr<Driver> driver_;

@@ -51,4 +51,10 @@ void RaiseRowGone(std::string_view statement) {
     RaiseFailure(Message("The row cannot be found for updating: it was deleted after it had been read"), statement);
 }
 
+void RaiseRowChanged(std::string_view statement) {
+    RaiseFailure(Message("The row was not changed, since it has been changed after it had been read, for instance by "
+                         "another program; read it again"),
+                 statement);
+}
+
 }  // namespace kpTables::engines

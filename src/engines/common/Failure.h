@@ -16,4 +16,7 @@ namespace kpTables::engines {
 /// Raises the error of a change to a missing row; statement is the change.
 [[noreturn]] void RaiseRowGone(std::string_view statement);
 
+/// Raises the error of a change to a row that another program has changed since it was read.
+[[noreturn]] void RaiseRowChanged(std::string_view statement);
+
 }  // namespace kpTables::engines

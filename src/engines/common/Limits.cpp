@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <fstream>
 #include <limits>
+#include <new>
 #include <string>
+
+#include "kpTables/Error.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::engines {
 
@@ -24,6 +28,10 @@ std::size_t HalfOfFreeMemory() {
     return std::numeric_limits<std::size_t>::max();
 }
 
+[[noreturn]] void RaiseTooLarge(const std::string& complaint, std::string_view shown) {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::ResultTooLarge), complaint, std::string(shown));
+}
+
 }  // namespace
 
 void Limits::ApplyTo(recordset::RowStore& rows) const {
@@ -32,6 +40,28 @@ void Limits::ApplyTo(recordset::RowStore& rows) const {
         static const std::size_t kDefault = HalfOfFreeMemory();
         return kDefault;
     });
+}
+
+std::unique_ptr<recordset::RowStore> Limits::Within(
+    std::string_view shown, const std::function<void(std::unique_ptr<recordset::RowStore>& rows)>& read) {
+    constexpr unsigned kMegabyteBits = 20;
+    std::unique_ptr<recordset::RowStore> rows;
+    try {
+        read(rows);
+    } catch (const recordset::StoreFull& full) {
+        rows.reset();
+        RaiseTooLarge(Message("The result needs more than {1} MB of memory", full.limit >> kMegabyteBits), shown);
+    } catch (const std::bad_alloc&) {
+        rows.reset();
+        RaiseTooLarge(Message("There is not enough memory for the result"), shown);
+    }
+    // The rows of a recordset that is edited are in the table already when they are added here.
+    rows->Limit(std::numeric_limits<std::size_t>::max());
+    return rows;
+}
+
+void Limits::RaiseTooManyRows(std::string_view shown) const {
+    RaiseTooLarge(Message("The result has more than {1} rows", rows), shown);
 }
 
 }  // namespace kpTables::engines

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
+#include <string_view>
 
 #include "kpTables/Book.h"
 #include "recordset/RowStore.h"
@@ -19,6 +21,18 @@ struct Limits {
     /// Bounds a result's rows by the bytes given, or by the default, which the system is asked for only by a large
     /// result: asking takes longer than most statements.
     void ApplyTo(recordset::RowStore& rows) const;
+    /// To be called before each row of a result: error ResultTooLarge when it has as many as it may have. shown: the
+    /// text for messages.
+    void CountRow(const recordset::RowStore& result, std::string_view shown) const {
+        if (rows > 0 && result.Rows() == static_cast<std::size_t>(rows)) RaiseTooManyRows(shown);
+    }
+    /// The store that read makes and fills; a result that is too large for it, or for the machine, is error
+    /// ResultTooLarge.
+    static std::unique_ptr<recordset::RowStore> Within(
+        std::string_view shown, const std::function<void(std::unique_ptr<recordset::RowStore>& rows)>& read);
+
+private:
+    [[noreturn]] void RaiseTooManyRows(std::string_view shown) const;
 };
 
 /// Of BookOptions or NewBookOptions.

@@ -32,10 +32,16 @@ std::int64_t RowWriter::Insert(const ColumnSet& set, WrittenValues values) {
     RaiseOverflow(Message("Overflow: the counter '{1}' has no values left", column));
 }
 
-void RowWriter::Change(std::int64_t rowId, const ColumnSet& set, WrittenValues values) {
+void RowWriter::InsertLater(const ColumnSet& set, WrittenValues values, std::int64_t row, const RefusedRow& refused) {
     CheckLengths(set, values);
-    if (hasDecimals_) return ChangeRow(rowId, set, Fit(set, values).values);
-    ChangeRow(rowId, set, values);
+    if (hasDecimals_) return InsertRowLater(set, Fit(set, values).values, row, refused);
+    InsertRowLater(set, values, row, refused);
+}
+
+void RowWriter::Change(const RowKey& row, const ColumnSet& set, WrittenValues values) {
+    CheckLengths(set, values);
+    if (hasDecimals_) return ChangeRow(row, set, Fit(set, values).values);
+    ChangeRow(row, set, values);
 }
 
 RowWriter::Fitted RowWriter::Fit(const ColumnSet& set, WrittenValues values) const {

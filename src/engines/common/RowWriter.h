@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "engines/common/ColumnSet.h"
+#include "kpTables/Error.h"
 #include "kpTables/Variant.h"
 
 namespace kpTables::engines {
@@ -30,6 +32,16 @@ struct WrittenTable {
     bool whole = false;              ///< the recordset holds all rows of the table, which can be counted unread
 };
 
+/// A row as it was read.
+struct RowKey {
+    std::int64_t id = 0;
+    std::int64_t version = 0;  ///< that it had then; of an engine without versions, 0
+    std::int64_t moment = -1;  ///< what RowWriter::Moment answered then
+};
+
+/// Told of a row that was refused after it had been gathered: the number under which it was added.
+using RefusedRow = std::function<void(std::int64_t row, const DatabaseError& error)>;
+
 /// A value for each column of a set, in their order.
 using WrittenValues = std::span<const Variant* const>;
 
@@ -46,14 +58,30 @@ public:
     /// Adds a row and returns its row id. Error Overflow for a text that is too long for its column, and when the
     /// engine would have to give a counter a value beyond 32 bits.
     std::int64_t Insert(const ColumnSet& set, WrittenValues values);
-    /// Changes a row. Error Overflow as Insert; also an error when the row no longer exists.
-    void Change(std::int64_t rowId, const ColumnSet& set, WrittenValues values);
+    /// Adds a row whose id nobody needs. An engine may gather such rows and send many at once, in the order in which
+    /// they came, before any other statement and at the latest when Transaction::SendRows is called; it tells refused
+    /// of each that the database does not take. Others add it as Insert does.
+    void InsertLater(const ColumnSet& set, WrittenValues values, std::int64_t row, const RefusedRow& refused);
+    /// Drops the rows of InsertLater that have not been sent.
+    virtual void DropLater() noexcept {}
+    /// Changes a row. Error Overflow as Insert; also an error when the row no longer exists, or when another program
+    /// has changed it since it was read.
+    void Change(const RowKey& row, const ColumnSet& set, WrittenValues values);
     /// The row count.
     virtual std::int64_t CountRows() = 0;
 
+    /// The version of the row that was written last.
+    virtual std::int64_t LastVersion() const noexcept { return 0; }
+    /// Asked before rows are read: of two equal answers, no other program has changed the book between them.
+    virtual std::int64_t Moment() { return 0; }
+
 private:
     virtual std::int64_t InsertRow(const ColumnSet& set, WrittenValues values) = 0;
-    virtual void ChangeRow(std::int64_t rowId, const ColumnSet& set, WrittenValues values) = 0;
+    virtual void InsertRowLater(const ColumnSet& set, WrittenValues values, std::int64_t /*row*/,
+                                const RefusedRow& /*refused*/) {
+        InsertRow(set, values);
+    }
+    virtual void ChangeRow(const RowKey& row, const ColumnSet& set, WrittenValues values) = 0;
     virtual void DeleteRow(std::int64_t rowId) = 0;
 
     /// The values as their columns keep them, and what holds those that differ from the given ones.

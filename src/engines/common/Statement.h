@@ -39,7 +39,8 @@ public:
 struct CachedStatement {
     sql::Translation translation;
     std::unique_ptr<Statement> prepared;
-    recordset::FieldsPtr fields;        ///< of a query; with a writer, followed by the row id
+    recordset::FieldsPtr fields;        ///< of a query; with a writer, followed by the row id and perhaps the version
+    int hidden = 0;                     ///< how many of them are not the caller's
     std::shared_ptr<RowWriter> writer;  ///< of a query whose rows can be edited
 };
 using CachedStatementPtr = std::shared_ptr<CachedStatement>;

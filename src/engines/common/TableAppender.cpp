@@ -39,7 +39,15 @@ void TableAppender::Append(const std::vector<Variant>& values) {
         given_.push_back(&value);
     }
     executor_->GetTransaction().BeforeChange();
-    statement_->writer->Insert(set_, given_);
+    if (refused_) {
+        statement_->writer->InsertLater(set_, given_, appended_++, refused_);
+    } else {
+        statement_->writer->Insert(set_, given_);
+    }
 }
+
+TableAppender::~TableAppender() { statement_->writer->DropLater(); }
+
+void TableAppender::Flush() { executor_->GetTransaction().SendRows(); }
 
 }  // namespace kpTables::engines

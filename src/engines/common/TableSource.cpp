@@ -26,6 +26,13 @@ sql::SelectCore* PlainCore(sql::Statement& statement) {
     return plain && core.from[0]->kind == sql::TableKind::Named ? &core : nullptr;
 }
 
+/// The names of what tells a row apart.
+std::vector<std::string> HiddenColumns(const sql::CatalogTable& table, const Catalog& catalog) {
+    std::vector<std::string> names = {catalog.RowIdName(table)};
+    if (std::string version = catalog.RowVersionName(); !version.empty()) names.push_back(std::move(version));
+    return names;
+}
+
 /// The names of the stored columns, which a star stands for.
 std::vector<std::string> StoredColumns(const sql::CatalogTable& table) {
     std::vector<std::string> names;
@@ -60,9 +67,9 @@ std::optional<std::vector<std::string>> ListedColumns(const sql::SelectCore& cor
     return names;
 }
 
-/// The items with every star replaced by its columns, and the row id at the end.
+/// The items with every star replaced by its columns, and the row id and the version at the end.
 std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, const sql::CatalogTable& table,
-                                            std::string rowIdName) {
+                                            const Catalog& catalog) {
     std::vector<sql::SelectItem> all;
     for (sql::SelectItem& item : items) {
         const auto* star = sql::If<sql::Star>(item.expression.get());
@@ -74,7 +81,7 @@ std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, 
             all.push_back(ColumnItem(star->table, std::move(column), star->offset));
         }
     }
-    all.push_back(ColumnItem("", std::move(rowIdName)));
+    for (std::string& name : HiddenColumns(table, catalog)) all.push_back(ColumnItem("", std::move(name)));
     return all;
 }
 
@@ -88,7 +95,7 @@ TableSource SourceOfTable(std::string_view name, const Catalog& catalog) {
     TableSource source{table->name, StoredColumns(*table), true, nullptr};
     auto core = std::make_unique<sql::SelectCore>();
     core->items.push_back({std::make_unique<sql::Star>(""), ""});
-    core->items = ItemsWithRowId(std::move(core->items), *table, catalog.RowIdName(*table));
+    core->items = ItemsWithRowId(std::move(core->items), *table, catalog);
     core->from.push_back(std::make_unique<sql::NamedTable>(table->name, ""));
     auto select = std::make_unique<sql::SelectStatement>();
     select->query = std::make_unique<sql::Query>();
@@ -106,7 +113,7 @@ std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const Ca
     if (!table) return std::nullopt;
     auto columns = ListedColumns(*core, *table);
     if (!columns) return std::nullopt;
-    core->items = ItemsWithRowId(std::move(core->items), *table, catalog.RowIdName(*table));
+    core->items = ItemsWithRowId(std::move(core->items), *table, catalog);
     return TableSource{table->name, std::move(*columns), !core->where && !core->top, std::move(statement)};
 }
 
@@ -129,9 +136,11 @@ WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog) {
 
 RowIdCatalog::RowIdCatalog(const engines::Catalog& catalog, std::string_view table) : catalog_(catalog) {
     if (const sql::CatalogTable* found = catalog.Find(table)) table_ = *found;
-    sql::CatalogColumn rowId;
-    rowId.name = catalog.RowIdName(table_);
-    table_.columns.push_back(std::move(rowId));
+    for (std::string& name : HiddenColumns(table_, catalog)) {
+        sql::CatalogColumn hidden;
+        hidden.name = std::move(name);
+        table_.columns.push_back(std::move(hidden));
+    }
 }
 
 const sql::CatalogTable* RowIdCatalog::Find(std::string_view table) const {

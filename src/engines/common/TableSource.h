@@ -16,7 +16,7 @@ struct TableSource {
     std::string table;                 ///< as the book spells it
     std::vector<std::string> columns;  ///< in the order of the recordset's fields
     bool wholeTable = false;           ///< no condition and no TOP
-    sql::StatementPtr select;          ///< the columns, followed by the row id
+    sql::StatementPtr select;          ///< the columns, followed by the row id and, if there is one, the version
 };
 
 /// The Select of all columns and rows of a table. Raises SqlError for an unknown table.
@@ -29,7 +29,7 @@ std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const Ca
 /// What a writer needs of the source's table.
 WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog);
 
-/// A catalog in which one table has its row id as one more column.
+/// A catalog in which one table has its row id, and its rows' version, as further columns.
 class RowIdCatalog : public sql::Catalog {
 public:
     RowIdCatalog(const engines::Catalog& catalog, std::string_view table);

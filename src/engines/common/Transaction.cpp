@@ -80,6 +80,13 @@ void Transaction::BeforeChange() {
 
 void Transaction::CommitRows() {
     if (owner_ != Owner::Recordsets) return;
+    std::exception_ptr refused;
+    try {
+        SendRows();
+    } catch (...) {
+        // What was written before stays.
+        refused = std::current_exception();
+    }
     owner_ = Owner::None;
     if (!IsOpen()) {
         RaiseMisuse(
@@ -92,11 +99,17 @@ void Transaction::CommitRows() {
         if (IsOpen()) Abandon();
         throw;
     }
+    if (refused) std::rethrow_exception(refused);
 }
 
-void Transaction::CommitRowsQuietly() noexcept {
+void Transaction::CloseRows() {
+    CommitRows();
+    SendRows();
+}
+
+void Transaction::CloseRowsQuietly() noexcept {
     try {
-        CommitRows();
+        CloseRows();
     } catch (...) {
         loss_ = std::current_exception();
     }

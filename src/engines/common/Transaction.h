@@ -32,9 +32,14 @@ public:
     /// Commits what recordsets have written; does nothing inside the host's transaction. When the database refuses, it
     /// raises and the rows since BeginForRows are lost.
     void CommitRows();
-    /// CommitRows for destructors: keeps the error for RaiseLoss.
-    void CommitRowsQuietly() noexcept;
-    /// Raises, once, the error that CommitRowsQuietly has kept.
+    /// Sends what writers have gathered; does nothing where each row is written at once. Raises the error of a row
+    /// that the database refuses: those before it are written, those behind it not.
+    virtual void SendRows() {}
+    /// At the end of a recordset: SendRows, and CommitRows.
+    void CloseRows();
+    /// CloseRows for destructors: keeps the error for RaiseLoss.
+    void CloseRowsQuietly() noexcept;
+    /// Raises, once, the error that CloseRowsQuietly has kept.
     void RaiseLoss() {
         if (loss_) RaiseKeptLoss();
     }

@@ -5,6 +5,7 @@
 namespace kpTables::engines::postgres {
 
 void RollBackQuietly(Database& database) noexcept {
+    database.DropPending();
     try {
         database.Run("ROLLBACK");
     } catch (const DatabaseError&) {
@@ -14,11 +15,20 @@ void RollBackQuietly(Database& database) noexcept {
 
 void BeginChange(Database& database) {
     try {
-        database.Run(kBeginChange);
+        const Result lock = database.Run(
+            "BEGIN; LOCK TABLE kp_book IN EXCLUSIVE MODE; SELECT xmax, CAST(pg_current_xact_id() AS xid) FROM kp_book "
+            "FOR UPDATE");
+        database.others.Began(lock.Integer(0, 0), lock.Integer(0, 1));
     } catch (const DatabaseError&) {
         if (database.InTransaction()) RollBackQuietly(database);
         throw;
     }
+}
+
+std::int64_t ReadMoment(Database& database) {
+    // Nobody else changes the book while this connection does.
+    if (!database.InTransaction()) database.others.Saw(database.Run("SELECT xmax FROM kp_book").Integer(0, 0));
+    return database.others.Count();
 }
 
 }  // namespace kpTables::engines::postgres

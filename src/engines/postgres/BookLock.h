@@ -2,21 +2,22 @@
 // saved. Readers do not wait.
 #pragma once
 
-#include <string_view>
+#include <cstdint>
 #include <type_traits>
 
 #include "engines/postgres/Database.h"
 
 namespace kpTables::engines::postgres {
 
-/// Waits until no other connection has unsaved changes. Raises a DatabaseError when that takes too long.
-inline constexpr std::string_view kBeginChange = "BEGIN; LOCK TABLE kp_book IN EXCLUSIVE MODE";
-
 /// Undoes what an open transaction has done, ignoring errors.
 void RollBackQuietly(Database& database) noexcept;
 
-/// Begins a transaction for changes, or leaves none open.
+/// Begins a transaction for changes, or leaves none open. Waits until no other connection has unsaved changes; a
+/// DatabaseError when that takes too long.
 void BeginChange(Database& database);
+
+/// See RowWriter::Moment.
+std::int64_t ReadMoment(Database& database);
 
 /// Runs a change, in the open transaction or in one of its own.
 template <class Work>

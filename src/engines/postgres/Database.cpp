@@ -4,6 +4,7 @@
 
 #include <array>
 #include <charconv>
+#include <exception>
 #include <utility>
 
 #include "engines/postgres/Failure.h"
@@ -62,41 +63,163 @@ Database::Database(const std::string& connection, std::function<bool()> interrup
     library.SetNoticeProcessor(connection_.get(), Ignore, nullptr);
 }
 
+/// Opens a pipeline when the statement does not go alone, and ends it however the statement ends.
+class Database::Exchange {
+public:
+    /// several: further statements follow the first.
+    Exchange(Database& database, std::string_view shown, bool several = false)
+        : database_(database), shown_(shown), savepoint_(database.TakeSavepoint()) {
+        ++database_.statements_;
+        isPipeline_ = several || !savepoint_.empty();
+        if (!isPipeline_) return;
+        Check(Library().EnterPipelineMode(Connection()));
+        for (const char* text : savepoint_) {
+            Add(Library().SendQueryParams(Connection(), text, 0, nullptr, nullptr, nullptr, nullptr, kTexts));
+        }
+    }
+    ~Exchange() {
+        // After a lost connection there is nothing left to end.
+        if (isPipeline_) Library().ExitPipelineMode(Connection());
+    }
+    Exchange(const Exchange&) = delete;
+    Exchange& operator=(const Exchange&) = delete;
+
+    static const postgres::Library& Library() { return LoadedLibrary(); }
+    PGconn* Connection() const noexcept { return database_.connection_.get(); }
+
+    /// A statement is on its way.
+    void Add(int success) {
+        Check(success);
+        ++statements_;
+    }
+    /// The last result of each statement, without those of the savepoint; the rows of the last statement go to the
+    /// sink. Raises the first error.
+    std::vector<Result> Finish(const RowSink& sink = {}) {
+        if (isPipeline_) Check(Library().PipelineSync(Connection()));
+        std::vector<Result> results;
+        for (int i = 0; i < statements_; ++i) {
+            const bool toSink = sink && i + 1 == statements_;
+            if (toSink) Library().SetSingleRowMode(Connection());
+            results.push_back(ReadOne(toSink ? sink : RowSink()));
+        }
+        if (isPipeline_) database_.Next(shown_);  // that all of them have ended
+        if (raised_) std::rethrow_exception(raised_);
+        if (failed_) database_.RaiseError(failed_, shown_);
+        if (results.empty() || !results.back()) database_.RaiseLost(shown_);
+        results.erase(results.begin(), results.begin() + static_cast<std::ptrdiff_t>(savepoint_.size()));
+        return results;
+    }
+
+private:
+    void Check(int success) const { database_.Sent(success, shown_); }
+
+    Result ReadOne(const RowSink& sink) {
+        Result last;
+        for (Result result = database_.Next(shown_); result; result = database_.Next(shown_)) {
+            switch (Library().ResultStatus(result.Get())) {
+                case PGRES_SINGLE_TUPLE:
+                    Pass(result, sink);
+                    break;
+                case PGRES_COMMAND_OK:
+                case PGRES_TUPLES_OK:
+                case PGRES_EMPTY_QUERY:
+                    last = std::move(result);
+                    break;
+                case PGRES_PIPELINE_ABORTED:
+                    break;
+                default:
+                    if (!failed_) failed_ = std::move(result);
+            }
+        }
+        return last;
+    }
+
+    void Pass(const Result& row, const RowSink& sink) {
+        if (failed_ || raised_) return;
+        try {
+            sink(row);
+        } catch (...) {
+            raised_ = std::current_exception();
+            database_.Cancel();
+        }
+    }
+
+    Database& database_;
+    std::string_view shown_;
+    std::vector<const char*> savepoint_;
+    bool isPipeline_ = false;
+    int statements_ = 0;
+    Result failed_;
+    std::exception_ptr raised_;
+};
+
 Result Database::Run(std::string_view text, std::string_view shown) {
-    Sent(LoadedLibrary().SendQuery(connection_.get(), std::string(text).c_str()), shown);
-    return Finished(shown.empty() ? text : shown);
+    SendPending();
+    std::string all;
+    for (const char* savepoint : TakeSavepoint()) all.append(savepoint).append("; ");
+    Exchange exchange(*this, shown.empty() ? text : shown);
+    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.append(text).c_str()));
+    return std::move(exchange.Finish().back());
 }
 
 Result Database::Ask(std::string_view text, const Parameters& parameters) {
-    Sent(LoadedLibrary().SendQueryParams(connection_.get(), std::string(text).c_str(), parameters.Count(), nullptr,
-                                         parameters.Values(), parameters.Lengths(), parameters.Formats(), kTexts),
-         text);
-    return Finished(text);
+    SendPending();
+    Exchange exchange(*this, text);
+    exchange.Add(LoadedLibrary().SendQueryParams(connection_.get(), std::string(text).c_str(), parameters.Count(),
+                                                 nullptr, parameters.Values(), parameters.Lengths(),
+                                                 parameters.Formats(), kTexts));
+    return std::move(exchange.Finish().back());
 }
 
 std::string Database::Prepare(std::string_view text, std::string_view shown) {
-    for (const std::string& name : std::exchange(forgotten_, {})) Run("DEALLOCATE " + name);
+    SendPending();
+    std::string freed;
+    for (const std::string& name : std::exchange(forgotten_, {})) freed += "DEALLOCATE " + name + ";";
+    if (!freed.empty()) Run(freed);
     std::string name = "kp" + std::to_string(++prepared_);
-    Sent(LoadedLibrary().SendPrepare(connection_.get(), name.c_str(), std::string(text).c_str(), 0, nullptr), shown);
-    Finished(shown);
+    Exchange exchange(*this, shown);
+    exchange.Add(LoadedLibrary().SendPrepare(connection_.get(), name.c_str(), std::string(text).c_str(), 0, nullptr));
+    exchange.Finish();
     return name;
 }
 
 Result Database::RunPrepared(const std::string& name, const Parameters& parameters, std::string_view shown) {
-    Sent(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(), parameters.Values(),
-                                           parameters.Lengths(), parameters.Formats(), kBinary),
-         shown);
-    return Finished(shown);
+    return ReadPrepared(name, parameters, shown, {});
 }
 
 Result Database::ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
                               const RowSink& sink) {
-    const Library& library = LoadedLibrary();
-    Sent(library.SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(), parameters.Values(),
-                                   parameters.Lengths(), parameters.Formats(), kBinary),
-         shown);
-    library.SetSingleRowMode(connection_.get());
-    return Finished(shown, sink);
+    SendPending();
+    Exchange exchange(*this, shown);
+    exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
+                                                   parameters.Values(), parameters.Lengths(), parameters.Formats(),
+                                                   kBinary));
+    return std::move(exchange.Finish(sink).back());
+}
+
+std::vector<Result> Database::RunTogether(const std::vector<Command>& commands, std::string_view shown) {
+    Exchange exchange(*this, shown, true);
+    for (const auto& [name, parameters] : commands) {
+        exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
+                                                       parameters.Values(), parameters.Lengths(), parameters.Formats(),
+                                                       kBinary));
+    }
+    return exchange.Finish();
+}
+
+void Database::Pend(PendingRows& rows) {
+    if (pending_ == &rows) return;
+    SendPending();
+    pending_ = &rows;
+    ++statements_;
+}
+
+void Database::SendPending() {
+    if (PendingRows* const rows = std::exchange(pending_, nullptr)) rows->Send();
+}
+
+void Database::DropPending() noexcept {
+    if (PendingRows* const rows = std::exchange(pending_, nullptr)) rows->Drop();
 }
 
 int Database::SchemaChanges() noexcept {
@@ -115,12 +238,15 @@ bool Database::InTransaction() const noexcept {
 
 bool Database::IsConnected() const noexcept { return LoadedLibrary().Status(connection_.get()) == CONNECTION_OK; }
 
-void Database::SetSavepoint() {
-    Run(hasSavepoint_ ? "RELEASE kp_statement; SAVEPOINT kp_statement" : "SAVEPOINT kp_statement");
-    hasSavepoint_ = true;
+std::vector<const char*> Database::TakeSavepoint() {
+    if (!std::exchange(savepointDue_, false)) return {};
+    if (std::exchange(hasSavepoint_, true)) return {"RELEASE kp_statement", "SAVEPOINT kp_statement"};
+    return {"SAVEPOINT kp_statement"};
 }
 
 void Database::ReturnToSavepoint() noexcept {
+    // What has failed before anything was sent leaves nothing to undo.
+    if (std::exchange(savepointDue_, false)) return;
     try {
         Run("ROLLBACK TO kp_statement");
     } catch (const DatabaseError&) {
@@ -130,6 +256,7 @@ void Database::ReturnToSavepoint() noexcept {
 }
 
 void Database::DropSavepoint() {
+    SendPending();
     if (std::exchange(hasSavepoint_, false) && InTransaction()) Run("RELEASE kp_statement");
 }
 
@@ -160,41 +287,6 @@ Result Database::Next(std::string_view shown) {
         if (library.ConsumeInput(connection_.get()) == 0) RaiseLost(shown);
     }
     return Result(library.GetResult(connection_.get()));
-}
-
-Result Database::Finished(std::string_view shown, const RowSink& sink) {
-    const Library& library = LoadedLibrary();
-    Result last;
-    Result failed;
-    for (Result result = Next(shown); result; result = Next(shown)) {
-        switch (library.ResultStatus(result.Get())) {
-            case PGRES_SINGLE_TUPLE:
-                try {
-                    if (!failed) sink(result);
-                } catch (...) {
-                    Cancel();
-                    Drain();
-                    throw;
-                }
-                continue;
-            case PGRES_COMMAND_OK:
-            case PGRES_TUPLES_OK:
-            case PGRES_EMPTY_QUERY:
-                last = std::move(result);
-                break;
-            default:
-                if (!failed) failed = std::move(result);
-        }
-    }
-    if (failed) RaiseError(failed, shown);
-    if (!last) RaiseLost(shown);
-    return last;
-}
-
-void Database::Drain() noexcept {
-    const Library& library = LoadedLibrary();
-    while (const Result result{library.GetResult(connection_.get())}) {
-    }
 }
 
 void Database::Cancel() const noexcept {

@@ -41,6 +41,47 @@ private:
 /// Receives a query's rows, one at a time.
 using RowSink = std::function<void(const Result& row)>;
 
+/// Rows that are gathered to be sent together.
+class PendingRows {
+public:
+    virtual ~PendingRows() = default;
+    /// Sends them. Raises the DatabaseError of one that the server refuses.
+    virtual void Send() = 0;
+    virtual void Drop() noexcept = 0;
+
+protected:
+    PendingRows() = default;
+    PendingRows(const PendingRows&) = default;
+    PendingRows& operator=(const PendingRows&) = default;
+};
+
+/// Whether other programs have changed the book. Whoever changes it locks the row of kp_book, where the server keeps
+/// the number of the transaction that did so last.
+class OtherPrograms {
+public:
+    /// How many times others are known to have changed it.
+    std::int64_t Count() const noexcept { return count_; }
+    void Saw(std::int64_t last) noexcept {
+        count_ += last != last_;
+        last_ = last;
+    }
+    /// A change of this connection's own begins, in that transaction; last: the one before it.
+    void Began(std::int64_t last, std::int64_t own) noexcept {
+        Saw(last);
+        last_ = own;
+    }
+
+private:
+    std::int64_t last_ = -1;
+    std::int64_t count_ = 0;
+};
+
+/// A prepared statement with its values.
+struct Command {
+    std::string name;
+    Parameters parameters;
+};
+
 class Database {
 public:
     /// Raises a DatabaseError when the server cannot be reached or refuses the user. interrupted: see BookOptions.
@@ -60,6 +101,9 @@ public:
     /// Passes each row on; the values in binary form. The result that it returns has the columns, but no rows.
     Result ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
                         const RowSink& sink);
+    /// Runs prepared statements in one round trip; their results. None runs behind one that fails, whose error it
+    /// raises.
+    std::vector<Result> RunTogether(const std::vector<Command>& commands, std::string_view shown);
     /// Frees a prepared statement at the next occasion.
     void Forget(std::string name) { forgotten_.push_back(std::move(name)); }
 
@@ -67,8 +111,9 @@ public:
     /// undone; outside a transaction just runs it.
     template <class Work>
     auto Guarded(const Work& work) {
+        SendPending();
         if (!InTransaction()) return work();
-        SetSavepoint();
+        savepointDue_ = true;
         try {
             return work();
         } catch (...) {
@@ -80,6 +125,19 @@ public:
     void DropSavepoint();
     /// It has ended with its transaction or level.
     void ForgetSavepoint() noexcept { hasSavepoint_ = false; }
+
+    /// Sends rows before the next statement; those of another sender are sent first.
+    void Pend(PendingRows& rows);
+    void SendPending();
+    void DropPending() noexcept;
+    /// These rows are not to be sent any more.
+    void Withdraw(const PendingRows& rows) noexcept {
+        if (pending_ == &rows) pending_ = nullptr;
+    }
+    /// How many statements have been sent or gathered so far.
+    std::int64_t Statements() const noexcept { return statements_; }
+
+    OtherPrograms others;
 
     /// How often the server has told so far that a program has changed the book's schema.
     int SchemaChanges() noexcept;
@@ -94,17 +152,17 @@ private:
         void operator()(PGconn* connection) const noexcept { LoadedLibrary().Finish(connection); }
     };
 
-    void SetSavepoint();
+    /// What goes to the server in one round trip.
+    class Exchange;
+
     void ReturnToSavepoint() noexcept;
+    /// The statements that set the savepoint that is due.
+    std::vector<const char*> TakeSavepoint();
     void Sent(int success, std::string_view shown) const;
     /// The host's answer.
     bool IsToEnd() const noexcept;
     /// The next result, null after the last one. Asks the host meanwhile whether to go on.
     Result Next(std::string_view shown);
-    /// Reads all results; the last one. Raises the first error among them.
-    Result Finished(std::string_view shown, const RowSink& sink = {});
-    /// Reads and drops what is left of an unfinished statement.
-    void Drain() noexcept;
     void Cancel() const noexcept;
     [[noreturn]] void RaiseLost(std::string_view shown) const;
     [[noreturn]] void RaiseError(const Result& failed, std::string_view shown) const;
@@ -113,6 +171,9 @@ private:
     std::function<bool()> interrupted_;
     bool interruptible_ = true;
     bool hasSavepoint_ = false;
+    bool savepointDue_ = false;  ///< it goes along with the next statement
+    PendingRows* pending_ = nullptr;
+    std::int64_t statements_ = 0;
     int prepared_ = 0;
     int schemaChanges_ = 0;
     std::vector<std::string> forgotten_;

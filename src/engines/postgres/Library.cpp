@@ -43,6 +43,9 @@ Library Load() {
     Find(handle, library.SendPrepare, "PQsendPrepare");
     Find(handle, library.SendQueryPrepared, "PQsendQueryPrepared");
     Find(handle, library.SetSingleRowMode, "PQsetSingleRowMode");
+    Find(handle, library.EnterPipelineMode, "PQenterPipelineMode");
+    Find(handle, library.ExitPipelineMode, "PQexitPipelineMode");
+    Find(handle, library.PipelineSync, "PQpipelineSync");
     Find(handle, library.Flush, "PQflush");
     Find(handle, library.ConsumeInput, "PQconsumeInput");
     Find(handle, library.IsBusy, "PQisBusy");

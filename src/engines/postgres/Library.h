@@ -20,6 +20,9 @@ struct Library {
     decltype(&PQsendPrepare) SendPrepare;
     decltype(&PQsendQueryPrepared) SendQueryPrepared;
     decltype(&PQsetSingleRowMode) SetSingleRowMode;
+    decltype(&PQenterPipelineMode) EnterPipelineMode;
+    decltype(&PQexitPipelineMode) ExitPipelineMode;
+    decltype(&PQpipelineSync) PipelineSync;
     decltype(&PQflush) Flush;
     decltype(&PQconsumeInput) ConsumeInput;
     decltype(&PQisBusy) IsBusy;

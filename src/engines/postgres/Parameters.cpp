@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <utility>
 
 #include "engines/common/ValueSink.h"
 
@@ -49,6 +50,12 @@ void Parameters::BindDate(int parameter, Date value) { Place(parameter, false) =
 void Parameters::BindText(int parameter, std::string_view text) {
     Place(parameter, true) = text;
     lengths_[static_cast<std::size_t>(parameter) - 1] = static_cast<int>(text.size());
+}
+
+void Parameters::BindBytes(int parameter, std::string bytes) {
+    std::string& place = Place(parameter, true);
+    place = std::move(bytes);
+    lengths_[static_cast<std::size_t>(parameter) - 1] = static_cast<int>(place.size());
 }
 
 const char* const* Parameters::Values() const {

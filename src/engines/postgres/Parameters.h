@@ -22,6 +22,8 @@ public:
     void BindCurrencyBound(int parameter, double scaled) { BindReal(parameter, scaled); }
     void BindDate(int parameter, Date value);
     void BindText(int parameter, std::string_view text);
+    /// A value in binary form.
+    void BindBytes(int parameter, std::string bytes);
     void BindTextCopy(int parameter, std::string_view text) { BindText(parameter, text); }
 
     int Count() const noexcept { return static_cast<int>(values_.size()); }

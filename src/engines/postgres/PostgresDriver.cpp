@@ -10,17 +10,12 @@
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
 #include "sql/print/postgres/PostgresEngine.h"
-#include "text/TextOrder.h"
 
 namespace kpTables::engines::postgres {
 
 namespace {
 
 using sql::print::postgres::QuotedName;
-
-std::optional<std::uint64_t> KeyOfText(std::string_view text) noexcept { return text::HashOfText(text); }
-
-constexpr TextOrder kBookTexts = {text::CompareTexts, KeyOfText};
 
 /// A query or a change, prepared on the server.
 class PreparedStatement final : public engines::Statement {
@@ -111,11 +106,13 @@ void ServerTransaction::Start(Use use) {
 }
 
 void ServerTransaction::Save() {
+    database_.SendPending();
     database_.ForgetSavepoint();
     RunWhole("COMMIT");
 }
 
 void ServerTransaction::Undo() {
+    database_.DropPending();
     database_.ForgetSavepoint();
     RunWhole("ROLLBACK");
 }
@@ -132,6 +129,7 @@ void ServerTransaction::MergeLevel() {
 }
 
 void ServerTransaction::UndoLevel() {
+    database_.DropPending();
     database_.ForgetSavepoint();
     RunWhole("ROLLBACK TO kp_level; RELEASE kp_level");
 }
@@ -147,17 +145,14 @@ PostgresDriver::PostgresDriver(std::unique_ptr<Database> database, engines::Limi
       catalog_(*database_),
       transaction_(*database_, readOnly) {}
 
-const TextOrder& PostgresDriver::Texts() const noexcept { return kBookTexts; }
-
 std::unique_ptr<engines::Statement> PostgresDriver::Prepare(std::string_view text) {
     if (IsSchemaChange(text)) return std::make_unique<SchemaStatement>(*database_, text);
     return std::make_unique<PreparedStatement>(*database_, limits_, text);
 }
 
 std::shared_ptr<engines::RowWriter> PostgresDriver::MakeWriter(engines::WrittenTable table) {
-    const sql::CatalogTable* known = catalog_.Find(table.name);
-    const std::string rowId = known ? known->rowId : std::string();
-    return std::make_shared<TableWriter>(*database_, std::move(table), rowId);
+    const sql::CatalogTable& known = *catalog_.Find(table.name);
+    return std::make_shared<TableWriter>(*database_, std::move(table), known);
 }
 
 void PostgresDriver::ChangeColumn(const sql::ColumnChange& change) {

@@ -18,6 +18,8 @@ class ServerTransaction final : public engines::Transaction {
 public:
     ServerTransaction(Database& database, bool readOnly) noexcept : database_(database), readOnly_(readOnly) {}
 
+    void SendRows() override { database_.SendPending(); }
+
 private:
     void Start(Use use) override;
     void Save() override;
@@ -42,7 +44,6 @@ public:
     Database& GetDatabase() const noexcept { return *database_; }
     engines::Catalog& GetCatalog() noexcept override { return catalog_; }
     engines::Transaction& GetTransaction() noexcept override { return transaction_; }
-    const TextOrder& Texts() const noexcept override;
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     /// Always raises: a server's books are backed up on the server.

@@ -2,35 +2,18 @@
 
 #include <bit>
 #include <cmath>
-#include <limits>
-#include <new>
 #include <string>
 #include <utility>
 
+#include "engines/postgres/ServerType.h"
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
-#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::postgres {
 
 namespace {
 
 using recordset::RowStore;
-
-constexpr unsigned kMegabyteBits = 20;
-
-// The server's numbers of its types.
-enum ServerType : Oid {
-    kBoolean = 16,
-    kInteger8 = 20,
-    kInteger2 = 21,
-    kInteger4 = 23,
-    kReal4 = 700,
-    kReal8 = 701,
-    kDate = 1082,
-    kTimestamp = 1114,
-    kNumeric = 1700,
-};
 
 double RealOf(std::string_view bytes) noexcept {
     if (bytes.size() == sizeof(float)) return std::bit_cast<float>(WholeOf<std::uint32_t>(bytes));
@@ -102,6 +85,8 @@ void PutCell(RowStore& rows, int column, VarType type, const Result& row, std::s
             return PutWhole(rows, column, type, WholeOf<std::int32_t>(bytes));
         case kInteger8:
             return PutWhole(rows, column, type, WholeOf<std::int64_t>(bytes));
+        case kTransaction:
+            return PutWhole(rows, column, type, WholeOf<std::uint32_t>(bytes));
         case kReal4:
         case kReal8:
             return PutReal(rows, column, type, RealOf(bytes), shown);
@@ -149,14 +134,7 @@ recordset::FieldsPtr WithTypesOf(const Result& row, recordset::FieldsPtr fields)
     return recordset::ShareFields(std::move(decided));
 }
 
-[[noreturn]] void RaiseTooLarge(const std::string& complaint, std::string_view shown) {
-    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::ResultTooLarge), complaint, std::string(shown));
-}
-
-void AppendRow(RowStore& rows, const Result& row, std::string_view shown, std::int64_t mostRows) {
-    if (mostRows > 0 && rows.Rows() == static_cast<std::size_t>(mostRows)) {
-        RaiseTooLarge(Message("The result has more than {1} rows", mostRows), shown);
-    }
+void AppendRow(RowStore& rows, const Result& row, std::string_view shown) {
     rows.BeginRow();
     for (int i = 0; i < rows.Columns(); ++i) {
         PutCell(rows, i, rows.Fields()[static_cast<std::size_t>(i)].type, row, shown);
@@ -167,26 +145,17 @@ void AppendRow(RowStore& rows, const Result& row, std::string_view shown, std::i
 
 std::unique_ptr<RowStore> ReadRows(const Query& query, recordset::FieldsPtr fields, std::string_view shown,
                                    const engines::Limits& limits) {
-    std::unique_ptr<RowStore> rows;
-    try {
+    return engines::Limits::Within(shown, [&](std::unique_ptr<RowStore>& rows) {
         query([&](const Result& row) {
             if (!rows) {
                 rows = std::make_unique<RowStore>(WithTypesOf(row, fields));
                 limits.ApplyTo(*rows);
             }
-            AppendRow(*rows, row, shown, limits.rows);
+            limits.CountRow(*rows, shown);
+            AppendRow(*rows, row, shown);
         });
         if (!rows) rows = std::make_unique<RowStore>(std::move(fields));
-    } catch (const recordset::StoreFull& full) {
-        rows.reset();
-        RaiseTooLarge(Message("The result needs more than {1} MB of memory", full.limit >> kMegabyteBits), shown);
-    } catch (const std::bad_alloc&) {
-        rows.reset();
-        RaiseTooLarge(Message("There is not enough memory for the result"), shown);
-    }
-    // The rows of a recordset that is edited are in the table already when they are added here.
-    rows->Limit(std::numeric_limits<std::size_t>::max());
-    return rows;
+    });
 }
 
 }  // namespace kpTables::engines::postgres

@@ -1,5 +1,6 @@
 #include "engines/postgres/ServerCatalog.h"
 
+#include <memory>
 #include <utility>
 
 #include "engines/postgres/RowReader.h"
@@ -44,14 +45,16 @@ std::string SourceIn(std::string_view expression) {
     return std::string(expression);
 }
 
-Variant DefaultValue(Database& database, const std::string& expression, VarType type) {
+/// The values of expressions, in one row.
+std::unique_ptr<recordset::RowStore> ValuesOf(Database& database, const std::string& expressions,
+                                              std::vector<FieldInfo> fields) {
     return database.Guarded([&] {
-        const std::string text = "SELECT " + expression;
+        const std::string text = "SELECT " + expressions;
         const std::string name = database.Prepare(text, text);
-        const auto rows = ReadRows([&](const RowSink& sink) { database.ReadPrepared(name, Parameters(), text, sink); },
-                                   recordset::ShareFields({{"", type}}), text, {});
+        auto row = ReadRows([&](const RowSink& sink) { database.ReadPrepared(name, Parameters(), text, sink); },
+                            recordset::ShareFields(std::move(fields)), text, {});
         database.Forget(name);
-        return rows->GetValue(0, 0);
+        return row;
     });
 }
 
@@ -84,17 +87,28 @@ TableInfo ServerCatalog::Describe(std::string_view name) const {
     if (!table) return info;
     info.name = table->name;
     const Result columns = ColumnsOf(database_, info.name);
+    std::string expressions;
+    std::vector<FieldInfo> fields;
+    std::vector<std::size_t> withDefault;
     for (int row = 0; row < columns.Rows(); ++row) {
         const sql::CatalogColumn* known = sql::FindColumn(*table, std::string(columns.Value(row, kName)));
         if (!known || known->computed) continue;
         TableInfo::Column column{known->name,    engines::FieldType(known->type),         Variant::Null(), false,
                                  known->counter, Is(columns, row, kKey) || known->counter};
         if (!columns.IsNull(row, kDefault)) {
-            column.defaultValue = DefaultValue(database_, std::string(columns.Value(row, kDefault)), column.type);
+            expressions.append(expressions.empty() ? "" : ", ").append(columns.Value(row, kDefault));
+            fields.push_back({"", column.type});
+            withDefault.push_back(info.columns.size());
         }
-        const bool needed = column.key || Is(columns, row, kNotNull);
-        column.required = needed && !known->counter && column.defaultValue.IsNull();
+        column.required = (column.key || Is(columns, row, kNotNull)) && !known->counter;
         info.columns.push_back(std::move(column));
+    }
+    if (withDefault.empty()) return info;
+    const auto values = ValuesOf(database_, expressions, std::move(fields));
+    for (std::size_t i = 0; i < withDefault.size(); ++i) {
+        TableInfo::Column& column = info.columns[withDefault[i]];
+        column.defaultValue = values->GetValue(0, static_cast<int>(i));
+        column.required = column.required && column.defaultValue.IsNull();
     }
     return info;
 }

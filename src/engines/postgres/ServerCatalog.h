@@ -21,6 +21,8 @@ public:
     /// A counter, or a whole number as the only key.
     std::string RowIdColumn(std::string_view table) const override;
     std::string RowIdName(const sql::CatalogTable& table) const override { return table.rowId; }
+    /// The transaction that wrote the row.
+    std::string RowVersionName() const override { return "xmin"; }
     /// The column's default as the change converts it, in the server's words; "" for none.
     std::string ConvertedDefault(const sql::ColumnChange& change) const;
 

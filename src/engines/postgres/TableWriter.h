@@ -1,44 +1,89 @@
 // The statements that add and change rows of one table.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "engines/common/RowWriter.h"
 #include "engines/postgres/Database.h"
+#include "engines/postgres/RowBatch.h"
+#include "sql/Catalog.h"
 
 namespace kpTables::engines::postgres {
 
-/// A statement is prepared once for each set of columns that is written together.
-class TableWriter final : public engines::RowWriter {
+/// Inside a transaction, rows that are written one after the other, with no other statement between them, are gathered
+/// from the second on and sent a thousand at a time. When the server refuses such a batch its rows are sent one by one,
+/// so that the error is a row's. A statement is prepared once for each set of columns that is written together.
+class TableWriter final : public engines::RowWriter, private PendingRows {
 public:
-    /// rowId: the column that holds it, a counter or a hidden one.
-    TableWriter(Database& database, engines::WrittenTable table, std::string_view rowId);
+    TableWriter(Database& database, engines::WrittenTable table, const sql::CatalogTable& known);
     ~TableWriter() override;
 
     std::int64_t CountRows() override;
+    std::int64_t LastVersion() const noexcept override { return version_; }
+    std::int64_t Moment() override;
+    void DropLater() noexcept override;
 
 private:
+    using Kind = RowBatch::Kind;
     struct Kept {
+        Kind kind;
         engines::ColumnSet set;
         std::string name;
     };
+    /// What the server tells of a row that was written.
+    struct Written {
+        std::int64_t id;  ///< 0 for a changed row
+        std::int64_t version;
+    };
 
     std::int64_t InsertRow(const engines::ColumnSet& set, engines::WrittenValues values) override;
-    void ChangeRow(std::int64_t rowId, const engines::ColumnSet& set, engines::WrittenValues values) override;
+    void InsertRowLater(const engines::ColumnSet& set, engines::WrittenValues values, std::int64_t row,
+                        const engines::RefusedRow& refused) override;
+    void ChangeRow(const engines::RowKey& row, const engines::ColumnSet& set, engines::WrittenValues values) override;
     void DeleteRow(std::int64_t rowId) override;
 
-    const std::string& StatementFor(std::vector<Kept>& kept, const engines::ColumnSet& set,
-                                    std::string (TableWriter::*text)(const engines::ColumnSet& set) const);
-    std::string InsertText(const engines::ColumnSet& set) const;
-    std::string UpdateText(const engines::ColumnSet& set) const;
+    void Send() override;
+    void Drop() noexcept override;
+
+    /// Whether the row follows one that was written last on this connection.
+    bool FollowsAnother() const noexcept;
+    /// Adds a row to those that are gathered.
+    void Gather(Kind kind, const engines::RowKey& row, const engines::ColumnSet& set, engines::WrittenValues values,
+                const engines::RefusedRow* refused);
+    Written WriteNow(Kind kind, const engines::RowKey& row, const engines::ColumnSet& set,
+                     engines::WrittenValues values);
+    /// Writes rows of a batch behind a savepoint: all of them, or one.
+    Written Write(const RowBatch& batch, std::optional<std::size_t> row);
+    void WriteOneByOne(const RowBatch& batch);
+    [[noreturn]] void RaiseUnchanged(const RowBatch& batch, std::optional<std::size_t> row, const std::string& text);
+    /// A row id for a row that is gathered.
+    std::int64_t NextId();
+    /// Whether rows with these columns may be changed in another order than they came.
+    bool IsFree(const engines::ColumnSet& set);
+
+    const std::string& StatementFor(Kind kind, const engines::ColumnSet& set);
+    std::string TextOf(Kind kind, const engines::ColumnSet& set) const;
 
     Database& database_;
     std::string quotedName_;
     std::string quotedRowId_;
-    std::vector<Kept> inserts_;
-    std::vector<Kept> updates_;
+    bool counts_;  ///< the row id is a counter
+    std::vector<ServerType> elements_;
+    std::vector<Kept> kept_;
+    std::optional<engines::ColumnSet> uniqueColumns_;
+
+    RowBatch batch_;
+    const engines::RefusedRow* refused_ = nullptr;  ///< of the gathered rows, null for those of a recordset
+    std::int64_t firstRow_ = 0;                     ///< the number of the first of them
+    std::vector<std::int64_t> ids_;                 ///< that are reserved, the next one at the end
+    std::int64_t statementsBefore_ = -1;            ///< Database::Statements when a row was written last
+    std::int64_t version_ = 0;                      ///< below 0: that of a batch, as its place in versions_
+    std::vector<std::int64_t> versions_;            ///< of the batches that were sent
 };
 
 }  // namespace kpTables::engines::postgres

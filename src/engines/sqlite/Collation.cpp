@@ -5,7 +5,6 @@
 #include <string>
 
 #include "engines/sqlite/Failure.h"
-#include "kpTables/MemoryRecordset.h"
 #include "sql/print/sqlite/FunctionList.h"
 #include "text/TextOrder.h"
 
@@ -13,16 +12,12 @@ namespace kpTables::engines::sqlite {
 
 namespace {
 
-std::optional<std::uint64_t> KeyOfText(std::string_view text) noexcept { return text::HashOfText(text); }
-
 int CollateCallback(void*, int leftSize, const void* left, int rightSize, const void* right) noexcept {
     return text::CompareTexts({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
                               {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
 }
 
 }  // namespace
-
-const TextOrder kBookTexts = {text::CompareTexts, KeyOfText};
 
 void RegisterCollation(sqlite3* database) {
     const std::string name(sql::print::sqlite::kTextCollation);

@@ -3,14 +3,11 @@
 #include <sqlite3.h>
 
 #include <cmath>
-#include <limits>
-#include <new>
 #include <string>
 #include <utility>
 
 #include "kpTables/Date.h"
 #include "kpTables/Error.h"
-#include "kpTables/text/Message.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -18,7 +15,6 @@ namespace {
 
 using recordset::RowStore;
 
-constexpr unsigned kMegabyteBits = 20;
 /// Beyond it, a double is out of Currency's range.
 constexpr double kCurrencyLimit = 9223372036854775807.0;
 
@@ -111,18 +107,12 @@ bool AnyUndecided(const std::vector<FieldInfo>& fields) noexcept {
     return false;
 }
 
-[[noreturn]] void RaiseTooLarge(const std::string& complaint, std::string_view shown) {
-    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::ResultTooLarge), complaint, std::string(shown));
-}
-
-void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view shown, std::int64_t mostRows) {
+void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view shown, const engines::Limits& limits) {
     const std::vector<FieldInfo>& fields = rows.Fields();
     const ResetAtEnd reset(statement);
     sqlite3_stmt* const row = statement.Get();
     while (statement.Step(shown)) {
-        if (mostRows > 0 && rows.Rows() == static_cast<std::size_t>(mostRows)) {
-            RaiseTooLarge(Message("The result has more than {1} rows", mostRows), shown);
-        }
+        limits.CountRow(rows, shown);
         rows.BeginRow();
         for (std::size_t i = 0; i < fields.size(); ++i) {
             PutCell(rows, static_cast<int>(i), fields[i].type, row, shown);
@@ -135,21 +125,11 @@ void AppendRows(PreparedStatement& statement, RowStore& rows, std::string_view s
 std::unique_ptr<RowStore> ReadRows(PreparedStatement& statement, recordset::FieldsPtr fields, std::string_view shown,
                                    const engines::Limits& limits) {
     if (AnyUndecided(*fields)) fields = WithDecidedTypes(statement, *fields, shown);
-    std::unique_ptr<RowStore> rows;
-    try {
+    return engines::Limits::Within(shown, [&](std::unique_ptr<RowStore>& rows) {
         rows = std::make_unique<RowStore>(std::move(fields));
         limits.ApplyTo(*rows);
-        AppendRows(statement, *rows, shown, limits.rows);
-    } catch (const recordset::StoreFull& full) {
-        rows.reset();
-        RaiseTooLarge(Message("The result needs more than {1} MB of memory", full.limit >> kMegabyteBits), shown);
-    } catch (const std::bad_alloc&) {
-        rows.reset();
-        RaiseTooLarge(Message("There is not enough memory for the result"), shown);
-    }
-    // The rows of a recordset that is edited are in the table already when they are added here.
-    rows->Limit(std::numeric_limits<std::size_t>::max());
-    return rows;
+        AppendRows(statement, *rows, shown, limits);
+    });
 }
 
 }  // namespace kpTables::engines::sqlite

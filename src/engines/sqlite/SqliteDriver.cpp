@@ -110,8 +110,6 @@ SqliteDriver::SqliteDriver(Database database, engines::Limits limits)
     RegisterFunctions(database_.Get());
 }
 
-const TextOrder& SqliteDriver::Texts() const noexcept { return kBookTexts; }
-
 std::unique_ptr<engines::Statement> SqliteDriver::Prepare(std::string_view text) {
     return std::make_unique<DatabaseStatement>(database_, limits_, text);
 }

@@ -46,7 +46,6 @@ public:
     const engines::Limits& GetLimits() const noexcept { return limits_; }
     engines::Catalog& GetCatalog() noexcept override { return catalog_; }
     engines::Transaction& GetTransaction() noexcept override { return transaction_; }
-    const TextOrder& Texts() const noexcept override;
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     void ChangeColumn(const sql::ColumnChange& change) override;

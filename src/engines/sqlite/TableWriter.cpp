@@ -40,11 +40,11 @@ std::int64_t TableWriter::InsertRow(const ColumnSet& set, WrittenValues values) 
     return database_.LastInsertRow();
 }
 
-void TableWriter::ChangeRow(std::int64_t rowId, const ColumnSet& set, WrittenValues values) {
+void TableWriter::ChangeRow(const engines::RowKey& row, const ColumnSet& set, WrittenValues values) {
     PreparedStatement& update = StatementFor(updates_, set, &TableWriter::UpdateText);
     const ResetAtEnd reset(update);
     const int bound = BindAll(update, values);
-    update.BindInteger(bound + 1, rowId);
+    update.BindInteger(bound + 1, row.id);
     update.CountStepsAnew();
     update.Step();
     if (database_.Changes() == 0) engines::RaiseRowGone(update.Text());

@@ -24,7 +24,7 @@ private:
     };
 
     std::int64_t InsertRow(const engines::ColumnSet& set, engines::WrittenValues values) override;
-    void ChangeRow(std::int64_t rowId, const engines::ColumnSet& set, engines::WrittenValues values) override;
+    void ChangeRow(const engines::RowKey& row, const engines::ColumnSet& set, engines::WrittenValues values) override;
     void DeleteRow(std::int64_t rowId) override;
 
     PreparedStatement& StatementFor(std::vector<Kept>& kept, const engines::ColumnSet& set,

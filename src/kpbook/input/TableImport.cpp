@@ -37,13 +37,18 @@ std::string Joined(const std::vector<std::string>& names) {
 
 TableImport::TableImport(Book& book, const TableInfo& table, RowReader& rows, const std::string& file,
                          const bookkeeping::RowEntryOptions& options)
-    : book_(book), table_(table), rows_(rows), file_(file), options_(options), faults_(file) {}
+    : book_(book), table_(table), rows_(rows), file_(file), options_(options), faults_(file) {
+    options_.refused = [this](std::int64_t row, const DatabaseError& error) {
+        AddRefusal(lines_[static_cast<std::size_t>(row)], error);
+    };
+}
 
 ImportCounts TableImport::Run() {
     ReadHeader();
     Transaction transaction(book_);
     Begin();
     while (rows_.Next()) ImportRow();
+    entry_->Finish();
     faults_.Finish();
     if (faults_.Count() > 0) {
         const auto bad = faults_.BadRows();
@@ -153,15 +158,21 @@ std::string TableImport::ReadEmpty(const TableInfo::Column& column, bool isNull,
 
 void TableImport::EnterRow() {
     try {
+        lines_.push_back(rows_.Line());
         const auto result = entry_->Enter(values_);
         if (result.outcome == bookkeeping::RowEntryResult::Outcome::Refused) {
+            lines_.pop_back();
             return faults_.Add(rows_.Line(), "", result.refusal);
         }
         Count(result.outcome);
     } catch (const DatabaseError& error) {
-        if (!IsRowsFault(error)) throw;
-        faults_.Add(rows_.Line(), "", error.Description());
+        AddRefusal(rows_.Line(), error);
     }
+}
+
+void TableImport::AddRefusal(std::int64_t line, const DatabaseError& error) {
+    if (!IsRowsFault(error)) throw error;
+    faults_.Add(line, "", error.Description());
 }
 
 void TableImport::Count(bookkeeping::RowEntryResult::Outcome outcome) {

@@ -41,6 +41,7 @@ private:
     /// Reads an empty field, or one that is Null, into a value; returns what is wrong with it.
     static std::string ReadEmpty(const TableInfo::Column& column, bool isNull, Variant& value);
     void EnterRow();
+    void AddRefusal(std::int64_t line, const DatabaseError& error);
     void Count(bookkeeping::RowEntryResult::Outcome outcome);
     void ShowProgress() const;
 
@@ -52,7 +53,8 @@ private:
     ImportFaults faults_;
     std::optional<bookkeeping::RowEntry> entry_;
     std::vector<const TableInfo::Column*> columns_;
-    std::vector<Variant> values_;  ///< of the current row; Missing where the engine fills the column
+    std::vector<Variant> values_;      ///< of the current row; Missing where the engine fills the column
+    std::vector<std::int64_t> lines_;  ///< of the rows that were added
     ImportCounts counts_;
 };
 

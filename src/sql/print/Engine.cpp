@@ -98,4 +98,19 @@ std::string Engine::ColumnDefinition(const bind::Definition&, const std::string&
     throw SqlError(ErrorKind::Unsupported, Message("ALTER COLUMN is not supported by this engine"), 0);
 }
 
+std::string Engine::BehindTable(const std::string&, const bind::SchemaChange&) const { return {}; }
+
+std::string Engine::NameList(const std::vector<std::string>& names) const {
+    std::string list;
+    for (const auto& name : names) list.append(list.empty() ? "(" : ", ").append(Name(name));
+    return list + ")";
+}
+
+const bind::Definition* RowIdHolder(const bind::SchemaChange& change) {
+    for (const bind::Definition& column : change.columns) {
+        if (column.HoldsRowId()) return &column;
+    }
+    return nullptr;
+}
+
 }  // namespace kpTables::sql::print

@@ -69,8 +69,19 @@ public:
     virtual std::string CounterRestart(const CatalogTable& table) const;
     /// The definition of a column that ALTER COLUMN gives another type, as CREATE TABLE has it; likewise.
     virtual std::string ColumnDefinition(const bind::Definition& column, const std::string& defaultText) const;
-    virtual std::string SchemaChange(const bind::SchemaChange& change,
-                                     const std::vector<std::string>& defaults) const = 0;
+    /// A column of CREATE TABLE and ADD COLUMN. defaultText: "" for none.
+    virtual std::string ColumnText(const std::string& table, const bind::Definition& column,
+                                   const std::string& defaultText) const = 0;
+    /// What stands behind the columns of CREATE TABLE: ", PRIMARY KEY ...", "" for nothing.
+    virtual std::string KeyText(const bind::SchemaChange& change) const = 0;
+    /// What follows CREATE TABLE: further statements, each behind a semicolon.
+    virtual std::string BehindTable(const std::string& table, const bind::SchemaChange& change) const;
+
+    /// Names in parentheses.
+    std::string NameList(const std::vector<std::string>& names) const;
 };
+
+/// The column of CREATE TABLE that holds the row id; null when none does.
+const bind::Definition* RowIdHolder(const bind::SchemaChange& change);
 
 }  // namespace kpTables::sql::print

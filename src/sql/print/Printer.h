@@ -67,6 +67,8 @@ private:
     std::string Update(const bind::Update& update);
     std::string Delete(const bind::Delete& erase);
     std::string SchemaChange(const bind::SchemaChange& change);
+    std::string CreateTable(const CreateTableStatement& statement, const bind::SchemaChange& change);
+    std::string CreateIndex(const CreateIndexStatement& statement, const bind::SchemaChange& change) const;
     std::vector<std::string> Defaults(const bind::SchemaChange& change);
 
     const Engine& engine_;

@@ -127,19 +127,4 @@ std::string Printer::Delete(const bind::Delete& erase) {
     return "DELETE FROM " + SourceText(*erase.target) + Clause(" WHERE ", erase.where);
 }
 
-std::vector<std::string> Printer::Defaults(const bind::SchemaChange& change) {
-    std::vector<std::string> defaults;
-    for (const bind::Definition& column : change.columns) {
-        const bind::Term* value = column.defaultValue.get();
-        const bool constant = bind::If<bind::ConstantTerm>(value) != nullptr;
-        const std::string text = value ? Term(*value).text : std::string();
-        defaults.push_back(value && !constant ? "(" + text + ")" : text);
-    }
-    return defaults;
-}
-
-std::string Printer::SchemaChange(const bind::SchemaChange& change) {
-    return change.changed ? std::string() : engine_.SchemaChange(change, Defaults(change));
-}
-
 }  // namespace kpTables::sql::print

@@ -72,8 +72,4 @@ CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view typeN
     return column;
 }
 
-std::string IndexName(std::string_view table, std::string_view index) {
-    return std::string(table).append(".").append(index);
-}
-
 }  // namespace kpTables::sql::print::postgres

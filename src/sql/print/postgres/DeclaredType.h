@@ -1,4 +1,4 @@
-// How a column's type and an index's name are kept in a book's schema.
+// How a column's type is kept in a book's schema.
 #pragma once
 
 #include <string>
@@ -14,8 +14,5 @@ std::string DeclaredType(const TypeName& type);
 
 /// The column of that type, as the server's catalog names it: "currency", "text(20)", "int4".
 CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view typeName);
-
-/// Index names are unique per table in Jet, but per schema on the server.
-std::string IndexName(std::string_view table, std::string_view index);
 
 }  // namespace kpTables::sql::print::postgres

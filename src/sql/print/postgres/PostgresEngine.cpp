@@ -244,9 +244,15 @@ public:
         return ColumnChangeText(column, defaultText);
     }
 
-    std::string SchemaChange(const bind::SchemaChange& change,
-                             const std::vector<std::string>& defaults) const override {
-        return SchemaChangeText(change, defaults);
+    std::string ColumnText(const std::string& table, const bind::Definition& column,
+                           const std::string& defaultText) const override {
+        return postgres::ColumnText(table, column, defaultText);
+    }
+
+    std::string KeyText(const bind::SchemaChange& change) const override { return postgres::KeyText(change); }
+
+    std::string BehindTable(const std::string& table, const bind::SchemaChange& change) const override {
+        return CounterTrigger(table, change);
     }
 };
 

@@ -19,8 +19,11 @@ std::string QuotedText(std::string_view text);
 /// The name without quotes, shortened where the server would cut it.
 std::string ServerName(std::string_view name);
 
-/// The text of CREATE, DROP and ALTER; perhaps several statements. defaults: of the columns, "" for none.
-std::string SchemaChangeText(const bind::SchemaChange& change, const std::vector<std::string>& defaults);
+/// See Engine.
+std::string ColumnText(const std::string& table, const bind::Definition& definition, const std::string& defaultText);
+std::string KeyText(const bind::SchemaChange& change);
+/// Keeps the sequence of the table's counter ahead of values that a statement gives.
+std::string CounterTrigger(const std::string& table, const bind::SchemaChange& change);
 
 /// What ALTER TABLE does to a column that gets another definition; behind it comes USING and the value converted. The
 /// default that the column has goes, so that the server need not convert it. defaultText: "" for none.

@@ -60,8 +60,4 @@ CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view decla
     return column;
 }
 
-std::string IndexName(std::string_view table, std::string_view index) {
-    return std::string(table).append(".").append(index);
-}
-
 }  // namespace kpTables::sql::print::sqlite

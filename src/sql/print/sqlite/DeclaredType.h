@@ -1,4 +1,4 @@
-// How a column's type and an index's name are kept in a book's schema.
+// How a column's type is kept in a book's schema.
 #pragma once
 
 #include <string>
@@ -16,8 +16,5 @@ std::string DeclaredType(const TypeName& type, bool soleKey);
 /// The column of that declared type (the collation is no part of what SQLite reports as the type).
 /// autoincrement: the schema says AUTOINCREMENT for it, which only a COUNTER has.
 CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view declaredType, bool autoincrement);
-
-/// Index names are unique per table in Jet, but per book in SQLite.
-std::string IndexName(std::string_view table, std::string_view index);
 
 }  // namespace kpTables::sql::print::sqlite

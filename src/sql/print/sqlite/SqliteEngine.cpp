@@ -198,13 +198,15 @@ public:
     }
 
     std::string ColumnDefinition(const bind::Definition& column, const std::string& defaultText) const override {
-        return ColumnText(column, defaultText);
+        return sqlite::ColumnText(column, defaultText);
     }
 
-    std::string SchemaChange(const bind::SchemaChange& change,
-                             const std::vector<std::string>& defaults) const override {
-        return SchemaChangeText(change, defaults);
+    std::string ColumnText(const std::string& /*table*/, const bind::Definition& column,
+                           const std::string& defaultText) const override {
+        return sqlite::ColumnText(column, defaultText);
     }
+
+    std::string KeyText(const bind::SchemaChange& change) const override { return sqlite::KeyText(change); }
 };
 
 }  // namespace

@@ -16,9 +16,8 @@ std::string QuotedName(std::string_view name);
 /// A text between single quotes.
 std::string QuotedText(std::string_view text);
 
-/// A column in CREATE TABLE; defaultText: "" for none.
+/// See Engine.
 std::string ColumnText(const bind::Definition& definition, const std::string& defaultText);
-/// The text of CREATE, DROP and ALTER. defaults: of the columns, "" for none.
-std::string SchemaChangeText(const bind::SchemaChange& change, const std::vector<std::string>& defaults);
+std::string KeyText(const bind::SchemaChange& change);
 
 }  // namespace kpTables::sql::print::sqlite
