@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "engines/common/BookTexts.h"
 #include "engines/common/ColumnSet.h"
 #include "engines/odbc/RowReader.h"
 #include "kpTables/Convert.h"
@@ -37,7 +38,8 @@ struct EditableRows::State {
           source(std::move(theSource)),
           fields(FieldsWithFlag(*source.writer)),
           columns(static_cast<int>(fields.size()) - 1),
-          rows(std::make_unique<MemoryRecordset>(std::make_unique<recordset::RowStore>(fields), true, &BookTexts())),
+          rows(std::make_unique<MemoryRecordset>(std::make_unique<recordset::RowStore>(fields), true,
+                                                 &engines::kBookTexts)),
           set(fields.size()) {}
 
     TableWriter& Writer() const noexcept { return *source.writer; }
@@ -118,7 +120,7 @@ std::unique_ptr<recordset::RowStore> EditableRows::State::WithAddedLast(const re
 void EditableRows::State::Fetch() {
     auto all = ReadAll();
     if (!added.empty()) all = WithAddedLast(*all);
-    rows = std::make_unique<MemoryRecordset>(std::move(all), true, &BookTexts());
+    rows = std::make_unique<MemoryRecordset>(std::move(all), true, &engines::kBookTexts);
     fetched = true;
     if (std::exchange(added, {}).empty()) return;
     // The row added last is the current one.
@@ -190,7 +192,7 @@ EditableRows::EditableRows(OpenConnectionPtr connection, EditableQuery source)
     : connection_(std::move(connection)), state_(std::make_unique<State>(*connection_, std::move(source))) {}
 
 EditableRows::~EditableRows() {
-    if (state_) connection_->transaction.CommitRowsQuietly();
+    if (state_) connection_->transaction.CloseRowsQuietly();
 }
 
 EditableRows::State& EditableRows::Opened() const {
@@ -288,7 +290,7 @@ void EditableRows::Update() {
 void EditableRows::Close() {
     Opened();
     state_.reset();
-    connection_->transaction.CommitRows();
+    connection_->transaction.CloseRows();
 }
 
 }  // namespace kpTables::engines::odbc

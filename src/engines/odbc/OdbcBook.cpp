@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "engines/common/BookTexts.h"
 #include "engines/odbc/ConnectionText.h"
 #include "engines/odbc/EditableRows.h"
 #include "engines/odbc/EditableSource.h"
@@ -14,15 +15,10 @@
 #include "kpTables/Error.h"
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/text/Message.h"
-#include "text/TextOrder.h"
 
 namespace kpTables::engines::odbc {
 
 namespace {
-
-std::optional<std::uint64_t> KeyOfBookText(std::string_view text) noexcept { return text::HashOfText(text); }
-
-constexpr TextOrder kTextsOfBook = {text::CompareTexts, KeyOfBookText};
 
 [[noreturn]] void RefuseOfBook(DatabaseErrorNumber number, const std::string& message, std::string_view text = {}) {
     throw DatabaseError(static_cast<std::int32_t>(number), message, std::string(text));
@@ -99,7 +95,7 @@ RecordsetPtr OdbcBook::Run(std::string_view text, const Parameters& parameters, 
         if (!query.NextResult()) return nullptr;
     }
     auto rows = ReadRows(query, connection.session, FieldsOf(query), connection.limits, shown);
-    return std::make_shared<MemoryRecordset>(std::move(rows), false, &BookTexts());
+    return std::make_shared<MemoryRecordset>(std::move(rows), false, &engines::kBookTexts);
 }
 
 std::optional<EditableQuery> OdbcBook::Editable(std::string text, const ServerTable& table, bool wholeTable) {
@@ -140,8 +136,6 @@ RecordsetPtr OdbcBook::Open(std::string_view source, SourceKind kind) {
 }
 
 }  // namespace
-
-const TextOrder& BookTexts() noexcept { return kTextsOfBook; }
 
 BookPtr OpenBehindDriver(const std::string& address, const std::string& url, const BookOptions& options) {
     return std::make_shared<OdbcBook>(

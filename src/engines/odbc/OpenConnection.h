@@ -9,7 +9,6 @@
 #include "engines/odbc/OdbcTransaction.h"
 #include "engines/odbc/ServerTables.h"
 #include "engines/odbc/Session.h"
-#include "kpTables/MemoryRecordset.h"
 
 namespace kpTables::engines::odbc {
 
@@ -27,8 +26,5 @@ struct OpenConnection {
     engines::Limits limits;
 };
 using OpenConnectionPtr = std::shared_ptr<OpenConnection>;
-
-/// The order of a book's texts, for Find and Sort.
-const TextOrder& BookTexts() noexcept;
 
 }  // namespace kpTables::engines::odbc

@@ -2,8 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <limits>
-#include <new>
 #include <string>
 #include <utility>
 
@@ -16,7 +14,6 @@ namespace {
 
 using recordset::RowStore;
 
-constexpr unsigned kBitsOfMegabyte = 20;
 constexpr std::size_t kRowsBetweenQuestions = 1024;
 
 [[noreturn]] void RaiseOfCell(DatabaseErrorNumber number, const std::string& complaint, std::string_view shown) {
@@ -81,10 +78,7 @@ void PutCell(RowStore& rows, int column, const ColumnDescription& from, Query& q
 void ReadInto(RowStore& rows, const std::vector<ColumnDescription>& columns, Query& query, const Session& session,
               const engines::Limits& limits, std::string_view shown) {
     while (query.Fetch()) {
-        if (limits.rows > 0 && rows.Rows() == static_cast<std::size_t>(limits.rows)) {
-            RaiseOfCell(DatabaseErrorNumber::ResultTooLarge, Message("The result has more than {1} rows", limits.rows),
-                        shown);
-        }
+        limits.CountRow(rows, shown);
         if (rows.Rows() % kRowsBetweenQuestions == kRowsBetweenQuestions - 1 && session.IsInterrupted())
             RaiseOfCell(DatabaseErrorNumber::Cancelled, Message("The statement was interrupted"), shown);
         rows.BeginRow();
@@ -138,21 +132,11 @@ std::unique_ptr<RowStore> ReadRows(Query& query, const Session& session, std::ve
     std::vector<ColumnDescription> columns;
     const int count = query.Columns();
     for (int i = 0; i < count; ++i) columns.push_back(query.Describe(i));
-    auto rows = std::make_unique<RowStore>(std::move(fields));
-    limits.ApplyTo(*rows);
-    try {
+    return engines::Limits::Within(shown, [&](std::unique_ptr<RowStore>& rows) {
+        rows = std::make_unique<RowStore>(std::move(fields));
+        limits.ApplyTo(*rows);
         ReadInto(*rows, columns, query, session, limits, shown);
-    } catch (const recordset::StoreFull& full) {
-        rows.reset();
-        RaiseOfCell(DatabaseErrorNumber::ResultTooLarge,
-                    Message("The result needs more than {1} MB of memory", full.limit >> kBitsOfMegabyte), shown);
-    } catch (const std::bad_alloc&) {
-        rows.reset();
-        RaiseOfCell(DatabaseErrorNumber::ResultTooLarge, Message("There is not enough memory for the result"), shown);
-    }
-    // The rows of a recordset that is edited are in the table already when they are added here.
-    rows->Limit(std::numeric_limits<std::size_t>::max());
-    return rows;
+    });
 }
 
 }  // namespace kpTables::engines::odbc

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "engines/common/Failure.h"
 #include "engines/odbc/RowReader.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -14,12 +15,6 @@ namespace {
 
 [[noreturn]] void RefuseChange(const std::string& message) {
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), message);
-}
-
-[[noreturn]] void RefuseStaleRow() {
-    RefuseChange(
-        Message("The row cannot be changed: somebody else has changed or deleted it after it had been read; read it "
-                "again"));
 }
 
 [[noreturn]] void RefuseEqualRows(const std::string& table) {
@@ -197,7 +192,7 @@ void TableWriter::Change(const ColumnSet& set, WrittenValues values, const RowVa
             }
         }
         if (ChangeWhere(set, values, told, before) > 0) return;
-        if (isOwn) RefuseStaleRow();
+        if (isOwn) engines::RaiseRowGone(name_);
     } else {
         const std::int64_t rows = CountWhere(With(true), before);
         if (rows > 1) RefuseEqualRows(name_);
@@ -227,9 +222,10 @@ void TableWriter::ChangeIfUnchanged(const ColumnSet& set, WrittenValues values, 
     };
     std::size_t unchanged = 0;
     for (std::size_t row = 0; row < rows->Rows(); ++row) unchanged += isUnchanged(row) ? 1 : 0;
-    if (unchanged == 0) RefuseStaleRow();
+    if (rows->Rows() == 0) engines::RaiseRowGone(text);
+    if (unchanged == 0) engines::RaiseRowChanged(text);
     if (rows->Rows() > 1) RefuseEqualRows(name_);
-    if (ChangeWhere(set, values, identity, before) == 0) RefuseStaleRow();
+    if (ChangeWhere(set, values, identity, before) == 0) engines::RaiseRowChanged(text);
 }
 
 std::int64_t TableWriter::CountRows() {
