@@ -96,7 +96,7 @@ bool OperatorRequired(const ConnectionPtr& book) {
 }
 
 void RequireOperator(const ConnectionPtr& book, bool required) {
-    if (required && !HasRows(*book, "Select ID From 操作员 Where 系统设置=True")) {
+    if (required && !HasRows(*book, "Select ID From 操作员 Where 系统设置<>0")) {
         RefuseWith(
             Message("no operator has the right 系统设置, so nobody could change the setting again; add one first"));
     }

@@ -13,7 +13,7 @@ namespace {
 /// The date that the closed flag goes with; nothing when the flag is not set.
 std::optional<Date> FlaggedDate(Connection& book, std::int32_t warehouse) {
     const auto rows =
-        book.Execute("Select 结帐日期 From 仓库设置 Where 结帐标志=True And dpID=" + std::to_string(warehouse));
+        book.Execute("Select 结帐日期 From 仓库设置 Where 结帐标志<>0 And dpID=" + std::to_string(warehouse));
     if (rows->Eof() || !IsDate(rows->GetValue(0))) return std::nullopt;
     return CDate(rows->GetValue(0));
 }

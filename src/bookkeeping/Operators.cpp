@@ -49,7 +49,7 @@ void CheckRight(const std::vector<std::string>& all, const std::string& right) {
 
 /// Someone must be able to switch the demand for an operator off again.
 void CheckSomebodyIsLeft(const ConnectionPtr& book) {
-    if (OperatorRequired(book) && !HasRows(*book, "Select ID From 操作员 Where 系统设置=True")) {
+    if (OperatorRequired(book) && !HasRows(*book, "Select ID From 操作员 Where 系统设置<>0")) {
         RefuseWith(
             Message("no operator would have the right 系统设置, and the book demands an operator for every change"));
     }

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "engines/BookUrl.h"
+#include "engines/odbc/OdbcBook.h"
 #include "engines/postgres/PostgresBook.h"
 #include "engines/sqlite/BookParts.h"
 #include "engines/sqlite/BookUpgrade.h"
@@ -34,6 +35,8 @@ constexpr Engine kEngines[] = {
     {"postgresql", Translatable("a book on a server is postgresql://user@host/database?book=NAME"),
      engines::postgres::OpenOnServer, engines::postgres::CreateOnServer, engines::postgres::UpgradeOnServer,
      engines::postgres::ListOnServer},
+    {"odbc", Translatable("tables behind an ODBC driver are odbc:DSN=NAME, or odbc: and another connection string"),
+     engines::odbc::OpenBehindDriver, engines::odbc::CreateBehindDriver, engines::odbc::UpgradeBehindDriver, nullptr},
 };
 
 const Engine& EngineFor(const std::string& scheme, const std::string& url) {

@@ -61,8 +61,15 @@ BookPtr OpenFor(Access access, const std::string& url, const GlobalOptions& glob
 }
 
 /// A book of which somebody has dropped a part still serves the methods that do without it.
-void WarnOfMissingParts(Book& book) {
-    for (const std::string& part : book.MissingParts()) {
+void WarnOfMissingParts(const Book& book, const std::vector<std::string>& missing) {
+    if (!missing.empty() && engines::ParseBookUrl(book.Url()).scheme == "odbc") {
+        TellLine("kpbook: " + (missing.size() == 1
+                                   ? Message("the book lacks {1}", missing.front())
+                                   : Message("the book lacks {1} and more: {2} tables and columns in all",
+                                             missing.front(), missing.size())));
+        return;
+    }
+    for (const std::string& part : missing) {
         TellLine("kpbook: " + Message("the book lacks {1}; kpbook upgrade adds it", part));
     }
 }
@@ -85,8 +92,11 @@ Error Plain(const DatabaseError& error) { return Error(error.Number(), error.Des
 
 Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global, Access access)
     : Workspace(OpenFor(access, url, global), std::move(host), global) {
-    WarnOfMissingParts(*book);
-    LogIn(global, access);
+    const auto missing = book->MissingParts();
+    WarnOfMissingParts(*book, missing);
+    // Tables that are yet to be made demand nobody.
+    const bool hasOptions = std::ranges::find(missing, Message("the table {1}", "系统选项")) == missing.end();
+    LogIn(global, access, hasOptions);
 }
 
 Workspace::Workspace(BookPtr opened, std::shared_ptr<Host> host, const GlobalOptions& global)
@@ -120,11 +130,11 @@ Workspace::~Workspace() {
     }
 }
 
-void Workspace::LogIn(const GlobalOptions& global, Access access) {
+void Workspace::LogIn(const GlobalOptions& global, Access access, bool hasOptions) {
     if (!global.operatorName.empty()) {
         acting.emplace(connection, global.operatorName, [&] { return LoginPassword(global.operatorName); });
         if (!global.right.empty()) Require(global.right);
-    } else if (access == Access::Change && bookkeeping::OperatorRequired(book)) {
+    } else if (access == Access::Change && hasOptions && bookkeeping::OperatorRequired(book)) {
         throw CommandError(Message("the book demands an operator for every change: --operator NAME"));
     }
 }

@@ -68,7 +68,8 @@ struct Workspace {
     std::optional<bookkeeping::ActingOperator> acting;
 
 private:
-    void LogIn(const GlobalOptions& global, Access access);
+    /// hasOptions: the book has the table that says whether an operator is demanded.
+    void LogIn(const GlobalOptions& global, Access access, bool hasOptions);
 
     std::optional<Date> today_;
     std::shared_ptr<IncidentLog> log_;

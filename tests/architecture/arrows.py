@@ -62,7 +62,7 @@ LIBRARIES = {
     "xlsxwriter.h": ["src/kpbook/output"],
     "histedit.h": ["src/kpbook/shell"],
     "langinfo.h": ["src/kpbook/shell"],
-    "dlfcn.h": ["src/kpbook", "src/engines/postgres"],
+    "dlfcn.h": ["src/kpbook", "src/engines/odbc", "src/engines/postgres"],
     "iconv.h": ["src/kpbook/input"],
     "expat.h": ["src/kpbook/input"],
     "minizip/": ["src/kpbook/input"],
