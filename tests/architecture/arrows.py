@@ -74,6 +74,7 @@ LIBRARIES = {
     "sys/stat.h": ["src/kpbook"],
     "termios.h": ["src/kpbook"],
     "unistd.h": ["src/kpbook", "src/engines/sqlite"],
+    **dict.fromkeys(["dispex.h", "guiddef.h", "oaidl.h", "ocidl.h", "oleauto.h", "olectl.h", "unknwn.h", "windows.h", "winerror.h"], ["src/com"]),
 }
 
 # Folders that serve every engine, and what names one: no path, code or comment in these folders may contain it.
