@@ -6,7 +6,16 @@
 #include <string>
 
 #include "com/Classes.h"
+#include "com/Ids.h"
 #include "com/Module.h"
+#include "com/Pointer.h"
+#include "com/TypeLibrary.h"
+
+// Missing in mingw-w64's headers.
+extern "C" {
+HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
+HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID id, WORD major, WORD minor, LCID locale, SYSKIND system);
+}
 
 namespace kpTables::com {
 namespace {
@@ -65,6 +74,8 @@ LSTATUS EnterClass(Scope scope, const Class& each) {
         {ClassPath(each), nullptr, each.progId},
         {ClassPath(each) + L"\\ProgID", nullptr, each.progId},
         {ClassPath(each) + L"\\Programmable", nullptr, L""},
+        {ClassPath(each) + L"\\TypeLib", nullptr, TextOf(kTypeLibrary)},
+        {ClassPath(each) + L"\\Version", nullptr, L"1.0"},
         {ClassPath(each) + L"\\InprocServer32", nullptr, ModulePath()},
         {ClassPath(each) + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
     };
@@ -80,6 +91,33 @@ LSTATUS RemoveTree(Scope scope, const std::wstring& path) {
     return removed == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : removed;
 }
 
+/// The type library's file, beside the server's.
+std::wstring LibraryPath() {
+    std::wstring path = ModulePath();
+    path.resize(path.find_last_of(L'.'));
+    return path + L".tlb";
+}
+
+/// Writes the type library, unless the folder cannot be written and has it already, and registers it.
+HRESULT RegisterLibrary(Scope scope) {
+    std::wstring path = LibraryPath();
+    const HRESULT written = WriteTypeLibrary(path);
+    Pointer<ITypeLib> library;
+    const HRESULT loaded = LoadTypeLibEx(path.data(), REGKIND_NONE, library.Receive());
+    if (FAILED(loaded)) return FAILED(written) ? written : loaded;
+    return scope == Scope::Machine ? RegisterTypeLib(library.Get(), path.data(), nullptr)
+                                   : RegisterTypeLibForUser(library.Get(), path.data(), nullptr);
+}
+
+HRESULT UnregisterLibrary(Scope scope) {
+    const HRESULT result =
+        scope == Scope::Machine
+            ? UnRegisterTypeLib(kTypeLibrary, kLibraryMajor, kLibraryMinor, LOCALE_NEUTRAL, kLibrarySystem)
+            : UnRegisterTypeLibForUser(kTypeLibrary, kLibraryMajor, kLibraryMinor, LOCALE_NEUTRAL, kLibrarySystem);
+    DeleteFileW(LibraryPath().data());
+    return result == TYPE_E_REGISTRYACCESS ? S_OK : result;
+}
+
 HRESULT ResultOf(LSTATUS status) { return status == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(status); }
 
 }  // namespace
@@ -88,8 +126,9 @@ HRESULT Register(Scope scope) {
     LSTATUS status = ERROR_SUCCESS;
     for (const Class& each : Classes())
         if (status == ERROR_SUCCESS) status = EnterClass(scope, each);
-    if (status != ERROR_SUCCESS) Unregister(scope);
-    return ResultOf(status);
+    const HRESULT result = status == ERROR_SUCCESS ? RegisterLibrary(scope) : ResultOf(status);
+    if (FAILED(result)) Unregister(scope);
+    return result;
 }
 
 HRESULT Unregister(Scope scope) {
@@ -100,7 +139,8 @@ HRESULT Unregister(Scope scope) {
             if (status == ERROR_SUCCESS) status = removed;
         }
     }
-    return ResultOf(status);
+    const HRESULT library = UnregisterLibrary(scope);
+    return status == ERROR_SUCCESS ? library : ResultOf(status);
 }
 
 }  // namespace kpTables::com

@@ -35,6 +35,10 @@ public:
         if (named > 0 && call.rgdispidNamedArgs[0] == DISPID_PROPERTYPUT) arguments_.push_back(&call.rgvarg[0]);
         return S_OK;
     }
+    /// Arguments that stand in order.
+    void TakeInOrder(const VARIANT* arguments, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) arguments_.push_back(&arguments[i]);
+    }
     std::size_t Count() const { return arguments_.size(); }
     const VARIANT* At(std::size_t i) const { return arguments_[i]; }
 
@@ -72,7 +76,7 @@ void WriteBackAll(const Row& row, const Passed& passed, const std::vector<Varian
         if (passed.At(i) && row.parameters[i].inOut) WriteBack(*passed.At(i), arguments[i]);
 }
 
-Variant CallRow(Scriptable& self, const Row& row, const Passed& passed) {
+Variant CallWith(Scriptable& self, const Row& row, const Passed& passed) {
     CheckCount(row, passed.Count(), passed);
     std::vector<Variant> arguments(row.parameters.size(), Variant::Missing());
     for (std::size_t i = 0; i < passed.Count(); ++i) arguments[i] = TakeArgument(passed.At(i), row, i);
@@ -152,12 +156,23 @@ HRESULT Scriptable::Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* 
         Passed passed;
         const HRESULT taken = passed.Take(*parameters, row->parameters.size(), wrong);
         if (FAILED(taken)) return taken;
-        Value value(CallRow(*this, *row, passed));
+        Value value(CallWith(*this, *row, passed));
         if (result) value.MoveTo(result);
         return S_OK;
     } catch (...) {
         return ReportFailure(info);
     }
+}
+
+HRESULT Scriptable::CallRow(std::size_t row, VARIANT* arguments, std::size_t count, VARIANT* answer) noexcept {
+    const Pointer<IDispatch> kept(this);
+    return Returned([&] {
+        Passed passed;
+        passed.TakeInOrder(arguments, count);
+        Value value(CallWith(*this, members_->Rows()[row], passed));
+        if (answer) value.MoveTo(answer);
+        return S_OK;
+    });
 }
 
 HRESULT Scriptable::InterfaceSupportsErrorInfo(REFIID iid) { return iid == members_->Iid() ? S_OK : S_FALSE; }

@@ -21,6 +21,10 @@ public:
                                      VARIANT* result, EXCEPINFO* info, UINT* wrong) override;
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
 
+    /// Calls a row with arguments in the order of its parameters. The result is the error's own, which is set for the
+    /// thread. answer may be null.
+    HRESULT CallRow(std::size_t row, VARIANT* arguments, std::size_t count, VARIANT* answer) noexcept;
+
 protected:
     explicit Scriptable(const Interface& members) noexcept : members_(&members) {}
     const Interface& Members() const noexcept { return *members_; }

@@ -8,6 +8,7 @@
 #include "com/Failure.h"
 #include "com/Ids.h"
 #include "com/SystemHost.h"
+#include "com/TypeLibrary.h"
 
 namespace kpTables::com {
 namespace {
@@ -35,12 +36,49 @@ const Interface& TablesInterface() {
 }
 
 TablesObject::TablesObject()
-    : Scriptable(TablesInterface()), tables_(std::make_shared<SystemHost>()), events_(*this, tables_) {}
+    : Scriptable(TablesInterface()),
+      tables_(std::make_shared<SystemHost>()),
+      events_(*this, tables_),
+      face_{TablesFunctions(), this} {}
 
 HRESULT TablesObject::QueryInterface(REFIID iid, void** object) {
     if (!object) return E_POINTER;
+    if (iid == kTablesInterface) {
+        AddRef();
+        *object = &face_;
+        return S_OK;
+    }
+    if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2)
+        return Answer(static_cast<IProvideClassInfo2*>(this), object);
     if (iid == IID_IConnectionPointContainer) return Answer(static_cast<IConnectionPointContainer*>(this), object);
     return Scriptable::QueryInterface(iid, object);
+}
+
+HRESULT TablesObject::GetTypeInfoCount(UINT* count) {
+    if (!count) return E_POINTER;
+    *count = TypeInfoOf(kTablesInterface) ? 1 : 0;
+    return S_OK;
+}
+
+HRESULT TablesObject::GetTypeInfo(UINT number, LCID, ITypeInfo** info) {
+    if (!info) return E_POINTER;
+    *info = nullptr;
+    if (number != 0) return DISP_E_BADINDEX;
+    *info = TypeInfoOf(kTablesInterface).Detach();
+    return *info ? S_OK : TYPE_E_LIBNOTREGISTERED;
+}
+
+HRESULT TablesObject::GetClassInfo(ITypeInfo** info) {
+    if (!info) return E_POINTER;
+    *info = TypeInfoOf(kTablesClass).Detach();
+    return *info ? S_OK : TYPE_E_LIBNOTREGISTERED;
+}
+
+HRESULT TablesObject::GetGUID(DWORD kind, GUID* id) {
+    if (!id) return E_POINTER;
+    if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID) return E_INVALIDARG;
+    *id = kTablesEvents;
+    return S_OK;
 }
 
 HRESULT TablesObject::EnumConnectionPoints(IEnumConnectionPoints** points) {
