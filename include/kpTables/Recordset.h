@@ -157,9 +157,10 @@ public:
     /// Later calls raise error 3704.
     virtual void Close() = 0;
 
-    /// Rows that the provider fetches at once. Stored for the host; it changes no result.
+    /// Rows that the provider fetches at once, as it was set here. It changes no result.
     std::int32_t CacheSize() const noexcept { return cacheSize_; }
-    void SetCacheSize(std::int32_t rows) noexcept { cacheSize_ = rows; }
+    /// Stored for the host; a recordset over another one's passes it on.
+    virtual void SetCacheSize(std::int32_t rows) { cacheSize_ = rows; }
 
 private:
     std::int32_t cacheSize_ = 1;

@@ -68,6 +68,10 @@ public:
     void Close() override {
         Keep([&] { target_->Close(); });
     }
+    void SetCacheSize(std::int32_t rows) override {
+        Recordset::SetCacheSize(rows);
+        Keep([&] { target_->SetCacheSize(rows); });
+    }
 
 private:
     template <class Action>

@@ -36,7 +36,8 @@ void CTables::Unadvise(std::int32_t cookie) {
 }
 
 std::string CTables::Version() const {
-    return VersionText(kVersionMajor, kVersionMinor, kVersionBuild, kVersionRevision);
+    const VersionNumber version = host_->ComponentVersion();
+    return VersionText(version.major, version.minor, version.build, version.revision);
 }
 
 Variant CTables::Update(const std::string& ProcName, const std::string& TableName, std::int32_t ID) {

@@ -218,16 +218,4 @@ Member MakeMember(std::string_view name, MemberKind kind, std::string_view answe
             &Made::template Invoke<kFunction>};
 }
 
-/// A row for a method: Method<&CTables::rs月份列表>("rs月份列表", answers, "rDESC?").
-template <auto kFunction, class... Name>
-Member Method(std::string_view name, std::string_view answers, Name... parameters) {
-    return MakeMember<kFunction>(name, MemberKind::Method, answers, parameters...);
-}
-
-// A property's accessors are overloads, chosen by type: Getter<bool>(&CTables::isSQL).
-template <class T>
-using Getter = T (CTables::*)() const;
-template <class T>
-using Setter = void (CTables::*)(T);
-
 }  // namespace kpTables::latebound

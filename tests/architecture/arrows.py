@@ -35,7 +35,8 @@ MAY_INCLUDE = {
     "src/engines/odbc": ["include/kpTables", "schema", "src/recordset", "src/engines/common", "src/sql/*", "src/functions", *TEXT],
     "src/kpTables": ["include/kpTables", *TEXT],
     "src/bookkeeping": ["include/kpTables/*"],
-    "src/com": ["include/kpTables/*", "src/bookkeeping", "src/engines/*", "src/text"],
+    # The virtual table of the server's interface is made from the same rows as the late-bound table.
+    "src/com": ["include/kpTables/*", "src/kpTables", "src/bookkeeping", "src/engines/*", "src/text"],
     "src/kpbook": ["include/kpTables/*", "src/bookkeeping", "src/engines/*", "src/text", "src/kpbook/*"],
     "src/kpbook/commands": ["include/kpTables/*", "src/bookkeeping", "src/engines/*", "src/text", "src/kpbook",
                             "src/kpbook/batch", "src/kpbook/input", "src/kpbook/output"],
@@ -74,6 +75,7 @@ LIBRARIES = {
     "sys/stat.h": ["src/kpbook"],
     "termios.h": ["src/kpbook"],
     "unistd.h": ["src/kpbook", "src/engines/sqlite"],
+    **dict.fromkeys(["dispex.h", "guiddef.h", "oaidl.h", "ocidl.h", "oleauto.h", "olectl.h", "unknwn.h", "windows.h", "winerror.h"], ["src/com"]),
 }
 
 # Folders that serve every engine, and what names one: no path, code or comment in these folders may contain it.

@@ -3,6 +3,7 @@
 #include <ctime>
 
 #include "kpTables/Error.h"
+#include "kpTables/Version.h"
 
 namespace kpTables {
 
@@ -19,6 +20,10 @@ Date Host::Today() {
     localtime_r(&now, &local);
 #endif
     return Date::FromYearMonthDay(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+}
+
+VersionNumber Host::ComponentVersion() {
+    return {kVersionMajor, kVersionMinor, kVersionBuild, kVersionRevision};
 }
 
 }  // namespace kpTables
