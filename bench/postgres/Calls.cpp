@@ -1,0 +1,117 @@
+// Single answers, beside prepared statements.
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "../Report.h"
+#include "Benchmarks.h"
+#include "Server.h"
+#include "kpTables/Book.h"
+#include "kpTables/CTables.h"
+#include "kpTables/Convert.h"
+
+namespace kpTables::bench {
+
+namespace {
+
+constexpr int kCalls = 4000;
+
+std::string Product(int call, const BookSize& size) {
+    constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15ULL;
+    constexpr int kShift = 33;
+    const auto random = static_cast<std::int64_t>(static_cast<std::uint64_t>(call + 1) * kMultiplier >> kShift);
+    return std::to_string(1 + random % size.products);
+}
+
+/// An answer as both sides give it: numbers rounded to ten-thousandths.
+std::string Plain(const Variant& value) {
+    if (value.Type() == VarType::String) return std::string(Trim(Text(value)));
+    return value.IsNull() ? std::string() : std::to_string(std::llround(CDbl(value) * 10'000));
+}
+
+std::string StockSum(const std::string& family) {
+    return "(SELECT SUM(r.数量) FROM " + family + "记录 AS r JOIN " + family +
+           "目录 AS l ON r.\"BillID\" = l.\"BillID\" WHERE r.\"pdID\" = $2::integer AND l.\"dpID\" = $1::integer AND l.月份 = "
+           "$3::integer)";
+}
+
+struct CallCase {
+    std::string name;
+    std::string statement;
+    std::function<std::vector<std::string>(int call)> parameters;
+    std::function<Variant(CTables& tables, int call)> ask;
+    bool isNumber;
+};
+
+std::vector<CallCase> Cases(const BookSize& size) {
+    const auto depot = [](int call) { return call % 4 + 1; };
+    const auto product = [size](int call) { return static_cast<std::int32_t>(std::stoi(Product(call, size))); };
+    const auto option = [](int call) { return NameOfOption(call % kOptions + 1); };
+    return {
+        {"Get仓库名称", "SELECT 仓库名称 FROM 仓库设置 WHERE \"dpID\" = $1",
+         [depot](int call) { return std::vector{std::to_string(depot(call))}; },
+         [depot](CTables& tables, int call) { return Variant(tables.Get仓库名称(depot(call))); }, false},
+        {"Get商品资料", "SELECT 商品名称 FROM 商品设置 WHERE \"pdID\" = $1",
+         [product](int call) { return std::vector{std::to_string(product(call))}; },
+         [product](CTables& tables, int call) { return tables.Get商品资料(product(call), std::string("商品名称")); },
+         false},
+        {"Get_Option", "SELECT \"Discription\" FROM 系统选项 WHERE \"Item\" = $1",
+         [option](int call) { return std::vector{option(call)}; },
+         [option](CTables& tables, int call) { return Variant(tables.Get_Option(option(call))); }, false},
+        {"Get本期库存",
+         "SELECT COALESCE((SELECT SUM(上期库存数量) FROM 仓库余额表 WHERE \"pdID\" = $2::integer AND \"dpID\" = $1::integer AND "
+         "月份 = $3::integer), 0) + COALESCE(" +
+             StockSum("入库") + ", 0) - COALESCE(" + StockSum("出库") + ", 0)",
+         [depot, product](int call) {
+             return std::vector{std::to_string(depot(call)), std::to_string(product(call)), std::string("11")};
+         },
+         [depot, product](CTables& tables, int call) {
+             return Variant(tables.Get本期库存(depot(call), product(call), std::int16_t{11}, std::string("数量")));
+         },
+         true},
+    };
+}
+
+}  // namespace
+
+bool BenchServerCalls(const ServerSetting& setting, const std::string& book) {
+    CTables tables;
+    tables.Cnn(OpenBook(BookAddress(book)));
+    const Server server(ServerAddress(), book);
+    bool same = true;
+    int number = 0;
+    for (const CallCase& each : Cases(setting.size)) {
+        const std::string name = "c" + std::to_string(++number);
+        server.Prepare(name, each.statement);
+        const auto byHand = [&](int call) {
+            const ServerRows rows = server.Ask(name, each.parameters(call));
+            return rows.Count() == 0 || rows.IsNull(0, 0) ? std::string() : rows.Text(0, 0);
+        };
+        for (int call = 0; call < kCalls / 10; ++call) {
+            const std::string hand = byHand(call);
+            same = same &&
+                   Plain(each.ask(tables, call)) == Plain(each.isNumber ? Variant(std::stod(hand)) : Variant(hand));
+        }
+        Row processor{each.name, "a prepared statement", "CPU us a call", 1, {}, {}, RatioUpTo(1.5)};
+        Row seconds = processor;
+        seconds.unit = "us a call";
+        seconds.goal = {};
+        for (int run = 0; run < setting.runs; ++run) {
+            CostMeter ours;
+            for (int call = 0; call < kCalls; ++call) static_cast<void>(each.ask(tables, call));
+            const Cost our = ours.Read();
+            CostMeter theirs;
+            for (int call = 0; call < kCalls; ++call) static_cast<void>(byHand(call));
+            Note(processor, seconds, our, theirs.Read(), 1e6 / kCalls);
+        }
+        setting.results->Add(processor);
+        setting.results->Add(seconds);
+        if (!same) std::fprintf(stderr, "%s: the answers differ\n", each.name.c_str());
+    }
+    return same;
+}
+
+}  // namespace kpTables::bench
