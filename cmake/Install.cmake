@@ -3,7 +3,7 @@
 include(CMakePackageConfigHelpers)
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME dev)
 set(cmakeFiles ${CMAKE_INSTALL_LIBDIR}/cmake/kpTables)
-install(TARGETS kpTables kpTablesText kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesOdbc kpTablesPostgres kpTablesSqlite kpTablesEngines kpTablesBookkeeping
+install(TARGETS kpTables kpTablesText kpTablesPlatform kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesOdbc kpTablesPostgres kpTablesSqlite kpTablesEngines kpTablesBookkeeping
         EXPORT kpTablesTargets)
 if(KPTABLES_SHARED)
   install(TARGETS kpTablesShared EXPORT kpTablesTargets LIBRARY COMPONENT shared NAMELINK_COMPONENT dev)
@@ -26,7 +26,7 @@ function(describe pcName pcLibraries)
   configure_file(cmake/kpTables.pc.in ${CMAKE_CURRENT_BINARY_DIR}/${pcName}.pc @ONLY)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${pcName}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
-describe(kpTables "-lkpTablesBookkeeping -lkpTablesEngines -lkpTablesOdbc -lkpTablesPostgres -lkpTablesSqlite -lkpTablesEngineCommon -lkpTablesFunctions -lkpTablesSql -lkpTablesSchema -lkpTables -lkpTablesText -lsqlite3")
+describe(kpTables "-lkpTablesBookkeeping -lkpTablesEngines -lkpTablesOdbc -lkpTablesPostgres -lkpTablesSqlite -lkpTablesEngineCommon -lkpTablesFunctions -lkpTablesSql -lkpTablesSchema -lkpTables -lkpTablesPlatform -lkpTablesText -lsqlite3")
 if(KPTABLES_SHARED)
   describe(kpTables-shared -lkptables)
 endif()

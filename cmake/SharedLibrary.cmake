@@ -1,5 +1,5 @@
 # libkptables: everything that the static libraries have, of the same objects.
-set(parts kpTables kpTablesText kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesOdbc kpTablesPostgres kpTablesSqlite kpTablesEngines
+set(parts kpTables kpTablesText kpTablesPlatform kpTablesFunctions kpTablesSql kpTablesSchema kpTablesEngineCommon kpTablesOdbc kpTablesPostgres kpTablesSqlite kpTablesEngines
           kpTablesBookkeeping)
 list(TRANSFORM parts REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
 add_library(kpTablesShared SHARED ${objects})

@@ -6,6 +6,7 @@
 
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
+#include "platform/Paths.h"
 
 namespace kpTables::engines {
 
@@ -59,7 +60,11 @@ std::string FilePath(std::string_view address, std::string_view url) {
         if (!host.empty() && host != "localhost") Refuse(url, Message("the file is on another computer"));
         address.remove_prefix(host.size());
     }
-    return PercentDecoded(address, url);
+    std::string path = PercentDecoded(address, url);
+    constexpr std::size_t kColonOfDrive = 2;
+    const bool hasDrive =
+        path.size() > kColonOfDrive && path[0] == '/' && IsLetter(path[1]) && path[kColonOfDrive] == ':';
+    return platform::kHasDrives && hasDrive ? path.substr(1) : path;
 }
 
 }  // namespace

@@ -1,25 +1,19 @@
 // Dates: their parts, and dates made of parts.
 #include <cmath>
-#include <ctime>
 #include <string>
 
 #include "functions/Bodies.h"
 #include "functions/Fault.h"
 #include "kpTables/text/Message.h"
 #include "text/Calendar.h"
+#include "text/LocalTime.h"
 
 namespace kpTables::functions {
 
 namespace {
 
 double LocalTime() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-#ifdef _WIN32
-    localtime_s(&local, &now);
-#else
-    localtime_r(&now, &local);
-#endif
+    const std::tm local = text::LocalTime();
     constexpr int kTmYearZero = 1900;
     // A leap second becomes the second before it.
     const int second = local.tm_sec < text::kSecondsPerMinute ? local.tm_sec : text::kSecondsPerMinute - 1;

@@ -10,6 +10,8 @@
 #include <utility>
 
 #include "kpTables/text/Message.h"
+#include "platform/Input.h"
+#include "platform/Program.h"
 
 namespace kpTables::kpbook {
 
@@ -22,7 +24,7 @@ struct CloseCatalogueFile {
 };
 
 std::optional<std::string> BytesOf(const std::string& path) {
-    const std::unique_ptr<std::FILE, CloseCatalogueFile> file(std::fopen(path.c_str(), "rb"));
+    const std::unique_ptr<std::FILE, CloseCatalogueFile> file(platform::OpenFile(path, "rb"));
     if (!file) return std::nullopt;
     std::string bytes;
     std::array<char, 1 << 16> buffer{};
@@ -56,7 +58,7 @@ std::optional<Catalogue> LoadCatalogue(const std::string& language) {
     // What names a language names no path.
     if (language.find('/') != std::string::npos) return std::nullopt;
     std::error_code failure;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
+    const auto program = platform::ProgramPath(failure);
     if (failure) return std::nullopt;
     for (const char* folder : {"../share/locale", "locale"}) {
         const auto path = program.parent_path() / folder / language / "LC_MESSAGES" / "kpbook.mo";
@@ -138,6 +140,8 @@ std::vector<std::string> AskedLanguages() {
         locale = Setting(name);
         if (!locale.empty()) break;
     }
+    const std::string chosen = platform::SystemLanguage();
+    if (locale.empty()) locale = chosen;
     const std::string_view language = LanguageIn(locale);
     if (language.empty()) return {};
     std::vector<std::string> languages;

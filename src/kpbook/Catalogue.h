@@ -41,7 +41,7 @@ private:
 };
 
 /// The languages that the environment asks for, the best first: by LANGUAGE, LC_ALL, LC_MESSAGES and LANG, as gettext
-/// reads them. Empty: English.
+/// reads them; without them, the system's. Empty: English.
 std::vector<std::string> AskedLanguages();
 
 /// Lets all messages be in the first of the asked languages that kpbook has a catalogue of, beside the program

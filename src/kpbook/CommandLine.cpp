@@ -36,6 +36,7 @@
 #include "kpbook/input/ArgumentText.h"
 #include "kpbook/output/Output.h"
 #include "kpbook/shell/Shell.h"
+#include "text/Path.h"
 
 namespace kpTables::kpbook {
 
@@ -326,7 +327,7 @@ constexpr FormatName kFormats[] = {{"table", "", OutputFormat::Table},    {"csv"
 /// The format that -O names, else that of the output file's name.
 OutputFormat FormatOf(const std::string& name, bool isGiven, const std::string& path) {
     const auto named = std::ranges::find(kFormats, name, &FormatName::name);
-    const std::string extension = std::filesystem::path(path).extension().string();
+    const std::string extension = text::PathOf(path).extension().string();
     const auto byFile = std::ranges::find_if(kFormats, [&extension](const FormatName& format) {
         return !extension.empty() && SameName(format.extension, extension);
     });
@@ -400,10 +401,11 @@ void CheckTarget(const std::string& target, const std::string& book) {
 
 }  // namespace
 
-int RunCommandLine(int count, char** words) {
+int RunCommandLine(const std::vector<std::string>& words) {
     Parsed parsed;
     CLI::App app(Message("Works with account books: imports data, calls methods, closes months."), "kpbook");
     app.require_subcommand(1);
+    app.allow_windows_style_options(false);
     app.footer(
         Message("Results go to standard output; messages, questions and progress to standard error.\n"
                 "Exit code: 0 success, 1 the call failed, 2 wrong usage. For more, see kpbook COMMAND --help.\n\n"
@@ -416,7 +418,7 @@ int RunCommandLine(int count, char** words) {
         return FailureMark() + (" " + what) + "\n" + Message("For help, see kpbook --help.") + "\n";
     });
     AddGlobalOptions(app, parsed);
-    std::vector<std::string> marked = commands::MarkedWords(count, words);
+    std::vector<std::string> marked = commands::MarkedWords(words);
     AddCommands(app, parsed, marked);
     commands::UnmarkWords(app);
     try {

@@ -1,9 +1,13 @@
 // Reads the command line and runs the command.
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace kpTables::kpbook {
 
-/// Returns the program's exit code. What failed is told on standard error.
-int RunCommandLine(int count, char** words);
+/// words: the command line, the program's name first. Returns the program's exit code. What failed is told on standard
+/// error.
+int RunCommandLine(const std::vector<std::string>& words);
 
 }  // namespace kpTables::kpbook

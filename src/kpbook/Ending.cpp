@@ -9,6 +9,7 @@
 #include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
 #include "kpbook/Terminal.h"
+#include "platform/Signals.h"
 
 namespace kpTables::kpbook {
 
@@ -62,9 +63,9 @@ int RunTelling(const std::function<int()>& command, IncidentLog& incidents) {
 
 int RunToEnd(const std::function<int()>& command, IncidentLog& incidents) {
     const int code = RunTelling(command, incidents);
-    if (ArrivedSignal() == 0) return code;
+    if (platform::ArrivedSignal() == 0) return code;
     TellLine("kpbook: " + Message("interrupted"));
-    return kKilledBySignal + ArrivedSignal();
+    return kKilledBySignal + platform::ArrivedSignal();
 }
 
 }  // namespace kpTables::kpbook

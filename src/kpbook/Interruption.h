@@ -13,16 +13,8 @@ public:
     const char* what() const noexcept override { return "interrupted"; }
 };
 
-/// From now on, the first SIGINT or SIGTERM is only remembered; a second one kills the program.
-void WatchSignals() noexcept;
-/// The signal that has arrived, or 0.
-int ArrivedSignal() noexcept;
-/// Goes on after a signal: the next one is remembered again.
-void ForgetSignal() noexcept;
-/// Throws Interrupted when one has arrived.
+/// Throws Interrupted when a signal has arrived.
 void ThrowIfInterrupted();
-/// Waits until a descriptor can be read; Interrupted when a signal arrives first.
-void WaitToRead(int descriptor);
 
 /// Measures how long a statement runs.
 class StatementClock {

@@ -1,18 +1,17 @@
 #include "kpbook/Terminal.h"
 
-#include <termios.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <string_view>
+#include <utility>
 
 #include "kpTables/Convert.h"
 #include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
+#include "platform/Input.h"
+#include "platform/Terminal.h"
 
 namespace kpTables::kpbook {
 
@@ -31,15 +30,25 @@ std::optional<std::string> ReadLine(std::FILE* input) {
     return line;
 }
 
-std::optional<std::string> ReadReply(const std::string& question, std::FILE* input, std::FILE* output) {
-    std::fputs(question.c_str(), output);
-    std::fflush(output);
-    return ReadLine(input);
+/// Standard input and standard error, when there is a terminal that cannot be opened.
+class StreamTerminal : public platform::UserTerminal {
+public:
+    void Write(const std::string& text) override {
+        std::fputs(text.c_str(), stderr);
+        std::fflush(stderr);
+    }
+    std::optional<std::string> ReadLine() override { return kpbook::ReadLine(stdin); }
+    bool HideInput() override { return false; }
+};
+
+std::optional<std::string> ReadReply(const std::string& question, platform::UserTerminal& user) {
+    user.Write(question);
+    return user.ReadLine();
 }
 
-std::optional<MessageAnswer> ReadAnswer(const std::string& question, std::FILE* input, std::FILE* output) {
+std::optional<MessageAnswer> ReadAnswer(const std::string& question, platform::UserTerminal& user) {
     for (;;) {
-        const auto line = ReadReply(question + " [y/n] ", input, output);
+        const auto line = ReadReply(question + " [y/n] ", user);
         if (!line) return std::nullopt;
         if (*line == "y" || *line == "Y" || *line == "yes" || *line == "是") return MessageAnswer::Yes;
         if (*line == "n" || *line == "N" || *line == "no" || *line == "否") return MessageAnswer::No;
@@ -47,37 +56,35 @@ std::optional<MessageAnswer> ReadAnswer(const std::string& question, std::FILE* 
 }
 
 /// By the convention of no-color.org, any text in NO_COLOR says no.
-bool WantsColours() noexcept {
+bool RefusesColours() noexcept {
     const char* const refused = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    return !(refused && *refused) && terminal && *terminal && std::string_view(terminal) != "dumb";
+    return refused && *refused;
 }
 
 }  // namespace
 
-bool ErrorIsTerminal() noexcept { return ::isatty(STDERR_FILENO) == 1; }
+bool ErrorIsTerminal() noexcept { return platform::IsTerminal(platform::Stream::Error); }
 
-bool ErrorHasColours() noexcept { return ErrorIsTerminal() && WantsColours(); }
+bool ErrorHasColours() noexcept { return !RefusesColours() && platform::ShowsColours(platform::Stream::Error); }
 
-bool OutputHasColours() noexcept { return ::isatty(STDOUT_FILENO) == 1 && WantsColours(); }
+bool OutputHasColours() noexcept { return !RefusesColours() && platform::ShowsColours(platform::Stream::Output); }
 
 const char* FailureMark() noexcept { return ErrorHasColours() ? "\033[1;31mkpbook:\033[0m" : "kpbook:"; }
 
 void TellLine(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
-bool InputIsTerminal() noexcept { return ::isatty(STDIN_FILENO) == 1; }
+bool InputIsTerminal() noexcept { return platform::IsTerminal(platform::Stream::Input); }
 
 namespace {
 
-/// What read(question, input, output) gets from the user. Standard error may be redirected to a file; the question must
-/// reach the user.
+/// What read(question, user) gets from the user. Standard error may be redirected to a file; the question must reach
+/// the user.
 template <class Read>
-auto FromTerminal(const std::string& question, Read read) -> decltype(read(question, stdin, stderr)) {
+auto FromTerminal(const std::string& question, Read read) -> decltype(read(question, std::declval<StreamTerminal&>())) {
     if (!InputIsTerminal()) return std::nullopt;
-    const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
-    if (!terminal) return read(question, stdin, stderr);
-    std::setbuf(terminal.get(), nullptr);
-    return read(question, terminal.get(), terminal.get());
+    if (const auto terminal = platform::UserTerminal::Open()) return read(question, *terminal);
+    StreamTerminal streams;
+    return read(question, streams);
 }
 
 }  // namespace
@@ -93,49 +100,34 @@ std::optional<std::string> AskLine(const std::string& question) {
 
 namespace {
 
-/// While it lives, a terminal does not show what is typed.
-class HiddenInput {
-public:
-    explicit HiddenInput(std::FILE* terminal) : descriptor_(::fileno(terminal)) {
-        if (::tcgetattr(descriptor_, &shown_) != 0) throw CommandError(Message("the terminal cannot hide a password"));
-        termios hidden = shown_;
-        hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-        if (::tcsetattr(descriptor_, TCSAFLUSH, &hidden) != 0) {
-            throw CommandError(Message("the terminal cannot hide a password"));
-        }
-    }
-    ~HiddenInput() { ::tcsetattr(descriptor_, TCSAFLUSH, &shown_); }
-    HiddenInput(const HiddenInput&) = delete;
-    HiddenInput& operator=(const HiddenInput&) = delete;
-
-private:
-    int descriptor_;
-    termios shown_{};
-};
-
-std::string ReadHidden(const char* question, std::FILE* terminal) {
-    std::fputs(question, terminal);
-    std::fflush(terminal);
-    const auto line = ReadLine(terminal);
-    std::fputc('\n', terminal);
+std::string ReadHidden(const std::string& question, platform::UserTerminal& terminal) {
+    terminal.Write(question);
+    const auto line = terminal.ReadLine();
+    terminal.Write("\n");
     ThrowIfInterrupted();
     return line.value_or("");
+}
+
+/// The terminal, which does not show what is typed; complaint says what is missing when there is none.
+std::unique_ptr<platform::UserTerminal> HidingTerminal(const std::string& complaint) {
+    auto terminal = platform::UserTerminal::Open();
+    if (!terminal) throw CommandError(complaint);
+    if (!terminal->HideInput()) throw CommandError(Message("the terminal cannot hide a password"));
+    return terminal;
 }
 
 }  // namespace
 
 std::string AskPassword() {
     std::string password;
-    if (::isatty(STDIN_FILENO) == 1) {
-        const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
-        if (!terminal) throw CommandError(Message("there is no terminal to ask for the password"));
-        std::setbuf(terminal.get(), nullptr);
-        const HiddenInput hidden(terminal.get());
-        password = ReadHidden(Translated("New password: "), terminal.get());
-        if (ReadHidden(Translated("Again: "), terminal.get()) != password)
+    if (InputIsTerminal()) {
+        const auto terminal = HidingTerminal(Message("there is no terminal to ask for the password"));
+        password = ReadHidden(Translated("New password: "), *terminal);
+        if (ReadHidden(Translated("Again: "), *terminal) != password)
             throw CommandError(Message("the two passwords differ"));
     } else {
         password = ReadLine(stdin).value_or("");
+        if (password.ends_with('\r')) password.pop_back();
     }
     if (password.empty())
         throw CommandError(Message("no password was given; operators BOOK clear-password NAME empties one"));
@@ -146,7 +138,7 @@ namespace {
 
 /// The first line of a file; nothing when it cannot be read.
 std::optional<std::string> PasswordIn(const char* path) {
-    const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
+    const std::unique_ptr<std::FILE, CloseFile> file(platform::OpenFile(path, "r"));
     const auto line = file ? ReadLine(file.get()) : std::nullopt;
     if (!file || std::ferror(file.get())) return std::nullopt;
     std::string password = line.value_or("");
@@ -156,11 +148,8 @@ std::optional<std::string> PasswordIn(const char* path) {
 
 /// Raises a CommandError with the complaint when there is no terminal.
 std::string TypedPassword(const std::string& question, const std::string& complaint) {
-    const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
-    if (!terminal) throw CommandError(complaint);
-    std::setbuf(terminal.get(), nullptr);
-    const HiddenInput hidden(terminal.get());
-    return ReadHidden(question.c_str(), terminal.get());
+    const auto terminal = HidingTerminal(complaint);
+    return ReadHidden(question, *terminal);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <utility>
 
 #include "engines/BookUrl.h"
@@ -18,6 +17,8 @@
 #include "kpbook/Names.h"
 #include "kpbook/Suggestion.h"
 #include "kpbook/Terminal.h"
+#include "platform/Signals.h"
+#include "text/LocalTime.h"
 
 namespace kpTables::kpbook {
 
@@ -76,9 +77,7 @@ void WarnOfMissingParts(const Book& book, const std::vector<std::string>& missin
 
 /// The log's time: the date that counts as today, at the time of the clock.
 Date Now(std::optional<Date> today) {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    ::localtime_r(&now, &local);
+    const std::tm local = text::LocalTime();
     const Date clock = Date::FromParts({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
                                         local.tm_min, std::min(local.tm_sec, 59)})
                            .value_or(Date());
@@ -192,7 +191,7 @@ BookOptions OptionsOf(const GlobalOptions& global) {
     BookOptions options;
     options.maxRows = global.maxRows;
     options.maxBytes = global.maxBytes;
-    options.interrupted = [clock = global.clock] { return ArrivedSignal() != 0 || clock->IsOver(); };
+    options.interrupted = [clock = global.clock] { return platform::ArrivedSignal() != 0 || clock->IsOver(); };
     // Asked for once, however many books are opened.
     options.password = [file = global.passwordFile, password = global.password, incidents = global.incidents] {
         if (!*password) *password = ServerPassword(file);

@@ -1,4 +1,3 @@
-#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -7,9 +6,11 @@
 #include "kpbook/Catalogue.h"
 #include "kpbook/CommandLine.h"
 #include "kpbook/Exit.h"
-#include "kpbook/Interruption.h"
 #include "kpbook/Memory.h"
 #include "kpbook/Utf8.h"
+#include "platform/Program.h"
+#include "platform/Signals.h"
+#include "platform/Terminal.h"
 
 // Memory may be short already for the objects that are made before main.
 [[gnu::constructor(101)]] static void WatchMemoryFromTheStart() { kpTables::kpbook::WatchMemory(); }
@@ -18,11 +19,11 @@ int main(int count, char** words) {
     using namespace kpTables::kpbook;
     // A reader that goes away (head) must fail a write instead of killing the program, so that the book is closed
     // properly.
-    std::signal(SIGPIPE, SIG_IGN);
-    WatchSignals();
+    kpTables::platform::PrepareStreams();
+    kpTables::platform::WatchSignals();
     try {
         SpeakAskedLanguage();
-        return RunCommandLine(count, words);
+        return RunCommandLine(kpTables::platform::CommandLineWords(count, words));
     } catch (const std::bad_alloc&) {
         // Nothing that tells of it may need memory.
         std::fprintf(stderr, "kpbook: %s\n", kpTables::Translated("Out of memory"));

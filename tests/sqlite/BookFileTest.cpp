@@ -130,48 +130,6 @@ TEST(BookFile, RefusesWhatIsNoFile) {
     EXPECT_TRUE(Refused([&] { OpenBook("file:" + directory.File("missing") + "?mode=memory"); }));
 }
 
-TEST(BookFile, AFileThatCannotBeReadIsRefused) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.File("book");
-    CreateBook(path);
-    fs::permissions(path, fs::perms::none);
-    const WithoutRootRights user;
-    const auto error = Refused([&] { OpenBook(path); });
-    ASSERT_TRUE(error);
-    EXPECT_NE(error->Description().find("cannot be opened"), std::string::npos) << error->what();
-}
-
-TEST(BookFile, AReadOnlyFileOpensForReadingOnly) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.File("book");
-    CreateBook(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
-    fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-    const WithoutRootRights user;
-    const auto error = Refused([&] { OpenBook(path); });
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::NotPermitted));
-    EXPECT_NE(error->Description().find("read-only"), std::string::npos) << error->what();
-
-    const auto book = OpenBook(path, {.readOnly = true});
-    EXPECT_EQ(ValueOf(*book, "Select 仓库名称 From 仓库设置"), "中心仓库");
-}
-
-TEST(BookFile, AReadOnlyFolderOpensForReadingOnly) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.File("bo#ok %3f?");
-    CreateBook(path)->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
-    fs::permissions(directory.Path(), fs::perms(0555));
-    for (const int mode : {0444, 0666}) {
-        fs::permissions(path, fs::perms(mode));
-        const WithoutRootRights user;
-        const auto error = Refused([&] { OpenBook(path); });
-        ASSERT_TRUE(error);
-        const auto book = OpenBook(path, {.readOnly = true});
-        EXPECT_EQ(ValueOf(*book, "Select 仓库名称 From 仓库设置"), "中心仓库");
-    }
-    EXPECT_EQ(ReadFile(path).substr(0, 6), "SQLite");
-}
-
 TEST(BookFile, OpenForReadingOnlyRefusesEveryChange) {
     const TemporaryDirectory directory;
     const std::string path = directory.File("book");

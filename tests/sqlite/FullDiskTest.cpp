@@ -7,6 +7,7 @@
 
 #include <fstream>
 
+#include "RootRights.h"
 #include "TestBook.h"
 
 namespace kpTables {

@@ -4,10 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <cerrno>
 #include <cstdlib>
-#include <exception>
-#include <system_error>
 
 #include "kpTables/Convert.h"
 
@@ -16,8 +13,6 @@ namespace kpTables::test {
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr uid_t kNobody = 65534;
 
 /// The place of a book on the server; "" without one.
 std::string PlaceOnServer(std::string_view name) {
@@ -98,14 +93,6 @@ std::int32_t NumberOf(const std::function<void()>& call) {
         return error.Number();
     }
     return 0;
-}
-
-WithoutRootRights::WithoutRootRights() : wasRoot_(geteuid() == 0) {
-    if (wasRoot_ && seteuid(kNobody) != 0) throw std::system_error(errno, std::generic_category());
-}
-
-WithoutRootRights::~WithoutRootRights() {
-    if (wasRoot_ && seteuid(0) != 0) std::terminate();
 }
 
 }  // namespace kpTables::test

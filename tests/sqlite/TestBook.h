@@ -48,16 +48,4 @@ std::int32_t NumberOf(const std::function<void()>& call);
 constexpr std::int32_t Code(DatabaseErrorNumber number) { return static_cast<std::int32_t>(number); }
 constexpr std::int32_t Code(ErrorNumber number) { return static_cast<std::int32_t>(number); }
 
-/// Runs the code as a user whom file permissions hold back, when the tests are run by root.
-class WithoutRootRights {
-public:
-    WithoutRootRights();
-    ~WithoutRootRights();
-    WithoutRootRights(const WithoutRootRights&) = delete;
-    WithoutRootRights& operator=(const WithoutRootRights&) = delete;
-
-private:
-    bool wasRoot_;
-};
-
 }  // namespace kpTables::test

@@ -1,31 +1,25 @@
 #include "engines/common/Limits.h"
 
 #include <algorithm>
-#include <fstream>
 #include <limits>
 #include <new>
 #include <string>
 
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
+#include "platform/Process.h"
 
 namespace kpTables::engines {
 
 namespace {
 
-constexpr std::size_t kBytesOfKibibyte = 1024;
 /// A result of this size is never refused by default.
 constexpr std::size_t kLeastBytes = std::size_t{64} << 20;
 
 /// Half of what the system says it could give to programs; any size where it does not say.
 std::size_t HalfOfFreeMemory() {
-    std::ifstream system("/proc/meminfo");
-    std::string name;
-    std::size_t kibibytes = 0;
-    for (std::string line; system >> name >> kibibytes; std::getline(system, line)) {
-        if (name == "MemAvailable:") return std::max(kibibytes * kBytesOfKibibyte / 2, kLeastBytes);
-    }
-    return std::numeric_limits<std::size_t>::max();
+    const auto available = platform::AvailableMemory();
+    return available ? std::max(*available / 2, kLeastBytes) : std::numeric_limits<std::size_t>::max();
 }
 
 [[noreturn]] void RaiseTooLarge(const std::string& complaint, std::string_view shown) {

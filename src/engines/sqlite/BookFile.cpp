@@ -13,6 +13,7 @@
 #include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
+#include "text/Path.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -25,12 +26,10 @@ constexpr int kCacheKibibytes = 16384;
 /// In bytes.
 constexpr int kLongestText = 100'000'000;
 
-fs::path ToPath(const std::string& path) { return fs::path(std::u8string(path.begin(), path.end())); }
-
 /// The name for SQLite: absolute, so that it is never taken for a URI or an in-memory database.
 std::string AbsoluteName(const std::string& path) {
     std::error_code error;
-    const fs::path absolute = fs::absolute(ToPath(path), error);
+    const fs::path absolute = fs::absolute(text::PathOf(path), error);
     const std::u8string name = absolute.u8string();
     return error ? path : std::string(name.begin(), name.end());
 }
@@ -49,12 +48,13 @@ void CheckName(const std::string& path) {
 void CheckIsFile(const std::string& path) {
     CheckName(path);
     std::error_code error;
-    const fs::file_status status = fs::status(ToPath(path), error);
+    const fs::file_status status = fs::status(text::PathOf(path), error);
     if (status.type() == fs::file_type::not_found) RefuseFile(path, Message("there is no such file"));
     if (status.type() == fs::file_type::directory) RefuseFile(path, Message("it is a directory"));
     if (status.type() == fs::file_type::none) RefuseFile(path, SystemMessage(error));
     if (status.type() != fs::file_type::regular) RefuseFile(path, Message("it is not a regular file"));
-    if (fs::file_size(ToPath(path), error) == 0) RefuseFile(path, Message("the file is empty and so is not a book"));
+    if (fs::file_size(text::PathOf(path), error) == 0)
+        RefuseFile(path, Message("the file is empty and so is not a book"));
 }
 
 void Configure(const Database& database, std::chrono::milliseconds busyTimeout) {
@@ -81,9 +81,9 @@ void CheckIsComplete(const Database& database, const std::string& path) {
     const auto expected = database.IntegerOf("PRAGMA page_count") * database.IntegerOf("PRAGMA page_size");
     std::error_code error;
     // With a write-ahead log, a file may be shorter than its book.
-    const auto logged = fs::file_size(ToPath(path + "-wal"), error);
+    const auto logged = fs::file_size(text::PathOf(path + "-wal"), error);
     if (!error && logged > 0) return;
-    const auto size = fs::file_size(ToPath(path), error);
+    const auto size = fs::file_size(text::PathOf(path), error);
     if (!error && static_cast<std::int64_t>(size) < expected)
         RefuseFile(path, Message("it is damaged: the file's end is missing"));
 }
@@ -182,7 +182,7 @@ Database OpenAlone(const std::string& name, const Opening& opening) {
     // In a folder that cannot be written, no lock can be had, and none is needed: a program that writes the book has
     // its files beside it, and these would have been found.
     std::error_code error;
-    const auto logged = fs::file_size(ToPath(name + "-wal"), error);
+    const auto logged = fs::file_size(text::PathOf(name + "-wal"), error);
     if (error || logged == 0) return OpenChecked(OpenUnchanging(name), opening, !kAlone, code);
     return OpenChecked(Database(Uri(name, "?vfs=unix-none"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI), opening, kAlone,
                        code);
@@ -272,7 +272,7 @@ std::int32_t FormatOf(const Database& database) {
 void MarkAsLogged(const std::string& path) {
     // The header's read and write versions: SQLite would make a log, under the draft's name, to set them itself.
     constexpr std::streamoff kVersions = 18;
-    std::fstream file(ToPath(path), std::ios::in | std::ios::out | std::ios::binary);
+    std::fstream file(text::PathOf(path), std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(kVersions).write("\2\2", 2).flush();
     if (!file) {
         throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::DiskFailure),

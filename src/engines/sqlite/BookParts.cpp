@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "engines/sqlite/BookFile.h"
+#include "text/Path.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -50,14 +51,15 @@ bool IsSameFile(const fs::path& one, const fs::path& other) {
 }  // namespace
 
 bool IsPartOfBook(const std::string& path, const std::string& book) {
-    const fs::path file = Resolved(path);
+    const fs::path file = Resolved(text::PathOf(path));
     if (HasBooksHeader(file)) return true;
-    const fs::path own = book.empty() ? fs::path() : Resolved(book);
+    const fs::path own = book.empty() ? fs::path() : Resolved(text::PathOf(book));
     if (!own.empty() && IsSameFile(file, own)) return true;
     return std::ranges::any_of(kBeside, [&](std::string_view suffix) {
         const std::string name = file.string();
-        if (name.ends_with(suffix) && HasBooksHeader(name.substr(0, name.size() - suffix.size()))) return true;
-        return !own.empty() && IsSameFile(file, own.string().append(suffix));
+        if (name.ends_with(suffix) && HasBooksHeader(text::PathOf(name.substr(0, name.size() - suffix.size()))))
+            return true;
+        return !own.empty() && IsSameFile(file, text::PathOf(own.string().append(suffix)));
     });
 }
 

@@ -18,6 +18,7 @@
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
 #include "sql/print/sqlite/SqliteEngine.h"
+#include "text/Path.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -71,8 +72,7 @@ std::vector<std::string> Change(const Database& book) {
 std::string CopyName(const std::string& path) {
     std::string name = path + ".before-upgrade";
     std::error_code error;
-    for (int number = 2; fs::exists(fs::symlink_status(fs::path(std::u8string(name.begin(), name.end())), error));
-         ++number) {
+    for (int number = 2; fs::exists(fs::symlink_status(text::PathOf(name), error)); ++number) {
         name = path + ".before-upgrade-" + std::to_string(number);
     }
     return name;

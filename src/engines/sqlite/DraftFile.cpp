@@ -1,21 +1,15 @@
 #include "engines/sqlite/DraftFile.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <random>
 #include <string_view>
 #include <system_error>
 
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
+#include "text/Path.h"
 
 namespace kpTables::engines::sqlite {
 
@@ -27,7 +21,6 @@ constexpr std::string_view kMark = ".new-";
 constexpr std::size_t kDigits = 8;
 /// Longer names are cut in the draft's name, which must not exceed what a folder takes.
 constexpr std::size_t kLongestName = 200;
-constexpr mode_t kOwnerOnly = 0600;
 
 [[noreturn]] void RefuseDraft(const std::string& place, const std::string& complaint,
                               DatabaseErrorNumber number = DatabaseErrorNumber::Failure) {
@@ -36,11 +29,8 @@ constexpr mode_t kOwnerOnly = 0600;
 }
 
 DatabaseErrorNumber NumberOf(int code) noexcept {
+    if (platform::MeansFullDisk(code)) return DatabaseErrorNumber::DiskFull;
     switch (code) {
-        case ENOSPC:
-        case EDQUOT:
-        case EFBIG:
-            return DatabaseErrorNumber::DiskFull;
         case EACCES:
         case EPERM:
         case EROFS:
@@ -58,63 +48,18 @@ DatabaseErrorNumber NumberOf(int code) noexcept {
 }
 
 fs::path FolderOf(const std::string& place) {
-    fs::path folder = fs::path(place).parent_path();
+    fs::path folder = text::PathOf(place).parent_path();
     return folder.empty() ? fs::path(".") : folder;
 }
 
 /// The beginning of the names of all drafts for a place.
 std::string PrefixOf(const std::string& place) {
-    return "." + fs::path(place).filename().string().substr(0, kLongestName).append(kMark);
+    return "." + text::PathOf(place).filename().string().substr(0, kLongestName).append(kMark);
 }
 
 bool IsDraftName(std::string_view name, std::string_view prefix) {
     return name.size() == prefix.size() + kDigits && name.starts_with(prefix) &&
            name.find_first_not_of("0123456789abcdef", prefix.size()) == name.npos;
-}
-
-/// Whether the file still has that name, so that nobody has removed it.
-bool HasName(int file, const std::string& path) {
-    struct stat opened {};
-    struct stat named {};
-    return fstat(file, &opened) == 0 && lstat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
-           opened.st_ino == named.st_ino;
-}
-
-bool Lock(int file) { return flock(file, LOCK_EX | LOCK_NB) == 0; }
-
-/// A file system without locks locks nobody out.
-bool IsLockedByAnother(int file) { return !Lock(file) && errno == EWOULDBLOCK; }
-
-/// 0, or the error. A name that is taken is never replaced.
-int Rename(const std::string& from, const std::string& to) {
-    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
-    if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) return errno;
-    // Not every file system can rename without replacing.
-    if (link(from.c_str(), to.c_str()) != 0) return errno;
-    unlink(from.c_str());
-    return 0;
-}
-
-/// A new name survives a power failure when its folder is on the disk. A folder that cannot be read cannot be synced.
-int SyncFolder(const fs::path& folder) {
-    const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (opened < 0) return errno == EACCES ? 0 : errno;
-    const int code = fsync(opened) == 0 || errno == EINVAL ? 0 : errno;
-    close(opened);
-    return code;
-}
-
-struct CloseFolder {
-    void operator()(DIR* folder) const noexcept { closedir(folder); }
-};
-
-/// Removes a draft that nobody is making.
-void RemoveLeftover(const fs::path& draft) {
-    const int file = open(draft.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0) return;
-    struct stat found {};
-    if (fstat(file, &found) == 0 && S_ISREG(found.st_mode) && Lock(file)) unlink(draft.c_str());
-    close(file);
 }
 
 }  // namespace
@@ -123,60 +68,35 @@ DraftFile::DraftFile(const std::string& place) : place_(place) {
     if (place.empty() || place.find('\0') != place.npos)
         RefuseDraft(place, Message("the path is empty or holds a NUL character"));
     std::error_code error;
-    if (fs::exists(fs::symlink_status(place, error)))
+    if (fs::exists(fs::symlink_status(text::PathOf(place), error)))
         RefuseDraft(place, Message("there is a file of that name already"));
     for (const char* suffix : {"-wal", "-journal"}) {
-        const auto size = fs::file_size(place + suffix, error);
+        const auto size = fs::file_size(text::PathOf(place + suffix), error);
         if (!error && size > 0) {
             RefuseDraft(place,
                         Message("beside it is '{1}{2}', the log of an earlier book of that name; move that away first",
-                                fs::path(place).filename().string(), suffix));
+                                text::PathOf(place).filename().string(), suffix));
         }
     }
-    RemoveLeftovers();
+    platform::RemoveAbandoned(FolderOf(place).string(),
+                              [prefix = PrefixOf(place)](std::string_view name) { return IsDraftName(name, prefix); });
     while (!Take()) {
     }
 }
 
-/// False when somebody has taken the new file for one that was left.
+/// False when the name is taken.
 bool DraftFile::Take() {
     std::random_device random;
     char digits[kDigits + 1];
     std::snprintf(digits, sizeof digits, "%08x", static_cast<unsigned>(random()));
-    path_ = (FolderOf(place_) / (PrefixOf(place_) + digits)).string();
-    file_ = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly);
-    if (file_ < 0) {
-        if (errno == EEXIST) return false;
-        RefuseForCode(place_, errno);
-    }
-    // The mode that was asked for is cut by the process's mask. Some file systems know no modes.
-    static_cast<void>(fchmod(file_, kOwnerOnly));
-    if (!IsLockedByAnother(file_) && HasName(file_, path_)) return true;
-    close(file_);
-    return false;
-}
-
-DraftFile::~DraftFile() {
-    if (!published_) unlink(path_.c_str());
-    close(file_);
+    path_ = (FolderOf(place_) / text::PathOf(PrefixOf(place_) + digits)).string();
+    const int code = file_.Make(path_);
+    if (code != 0 && code != EEXIST) RefuseForCode(place_, code);
+    return code == 0;
 }
 
 void DraftFile::Publish() {
-    if (fsync(file_) != 0) RefuseForCode(place_, errno);
-    if (const int code = Rename(path_, place_)) RefuseForCode(place_, code);
-    published_ = true;
-    if (const int code = SyncFolder(FolderOf(place_))) RefuseForCode(place_, code);
-}
-
-void DraftFile::RemoveLeftovers() const {
-    const std::string prefix = PrefixOf(place_);
-    const fs::path folder = FolderOf(place_);
-    // The standard library's iterator ends the program when there is no memory for it.
-    const std::unique_ptr<DIR, CloseFolder> entries(opendir(folder.c_str()));
-    if (!entries) return;
-    while (const dirent* entry = readdir(entries.get())) {
-        if (IsDraftName(entry->d_name, prefix)) RemoveLeftover(folder / entry->d_name);
-    }
+    if (const int code = file_.Place(place_)) RefuseForCode(place_, code);
 }
 
 }  // namespace kpTables::engines::sqlite

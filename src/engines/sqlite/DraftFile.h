@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "platform/NewFile.h"
+
 namespace kpTables::engines::sqlite {
 
 /// An empty hidden file .NAME.new-XXXXXXXX in the folder of its place, which only its owner may read and write. Without
@@ -12,9 +14,6 @@ class DraftFile {
 public:
     /// Refuses a place that is taken, and one beside which a log of an earlier book would be read into the new one.
     explicit DraftFile(const std::string& place);
-    ~DraftFile();
-    DraftFile(const DraftFile&) = delete;
-    DraftFile& operator=(const DraftFile&) = delete;
 
     const std::string& Path() const noexcept { return path_; }
     /// Brings the file to the disk and gives it its name, unless another file has taken that meanwhile.
@@ -22,12 +21,10 @@ public:
 
 private:
     bool Take();
-    void RemoveLeftovers() const;
 
     std::string place_;
     std::string path_;
-    int file_ = -1;  ///< holds a lock that tells a draft in the making from one that was left
-    bool published_ = false;
+    platform::NewFile file_;
 };
 
 }  // namespace kpTables::engines::sqlite

@@ -1,9 +1,8 @@
 #include "kpTables/Host.h"
 
-#include <ctime>
-
 #include "kpTables/Error.h"
 #include "kpTables/Version.h"
+#include "text/LocalTime.h"
 
 namespace kpTables {
 
@@ -12,13 +11,7 @@ MessageAnswer Host::MsgBox(const std::string& text, MessageButtons, const std::s
 }
 
 Date Host::Today() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-#ifdef _WIN32
-    localtime_s(&local, &now);
-#else
-    localtime_r(&now, &local);
-#endif
+    const std::tm local = text::LocalTime();
     return Date::FromYearMonthDay(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
 }
 

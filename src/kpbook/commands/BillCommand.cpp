@@ -1,7 +1,5 @@
 #include "kpbook/commands/BillCommand.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 
 #include "kpTables/Convert.h"
@@ -79,7 +77,7 @@ std::vector<bookkeeping::SheetRow> RowsToEnter(Workspace& workspace, const BillO
                                                const bookkeeping::SheetOptions& sheet) {
     if (!options.file.empty()) return input::ReadBillFile(options.file);
     if (!options.lines.empty()) return RowsOfLines(options);
-    if (::isatty(STDIN_FILENO) != 1) {
+    if (!InputIsTerminal()) {
         throw UsageError(Message("bill add needs the bills: a FILE, - for standard input, or --line for one bill"));
     }
     return AskForBill(workspace, sheet);

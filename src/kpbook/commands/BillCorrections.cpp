@@ -1,6 +1,3 @@
-#include <pwd.h>
-#include <unistd.h>
-
 #include <cstdio>
 
 #include "kpTables/Convert.h"
@@ -14,6 +11,7 @@
 #include "kpbook/commands/BillCommand.h"
 #include "kpbook/commands/CommandSyntax.h"
 #include "kpbook/input/BillFile.h"
+#include "platform/Program.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -66,8 +64,7 @@ std::string AuditorFor(Workspace& workspace, const BillOptions& options) {
     if (workspace.acting) return workspace.acting->Name();
     const std::string accountant(Trim(Text(workspace.tables.Get_AccInfo("财务主管"))));
     if (!accountant.empty()) return accountant;
-    const passwd* const user = ::getpwuid(::geteuid());
-    return user ? user->pw_name : "";
+    return platform::UserName();
 }
 
 void Tell(const Corrected& corrected, const std::string& what) {

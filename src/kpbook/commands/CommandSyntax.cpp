@@ -36,9 +36,9 @@ std::optional<Date> DateOf(const std::string& text) {
     return iso ? iso : Date::Parse(text);
 }
 
-std::vector<std::string> MarkedWords(int count, char** words) {
+std::vector<std::string> MarkedWords(const std::vector<std::string>& words) {
     std::vector<std::string> marked;
-    for (int i = count - 1; i > 0; --i) {
+    for (std::size_t i = words.size(); i-- > 1;) {
         std::string word = words[i];
         if (NeedsMark(word)) word.insert(word.begin(), kMark);
         marked.push_back(std::move(word));

@@ -19,9 +19,9 @@ extern const CLI::Validator kUtf8;
 /// The date of a text that kDate accepted; nothing for an empty text.
 std::optional<Date> DateOf(const std::string& text);
 
-/// The words after the program's name, in the reverse order that CLI11 expects; words that it would misread have a mark
-/// in front.
-std::vector<std::string> MarkedWords(int count, char** words);
+/// The words of a command line after the program's name, in the reverse order that CLI11 expects; words that it would
+/// misread have a mark in front.
+std::vector<std::string> MarkedWords(const std::vector<std::string>& words);
 /// Lets each option of the program and of its commands remove the mark, before anything else looks at its words.
 void UnmarkWords(CLI::App& app);
 

@@ -16,6 +16,7 @@
 #include "kpbook/output/JsonText.h"
 #include "kpbook/output/Output.h"
 #include "kpbook/output/RowWriters.h"
+#include "text/Path.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -64,12 +65,12 @@ std::string ManifestLine(const TableInfo& table, std::int64_t rows) {
 /// A folder that is removed again when nothing was put into it.
 class TargetFolder {
 public:
-    explicit TargetFolder(const std::string& path) : path_(path) {
+    explicit TargetFolder(const std::string& path) : path_(text::PathOf(path)) {
         std::error_code error;
-        made_ = fs::create_directories(path, error);
+        made_ = fs::create_directories(path_, error);
         // As a new book, which has passwords too.
-        if (made_) fs::permissions(path, fs::perms::owner_all, error);
-        if (!fs::is_directory(path)) {
+        if (made_) fs::permissions(path_, fs::perms::owner_all, error);
+        if (!fs::is_directory(path_)) {
             throw CommandError(Message("{1}: no folder can be made: {2}", path,
                                        error ? SystemMessage(error) : Message("there is a file")));
         }
@@ -82,7 +83,7 @@ public:
     TargetFolder& operator=(const TargetFolder&) = delete;
 
 private:
-    std::string path_;
+    fs::path path_;
     bool made_ = false;
 };
 

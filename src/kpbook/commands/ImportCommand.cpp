@@ -15,6 +15,7 @@
 #include "kpbook/input/Manifest.h"
 #include "kpbook/input/TableFile.h"
 #include "kpbook/input/TableImport.h"
+#include "text/Path.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -105,7 +106,7 @@ int ImportFolder(Book& book, const ImportOptions& options) {
 
 int Import(const ImportOptions& options, const GlobalOptions& global) {
     const bool isFolder = options.path.empty();
-    if (std::error_code error; isFolder && !std::filesystem::is_directory(options.table, error)) {
+    if (std::error_code error; isFolder && !std::filesystem::is_directory(text::PathOf(options.table), error)) {
         throw UsageError(Message("import takes a table and a file, or the folder of an export; there is no folder {1}",
                                  options.table));
     }

@@ -9,6 +9,7 @@
 #include "kpbook/commands/CommandTree.h"
 #include "kpbook/commands/CompletionCommand.h"
 #include "kpbook/output/Output.h"
+#include "text/Path.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -124,11 +125,11 @@ int Man(const CLI::App& tree, const ManOptions& options, const GlobalOptions& gl
     const auto pages = ReadCommandTree(tree);
     if (!options.folder.empty()) {
         std::error_code failure;
-        std::filesystem::create_directories(options.folder, failure);
+        std::filesystem::create_directories(text::PathOf(options.folder), failure);
         if (failure) throw CommandError(Message("{1}: cannot be made: {2}", options.folder, SystemMessage(failure)));
         for (const auto& page : pages) {
             WriteText(PageText(page, pages),
-                      (std::filesystem::path(options.folder) / (PageName(page) + ".1")).string());
+                      (text::PathOf(options.folder) / text::PathOf(PageName(page) + ".1")).string());
         }
         return kSucceeded;
     }

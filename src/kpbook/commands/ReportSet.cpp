@@ -16,6 +16,7 @@
 #include "kpbook/commands/Reports.h"
 #include "kpbook/output/HtmlPage.h"
 #include "kpbook/output/Output.h"
+#include "text/Path.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -49,7 +50,7 @@ public:
     SetWriter(Workspace& workspace, const ReportOptions& options, const GlobalOptions& global)
         : workspace_(workspace),
           options_(options),
-          folder_(global.outputPath),
+          folder_(text::PathOf(global.outputPath)),
           desk_(workspace, options.showing, global) {
         if (options_.filters.month == 0) options_.filters.month = bookkeeping::LastUsedMonth(*workspace.connection);
         if (options_.filters.month == 0) {
@@ -74,7 +75,7 @@ public:
         output.Close();
     }
 
-    std::string PathOf(const std::string& file) const { return (folder_ / file).string(); }
+    std::string PathOf(const std::string& file) const { return (folder_ / text::PathOf(file)).string(); }
 
 private:
     void MakeFolder() const {

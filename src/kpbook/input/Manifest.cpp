@@ -10,6 +10,7 @@
 #include "kpbook/input/InputFile.h"
 #include "kpbook/input/JsonInput.h"
 #include "kpbook/input/WholeFile.h"
+#include "text/Path.h"
 
 namespace kpTables::kpbook::input {
 
@@ -30,7 +31,7 @@ std::vector<ManifestEntry> ReadManifest(const std::string& text) {
         const Json& rows = Member(table, "rows");
         if (!rows.is_number_integer())
             Raise(ErrorNumber::InvalidCall, Message("\"rows\" takes a number, not {1}", Shown(rows)));
-        if (fs::path(entry.file).filename() != entry.file) {
+        if (text::PathOf(entry.file).filename().string() != entry.file) {
             Raise(ErrorNumber::InvalidCall,
                   Message("\"file\" takes the name of a file in the folder, not {1}", entry.file));
         }
@@ -43,7 +44,7 @@ std::vector<ManifestEntry> ReadManifest(const std::string& text) {
 std::vector<ManifestEntry> CsvFilesOf(const std::string& folder) {
     std::vector<ManifestEntry> entries;
     std::error_code error;
-    for (fs::directory_iterator file(folder, error), end; !error && file != end; file.increment(error)) {
+    for (fs::directory_iterator file(text::PathOf(folder), error), end; !error && file != end; file.increment(error)) {
         if (file->path().extension() != ".csv") continue;
         entries.push_back({file->path().stem().string(), file->path().filename().string(), {}});
     }
@@ -57,7 +58,7 @@ std::vector<ManifestEntry> CsvFilesOf(const std::string& folder) {
 std::vector<ManifestEntry> ReadFolder(const std::string& folder) {
     const std::string path = folder + "/" + kManifestName;
     std::vector<ManifestEntry> entries;
-    if (std::error_code error; fs::exists(path, error)) {
+    if (std::error_code error; fs::exists(text::PathOf(path), error)) {
         try {
             InputFile file(path);
             entries =

@@ -1,15 +1,13 @@
 #include "kpbook/input/TextDecoder.h"
 
-#include <iconv.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 
 #include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Names.h"
 #include "kpbook/Utf8.h"
+#include "platform/Encoding.h"
 
 namespace kpTables::kpbook::input {
 
@@ -39,42 +37,30 @@ class TextDecoder::Converter {
 public:
     explicit Converter(const std::string& encoding)
         : unit_(SameName(std::string_view(encoding).substr(0, 6), "UTF-16") ? 2 : 1),
-          handle_(encoding.find('/') == encoding.npos ? ::iconv_open(kUtf8Name, encoding.c_str()) : kNone) {
-        if (handle_ != kNone) return;
+          reader_(platform::EncodingReader::Open(encoding)) {
+        if (reader_) return;
         throw UsageError(
             Message("there is no encoding {1}; UTF-8, GB18030, BIG5 and UTF-16LE are some, and iconv --list shows all",
                     Printable(encoding)));
     }
-    ~Converter() { ::iconv_close(handle_); }
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
 
     /// Converts what is whole in raw and removes it from there; at the end of the file, all of it.
     void Convert(std::string& raw, bool isLast, std::string& text) {
-        char* from = raw.data();
-        std::size_t left = raw.size();
-        while (left > 0) {
-            char piece[1 << 14];
-            char* to = piece;
-            std::size_t room = sizeof piece;
-            const bool stopped = ::iconv(handle_, &from, &left, &to, &room) == static_cast<std::size_t>(-1);
-            const int reason = errno;
-            text.append(piece, to);
-            if (!stopped || reason == E2BIG) continue;
-            if (reason == EINVAL && !isLast) break;
+        std::size_t at = 0;
+        while (at < raw.size()) {
+            const auto read = reader_->Read(std::string_view(raw).substr(at), text);
+            at += read.taken;
+            const std::size_t left = raw.size() - at;
+            if (left == 0 || (read.isCutOff && !isLast)) break;
             text += kNoText;
-            const auto skipped = reason == EINVAL ? left : std::min(left, unit_);
-            from += skipped;
-            left -= skipped;
+            at += read.isCutOff ? left : std::min(left, unit_);
         }
-        raw.erase(0, raw.size() - left);
+        raw.erase(0, at);
     }
 
 private:
-    static inline const ::iconv_t kNone = reinterpret_cast<::iconv_t>(-1);
-
     std::size_t unit_;  ///< bytes to pass over where no text begins
-    ::iconv_t handle_;
+    std::unique_ptr<platform::EncodingReader> reader_;
 };
 
 TextDecoder::TextDecoder(Source source, const std::string& encoding)

@@ -7,13 +7,14 @@
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Terminal.h"
+#include "platform/Input.h"
 
 namespace kpTables::kpbook::output {
 
 Output::Output(const std::string& path) : path_(path), file_(stdout) {
     if (path.empty()) return;
-    if (IsReplaceable(path)) draft_.emplace(path);
-    file_ = std::fopen(draft_ ? draft_->Path().c_str() : path.c_str(), "wb");
+    if (platform::IsReplaceable(path)) draft_.emplace(path);
+    file_ = platform::OpenFile(draft_ ? draft_->Path() : path, "wb");
     if (!file_) Fail();
 }
 

@@ -18,6 +18,7 @@
 #include "kpbook/output/Output.h"
 #include "kpbook/output/RowWriters.h"
 #include "kpbook/output/SheetLibrary.h"
+#include "platform/Process.h"
 
 namespace kpTables::kpbook::output {
 
@@ -238,26 +239,22 @@ void CopyTo(const std::string& path, std::FILE& workbook) {
     output.Close();
 }
 
-struct CloseFile {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-
 }  // namespace
 
 std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& path) {
     for (const Section& section : sections) RequireFit(section);
     Sheets();
     RequireMemory();
-    if (IsReplaceable(path)) {
+    if (platform::IsReplaceable(path)) {
         DraftFile draft(path);
         const auto rows = WriteWorkbook(sections, draft.Path(), path);
         draft.Keep();
         return rows;
     }
-    const std::unique_ptr<std::FILE, CloseFile> file(std::tmpfile());
-    if (!file) throw CommandError(Message("no temporary file can be made: {1}", SystemMessage(errno)));
-    const auto rows = WriteWorkbook(sections, "/proc/self/fd/" + std::to_string(fileno(file.get())), path);
-    CopyTo(path, *file);
+    const platform::TemporaryFile file;
+    if (!file.File()) throw CommandError(Message("no temporary file can be made: {1}", SystemMessage(errno)));
+    const auto rows = WriteWorkbook(sections, file.Path(), path);
+    CopyTo(path, *file.File());
     return rows;
 }
 

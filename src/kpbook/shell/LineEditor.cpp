@@ -1,7 +1,6 @@
 #include "kpbook/shell/LineEditor.h"
 
 #include <langinfo.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <clocale>
@@ -13,6 +12,7 @@
 #include "kpbook/Utf8.h"
 #include "kpbook/shell/EditLibrary.h"
 #include "kpbook/shell/WideText.h"
+#include "platform/Input.h"
 
 namespace kpTables::kpbook::shell {
 
@@ -86,9 +86,10 @@ private:
         std::string bytes;
         try {
             do {
-                WaitToRead(STDIN_FILENO);
                 char byte = 0;
-                if (::read(STDIN_FILENO, &byte, 1) != 1) return 0;
+                const auto count = platform::ReadInput(platform::kStandardInput, &byte, 1);
+                ThrowIfInterrupted();
+                if (count != 1) return 0;
                 bytes += byte;
             } while (bytes.size() < SequenceLength(bytes.front()));
         } catch (const Interrupted&) {

@@ -1,7 +1,5 @@
 #include "kpbook/shell/Shell.h"
 
-#include <unistd.h>
-
 #include <csignal>
 #include <cstdio>
 
@@ -17,6 +15,8 @@
 #include "kpbook/shell/History.h"
 #include "kpbook/shell/LineEditor.h"
 #include "kpbook/shell/Session.h"
+#include "platform/Signals.h"
+#include "platform/Terminal.h"
 
 namespace kpTables::kpbook::shell {
 
@@ -139,8 +139,8 @@ void ReadTerminal(LineEditor& editor, ShellLoop& loop, History& history) {
         for (const auto& entry : loop.TakeEntries()) {
             if (history.Keep(entry)) editor.Remember(entry);
         }
-        if (ArrivedSignal() == SIGTERM) throw Interrupted();
-        if (ArrivedSignal() != 0) ForgetSignal();
+        if (platform::ArrivedSignal() == SIGTERM) throw Interrupted();
+        if (platform::ArrivedSignal() != 0) platform::ForgetSignal();
     }
 }
 
@@ -187,7 +187,8 @@ int Shell(const ShellOptions& options, const GlobalOptions& global) {
     if (!global.outputPath.empty() || global.format == OutputFormat::Xlsx) {
         throw UsageError(Message("shell shows results as they come; -o and -O xlsx do not go with it"));
     }
-    const bool atTerminal = ::isatty(STDIN_FILENO) == 1 && ::isatty(STDOUT_FILENO) == 1;
+    const bool atTerminal =
+        platform::IsTerminal(platform::Stream::Input) && platform::IsTerminal(platform::Stream::Output);
     Session session(options.book, global);
     ShellLoop loop(session, atTerminal);
     History history;

@@ -1,0 +1,19 @@
+# What the zip for Windows has, of both widths; ./package-windows puts it together.
+add_custom_target(kpTablesWindowsPackage)
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  add_dependencies(kpTablesWindowsPackage kpbook)
+  install(TARGETS kpbook RUNTIME DESTINATION . COMPONENT windows)
+  install(DIRECTORY ${PROJECT_BINARY_DIR}/src/kpbook/locale DESTINATION . COMPONENT windows)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/include DESTINATION . COMPONENT windows FILES_MATCHING PATTERN "*.h")
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION . COMPONENT windows FILES_MATCHING PATTERN "*.md")
+endif()
+
+file(WRITE ${PROJECT_BINARY_DIR}/WindowsPackage.cmake
+"set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_NAME kpTables)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_VENDOR \"the kpTables developers\")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY \"${PROJECT_DESCRIPTION}\")
+set(CPACK_PACKAGE_FILE_NAME kpTables-${PROJECT_VERSION}-windows)
+set(CPACK_CMAKE_GENERATOR Ninja)
+")

@@ -1,0 +1,12 @@
+# GoogleTest, built of the sources that Debian's package brings.
+set(GTest_FOUND TRUE)
+if(NOT TARGET GTest::gtest_main)
+  set(folder /usr/src/googletest/googletest)
+  add_library(gtest STATIC ${folder}/src/gtest-all.cc)
+  target_include_directories(gtest SYSTEM PUBLIC ${folder}/include)
+  target_include_directories(gtest PRIVATE ${folder})
+  add_library(gtest_main STATIC ${folder}/src/gtest_main.cc)
+  target_link_libraries(gtest_main PUBLIC gtest)
+  add_library(GTest::gtest ALIAS gtest)
+  add_library(GTest::gtest_main ALIAS gtest_main)
+endif()

@@ -1,0 +1,2 @@
+# cmake/windows/Libraries.cmake has made its targets.
+set(ZLIB_FOUND TRUE)
