@@ -1,4 +1,5 @@
 #include "engines/postgres/PostgresBook.h"
+#include "engines/postgres/SchemaScript.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
 
@@ -28,6 +29,11 @@ BookUpgrade UpgradeOnServer(const std::string& /*address*/, const std::string& u
 std::vector<ListedBook> ListOnServer(const std::string& /*address*/, const std::string& url,
                                      const BookOptions& /*options*/) {
     RefuseServer(url);
+}
+
+std::string SchemaScript() {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                        Message("This program was built without PostgreSQL"));
 }
 
 }  // namespace kpTables::engines::postgres
