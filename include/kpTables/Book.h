@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "kpTables/BookUser.h"
 #include "kpTables/Connection.h"
 #include "kpTables/Error.h"
 
@@ -23,6 +24,9 @@ struct TableInfo {
         bool required = false;  ///< a key or NOT NULL column that the engine does not fill by itself
         bool counter = false;   ///< the engine assigns the value when none is given
         bool key = false;       ///< part of the primary key
+        int length = 0;         ///< characters that a text may have; 0 for any number
+        int precision = 0;      ///< of DECIMAL(p,s), a Currency: its digits; 0 for any other
+        int scale = 0;          ///< of DECIMAL(p,s): those behind the point
     };
     std::string name;
     std::vector<Column> columns;
@@ -57,6 +61,17 @@ public:
     virtual std::vector<std::string> MissingParts() = 0;
     /// Names without regard to case, each once; error 3265 for an unknown column.
     virtual std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) = 0;
+    /// The last number that a table's counter has given, or been given, also to a row that is gone; 0 for none.
+    virtual std::int64_t LastCounter(std::string_view table) = 0;
+    /// Lets a table's counter go on behind a number, if it is not beyond it already.
+    virtual void AdvanceCounter(std::string_view table, std::int64_t last) = 0;
+    /// Whether the book's server knows a user. A book that is on no server refuses this and the next two.
+    virtual bool HasUser(const std::string& user) = 0;
+    /// Gives a user of the book's server exactly these rights in the book, and makes the user where there is none.
+    virtual void Grant(const BookUser& user) = 0;
+    /// Takes a user's rights in the book. True when the user is gone too: one that Grant has made, with rights in no
+    /// other book.
+    virtual bool Revoke(const std::string& user) = 0;
     /// Rows that the last Execute of an Insert, Update or Delete touched.
     virtual std::int64_t RecordsAffected() const = 0;
     /// Saves what editable recordsets have written outside a host transaction. Raises, once, the error of a recordset
@@ -84,6 +99,8 @@ struct BookOptions {
     /// Asked every few thousand steps of a statement, and between rows: true ends the statement with error Cancelled.
     /// A host's transaction survives an interrupted query, but may be ended by an interrupted change.
     std::function<bool()> interrupted = {};
+    /// Asked for the user's password when a server wants one that it was not given otherwise.
+    std::function<std::string()> password = {};
 };
 
 /// Two columns of the table Header have different names in the dialects: Table and Index in Jet's, TableName and
@@ -98,6 +115,7 @@ struct NewBookOptions {
     std::int64_t maxRows = 0;
     std::int64_t maxBytes = 0;
     std::function<bool()> interrupted = {};
+    std::function<std::string()> password = {};
     /// Called with the new book before it gets its name: an exception removes the book again. Neither the book nor a
     /// recordset of it may be kept.
     std::function<void(const BookPtr& book)> prepare = {};
@@ -112,9 +130,23 @@ BookPtr OpenBook(const std::string& url, const BookOptions& options = {});
 /// the next.
 BookPtr CreateBook(const std::string& url, const NewBookOptions& options = {});
 
+/// A book of those that stand at one place.
+struct ListedBook {
+    std::string name;
+    std::string url;
+    std::int32_t format = 0;
+    bool current = false;  ///< of this program's format: OpenBook takes it
+    std::int64_t bytes = 0;
+};
+
+/// The books of a server's database that the user may read, by their names. url: that of a book, or without one. What
+/// has no books to list raises a DatabaseError.
+std::vector<ListedBook> ListBooks(const std::string& url, const BookOptions& options = {});
+
 struct UpgradeOptions {
     std::chrono::milliseconds busyTimeout{5000};
-    bool copyFirst = true;  ///< copies the book beside itself before it is changed
+    std::function<std::string()> password = {};  ///< as in BookOptions
+    bool copyFirst = true;                       ///< copies the book beside itself before it is changed
 };
 
 /// What UpgradeBook has done.

@@ -23,7 +23,9 @@ fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), u
 /// A copy that is removed unless it is kept.
 class NewCopy {
 public:
-    NewCopy(Book& book, std::string name) : name_(std::move(name)) { book.BackUp(name_); }
+    NewCopy(Book& book, const BackupOptions& options, std::string name) : name_(std::move(name)) {
+        options.copy ? options.copy(name_) : book.BackUp(name_);
+    }
     ~NewCopy() {
         if (kept_) return;
         std::error_code ignored;
@@ -94,7 +96,7 @@ void RequireFree(const BackupOptions& options) {
 
 void BackUpBook(Book& book, const BackupOptions& options) {
     RequireFree(options);
-    NewCopy copy(book, options.keep == 0 ? options.path : NameBeside(options.path));
+    NewCopy copy(book, options, options.keep == 0 ? options.path : NameBeside(options.path));
     Check(copy.Name(), options);
     if (options.keep > 0) PlaceNewest(copy, options);
     copy.Keep();

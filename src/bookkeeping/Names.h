@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace kpTables::bookkeeping {
@@ -13,5 +14,8 @@ constexpr char LowerLetter(char byte) noexcept {
 inline bool IsSameName(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, {}, LowerLetter, LowerLetter);
 }
+
+/// As statements name a table or a column.
+inline std::string Bracketed(const std::string& name) { return "[" + name + "]"; }
 
 }  // namespace kpTables::bookkeeping

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <map>
 #include <string_view>
+#include <utility>
 
 #include "bookkeeping/BalanceRows.h"
 #include "bookkeeping/BillKinds.h"
+#include "bookkeeping/OwnTables.h"
 #include "bookkeeping/Refusal.h"
 #include "bookkeeping/Setup.h"
 #include "bookkeeping/Warehouses.h"
@@ -23,16 +25,6 @@ namespace {
 constexpr const char* kTablesThatComeAlong[] = {
     "仓库设置", "厂商分类", "厂商资料",   "客户分类", "客户资料", "项目分类", "项目设置", "部门分类", "雇员资料",
     "商品分类", "商品设置", "收付款方式", "系统选项", "AccInfo",  "操作员",   "Header",   "History"};
-
-const TableInfo* Find(const std::vector<TableInfo>& tables, std::string_view name) {
-    const auto found = std::ranges::find(tables, name, &TableInfo::name);
-    return found == tables.end() ? nullptr : &*found;
-}
-
-const TableInfo::Column* Find(const TableInfo& table, std::string_view name) {
-    const auto found = std::ranges::find(table.columns, name, &TableInfo::Column::name);
-    return found == table.columns.end() ? nullptr : &*found;
-}
 
 /// Every warehouse that the book knows of, also one that is only named by rows.
 std::map<std::int32_t, std::string> WarehousesOf(Connection& book) {
@@ -69,34 +61,6 @@ void RequireSingleRows(Connection& book) {
                 Text(rows->GetValue(1)), Text(rows->GetValue(0))));
 }
 
-const char* JetType(VarType type) {
-    switch (type) {
-        case VarType::Boolean:
-            return "YESNO";
-        case VarType::Integer:
-            return "SHORT";
-        case VarType::Long:
-            return "LONG";
-        case VarType::Double:
-            return "DOUBLE";
-        case VarType::Currency:
-            return "CURRENCY";
-        case VarType::Date:
-            return "DATETIME";
-        default:
-            return "MEMO";
-    }
-}
-
-/// A host may have given a table columns of its own.
-void AddOwnColumns(const TableInfo& from, const TableInfo& to, Book& next, NextYear& result) {
-    for (const auto& column : from.columns) {
-        if (Find(to, column.name)) continue;
-        next.Execute("Alter Table [" + to.name + "] Add Column [" + column.name + "] " + JetType(column.type));
-        result.ownColumns.push_back(to.name + "." + column.name);
-    }
-}
-
 void CopyRows(Book& from, Book& next, const std::string& table) {
     const auto rows = from.Execute("Select * From [" + table + "]");
     std::vector<std::string> columns;
@@ -114,10 +78,10 @@ void CopyTables(Book& from, Book& next, NextYear& result) {
     const auto old = from.Tables();
     const auto fresh = next.Tables();
     for (const TableInfo& table : old) {
-        const TableInfo* to = Find(fresh, table.name);
+        const TableInfo* to = FindTable(fresh, table.name);
         if (!to) result.ownTables.push_back(table.name);
         if (!to || !std::ranges::count(kTablesThatComeAlong, table.name)) continue;
-        AddOwnColumns(table, *to, next, result);
+        for (std::string& column : TakeOwnColumns(table, *to, next)) result.ownColumns.push_back(std::move(column));
         CopyRows(from, next, table.name);
     }
 }
@@ -148,12 +112,6 @@ void OpenWarehouses(Setup& setup, std::int32_t year) {
 }
 
 }  // namespace
-
-HeaderDialect HeaderDialectOf(Book& book) {
-    const auto tables = book.Tables();
-    const TableInfo* header = Find(tables, "Header");
-    return header && Find(*header, "TableName") ? HeaderDialect::SqlServer : HeaderDialect::Jet;
-}
 
 NextYear BeginNextYear(Book& from, const BookPtr& next) {
     // No month is reopened meanwhile, and all is read of one moment.

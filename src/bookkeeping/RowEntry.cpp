@@ -15,8 +15,6 @@ namespace kpTables::bookkeeping {
 
 namespace {
 
-std::string Bracketed(std::string_view name) { return "[" + std::string(name) + "]"; }
-
 /// A value as a literal of a statement.
 std::string Literal(const Variant& value) {
     switch (value.Type()) {

@@ -23,17 +23,20 @@ struct Engine {
     BookPtr (*open)(const std::string& address, const std::string& url, const BookOptions& options);
     BookPtr (*create)(const std::string& address, const std::string& url, const NewBookOptions& options);
     BookUpgrade (*upgrade)(const std::string& address, const std::string& url, const UpgradeOptions& options);
+    /// Null where a URL names one book.
+    std::vector<ListedBook> (*list)(const std::string& address, const std::string& url, const BookOptions& options);
 };
 
 constexpr Engine kEngines[] = {
     {"file", Translatable("a book is a file (its path, or file: and its path)"), engines::sqlite::OpenFile,
-     engines::sqlite::CreateFile, engines::sqlite::UpgradeFile},
+     engines::sqlite::CreateFile, engines::sqlite::UpgradeFile, nullptr},
     {"memory", Translatable("a book in memory is made anew each time (memory:)"), engines::sqlite::OpenInMemory,
-     engines::sqlite::CreateInMemory, engines::sqlite::UpgradeInMemory},
+     engines::sqlite::CreateInMemory, engines::sqlite::UpgradeInMemory, nullptr},
     {"postgresql", Translatable("a book on a server is postgresql://user@host/database?book=NAME"),
-     engines::postgres::OpenOnServer, engines::postgres::CreateOnServer, engines::postgres::UpgradeOnServer},
+     engines::postgres::OpenOnServer, engines::postgres::CreateOnServer, engines::postgres::UpgradeOnServer,
+     engines::postgres::ListOnServer},
     {"odbc", Translatable("tables behind an ODBC driver are odbc:DSN=NAME, or odbc: and another connection string"),
-     engines::odbc::OpenBehindDriver, engines::odbc::CreateBehindDriver, engines::odbc::UpgradeBehindDriver},
+     engines::odbc::OpenBehindDriver, engines::odbc::CreateBehindDriver, engines::odbc::UpgradeBehindDriver, nullptr},
 };
 
 const Engine& EngineFor(const std::string& scheme, const std::string& url) {
@@ -60,6 +63,15 @@ BookPtr OpenBook(const std::string& url, const BookOptions& options) {
 BookPtr CreateBook(const std::string& url, const NewBookOptions& options) {
     const engines::BookUrl parts = engines::ParseBookUrl(url);
     return EngineFor(parts.scheme, url).create(parts.address, url, options);
+}
+
+std::vector<ListedBook> ListBooks(const std::string& url, const BookOptions& options) {
+    const engines::BookUrl parts = engines::ParseBookUrl(url);
+    const Engine& engine = EngineFor(parts.scheme, url);
+    if (engine.list) return engine.list(parts.address, url, options);
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                        Message("'{1}' has no books to list: name a server's database, as in {2}", url,
+                                "postgresql://user@host/database"));
 }
 
 BookUpgrade UpgradeBook(const std::string& url, const UpgradeOptions& options) {

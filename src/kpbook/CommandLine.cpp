@@ -30,6 +30,7 @@
 #include "kpbook/commands/OperatorsSyntax.h"
 #include "kpbook/commands/ReportSyntax.h"
 #include "kpbook/commands/Reports.h"
+#include "kpbook/commands/ServerSyntax.h"
 #include "kpbook/commands/SqlCommand.h"
 #include "kpbook/commands/UpgradeCommand.h"
 #include "kpbook/input/ArgumentText.h"
@@ -46,6 +47,9 @@ struct Parsed {
     commands::NewWords create;
     commands::OpeningOptions opening;
     commands::CopyOptions copy;
+    commands::BooksOptions books;
+    commands::SchemaOptions schema;
+    commands::GrantOptions grant;
     commands::InfoOptions info;
     commands::StockOptions stock;
     commands::FigureWords figures;
@@ -102,6 +106,9 @@ void AddGlobalOptions(CLI::App& app, Parsed& parsed) {
                    "variable KPBOOK_PASSWORD_FILE names")
         ->check(commands::kUtf8)
         ->type_name("NAME");
+    app.add_option("--password-file", global.passwordFile,
+                   "The file whose first line is the password that a server wants; default: it is asked for")
+        ->type_name("FILE");
     app.add_option("--timeout", parsed.timeout, "End a statement that runs longer than S seconds")
         ->check(CLI::PositiveNumber)
         ->type_name("S");
@@ -271,10 +278,18 @@ constexpr CommandEntry kCommands[] = {
      [](const Parsed& parsed) { return commands::Report(parsed.report.options, parsed.global); }},
     {"operators", [](CLI::App& app, Parsed& parsed) { commands::AddOperators(app, parsed.operators); },
      [](const Parsed& parsed) { return commands::Operators(parsed.operators, parsed.global); }},
+    {"grant", [](CLI::App& app, Parsed& parsed) { commands::AddGrant(app, parsed.grant); },
+     [](const Parsed& parsed) { return commands::Grant(parsed.grant, parsed.global); }},
+    {"revoke", [](CLI::App& app, Parsed& parsed) { commands::AddRevoke(app, parsed.grant); },
+     [](const Parsed& parsed) { return commands::Revoke(parsed.grant, parsed.global); }},
     {"log", AddLog, [](const Parsed& parsed) { return commands::Log(parsed.log, parsed.global); }},
     {"payroll", AddPayroll, [](const Parsed& parsed) { return commands::Payroll(parsed.payroll, parsed.global); }},
     {"upgrade", [](CLI::App& app, Parsed& parsed) { commands::AddUpgrade(app, parsed.upgrade); },
      [](const Parsed& parsed) { return commands::Upgrade(parsed.upgrade, parsed.global); }},
+    {"books", [](CLI::App& app, Parsed& parsed) { commands::AddBooks(app, parsed.books); },
+     [](const Parsed& parsed) { return commands::Books(parsed.books, parsed.global); }},
+    {"schema", [](CLI::App& app, Parsed& parsed) { commands::AddSchema(app, parsed.schema); },
+     [](const Parsed& parsed) { return commands::Schema(parsed.schema, parsed.global); }},
     {"methods", AddMethods, [](const Parsed& parsed) { return commands::Methods(parsed.methods, parsed.global); }},
     {"completion", [](CLI::App& app, Parsed& parsed) { commands::AddCompletion(app, parsed.completion); },
      [](const Parsed& parsed) { return commands::Completion(*parsed.tree, parsed.completion, parsed.global); }},
@@ -352,6 +367,9 @@ void Complete(const CLI::App& app, Parsed& parsed) {
             Message("export writes CSV into the folder that it is given; -O and -o do not go with it"));
     }
     if (command.get_name() == "sql") commands::CheckSql(command);
+    if (command.get_name() == "schema" && app.count("-O") > 0) {
+        throw CLI::ValidationError(Message("schema writes statements; -O does not go with it"));
+    }
     if (command.get_name() != "call") return;
     if (!parsed.batch && parsed.call.method.empty()) throw CLI::RequiredError(Message("METHOD or --batch"));
     if (parsed.batch && !parsed.call.arguments.empty()) throw CLI::ExtrasError(parsed.call.arguments);

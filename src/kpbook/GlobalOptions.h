@@ -27,6 +27,9 @@ struct GlobalOptions {
     /// The right that the command needs when it acts as an operator; "" when it asks for rights by itself, or needs
     /// none. Set by the command line.
     std::string right;
+    std::string passwordFile;  ///< of the password that a server wants; empty: it is asked for
+    /// The password, once a server has wanted it.
+    std::shared_ptr<std::optional<std::string>> password = std::make_shared<std::optional<std::string>>();
     std::int64_t maxRows = 0;   ///< of a result; 0: any number
     std::int64_t maxBytes = 0;  ///< of memory for a recordset's rows; 0: half of what is free
     std::shared_ptr<StatementClock> clock = std::make_shared<StatementClock>();

@@ -142,25 +142,50 @@ std::string AskPassword() {
     return password;
 }
 
-std::string LoginPassword(const std::string& name) {
-    if (const char* path = std::getenv("KPBOOK_PASSWORD_FILE"); path && *path) {
-        const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
-        const auto line = file ? ReadLine(file.get()) : std::nullopt;
-        if (!file || std::ferror(file.get())) {
-            throw CommandError(Message("the file of KPBOOK_PASSWORD_FILE cannot be read: {1}", path));
-        }
-        std::string password = line.value_or("");
-        if (password.ends_with('\r')) password.pop_back();
-        return password;
-    }
+namespace {
+
+/// The first line of a file; nothing when it cannot be read.
+std::optional<std::string> PasswordIn(const char* path) {
+    const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "r"));
+    const auto line = file ? ReadLine(file.get()) : std::nullopt;
+    if (!file || std::ferror(file.get())) return std::nullopt;
+    std::string password = line.value_or("");
+    if (password.ends_with('\r')) password.pop_back();
+    return password;
+}
+
+/// Raises a CommandError with the complaint when there is no terminal.
+std::string TypedPassword(const std::string& question, const std::string& complaint) {
     const std::unique_ptr<std::FILE, CloseFile> terminal(std::fopen("/dev/tty", "r+"));
-    if (!terminal) {
-        throw CommandError(Message(
-            "there is no terminal to ask for the operator's password; KPBOOK_PASSWORD_FILE may name a file with it"));
-    }
+    if (!terminal) throw CommandError(complaint);
     std::setbuf(terminal.get(), nullptr);
     const HiddenInput hidden(terminal.get());
-    return ReadHidden((Message("Password of {1}: ", name)).c_str(), terminal.get());
+    return ReadHidden(question.c_str(), terminal.get());
+}
+
+}  // namespace
+
+std::string LoginPassword(const std::string& name) {
+    if (const char* path = std::getenv("KPBOOK_PASSWORD_FILE"); path && *path) {
+        if (auto password = PasswordIn(path)) return *password;
+        throw CommandError(Message("the file of KPBOOK_PASSWORD_FILE cannot be read: {1}", path));
+    }
+    return TypedPassword(
+        Message("Password of {1}: ", name),
+        Message(
+            "there is no terminal to ask for the operator's password; KPBOOK_PASSWORD_FILE may name a file with it"));
+}
+
+std::string ServerPassword(const std::string& file) {
+    if (!file.empty()) {
+        if (auto password = PasswordIn(file.c_str())) return *password;
+        throw CommandError(Message("the file of --password-file cannot be read: {1}", file));
+    }
+    return TypedPassword(
+        Message("Password for the server: "),
+        Message(
+            "the server wants a password, and there is no terminal to ask for it: --password-file FILE, or a line of "
+            "~/.pgpass"));
 }
 
 TerminalProgressBar::TerminalProgressBar(std::string label) : label_(std::move(label)) {}

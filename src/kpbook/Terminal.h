@@ -37,6 +37,10 @@ std::string AskPassword();
 /// cannot be read, and when there is neither.
 std::string LoginPassword(const std::string& name);
 
+/// The password with which a server is entered: the first line of a file, else what is typed at the terminal without
+/// being shown. A CommandError as above.
+std::string ServerPassword(const std::string& file);
+
 /// A bar drawn on standard error: "label [#####-----]  50%".
 class TerminalProgressBar : public ProgressBar {
 public:

@@ -53,6 +53,12 @@ BookPtr OpenToRead(const std::string& url, BookOptions options) {
     }
 }
 
+BookPtr OpenFor(Access access, const std::string& url, const GlobalOptions& global) {
+    BookOptions options = OptionsOf(global);
+    options.readOnly = access == Access::Copy && engines::ParseBookUrl(url).scheme != "file";
+    return access == Access::Change || options.readOnly ? OpenBook(url, options) : OpenToRead(url, options);
+}
+
 /// A book of which somebody has dropped a part still serves the methods that do without it.
 void WarnOfMissingParts(const Book& book, const std::vector<std::string>& missing) {
     if (!missing.empty() && engines::ParseBookUrl(book.Url()).scheme == "odbc") {
@@ -84,8 +90,7 @@ Error Plain(const DatabaseError& error) { return Error(error.Number(), error.Des
 }  // namespace
 
 Workspace::Workspace(const std::string& url, std::shared_ptr<Host> host, const GlobalOptions& global, Access access)
-    : Workspace(access == Access::Read ? OpenToRead(url, OptionsOf(global)) : OpenBook(url, OptionsOf(global)),
-                std::move(host), global) {
+    : Workspace(OpenFor(access, url, global), std::move(host), global) {
     const auto missing = book->MissingParts();
     WarnOfMissingParts(*book, missing);
     // Tables that are yet to be made demand nobody.
@@ -187,6 +192,11 @@ BookOptions OptionsOf(const GlobalOptions& global) {
     options.maxRows = global.maxRows;
     options.maxBytes = global.maxBytes;
     options.interrupted = [clock = global.clock] { return ArrivedSignal() != 0 || clock->IsOver(); };
+    // Asked for once, however many books are opened.
+    options.password = [file = global.passwordFile, password = global.password, incidents = global.incidents] {
+        if (!*password) *password = ServerPassword(file);
+        return **password;
+    };
     return options;
 }
 

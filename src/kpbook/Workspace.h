@@ -16,8 +16,9 @@
 
 namespace kpTables::kpbook {
 
-/// A command that only reads also opens a book that cannot be written.
-enum class Access { Read, Change };
+/// A command that only reads also opens a book that cannot be written. Copy reads all of it as of one moment: on a
+/// server, others change the book meanwhile.
+enum class Access { Read, Copy, Change };
 
 inline SqlDialect DialectOf(bool isSQL) { return isSQL ? SqlDialect::SqlServer : SqlDialect::Jet; }
 

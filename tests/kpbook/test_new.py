@@ -212,8 +212,9 @@ class CopyTest(FirmCase):
         self.assertEqual(self.stock(), [("1", "1", "2", "2")])
 
     def test_copy_to_another_kind_of_place(self):
-        done = self.run_kpbook("copy", self.book, "postgres://host/shop", code=1)
-        self.assertIn("copied to its own kind of place, a file", done.stderr)
+        done = self.run_kpbook("copy", self.book, "oracle://host/shop", code=1)
+        self.assertIn("there is no engine for 'oracle:'", done.stderr)
+        self.assertIn("would be gone at once", self.run_kpbook("copy", self.book, "memory:", code=2).stderr)
 
 
 if __name__ == "__main__":

@@ -38,8 +38,10 @@ def as_server(command):
 
 
 class Server:
-    def __init__(self, folder, bin_folder):
+    def __init__(self, folder, bin_folder, settings=None):
         self.folder = pathlib.Path(folder)
+        self.options = " ".join(f"-c {name}='{value}'" for name, value in {**SETTINGS, **(settings or {})}.items())
+        self.options += f" -c unix_socket_directories='{self.folder}'"
         self.data = self.folder / "data"
         self.pg_ctl = str(bin_folder / "pg_ctl")
         self.initdb = str(bin_folder / "initdb")
@@ -50,9 +52,7 @@ class Server:
             os.chown(self.folder, user.pw_uid, user.pw_gid)
         self.run([self.initdb, "-D", self.data, "-A", "trust", "-U", "kp", "--encoding", "UTF8", "--locale", "C",
                   "--no-sync"])
-        options = " ".join(f"-c {name}='{value}'" for name, value in SETTINGS.items())
-        options += f" -c unix_socket_directories='{self.folder}'"
-        self.run([self.pg_ctl, "-D", self.data, "-w", "-l", self.folder / "log", "-o", options, "start"])
+        self.run([self.pg_ctl, "-D", self.data, "-w", "-l", self.folder / "log", "-o", self.options, "start"])
         return self
 
     def __exit__(self, *_):

@@ -15,6 +15,8 @@ struct BackupOptions {
     int keep = 0;
     /// Opens the copy, to check it.
     std::function<BookPtr(const std::string& path)> open;
+    /// Makes the copy; empty: Book::BackUp does.
+    std::function<void(const std::string& path)> copy = {};
 };
 
 /// Copies a book, also while it is in use, and opens the copy to check it: one that is not whole is removed, and older

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "kpTables/Book.h"
+#include "kpTables/bookkeeping/BookCopy.h"
 
 namespace kpTables::bookkeeping {
 
@@ -15,9 +16,6 @@ struct NextYear {
     std::vector<std::string> ownTables = {};   ///< tables that the schema does not have; they stay behind
     std::vector<std::string> ownColumns = {};  ///< "T.C"; of tables that come along, and so do these columns
 };
-
-/// The column names that a book's table Header has: those that the next year's book is created with.
-HeaderDialect HeaderDialectOf(Book& book);
 
 /// Fills a book with empty tables from that of the year before, which is only read. Along come, with their ids, all
 /// master data with the classes and the payment methods, options and the book's information, operators, layouts and

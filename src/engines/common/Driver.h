@@ -1,6 +1,7 @@
 // What an engine has to provide.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "engines/common/RowWriter.h"
 #include "engines/common/Statement.h"
 #include "engines/common/Transaction.h"
+#include "kpTables/BookUser.h"
 #include "kpTables/MemoryRecordset.h"
 #include "sql/Translation.h"
 #include "sql/print/Engine.h"
@@ -38,6 +40,14 @@ public:
     virtual void BackUp(const std::string& path) = 0;
     /// See Book::IntegrityFaults.
     virtual std::vector<std::string> IntegrityFaults() = 0;
+
+    // See Book; the table has a counter. An engine that cannot raises Unsupported.
+    virtual std::int64_t LastCounter(const std::string& table, const std::string& counter);
+    virtual void AdvanceCounter(const std::string& table, const std::string& counter, std::int64_t last);
+    // See Book; an engine without users of its own refuses.
+    virtual bool HasUser(const std::string& user);
+    virtual void Grant(const BookUser& user);
+    virtual bool Revoke(const std::string& user);
 
     /// Whether the schema is as it was when it was last noted as whole. An engine that cannot note it is asked to
     /// compare it each time.

@@ -1,5 +1,6 @@
 #include "engines/common/EngineBook.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "BookSchema.h"
@@ -64,6 +65,19 @@ public:
         return std::make_unique<TableAppender>(executor_, table, columns);
     }
 
+    std::int64_t LastCounter(std::string_view table) override {
+        const auto [name, counter] = CounterOf(table);
+        return counter.empty() ? 0 : executor_->GetDriver().LastCounter(name, counter);
+    }
+    void AdvanceCounter(std::string_view table, std::int64_t last) override {
+        const auto [name, counter] = CounterOf(table);
+        if (!counter.empty()) executor_->GetDriver().AdvanceCounter(name, counter, last);
+    }
+
+    bool HasUser(const std::string& user) override { return executor_->GetDriver().HasUser(user); }
+    void Grant(const BookUser& user) override { executor_->GetDriver().Grant(user); }
+    bool Revoke(const std::string& user) override { return executor_->GetDriver().Revoke(user); }
+
     void FlushRows() override {
         executor_->GetTransaction().RaiseLoss();
         executor_->GetTransaction().CloseRows();
@@ -79,6 +93,20 @@ public:
     std::vector<std::string> IntegrityFaults() override { return executor_->GetDriver().IntegrityFaults(); }
 
 private:
+    struct Counter {
+        std::string table;
+        std::string column;  ///< "" when the table has none
+    };
+    /// Of a table, with the names as they are stored.
+    Counter CounterOf(std::string_view table) const {
+        Catalog& catalog = executor_->GetDriver().GetCatalog();
+        catalog.Refresh();
+        const sql::CatalogTable* found = catalog.Find(table);
+        if (!found) return {};
+        const auto counter = std::ranges::find(found->columns, true, &sql::CatalogColumn::counter);
+        return {found->name, counter == found->columns.end() ? std::string() : counter->name};
+    }
+
     std::string url_;
     ExecutorPtr executor_;
 };

@@ -55,11 +55,7 @@ std::int64_t Result::AffectedRows() const {
 Database::Database(const std::string& connection, std::function<bool()> interrupted)
     : connection_(LoadedLibrary().Connect(connection.c_str())), interrupted_(std::move(interrupted)) {
     const Library& library = LoadedLibrary();
-    if (!IsConnected()) {
-        throw DatabaseError(
-            static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-            Message("The server cannot be reached: {1}", Trimmed(library.ErrorMessage(connection_.get()))));
-    }
+    if (!IsConnected()) RaiseUnreached();
     library.SetNoticeProcessor(connection_.get(), Ignore, nullptr);
 }
 
@@ -297,6 +293,30 @@ void Database::Cancel() const noexcept {
     if (!cancel) return;
     library.Cancel(cancel, message.data(), static_cast<int>(message.size()));
     library.FreeCancel(cancel);
+}
+
+std::string Database::EncryptedPassword(const std::string& password, const std::string& user) const {
+    const Library& library = LoadedLibrary();
+    char* const encrypted = library.EncryptPassword(connection_.get(), password.c_str(), user.c_str(), nullptr);
+    if (!encrypted) RaiseFailure({.message = Trimmed(library.ErrorMessage(connection_.get()))}, {});
+    std::string text(encrypted);
+    library.FreeMemory(encrypted);
+    return text;
+}
+
+void Database::RaiseUnreached() const {
+    constexpr auto kNumber = static_cast<std::int32_t>(DatabaseErrorNumber::Failure);
+    const std::string why = Trimmed(LoadedLibrary().ErrorMessage(connection_.get()));
+    if (LoadedLibrary().NeedsPassword(connection_.get()) != 0)
+        throw PasswordNeeded(kNumber, Message("The server wants a password: {1}", why));
+    // Of a certificate the client library speaks in English, whatever the user's language is.
+    if (why.find("certificate") != std::string::npos || why.find("SSL") != std::string::npos) {
+        throw DatabaseError(kNumber,
+                            Message("The server could not prove who it is, or cannot encrypt, and was told nothing "
+                                    "(sslmode and sslrootcert in the URL say what is demanded): {1}",
+                                    why));
+    }
+    throw DatabaseError(kNumber, Message("The server cannot be reached: {1}", why));
 }
 
 void Database::RaiseLost(std::string_view shown) const {

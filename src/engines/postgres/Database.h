@@ -10,6 +10,7 @@
 
 #include "engines/postgres/Library.h"
 #include "engines/postgres/Parameters.h"
+#include "kpTables/Error.h"
 
 namespace kpTables::engines::postgres {
 
@@ -82,6 +83,12 @@ struct Command {
     Parameters parameters;
 };
 
+/// The server wants a password that it was not given.
+class PasswordNeeded : public DatabaseError {
+public:
+    using DatabaseError::DatabaseError;
+};
+
 class Database {
 public:
     /// Raises a DatabaseError when the server cannot be reached or refuses the user. interrupted: see BookOptions.
@@ -139,6 +146,9 @@ public:
 
     OtherPrograms others;
 
+    /// A user's password as the server keeps it, so that it is sent and logged in no other form.
+    std::string EncryptedPassword(const std::string& password, const std::string& user) const;
+
     /// How often the server has told so far that a program has changed the book's schema.
     int SchemaChanges() noexcept;
 
@@ -164,6 +174,7 @@ private:
     /// The next result, null after the last one. Asks the host meanwhile whether to go on.
     Result Next(std::string_view shown);
     void Cancel() const noexcept;
+    [[noreturn]] void RaiseUnreached() const;
     [[noreturn]] void RaiseLost(std::string_view shown) const;
     [[noreturn]] void RaiseError(const Result& failed, std::string_view shown) const;
 

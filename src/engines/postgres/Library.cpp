@@ -55,6 +55,8 @@ Library Load() {
     Find(handle, library.GetCancel, "PQgetCancel");
     Find(handle, library.Cancel, "PQcancel");
     Find(handle, library.FreeCancel, "PQfreeCancel");
+    Find(handle, library.NeedsPassword, "PQconnectionNeedsPassword");
+    Find(handle, library.EncryptPassword, "PQencryptPasswordConn");
     Find(handle, library.Clear, "PQclear");
     Find(handle, library.ResultStatus, "PQresultStatus");
     Find(handle, library.ResultErrorField, "PQresultErrorField");

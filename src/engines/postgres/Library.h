@@ -32,6 +32,8 @@ struct Library {
     decltype(&PQgetCancel) GetCancel;
     decltype(&PQcancel) Cancel;
     decltype(&PQfreeCancel) FreeCancel;
+    decltype(&PQconnectionNeedsPassword) NeedsPassword;
+    decltype(&PQencryptPasswordConn) EncryptPassword;
     decltype(&PQclear) Clear;
     decltype(&PQresultStatus) ResultStatus;
     decltype(&PQresultErrorField) ResultErrorField;

@@ -6,7 +6,9 @@
 #include "BookSchema.h"
 #include "engines/common/EngineBook.h"
 #include "engines/postgres/BookLock.h"
+#include "engines/postgres/BookTables.h"
 #include "engines/postgres/PostgresDriver.h"
+#include "engines/postgres/ServerBook.h"
 #include "engines/postgres/ServerUrl.h"
 #include "engines/postgres/SharedSchema.h"
 #include "kpTables/Error.h"
@@ -24,43 +26,8 @@ using sql::print::postgres::QuotedText;
     throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), message);
 }
 
-[[noreturn]] void RefuseOpening(const std::string& url, const std::string& complaint) {
-    RaiseOfBook(Message("The book '{1}' cannot be opened: {2}", url, complaint));
-}
-
 [[noreturn]] void RefuseMaking(const std::string& url, const std::string& complaint) {
     RaiseOfBook(Message("The book '{1}' cannot be made: {2}", url, complaint));
-}
-
-/// What a statement relies on, whatever the server's own settings are.
-std::string Settings(const std::string& book, std::chrono::milliseconds busyTimeout) {
-    return "SET search_path = " + QuotedName(book) +
-           "; SET client_min_messages = error; SET lock_timeout = " + std::to_string(busyTimeout.count()) +
-           "; SET client_encoding = 'UTF8'; SET datestyle = 'ISO'; SET standard_conforming_strings = on; "
-           "SET jit = off; LISTEN " +
-           QuotedName(book);
-}
-
-std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& url,
-                                    std::chrono::milliseconds busyTimeout, std::function<bool()> interrupted) {
-    try {
-        auto database = std::make_unique<Database>(parts.connection, std::move(interrupted));
-        database->Run(Settings(parts.book, busyTimeout));
-        return database;
-    } catch (const DatabaseError& error) {
-        RefuseOpening(url, error.Description());
-    }
-}
-
-constexpr std::int64_t kUnfinished = 0;
-constexpr std::int64_t kNone = -1;
-
-/// The format that a book notes; kNone when the schema is no book's, kUnfinished while the book is made.
-std::int64_t FormatOf(Database& database, const std::string& book) {
-    const std::string table = QuotedName(book) + ".kp_book";
-    const Result found = database.Run("SELECT to_regclass(" + QuotedText(table) + ") IS NOT NULL");
-    if (found.Value(0, 0) != "t") return kNone;
-    return database.Run("SELECT format FROM " + table).Integer(0, 0);
 }
 
 bool HasSchema(Database& database, const std::string& book) {
@@ -76,16 +43,19 @@ void MakeSchema(Database& database, const std::string& book, const std::string& 
         if (FormatOf(database, book) != kUnfinished) RefuseMaking(url, Message("there is one already"));
         RemoveSchema(database, book);
     }
-    const std::string table = QuotedName(book) + ".kp_book";
-    database.Run("CREATE SCHEMA " + QuotedName(book) + "; CREATE TABLE " + table +
-                 " (format integer NOT NULL, version bigint NOT NULL, whole bigint, icu text); INSERT INTO " + table +
-                 " VALUES (" + std::to_string(kUnfinished) + ", 1, NULL, " + std::string(kActualIcuVersion) + ")");
+    const std::string schema = QuotedName(book);
+    database.Run("CREATE SCHEMA " + schema + "; " + BookNoteText(kUnfinished, schema + "."));
 }
 
-void TakeSqlServerNames(Database& database) {
-    for (const auto& column : schema::kSqlServerNames) {
-        database.Run("ALTER TABLE " + QuotedName(column.table) + " RENAME COLUMN " + QuotedName(column.name) + " TO " +
-                     QuotedName(column.sqlServerName));
+/// What a newer program, or a newer server, asks for; both are the owner's to do.
+void BringUpToDate(Database& database, const std::string& book, const std::string& url) {
+    try {
+        MakeSharedSchema(database);
+        BringIndexesUpToDate(database, book);
+    } catch (const DatabaseError& error) {
+        if (error.Number() != static_cast<std::int32_t>(DatabaseErrorNumber::NotPermitted)) throw;
+        RefuseOpening(url,
+                      Message("the book's owner has to open it once with this program ({1})", error.Description()));
     }
 }
 
@@ -93,9 +63,7 @@ void TakeSqlServerNames(Database& database) {
 void MakeBookTables(const engines::ExecutorPtr& executor, Database& database, const std::string& url,
                     const NewBookOptions& options) {
     executor->GetTransaction().Begin();
-    engines::CreateBookTables(*executor);
-    if (options.header == HeaderDialect::SqlServer) TakeSqlServerNames(database);
-    database.Run("UPDATE kp_book SET version = version + 1");
+    MakeTables(*executor, database, options.header);
     BookPtr book = engines::MakeBook(url, executor);
     if (options.prepare) options.prepare(book);
     book->FlushRows();
@@ -109,22 +77,22 @@ void MakeBookTables(const engines::ExecutorPtr& executor, Database& database, co
 
 BookPtr OpenOnServer(const std::string& address, const std::string& url, const BookOptions& options) {
     const ServerUrl parts = ParseServerUrl(address, url);
-    auto database = Connected(parts, url, options.busyTimeout, options.interrupted);
-    const std::int64_t format = FormatOf(*database, parts.book);
-    if (format == kNone || format == kUnfinished) RefuseOpening(url, Message("the database has no book of that name"));
-    if (format != schema::kFormat) {
-        RefuseOpening(url, Message("its format is {1}, and this program's {2}", format, schema::kFormat));
+    auto database = Connected(parts, url, ConnectionOptionsOf(options));
+    const std::int64_t format = CheckedFormat(*database, parts.book, url);
+    if (format < schema::kFormat) {
+        RefuseOpening(url, Message("its format is {1}, an earlier one than {2}; kpbook upgrade brings it up to date",
+                                   format, schema::kFormat));
     }
-    if (!options.readOnly) MakeSharedSchema(*database);
-    if (!options.readOnly) BringIndexesUpToDate(*database, parts.book);
-    if (options.readOnly) database->Run("SET default_transaction_read_only = on");
+    BringUpToDate(*database, parts.book, url);
+    // Who may see a part of the rows only is told so, rather than to get a copy without the others.
+    if (options.readOnly) database->Run("SET default_transaction_read_only = on; SET row_security = off");
     auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), options.readOnly);
     return engines::MakeBook(url, std::make_shared<engines::Executor>(std::move(driver)));
 }
 
 BookPtr CreateOnServer(const std::string& address, const std::string& url, const NewBookOptions& options) {
     const ServerUrl parts = ParseServerUrl(address, url);
-    auto connected = Connected(parts, url, options.busyTimeout, options.interrupted);
+    auto connected = Connected(parts, url, ConnectionOptionsOf(options));
     Database& database = *connected;
     MakeSharedSchema(database);
     MakeSchema(database, parts.book, url);
@@ -142,17 +110,6 @@ BookPtr CreateOnServer(const std::string& address, const std::string& url, const
         throw;
     }
     return engines::MakeBook(url, executor);
-}
-
-BookUpgrade UpgradeOnServer(const std::string& address, const std::string& url, const UpgradeOptions& options) {
-    BookOptions open;
-    open.busyTimeout = options.busyTimeout;
-    const BookPtr book = OpenOnServer(address, url, open);
-    const auto missing = book->MissingParts();
-    if (!missing.empty())
-        RaiseOfBook(Message("The book '{1}' cannot be upgraded: it lacks {2}; make a new one and copy it", url,
-                            missing.front()));
-    return {schema::kFormat, schema::kFormat, "", {}};
 }
 
 }  // namespace kpTables::engines::postgres

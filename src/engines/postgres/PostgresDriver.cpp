@@ -5,6 +5,7 @@
 
 #include "engines/common/LiteralBinding.h"
 #include "engines/postgres/BookLock.h"
+#include "engines/postgres/BookUsers.h"
 #include "engines/postgres/RowReader.h"
 #include "engines/postgres/TableWriter.h"
 #include "kpTables/Error.h"
@@ -82,6 +83,12 @@ private:
     Database& database_;
     std::string text_;
 };
+
+/// An expression: the sequence of a table's identity column.
+std::string SequenceOf(const std::string& table, const std::string& counter) {
+    using sql::print::postgres::QuotedText;
+    return "pg_get_serial_sequence(" + QuotedText(QuotedName(table)) + ", " + QuotedText(counter) + ")::regclass";
+}
 
 bool IsSchemaChange(std::string_view text) noexcept {
     return text.starts_with("CREATE ") || text.starts_with("DROP ") || text.starts_with("ALTER ");
@@ -169,8 +176,32 @@ void PostgresDriver::ChangeColumn(const sql::ColumnChange& change) {
 void PostgresDriver::BackUp(const std::string& /*path*/) {
     throw DatabaseError(
         static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
-        Message("A book on a server is backed up on the server (with pg_dump, a schema each book), or its tables "
-                "are written as files: kpbook export BOOK DIR"));
+        Message(
+            "A server does not write its books as files; kpbook backup and kpbook copy make a book of the rows, and "
+            "pg_dump one of the server's own"));
+}
+
+std::int64_t PostgresDriver::LastCounter(const std::string& table, const std::string& counter) {
+    const std::string last = "SELECT COALESCE(pg_sequence_last_value(" + SequenceOf(table, counter) + "), 0)";
+    return database_->Guarded([&] { return database_->Run(last); }).Integer(0, 0);
+}
+
+void PostgresDriver::AdvanceCounter(const std::string& table, const std::string& counter, std::int64_t last) {
+    if (LastCounter(table, counter) >= last) return;
+    const std::string set = "SELECT setval(" + SequenceOf(table, counter) + ", " + std::to_string(last) + ")";
+    Changing(*database_, [&] { database_->Run(set); });
+}
+
+bool PostgresDriver::HasUser(const std::string& user) {
+    return database_->Guarded([&] { return postgres::HasUser(*database_, user); });
+}
+
+void PostgresDriver::Grant(const BookUser& user) {
+    Changing(*database_, [&] { GrantUser(*database_, user); });
+}
+
+bool PostgresDriver::Revoke(const std::string& user) {
+    return Changing(*database_, [&] { return RevokeUser(*database_, user); });
 }
 
 bool PostgresDriver::IsSchemaNoted() {

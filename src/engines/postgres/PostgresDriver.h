@@ -46,11 +46,17 @@ public:
     engines::Transaction& GetTransaction() noexcept override { return transaction_; }
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
-    /// Always raises: a server's books are backed up on the server.
     void ChangeColumn(const sql::ColumnChange& change) override;
+    /// Always raises: a copy of the rows is made through two books, see bookkeeping/BookCopy.h.
     void BackUp(const std::string& path) override;
     /// Nothing: the server looks after its files itself.
     std::vector<std::string> IntegrityFaults() override { return {}; }
+
+    std::int64_t LastCounter(const std::string& table, const std::string& counter) override;
+    void AdvanceCounter(const std::string& table, const std::string& counter, std::int64_t last) override;
+    bool HasUser(const std::string& user) override;
+    void Grant(const BookUser& user) override;
+    bool Revoke(const std::string& user) override;
 
     bool IsSchemaNoted() override;
     void NoteSchema() noexcept override;

@@ -31,6 +31,22 @@ std::string Decoded(std::string_view encoded) {
     return decoded;
 }
 
+std::string Encoded(std::string_view text) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string encoded;
+    for (const char c : text) {
+        const bool isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
+                             c == '_' || c == '.';
+        const auto byte = static_cast<unsigned char>(c);
+        if (isPlain) {
+            encoded += c;
+        } else {
+            encoded.append({'%', kDigits[byte / kDigits.size()], kDigits[byte % kDigits.size()]});
+        }
+    }
+    return encoded;
+}
+
 bool HasPassword(std::string_view address) {
     const auto begin = address.find("//");
     if (begin == address.npos) return false;
@@ -41,7 +57,7 @@ bool HasPassword(std::string_view address) {
 
 }  // namespace
 
-ServerUrl ParseServerUrl(const std::string& address, const std::string& url) {
+ServerUrl ParseDatabaseUrl(const std::string& address) {
     if (HasPassword(address)) {
         // The message leaves the URL out.
         throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
@@ -63,6 +79,19 @@ ServerUrl ParseServerUrl(const std::string& address, const std::string& url) {
         }
         at = end;
     }
+    return parts;
+}
+
+std::string WithOption(const std::string& connection, const std::string& name, const std::string& value) {
+    return connection + (connection.find('?') == std::string::npos ? '?' : '&') + name + '=' + Encoded(value);
+}
+
+std::string UrlOfBook(const ServerUrl& parts, const std::string& book) {
+    return WithOption(parts.connection, "book", book);
+}
+
+ServerUrl ParseServerUrl(const std::string& address, const std::string& url) {
+    ServerUrl parts = ParseDatabaseUrl(address);
     if (parts.book.empty()) RefuseUrl(url, Message("say which one, as in postgresql://user@host/database?book=2026"));
     constexpr std::size_t kLongestName = 63;
     if (parts.book.size() > kLongestName || parts.book.starts_with("pg_") || parts.book == "kp" ||

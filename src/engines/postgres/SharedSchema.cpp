@@ -19,13 +19,14 @@ bool IsUpToDate(Database& database) {
 
 }  // namespace
 
-void MakeSharedSchema(Database& database) {
-    if (IsUpToDate(database)) return;
+bool MakeSharedSchema(Database& database) {
+    if (IsUpToDate(database)) return false;
     try {
         // Two programs may come to make it at once.
         database.Run("BEGIN; SELECT pg_advisory_xact_lock(hashtext('kpTables'))");
         if (!IsUpToDate(database)) database.Run(sql::print::postgres::SharedSchemaText());
         database.Run("COMMIT");
+        return true;
     } catch (const DatabaseError&) {
         if (database.InTransaction()) RollBackQuietly(database);
         throw;

@@ -8,8 +8,8 @@
 
 namespace kpTables::engines::postgres {
 
-/// Makes it, or brings it up to date; does nothing when it is.
-void MakeSharedSchema(Database& database);
+/// Makes it, or brings it up to date; true when there was something to do.
+bool MakeSharedSchema(Database& database);
 
 /// An expression: the version of the server's order of texts.
 inline constexpr std::string_view kActualIcuVersion =

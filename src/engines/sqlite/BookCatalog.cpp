@@ -83,8 +83,11 @@ TableInfo BookCatalog::Describe(std::string_view name) const {
     for (const sql::CatalogColumn& known : table->columns) {
         if (!columns.Step()) break;
         if (known.computed) continue;
-        TableInfo::Column column{known.name, engines::FieldType(known.type), Variant::Null(), false, known.counter,
-                                 false};
+        TableInfo::Column column{known.name,      engines::FieldType(known.type),
+                                 Variant::Null(), false,
+                                 known.counter,   false,
+                                 known.length,    known.precision,
+                                 known.scale};
         if (!columns.IsNull(kDefault)) {
             column.defaultValue = DefaultValue(database_, std::string(columns.Text(kDefault)), column.type);
         }

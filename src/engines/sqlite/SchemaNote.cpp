@@ -10,7 +10,13 @@ namespace kpTables::engines::sqlite {
 
 std::int64_t SchemaVersion(const Database& database) { return database.IntegerOf("PRAGMA schema_version"); }
 
-void MakeSchemaNote(const Database& database) { database.Run("CREATE TABLE IF NOT EXISTS kp_schema (whole INTEGER)"); }
+namespace {
+constexpr std::string_view kMakeNote = "CREATE TABLE IF NOT EXISTS kp_schema (whole INTEGER)";
+}
+
+void MakeSchemaNote(const Database& database) { database.Run(kMakeNote); }
+
+std::string SchemaNoteScript() { return std::string(kMakeNote) + ";\n"; }
 
 void WriteSchemaNote(const Database& database, std::int64_t version) {
     database.Run("DELETE FROM kp_schema");

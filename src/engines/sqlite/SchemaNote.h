@@ -11,6 +11,8 @@ namespace kpTables::engines::sqlite {
 std::int64_t SchemaVersion(const Database& database);
 
 void MakeSchemaNote(const Database& database);
+/// The same as a statement, ended by a semicolon.
+std::string SchemaNoteScript();
 void WriteSchemaNote(const Database& database, std::int64_t version);
 /// -1 when nothing is noted.
 std::int64_t ReadSchemaNote(const Database& database);

@@ -130,6 +130,17 @@ std::vector<std::string> SqliteDriver::IntegrityFaults() {
     return faults;
 }
 
+std::int64_t SqliteDriver::LastCounter(const std::string& table, const std::string& /*counter*/) {
+    return database_.IntegerOf("SELECT seq FROM sqlite_sequence WHERE name = " + sql::print::sqlite::QuotedText(table));
+}
+
+void SqliteDriver::AdvanceCounter(const std::string& table, const std::string& counter, std::int64_t last) {
+    if (LastCounter(table, counter) >= last) return;
+    const std::string name = sql::print::sqlite::QuotedText(table);
+    database_.Run("DELETE FROM sqlite_sequence WHERE name = " + name);
+    database_.Run("INSERT INTO sqlite_sequence (name, seq) VALUES (" + name + ", " + std::to_string(last) + ")");
+}
+
 bool SqliteDriver::IsSchemaNoted() {
     comparedSchema_ = SchemaVersion(database_);
     return ReadSchemaNote(database_) == comparedSchema_;

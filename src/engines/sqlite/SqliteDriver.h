@@ -52,6 +52,9 @@ public:
     void BackUp(const std::string& path) override;
     std::vector<std::string> IntegrityFaults() override;
 
+    std::int64_t LastCounter(const std::string& table, const std::string& counter) override;
+    void AdvanceCounter(const std::string& table, const std::string& counter, std::int64_t last) override;
+
     bool IsSchemaNoted() override;
     void NoteSchema() noexcept override;
 

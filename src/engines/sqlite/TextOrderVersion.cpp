@@ -11,6 +11,9 @@ namespace {
 
 std::string Version() { return std::to_string(text::kTextOrderVersion); }
 
+constexpr std::string_view kMake = "CREATE TABLE IF NOT EXISTS kp_collation (version TEXT)";
+std::string Insert() { return "INSERT INTO kp_collation VALUES ('" + Version() + "')"; }
+
 /// Earlier books have non-numeric texts there; some have no such table.
 bool IsUpToDate(const Database& database) {
     if (database.IntegerOf("SELECT COUNT(*) FROM sqlite_schema WHERE name = 'kp_collation'") == 0) return false;
@@ -32,10 +35,12 @@ void CheckIndexes(const Database& database, const std::string& path) {
 }  // namespace
 
 void RecordTextOrderVersion(const Database& database) {
-    database.Run("CREATE TABLE IF NOT EXISTS kp_collation (version TEXT)");
+    database.Run(kMake);
     database.Run("DELETE FROM kp_collation");
-    database.Run("INSERT INTO kp_collation VALUES ('" + Version() + "')");
+    database.Run(Insert());
 }
+
+std::string TextOrderVersionScript() { return std::string(kMake) + ";\n" + Insert() + ";\n"; }
 
 bool SortIndexesAnew(const Database& database) {
     if (IsUpToDate(database)) return false;

@@ -10,6 +10,9 @@ namespace kpTables::engines::sqlite {
 /// Writes the version of the program's order into a new book.
 void RecordTextOrderVersion(const Database& database);
 
+/// The same as statements, each ended by a semicolon.
+std::string TextOrderVersionScript();
+
 /// Rebuilds indexes that another version of the order sorted, inside the caller's transaction; answers whether there
 /// were any.
 bool SortIndexesAnew(const Database& database);

@@ -2,6 +2,7 @@
 
 #include "kpTables/Convert.h"
 #include "kpTables/text/Message.h"
+#include "kpbook/output/Headings.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -28,6 +29,18 @@ MasterNames::Names MasterNames::Read(Connection& book, const std::string& query)
 
 Variant MasterNames::Warehouse(std::optional<std::int32_t> id) const { return NameOf(warehouses_, id); }
 Variant MasterNames::Product(std::optional<std::int32_t> id) const { return NameOf(products_, id); }
+
+std::shared_ptr<MemoryRecordset> FigureTable(const char* first, const char* second, const char* third,
+                                             OutputFormat format) {
+    return std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
+                                                                    {"年份", VarType::Long},
+                                                                    {"月份", VarType::Long},
+                                                                    {"pdID", VarType::Long},
+                                                                    {"商品", VarType::String},
+                                                                    {output::Heading(first, format), VarType::String},
+                                                                    {output::Heading(second, format), VarType::String},
+                                                                    {output::Heading(third, format), VarType::String}});
+}
 
 std::string MonthLabel(const std::string& warehouse, std::int32_t year, std::int32_t month) {
     if (year == 0) return Message("{1} month {2}", warehouse, month);

@@ -3,10 +3,13 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "kpTables/Connection.h"
+#include "kpTables/MemoryRecordset.h"
+#include "kpbook/GlobalOptions.h"
 
 namespace kpTables::kpbook::commands {
 
@@ -27,6 +30,11 @@ private:
     Names warehouses_;
     Names products_;
 };
+
+/// A table with a figure a row: five columns say whose it is (仓库, 年份, 月份, pdID, 商品), and three texts follow,
+/// with these headings.
+std::shared_ptr<MemoryRecordset> FigureTable(const char* first, const char* second, const char* third,
+                                             OutputFormat format);
 
 /// "东库 2004-1"; without a year "东库 month 1".
 std::string MonthLabel(const std::string& warehouse, std::int32_t year, std::int32_t month);

@@ -1,6 +1,5 @@
 #include <cstdio>
 
-#include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/Check.h"
 #include "kpTables/text/Message.h"
 #include "kpbook/Host.h"
@@ -9,7 +8,6 @@
 #include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/CellText.h"
-#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
@@ -17,15 +15,7 @@ namespace kpTables::kpbook::commands {
 namespace {
 
 RecordsetPtr TableOf(const std::vector<bookkeeping::Finding>& findings, const MasterNames& names, OutputFormat format) {
-    auto rows =
-        std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
-                                                                 {"年份", VarType::Long},
-                                                                 {"月份", VarType::Long},
-                                                                 {"pdID", VarType::Long},
-                                                                 {"商品", VarType::String},
-                                                                 {output::Heading("what", format), VarType::String},
-                                                                 {output::Heading("expected", format), VarType::String},
-                                                                 {output::Heading("found", format), VarType::String}});
+    auto rows = FigureTable(Translatable("what"), Translatable("expected"), Translatable("found"), format);
     const auto shown = [](const Variant& value) { return value.IsNull() ? value : Variant(output::CellText(value)); };
     const auto unlessZero = [](std::int32_t value) { return value == 0 ? Variant::Null() : Variant(value); };
     for (const auto& finding : findings) {

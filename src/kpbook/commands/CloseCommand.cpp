@@ -1,7 +1,6 @@
 #include <cstdio>
 #include <memory>
 
-#include "kpTables/MemoryRecordset.h"
 #include "kpTables/bookkeeping/Closing.h"
 #include "kpTables/bookkeeping/ReportValuation.h"
 #include "kpTables/text/Message.h"
@@ -11,7 +10,6 @@
 #include "kpbook/commands/BalanceTexts.h"
 #include "kpbook/commands/Commands.h"
 #include "kpbook/output/CellText.h"
-#include "kpbook/output/Headings.h"
 #include "kpbook/output/ResultWriter.h"
 
 namespace kpTables::kpbook::commands {
@@ -72,15 +70,7 @@ bool Tell(const ClosingResult& result, const CloseOptions& options) {
 
 /// The changes of a dry run, a figure a row.
 RecordsetPtr ChangesOf(const std::vector<ClosingResult>& results, const MasterNames& names, OutputFormat format) {
-    auto rows =
-        std::make_shared<MemoryRecordset>(std::vector<FieldInfo>{{"仓库", VarType::String},
-                                                                 {"年份", VarType::Long},
-                                                                 {"月份", VarType::Long},
-                                                                 {"pdID", VarType::Long},
-                                                                 {"商品", VarType::String},
-                                                                 {output::Heading("column", format), VarType::String},
-                                                                 {output::Heading("before", format), VarType::String},
-                                                                 {output::Heading("after", format), VarType::String}});
+    auto rows = FigureTable(Translatable("column"), Translatable("before"), Translatable("after"), format);
     const auto shown = [](const Variant& value) { return value.IsNull() ? value : Variant(output::CellText(value)); };
     for (const auto& result : results) {
         for (const auto& change : result.changes) {

@@ -41,7 +41,8 @@ const char* RightFor(std::string_view command) {
 }
 
 bool TakesOperator(std::string_view command) {
-    return command != "methods" && command != "upgrade" && command != "completion" && command != "man";
+    constexpr std::string_view kWithout[] = {"methods", "upgrade", "completion", "man", "books", "schema"};
+    return std::ranges::find(kWithout, command) == std::end(kWithout);
 }
 
 }  // namespace kpTables::kpbook::commands

@@ -121,7 +121,7 @@ int Export(const ExportOptions& options, const GlobalOptions& global) {
     const bool all = options.target.empty();
     if (all && options.table == "-")
         throw UsageError(Message("export to standard output takes one table: BOOK TABLE -"));
-    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Read);
+    Workspace workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global, Access::Copy);
     Book& book = *workspace.book;
     // All tables as of one moment.
     const Transaction standstill(book);

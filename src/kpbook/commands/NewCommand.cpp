@@ -73,6 +73,7 @@ std::size_t Create(const NewOptions& options, const GlobalOptions& global, Heade
     book.maxRows = bounds.maxRows;
     book.maxBytes = bounds.maxBytes;
     book.interrupted = bounds.interrupted;
+    book.password = bounds.password;
     std::size_t tables = 0;
     book.prepare = [&](const BookPtr& made) {
         Workspace workspace(made, std::make_shared<ConsoleHost>(global.today, global.answer), global);
@@ -94,7 +95,7 @@ std::string DoneText(const NewOptions& options, const std::optional<Beginning>& 
 
 int BeginNextYear(const NewOptions& options, const GlobalOptions& global) {
     const Workspace from(options.from, std::make_shared<ConsoleHost>(global.today, global.answer), global,
-                         Access::Read);
+                         Access::Copy);
     bookkeeping::NextYear next;
     Create(options, global, bookkeeping::HeaderDialectOf(*from.book),
            [&](const BookPtr& made, const ConnectionPtr&) { next = bookkeeping::BeginNextYear(*from.book, made); });

@@ -39,6 +39,21 @@ struct UpgradeOptions {
     bool noBackup = false;
 };
 
+struct BooksOptions {
+    std::string url;  ///< of a server's database, or of a book there
+};
+
+struct SchemaOptions {
+    std::string dialect = "jet";
+};
+
+/// Of grant and revoke.
+struct GrantOptions {
+    std::string book;
+    std::string name;  ///< of grant: the operator's; of revoke: the user's
+    std::string user;  ///< of the server; empty: named as the operator
+};
+
 struct InfoOptions {
     std::string book;
 };

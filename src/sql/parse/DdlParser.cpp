@@ -1,7 +1,10 @@
 // Statements that create and change tables and indexes.
 #include "sql/parse/ParserRules.h"
 
+#include <algorithm>
+
 #include "kpTables/text/Message.h"
+#include "sql/Names.h"
 
 namespace kpTables::sql::parse {
 
@@ -86,7 +89,9 @@ ColumnDefinition ParseColumnDefinition(TokenCursor& cursor) {
     ColumnDefinition column;
     column.offset = cursor.Peek().offset;
     column.name = cursor.TakeName("a column's name");
-    column.type = ParseTypeName(cursor, TypeUse::Column);
+    // SQL Server's computed columns have no type of their own.
+    const bool typed = !(cursor.At("AS") && cursor.AtOperator("(", 1));
+    if (typed) column.type = ParseTypeName(cursor, TypeUse::Column);
     if (!column.type.counter && cursor.Accept("AS")) {
         cursor.ExpectOperator("(");
         column.source = cursor.TakeName("a column's name");
@@ -121,6 +126,18 @@ void ParseTableKey(TokenCursor& cursor, CreateTableStatement& statement) {
     }
 }
 
+/// A computed column without a type has that of the column that it is an alias of.
+void TakeTypesOfSources(CreateTableStatement& statement) {
+    for (ColumnDefinition& column : statement.columns) {
+        if (column.source.empty() || column.type.type != Type::Unknown) continue;
+        const auto source = std::ranges::find_if(
+            statement.columns, [&](const ColumnDefinition& each) { return SameName(each.name, column.source); });
+        if (source == statement.columns.end()) continue;
+        column.type = source->type;
+        column.type.counter = false;
+    }
+}
+
 StatementPtr ParseCreateTable(TokenCursor& cursor) {
     auto statement = std::make_unique<CreateTableStatement>();
     statement->offset = cursor.Peek().offset;
@@ -133,6 +150,7 @@ StatementPtr ParseCreateTable(TokenCursor& cursor) {
             statement->columns.push_back(ParseColumnDefinition(cursor));
     } while (cursor.AcceptOperator(","));
     if (statement->columns.empty()) cursor.Fail("a column");
+    TakeTypesOfSources(*statement);
     cursor.ExpectOperator(")");
     // "ON [PRIMARY]" names a server's file group.
     if (cursor.Accept("ON")) cursor.TakeName("a file group's name");

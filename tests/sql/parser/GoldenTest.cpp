@@ -243,6 +243,8 @@ TEST(Golden, Definition) {
          "CREATE TABLE 系统选项 (Item TEXT(50), Discription MEMO DEFAULT 'it''s')"},
         {"Create Table T (a Long,[Order] Long As(a),b Text(5) As ([Order]))",
          "CREATE TABLE T (a LONG, [Order] LONG AS (a), b TEXT(5) AS ([Order]))"},
+        {"Create Table T (a Int Identity(1,1) Primary Key,b As (a),c NVarChar(9),d As ([c]))",
+         "CREATE TABLE T (a COUNTER PRIMARY KEY, b LONG AS (a), c TEXT(9), d TEXT(9) AS (c))"},
         {"Create Index i On T (a,b Desc,c Asc)", "CREATE INDEX i ON T (a, b DESC, c)"},
         {"Create Unique Index [Primary] On T (a)", "CREATE UNIQUE INDEX [Primary] ON T (a)"},
         {"Drop Table T", "DROP TABLE T"},

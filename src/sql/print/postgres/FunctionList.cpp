@@ -393,8 +393,24 @@ EXCEPTION WHEN duplicate_function THEN NULL;
 END $do$;
 )sql";
 
+/// Drops the functions of an earlier version that answer with another type, which CREATE OR REPLACE refuses to change.
+std::string DropOtherResults() {
+    std::string wanted;
+    for (const ServerFunction& function : kFunctions) {
+        wanted.append(wanted.empty() ? "('" : ",\n('").append(function.name).append("', '");
+        wanted.append(function.parameters).append("', '").append(function.result).append("')");
+    }
+    return "DO $do$ DECLARE other text; BEGIN\n"
+           "FOR other IN SELECT p.oid::regprocedure FROM pg_proc AS p JOIN (VALUES " +
+           wanted +
+           ") AS w(name, parameters, result) ON p.proname = w.name AND p.oid = to_regprocedure(format('kp.%I(%s)', w.name, "
+           "w.parameters)) AND p.prorettype <> to_regtype(w.result)\n"
+           "LOOP EXECUTE 'DROP FUNCTION ' || other; END LOOP;\nEND $do$;\n";
+}
+
 std::string MakeText() {
     std::string text(kBefore);
+    text += DropOtherResults();
     for (const ServerFunction& function : kFunctions) {
         text.append("CREATE OR REPLACE FUNCTION kp.\"").append(function.name).append("\"(").append(function.parameters);
         text.append(") RETURNS ").append(function.result).append(" LANGUAGE sql ").append(function.qualities);
