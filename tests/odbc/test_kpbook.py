@@ -86,7 +86,7 @@ class CommandTest(BehindDriver, small_book.SmallBookCase):
             for table in ("入库记录", "商品设置", "仓库设置"):
                 text = f"Select * From {table}"
                 self.assertEqual(self.run_kpbook("sql", copy, text).stdout, self.run_kpbook("sql", self.file, text).stdout)
-            added = [self.run_kpbook("add", book, "product", "商品名称=玻璃", "商品编号=G9").stdout for book in (copy, self.file)]
+            added = [self.run_kpbook("add", book, "product", f"商品名称=玻璃{command}", f"商品编号=G{command}").stdout for book in (copy, self.file)]
             self.assertEqual(added[0], added[1])
 
     def test_a_batch_has_transactions(self):
