@@ -68,6 +68,7 @@ expect "closing stock" "01001,60,19305" \
     "$(inside 'cd; kpbook report balance firm.kpbook --month 1 -O csv' | python3 -c '
 import csv, sys
 for row in csv.DictReader(sys.stdin): print(row["商品编号"], row["本期库存数量"], row["本期库存金额"], sep=",")')"
+[[ $(inside 'kpbook info odbc:DSN=shop 2>&1 || true') == *libodbc2* ]] || failed "no word of the driver manager that is not there"
 [[ -f $root/usr/share/man/man1/kpbook-close.1 || -f $root/usr/share/man/man1/kpbook-close.1.gz ]] || failed "no manual page"
 
 echo "SQLite's shell"

@@ -45,7 +45,7 @@ void AddReal(std::vector<Backend>& to) {
         to.push_back({"Real", "", "", "INT IDENTITY(1,1) PRIMARY KEY", "NVARCHAR(40)", "NVARCHAR(MAX)", "MONEY",
                       "FLOAT", "INT", "DATETIME", "BIT", VarType::Currency, VarType::Boolean});
     } else {
-        to.push_back({"Real", "", "", "COUNTER PRIMARY KEY", "TEXT(40)", "MEMO", "CURRENCY", "DOUBLE", "LONG",
+        to.push_back({"Real", "", "ACCESS", "COUNTER PRIMARY KEY", "TEXT(40)", "MEMO", "CURRENCY", "DOUBLE", "LONG",
                       "DATETIME", "YESNO", VarType::Currency, VarType::Boolean});
     }
 }

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "Backend.h"
+#include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/Transaction.h"
@@ -379,6 +380,47 @@ TEST_P(Odbc, JoinsAndGroupsAreReadOnly) {
     const auto rows = book->Open("Select COUNT(*) As n From T", SourceKind::Text);
     EXPECT_EQ(CLng(rows->Fields("n").Value()), 1);
     EXPECT_EQ(NumberOf([&] { rows->Fields("n").SetValue(2); }), Code(ErrorNumber::NotUpdatable));
+}
+
+/// What some methods answer and leave, of those whose texts every database here can read.
+std::string AnswersOf(const BookPtr& book, bool isSQL) {
+    for (const char* values :
+         {"2003,2,1,2,5,50.5", "2003,3,1,2,6,60.0001", "2003,3,5,2,7,0.07", "2003,4,1,3,8,8", "2004,1,1,2,0,0"})
+        book->Execute("INSERT INTO 仓库余额表 (年份,月份,pdID,dpID,上期库存数量,上期库存金额) VALUES (" +
+                      std::string(values) + ")");
+    CTables tables;
+    tables.Cnn(book);
+    tables.isSQL(isSQL);
+    std::string answers = RowsOf(*tables.rs月份列表(true)) + "; " + RowsOf(*tables.rs月份列表(false)) + "; ";
+    const auto balance = tables.rs仓库余额表(2, 3);
+    answers += std::to_string(balance->RecordCount()) + "; ";
+    balance->Find("pdID=5");
+    balance->Fields("上期库存金额").SetValue(Currency::FromDecimalText("123.4567"));
+    balance->Update();
+    balance->AddNew();
+    balance->Fields("pdID").SetValue(9);
+    balance->Fields("dpID").SetValue(2);
+    balance->Fields("月份").SetValue(3);
+    balance->Fields("年份").SetValue(2003);
+    balance->Update();
+    balance->Close();
+    tables.Del仓库余额表(3, 4);
+    return answers +
+           RowsOf(*book,
+                  "SELECT 年份,月份,pdID,dpID,上期库存数量,上期库存金额 FROM 仓库余额表 ORDER BY 年份,月份,pdID");
+}
+
+TEST_P(Odbc, MethodsAnswerAsOnAFile) {
+    if (GetParam().driver.empty()) GTEST_SKIP() << "a real server's book has a test of its own";
+    if (GetParam().driver != "kptest") {
+        const std::string& whole = GetParam().whole;
+        book->Execute("CREATE TABLE 仓库余额表 (年份 " + whole + ", 月份 " + whole + ", pdID " + whole + ", dpID " +
+                      whole + ", 上期库存数量 " + GetParam().real + " DEFAULT 0, 上期库存金额 " + GetParam().amount +
+                      " DEFAULT 0)");
+    }
+    const std::string onFile = AnswersOf(CreateBook("memory:"), false);
+    EXPECT_EQ(AnswersOf(book, GetParam().dbms == "Microsoft SQL Server"), onFile);
+    EXPECT_NE(onFile.find("123.4567"), std::string::npos);
 }
 
 TEST_P(Odbc, ARunningStatementIsInterrupted) {

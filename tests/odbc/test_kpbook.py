@@ -78,6 +78,17 @@ class CommandTest(BehindDriver, small_book.SmallBookCase):
         self.run_kpbook("remove", self.book, "product", "4")
         self.assertEqual(self.rows("Select Count(*) As n From 商品设置"), [[3]])
 
+    def test_it_is_copied_into_a_file(self):
+        self.close_host()
+        for command in ("backup", "copy"):
+            copy = self.folder / command
+            self.run_kpbook(command, self.book, copy)
+            for table in ("入库记录", "商品设置", "仓库设置"):
+                text = f"Select * From {table}"
+                self.assertEqual(self.run_kpbook("sql", copy, text).stdout, self.run_kpbook("sql", self.file, text).stdout)
+            added = [self.run_kpbook("add", book, "product", f"商品名称=玻璃{command}", f"商品编号=G{command}").stdout for book in (copy, self.file)]
+            self.assertEqual(added[0], added[1])
+
     def test_a_batch_has_transactions(self):
         self.close_host()
         answers = self.batch({"begin": True}, {"execute": "Update 商品设置 Set 商品名称='x'"}, {"rollback": True},
@@ -88,7 +99,7 @@ class CommandTest(BehindDriver, small_book.SmallBookCase):
         self.close_host()
         self.refused("new", self.book, "--bare", says="not made by this program")
         self.refused("upgrade", self.book, says="not upgraded by this program")
-        self.refused("backup", self.book, self.folder / "copy", says="backed up by its server's own means")
+        self.refused("new", self.folder / "next", "--from", self.book + ";PWD=x", says="a password does not belong into a URL")
         self.refused("info", self.book + ";PWD=secret1", says="a password does not belong into a URL")
         self.refused("info", "odbc:DSN=nowhere", says="The server cannot be reached")
         missing = self.run_kpbook("info", self.book + ";PWD=secret1", code=1)
@@ -100,10 +111,11 @@ class CommandTest(BehindDriver, small_book.SmallBookCase):
         password.write_text("秘密;x\n", encoding="utf-8")
         password.chmod(0o600)
         url = f"{self.book};Needs=秘密"
-        self.refused("info", url, says="the password is wrong")
+        self.refused("info", url, says="--password-file")
+        self.refused("info", url, "--password-file", password, says="the password is wrong")
         password.write_text("秘密\n", encoding="utf-8")
-        done = self.run_kpbook("info", f"{url};PasswordFile={password}")
-        self.assertNotIn("秘密", done.stdout.replace(url, ""))
+        done = self.run_kpbook("info", url, "--password-file", password)
+        self.assertNotIn("秘密", (done.stdout + done.stderr).replace(url, ""))
 
     def test_tables_that_are_missing_are_told(self):
         self.close_host()

@@ -8,7 +8,6 @@ import sys
 import unittest
 
 from kpbook_case import KPBOOK
-import server_schema
 import test_book_life
 
 URL = os.environ.get("KPTABLES_ODBC")
@@ -26,25 +25,29 @@ class EngineTest(unittest.TestCase):
 
 class RealServerTest(LIFE):
     def setUp(self):
+        self.schema = subprocess.run([KPBOOK, "schema", "--dialect", "sqlserver" if IS_SQL else "jet"], capture_output=True,
+                                     check=True).stdout.decode()
+        self.tables = re.findall(r"CREATE TABLE \[?(\w+)", self.schema)
+        self.with_counter = [table for table, columns in re.findall(r"CREATE TABLE \[?(\w+)([^;]*)", self.schema)
+                             if re.search("IDENTITY|COUNTER", columns)]
         super().setUp()
         self.addCleanup(self.drop_tables)
 
     def new_book(self):
         self.book = URL
         self.drop_tables()
-        for text in server_schema.statements():
-            self.run_kpbook("sql", self.book, server_schema.for_server(text) if IS_SQL else text)
+        self.run_kpbook("sql", self.book, "-f", self.write("schema.sql", self.schema))
 
     def drop_tables(self):
         self.close_host()
-        for table in server_schema.tables():
+        for table in self.tables:
             subprocess.run([KPBOOK, "sql", URL, f"Drop Table {table}"], capture_output=True, check=False)
 
     def execute(self, *texts):
         """SQL Server takes values for a counter only where it is told so before."""
         for text in texts:
             found = re.match(r"Insert into (\w+)", text)
-            told = IS_SQL and found and found.group(1) in server_schema.with_counter()
+            told = IS_SQL and found and found.group(1) in self.with_counter
             around = [f"SET IDENTITY_INSERT {found.group(1)} {on}" for on in ("ON", "OFF")] if told else ["", ""]
             super().execute(*filter(None, [around[0], text, around[1]]))
 

@@ -2,10 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <system_error>
 
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -21,8 +17,7 @@ namespace {
 
 struct Attribute {
     std::string_view name;
-    std::string_view value;    ///< as written, perhaps in braces
-    std::string_view written;  ///< the whole
+    std::string_view written;  ///< with its value
 };
 
 std::string_view WithoutBlanks(std::string_view text) noexcept {
@@ -36,7 +31,6 @@ Attribute TakeAttribute(std::string_view& text) {
     const auto equals = std::min(text.find('='), text.find(';'));
     std::size_t at = equals == text.npos ? text.size() : equals;
     const std::string_view name = WithoutBlanks(text.substr(0, at));
-    std::string_view value;
     if (at < text.size() && text[at] == '=') {
         const std::size_t begin = at + 1;
         std::size_t end = text.find_first_not_of(' ', begin);
@@ -48,44 +42,10 @@ Attribute TakeAttribute(std::string_view& text) {
             end = begin;
         }
         at = std::min(text.find(';', end), text.size());
-        value = WithoutBlanks(text.substr(begin, at - begin));
     }
-    const Attribute attribute{name, value, text.substr(0, at)};
+    const Attribute attribute{name, text.substr(0, at)};
     text.remove_prefix(std::min(at + 1, text.size()));
     return attribute;
-}
-
-std::string Unbraced(std::string_view value) {
-    if (!value.starts_with('{') || !value.ends_with('}') || value.size() < 2) return std::string(value);
-    std::string plain;
-    const std::string_view inside = value.substr(1, value.size() - 2);
-    for (std::size_t i = 0; i < inside.size(); ++i) {
-        plain += inside[i];
-        if (inside.substr(i, 2) == "}}") ++i;
-    }
-    return plain;
-}
-
-std::string Braced(std::string_view value) {
-    std::string braced = "{";
-    for (const char c : value) braced.append(c == '}' ? 2 : 1, c);
-    return braced + "}";
-}
-
-/// The first line of a file that is nobody else's to read.
-std::string PasswordIn(const std::string& path) {
-    namespace fs = std::filesystem;
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    if (error || !fs::is_regular_file(status))
-        RefuseConnection(Message("The password's file '{1}' cannot be read", path));
-    if ((status.permissions() & (fs::perms::group_all | fs::perms::others_all)) != fs::perms::none)
-        RefuseConnection(Message("The password's file '{1}' can be read by others; chmod 600 keeps it to you", path));
-    std::ifstream file(path);
-    std::string password;
-    if (!std::getline(file, password)) RefuseConnection(Message("The password's file '{1}' is empty", path));
-    if (password.ends_with('\r')) password.pop_back();
-    return password;
 }
 
 }  // namespace
@@ -97,15 +57,11 @@ std::string ConnectionText(std::string_view address) {
         if (attribute.name.empty()) continue;
         if (sql::SameName(attribute.name, "PWD") || sql::SameName(attribute.name, "Password")) {
             RefuseConnection(
-                Message("The book cannot be opened: a password does not belong into a URL; write it into a file that "
-                        "only you can read and put PasswordFile=FILE into the URL"));
+                Message("The book cannot be opened: a password does not belong into a URL; leave it out, and it is "
+                        "asked for"));
         }
         if (!connection.empty()) connection += ';';
-        if (sql::SameName(attribute.name, "PasswordFile")) {
-            connection += "PWD=" + Braced(PasswordIn(Unbraced(attribute.value)));
-        } else {
-            connection += attribute.written;
-        }
+        connection += attribute.written;
     }
     if (connection.empty()) {
         RefuseConnection(
@@ -113,6 +69,12 @@ std::string ConnectionText(std::string_view address) {
                     "odbc:Driver={ODBC Driver 18 for SQL Server};Server=shop-server;Database=books"));
     }
     return connection;
+}
+
+std::string WithPassword(std::string connection, std::string_view password) {
+    connection += ";PWD={";
+    for (const char c : password) connection.append(c == '}' ? 2 : 1, c);
+    return connection + "}";
 }
 
 }  // namespace kpTables::engines::odbc

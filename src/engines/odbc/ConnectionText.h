@@ -7,8 +7,10 @@
 namespace kpTables::engines::odbc {
 
 /// The connection string for the driver manager. address: the URL behind "odbc:". A password in it, which other users
-/// of the machine could read, is refused with a DatabaseError whose message leaves the URL out; PasswordFile=PATH,
-/// which no driver sees, names the file whose first line is the password, and which nobody else may read.
+/// of the machine could read, is refused with a DatabaseError whose message leaves the URL out.
 std::string ConnectionText(std::string_view address);
+
+/// The connection string with a password, whatever characters it has.
+std::string WithPassword(std::string connection, std::string_view password);
 
 }  // namespace kpTables::engines::odbc

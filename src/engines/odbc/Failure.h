@@ -15,6 +15,8 @@ struct DriverError {
 
     /// Whether the connection, or the server's transaction, is gone with it.
     bool EndsConnection() const noexcept { return state.starts_with("08"); }
+    /// Whether the user was refused, perhaps for want of a password.
+    bool RefusesUser() const noexcept { return state.starts_with("28"); }
     bool EndsTransaction() const noexcept { return state.starts_with("40") || EndsConnection(); }
 };
 

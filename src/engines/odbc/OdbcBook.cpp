@@ -24,6 +24,11 @@ namespace {
     throw DatabaseError(static_cast<std::int32_t>(number), message, std::string(text));
 }
 
+[[noreturn]] void RefuseUsers() {
+    RefuseOfBook(DatabaseErrorNumber::NotPermitted,
+                 Message("A server behind ODBC keeps its users itself: rights are given by its own means"));
+}
+
 class OdbcBook : public Book {
 public:
     OdbcBook(std::string url, OpenConnectionPtr connection)
@@ -53,6 +58,14 @@ public:
     std::unique_ptr<RowAppender> AppendTo(std::string_view table, const std::vector<std::string>& columns) override {
         return std::make_unique<TableAppender>(connection_, table, columns);
     }
+    /// The largest that a row has: drivers do not tell of rows that are gone.
+    std::int64_t LastCounter(std::string_view table) override;
+    void AdvanceCounter(std::string_view /*table*/, std::int64_t /*last*/) override {
+        RefuseOfBook(DatabaseErrorNumber::Failure, Message("A server behind ODBC keeps its counters itself"));
+    }
+    bool HasUser(const std::string& /*user*/) override { RefuseUsers(); }
+    void Grant(const BookUser& /*user*/) override { RefuseUsers(); }
+    bool Revoke(const std::string& /*user*/) override { RefuseUsers(); }
     std::int64_t RecordsAffected() const override { return affected_; }
     void FlushRows() override {
         connection_->transaction.RaiseLoss();
@@ -75,6 +88,17 @@ private:
     SqlDialect dialect_ = SqlDialect::Jet;
     std::int64_t affected_ = 0;
 };
+
+std::int64_t OdbcBook::LastCounter(std::string_view table) {
+    const ServerTable* const found = connection_->tables.Find(table);
+    const ServerColumn* const counter = found ? found->Counter() : nullptr;
+    if (!counter) return 0;
+    const std::string text = "SELECT MAX(" + connection_->session.Quoted(counter->name) + ") FROM " +
+                             TableWriter(connection_->session, *found, {}).Name();
+    Query query(connection_->session);
+    query.ExecuteDirect(text, {}, text);
+    return query.Fetch() ? query.Whole(0).value_or(0) : 0;
+}
 
 RecordsetPtr OdbcBook::Run(std::string_view text, const Parameters& parameters, std::string_view shown) {
     OpenConnection& connection = *connection_;
@@ -140,7 +164,8 @@ RecordsetPtr OdbcBook::Open(std::string_view source, SourceKind kind) {
 BookPtr OpenBehindDriver(const std::string& address, const std::string& url, const BookOptions& options) {
     return std::make_shared<OdbcBook>(
         url, std::make_shared<OpenConnection>(
-                 ConnectionText(address), SessionOptions{options.readOnly, options.busyTimeout, options.interrupted},
+                 ConnectionText(address),
+                 SessionOptions{options.readOnly, options.busyTimeout, options.interrupted, options.password},
                  engines::LimitsOf(options)));
 }
 

@@ -145,9 +145,9 @@ const ServerColumn* ServerTable::Counter() const {
     return found == columns.end() ? nullptr : &*found;
 }
 
-std::string ServerTables::Pattern(std::string_view table) const {
+std::string ServerTables::Pattern(std::string_view name) const {
     std::string pattern;
-    for (const char c : session_.Spelled(table)) {
+    for (const char c : name) {
         if (c == '_' || c == '%') pattern += session_.PatternEscape();
         pattern += c;
     }
@@ -157,7 +157,7 @@ std::string ServerTables::Pattern(std::string_view table) const {
 std::vector<ServerTables::Place> ServerTables::Places(std::string_view table) {
     std::vector<Place> places;
     Query query(session_);
-    query.ListTables(table.empty() ? std::string() : Pattern(table));
+    query.ListTables(table.empty() ? std::string() : Pattern(session_.Spelled(table)));
     while (query.Fetch()) {
         Place place{TextOr(query, tables::kCatalog), TextOr(query, tables::kSchema), TextOr(query, tables::kName)};
         if (table.empty() || sql::SameName(place.name, table)) places.push_back(std::move(place));
@@ -232,8 +232,10 @@ std::vector<TableInfo> ServerTables::All() {
             const bool key = std::ranges::any_of(
                 table->key, [&](const std::string& name) { return sql::SameName(name, column.name); });
             const bool required = !column.nullable && !column.counter && column.defaultValue.IsNull();
-            info.columns.push_back(
-                {column.name, FieldTypeOf(column.description), column.defaultValue, required, column.counter, key});
+            const VarType type = FieldTypeOf(column.description);
+            const bool bounded = type == VarType::String && column.IsComparable();
+            info.columns.push_back({column.name, type, column.defaultValue, required, column.counter, key,
+                                    bounded ? static_cast<int>(column.description.size) : 0});
         }
         names.push_back(place.name);
     }

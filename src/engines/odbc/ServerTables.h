@@ -57,7 +57,8 @@ private:
         std::string schema;
         std::string name;
     };
-    std::string Pattern(std::string_view table) const;
+    /// The pattern that means this name alone.
+    std::string Pattern(std::string_view name) const;
     std::vector<Place> Places(std::string_view table);
     ServerTable Read(const Place& place);
     void ReadKey(ServerTable& table);

@@ -4,6 +4,7 @@
 #include <future>
 #include <utility>
 
+#include "engines/odbc/ConnectionText.h"
 #include "engines/odbc/Query.h"
 #include "engines/odbc/WideText.h"
 #include "kpTables/Error.h"
@@ -50,14 +51,20 @@ Session::~Session() {
     LoadedLibrary().Disconnect(Get());
 }
 
-void Session::Connect(const std::string& connection) {
-    const Library& library = LoadedLibrary();
-    // A wish: not every driver keeps to it.
-    if (options_.readOnly)
-        library.SetConnectionAttribute(Get(), SQL_ATTR_ACCESS_MODE, NumberArgument(SQL_MODE_READ_ONLY), 0);
+SQLRETURN Session::ConnectWith(const std::string& connection) {
     const std::u16string text = Wide(connection);
-    const SQLRETURN code = library.DriverConnect(Get(), nullptr, Units(text), static_cast<SQLSMALLINT>(text.size()),
-                                                 nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+    return LoadedLibrary().DriverConnect(Get(), nullptr, Units(text), static_cast<SQLSMALLINT>(text.size()), nullptr, 0,
+                                         nullptr, SQL_DRIVER_NOPROMPT);
+}
+
+void Session::Connect(const std::string& connection) {
+    // A wish: not every driver keeps to it.
+    if (options_.readOnly) {
+        LoadedLibrary().SetConnectionAttribute(Get(), SQL_ATTR_ACCESS_MODE, NumberArgument(SQL_MODE_READ_ONLY), 0);
+    }
+    SQLRETURN code = ConnectWith(connection);
+    if (!SQL_SUCCEEDED(code) && options_.password && ErrorOf(SQL_HANDLE_DBC, Get()).RefusesUser())
+        code = ConnectWith(WithPassword(connection, options_.password()));
     if (!SQL_SUCCEEDED(code)) {
         const DriverError error = ErrorOf(SQL_HANDLE_DBC, Get());
         throw DatabaseError(

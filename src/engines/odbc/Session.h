@@ -32,7 +32,9 @@ private:
 struct SessionOptions {
     bool readOnly = false;
     std::chrono::milliseconds busyTimeout{0};
-    std::function<bool()> interrupted = {};  ///< see BookOptions
+    // See BookOptions.
+    std::function<bool()> interrupted = {};
+    std::function<std::string()> password = {};
 };
 
 /// An open connection and its transaction. Every failure is a DatabaseError.
@@ -74,6 +76,7 @@ public:
 
 private:
     void Connect(const std::string& connection);
+    SQLRETURN ConnectWith(const std::string& connection);
     void Configure();
     void Check(SQLRETURN code) const;
     std::string TextInfo(SQLUSMALLINT what) const;

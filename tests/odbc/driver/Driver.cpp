@@ -190,8 +190,10 @@ SQLRETURN SQL_API SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR* text, SQL
         auto attributes = AttributesOf(td::FromUnits(text, length));
         connection.serverName = attributes["Name"];
         connection.isFragile = attributes.contains("Fragile");
-        if (attributes.contains("Needs") && attributes["PWD"] != attributes["Needs"])
-            throw std::runtime_error("the password is wrong");
+        if (attributes.contains("Needs") && attributes["PWD"] != attributes["Needs"]) {
+            connection.diagnosis = {"28000", "the password is wrong"};
+            return SQL_ERROR;
+        }
         if (attributes.contains("Database")) connection.book = kpTables::OpenBook(attributes["Database"]);
         return SQL_SUCCESS;
     });
