@@ -138,6 +138,8 @@ public:
     std::int64_t Statements() const noexcept { return statements_; }
 
     OtherPrograms others;
+    /// Asks for them along with the next statement that is prepared already.
+    void LookForOthers() noexcept { looksForOthers_ = true; }
 
     /// How often the server has told so far that a program has changed the book's schema.
     int SchemaChanges() noexcept;
@@ -172,6 +174,8 @@ private:
     bool interruptible_ = true;
     bool hasSavepoint_ = false;
     bool savepointDue_ = false;  ///< it goes along with the next statement
+    bool looksForOthers_ = false;
+    bool canLook_ = false;  ///< the statement for it is prepared
     PendingRows* pending_ = nullptr;
     std::int64_t statements_ = 0;
     int prepared_ = 0;
