@@ -31,8 +31,7 @@ double ClientSeconds() {
     return seconds;
 }
 
-/// The process that all others of the server descend from, and the user and system time of a process with its ended
-/// children.
+/// What stands behind a process's name in its record.
 std::string StatOf(int process) {
     std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     std::string line;
@@ -41,16 +40,17 @@ std::string StatOf(int process) {
     return end == std::string::npos ? std::string() : line.substr(end + 2);
 }
 
+/// The user and system time of a process's ended children.
 double TicksOf(int process, int& parent) {
     std::istringstream fields(StatOf(process));
     std::string state;
     fields >> state >> parent;
     double value = 0;
     double ticks = 0;
-    constexpr int kUser = 14;
+    constexpr int kEndedChildrensUser = 16;
     constexpr int kEndedChildrensSystem = 17;
     for (int field = 5; field <= kEndedChildrensSystem && fields >> value; ++field) {
-        if (field >= kUser) ticks += value;
+        if (field >= kEndedChildrensUser) ticks += value;
     }
     return ticks;
 }
@@ -64,18 +64,28 @@ int Postmaster() {
     return process;
 }
 
-/// Of the server and all its processes.
+/// Of a process that runs, in finer steps than its ticks.
+double NanosecondsOf(int process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/schedstat");
+    double nanoseconds = 0;
+    file >> nanoseconds;
+    return nanoseconds;
+}
+
+/// Of the server's processes: those that run, and those that have ended.
 double ServerSeconds() {
     const int postmaster = Postmaster();
     int parent = 0;
-    double ticks = TicksOf(postmaster, parent);
+    const double ended = TicksOf(postmaster, parent);
+    double nanoseconds = NanosecondsOf(postmaster);
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
         const std::string name = entry.path().filename().string();
         if (name.find_first_not_of("0123456789") != std::string::npos) continue;
-        const double of = TicksOf(std::stoi(name), parent);
-        if (parent == postmaster) ticks += of;
+        const int process = std::stoi(name);
+        TicksOf(process, parent);
+        if (parent == postmaster) nanoseconds += NanosecondsOf(process);
     }
-    return ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
+    return ended / static_cast<double>(sysconf(_SC_CLK_TCK)) + nanoseconds * 1e-9;
 }
 
 }  // namespace

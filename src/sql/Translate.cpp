@@ -11,6 +11,7 @@ Translation Finished(bind::BoundStatement statement, const print::Engine& engine
                      std::span<const rewrite::Rule> rules) {
     for (const rewrite::Rule& rule : rules) {
         if (rule.readsDependentColumns && !engine.ReadsDependentColumns()) continue;
+        if (rule.readsKeysOnly && engine.ReadsDependentColumns()) continue;
         if (rule.breaksTies && engine.KeepsTies()) continue;
         rule.apply(statement);
     }

@@ -1,6 +1,7 @@
 // Rows that are gathered and sent together.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,12 +17,28 @@ namespace {
 
 using namespace test;
 
-class Batches : public testing::Test {
-protected:
-    void SetUp() override {
+/// A book and another program that has it open.
+struct SharedBook {
+    SharedBook() {
         book->Execute("CREATE TABLE T (n LONG, x TEXT(20), m MEMO)");
         book->Execute("CREATE TABLE K (k TEXT(10) PRIMARY KEY, n LONG)");
         book->Execute("CREATE TABLE C (id COUNTER PRIMARY KEY, k TEXT(10) UNIQUE, n LONG DEFAULT 7)");
+    }
+
+    TemporaryDirectory directory;
+    std::string path = directory.Book("book");
+    BookPtr book = CreateBook(path);
+    BookPtr other = OpenBook(path, {.busyTimeout = std::chrono::milliseconds(20)});
+};
+
+class Batches : public testing::Test {
+protected:
+    static void SetUpTestSuite() { shared = std::make_unique<SharedBook>(); }
+    static void TearDownTestSuite() { shared.reset(); }
+
+    void SetUp() override {
+        for (const char* table : {"T", "K"}) book->Execute(std::string("Delete From ") + table);
+        book->Execute("TRUNCATE TABLE C");
     }
     RecordsetPtr Table(std::string_view name = "T") { return book->Open(name, SourceKind::Table); }
     std::string Value(std::string_view select) { return ValueOf(*book, select); }
@@ -51,10 +68,9 @@ protected:
         return std::to_string(expected);
     }
 
-    TemporaryDirectory directory;
-    std::string path = directory.Book("book");
-    BookPtr book = CreateBook(path);
-    BookPtr other = OpenBook(path, {.busyTimeout = std::chrono::milliseconds(20)});
+    static inline std::unique_ptr<SharedBook> shared;
+    const BookPtr& book = shared->book;
+    const BookPtr& other = shared->other;
 };
 
 TEST_F(Batches, OfEverySizeAroundTheBoundaries) {

@@ -67,8 +67,9 @@ struct EditableRecordset::State {
 };
 
 void EditableRecordset::State::Fetch() {
-    if (HasVersions()) moment = Writer().Moment();
+    Writer().BeforeRead();
     auto all = executor.ReadEditable(query);
+    moment = Writer().Moment();
     if (CountColumns() != columns) {
         if (!added.empty()) RaiseColumnsChanged(query.text);
         columns = CountColumns();

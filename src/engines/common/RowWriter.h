@@ -72,8 +72,10 @@ public:
 
     /// The version of the row that was written last.
     virtual std::int64_t LastVersion() const noexcept { return 0; }
-    /// Asked before rows are read: of two equal answers, no other program has changed the book between them.
-    virtual std::int64_t Moment() { return 0; }
+    /// Called before rows are read, for Moment.
+    virtual void BeforeRead() {}
+    /// Asked behind such a read: of two equal answers, no other program has changed the book between the reads.
+    virtual std::int64_t Moment() const noexcept { return 0; }
 
 private:
     virtual std::int64_t InsertRow(const ColumnSet& set, WrittenValues values) = 0;

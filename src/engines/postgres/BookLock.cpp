@@ -28,10 +28,4 @@ void BeginChange(Database& database) {
     }
 }
 
-std::int64_t ReadMoment(Database& database) {
-    // Nobody else changes the book while this connection does.
-    if (!database.InTransaction()) database.others.Saw(database.Run("SELECT xmax FROM kp_book").Integer(0, 0));
-    return database.others.Count();
-}
-
 }  // namespace kpTables::engines::postgres

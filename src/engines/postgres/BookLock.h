@@ -2,7 +2,6 @@
 // saved. Readers do not wait.
 #pragma once
 
-#include <cstdint>
 #include <type_traits>
 
 #include "engines/postgres/Database.h"
@@ -15,9 +14,6 @@ void RollBackQuietly(Database& database) noexcept;
 /// Begins a transaction for changes, or leaves none open. Waits until no other connection has unsaved changes; a
 /// DatabaseError when that takes too long.
 void BeginChange(Database& database);
-
-/// See RowWriter::Moment.
-std::int64_t ReadMoment(Database& database);
 
 /// Runs a change, in the open transaction or in one of its own.
 template <class Work>

@@ -59,15 +59,18 @@ Database::Database(std::string connection, std::function<bool()> interrupted)
 class Database::Exchange {
 public:
     /// several: further statements follow the first.
-    Exchange(Database& database, std::string_view shown, bool several = false)
-        : database_(database), shown_(shown), savepoint_(database.TakeSavepoint()) {
+    Exchange(Database& database, std::string_view shown, bool several = false, bool looks = false)
+        : database_(database), shown_(shown), looks_(looks && std::exchange(database.looksForOthers_, false)) {
         ++database_.statements_;
-        isPipeline_ = several || !savepoint_.empty();
+        const std::vector<const char*> savepoint = database.TakeSavepoint();
+        isPipeline_ = several || looks_ || !savepoint.empty();
         if (!isPipeline_) return;
         Check(Library().EnterPipelineMode(Connection()));
-        for (const char* text : savepoint_) {
+        for (const char* text : savepoint) {
             Add(Library().SendQueryParams(Connection(), text, 0, nullptr, nullptr, nullptr, nullptr, kTexts));
         }
+        if (looks_) SendLook();
+        leading_ = statements_;
     }
     ~Exchange() {
         // After a lost connection there is nothing left to end.
@@ -96,15 +99,27 @@ public:
         }
         if (isPipeline_) database_.Next(shown_);  // that all of them have ended
         if (database_.IsConnected()) database_.inTransaction_ = database_.InTransaction();
+        const auto first = results.begin() + leading_;
+        if (looks_ && *(first - 1)) {
+            database_.canLook_ = true;
+            database_.others.Saw((first - 1)->Integer(0, 0));
+        }
         if (raised_) std::rethrow_exception(raised_);
         if (failed_) database_.RaiseError(failed_, shown_);
         if (results.empty() || !results.back()) database_.RaiseLost(shown_);
-        results.erase(results.begin(), results.begin() + static_cast<std::ptrdiff_t>(savepoint_.size()));
+        results.erase(results.begin(), first);
         return results;
     }
 
 private:
     void Check(int success) const { database_.Sent(success, shown_); }
+
+    void SendLook() {
+        constexpr const char* kName = "kp_others";
+        if (!database_.canLook_)
+            Add(Library().SendPrepare(Connection(), kName, "SELECT xmax FROM kp_book", 0, nullptr));
+        Add(Library().SendQueryPrepared(Connection(), kName, 0, nullptr, nullptr, nullptr, kTexts));
+    }
 
     Result ReadOne(const RowSink& sink) {
         Result last;
@@ -139,8 +154,9 @@ private:
 
     Database& database_;
     std::string_view shown_;
-    std::vector<const char*> savepoint_;
+    bool looks_;
     bool isPipeline_ = false;
+    int leading_ = 0;  ///< statements before the caller's
     int statements_ = 0;
     Result failed_;
     std::exception_ptr raised_;
@@ -209,7 +225,7 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
     SendPending();
     BeReady(shown);
     PrepareHere(name, shown);
-    Exchange exchange(*this, shown);
+    Exchange exchange(*this, shown, false, true);
     exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                    parameters.Values(), parameters.Lengths(), parameters.Formats(),
                                                    kBinary));

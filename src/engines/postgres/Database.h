@@ -169,6 +169,8 @@ public:
     std::int64_t Statements() const noexcept { return statements_; }
 
     OtherPrograms others;
+    /// Asks for them along with the next statement that is prepared already.
+    void LookForOthers() noexcept { looksForOthers_ = true; }
 
     /// A user's password as the server keeps it, so that it is sent and logged in no other form.
     std::string EncryptedPassword(const std::string& password, const std::string& user) const;
@@ -228,6 +230,8 @@ private:
     bool interruptible_ = true;
     bool hasSavepoint_ = false;
     bool savepointDue_ = false;  ///< it goes along with the next statement
+    bool looksForOthers_ = false;
+    bool canLook_ = false;  ///< the statement for it is prepared
     PendingRows* pending_ = nullptr;
     std::int64_t statements_ = 0;
     bool inTransaction_ = false;  ///< as the server last said

@@ -17,6 +17,7 @@ using engines::RowKey;
 using engines::WrittenTable;
 using engines::WrittenValues;
 using sql::print::postgres::QuotedName;
+using sql::print::postgres::QuotedText;
 
 namespace {
 
@@ -56,7 +57,10 @@ std::int64_t TableWriter::CountRows() {
     return database_.Guarded([&] { return database_.Run(text); }).Integer(0, 0);
 }
 
-std::int64_t TableWriter::Moment() { return ReadMoment(database_); }
+void TableWriter::BeforeRead() {
+    // Nobody else changes the book while this connection does.
+    if (!database_.InTransaction()) database_.LookForOthers();
+}
 
 bool TableWriter::FollowsAnother() const noexcept {
     return database_.InTransaction() && statementsBefore_ == database_.Statements();
@@ -204,10 +208,9 @@ void TableWriter::RaiseUnchanged(const RowBatch& batch, std::optional<std::size_
 
 std::int64_t TableWriter::NextId() {
     if (ids_.empty()) {
-        const std::string text = "SELECT nextval(CAST(pg_get_serial_sequence(" +
-                                 sql::print::postgres::QuotedText(quotedName_) + ", " +
-                                 sql::print::postgres::QuotedText(sql::print::postgres::kHiddenRowId) +
-                                 ") AS regclass)) FROM generate_series(1, 1000)";
+        const std::string sequence = "CAST(pg_get_serial_sequence(" + QuotedText(quotedName_) + ", " +
+                                     QuotedText(sql::print::postgres::kHiddenRowId) + ") AS regclass)";
+        const std::string text = "SELECT nextval((SELECT " + sequence + ")) FROM generate_series(1, 1000)";
         const Result ids = database_.Guarded([&] { return database_.Run(text); });
         for (int row = ids.Rows(); row > 0; --row) ids_.push_back(ids.Integer(row - 1, 0));
         statementsBefore_ = database_.Statements();

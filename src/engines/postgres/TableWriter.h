@@ -25,7 +25,8 @@ public:
 
     std::int64_t CountRows() override;
     std::int64_t LastVersion() const noexcept override { return version_; }
-    std::int64_t Moment() override;
+    void BeforeRead() override;
+    std::int64_t Moment() const noexcept override { return database_.others.Count(); }
     void DropLater() noexcept override;
 
 private:

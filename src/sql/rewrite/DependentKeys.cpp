@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 #include <numeric>
 #include <utility>
 
@@ -46,7 +47,61 @@ void DropKeys(Select& select) {
     select.groupBy = std::move(keys);
 }
 
+using TermVisit = std::function<void(const Term&)>;
+
+/// What is read of the groups.
+void ForEachRead(const Select& select, const TermVisit& visit) {
+    for (const Output& item : select.items) visit(*item.term);
+    if (select.having) visit(*select.having);
+    for (const OrderKey& key : select.orderBy)
+        if (!key.position) visit(*key.term);
+}
+
+bool MayReadInSubQuery(const Select& select) {
+    bool found = false;
+    ForEachRead(select, [&](const Term& read) {
+        found = found || AnyTerm(read, [](const Term& term) {
+                    return term.kind == TermKind::InQuery || term.kind == TermKind::Exists ||
+                           term.kind == TermKind::ScalarQuery;
+                });
+    });
+    return found;
+}
+
+void AddKeysOf(const Term& read, Select& select) {
+    std::vector<const Term*> open = {&read};
+    while (!open.empty()) {
+        const Term& term = *open.back();
+        open.pop_back();
+        const bool isKey =
+            std::ranges::any_of(select.groupBy, [&](const TermPtr& key) { return SameTerm(*key, term); });
+        if (isKey || term.kind == TermKind::Aggregate) continue;
+        if (const auto* column = If<ColumnTerm>(&term))
+            select.groupBy.push_back(ColumnOf(column->source, column->column));
+        for (const TermPtr& operand : term.operands) open.push_back(operand.get());
+    }
+}
+
 }  // namespace
+
+void DropDependentKeysForNow(BoundStatement& statement) {
+    ForEachQuery(statement, [](Query& query) {
+        if (query.isCorrelated) return;
+        for (Query::Member& member : query.members)
+            if (!member.select.groupBy.empty() && !MayReadInSubQuery(member.select)) DropKeys(member.select);
+    });
+}
+
+void GroupByWhatIsRead(BoundStatement& statement) {
+    ForEachQuery(statement, [](Query& query) {
+        if (query.isCorrelated) return;
+        for (Query::Member& member : query.members) {
+            Select& select = member.select;
+            if (select.groupBy.empty() || MayReadInSubQuery(select)) continue;
+            ForEachRead(select, [&](const Term& read) { AddKeysOf(read, select); });
+        }
+    });
+}
 
 void DropDependentKeys(BoundStatement& statement) {
     ForEachQuery(statement, [](Query& query) {

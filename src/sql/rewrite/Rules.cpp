@@ -9,12 +9,14 @@ constexpr Rule kRules[] = {
     {"eager aggregation", AggregateEagerly},
     {"reduction to EXISTS", ReduceToExists},
     {"dependent keys", DropDependentKeys, true},
+    {"dependent keys, for now", DropDependentKeysForNow, false, false, true},
     {"join order", OrderJoins},
     {"implied order", ImplyOrder},
     {"order of ties", ImplyTies, false, true},
     {"selectivity hints", HintRanges},
     {"deferred look-up", DeferLookups},
     {"bill date keys", SplitBillDateKeys},
+    {"keys that are read", GroupByWhatIsRead, false, false, true},
 };
 
 }  // namespace

@@ -15,6 +15,8 @@ struct Rule {
     bool readsDependentColumns = false;
     /// It gives an order to rows that are equal in the statement's own.
     bool breaksTies = false;
+    /// For engines that can read no dependent columns.
+    bool readsKeysOnly = false;
 };
 
 /// All rules, in the order of application.
@@ -34,6 +36,10 @@ void ReduceToExists(bind::BoundStatement& statement);
 /// Drops grouping keys that have one value in each group of the other keys: the groups stay the same, and sorting by
 /// them costs more.
 void DropDependentKeys(bind::BoundStatement& statement);
+/// Likewise while the other rules see the query, except where a sub-query may read the keys.
+void DropDependentKeysForNow(bind::BoundStatement& statement);
+/// Groups by the columns that are read without being keys, which the keys determine.
+void GroupByWhatIsRead(bind::BoundStatement& statement);
 /// Turns right joins into left joins, and the deeper side of a join to the left: a join on the right side needs
 /// parentheses, for which an engine may build a temporary table.
 void OrderJoins(bind::BoundStatement& statement);

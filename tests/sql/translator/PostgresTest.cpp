@@ -54,6 +54,10 @@ constexpr PostgresCase kPostgresCases[] = {
      R"sql("入库目录"."日子") <= ($1::integer, $2::integer, $3::double precision) AND )sql"
      R"sql("入库目录"."年份" = "入库目录"."年份" AND "入库目录"."月份" = "入库目录"."月份" AND "入库目录"."日子" = )sql"
      R"sql("入库目录"."日子" ORDER BY "入库目录"."kp_row" NULLS FIRST)sql"},
+    // The key that the counter determines is no key of the order, but has to be one of the groups.
+    {R"sql(Select KSID, 企业名称, Count(*) As n From 厂商资料 Group by KSID, 企业名称)sql",
+     R"sql(SELECT "厂商资料"."KSID", "厂商资料"."企业名称", COUNT(*) AS "n" FROM "厂商资料" GROUP BY )sql"
+     R"sql("厂商资料"."KSID", "厂商资料"."企业名称" ORDER BY "厂商资料"."KSID" NULLS FIRST)sql"},
     {R"sql(Select 单据编号 & '-' & BillID As t From 入库目录)sql",
      R"sql(SELECT kp.join(kp.join("入库目录"."单据编号", $1::kp.text), CAST(CAST("入库目录"."BillID" )sql"
      R"sql(AS text) AS kp.text)) AS "t" FROM "入库目录" ORDER BY "入库目录"."kp_row" NULLS FIRST)sql"},
