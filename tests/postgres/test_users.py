@@ -173,14 +173,14 @@ class HelpTest(ServerCase):
     def test_examples(self):
         """The examples of --help that need a server."""
         ran = 0
+        _, book = self.copied("help")
+        for name in ("系统操作员", "李明"):
+            self.run_kpbook("operators", book, "add", name)
         for command in ("grant", "revoke", "books"):
             text = self.run_kpbook(command, "--help").stdout
             found = [line.strip() for line in text.split("Examples:\n")[1].split("\n\n")[0].splitlines()]
             self.assertGreaterEqual(len(found), 3)
             for example in found:
-                name, book = self.copied(f"help{ran}")
-                self.run_kpbook("operators", book, "add", "系统操作员")
-                self.run_kpbook("operators", book, "add", "李明")
                 for user in ([] if command != "revoke" else ["李明", "liming"]):
                     self.run_kpbook("grant", book, "李明", "--user", user, text="x\n")
                 ready = re.sub(r"postgresql://kp@shop-server/books\?book=2026", book, example)
