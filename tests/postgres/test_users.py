@@ -8,7 +8,7 @@ import unittest
 import uuid
 
 from kpbook_case import KPBOOK, SERVER
-from server_case import FIRM, ServerCase, kpbook, psql
+from server_case import FIRM_BOOK, ServerCase, kpbook, psql
 
 
 class UsersTest(ServerCase):
@@ -176,21 +176,25 @@ class HelpTest(ServerCase):
         _, book = self.copied("help")
         for name in ("系统操作员", "李明"):
             self.run_kpbook("operators", book, "add", name)
-        for command in ("grant", "revoke", "books"):
+        for command in ("grant", "revoke", "books", "copy"):
             text = self.run_kpbook(command, "--help").stdout
             found = [line.strip() for line in text.split("Examples:\n")[1].split("\n\n")[0].splitlines()]
             self.assertGreaterEqual(len(found), 3)
             for example in found:
+                if "postgresql://" not in example:
+                    continue
                 for user in ([] if command != "revoke" else ["李明", "liming"]):
                     self.run_kpbook("grant", book, "李明", "--user", user, text="x\n")
                 ready = re.sub(r"postgresql://kp@shop-server/books\?book=2026", book, example)
+                ready = re.sub(r"postgresql://kp@shop-server/books\?book=shop", self.url("shop"), ready)
+                ready = ready.replace("shop.kpbook", str(FIRM_BOOK))
                 ready = re.sub(r"'postgresql://kp@shop-server/books\?sslmode=require'", f"'{SERVER}'", ready)
                 ready = ready.replace("postgresql://kp@shop-server/books", f"'{SERVER}'").replace("kpbook ", f"'{KPBOOK}' ", 1)
                 self.write("password.txt", "x\n")
                 done = subprocess.run(["bash", "-c", ready], cwd=self.folder, input=b"x\n", capture_output=True, timeout=60)
                 self.assertEqual(done.returncode, 0, f"{example}\n{done.stderr.decode()}")
                 ran += 1
-        self.assertEqual(ran, 9)
+        self.assertEqual(ran, 10)
 
 
 if __name__ == "__main__":
