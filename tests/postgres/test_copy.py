@@ -107,8 +107,15 @@ class CopyTest(ServerCase):
         self.assertIn("exists already", self.run_kpbook("backup", book, copies / "firm.kpbook", code=1).stderr)
 
     def test_progress_at_a_terminal(self):
-        shown, code = self.on_terminal("copy", FIRM_BOOK, self.url("shown"))
+        long = self.folder / "long.kpbook"
+        self.run_kpbook("copy", FIRM_BOOK, long)
+        with sqlite3.connect(long) as book:
+            book.execute("With n(i) As (Select 1 Union All Select i+1 From n Where i<1500) "
+                         "Insert Into 备忘 (内容) Select 'x' From n")
+        book.close()
+        shown, code = self.on_terminal("copy", long, self.url("shown"))
         self.assertEqual(code, 0, shown)
+        self.assertRegex(shown, r"copying \[#+-+\] +\d\d%.*copying \[#{40}\] 100%\n")
         self.assertIn("copied and checked", shown)
 
     def test_next_year(self):

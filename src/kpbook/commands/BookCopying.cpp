@@ -29,7 +29,10 @@ bookkeeping::BookCopy CopyRows(const Workspace& from, const std::string& url, co
     bookkeeping::BookCopy copy;
     made.prepare = [&](const BookPtr& book) { copy = bookkeeping::CopyBook(*from.book, book, progress); };
     CreateBook(url, made);
-    if (bar) bar->SetVisible(false);
+    if (bar) {
+        bar->SetValue(100);
+        bar->SetVisible(false);
+    }
     for (const std::string& column : copy.leftDefaults) {
         TellLine("kpbook: " + Message("the default of {1} was left behind: it may be the time of entry", column));
     }

@@ -59,11 +59,14 @@ void AddOpening(CLI::App& app, OpeningOptions& options) {
 }
 
 void AddCopy(CLI::App& app, CopyOptions& options) {
-    auto* command =
-        AddCommand(app, "copy", "Copy a whole book into a new one, also while it is in use",
-                   "The copy is checked before it takes its name. An existing file is not changed.\n\n"
-                   "Examples:\n  kpbook copy shop.kpbook trial.kpbook\n  kpbook copy shop.kpbook backups/2026.kpbook\n"
-                   "  kpbook copy shop.kpbook second.kpbook --trace");
+    auto* command = AddCommand(
+        app, "copy", "Copy a whole book into a new one, also while it is in use",
+        "The copy is checked before it takes its name. An existing file, or book on a server, is not changed.\n"
+        "Between a file and a server, or two servers, all rows are copied and compared: the rows and a checksum of\n"
+        "each table are shown.\n\n"
+        "Examples:\n  kpbook copy shop.kpbook trial.kpbook\n  kpbook copy shop.kpbook backups/2026.kpbook\n"
+        "  kpbook copy shop.kpbook second.kpbook --trace\n"
+        "  kpbook copy shop.kpbook 'postgresql://kp@shop-server/books?book=shop'");
     AddBook(*command, options.book);
     command->add_option("BOOK2", options.copy, "The new book")->required()->type_name("");
 }
