@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """Measures what a server's book bears: bench/users.py [SECONDS]. KPBOOK names the program, built with optimization.
 
+bench/users.py --commit measures instead what it is worth that a change gives the book's lock back before the disk has it.
+
 On a private PostgreSQL server that keeps what it confirms (fsync on), 1 to 8 hosts enter bills of five lines into one book,
 then the same number into a book each. It prints a table of bills a second and of the time a bill takes, and the bytes that a
 bill, a balance row, an empty book and an idle connection take.
@@ -9,6 +11,7 @@ bill, a balance row, an empty book and an idle connection take.
 import os
 import pathlib
 import random
+import re
 import statistics
 import subprocess
 import sys
@@ -129,15 +132,36 @@ def measure(server, seconds):
           f"{connection_bytes(server, urls[0])} bytes of the server's memory.")
 
 
+# As src/engines/postgres begins a change and commits it, and as it would without the early return of the lock.
+BEGIN = "BEGIN\\; LOCK TABLE kp_book IN EXCLUSIVE MODE;\n" + "INSERT INTO line (amount) VALUES (random());\n" * (LINES + 1)
+COMMITS = {"early": "SET LOCAL synchronous_commit = off\\; COMMIT\\; SELECT pg_logical_emit_message(true, 'kp', '');\n",
+           "plain": "COMMIT;\n"}
+
+
+def measure_commit(server, seconds, runs=3):
+    server.psql("CREATE TABLE kp_book (); CREATE TABLE line (id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, amount float8)")
+    print("| connections | early: changes/s | plain: changes/s |\n|---|---|---|")
+    for connections in (1, 8):
+        rates = {name: [] for name in COMMITS}
+        for _ in range(runs):
+            for name, commit in COMMITS.items():
+                done = subprocess.run([str(server.bin / "pgbench"), "-h", str(server.folder), "-U", "kp", "-n", "-c", str(connections),
+                                       "-T", str(int(seconds)), "-f", "-", "postgres"], input=BEGIN + commit, capture_output=True,
+                                      text=True, check=True)
+                rates[name].append(float(re.search(r"tps = ([\d.]+)", done.stdout)[1]))
+        print(f"| {connections} | {statistics.median(rates['early']):.0f} | {statistics.median(rates['plain']):.0f} |", flush=True)
+
+
 def main():
-    seconds = float(sys.argv[1]) if len(sys.argv) > 1 else 10
+    words = [word for word in sys.argv[1:] if word != "--commit"]
+    seconds = float(words[0]) if words else 10
     bin_folder = private_server.programs()
     if bin_folder is None:
         sys.exit("PostgreSQL is not installed (Debian's package postgresql)")
     with tempfile.TemporaryDirectory(prefix="kpTablesServer-") as folder:
         os.chmod(folder, 0o755)
         with FailingServer(folder, bin_folder, {**DURABLE, "max_connections": "50"}) as server:
-            measure(server, seconds)
+            (measure_commit if "--commit" in sys.argv else measure)(server, seconds)
 
 
 if __name__ == "__main__":
