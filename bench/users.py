@@ -132,7 +132,7 @@ def measure(server, seconds):
           f"{connection_bytes(server, urls[0])} bytes of the server's memory.")
 
 
-# As src/engines/postgres begins a change and commits it, and as it would without the early return of the lock.
+# In essence how src/engines/postgres begins a change and commits it, and how it would without the early return of the lock.
 BEGIN = "BEGIN\\; LOCK TABLE kp_book IN EXCLUSIVE MODE;\n" + "INSERT INTO line (amount) VALUES (random());\n" * (LINES + 1)
 COMMITS = {"early": "SET LOCAL synchronous_commit = off\\; COMMIT\\; SELECT pg_logical_emit_message(true, 'kp', '');\n",
            "plain": "COMMIT;\n"}
