@@ -75,7 +75,8 @@ class Shop:
         self.lock = threading.Lock()
         self.confirmed = set()
         self.entered = {}
-        self.counts = {"bills": 0, "refused bills": 0, "closings": 0, "refused closings": 0, "looks": 0, "refused looks": 0}
+        self.counts = {"bills": 0, "refused bills": 0, "closings": 0, "refused closings": 0, "looks": 0, "refused looks": 0,
+                       "reports": 0, "refused reports": 0}
         self.wrong = []
 
     def count(self, what, number=1):
@@ -173,6 +174,7 @@ class Shop:
         self.count("refused looks" if refused else "looks")
 
     def read(self, number):
+        rng = random.Random(f"{self.seed} read {number}")
         batch = Batch(self.book)
         while time.monotonic() < self.end:
             with self.lock:
@@ -183,7 +185,23 @@ class Shop:
                 if lost:
                     self.complain(f"confirmed and not there: {sorted(lost)[:3]}")
             self.look(batch)
+            self.report(rng.choice(WAREHOUSES))
         batch.close()
+
+    def report(self, warehouse):
+        """A report's rows are of one moment, too: what came in went out, and the stock is what it was."""
+        done = self.run("report", "balance", self.book, "--month", str(MONTH), "--warehouse", str(warehouse), "-O", "json", ok=False)
+        self.count("reports" if done.returncode == 0 else "refused reports")
+        if done.returncode != 0:
+            if not done.stderr.strip():
+                self.complain("a report failed without a word")
+            return
+        shown = json.loads(done.stdout)
+        names = [column["name"] for column in shown["columns"]]
+        rows = [dict(zip(names, row)) for row in shown["rows"]]
+        if [row["pdID"] for row in rows] != list(PRODUCTS) or any(
+                row["本期入库数量"] != row["本期出库数量"] or row["本期库存数量"] != 100 or row["本期库存金额"] != "200" for row in rows):
+            self.complain(f"a report of different moments: {done.stdout}")
 
     def guarded(self, work, number):
         try:
@@ -242,7 +260,7 @@ def main():
     print(", ".join(f"{number} {what}" for what, number in shop.counts.items()), f"(seed {seed}, {seconds:g} s)")
     for what in shop.wrong[:20]:
         print("WRONG:", what)
-    idle = [what for what in ("bills", "closings", "looks") if shop.counts[what] == 0]
+    idle = [what for what in ("bills", "closings", "looks", "reports") if shop.counts[what] == 0]
     if idle:
         print("WRONG: there were no", ", ".join(idle))
     return 1 if shop.wrong or idle else 0

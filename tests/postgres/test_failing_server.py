@@ -57,6 +57,30 @@ class FailingServerTest(ServerCase):
             self.assertEqual(self.count(host), 3)
             coming.join()
 
+    def test_command(self):
+        """A command that waits in its transaction for another program's lock when the server drops the connection."""
+        server = self.server()
+        book = self.new_book(server)
+        other = subprocess.Popen([str(server.bin / "psql"), "-X", "-q", "-h", server.folder, "-U", "kp", "-d", "postgres"],
+                                 stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
+        other.stdin.write('BEGIN; LOCK TABLE shop."商品设置";\n'.encode())
+        other.stdin.flush()
+        script = f"{PRODUCT.format(1)};\n{PRODUCT.format(2)};\n"
+        waits = "FROM pg_stat_activity WHERE wait_event_type = 'Lock'"
+        ending = threading.Thread(target=lambda: (
+            self.wait(lambda: server.psql(f"SELECT count(*) {waits}") == "1", "nobody waits"),
+            server.psql(f"SELECT pg_terminate_backend(pid) {waits}")))
+        self.wait(lambda: server.psql("SELECT count(*) FROM pg_locks WHERE mode = 'AccessExclusiveLock' AND granted") != "0",
+                  "nothing is locked")
+        ending.start()
+        failed = self.run_kpbook("sql", book, "-", "--transaction", text=script, code=1)
+        ending.join()
+        other.communicate(b"ROLLBACK;\n")
+        self.assertIn("The connection to the server failed", failed.stderr)
+        self.assertIn("nothing of the change was saved: enter it again", failed.stderr)
+        self.run_kpbook("sql", book, "-", "--transaction", text=script)
+        self.assertEqual(self.count(self.host(book)), 2)
+
     def test_stopped(self):
         server = self.server()
         book = self.new_book(server)
