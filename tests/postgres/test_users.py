@@ -130,13 +130,6 @@ class UsersTest(ServerCase):
         self.run_kpbook("grant", self.book, "没有", code=1)
         self.run_kpbook("revoke", self.book, "没有", code=1)
 
-    def test_files_have_no_users(self):
-        file = self.folder / "file.kpbook"
-        kpbook("copy", self.book, file)
-        kpbook("operators", file, "add", "李明")
-        done = self.run_kpbook("grant", file, "李明", text="x\n", code=1)
-        self.assertIn("not on a server", done.stderr)
-
     def test_password(self):
         self.operator("周八", "商品管理")
         url = self.granted("周八")
@@ -167,6 +160,15 @@ class UsersTest(ServerCase):
                                        environment=environment)
         self.assertEqual(code, 0, shown)
         self.assertNotIn("secret", shown)
+
+
+class FilesTest(ServerCase):
+    def test_files_have_no_users(self):
+        file = self.folder / "file.kpbook"
+        kpbook("copy", FIRM_BOOK, file)
+        kpbook("operators", file, "add", "李明")
+        done = self.run_kpbook("grant", file, "李明", text="x\n", code=1)
+        self.assertIn("not on a server", done.stderr)
 
 
 class HelpTest(ServerCase):
