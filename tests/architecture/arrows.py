@@ -74,6 +74,7 @@ LIBRARIES = {
     "sys/stat.h": ["src/kpbook"],
     "termios.h": ["src/kpbook"],
     "unistd.h": ["src/kpbook", "src/engines/sqlite"],
+    "windows.h": ["src/com", "src/engines/odbc", "src/platform/windows"],
 }
 
 # Folders that serve every engine, and what names one: no path, code or comment in these folders may contain it.
