@@ -76,7 +76,7 @@ LIBRARIES = {
     "sys/": ["src/platform/posix"],
     "termios.h": ["src/platform/posix"],
     "unistd.h": ["src/platform/posix"],
-    "windows.h": ["src/com", "src/platform/windows"],
+    "windows.h": ["src/com", "src/engines/odbc", "src/platform/windows"],
     "io.h": ["src/platform/windows"],
     "lmcons.h": ["src/platform/windows"],
     "shellapi.h": ["src/platform/windows"],

@@ -1,6 +1,8 @@
 #include "engines/odbc/Library.h"
 
+#ifndef _WIN32
 #include <dlfcn.h>
+#endif
 
 #include <cstdint>
 #include <string>
@@ -19,16 +21,31 @@ namespace {
                                 reason));
 }
 
-template <class Function>
-void FindInManager(void* library, Function& function, const char* name) {
-    void* const found = dlsym(library, name);
+#ifdef _WIN32
+HMODULE OpenManager() {
+    const HMODULE library = LoadLibraryA("odbc32.dll");
+    if (!library) RefuseManager("odbc32.dll");
+    return library;
+}
+void* Symbol(HMODULE library, const char* name) { return reinterpret_cast<void*>(GetProcAddress(library, name)); }
+#else
+void* OpenManager() {
+    void* const library = dlopen("libodbc.so.2", RTLD_NOW | RTLD_LOCAL);
+    if (!library) RefuseManager(dlerror());
+    return library;
+}
+void* Symbol(void* library, const char* name) { return dlsym(library, name); }
+#endif
+
+template <class Handle, class Function>
+void FindInManager(Handle library, Function& function, const char* name) {
+    const auto found = Symbol(library, name);
     if (!found) RefuseManager(Message("it has no function {1}", name));
     function = reinterpret_cast<Function>(found);
 }
 
 Library LoadManager() {
-    void* const handle = dlopen("libodbc.so.2", RTLD_NOW | RTLD_LOCAL);
-    if (!handle) RefuseManager(dlerror());
+    const auto handle = OpenManager();
     Library library{};
     FindInManager(handle, library.AllocateHandle, "SQLAllocHandle");
     FindInManager(handle, library.FreeHandle, "SQLFreeHandle");

@@ -1,8 +1,7 @@
 // The ODBC driver manager, loaded when the first book behind ODBC is opened: programs start, and install, without it.
 #pragma once
 
-#include <sql.h>
-#include <sqlext.h>
+#include "engines/odbc/Manager.h"
 
 namespace kpTables::engines::odbc {
 

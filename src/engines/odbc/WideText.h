@@ -1,11 +1,10 @@
 // Texts as the driver manager takes them: UTF-16, Chinese beyond the basic plane as surrogates.
 #pragma once
 
-#include <sql.h>
-#include <sqlext.h>
-
 #include <string>
 #include <string_view>
+
+#include "engines/odbc/Manager.h"
 
 namespace kpTables::engines::odbc {
 
