@@ -22,8 +22,6 @@ using bookkeeping::ClosingOutcome;
 using bookkeeping::ClosingResult;
 using bookkeeping::EntryKind;
 
-constexpr IID kNoIid = {};
-
 /// The elements of an array; any other value is its own only element.
 std::vector<Variant> ElementsOf(const Variant& value) {
     if (value.IsMissing()) return {};
@@ -122,7 +120,7 @@ RecordsetPtr RowsOf(const std::vector<bookkeeping::Finding>& findings) {
 const Interface& BookkeepingInterface() {
     using B = BookkeepingObject;
     static const Interface members(
-        kNoIid, "Bookkeeping",
+        kLateBoundOnly, "Bookkeeping",
         {
             Method<&B::NewBook>("NewBook", 1, {"Path", "Company", "Year", "Month", "Warehouses"}),
             Method<&B::Open>("Open", 2, {"Path"}),

@@ -2,15 +2,13 @@
 
 #include <algorithm>
 
+#include "com/BookkeepingObject.h"
+#include "com/ConnectionObject.h"
 #include "com/Failure.h"
 #include "com/Ids.h"
 #include "com/Object.h"
 #include "com/RecordsetObject.h"
 #include "com/TablesObject.h"
-#ifdef KPTABLES_COM_BOOKS
-#include "com/BookkeepingObject.h"
-#include "com/ConnectionObject.h"
-#endif
 
 namespace kpTables::com {
 namespace {
@@ -23,10 +21,8 @@ Pointer<IDispatch> MakeObject() {
 constexpr Class kClasses[] = {
     {&kTablesClass, L"kpTables.CTables", &MakeObject<TablesObject>},
     {&kRecordsetClass, L"kpTables.Recordset", &MakeObject<RecordsetObject>},
-#ifdef KPTABLES_COM_BOOKS
     {&kConnectionClass, L"kpTables.Connection", &MakeObject<ConnectionObject>},
     {&kBookkeepingClass, L"kpTables.Bookkeeping", &MakeObject<BookkeepingObject>},
-#endif
 };
 
 class Factory final : public Object<IClassFactory> {

@@ -15,9 +15,6 @@
 namespace kpTables::com {
 namespace {
 
-// Late binding needs no more than the names; these interfaces are asked for by IDispatch alone.
-constexpr IID kNoIid = {};
-
 class FieldObject final : public Scriptable {
 public:
     FieldObject(Pointer<RecordsetObject> recordset, int index)
@@ -34,7 +31,7 @@ public:
 private:
     static const Interface& FieldInterface() {
         using F = FieldObject;
-        static const Interface members(kNoIid, "Field",
+        static const Interface members(kLateBoundOnly, "Field",
                                        {
                                            Get<&F::ReadValue>("Value", DISPID_VALUE),
                                            Let<&F::WriteValue>("Value", DISPID_VALUE),
@@ -85,7 +82,7 @@ private:
 
     static const Interface& FieldsInterface() {
         using F = FieldsObject;
-        static const Interface members(kNoIid, "Fields",
+        static const Interface members(kLateBoundOnly, "Fields",
                                        {
                                            Get<&F::Item>("Item", DISPID_VALUE, {"Index"}),
                                            Get<&F::Count>("Count", 1),

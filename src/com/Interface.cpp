@@ -25,10 +25,11 @@ bool Allows(Access access, MemberKind kind) {
 std::vector<Parameter> Parameters(std::initializer_list<std::string_view> names) {
     std::vector<Parameter> parameters;
     for (const std::string_view name : names) {
-        const auto marks = std::min(name.find_first_of("?&"), name.size());
+        const auto marks = std::min(name.find_first_of("?&!"), name.size());
         Parameter parameter{std::string(name.substr(0, marks)), ValueType::Variant};
         parameter.optional = name.find('?', marks) != name.npos;
         parameter.inOut = name.find('&', marks) != name.npos;
+        if (name.find('!', marks) != name.npos) parameter.type = ValueType::Object;
         parameters.push_back(std::move(parameter));
     }
     return parameters;

@@ -15,6 +15,9 @@ namespace kpTables::com {
 
 class Scriptable;
 
+/// The id of interfaces that are used late bound alone: nobody asks for them by an id of their own.
+inline constexpr IID kLateBoundOnly = {};
+
 using Arguments = std::span<Variant>;
 using MemberKind = _CTables::MemberKind;
 using ValueType = _CTables::ValueType;
@@ -55,7 +58,8 @@ private:
 
 // Rows of an interface whose members are functions of T: Variant function(Arguments). Ids count from 1, by name.
 
-/// Parameters from their names; "?" behind one marks it optional, "&" in/out.
+/// Parameters from their names; "?" behind one marks it optional, "&" in/out, "!" an object, which otherwise counts by
+/// its default property.
 std::vector<Parameter> Parameters(std::initializer_list<std::string_view> names);
 
 template <auto kFunction>

@@ -53,7 +53,7 @@ const Interface& RecordsetInterface() {
         kRecordsetClass, "Recordset",
         {
             Get<&R::FieldsObject>("Fields", DISPID_VALUE),
-            Method<&R::Open>("Open", 1, {"Source?", "ActiveConnection?", "CursorType?", "LockType?", "Options?"}),
+            Method<&R::Open>("Open", 1, {"Source?", "ActiveConnection?!", "CursorType?", "LockType?", "Options?"}),
             Method<&R::Close>("Close", 2),
             Get<&R::State>("State", 3),
             Get<&R::Eof>("EOF", 4),

@@ -9,6 +9,8 @@ import tempfile
 import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
+ROOT = HERE.parents[1]
+EXAMPLES = ROOT / "examples" / "com"
 SERVER = pathlib.Path(os.environ["SERVER"])
 CLIENT = pathlib.Path(os.environ["CLIENT"])
 PREFIX = pathlib.Path(os.environ["PREFIX"])
@@ -119,6 +121,29 @@ class Scripts(unittest.TestCase):
             "Select Distinct 生产厂家 From 商品设置 Order by 生产厂家|-1", "-1 200",
             "Update 操作员 set 姓名='张三' Where ID=3|-1", "-1", "Select * From 工资表 Where 月份=1|-1",
             "-2147217900"])
+
+    def run_program(self, source, *arguments):
+        """A program as it stands, saved in GBK; what it echoed."""
+        with tempfile.TemporaryDirectory() as folder:
+            path = pathlib.Path(folder) / "program.vbs"
+            path.write_text(source, encoding="gbk", newline="\r\n")
+            result = wine("cscript", "//nologo", windows_path(path), *arguments)
+            self.assertEqual(result.returncode, 0, (result.stdout[-2000:], result.stderr[-500:]))
+            return result.stdout.decode("gbk").splitlines()
+
+    def test_the_programs_in_the_readme_and_in_the_checklist(self):
+        with tempfile.TemporaryDirectory() as folder:
+            book = windows_path(pathlib.Path(folder) / "shop.kpbook")
+            readme = (ROOT / "README.md").read_text(encoding="utf-8")
+            program = (EXAMPLES / "first-month.vbs").read_text(encoding="utf-8")
+            self.assertIn("```vb\n" + program + "```", readme)
+            self.assertEqual(self.run_program(program, book), ["01001 10 3205"])
+            self.assertEqual(self.said(f'Const BOOK = "{book}"\n' + (HERE / "book.vbs").read_text(encoding="utf-8")), [
+                "0", "1 Long", "1", "-1", "商品名称=普通硅酸盐水泥;商品编号=01001;", "普通硅酸盐水泥 01001 202 200 1", "-1", "2",
+                "杭州宏图", "1 1 上海建工 宏图", "1", "-1", "2", "-2147217900 kpTables", "-2147217904", "3265", "3704"])
+        echoed = self.run_program((EXAMPLES / "checklist.vbs").read_text(encoding="utf-8"))
+        self.assertEqual([line for line in echoed if not line.startswith("PASS ")], [])
+        self.assertGreater(len(echoed), 12)
 
 
 class Native(unittest.TestCase):
