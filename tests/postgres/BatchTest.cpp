@@ -340,6 +340,16 @@ TEST_F(OtherChanges, OfARowThatWasAddedHereAreSeen) {
     EXPECT_EQ(RowsOf(*book, "Select x,m From T Where n=1501"), "Null|theirs");
 }
 
+TEST_F(OtherChanges, AreLookedForBehindAnyOtherQuery) {
+    EXPECT_EQ(Value("Select Max(n) From T"), "1499");
+    const RecordsetPtr rows = Table();
+    EXPECT_EQ(Text(rows->Fields("n").Value()), "0");
+    EXPECT_EQ(Value("Select Min(n) From T"), "0");
+    EXPECT_EQ(Table()->RecordCount(), 1500);
+    const RecordsetPtr some = book->Open("Select * From T Where n<3", SourceKind::Text);
+    EXPECT_EQ(some->RecordCount(), 3);
+}
+
 TEST_F(OtherChanges, ByTheOwnConnectionAreTakenOver) {
     const RecordsetPtr rows = Table();
     ASSERT_FALSE(rows->Eof());

@@ -68,7 +68,7 @@ std::string_view ArrayName(ServerType element) noexcept {
         case kTransaction:
             return "xid[]";
         case kReal8:
-            return "double precision[]";
+            return "float8[]";
         case kTimestamp:
             return "timestamp[]";
         default:

@@ -123,15 +123,18 @@ private:
 
     Result ReadOne(const RowSink& sink) {
         Result last;
+        bool isSingle = false;
         for (Result result = database_.Next(shown_); result; result = database_.Next(shown_)) {
             switch (Library().ResultStatus(result.Get())) {
                 case PGRES_SINGLE_TUPLE:
-                    Pass(result, sink);
+                    // libpq may still be in the mode of the statement before the pipeline.
+                    isSingle = !sink;
+                    isSingle ? void(last = std::move(result)) : Pass(result, sink);
                     break;
                 case PGRES_COMMAND_OK:
                 case PGRES_TUPLES_OK:
                 case PGRES_EMPTY_QUERY:
-                    last = std::move(result);
+                    if (!std::exchange(isSingle, false)) last = std::move(result);
                     break;
                 case PGRES_PIPELINE_ABORTED:
                     break;
