@@ -29,7 +29,7 @@ private:
         SQLSMALLINT valueType = SQL_C_CHAR;
         ParameterType type = {};
         SQLPOINTER data = nullptr;
-        SQLLEN length = 0;  ///< in bytes, or SQL_NULL_DATA
+        mutable SQLLEN length = 0;  ///< in bytes, or SQL_NULL_DATA; drivers get its address
         SQLLEN room = 0;
         // What data points to.
         std::u16string text = {};

@@ -14,7 +14,7 @@ namespace {
 SQLSMALLINT ShortLength(const std::u16string& text) noexcept { return static_cast<SQLSMALLINT>(text.size()); }
 
 /// A name as an argument of the catalog's functions: none where it is empty.
-SQLWCHAR* NameOrNone(const std::u16string& name) noexcept { return name.empty() ? nullptr : Units(name); }
+SQLWCHAR* NameOrNone(std::u16string& name) noexcept { return name.empty() ? nullptr : Units(name); }
 
 std::optional<Date> DateOf(const SQL_TIMESTAMP_STRUCT& moment) {
     constexpr SQLUINTEGER kHalfSecond = 500'000'000;
@@ -49,8 +49,7 @@ void Query::BindAll(const Parameters& parameters) {
     SQLUSMALLINT number = 0;
     for (const Parameters::Bound& bound : parameters.bound_) {
         Check(library.BindParameter(statement_.Get(), ++number, SQL_PARAM_INPUT, bound.valueType, bound.type.type,
-                                    bound.type.size, bound.type.digits, bound.data, bound.room,
-                                    const_cast<SQLLEN*>(&bound.length)));
+                                    bound.type.size, bound.type.digits, bound.data, bound.room, &bound.length));
     }
 }
 
@@ -63,7 +62,7 @@ void Query::ExecuteDirect(std::string_view text, const Parameters& parameters, s
                                       0);
     }
     BindAll(parameters);
-    const std::u16string wide = Wide(text);
+    std::u16string wide = Wide(text);
     Ran(session_.Await(statement_.Get(), [&] {
         return library.ExecuteDirect(statement_.Get(), Units(wide), static_cast<SQLINTEGER>(wide.size()));
     }));
@@ -71,7 +70,7 @@ void Query::ExecuteDirect(std::string_view text, const Parameters& parameters, s
 
 void Query::Prepare(std::string_view text) {
     shown_ = text;
-    const std::u16string wide = Wide(text);
+    std::u16string wide = Wide(text);
     Check(LoadedLibrary().Prepare(statement_.Get(), Units(wide), static_cast<SQLINTEGER>(wide.size())));
 }
 
@@ -82,32 +81,32 @@ void Query::Execute(const Parameters& parameters, std::string_view shown) {
 }
 
 void Query::ListTables(std::string_view pattern) {
-    const std::u16string name = Wide(pattern);
-    const std::u16string type = u"TABLE";
+    std::u16string name = Wide(pattern);
+    std::u16string type = u"TABLE";
     Check(LoadedLibrary().Tables(statement_.Get(), nullptr, 0, nullptr, 0, NameOrNone(name), ShortLength(name),
                                  Units(type), ShortLength(type)));
 }
 
 void Query::ListColumns(const std::string& catalog, const std::string& schema, std::string_view tablePattern) {
-    const std::u16string inCatalog = Wide(catalog);
-    const std::u16string inSchema = Wide(schema);
-    const std::u16string name = Wide(tablePattern);
+    std::u16string inCatalog = Wide(catalog);
+    std::u16string inSchema = Wide(schema);
+    std::u16string name = Wide(tablePattern);
     Check(LoadedLibrary().Columns(statement_.Get(), NameOrNone(inCatalog), ShortLength(inCatalog), NameOrNone(inSchema),
                                   ShortLength(inSchema), NameOrNone(name), ShortLength(name), nullptr, 0));
 }
 
 void Query::ListPrimaryKeys(const std::string& catalog, const std::string& schema, const std::string& table) {
-    const std::u16string inCatalog = Wide(catalog);
-    const std::u16string inSchema = Wide(schema);
-    const std::u16string name = Wide(table);
+    std::u16string inCatalog = Wide(catalog);
+    std::u16string inSchema = Wide(schema);
+    std::u16string name = Wide(table);
     Check(LoadedLibrary().PrimaryKeys(statement_.Get(), NameOrNone(inCatalog), ShortLength(inCatalog),
                                       NameOrNone(inSchema), ShortLength(inSchema), Units(name), ShortLength(name)));
 }
 
 void Query::ListUniqueIndexes(const std::string& catalog, const std::string& schema, const std::string& table) {
-    const std::u16string inCatalog = Wide(catalog);
-    const std::u16string inSchema = Wide(schema);
-    const std::u16string name = Wide(table);
+    std::u16string inCatalog = Wide(catalog);
+    std::u16string inSchema = Wide(schema);
+    std::u16string name = Wide(table);
     Check(LoadedLibrary().Statistics(statement_.Get(), NameOrNone(inCatalog), ShortLength(inCatalog),
                                      NameOrNone(inSchema), ShortLength(inSchema), Units(name), ShortLength(name),
                                      SQL_INDEX_UNIQUE, SQL_QUICK));

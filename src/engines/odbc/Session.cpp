@@ -52,7 +52,7 @@ Session::~Session() {
 }
 
 SQLRETURN Session::ConnectWith(const std::string& connection) {
-    const std::u16string text = Wide(connection);
+    std::u16string text = Wide(connection);
     return LoadedLibrary().DriverConnect(Get(), nullptr, Units(text), static_cast<SQLSMALLINT>(text.size()), nullptr, 0,
                                          nullptr, SQL_DRIVER_NOPROMPT);
 }

@@ -21,9 +21,7 @@ void AppendNarrow(std::string& to, std::u16string_view text);
 /// the manager converts, those of another encoding.
 std::string NarrowUntilZero(const SQLWCHAR* text);
 
-/// As an argument of the driver manager, which does not change it.
-inline SQLWCHAR* Units(const std::u16string& text) noexcept {
-    return reinterpret_cast<SQLWCHAR*>(const_cast<char16_t*>(text.data()));
-}
+/// As an argument of the driver manager, which takes texts that it does not change as if it did.
+inline SQLWCHAR* Units(std::u16string& text) noexcept { return reinterpret_cast<SQLWCHAR*>(text.data()); }
 
 }  // namespace kpTables::engines::odbc
