@@ -20,7 +20,7 @@ DOUBLE = "{5F1F3A52-9F1D-4C38-9A51-6E0D2B7C1142}"
 # 64-bit programs are run by wine64, 32-bit ones need a Wine of their own.
 WINE = shutil.which("wine64") or shutil.which("wine64", path="/usr/lib/wine")
 ENVIRONMENT = {**os.environ, "WINEPREFIX": str(PREFIX), "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=",
-               "LC_ALL": "zh_CN.UTF-8", "DISPLAY": ""}
+               "LC_ALL": "zh_CN.UTF-8", "LOCPATH": str(PREFIX) + "-locale", "DISPLAY": ""}
 
 
 def wine(*arguments, timeout=60, **more):
@@ -50,8 +50,15 @@ def regsvr32(*arguments):
 
 
 def make_prefix():
+    # A locale of its own, of which Wine takes code page 936 and the encoding of file names.
+    locale = pathlib.Path(ENVIRONMENT["LOCPATH"])
+    if not locale.exists():
+        locale.mkdir(parents=True)
+        subprocess.run(["localedef", "-i", "zh_CN", "-f", "UTF-8", locale / "zh_CN.UTF-8"], check=True)
     if not (PREFIX / "system.reg").exists():
         wine("wineboot", "-i", timeout=120)
+    # Every user of Windows has these.
+    wine("reg", "add", "HKCU\\Software\\Classes\\CLSID", "/f")
     wine("reg", "add", "HKCU\\Software\\Wine\\Drivers", "/v", "Graphics", "/d", "null", "/f")
 
 
@@ -133,7 +140,7 @@ class Scripts(unittest.TestCase):
 
     def test_the_programs_in_the_readme_and_in_the_checklist(self):
         with tempfile.TemporaryDirectory() as folder:
-            book = windows_path(pathlib.Path(folder) / "shop.kpbook")
+            book = windows_path(pathlib.Path(folder) / "帐簿.kpbook")
             readme = (ROOT / "README.md").read_text(encoding="utf-8")
             program = (EXAMPLES / "first-month.vbs").read_text(encoding="utf-8")
             self.assertIn("```vb\n" + program + "```", readme)
