@@ -16,8 +16,9 @@ add_executable(host ${HOST}/main.cpp)
 target_link_libraries(host PRIVATE kpTables::kpTables kpTables::bookkeeping kpTables::engines)
 install(TARGETS host)
 ")
-run(${CMAKE_COMMAND} -S ${SCRATCH} -B ${SCRATCH}/build -G Ninja -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_UNITY_BUILD=ON
-    -DCMAKE_UNITY_BUILD_BATCH_SIZE=16)
+# Not optimized, which compiles in half the time.
+run(${CMAKE_COMMAND} -S ${SCRATCH} -B ${SCRATCH}/build -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0
+    -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16)
 run(${CMAKE_COMMAND} --build ${SCRATCH}/build)
 run(${CMAKE_COMMAND} --install ${SCRATCH}/build --prefix ${SCRATCH}/prefix)
 run(${SCRATCH}/prefix/bin/host)
