@@ -10,7 +10,6 @@
 #include "bookkeeping/Query.h"
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
-#include "kpTables/Quoted.h"
 #include "kpTables/Transaction.h"
 #include "kpTables/text/Message.h"
 
@@ -81,8 +80,7 @@ void CheckProductName(const RowEntry& entry) {
     if (std::ranges::none_of(kParts, [&](const char* column) { return entry.Given(column); })) return;
     std::string condition;
     for (const char* column : kParts) {
-        condition +=
-            (condition.empty() ? "" : " And ") + std::string(column) + " & ''='" + Quoted(entry.TextOf(column)) + "'";
+        condition += (condition.empty() ? "" : " And ") + TextIs(column, entry.TextOf(column));
     }
     const auto others = entry.Others(RowsWhere(*entry.book, entry.table, condition));
     if (!others.empty()) RefuseTaken(entry, "商品名称 " + entry.TextOf("商品名称"), others.front());

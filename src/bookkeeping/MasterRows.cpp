@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "bookkeeping/CheckedTables.h"
+#include "bookkeeping/Query.h"
 #include "bookkeeping/Refusal.h"
 #include "kpTables/CTables.h"
 #include "kpTables/Convert.h"
@@ -138,9 +139,7 @@ std::vector<MasterRow> RowsWith(Connection& book, const MasterTable& table, cons
 std::string ConditionOf(const MasterTable& table, const MasterRow& row) {
     if (*table.id != '\0') return std::string(table.id) + "=" + std::to_string(row.id);
     const bool hasNumber = *table.number != '\0';
-    // Null is joined to "".
-    return std::string(hasNumber ? table.number : table.name) + " & ''='" + Quoted(hasNumber ? row.number : row.name) +
-           "'";
+    return TextIs(hasNumber ? table.number : table.name, hasNumber ? row.number : row.name);
 }
 
 std::vector<MasterRow> MatchingRows(const ConnectionPtr& book, MasterKind kind, const std::string& text) {

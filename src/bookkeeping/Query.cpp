@@ -1,6 +1,7 @@
 #include "bookkeeping/Query.h"
 
 #include "kpTables/Convert.h"
+#include "kpTables/Quoted.h"
 #include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
@@ -23,6 +24,11 @@ std::string LinesText(std::int64_t count) { return CountedMessage(count, "{1} li
 
 std::string OfMonth(std::int32_t warehouse, std::int32_t month) {
     return " Where dpID=" + std::to_string(warehouse) + " And 月份=" + std::to_string(month);
+}
+
+std::string TextIs(const std::string& column, const std::string& text) {
+    if (!Trim(text).empty()) return column + "='" + Quoted(text) + "'";
+    return "(" + column + " Is Null Or " + column + "='')";
 }
 
 }  // namespace kpTables::bookkeeping

@@ -22,4 +22,7 @@ std::string LinesText(std::int64_t count);
 /// " Where dpID=1 And 月份=3"
 std::string OfMonth(std::int32_t warehouse, std::int32_t month);
 
+/// "列='text'"; Null counts as the empty text.
+std::string TextIs(const std::string& column, const std::string& text);
+
 }  // namespace kpTables::bookkeeping
