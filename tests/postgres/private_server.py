@@ -62,10 +62,14 @@ class Server:
     def __exit__(self, *_):
         self.stop("immediate", check=False)
 
+    @property
+    def options(self):
+        """What the server is started with."""
+        return " ".join([*(f"-c {name}='{value}'" for name, value in self.settings.items()),
+                         f"-c unix_socket_directories='{self.folder}'"])
+
     def start(self):
-        options = " ".join(f"-c {name}='{value}'" for name, value in self.settings.items())
-        options += f" -c unix_socket_directories='{self.folder}'"
-        self.run([self.pg_ctl, "-D", self.data, "-w", "-l", self.folder / "log", "-o", options, "start"])
+        self.run([self.pg_ctl, "-D", self.data, "-w", "-l", self.folder / "log", "-o", self.options, "start"])
 
     def stop(self, mode="fast", check=True):
         subprocess.run(as_server([self.pg_ctl, "-D", str(self.data), "-m", mode, "-w", "stop"]), stdout=subprocess.DEVNULL,

@@ -62,7 +62,7 @@ class Trips(unittest.TestCase):
         return closed, imported, carried.split()[1], counters.split()[1]
 
     def test_grow_by_the_batch(self):
-        small, large = 1 * BATCH, 4 * BATCH
+        small, large = BATCH, 3 * BATCH
         few_closed, few_imported, carried, span = self.close_of(small)
         self.assertEqual(carried, f"{small},{small * (small + 1) // 2},{small * (small + 1) + small // 2}")
         self.assertEqual(span, str(small - 1))

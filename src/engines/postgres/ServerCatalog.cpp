@@ -48,11 +48,12 @@ std::string SourceIn(std::string_view expression) {
 /// The values of expressions, in one row.
 std::unique_ptr<recordset::RowStore> ValuesOf(Database& database, const std::string& expressions,
                                               std::vector<FieldInfo> fields) {
+    const std::string text = "SELECT " + expressions;
+    const auto shared = recordset::ShareFields(std::move(fields));
     return database.Guarded([&] {
-        const std::string text = "SELECT " + expressions;
         const std::string name = database.Prepare(text, text);
-        auto row = ReadRows([&](const RowSink& sink) { database.ReadPrepared(name, Parameters(), text, sink); },
-                            recordset::ShareFields(std::move(fields)), text, {});
+        auto row = ReadRows([&](const RowSink& sink) { database.ReadPrepared(name, Parameters(), text, sink); }, shared,
+                            text, {});
         database.Forget(name);
         return row;
     });
