@@ -31,16 +31,12 @@ def windows_path(path):
     return "Z:" + str(path).replace("/", "\\")
 
 
-def registry():
-    """The classes in the prefix's registry, for the machine and the user, with whatever stands under them."""
-    lines = set()
-    for root in ["HKLM", "HKCU"]:
-        with tempfile.TemporaryDirectory() as folder:
-            file = pathlib.Path(folder) / "classes.reg"
-            wine("reg", "export", root + "\\Software\\Classes", windows_path(file), "/y")
-            if file.exists():
-                lines.update(file.read_text(encoding="utf-16").splitlines())
-    return lines
+def classes(root):
+    """The classes in the prefix's registry, for the machine (HKLM) or the user (HKCU), with all that stands under them."""
+    with tempfile.TemporaryDirectory() as folder:
+        file = pathlib.Path(folder) / "classes.reg"
+        wine("reg", "export", root + "\\Software\\Classes", windows_path(file), "/y")
+        return set(file.read_text(encoding="utf-16").splitlines())
 
 
 def regsvr32(*arguments):
@@ -55,11 +51,16 @@ def make_prefix():
     if not locale.exists():
         locale.mkdir(parents=True)
         subprocess.run(["localedef", "-i", "zh_CN", "-f", "UTF-8", locale / "zh_CN.UTF-8"], check=True)
-    if not (PREFIX / "system.reg").exists():
-        wine("wineboot", "-i", timeout=120)
+    ready = PREFIX / "ready"
+    if ready.exists():
+        return
+    wine("wineboot", "-i", timeout=120)
     # Every user of Windows has these.
     wine("reg", "add", "HKCU\\Software\\Classes\\CLSID", "/f")
     wine("reg", "add", "HKCU\\Software\\Wine\\Drivers", "/v", "Graphics", "/d", "null", "/f")
+    # Until everything that belongs to it has ended, the prefix changes.
+    subprocess.run([WINE.replace("wine64", "wineserver64"), "-w"], env=ENVIRONMENT, timeout=120)
+    ready.touch()
 
 
 def script(source, suffix=".vbs", timeout=60):
@@ -88,16 +89,18 @@ class Registration(unittest.TestCase):
     """First by name, so that it runs before the server is registered for the others."""
 
     def test_registration_and_removal_leave_nothing_behind(self):
-        before = registry()
-        for scope in [[], ["/n", "/i:user"]]:
-            with self.subTest(scope=scope):
-                regsvr32(*scope)
-                added = registry() - before
-                self.assertTrue(any("kpTables.CTables" in line for line in added))
-                self.assertTrue(any("ThreadingModel" in line and "Apartment" in line for line in added) or
-                                any("kpTables.dll" in line for line in added))
-                regsvr32("/u", *scope)
-                self.assertEqual(registry(), before)
+        scopes = {"HKLM": [], "HKCU": ["/n", "/i:user"]}
+        before = {root: classes(root) for root in scopes}
+        for root, scope in scopes.items():
+            regsvr32(*scope)
+            added = classes(root) - before[root]
+            self.assertTrue(any("kpTables.CTables" in line for line in added), root)
+            self.assertTrue(any("kpTables.dll" in line for line in added), root)
+            self.assertTrue(any("kpTables.tlb" in line for line in added), root)
+            regsvr32("/u", *scope)
+        for root in scopes:
+            self.assertEqual(classes(root), before[root])
+        self.assertFalse(SERVER.with_suffix(".tlb").exists())
 
 
 class Scripts(unittest.TestCase):
