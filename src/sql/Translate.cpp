@@ -12,6 +12,7 @@ Translation Finished(bind::BoundStatement statement, const print::Engine& engine
     for (const rewrite::Rule& rule : rules) {
         if (rule.readsDependentColumns && !engine.ReadsDependentColumns()) continue;
         if (rule.breaksTies && engine.KeepsTies()) continue;
+        if (statement.staysAsWritten && !rule.keepsWritten) continue;
         rule.apply(statement);
     }
     return print::Print(statement, engine);

@@ -28,6 +28,7 @@ enum class ExpressionKind {
     Between,
     InList,
     InQuery,
+    Quantified,
     IsNull,
     Exists,
     Subquery,
@@ -199,6 +200,17 @@ struct InQuery : Expression {
     ~InQuery() override;
 };
 
+/// "operand < ALL (query)", or with ANY.
+struct Quantified : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Quantified;
+    BinaryOperator op;
+    bool all;
+    ExpressionPtr operand;
+    std::unique_ptr<Query> query;
+    Quantified(BinaryOperator o, bool every, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at = 0);
+    ~Quantified() override;
+};
+
 struct IsNull : Expression {
     static constexpr ExpressionKind kKind = ExpressionKind::IsNull;
     bool negated;
@@ -279,6 +291,7 @@ struct Cast : Expression {
     ExpressionPtr operand;
     TypeName type;
     ExpressionPtr style;  ///< of CONVERT; null when none
+    bool tries = false;   ///< TRY_CAST: Null where the value is none of the type
     Cast(ExpressionPtr e, TypeName t, ExpressionPtr s, std::size_t at = 0)
         : Expression(kKind, at), operand(std::move(e)), type(t), style(std::move(s)) {}
 };
@@ -325,7 +338,7 @@ struct DerivedTable : TableExpression {
     ~DerivedTable() override;
 };
 
-enum class JoinKind { Inner, Left, Right };
+enum class JoinKind { Inner, Left, Right, Full };
 
 struct JoinedTable : TableExpression {
     static constexpr TableKind kKind = TableKind::Join;
@@ -350,6 +363,7 @@ struct SelectCore {
     bool distinctRow = false;  ///< of several tables: a row for each combination of the rows that are shown
     ExpressionPtr top;         ///< number literal, or null
     bool percent = false;      ///< TOP n PERCENT; else the number is whole
+    bool withTies = false;     ///< TOP n WITH TIES: and the rows that are equal to the last one in the order
     std::vector<SelectItem> items;
     std::vector<TablePtr> from;  ///< separated by commas; empty for a SELECT without FROM
     ExpressionPtr where;
@@ -398,7 +412,8 @@ enum class StatementKind {
     DropIndex,
     AddColumn,
     AlterColumn,
-    DropColumn
+    DropColumn,
+    Session
 };
 
 struct Statement {
@@ -462,6 +477,7 @@ struct UpdateStatement : Statement {
     };
     std::string table;  ///< a table's name or, with FROM, perhaps an alias; "" when the assignments tell
     std::string alias;
+    ExpressionPtr top;  ///< of UPDATE TOP (n): whole-number literal, or null
     std::vector<Assignment> assignments;
     std::vector<TablePtr> from;  ///< the tables of a join; else empty
     ExpressionPtr where;
@@ -476,6 +492,7 @@ struct DeleteStatement : Statement {
     std::string alias;
     std::vector<TablePtr> from;  ///< the tables of a join; else empty
     bool truncates = false;      ///< the counter starts anew
+    ExpressionPtr top;           ///< of DELETE TOP (n), as in UpdateStatement
     ExpressionPtr where;
     std::size_t offset = 0;
     DeleteStatement() : Statement(kKind) {}
@@ -562,10 +579,22 @@ struct DropColumnStatement : Statement {
     DropColumnStatement() : Statement(kKind) {}
 };
 
+/// What belongs to the connection: BEGIN TRANSACTION, COMMIT, ROLLBACK, and options that are as they are set.
+struct SessionStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::Session;
+    enum class Action { Nothing, Begin, Commit, Rollback };
+    Action action = Action::Nothing;
+    std::string words = {};  ///< of an option, "NOCOUNT ON"
+    SessionStatement() : Statement(kKind) {}
+};
+
 // Query is a complete type here, so nodes that own one can be made and destroyed.
 inline InQuery::InQuery(bool no, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at)
     : Expression(kKind, at), negated(no), operand(std::move(e)), query(std::move(q)) {}
 inline InQuery::~InQuery() = default;
+inline Quantified::Quantified(BinaryOperator o, bool every, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at)
+    : Expression(kKind, at), op(o), all(every), operand(std::move(e)), query(std::move(q)) {}
+inline Quantified::~Quantified() = default;
 inline Exists::Exists(std::unique_ptr<Query> q, std::size_t at) : Expression(kKind, at), query(std::move(q)) {}
 inline Exists::~Exists() = default;
 inline Subquery::Subquery(std::unique_ptr<Query> q, std::size_t at) : Expression(kKind, at), query(std::move(q)) {}

@@ -15,6 +15,8 @@ struct Rule {
     bool readsDependentColumns = false;
     /// It gives an order to rows that are equal in the statement's own.
     bool breaksTies = false;
+    /// It rearranges nothing that could change rows with random numbers or those of a full join.
+    bool keepsWritten = false;
 };
 
 /// All rules, in the order of application.

@@ -18,6 +18,9 @@ std::string DeclaredType(const TypeName& type, bool soleKey);
 CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view declaredType, bool autoincrement);
 
 /// Index names are unique per table in Jet, but per book in SQLite.
+/// An expression that names the declared type, which column holds, as a server does: int, nvarchar and so on.
+std::string TypeNameOfDeclared(std::string_view column);
+
 std::string IndexName(std::string_view table, std::string_view index);
 
 }  // namespace kpTables::sql::print::sqlite
