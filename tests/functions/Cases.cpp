@@ -105,7 +105,7 @@ constexpr AnswerCase kAnswers[] = {
     {"kp_bit_imp(5,3)", "-5"},
     {"kp_bit_imp(0,0)", "-1"},
     // As Visual Basic's Rnd(-1).
-    {"kp_rnd(-1)", "0.2240070104598999"},
+    {"kp_rnd(-1)", "0.2240070104599"},
     {"kp_rnd(NULL)", nullptr},
     {"kp_to_byte('254.5')", "254"},
     {"kp_try_long('12')", "12"},

@@ -98,13 +98,18 @@ class SeveralStatementsTest(TradingCase):
         self.assertEqual(self.run_kpbook("sql", self.book, "-", "-O", "csv", text=script).stdout, "n\n2\n")
 
     def test_in_a_batch_and_in_the_shell(self):
-        answers = self.batch({"execute": "BEGIN TRAN"}, {"execute": "Delete From 商品设置; Select @@ROWCOUNT, @@TRANCOUNT"},
-                             {"rollback": True}, {"execute": "Select Count(*) From 商品设置; Select 1"},
-                             {"execute": "Select 1; Select x From 商品设置"})
+        several = {"several": True}
+        answers = self.batch({"execute": "BEGIN TRAN"}, {"execute": "Delete From 商品设置; Select @@ROWCOUNT, @@TRANCOUNT", **several},
+                             {"rollback": True}, {"execute": "Select Count(*) From 商品设置; Select 1", **several},
+                             {"execute": "Select 1; Select x From 商品设置", **several},
+                             {"execute": "Select 1; Delete From 商品设置"}, {"execute": "BEGIN TRAN; Delete From 商品设置"},
+                             {"execute": "Select 1", "several": 1}, {"begin": True, **several})
         self.assertEqual([a["result"].get("rows") for a in answers[1:4:2]], [[[3, 1]], [[3]]])
         self.assertEqual(answers[2]["result"], 0)
         self.assertIn("line 1, column 18", answers[4]["error"]["description"])
         self.assertNotIn("failed", answers[4])
+        for answer, error in zip(answers[5:], ("one statement only", "one statement only", "takes true or false", "goes with")):
+            self.assertIn(error, answer["error"]["description"])
         done = self.run_kpbook("shell", self.book, text="BEGIN TRAN;\nDelete From 商品设置;\n", code=1)
         self.assertIn("the shell ended inside a transaction", done.stderr)
         self.assertEqual(self.count(), 3)

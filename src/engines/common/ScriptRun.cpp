@@ -100,6 +100,12 @@ public:
     ScriptRun(Connection& connection, std::string_view text, const NamedValues& values)
         : connection_(connection), text_(text), values_(values), given_(values.size()) {}
 
+    /// A value for a name besides those of the host.
+    void Give(NamedValue value) {
+        values_.push_back(std::move(value));
+        ++given_;
+    }
+
     RecordsetPtr Run(const std::vector<ScriptStep>& steps) {
         RunAll(steps);
         return answer_;
@@ -251,6 +257,10 @@ RecordsetPtr ExecuteScript(Connection& connection, std::string_view text, const 
     ScriptRun run(connection, text, values);
     const bool isOne = steps.size() == 1 && steps.front().kind == StepKind::Statement;
     if (isOne || EndsTransactions(steps, text) || !MayChange(steps, text)) return run.Run(steps);
+    // The text's own transaction is none that it sees.
+    if (sql::FoldedName(text).find("@@trancount") != std::string::npos) {
+        run.Give({"@TRANCOUNT", connection.Execute("Select @@TRANCOUNT")->GetValue(0)});
+    }
     Transaction transaction(connection);
     RecordsetPtr rows = run.Run(steps);
     transaction.Commit();

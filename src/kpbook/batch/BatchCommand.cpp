@@ -26,6 +26,16 @@ namespace kpTables::kpbook::batch {
 
 namespace {
 
+/// A single statement that goes through the connection's own methods, which know how many transactions are open.
+bool IsOfTransaction(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == text.npos) return false;
+    text.remove_prefix(first);
+    const std::string_view word = text.substr(0, text.find_first_of(" \t\r\n;"));
+    const bool begins = SameName(word, "BEGIN") || SameName(word, "COMMIT") || SameName(word, "ROLLBACK");
+    return begins && SplitScript(text).size() == 1;
+}
+
 class BatchRunner : private __CTables {
 public:
     BatchRunner(const BatchOptions& options, const GlobalOptions& global)
@@ -164,6 +174,9 @@ private:
         };
         const Restore restore{connection, connection.Dialect()};
         if (request.isSQL) connection.Dialect(DialectOf(*request.isSQL));
+        // What is pasted into a statement can begin no second one unless the line asks for several.
+        if (!request.several && !IsOfTransaction(*request.execute))
+            return connection.Execute(*request.execute, request.values);
         try {
             return ExecuteScript(connection, *request.execute, request.values);
         } catch (const DatabaseError&) {

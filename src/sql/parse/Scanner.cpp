@@ -296,7 +296,7 @@ void Scanner::ScanParameter(Lexeme& piece) {
 void Scanner::TakeGiven(Lexeme& piece) const {
     const std::string_view name = TextOf(piece).substr(1);
     for (const NamedLiteral& each : named_) {
-        if (SameName(each.name, name)) piece.given = &each.value;
+        if (!piece.given && SameName(each.name, name)) piece.given = &each.value;
     }
     if (!piece.given) return;
     const bool word = piece.given->kind == LiteralKind::Null || piece.given->kind == LiteralKind::Boolean;

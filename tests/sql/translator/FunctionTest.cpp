@@ -198,9 +198,9 @@ TEST(Functions, RandomNumbers) {
     EXPECT_EQ(Translated("Select Top 2 l From T Order By Rnd(l)").text,
               R"(SELECT "T"."l" FROM "T" ORDER BY kp_rnd("T"."l") LIMIT 2)");
     EXPECT_EQ(Translated("Select l From T Where Rnd() < 0.5").text,
-              R"(SELECT "T"."l" FROM "T" WHERE (SELECT kp_rnd()) < ?1 ORDER BY "T".rowid)");
+              R"(SELECT "T"."l" FROM "T" WHERE (SELECT kp_rnd()) < ?1)");
     EXPECT_EQ(TranslatedForServer("Select Top 2 l From T Order By NEWID()").text,
-              R"(SELECT "T"."l" FROM "T" ORDER BY kp_newid() LIMIT 2)");
+              R"(SELECT "T"."l" FROM "T" ORDER BY kp_newid() COLLATE KPTEXT LIMIT 2)");
 }
 
 TEST(Functions, EveryCallInATextIsListed) {

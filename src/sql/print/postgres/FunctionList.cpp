@@ -41,8 +41,7 @@ constexpr ServerFunction kFunctions[] = {
     {"rnd", "", "double precision", "random()", kRandom},
     {"rnd", "double precision", "double precision",
      "CASE WHEN $1 > 0 THEN random() WHEN $1 < 0 THEN kp._restart(CAST(CAST('x' || encode(float4send(CAST($1 AS real)), "
-     "'hex') AS bit(32)) AS bigint)) ELSE kp._fail('KP005', 'Rnd(0): a server keeps no last number', CAST(NULL AS double "
-     "precision)) END",
+     "'hex') AS bit(32)) AS bigint)) ELSE kp._fail('KP005', 'Rnd(0): a server keeps no last number', $1) END",
      kRandom},
     {"char", "bpchar, integer", "kp.text", "kp._text(rpad(kp._raw($1), $2))"},
     {"chr", "double precision", "kp.text",
