@@ -29,7 +29,7 @@ namespace {
 /// A single statement that goes through the connection's own methods, which know how many transactions are open.
 bool IsOfTransaction(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t\r\n");
-    if (first == text.npos) return false;
+    if (first == text.npos || std::string_view("bBcCrR").find(text[first]) == std::string_view::npos) return false;
     text.remove_prefix(first);
     const std::string_view word = text.substr(0, text.find_first_of(" \t\r\n;"));
     const bool begins = SameName(word, "BEGIN") || SameName(word, "COMMIT") || SameName(word, "ROLLBACK");

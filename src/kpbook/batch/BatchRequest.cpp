@@ -93,7 +93,7 @@ void ReadRequest(std::string_view line, BatchRequest& request) {
     if (asked == 0) RefuseLine("a line takes \"method\", \"execute\", \"begin\", \"commit\" or \"rollback\"");
     for (const auto& [key, value] : json.items()) ReadMember(key, value, request);
     if (!request.method && isGiven("args")) RefuseLine("\"args\" go with \"method\" only");
-    if (!request.execute && isGiven("several")) RefuseLine("\"several\" goes with \"execute\" only");
+    if (!request.execute && request.several) RefuseLine("\"several\" goes with \"execute\" only");
     if (!request.execute && isGiven("params")) RefuseLine("\"params\" go with \"execute\" only");
 }
 
