@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "bookkeeping/WatchedRecordset.h"
+#include "kpTables/text/Message.h"
 
 namespace kpTables::bookkeeping {
 
@@ -46,16 +47,27 @@ RecordsetPtr WatchedConnection::Open(std::string_view source, SourceKind kind) {
 }
 
 int WatchedConnection::BeginTrans() {
-    return KeepFailures(*failures_, "BeginTrans", [&] { return target_->BeginTrans(); });
+    return level_ = KeepFailures(*failures_, "BeginTrans", [&] { return target_->BeginTrans(); });
+}
+
+void WatchedConnection::RequireOwnLevel() const {
+    if (level_ > 0 && level_ <= kept_) {
+        throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
+                            Message("COMMIT and ROLLBACK end only a transaction that the same text has begun"));
+    }
 }
 
 void WatchedConnection::CommitTrans() {
+    RequireOwnLevel();
     if (onCommit) onCommit();
     KeepFailures(*failures_, "CommitTrans", [&] { target_->CommitTrans(); });
+    --level_;
 }
 
 void WatchedConnection::RollbackTrans() {
+    RequireOwnLevel();
     KeepFailures(*failures_, "RollbackTrans", [&] { target_->RollbackTrans(); });
+    --level_;
 }
 
 }  // namespace kpTables::bookkeeping

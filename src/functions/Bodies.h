@@ -8,9 +8,9 @@ namespace kpTables::functions {
 using Signature = void(const Arguments& arguments, Answer& answer);
 
 // ConversionFunctions.cpp
-Signature FormatOfDate, FormatOfNumber, FormatOfText, IsDate, IsNumeric, IsServerDate, Str, TextOfBoolean,
-    TextOfCurrency, TextOfDate, TextOfDouble, ToBoolean, ToCurrency, ToDate, ToDouble, ToLong, ToServerDate, ToShort,
-    ToSingle, Val;
+Signature FormatAsCurrency, FormatAsNumber, FormatAsPercent, FormatOfDate, FormatOfNumber, FormatOfText, IsDate,
+    IsNumeric, IsServerDate, Str, TextOfBoolean, TextOfCurrency, TextOfDate, TextOfDouble, ToBoolean, ToByte,
+    ToCurrency, ToDate, ToDouble, ToLong, ToServerDate, ToShort, ToSingle, Val;
 
 // DateFunctions.cpp
 Signature AddDays, DateNumber, DateSerial, DateValue, Day, DayAndTime, DaysBetween, Hour, Minute, Month, Now, Second,
@@ -26,9 +26,15 @@ Signature DateName, EndOfMonth, MonthName, StyledDate, TextOfStyledDate, Weekday
 Signature CurrencyRoundOnServer, DecimalFit, RoundOnServer, StrOnServer, ToDecimal;
 
 // NumberFunctions.cpp
-Signature ArcTangent, BitAnd, Cosine, CurrencyFit, CurrencyFix, CurrencyInt, CurrencyProduct, CurrencyRound, Divide,
-    Exponential, Fix, Hex, Int, Logarithm, Oct, Partition, Power, Remainder, Round, Sign, Sine, SquareRoot, Tangent,
-    WholeQuotient;
+Signature ArcTangent, BitAnd, BitImp, BitXor, Cosine, CurrencyFit, CurrencyFix, CurrencyInt, CurrencyProduct,
+    CurrencyRound, Divide, Exponential, Fix, Hex, Int, Logarithm, Oct, Partition, Power, Remainder, Round, Sign, Sine,
+    SquareRoot, Tangent, WholeQuotient;
+
+// RandomFunctions.cpp
+Signature NewId, Rnd;
+
+// TriedConversions.cpp
+Signature TryBoolean, TryCurrency, TryDate, TryDouble, TryLong, TryShort;
 
 // SearchFunctions.cpp
 Signature CharIndex, InStr, InStrRev, Like, LikeOnServer, PatIndex, Replace, StrComp;

@@ -48,6 +48,8 @@ std::optional<std::int64_t> AmountOfText(std::string_view text) {
 void ToLong(const Arguments& a, Answer& answer) { answer.Whole(WholeWithin<std::int32_t>(a)); }
 void ToShort(const Arguments& a, Answer& answer) { answer.Whole(WholeWithin<std::int16_t>(a)); }
 
+void ToByte(const Arguments& a, Answer& answer) { answer.Whole(WholeWithin<std::uint8_t>(a)); }
+
 void ToBoolean(const Arguments& a, Answer& answer) {
     const bool isTrue = a.IsText(0) && text::EqualsIgnoringCase(a.Text(0), "true");
     const bool isFalse = a.IsText(0) && text::EqualsIgnoringCase(a.Text(0), "false");
@@ -101,6 +103,34 @@ void FormatOfNumber(const Arguments& a, Answer& answer) {
     if (a.AnyNull()) return answer.Part("");
     answer.Text(a.Count() > 1 ? Fitting(text::FormatNumber(a.Number(0), a.Text(1))) : text::NumberText(a.Number(0)));
 }
+
+namespace {
+
+/// FormatNumber and the like; before and behind: what stands around the number.
+void FormatAs(const Arguments& a, Answer& answer, const std::string& before, const std::string& behind) {
+    constexpr int kYes = -1;
+    constexpr int kDefault = -2;
+    constexpr int kMostDigits = 99;
+    const auto asked = [&](int index, bool otherwise) {
+        const std::int32_t choice = a.Whole(index);
+        return choice == kDefault ? otherwise : choice == kYes;
+    };
+    std::int32_t digits = a.Whole(1);
+    if (digits < -1 || digits > kMostDigits) Raise(FaultNumber::InvalidCall);
+    if (digits < 0) digits = 2;
+    std::string places = asked(4, true) ? "#,##" : "#";
+    places += asked(2, true) ? "0" : "#";
+    if (digits > 0) places.append(".").append(static_cast<std::size_t>(digits), '0');
+    places += behind;
+    const std::string negative = asked(3, false) ? "(" + before + places + ")" : before + "-" + places;
+    answer.Text(Fitting(text::FormatNumber(a.Number(0), before + places + ";" + negative)));
+}
+
+}  // namespace
+
+void FormatAsNumber(const Arguments& a, Answer& answer) { FormatAs(a, answer, "", ""); }
+void FormatAsCurrency(const Arguments& a, Answer& answer) { FormatAs(a, answer, "\uFFE5", ""); }
+void FormatAsPercent(const Arguments& a, Answer& answer) { FormatAs(a, answer, "", "%"); }
 
 void FormatOfText(const Arguments& a, Answer& answer) {
     if (a.AnyNull()) return answer.Part("");

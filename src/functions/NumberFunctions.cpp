@@ -55,6 +55,9 @@ WholePair WholeOperands(const Arguments& a) {
 
 }  // namespace
 
+void BitXor(const Arguments& a, Answer& answer) { answer.Whole(a.Whole(0) ^ a.Whole(1)); }
+void BitImp(const Arguments& a, Answer& answer) { answer.Whole(~a.Whole(0) | a.Whole(1)); }
+
 void CurrencyProduct(const Arguments& a, Answer& answer) {
     const auto product = text::AmountProduct(a.Amount(0), a.Amount(1));
     if (!product) Raise(FaultNumber::Overflow);

@@ -25,6 +25,7 @@ enum class ExpressionKind {
     Between,
     InList,
     InQuery,
+    Quantified,
     IsNull,
     Exists,
     Subquery,
@@ -196,6 +197,17 @@ struct InQuery : Expression {
     ~InQuery() override;
 };
 
+/// "operand < ALL (query)", or with ANY.
+struct Quantified : Expression {
+    static constexpr ExpressionKind kKind = ExpressionKind::Quantified;
+    BinaryOperator op;
+    bool all;
+    ExpressionPtr operand;
+    std::unique_ptr<Query> query;
+    Quantified(BinaryOperator o, bool every, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at = 0);
+    ~Quantified() override;
+};
+
 struct IsNull : Expression {
     static constexpr ExpressionKind kKind = ExpressionKind::IsNull;
     bool negated;
@@ -276,6 +288,7 @@ struct Cast : Expression {
     ExpressionPtr operand;
     TypeName type;
     ExpressionPtr style;  ///< of CONVERT; null when none
+    bool tries = false;   ///< TRY_CAST: Null where the value is none of the type
     Cast(ExpressionPtr e, TypeName t, ExpressionPtr s, std::size_t at = 0)
         : Expression(kKind, at), operand(std::move(e)), type(t), style(std::move(s)) {}
 };

@@ -41,7 +41,7 @@ struct DerivedTable : TableExpression {
     ~DerivedTable() override;
 };
 
-enum class JoinKind { Inner, Left, Right };
+enum class JoinKind { Inner, Left, Right, Full };
 
 struct JoinedTable : TableExpression {
     static constexpr TableKind kKind = TableKind::Join;
@@ -66,6 +66,7 @@ struct SelectCore {
     bool distinctRow = false;  ///< of several tables: a row for each combination of the rows that are shown
     ExpressionPtr top;         ///< number literal, or null
     bool percent = false;      ///< TOP n PERCENT; else the number is whole
+    bool withTies = false;     ///< TOP n WITH TIES: and the rows that are equal to the last one in the order
     std::vector<SelectItem> items;
     std::vector<TablePtr> from;  ///< separated by commas; empty for a SELECT without FROM
     ExpressionPtr where;
@@ -103,6 +104,9 @@ struct CommonTable {
 inline InQuery::InQuery(bool no, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at)
     : Expression(kKind, at), negated(no), operand(std::move(e)), query(std::move(q)) {}
 inline InQuery::~InQuery() = default;
+inline Quantified::Quantified(BinaryOperator o, bool every, ExpressionPtr e, std::unique_ptr<Query> q, std::size_t at)
+    : Expression(kKind, at), op(o), all(every), operand(std::move(e)), query(std::move(q)) {}
+inline Quantified::~Quantified() = default;
 inline Exists::Exists(std::unique_ptr<Query> q, std::size_t at) : Expression(kKind, at), query(std::move(q)) {}
 inline Exists::~Exists() = default;
 inline Subquery::Subquery(std::unique_ptr<Query> q, std::size_t at) : Expression(kKind, at), query(std::move(q)) {}

@@ -24,7 +24,8 @@ enum class StatementKind {
     DropIndex,
     AddColumn,
     AlterColumn,
-    DropColumn
+    DropColumn,
+    Session
 };
 
 struct Statement {
@@ -88,6 +89,7 @@ struct UpdateStatement : Statement {
     };
     std::string table;  ///< a table's name or, with FROM, perhaps an alias; "" when the assignments tell
     std::string alias;
+    ExpressionPtr top;  ///< of UPDATE TOP (n): whole-number literal, or null
     std::vector<Assignment> assignments;
     std::vector<TablePtr> from;  ///< the tables of a join; else empty
     ExpressionPtr where;
@@ -102,6 +104,7 @@ struct DeleteStatement : Statement {
     std::string alias;
     std::vector<TablePtr> from;  ///< the tables of a join; else empty
     bool truncates = false;      ///< the counter starts anew
+    ExpressionPtr top;           ///< of DELETE TOP (n), as in UpdateStatement
     ExpressionPtr where;
     std::size_t offset = 0;
     DeleteStatement() : Statement(kKind) {}
@@ -186,6 +189,15 @@ struct DropColumnStatement : Statement {
     std::vector<std::size_t> columnOffsets;
     std::size_t offset = 0;
     DropColumnStatement() : Statement(kKind) {}
+};
+
+/// What belongs to the connection: BEGIN TRANSACTION, COMMIT, ROLLBACK, and options that are as they are set.
+struct SessionStatement : Statement {
+    static constexpr StatementKind kKind = StatementKind::Session;
+    enum class Action { Nothing, Begin, Commit, Rollback };
+    Action action = Action::Nothing;
+    std::string words = {};  ///< of an option, "NOCOUNT ON"
+    SessionStatement() : Statement(kKind) {}
 };
 
 }  // namespace kpTables::sql

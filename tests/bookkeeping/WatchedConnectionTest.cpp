@@ -91,6 +91,24 @@ TEST(WatchedConnection, KeepsWhatFailed) {
     EXPECT_FALSE(connection.LastError());
 }
 
+TEST(WatchedConnection, KeepsTheLevelsOfOthers) {
+    Reported reported;
+    const auto target = std::make_shared<FakeConnection>();
+    auto connection = Traced(target, reported);
+    EXPECT_EQ(connection.Level(), 0);
+    connection.BeginTrans();
+    connection.KeepLevels(1);
+    EXPECT_EQ(connection.BeginTrans(), 2);
+    connection.CommitTrans();
+    EXPECT_EQ(connection.Level(), 1);
+    EXPECT_THROW(connection.CommitTrans(), DatabaseError);
+    EXPECT_THROW(connection.RollbackTrans(), DatabaseError);
+    EXPECT_EQ(target->transactions, 1);
+    connection.KeepLevels(0);
+    connection.RollbackTrans();
+    EXPECT_EQ(connection.Level(), 0);
+}
+
 TEST(WatchedConnection, EditableRecordsetPassesCallsOn) {
     Reported reported;
     auto connection = Traced(std::make_shared<FakeConnection>(), reported);

@@ -179,7 +179,7 @@ class SqlTest(TradingCase):
 
     def test_statements_that_cannot_be_run_change_nothing(self):
         for text in ("Select", "Selct * From 仓库设置", "Select * From 仓库设置 Where", "Delete From 没有",
-                     "Select 没有 From 仓库设置", "Delete From 仓库设置; Delete From 商品设置", "Delete From 仓库设置 x y",
+                     "Select 没有 From 仓库设置", "Delete From 仓库设置; Delete From 没有", "Delete From 仓库设置 x y",
                      "Update 仓库设置 Set 仓库名称='O'Hara'", "Insert Into 仓库设置 (dpID) Values (2147483648)",
                      "Insert Into 仓库设置 (dpID) Values (1)", "", "   "):
             done = self.run_kpbook("sql", self.book, text, code=1)

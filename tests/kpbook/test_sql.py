@@ -16,8 +16,8 @@ class DialectTest(TradingCase):
         self.assertEqual([line.strip() for line in done.stdout.splitlines() if line.strip()[:1] == "3"], ["3.5", "3", "3.5"])
 
     def test_what_is_no_function_is_refused_with_its_place(self):
-        for text, message in (("Select DLookup('a','b')", "the function 'DLookup' is Access's own, not its database engine's"),
-                              ("Select TRY_CAST('1' AS int)", "TRY_CAST is not supported (line 1, column 8)"),
+        for text, message in (("Select DLookup('a','b','c' & 'd)')", "inside of the text: Syntax error at line 1, column 3"),
+                              ("Select TRY_PARSE('1' AS int)", "TRY_PARSE is not supported (line 1, column 8)"),
                               ("Select CONVERT(varchar(10), 5, 1)", "CONVERT takes a style for dates and amounts of money only")):
             done = self.run_kpbook("sql", self.book, text, code=1)
             self.assertIn(message, done.stderr)
@@ -68,8 +68,51 @@ Select Count(*) As n From 仓库设置
             self.assertIn("either TEXT or --file", self.run_kpbook("sql", self.book, *arguments, code=2).stderr)
         self.run_kpbook("sql", self.book, "-f", self.folder / "none.sql", code=1)
         self.assertIn("not valid UTF-8", self.run_kpbook("sql", self.book, "-", text=b"Select '\xff'", code=1).stderr)
-        # One text is one statement.
-        self.assertIn("one statement only", self.run_kpbook("sql", self.book, "Select 1; Select 2", code=1).stderr)
+
+
+class SeveralStatementsTest(TradingCase):
+    def sql(self, text, *options, code=0):
+        return self.run_kpbook("sql", self.book, text, "-O", "csv", *options, code=code)
+
+    def count(self):
+        return self.rows("Select Count(*) From 商品设置")[0][0]
+
+    def test_one_text(self):
+        done = self.sql("SET NOCOUNT ON; Insert Into 仓库设置 (仓库名称) Values ('新'); Select SCOPE_IDENTITY() As id")
+        self.assertEqual(done.stdout, "id\n3\n")
+        done = self.sql("DECLARE @n INT = 2; IF EXISTS (Select * From 商品设置 Where pdID=@n) Select @n As yes ELSE Select @n As no")
+        self.assertEqual(done.stdout, "yes\n2\n")
+        done = self.sql("Delete From 商品设置 Where pdID=1;\nDelete From 商品 Where pdID=2", code=1)
+        self.assertIn("(line 2, column 13)", done.stderr)
+        self.assertEqual(self.count(), 3)
+
+    def test_transactions(self):
+        self.sql("BEGIN TRAN; Delete From 商品设置; ROLLBACK")
+        self.assertEqual(self.count(), 3)
+        done = self.sql("BEGIN TRAN; Delete From 商品设置", code=1)
+        self.assertIn("ended inside a transaction that it began, which is rolled back", done.stderr)
+        done = self.sql("Delete From 商品设置; COMMIT", "--transaction", code=1)
+        self.assertIn("COMMIT and ROLLBACK end only a transaction that the same text has begun", done.stderr)
+        self.assertEqual(self.count(), 3)
+        script = "BEGIN TRAN;\nDelete From 商品设置 Where pdID=1;\nCOMMIT;\nSelect Count(*) As n From 商品设置;"
+        self.assertEqual(self.run_kpbook("sql", self.book, "-", "-O", "csv", text=script).stdout, "n\n2\n")
+
+    def test_in_a_batch_and_in_the_shell(self):
+        several = {"several": True}
+        answers = self.batch({"execute": "BEGIN TRAN"}, {"execute": "Delete From 商品设置; Select @@ROWCOUNT, @@TRANCOUNT", **several},
+                             {"rollback": True}, {"execute": "Select Count(*) From 商品设置; Select 1", **several},
+                             {"execute": "Select 1; Select x From 商品设置", **several},
+                             {"execute": "Select 1; Delete From 商品设置"}, {"execute": "BEGIN TRAN; Delete From 商品设置"},
+                             {"execute": "Select 1", "several": 1}, {"begin": True, **several})
+        self.assertEqual([a["result"].get("rows") for a in answers[1:4:2]], [[[3, 1]], [[3]]])
+        self.assertEqual(answers[2]["result"], 0)
+        self.assertIn("line 1, column 18", answers[4]["error"]["description"])
+        self.assertNotIn("failed", answers[4])
+        for answer, error in zip(answers[5:], ("one statement only", "one statement only", "takes true or false", "goes with")):
+            self.assertIn(error, answer["error"]["description"])
+        done = self.run_kpbook("shell", self.book, text="BEGIN TRAN;\nDelete From 商品设置;\n", code=1)
+        self.assertIn("the shell ended inside a transaction", done.stderr)
+        self.assertEqual(self.count(), 3)
 
 
 class ParameterTest(TradingCase):

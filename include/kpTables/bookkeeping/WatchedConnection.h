@@ -64,11 +64,21 @@ public:
     void CommitTrans() override;
     void RollbackTrans() override;
 
+    /// Levels of transactions that are open.
+    int Level() const noexcept { return level_; }
+    /// CommitTrans and RollbackTrans fail where they would end one of that many outermost levels, which somebody else
+    /// than the sender of a statement has begun.
+    void KeepLevels(int levels) noexcept { kept_ = levels; }
+
 private:
     template <class Send>
     RecordsetPtr Report(const SentStatement& statement, Send send);
 
+    void RequireOwnLevel() const;
+
     ConnectionPtr target_;
+    int level_ = 0;
+    int kept_ = 0;
     std::function<std::int64_t()> rowsAffected_;
     /// Shared with the recordsets, which may outlive the connection.
     std::shared_ptr<FailedStatements> failures_ = std::make_shared<FailedStatements>();

@@ -44,6 +44,15 @@ bool BeginsWith(const CachedStatement& statement, const CachedStatement& beginni
            std::equal(first.begin(), first.end() - beginning.hidden, fields.begin(), same);
 }
 
+/// Whether a name such as @@ROWCOUNT stands in the text; @@IDENTITY is none of them.
+bool NamesState(std::string_view text) {
+    for (std::size_t at = text.find('@'); at != text.npos; at = text.find('@', at + 1)) {
+        const bool names = text.substr(at).starts_with("@@") && at + 2 < text.size();
+        if (names && std::string_view("rRtTvV").find(text[at + 2]) != std::string_view::npos) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 Executor::Executor(std::unique_ptr<Driver> driver) : driver_(std::move(driver)), catalog_(driver_->GetCatalog()) {}
@@ -51,9 +60,33 @@ Executor::Executor(std::unique_ptr<Driver> driver) : driver_(std::move(driver)),
 RecordsetPtr Executor::Execute(std::string_view text, const sql::NamedLiterals& named) {
     GetTransaction().RaiseLoss();
     try {
-        return Run(text, named);
+        if (!NamesState(text)) return Run(text, named);
+        return Run(text, WithState(named));
     } catch (const sql::SqlError& refusal) {
         RaiseRefusal(refusal, text);
+    }
+}
+
+sql::NamedLiterals Executor::WithState(sql::NamedLiterals named) const {
+    using sql::LiteralKind;
+    named.push_back({"@ROWCOUNT", {LiteralKind::Integer, std::to_string(lastRows_)}});
+    named.push_back({"@TRANCOUNT", {LiteralKind::Integer, std::to_string(GetTransaction().Level())}});
+    named.push_back({"@VERSION", {LiteralKind::Text, "kpTables " KPTABLES_VERSION}});
+    return named;
+}
+
+void Executor::RunSession(const sql::SessionStatement& statement) {
+    switch (statement.action) {
+        case sql::SessionStatement::Action::Nothing:
+            return;
+        case sql::SessionStatement::Action::Begin:
+            GetTransaction().Begin();
+            return;
+        case sql::SessionStatement::Action::Commit:
+            return GetTransaction().Commit();
+        case sql::SessionStatement::Action::Rollback:
+            GetTransaction().Rollback();
+            catalog_.Forget();
     }
 }
 
@@ -68,6 +101,10 @@ RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& name
         }
         if (tree->kind == sql::StatementKind::SelectInto) {
             RunSelectInto(static_cast<sql::SelectIntoStatement&>(*tree), text, literals);
+            return nullptr;
+        }
+        if (tree->kind == sql::StatementKind::Session) {
+            RunSession(static_cast<const sql::SessionStatement&>(*tree));
             return nullptr;
         }
         statement = Translate(*tree, std::move(shape), literals);
@@ -90,7 +127,8 @@ RecordsetPtr Executor::RunQuery(const BoundQuery& query, const sql::NamedLiteral
     return Answer(std::move(rows));
 }
 
-RecordsetPtr Executor::Answer(std::unique_ptr<recordset::RowStore> rows) const {
+RecordsetPtr Executor::Answer(std::unique_ptr<recordset::RowStore> rows) {
+    lastRows_ = static_cast<std::int64_t>(rows->Rows());
     return std::make_shared<MemoryRecordset>(std::move(rows), false, &driver_->Texts());
 }
 
@@ -118,8 +156,9 @@ void Executor::RunChange(CachedStatement& statement, std::string_view text,
     }
     if (ChangesSchema(statement.translation.kind)) {
         RefreshCatalog();
+        lastRows_ = 0;
     } else {
-        recordsAffected_ = changed;
+        recordsAffected_ = lastRows_ = changed;
     }
 }
 
@@ -152,7 +191,7 @@ void Executor::RunSelectInto(sql::SelectIntoStatement& statement, std::string_vi
         RefreshCatalog();
         const CachedStatementPtr rows = PrepareTranslation(sql::Translate(insert, catalog_, driver_->Dialect()));
         rows->prepared->Bind(rows->translation.parameters, literals, text);
-        recordsAffected_ = rows->prepared->Run(text);
+        recordsAffected_ = lastRows_ = rows->prepared->Run(text);
     });
 }
 

@@ -44,6 +44,9 @@ public:
     std::size_t CountEditable(BoundQuery& query, const std::vector<std::int64_t>& excluded);
 
 private:
+    /// The names that stand for the connection's state: @@ROWCOUNT, @@TRANCOUNT, @@VERSION.
+    sql::NamedLiterals WithState(sql::NamedLiterals named) const;
+    void RunSession(const sql::SessionStatement& statement);
     RecordsetPtr Run(std::string_view text, const sql::NamedLiterals& named);
     RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string_view text,
                               const std::vector<sql::LiteralValue>& literals);
@@ -53,7 +56,7 @@ private:
     /// Runs steps in one transaction, or in a level of the host's: all or none.
     void RunTogether(const std::function<void()>& steps);
     RecordsetPtr RunQuery(const BoundQuery& query, const sql::NamedLiterals& named);
-    RecordsetPtr Answer(std::unique_ptr<recordset::RowStore> rows) const;
+    RecordsetPtr Answer(std::unique_ptr<recordset::RowStore> rows);
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
     static std::unique_ptr<recordset::RowStore> Rows(CachedStatement& statement, std::string_view text,
                                                      const std::vector<sql::LiteralValue>& literals);
@@ -74,6 +77,7 @@ private:
     StatementCache cache_;
     sql::Dialect dialect_ = sql::Dialect::Jet;
     std::int64_t recordsAffected_ = 0;
+    std::int64_t lastRows_ = 0;  ///< that the last statement returned or changed
 };
 using ExecutorPtr = std::shared_ptr<Executor>;
 

@@ -21,6 +21,9 @@ public:
     void Commit();
     void Rollback();
 
+    /// Of the host's transaction, 0 when it has none.
+    int Level() const noexcept { return level_; }
+
     /// Begins the recordsets' transaction unless there is one already.
     void BeginForRows();
     /// Called after a row could not be written: whether the database has rolled back the rows before it too, as some do

@@ -6,6 +6,7 @@
 
 #include "kpTables/Error.h"
 #include "kpTables/LateBound.h"
+#include "kpTables/Script.h"
 #include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Host.h"
@@ -24,6 +25,16 @@
 namespace kpTables::kpbook::batch {
 
 namespace {
+
+/// A single statement that goes through the connection's own methods, which know how many transactions are open.
+bool IsOfTransaction(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == text.npos || std::string_view("bBcCrR").find(text[first]) == std::string_view::npos) return false;
+    text.remove_prefix(first);
+    const std::string_view word = text.substr(0, text.find_first_of(" \t\r\n;"));
+    const bool begins = SameName(word, "BEGIN") || SameName(word, "COMMIT") || SameName(word, "ROLLBACK");
+    return begins && SplitScript(text).size() == 1;
+}
 
 class BatchRunner : private __CTables {
 public:
@@ -64,9 +75,9 @@ public:
 
     /// Undoes what a transaction that is still open has changed; false when there is none.
     bool RollBackRest() {
-        if (level_ == 0) return false;
+        if (workspace_.connection->Level() == 0) return false;
         std::fprintf(stderr, "kpbook: the batch ended inside a transaction, which is rolled back\n");
-        for (; level_ > 0; --level_) workspace_.connection->RollbackTrans();
+        while (workspace_.connection->Level() > 0) workspace_.connection->RollbackTrans();
         return true;
     }
 
@@ -127,7 +138,6 @@ private:
     /// What tells of a failure is not taken for the beginning of a transaction.
     void UndoBegin() {
         Attempt([&] { workspace_.connection->RollbackTrans(); });
-        --level_;
         refusing_ = true;
         outcome_.result.clear();
         outcome_.error = outcome_.failed.front().error;
@@ -142,19 +152,19 @@ private:
         }
         switch (step) {
             case TransactionStep::Begin:
-                level_ = workspace_.connection->BeginTrans();
+                workspace_.connection->BeginTrans();
                 refusing_ = false;
-                return level_;
+                break;
             case TransactionStep::Commit:
                 workspace_.connection->CommitTrans();
-                return --level_;
+                break;
             default:
                 workspace_.connection->RollbackTrans();
-                return --level_;
         }
+        return workspace_.connection->Level();
     }
 
-    /// The host's own statement, in the dialect of its line.
+    /// The host's own statements, in the dialect of their line.
     RecordsetPtr Execute(const BatchRequest& request) {
         Connection& connection = *workspace_.connection;
         struct Restore {
@@ -164,7 +174,16 @@ private:
         };
         const Restore restore{connection, connection.Dialect()};
         if (request.isSQL) connection.Dialect(DialectOf(*request.isSQL));
-        return connection.Execute(*request.execute, request.values);
+        // What is pasted into a statement can begin no second one unless the line asks for several.
+        if (!request.several && !IsOfTransaction(*request.execute))
+            return connection.Execute(*request.execute, request.values);
+        try {
+            return ExecuteScript(connection, *request.execute, request.values);
+        } catch (const DatabaseError&) {
+            // It is told as the line's error, with its place in the whole text.
+            workspace_.connection->ForgetFailures();
+            throw;
+        }
     }
 
     /// The dialect of a line applies to its call only, unless the call sets the property itself.
@@ -184,8 +203,7 @@ private:
 
     const GlobalOptions& global_;
     bool clean_;
-    std::int32_t level_ = 0;  ///< of nested transactions
-    bool refusing_ = false;   ///< after a transaction that did not begin, until its end
+    bool refusing_ = false;  ///< after a transaction that did not begin, until its end
     std::shared_ptr<BatchHost> host_;
     BatchOutcome outcome_;
     Workspace workspace_;

@@ -24,8 +24,8 @@ MessageAnswer ReadAnswer(const Json& value) {
 }
 
 bool IsMember(std::string_view key) {
-    constexpr std::array<std::string_view, 10> kMembers = {"method",   "execute", "params", "begin", "commit",
-                                                           "rollback", "args",    "isSQL",  "today", "answer"};
+    constexpr std::array<std::string_view, 11> kMembers = {
+        "method", "execute", "several", "params", "begin", "commit", "rollback", "args", "isSQL", "today", "answer"};
     return std::find(kMembers.begin(), kMembers.end(), key) != kMembers.end();
 }
 
@@ -52,6 +52,9 @@ void ReadMember(const std::string& key, const Json& value, BatchRequest& request
     } else if (is("isSQL")) {
         if (!value.is_boolean()) RefuseLine("\"isSQL\" takes true or false, not " + input::Shown(value));
         request.isSQL = value.get<bool>();
+    } else if (is("several")) {
+        if (!value.is_boolean()) RefuseLine("\"several\" takes true or false, not " + input::Shown(value));
+        request.several = value.get<bool>();
     } else if (is("today")) {
         request.today = input::DateOf(value, key);
     } else if (is("answer")) {
@@ -90,6 +93,7 @@ void ReadRequest(std::string_view line, BatchRequest& request) {
     if (asked == 0) RefuseLine("a line takes \"method\", \"execute\", \"begin\", \"commit\" or \"rollback\"");
     for (const auto& [key, value] : json.items()) ReadMember(key, value, request);
     if (!request.method && isGiven("args")) RefuseLine("\"args\" go with \"method\" only");
+    if (!request.execute && request.several) RefuseLine("\"several\" goes with \"execute\" only");
     if (!request.execute && isGiven("params")) RefuseLine("\"params\" go with \"execute\" only");
 }
 

@@ -19,7 +19,8 @@ enum class TransactionStep { Begin, Commit, Rollback };
 struct BatchRequest {
     std::optional<std::string> method;
     std::optional<std::string> execute;
-    NamedValues values;  ///< for the names in the statement
+    bool several = false;  ///< execute may have several statements
+    NamedValues values;    ///< for the names in the statement
     std::optional<TransactionStep> step;
     std::vector<Variant> arguments;
     std::optional<bool> isSQL;

@@ -86,11 +86,11 @@ private:
     void RunOne(const ScriptStatement& statement) {
         RecordsetPtr rows;
         try {
-            rows = workspace_.connection->Execute(statement.text, values_);
+            rows = ExecuteScript(*workspace_.connection, statement.text, values_);
         } catch (const DatabaseError& error) {
             // It is told once, with its place in the script.
             workspace_.connection->ForgetFailures();
-            if (done_ > 0 && !keepsAll_) {
+            if (done_ > 0 && !keepsAll_ && workspace_.connection->Level() == 0) {
                 TellLine("kpbook: " + Message("what the statements before line {1} did is kept", statement.line));
             }
             const DatabaseError placed = InScript(statement, WithSuggestion(error, *workspace_.book));
@@ -110,10 +110,26 @@ private:
     std::vector<output::Section> kept_;
 };
 
-void RunOneStatement(Workspace& workspace, const SqlOptions& options, const GlobalOptions& global) {
+/// Lets the texts end no transaction but their own, and begin none that they do not end.
+template <class Action>
+void RunInside(Workspace& workspace, int level, Action action) {
+    struct Kept {
+        bookkeeping::WatchedConnection& connection;
+        ~Kept() { connection.KeepLevels(0); }
+    };
+    bookkeeping::WatchedConnection& connection = *workspace.connection;
+    const Kept kept{connection};
+    connection.KeepLevels(level);
+    action();
+    if (connection.Level() == level) return;
+    while (connection.Level() > level) connection.RollbackTrans();
+    throw CommandError(Message("the text ended inside a transaction that it began, which is rolled back"));
+}
+
+void RunText(Workspace& workspace, const SqlOptions& options, const GlobalOptions& global) {
     RecordsetPtr recordset;
     try {
-        recordset = workspace.connection->Execute(options.text, ReadParameters(options.parameters));
+        recordset = ExecuteScript(*workspace.connection, options.text, ReadParameters(options.parameters));
     } catch (const DatabaseError& error) {
         workspace.connection->ForgetFailures();
         throw WithSuggestion(error, *workspace.book);
@@ -127,9 +143,11 @@ void RunOneStatement(Workspace& workspace, const SqlOptions& options, const Glob
 void AddSql(CLI::App& app, SqlOptions& options) {
     auto* command = AddCommand(
         app, "sql", "Run statements of either dialect",
-        "One statement as TEXT, or a script: a file (--file) or standard input (-) with statements that end with\n"
-        "semicolons, and comments (-- and /* */). A script ends at the first statement that fails; the error says its\n"
-        "line. In statements, @NAME or :NAME stands for the value of --param NAME=VALUE, which is bound and never pasted\n"
+        "Statements as TEXT, of which the first result is shown and all or none are kept; or a script: a file (--file)\n"
+        "or standard input (-), whose results are all shown. Semicolons end statements, comments are -- and /* */. A\n"
+        "script ends at the first statement that fails; the error says its line. TEXT may have variables and conditions\n"
+        "(DECLARE @n INT = 5; IF @n > 3 ...), and both BEGIN TRANSACTION, COMMIT and ROLLBACK.\n"
+        "In statements, @NAME or :NAME stands for the value of --param NAME=VALUE, which is bound and never pasted\n"
         "into the text. VALUE is a text, or in a form of kpbook call: null: number:2.5 date:2004-03-07 currency:12.5\n"
         "bool:true.\n\n"
         "Examples:\n"
@@ -137,7 +155,7 @@ void AddSql(CLI::App& app, SqlOptions& options) {
         "  kpbook sql shop.kpbook \"Select * From 商品设置 Where 商品名称=@name\" --param name=水泥\n"
         "  kpbook sql shop.kpbook -f changes.sql --transaction");
     AddBook(*command, options.book);
-    command->add_option("TEXT", options.text, "The statement, - for a script on standard input")
+    command->add_option("TEXT", options.text, "The statements, - for a script on standard input")
         ->check(kUtf8)
         ->type_name("");
     command->add_option("-f,--file", options.file, "Run the statements of a file")->type_name("FILE");
@@ -164,11 +182,13 @@ int Sql(const SqlOptions& options, const GlobalOptions& global) {
     ScriptRun run(workspace, options, global);
     std::optional<Transaction> transaction;
     if (options.transaction) transaction.emplace(*workspace.connection);
-    if (isScript) {
-        run.Run(script);
-    } else {
-        RunOneStatement(workspace, options, global);
-    }
+    RunInside(workspace, transaction.has_value() ? 1 : 0, [&] {
+        if (isScript) {
+            run.Run(script);
+        } else {
+            RunText(workspace, options, global);
+        }
+    });
     if (transaction) transaction->Commit();
     run.WriteKept();
     return kSucceeded;

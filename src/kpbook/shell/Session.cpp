@@ -70,7 +70,7 @@ void Session::Guarded(const std::function<void()>& action) {
 }
 
 void Session::Run(const std::string& text) {
-    const auto rows = workspace_.connection->Execute(text);
+    const auto rows = ExecuteScript(*workspace_.connection, text);
     if (rows) return output::WriteRecordset(*rows, global_);
     workspace_.LogChange(text);
 }
@@ -116,13 +116,11 @@ void Session::Perform(const std::vector<std::string>& words) {
     } else if (name == ".call") {
         Call(words);
     } else if (name == ".begin") {
-        level_ = workspace_.connection->BeginTrans();
+        workspace_.connection->BeginTrans();
     } else if (name == ".commit") {
         workspace_.connection->CommitTrans();
-        --level_;
     } else if (name == ".rollback") {
         workspace_.connection->RollbackTrans();
-        --level_;
     } else {
         std::vector<std::string_view> names;
         for (const DotCommand& command : DotCommands()) names.push_back(command.name);
@@ -194,12 +192,12 @@ std::vector<TableInfo> Session::Tables() {
 }
 
 bool Session::RollBackRest() {
-    if (level_ == 0) return false;
+    if (hasLostRest_ || workspace_.connection->Level() == 0) return false;
     TellLine("kpbook: " + Message("the shell ended inside a transaction, which is rolled back"));
     try {
-        for (; level_ > 0; --level_) workspace_.connection->RollbackTrans();
+        while (workspace_.connection->Level() > 0) workspace_.connection->RollbackTrans();
     } catch (const Error& error) {
-        level_ = 0;
+        hasLostRest_ = true;
         Tell(error.Description());
     }
     return true;

@@ -46,7 +46,7 @@ private:
     GlobalOptions global_;
     std::shared_ptr<ConsoleHost> host_;
     Workspace workspace_;
-    int level_ = 0;  ///< of nested transactions
+    bool hasLostRest_ = false;  ///< an open transaction could not be rolled back
     bool hasFailed_ = false;
 };
 

@@ -114,6 +114,29 @@ TermPtr BindCast(Context& context, TermPtr operand, const TypeName& type, TermPt
     return Converted(context, std::move(operand), type.type);
 }
 
+TermPtr BindTriedCast(Context& context, TermPtr operand, const TypeName& type, const Expression* style) {
+    if (style)
+        throw SqlError(ErrorKind::Unsupported, Message("TRY_CONVERT with a style is not supported"), style->offset);
+    // Whatever a value is, it has a text.
+    if (type.type == Type::Text) return BindCast(context, std::move(operand), type, nullptr);
+    const std::size_t offset = operand->offset;
+    if (operand->type == Type::Date || type.precision > 0 || type.dayOnly || type.timeOnly)
+        throw SqlError(ErrorKind::Unsupported,
+                       Message("TRY_CAST of a date, or to DECIMAL, DATE or TIME, is not supported"), offset);
+    struct Tried {
+        Type type;
+        std::string_view function;
+    };
+    constexpr Tried kTried[] = {{Type::Short, "try_short"},     {Type::Long, "try_long"},
+                                {Type::Double, "try_double"},   {Type::Currency, "try_currency"},
+                                {Type::Boolean, "try_boolean"}, {Type::Date, "try_date"}};
+    // A text as it is, a number as a double.
+    operand = operand->type == Type::Text ? AsText(context, std::move(operand)) : AsNumber(context, std::move(operand));
+    for (const auto& [wanted, function] : kTried)
+        if (wanted == type.type) return Call(function, {std::move(operand)}, type.type);
+    return operand;
+}
+
 TermPtr BindDate(Context& context, TermPtr operand) {
     const auto* literal = If<LiteralTerm>(operand);
     if (!literal || literal->negative) return Converted(context, std::move(operand), Type::Date);

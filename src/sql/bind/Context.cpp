@@ -25,6 +25,13 @@ std::optional<bool> Context::FlagOfWord(const Column& word) const {
     return std::nullopt;
 }
 
+Context::Doubling::Doubling(Context& context, std::size_t offset) : context_(context) {
+    constexpr int kMost = 4;
+    if (context.doublings_ == kMost)
+        throw SqlError(ErrorKind::Syntax, Message("the statement is nested too deeply"), offset);
+    ++context.doublings_;
+}
+
 const Context::Common* Context::FindCommon(std::string_view name) const {
     for (const Common& table : common_)
         if (SameName(table.name, name)) return &table;

@@ -11,6 +11,7 @@
 #include "sql/Catalog.h"
 #include "sql/Translation.h"
 #include "sql/Tree.h"
+#include "sql/bind/Query.h"
 #include "sql/bind/Term.h"
 
 namespace kpTables::sql::bind {
@@ -42,6 +43,22 @@ public:
     /// The value of a whole-number literal that shapes the text (it is fixed), or SqlError Syntax.
     long long WholeNumber(const Expression& expression);
 
+    /// Notes that the statement is not to be rewritten for speed; see BoundStatement.
+    void KeepAsWritten() noexcept { staysAsWritten_ = true; }
+    bool StaysAsWritten() const noexcept { return staysAsWritten_; }
+
+    /// A comparison with ANY or ALL while it is bound, which doubles what it contains: few may contain each other.
+    class Doubling {
+    public:
+        Doubling(Context& context, std::size_t offset);
+        ~Doubling() { --context_.doublings_; }
+        Doubling(const Doubling&) = delete;
+        Doubling& operator=(const Doubling&) = delete;
+
+    private:
+        Context& context_;
+    };
+
     /// A query that WITH names.
     struct Common {
         std::string name;
@@ -49,6 +66,10 @@ public:
         std::shared_ptr<Query> query;      ///< null while it is bound
         std::string label;                 ///< its name in the printed text
     };
+    /// The list as a source; the statement gets it as one of its queries in WITH.
+    SourcePtr ListOf(BookList list);
+    std::vector<CommonQuery> TakeLists() { return std::move(lists_); }
+
     void AddCommon(Common table) { common_.push_back(std::move(table)); }
     std::vector<Common>& CommonTables() noexcept { return common_; }
     /// The query of that name, or nullptr.
@@ -56,10 +77,13 @@ public:
 
 private:
     std::vector<Common> common_;
+    std::vector<CommonQuery> lists_;
     const Catalog& catalog_;
     sql::Dialect dialect_;
     std::vector<int>& fixedLiterals_;
     int parameters_ = 0;
+    bool staysAsWritten_ = false;
+    int doublings_ = 0;
 };
 
 /// An expression's surroundings.

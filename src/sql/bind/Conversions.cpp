@@ -93,9 +93,25 @@ void RaiseMismatch(const Term& term, const std::string& detail) {
                    term.offset);
 }
 
+namespace {
+
+// A literal of no text of its own, as of one that a domain function takes: it is printed as it is.
+TermPtr WrittenConstant(const LiteralTerm& pending, Type type) {
+    const Literal& literal = *pending.literal;
+    const bool number = literal.literal == LiteralKind::Integer || literal.literal == LiteralKind::Decimal;
+    const Type own = literal.literal == LiteralKind::Integer ? Type::Long : Type::Double;
+    TermPtr value = number ? NumberConstant(literal.text, own) : TextConstant(literal.text, pending.offset);
+    if (pending.negative) value = std::make_shared<Negation>(value, own);
+    if (literal.literal == LiteralKind::Date) value = ConversionOf(std::move(value), Type::Date);
+    return value->type == type ? value : ConversionOf(std::move(value), type);
+}
+
+}  // namespace
+
 TermPtr Bound(Context& context, const LiteralTerm& pending, Binding binding) {
     const Literal& literal = *pending.literal;
     const Type type = BoundType(binding, literal);
+    if (literal.ordinal < 0) return WrittenConstant(pending, type);
     if (pending.negative && !TakesMinus(binding)) return Converted(context, Settled(context, pending.Clone()), type);
     auto parameter = context.Parameter(literal, binding, type);
     parameter->offset = pending.offset;

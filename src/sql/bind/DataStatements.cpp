@@ -98,6 +98,22 @@ TermPtr BindWhere(Context& context, const ExpressionPtr& where, const Scope& sco
     return IsTrue(*condition) ? nullptr : condition;
 }
 
+// The condition of a change, or that a row is among the first n, by their ids, of those that meet it.
+template <class Statement>
+TermPtr ChangedRows(Context& context, const Statement& statement, const std::shared_ptr<const Source>& target,
+                    const Scope& scope) {
+    if (!statement.top) return BindWhere(context, statement.where, scope);
+    Scope inner(nullptr);
+    const SourcePtr source = Target(*target->table, statement.table, statement.alias, inner, statement.offset);
+    Select select;
+    select.from.push_back(TableOf(source));
+    select.where = BindWhere(context, statement.where, inner);
+    select.items.push_back({std::make_shared<RowIdTerm>(source), "row"});
+    select.limit = RowLimit{context.WholeNumber(*statement.top)};
+    return std::make_shared<InQueryTerm>(std::make_shared<RowIdTerm>(target),
+                                         std::make_shared<Query>(QueryOf(std::move(select), QueryUse::Value)), false);
+}
+
 }  // namespace
 
 TermPtr ColumnValue(Context& context, TermPtr value, const CatalogColumn& column) {
@@ -153,7 +169,7 @@ Update BindUpdate(Context& context, const UpdateStatement& statement) {
         TermPtr value = BindExpression(*assignment.value, {context, scope, kNoAggregateInStatement});
         update.assignments.push_back({&column, ColumnValue(context, std::move(value), column)});
     }
-    update.where = BindWhere(context, statement.where, scope);
+    update.where = ChangedRows(context, statement, update.target, scope);
     return update;
 }
 
@@ -164,7 +180,7 @@ Delete BindDelete(Context& context, const DeleteStatement& statement) {
     Delete erase;
     erase.truncates = statement.truncates;
     erase.target = Target(table, statement.table, statement.alias, scope, statement.offset);
-    erase.where = BindWhere(context, statement.where, scope);
+    erase.where = ChangedRows(context, statement, erase.target, scope);
     return erase;
 }
 

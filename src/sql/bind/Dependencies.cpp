@@ -26,6 +26,8 @@ Dependencies::Sources Dependencies::AddJoins(const Table& table) {
         case JoinMethod::Right:
             AddEquality(*table.on, right, left);
             break;
+        case JoinMethod::Full:
+            break;
     }
     return joined;
 }

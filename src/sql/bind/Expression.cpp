@@ -1,3 +1,4 @@
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -130,6 +131,41 @@ TermPtr BindMembership(const InQuery& in, const Place& place) {
     return std::make_shared<InQueryTerm>(std::move(operand), std::move(query), in.negated);
 }
 
+// A row of the query for which a condition on its value holds; the query is bound anew for each.
+TermPtr AnyRow(const Quantified& test, const Place& place, const std::function<TermPtr(TermPtr)>& condition) {
+    auto rows = std::make_shared<Query>(BindQuery(place.context, *test.query, &place.scope, QueryUse::Table));
+    if (rows->members.front().select.items.size() != 1)
+        throw SqlError(ErrorKind::Syntax, Message("a query that stands for a value must have one column"), test.offset);
+    const SourcePtr source = SourceOf(std::move(rows));
+    Select select;
+    select.from.push_back(TableOf(source));
+    TermPtr operand = BindExpression(*test.operand, place);
+    TermPtr comparison = BindComparison(place.context, test.op, std::move(operand), ColumnOf(source, 0, test.offset));
+    select.where = AsCondition(place.context, condition(std::move(comparison)));
+    select.items.push_back({NumberConstant("1", Type::Long), "found"});
+    auto query = std::make_shared<Query>(QueryOf(std::move(select), QueryUse::Existence));
+    query->isCorrelated = true;
+    return std::make_shared<ExistsTerm>(std::move(query));
+}
+
+// Decided by one row where it can be, else unknown when a comparison is.
+TermPtr BindQuantified(const Quantified& test, const Place& place) {
+    Context& context = place.context;
+    const Context::Doubling doubling(context, test.offset);
+    TermPtr decides = AnyRow(test, place, [&](TermPtr comparison) {
+        return test.all ? BindNot(context, std::move(comparison)) : std::move(comparison);
+    });
+    TermPtr unknown = AnyRow(test, place, [&](TermPtr comparison) {
+        return BindIsNull(context, AsValue(context, std::move(comparison)), false);
+    });
+    Terms conditions;
+    conditions.push_back(std::move(decides));
+    conditions.push_back(std::move(unknown));
+    return BindChoice(
+        context, nullptr, std::move(conditions),
+        {FlagConstant(!test.all, test.offset), NullConstant(test.offset), FlagConstant(test.all, test.offset)});
+}
+
 TermPtr BindScalar(const Subquery& subquery, const Place& place) {
     QueryPtr query = ValueQuery(*subquery.query, place, subquery.offset);
     const Type type = query->Columns().front().type;
@@ -147,6 +183,7 @@ TermPtr BindExists(const Exists& exists, const Place& place) {
 
 TermPtr BindCastOf(const Cast& cast, const Place& place) {
     TermPtr operand = BindExpression(*cast.operand, place);
+    if (cast.tries) return BindTriedCast(place.context, std::move(operand), cast.type, cast.style.get());
     TermPtr style = cast.style ? AsNumber(place.context, BindExpression(*cast.style, place)) : nullptr;
     return BindCast(place.context, std::move(operand), cast.type, std::move(style));
 }
@@ -195,6 +232,8 @@ TermPtr BindExpression(const Expression& e, const Place& place) {
             return BindList(sql::As<InList>(e), place);
         case ExpressionKind::InQuery:
             return BindMembership(sql::As<InQuery>(e), place);
+        case ExpressionKind::Quantified:
+            return BindQuantified(sql::As<Quantified>(e), place);
         case ExpressionKind::IsNull: {
             const auto& test = sql::As<IsNull>(e);
             return BindIsNull(place.context, BindExpression(*test.operand, place), test.negated);

@@ -1,10 +1,12 @@
 // The tables of a query and how they are joined.
+#include <array>
 #include <map>
 #include <utility>
 
 #include "kpTables/text/Message.h"
 #include "sql/SqlError.h"
 #include "sql/bind/QueryBinder.h"
+#include "sql/bind/SystemTables.h"
 
 namespace kpTables::sql::bind {
 
@@ -58,16 +60,23 @@ public:
         const auto& join = static_cast<const JoinedTable&>(table);
         TablePtr left = Bind(*join.left);
         TablePtr right = Bind(*join.right);
-        const JoinMethod method = join.join == JoinKind::Inner  ? JoinMethod::Inner
-                                  : join.join == JoinKind::Left ? JoinMethod::Left
-                                                                : JoinMethod::Right;
-        return Joined(method, std::move(left), std::move(right),
+        if (join.join == JoinKind::Full) context_.KeepAsWritten();
+        constexpr std::array<JoinMethod, 4> kMethods = {JoinMethod::Inner, JoinMethod::Left, JoinMethod::Right,
+                                                        JoinMethod::Full};
+        return Joined(kMethods[static_cast<std::size_t>(join.join)], std::move(left), std::move(right),
                       BindCondition(*join.on, {context_, scope_, kNoAggregateInJoin}));
     }
 
 private:
     void DeclareTable(const NamedTable& named) {
         if (const Context::Common* common = context_.FindCommon(named.name)) return DeclareCommon(named, *common);
+        const bool own = context_.Tables().Find(named.name) != nullptr;
+        if (QueryPtr system = own ? nullptr : SystemTable(context_, named.name)) {
+            SourcePtr source = SourceOf(std::move(system));
+            const std::string last = named.name.substr(named.name.find('.') + 1);
+            source->name = source->alias = named.alias.empty() ? last : named.alias;
+            return Add(named, std::move(source));
+        }
         const CatalogTable& table = context_.Table(named.name, named.offset);
         Add(named, SourceOfTable(table, named.name, named.alias));
     }

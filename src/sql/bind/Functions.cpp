@@ -45,23 +45,6 @@ TermPtr BindFunction(const sql::Call& call, const DialectFunction& function, con
 }
 
 [[noreturn]] void RaiseUndefined(const sql::Call& call) {
-    struct Refused {
-        std::string_view name;
-        const char* why;
-    };
-    constexpr const char* kDomain =
-        Translatable("is Access's own, not its database engine's: use a query in parentheses");
-    constexpr const char* kRandom = Translatable("is not supported: its answers cannot be repeated");
-    constexpr Refused kRefused[] = {
-        {"davg", kDomain},    {"dcount", kDomain}, {"dfirst", kDomain}, {"dlast", kDomain},
-        {"dlookup", kDomain}, {"dmax", kDomain},   {"dmin", kDomain},   {"dstdev", kDomain},
-        {"dsum", kDomain},    {"dvar", kDomain},   {"rnd", kRandom},    {"rand", kRandom},
-    };
-    for (const auto& [name, why] : kRefused) {
-        if (!SameName(name, call.name)) continue;
-        throw SqlError(ErrorKind::Unsupported, Message("the function '{1}' {2}", call.name, Translated(why)),
-                       call.offset);
-    }
     throw SqlError(ErrorKind::Unsupported, Message("undefined function '{1}'", call.name), call.offset);
 }
 

@@ -36,6 +36,8 @@ struct SpecialFunction {
 
 /// Those that stand in a file of their own.
 std::span<const SpecialFunction> ServerFunctions();
+std::span<const SpecialFunction> TypeFunctions();
+std::span<const SpecialFunction> RandomFunctions();
 
 /// The function of that name, ignoring case, or nullptr.
 const SpecialFunction* FindSpecialFunction(std::string_view name);

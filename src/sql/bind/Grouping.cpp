@@ -53,7 +53,8 @@ bool SameNode(Context& context, const Scope& scope, const Expression& a, const E
         case ExpressionKind::Cast: {
             const TypeName& x = sql::As<Cast>(a).type;
             const TypeName& y = sql::As<Cast>(b).type;
-            return x == y && !sql::As<Cast>(a).style == !sql::As<Cast>(b).style;
+            return x == y && !sql::As<Cast>(a).style == !sql::As<Cast>(b).style &&
+                   sql::As<Cast>(a).tries == sql::As<Cast>(b).tries;
         }
         case ExpressionKind::Case:
             return !sql::As<Case>(a).operand == !sql::As<Case>(b).operand &&
@@ -62,6 +63,7 @@ bool SameNode(Context& context, const Scope& scope, const Expression& a, const E
         case ExpressionKind::Variable:
         case ExpressionKind::Window:
         case ExpressionKind::InQuery:
+        case ExpressionKind::Quantified:
         case ExpressionKind::Exists:
         case ExpressionKind::Subquery:
             break;
@@ -93,6 +95,8 @@ void ForEachOperand(const Expression& e, const std::function<void(const Expressi
             return;
         case ExpressionKind::InQuery:
             return visit(*sql::As<InQuery>(e).operand);
+        case ExpressionKind::Quantified:
+            return visit(*sql::As<Quantified>(e).operand);
         case ExpressionKind::IsNull:
             return visit(*sql::As<IsNull>(e).operand);
         case ExpressionKind::Call:

@@ -8,7 +8,7 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-// On numbers these operators are bitwise in Jet; here they are needed for conditions only.
+// On numbers And, Or and Not are bitwise in Jet; here they are needed for conditions only.
 TermPtr Condition(Context& context, TermPtr term) {
     term = AsCondition(context, std::move(term));
     if (term->type != Type::Boolean && term->type != Type::Null && term->type != Type::Unknown)
@@ -32,7 +32,28 @@ TermPtr JoinConditions(Context& context, BinaryOperator op, Terms terms) {
     return std::make_shared<Logic>(neutral ? LogicOperator::And : LogicOperator::Or, std::move(conditions));
 }
 
+namespace {
+
+bool IsNumber(const Term& term) { return IsNumeric(term.type) && term.type != Type::Boolean; }
+
+TermPtr Complement(TermPtr bits) {
+    return std::make_shared<Arithmetic>(ArithmeticOperator::Subtract, NumberConstant("-1", Type::Long), std::move(bits),
+                                        Type::Long);
+}
+
+// On numbers these operators are of bits, as Jet's.
+TermPtr OfBits(Context& context, BinaryOperator op, TermPtr left, TermPtr right) {
+    left = AsNumber(context, std::move(left));
+    right = AsNumber(context, std::move(right));
+    if (op == BinaryOperator::Imp) return Call("bit_imp", {std::move(left), std::move(right)}, Type::Long);
+    TermPtr different = Call("bit_xor", {std::move(left), std::move(right)}, Type::Long);
+    return op == BinaryOperator::Xor ? different : Complement(std::move(different));
+}
+
+}  // namespace
+
 TermPtr BindLogic(Context& context, BinaryOperator op, TermPtr left, TermPtr right) {
+    if (IsNumber(*left) || IsNumber(*right)) return OfBits(context, op, std::move(left), std::move(right));
     if (op == BinaryOperator::Imp) {
         left = BindNot(context, std::move(left));
         return JoinConditions(context, BinaryOperator::Or, {std::move(left), std::move(right)});

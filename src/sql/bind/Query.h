@@ -38,7 +38,7 @@ struct Source {
 using SourcePtr = std::shared_ptr<Source>;
 
 /// Lookup: an inner join of each row with the one that its key identifies; the order is kept.
-enum class JoinMethod { Inner, Left, Right, Lookup };
+enum class JoinMethod { Inner, Left, Right, Lookup, Full };
 
 /// A source, or two tables joined.
 struct Table {
@@ -177,16 +177,21 @@ struct SchemaChange {
     TermPtr changed = nullptr;                    ///< the value of a column whose type changes
 };
 
+/// A list that an engine has of what is in the book.
+enum class BookList { Tables, Columns };
+
 /// A query that the statement names in WITH.
 struct CommonQuery {
     std::string name;  ///< in the printed text
     QueryPtr query;
+    std::optional<BookList> list = std::nullopt;  ///< the engine's own query, whose columns are those of query
 };
 
 struct BoundStatement {
     StatementKind kind = StatementKind::Select;
     std::vector<int> fixedLiterals;  ///< see Translation
     std::vector<CommonQuery> with;
+    bool staysAsWritten = false;   ///< random numbers or a full join: no rewrite for speed is sure to keep the rows
     std::shared_ptr<Query> query;  ///< of SELECT and TRANSFORM; else one of the following is set
     std::optional<Insert> insert;
     std::optional<Update> update;

@@ -203,6 +203,9 @@ void SelectBinder::BindLimit(std::optional<RowLimit> offset) {
         return;
     }
     if (offset) throw SqlError(ErrorKind::Syntax, Message("a query has TOP or OFFSET, not both"), core_.top->offset);
+    // A member of a union: one SELECT has them in its own way.
+    if (core_.withTies)
+        throw SqlError(ErrorKind::Syntax, Message("WITH TIES needs an ORDER BY, and no OFFSET"), core_.top->offset);
     RowLimit limit;
     if (core_.percent)
         limit.percent = Percent(context_, sql::As<Literal>(*core_.top));

@@ -209,7 +209,8 @@ constexpr SpecialFunction kSpecialFunctions[] = {
 }  // namespace
 
 const SpecialFunction* FindSpecialFunction(std::string_view name) {
-    for (const auto functions : {std::span<const SpecialFunction>(kSpecialFunctions), ServerFunctions()}) {
+    for (const auto functions :
+         {std::span<const SpecialFunction>(kSpecialFunctions), ServerFunctions(), TypeFunctions(), RandomFunctions()}) {
         const auto found = std::find_if(functions.begin(), functions.end(),
                                         [&](const SpecialFunction& f) { return SameName(f.name, name); });
         if (found != functions.end()) return &*found;

@@ -1,5 +1,6 @@
 #include "sql/bind/StatementBinder.h"
 
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -45,6 +46,13 @@ void BindCommonTables(Context& context, const Statement& statement, BoundStateme
         common.query = query;
         bound.with.push_back({common.label, std::move(query)});
     }
+}
+
+// What the binding has gathered besides. A list of the book stands before the queries that read it.
+void Finish(Context& context, BoundStatement& bound) {
+    bound.staysAsWritten = context.StaysAsWritten();
+    std::vector<CommonQuery> lists = context.TakeLists();
+    bound.with.insert(bound.with.begin(), std::make_move_iterator(lists.begin()), std::make_move_iterator(lists.end()));
 }
 
 }  // namespace
@@ -97,7 +105,10 @@ BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
         case StatementKind::DropColumn:
             bound.schema = BindDropColumn(context, AsStatement<DropColumnStatement>(statement));
             break;
+        case StatementKind::Session:
+            throw SqlError(ErrorKind::Unsupported, Message("a statement of the connection stands alone"), 0);
     }
+    Finish(context, bound);
     return bound;
 }
 
@@ -106,6 +117,7 @@ BoundStatement BindPivotQuery(const TransformStatement& statement, const Catalog
     bound.fixedLiterals = statement.fixedLiterals;
     Context context(catalog, statement.dialect, bound.fixedLiterals);
     bound.query = std::make_shared<Query>(BindPivotValues(context, statement));
+    Finish(context, bound);
     return bound;
 }
 

@@ -98,8 +98,8 @@ ColumnDefinition ParseColumnDefinition(TokenCursor& cursor) {
         cursor.ExpectOperator(")");
         return column;
     }
-    while (AcceptColumnOption(cursor, column)) {
-    }
+    SkipCollation(cursor);
+    while (AcceptColumnOption(cursor, column)) SkipCollation(cursor);
     return column;
 }
 
@@ -173,8 +173,14 @@ StatementPtr ParseCreateIndex(TokenCursor& cursor, bool unique) {
     } while (cursor.AcceptOperator(","));
     cursor.ExpectOperator(")");
     if (cursor.At("INCLUDE")) cursor.FailUnsupported(cursor.Peek(), Message("INCLUDE of an index"));
-    if (cursor.Accept("WITH")) {
-        cursor.Expect("PRIMARY");
+    if (!cursor.Accept("WITH")) return statement;
+    if (cursor.At("DISALLOW"))
+        cursor.FailUnsupported(cursor.Peek(), Message("DISALLOW NULL of an index: make the column NOT NULL; it"));
+    // Rows without a value are no duplicates of each other in any index.
+    if (cursor.Accept("IGNORE")) {
+        cursor.Expect("NULL");
+    } else {
+        if (!cursor.Accept("PRIMARY")) cursor.Fail("PRIMARY or IGNORE NULL");
         statement->unique = true;
     }
     return statement;
@@ -248,6 +254,9 @@ StatementPtr ParseCreate(TokenCursor& cursor) {
     if (cursor.Accept("TABLE")) return ParseCreateTable(cursor);
     const bool unique = cursor.Accept("UNIQUE");
     SkipClustering(cursor);
+    for (const std::string_view word : {"VIEW", "PROCEDURE", "PROC", "FUNCTION", "TRIGGER"})
+        if (!unique && cursor.At(word))
+            cursor.FailUnsupported(cursor.Peek(), Message("CREATE {1}: keep the statement in the program; it", word));
     if (!cursor.Accept("INDEX")) cursor.Fail(unique ? "INDEX" : Translatable("TABLE or INDEX"));
     return ParseCreateIndex(cursor, unique);
 }

@@ -1,8 +1,6 @@
 // Operators, by precedence climbing: a chain of one level is read in a loop, so its length costs no stack.
 #include "sql/parse/ParserRules.h"
 
-#include "kpTables/text/Message.h"
-
 namespace kpTables::sql::parse {
 
 namespace {
@@ -10,7 +8,7 @@ namespace {
 /// Where the operators NOT, LIKE, BETWEEN, IN and IS begin after an operand: "x Not In (...)" begins with NOT.
 bool AtPredicate(const TokenCursor& cursor) {
     const std::size_t skip = cursor.At("NOT") ? 1 : 0;
-    return cursor.At("LIKE", skip) || cursor.At("BETWEEN", skip) || cursor.At("IN", skip) ||
+    return cursor.At("LIKE", skip) || cursor.At("ALIKE", skip) || cursor.At("BETWEEN", skip) || cursor.At("IN", skip) ||
            (skip == 0 && cursor.At("IS"));
 }
 
@@ -35,7 +33,8 @@ ExpressionPtr ParsePredicate(TokenCursor& cursor, ExpressionPtr operand) {
     }
     const bool negated = cursor.Accept("NOT");
     if (cursor.Accept("IN")) return ParseIn(cursor, negated, std::move(operand), at);
-    if (cursor.Accept("LIKE")) {
+    // ALIKE has the wildcards that LIKE has here anyway.
+    if (cursor.Accept("LIKE") || cursor.Accept("ALIKE")) {
         ExpressionPtr pattern = ParseExpression(cursor, kOperand);
         ExpressionPtr escape = cursor.Accept("ESCAPE") ? ParseExpression(cursor, kOperand) : nullptr;
         return std::make_unique<Like>(negated, std::move(operand), std::move(pattern), std::move(escape), at);
@@ -62,13 +61,13 @@ ExpressionPtr ParsePrefixed(TokenCursor& cursor, Precedence loosest) {
                                    at);
 }
 
-/// "= ANY (query)" is IN, "<> ALL (query)" is NOT IN; the other comparisons with all rows of a query are refused.
+/// "= ANY (query)" is IN, "<> ALL (query)" is NOT IN.
 ExpressionPtr ParseQuantified(TokenCursor& cursor, BinaryOperator op, ExpressionPtr operand, std::size_t at) {
     const bool all = cursor.At("ALL");
     const bool negated = all && op == BinaryOperator::NotEqual;
-    if (!negated && (all || op != BinaryOperator::Equal))
-        cursor.FailUnsupported(cursor.Peek(), Message("ANY or ALL behind another comparison than = ANY and <> ALL"));
     cursor.Take();
+    if (!negated && (all || op != BinaryOperator::Equal))
+        return std::make_unique<Quantified>(op, all, std::move(operand), ParseQueryInParentheses(cursor), at);
     return std::make_unique<InQuery>(negated, std::move(operand), ParseQueryInParentheses(cursor), at);
 }
 

@@ -15,6 +15,14 @@ namespace kpTables::sql::parse {
 ExpressionPtr ParseExpression(TokenCursor& cursor, Precedence loosest = Precedence::Implication);
 /// A constant, a column, a call, a case, a cast, or anything in parentheses.
 ExpressionPtr ParsePrimary(TokenCursor& cursor);
+/// "COLLATE name" behind a value or a type, where the name means the book's own order.
+void SkipCollation(TokenCursor& cursor);
+/// Whether it is one of Access's domain functions, DLookup and the like.
+bool IsDomainFunction(std::string_view name);
+/// DLookup("expression", "table", "condition") and the like: the query that it means.
+ExpressionPtr ParseDomainFunction(TokenCursor& cursor);
+/// A whole number for TOP and the like, or one with decimals.
+ExpressionPtr ParseCount(TokenCursor& cursor, bool mayBeBroken, const char* what);
 /// One or more, separated by commas.
 std::vector<ExpressionPtr> ParseExpressions(TokenCursor& cursor);
 
@@ -28,6 +36,8 @@ TablePtr ParseTable(TokenCursor& cursor);
 std::string ParseAlias(TokenCursor& cursor);
 /// A table's name, perhaps after the schema "dbo", which means nothing here.
 std::string ParseTableName(TokenCursor& cursor);
+/// "(VALUES (...), ...) AS name (columns)", at its parenthesis.
+TablePtr ParseValuesTable(TokenCursor& cursor);
 /// Takes "dbo." before a name.
 void SkipSchema(TokenCursor& cursor);
 /// The tables of FROM, separated by commas.
@@ -51,5 +61,7 @@ StatementPtr ParseTruncate(TokenCursor& cursor);
 StatementPtr ParseCreate(TokenCursor& cursor);
 StatementPtr ParseDrop(TokenCursor& cursor);
 StatementPtr ParseAlter(TokenCursor& cursor);
+/// BEGIN TRANSACTION, COMMIT, ROLLBACK and SET of an option.
+StatementPtr ParseSession(TokenCursor& cursor);
 
 }  // namespace kpTables::sql::parse

@@ -1,4 +1,6 @@
 // Operands: constants, columns, calls, casts, cases and anything in parentheses.
+#include "kpTables/text/Message.h"
+#include "sql/Names.h"
 #include "sql/parse/Keywords.h"
 #include "sql/parse/ParserRules.h"
 
@@ -14,7 +16,7 @@ bool AtCall(const TokenCursor& cursor) {
 
 ExpressionPtr ParseLiteral(TokenCursor& cursor) {
     const Token& token = cursor.Take();
-    return std::make_unique<Literal>(token.literal, cursor.ValueOf(token).text, token.ordinal, token.offset);
+    return std::make_unique<Literal>(token.literal, cursor.ValueOf(token).text, cursor.OrdinalOf(token), token.offset);
 }
 
 /// True, On, False and Null have no ordinal: they belong to the statement's shape.
@@ -31,7 +33,8 @@ ExpressionPtr ParseColumn(TokenCursor& cursor) {
     const std::size_t at = cursor.Peek().offset;
     if (cursor.AtOperator(".", 3)) SkipSchema(cursor);
     std::string name = cursor.TakeName("an expression");
-    if (!cursor.AcceptOperator(".")) return std::make_unique<Column>("", std::move(name), at);
+    if (!cursor.AcceptOperator(".") && !cursor.AcceptOperator("!"))
+        return std::make_unique<Column>("", std::move(name), at);
     std::string column = cursor.TakeName("a column's name after the point");
     return std::make_unique<Column>(std::move(name), std::move(column), at);
 }
@@ -54,17 +57,21 @@ ExpressionPtr ParseCall(TokenCursor& cursor) {
 }
 
 ExpressionPtr ParseCast(TokenCursor& cursor) {
+    const bool tries = cursor.At("TRY_CAST");
     const std::size_t at = cursor.Take().offset;
     cursor.ExpectOperator("(");
     ExpressionPtr operand = ParseExpression(cursor);
     cursor.Expect("AS");
     const TypeName type = ParseTypeName(cursor, TypeUse::Cast);
     cursor.ExpectOperator(")");
-    return std::make_unique<Cast>(std::move(operand), type, nullptr, at);
+    auto cast = std::make_unique<Cast>(std::move(operand), type, nullptr, at);
+    cast->tries = tries;
+    return cast;
 }
 
 /// CONVERT(type, operand[, style]).
 ExpressionPtr ParseConvert(TokenCursor& cursor) {
+    const bool tries = cursor.At("TRY_CONVERT");
     const std::size_t at = cursor.Take().offset;
     cursor.ExpectOperator("(");
     const TypeName type = ParseTypeName(cursor, TypeUse::Cast);
@@ -72,7 +79,9 @@ ExpressionPtr ParseConvert(TokenCursor& cursor) {
     ExpressionPtr operand = ParseExpression(cursor);
     ExpressionPtr style = cursor.AcceptOperator(",") ? ParseExpression(cursor) : nullptr;
     cursor.ExpectOperator(")");
-    return std::make_unique<Cast>(std::move(operand), type, std::move(style), at);
+    auto cast = std::make_unique<Cast>(std::move(operand), type, std::move(style), at);
+    cast->tries = tries;
+    return cast;
 }
 
 ExpressionPtr ParseCase(TokenCursor& cursor) {
@@ -106,13 +115,12 @@ ExpressionPtr ParseExists(TokenCursor& cursor) {
     return std::make_unique<Exists>(ParseQueryInParentheses(cursor), at);
 }
 
-}  // namespace
-
-ExpressionPtr ParsePrimary(TokenCursor& cursor) {
+ExpressionPtr ParseOperand(TokenCursor& cursor) {
     const Token& token = cursor.Peek();
     if (token.kind == TokenKind::Literal) return ParseLiteral(cursor);
     if (token.kind == TokenKind::Variable) {
         cursor.Take();
+        if (ExpressionPtr replaced = cursor.TakeReplacement(token)) return replaced;
         return std::make_unique<Variable>(std::string(token.text.substr(2)), token.offset);
     }
     if (cursor.AtOperator("(")) return ParseParenthesised(cursor);
@@ -120,14 +128,35 @@ ExpressionPtr ParsePrimary(TokenCursor& cursor) {
     if (on || cursor.At("NULL") || cursor.At("TRUE") || cursor.At("FALSE")) return ParseNamedConstant(cursor);
     if (cursor.At("CASE")) return ParseCase(cursor);
     if (AtCall(cursor)) {
-        if (cursor.At("CAST")) return ParseCast(cursor);
-        if (cursor.At("CONVERT")) return ParseConvert(cursor);
-        for (const std::string_view trying : {"TRY_CAST", "TRY_CONVERT", "TRY_PARSE"})
-            if (cursor.At(trying)) cursor.FailUnsupported(cursor.Peek(), std::string(trying));
+        if (cursor.At("CAST") || cursor.At("TRY_CAST")) return ParseCast(cursor);
+        if (cursor.At("CONVERT") || cursor.At("TRY_CONVERT")) return ParseConvert(cursor);
+        if (cursor.At("TRY_PARSE")) cursor.FailUnsupported(cursor.Peek(), "TRY_PARSE");
+        if (IsDomainFunction(cursor.Peek().text)) return ParseDomainFunction(cursor);
         if (cursor.At("EXISTS")) return ParseExists(cursor);
         return ParseCall(cursor);
     }
     return ParseColumn(cursor);
+}
+
+}  // namespace
+
+ExpressionPtr ParsePrimary(TokenCursor& cursor) {
+    ExpressionPtr operand = ParseOperand(cursor);
+    SkipCollation(cursor);
+    return operand;
+}
+
+void SkipCollation(TokenCursor& cursor) {
+    while (cursor.At("COLLATE") && cursor.Peek(1).kind == TokenKind::Word) {
+        const Token& name = cursor.Peek(1);
+        const std::string folded = FoldedName(name.text);
+        const bool isOwn = folded.ends_with("_ci_as") || folded == "database_default";
+        if (!isOwn && folded.find('_') == folded.npos) return;  // a column's or an alias's name
+        if (!isOwn)
+            cursor.FailUnsupported(name, Message("COLLATE {1}: a book has one order of texts, _CI_AS; it", name.text));
+        cursor.Take();
+        cursor.Take();
+    }
 }
 
 }  // namespace kpTables::sql::parse

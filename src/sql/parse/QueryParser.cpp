@@ -1,11 +1,9 @@
 // SELECT and UNION.
+#include "kpTables/text/Message.h"
 #include "sql/parse/ParserRules.h"
 
 namespace kpTables::sql::parse {
 
-namespace {
-
-/// A number that shapes the rows' count.
 ExpressionPtr ParseCount(TokenCursor& cursor, bool mayBeBroken, const char* what) {
     const Token& count = cursor.Peek();
     const bool isNumber = count.kind == TokenKind::Literal && (count.literal == LiteralKind::Integer ||
@@ -13,8 +11,10 @@ ExpressionPtr ParseCount(TokenCursor& cursor, bool mayBeBroken, const char* what
     // A parameter's value may be negative.
     if (!isNumber || cursor.ValueOf(count).text.starts_with('-')) cursor.Fail(what);
     cursor.Take();
-    return std::make_unique<Literal>(count.literal, cursor.ValueOf(count).text, count.ordinal, count.offset);
+    return std::make_unique<Literal>(count.literal, cursor.ValueOf(count).text, cursor.OrdinalOf(count), count.offset);
 }
+
+namespace {
 
 void ParseTop(TokenCursor& cursor, SelectCore& core) {
     const bool enclosed = cursor.AtOperator("(", 1);
@@ -26,13 +26,24 @@ void ParseTop(TokenCursor& cursor, SelectCore& core) {
     core.top = ParseCount(cursor, core.percent, "a whole number after TOP");
     if (enclosed) cursor.ExpectOperator(")");
     if (core.percent) cursor.Take();
-    if (cursor.At("WITH") && cursor.At("TIES", 1)) cursor.FailUnsupported(cursor.Peek(), "TOP ... WITH TIES");
+    if (!cursor.At("WITH") || !cursor.At("TIES", 1)) return;
+    if (core.percent || core.distinct)
+        cursor.FailUnsupported(cursor.Peek(), Message("WITH TIES beside DISTINCT or PERCENT"));
+    core.withTies = true;
+    cursor.Take();
+    cursor.Take();
 }
 
 void ParseGroupBy(TokenCursor& cursor, SelectCore& core) {
     if (cursor.Accept("GROUP")) {
         cursor.Expect("BY");
+        for (const std::string_view word : {"ROLLUP", "CUBE", "GROUPING"})
+            if (cursor.At(word) && (cursor.AtOperator("(", 1) || cursor.At("SETS", 1)))
+                cursor.FailUnsupported(cursor.Peek(), Message("GROUP BY {1}: use a query for each level; it", word));
         core.groupBy = ParseExpressions(cursor);
+        if (cursor.At("WITH") && (cursor.At("ROLLUP", 1) || cursor.At("CUBE", 1)))
+            cursor.FailUnsupported(cursor.Peek(), Message("GROUP BY {1}: use a query for each level; it",
+                                                          "WITH " + std::string(cursor.Peek(1).text)));
     }
     if (cursor.Accept("HAVING")) core.having = ParseExpression(cursor);
 }
@@ -205,7 +216,8 @@ bool AtClause(const TokenCursor& cursor) {
     if (cursor.Peek().kind != TokenKind::Word) return false;
     if (cursor.At("INTERSECT") || cursor.At("EXCEPT"))
         return cursor.At("SELECT", 1) || cursor.AtOperator("(", 1) || cursor.At("ALL", 1);
-    if (cursor.At("CROSS") || cursor.At("FULL")) return cursor.At("JOIN", 1) || cursor.At("OUTER", 1);
+    if (cursor.At("CROSS") || cursor.At("FULL") || cursor.At("OUTER"))
+        return cursor.At("JOIN", 1) || cursor.At("OUTER", 1) || cursor.At("APPLY", 1);
     return cursor.At("WITH") && cursor.AtOperator("(", 1);
 }
 

@@ -279,17 +279,26 @@ void Scanner::ScanVariable(Lexeme& piece) {
     piece.end += 2;
     if (NameCharacter(piece.end) == 0) Fail(piece.begin, 1, "expected a name such as @@IDENTITY");
     piece.end = EndOfName(piece.end);
+    TakeGiven(piece);
 }
 
 void Scanner::ScanParameter(Lexeme& piece) {
     ++piece.end;
     if (!NameBeginsAt(piece.end)) Fail(piece.begin, 1, "expected a parameter's name after the sign");
     piece.end = EndOfName(piece.end);
-    const std::string_view spelling = TextOf(piece);
+    TakeGiven(piece);
+    if (piece.given) return;
+    if (!anyName_) Fail(piece.begin, piece.end - piece.begin, "no value is given for this parameter");
+    piece.kind = TokenKind::Variable;
+}
+
+/// The value of the name, if there is one.
+void Scanner::TakeGiven(Lexeme& piece) const {
+    const std::string_view name = TextOf(piece).substr(1);
     for (const NamedLiteral& each : named_) {
-        if (SameName(each.name, spelling.substr(1))) piece.given = &each.value;
+        if (!piece.given && SameName(each.name, name)) piece.given = &each.value;
     }
-    if (!piece.given) Fail(piece.begin, spelling.size(), "no value is given for this parameter");
+    if (!piece.given) return;
     const bool word = piece.given->kind == LiteralKind::Null || piece.given->kind == LiteralKind::Boolean;
     piece.kind = word ? TokenKind::Word : TokenKind::Literal;
     piece.literal = piece.given->kind;
@@ -420,7 +429,10 @@ void Scanner::ScanOperator(Lexeme& piece) {
         piece.end += spelling.size();
         return;
     }
-    if (kShort.find(rest.front()) == std::string_view::npos) {
+    // Access writes a column as [table]![column].
+    const bool bang = rest.front() == '!' && afterName_ && !piece.blankBefore &&
+                      (NameBeginsAt(piece.begin + 1) || rest.substr(1).starts_with('['));
+    if (kShort.find(rest.front()) == std::string_view::npos && !bang) {
         const std::size_t length = Decode(text_, piece.begin).length;
         const bool visible = length > 1 || Byte(text_, piece.begin) > 0x20;
         Fail(piece.begin, visible ? length : 0, "a character that has no meaning in a statement");

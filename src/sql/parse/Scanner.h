@@ -30,6 +30,9 @@ public:
     explicit Scanner(std::string_view text, std::span<const NamedLiteral> named = {}, Dialect dialect = Dialect::Jet)
         : text_(text), named_(named), dialect_(dialect) {}
 
+    /// Names without a value are Variables, not errors.
+    void AllowAnyName() { anyName_ = true; }
+
     /// The next piece; End after the last. Raises SqlError for what cannot be read.
     Lexeme Next();
 
@@ -51,6 +54,7 @@ private:
     void ScanQuotedName(Lexeme& piece);
     void ScanVariable(Lexeme& piece);
     void ScanParameter(Lexeme& piece);
+    void TakeGiven(Lexeme& piece) const;
     void ScanNumber(Lexeme& piece);
     void ScanText(Lexeme& piece);
     void ScanDate(Lexeme& piece);
@@ -62,6 +66,7 @@ private:
     std::span<const NamedLiteral> named_;
     Dialect dialect_;
     std::size_t at_ = 0;
+    bool anyName_ = false;
     /// The parameters that "PARAMETERS name type, ...;" declares, with their values.
     std::deque<NamedLiteral> declared_;
     bool afterName_ = false;  ///< the last piece was a name that ends here: a point qualifies it and starts no number

@@ -14,7 +14,7 @@ struct StatementRule {
     StatementPtr (*parse)(TokenCursor&);
 };
 
-constexpr std::array<StatementRule, 10> kStatements = {{{"SELECT", ParseSelect},
+constexpr std::array<StatementRule, 14> kStatements = {{{"SELECT", ParseSelect},
                                                         {"TRANSFORM", ParseTransform},
                                                         {"INSERT", ParseInsert},
                                                         {"UPDATE", ParseUpdate},
@@ -23,7 +23,11 @@ constexpr std::array<StatementRule, 10> kStatements = {{{"SELECT", ParseSelect},
                                                         {"DROP", ParseDrop},
                                                         {"ALTER", ParseAlter},
                                                         {"TRUNCATE", ParseTruncate},
-                                                        {"WITH", ParseWith}}};
+                                                        {"WITH", ParseWith},
+                                                        {"BEGIN", ParseSession},
+                                                        {"COMMIT", ParseSession},
+                                                        {"ROLLBACK", ParseSession},
+                                                        {"SET", ParseSession}}};
 
 /// Statements of the server that no book has, with what to do instead.
 struct Refusal {
@@ -31,17 +35,13 @@ struct Refusal {
     const char* what;  ///< to be translated
 };
 
-constexpr std::array<Refusal, 17> kRefusals = {{
-    {"SET", Translatable("SET is for a server's session: leave it out; it")},
+constexpr std::array<Refusal, 13> kRefusals = {{
     {"USE", Translatable("USE chooses a server's database: leave it out; it")},
     {"GO", Translatable("GO belongs to a server's tools: leave it out; it")},
     {"PRINT", "PRINT"},
-    {"DECLARE", Translatable("DECLARE: give the values as parameters; it")},
-    {"IF", Translatable("IF: a statement stands alone; it")},
-    {"WHILE", Translatable("WHILE: a statement stands alone; it")},
-    {"BEGIN", Translatable("BEGIN: begin a transaction through the connection; it")},
-    {"COMMIT", Translatable("COMMIT: end a transaction through the connection; it")},
-    {"ROLLBACK", Translatable("ROLLBACK: end a transaction through the connection; it")},
+    {"DECLARE", Translatable("DECLARE where one statement stands alone")},
+    {"IF", Translatable("IF where one statement stands alone")},
+    {"WHILE", Translatable("WHILE: repeat the statements in the program; it")},
     {"EXEC", Translatable("EXEC of a stored procedure")},
     {"EXECUTE", Translatable("EXECUTE of a stored procedure")},
     {"MERGE", Translatable("MERGE: use UPDATE and INSERT; it")},
@@ -75,14 +75,31 @@ UpdateStatement::Assignment ParseAssignment(TokenCursor& cursor) {
     return assignment;
 }
 
-/// "TOP (n)" before the table of a change.
-void RefuseTop(const TokenCursor& cursor) {
-    if (cursor.At("TOP") && (cursor.AtOperator("(", 1) || cursor.Peek(1).kind == TokenKind::Literal))
-        cursor.FailUnsupported(cursor.Peek(), Message("TOP in a statement that changes rows"));
+bool AtTop(const TokenCursor& cursor) {
+    return cursor.At("TOP") && (cursor.AtOperator("(", 1) || cursor.Peek(1).kind == TokenKind::Literal);
+}
+
+/// "TOP (n)" before the table of a change; null when there is none.
+ExpressionPtr ParseChangedTop(TokenCursor& cursor) {
+    if (!AtTop(cursor)) return nullptr;
+    cursor.Take();
+    const bool enclosed = cursor.AcceptOperator("(");
+    ExpressionPtr top = ParseCount(cursor, false, "a whole number after TOP");
+    if (enclosed) cursor.ExpectOperator(")");
+    if (cursor.At("PERCENT"))
+        cursor.FailUnsupported(cursor.Peek(), Message("PERCENT in a statement that changes rows"));
+    return top;
+}
+
+/// With other tables, which rows come first is nowhere said.
+void RefuseTopOfJoin(TokenCursor& cursor, const Token& at, const ExpressionPtr& top,
+                     const std::vector<TablePtr>& from) {
+    if (top && !from.empty()) cursor.FailUnsupported(at, Message("TOP in a change of joined tables"));
 }
 
 void RefuseOutput(const TokenCursor& cursor) {
-    if (cursor.At("OUTPUT")) cursor.FailUnsupported(cursor.Peek(), "OUTPUT");
+    if (cursor.At("OUTPUT"))
+        cursor.FailUnsupported(cursor.Peek(), Message("OUTPUT: read the rows in a statement of their own; it"));
 }
 
 std::vector<ExpressionPtr> ParseRow(TokenCursor& cursor) {
@@ -156,6 +173,8 @@ StatementPtr Parse(std::string_view text, std::span<const NamedLiteral> named, D
     TokenCursor cursor(text, named, dialect);
     StatementPtr statement = ParseStatement(cursor);
     if (cursor.AcceptOperator(";") && !cursor.AtEnd()) cursor.FailAt(cursor.Peek(), Message("one statement only"));
+    if (cursor.At("PIVOT")) cursor.FailUnsupported(cursor.Peek(), Message("PIVOT behind a table: use TRANSFORM; it"));
+    if (cursor.At("IN")) cursor.FailUnsupported(cursor.Peek(), Message("IN of another database"));
     if (!cursor.AtEnd()) cursor.Fail("the statement's end");
     statement->dialect = dialect;
     statement->fixedLiterals = cursor.TakeFixedLiterals();
@@ -184,7 +203,7 @@ StatementPtr ParseTransform(TokenCursor& cursor) {
 
 StatementPtr ParseInsert(TokenCursor& cursor) {
     cursor.Take();
-    RefuseTop(cursor);
+    if (AtTop(cursor)) cursor.FailUnsupported(cursor.Peek(), Message("TOP before INTO: put it behind SELECT; it"));
     cursor.Accept("INTO");
     auto statement = std::make_unique<InsertStatement>();
     statement->offset = cursor.Peek().offset;
@@ -214,9 +233,10 @@ StatementPtr ParseInsert(TokenCursor& cursor) {
 
 StatementPtr ParseUpdate(TokenCursor& cursor) {
     cursor.Take();
-    RefuseTop(cursor);
-    cursor.Accept("DISTINCTROW");
     auto statement = std::make_unique<UpdateStatement>();
+    const Token& top = cursor.Peek();
+    statement->top = ParseChangedTop(cursor);
+    cursor.Accept("DISTINCTROW");
     statement->offset = cursor.Peek().offset;
     TakeTables(ParseTables(cursor), statement->table, statement->alias, statement->from);
     cursor.Expect("SET");
@@ -224,6 +244,7 @@ StatementPtr ParseUpdate(TokenCursor& cursor) {
     while (cursor.AcceptOperator(","));
     RefuseOutput(cursor);
     if (!statement->table.empty() && cursor.Accept("FROM")) statement->from = ParseTables(cursor);
+    RefuseTopOfJoin(cursor, top, statement->top, statement->from);
     if (cursor.Accept("WHERE")) statement->where = ParseExpression(cursor);
     return statement;
 }
@@ -231,9 +252,10 @@ StatementPtr ParseUpdate(TokenCursor& cursor) {
 /// "DELETE [*] FROM T", "DELETE a.* FROM tables", "DELETE [FROM] a FROM tables", "DELETE T".
 StatementPtr ParseDelete(TokenCursor& cursor) {
     cursor.Take();
-    RefuseTop(cursor);
-    cursor.Accept("DISTINCTROW");
     auto statement = std::make_unique<DeleteStatement>();
+    const Token& top = cursor.Peek();
+    statement->top = ParseChangedTop(cursor);
+    cursor.Accept("DISTINCTROW");
     statement->offset = cursor.Peek().offset;
     if (cursor.AcceptOperator("*")) {
         cursor.Expect("FROM");
@@ -256,6 +278,7 @@ StatementPtr ParseDelete(TokenCursor& cursor) {
             cursor.FailAt(first, Message("name the table whose rows are deleted before FROM"));
         if (statement->alias.empty() && cursor.Accept("FROM")) statement->from = ParseTables(cursor);
     }
+    RefuseTopOfJoin(cursor, top, statement->top, statement->from);
     RefuseOutput(cursor);
     if (cursor.Accept("WHERE")) statement->where = ParseExpression(cursor);
     return statement;

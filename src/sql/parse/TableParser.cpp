@@ -25,6 +25,7 @@ TablePtr ParseSingleTable(TokenCursor& cursor) {
         SkipHint(cursor);
         return std::make_unique<NamedTable>(std::move(name), std::move(alias), at);
     }
+    if (cursor.At("VALUES", 1) && cursor.AtOperator("(", 2)) return ParseValuesTable(cursor);
     if (cursor.AtQuery(1)) {
         std::unique_ptr<Query> query = ParseQueryInParentheses(cursor);
         return std::make_unique<DerivedTable>(std::move(query), ParseAlias(cursor), at);
@@ -50,7 +51,12 @@ bool AcceptJoin(TokenCursor& cursor, JoinWords& words) {
         cursor.Take();
         words.crosses = true;
     } else if (cursor.At("FULL") && (cursor.At("JOIN", 1) || cursor.At("OUTER", 1))) {
-        cursor.FailUnsupported(cursor.Peek(), "FULL JOIN");
+        cursor.Take();
+        cursor.Accept("OUTER");
+        words.kind = JoinKind::Full;
+    } else if ((cursor.At("CROSS") || cursor.At("OUTER")) && cursor.At("APPLY", 1)) {
+        cursor.FailUnsupported(cursor.Peek(), Message("{1} APPLY: use a sub-query in the select list; it",
+                                                      std::string(cursor.Peek().text)));
     } else if (!cursor.Accept("INNER") && !cursor.At("JOIN")) {
         return false;
     }
@@ -81,6 +87,37 @@ TablePtr ParseJoins(TokenCursor& cursor, TablePtr left) {
 
 }  // namespace
 
+TablePtr ParseValuesTable(TokenCursor& cursor) {
+    TokenCursor::Nesting nesting(cursor);
+    nesting.Deepen();
+    const std::size_t at = cursor.Take().offset;
+    cursor.Take();
+    auto query = std::make_unique<Query>();
+    query->offset = at;
+    do {
+        const Token& row = cursor.Peek();
+        cursor.ExpectOperator("(");
+        Query::Member member;
+        member.operation = query->members.empty() ? SetOperation::Union : SetOperation::UnionAll;
+        member.core = std::make_unique<SelectCore>();
+        for (ExpressionPtr& value : ParseExpressions(cursor)) member.core->items.push_back({std::move(value), {}});
+        cursor.ExpectOperator(")");
+        if (!query->members.empty() && member.core->items.size() != query->members.front().core->items.size())
+            cursor.FailAt(row, Message("every row of VALUES has as many values as the first"));
+        query->members.push_back(std::move(member));
+    } while (cursor.AcceptOperator(","));
+    cursor.ExpectOperator(")");
+    std::string alias = ParseAlias(cursor);
+    if (alias.empty() || !cursor.AtOperator("(")) cursor.Fail("a name with its columns behind VALUES");
+    for (SelectItem& item : query->members.front().core->items) {
+        cursor.Take();
+        item.alias = cursor.TakeName("a column's name");
+        if (!cursor.AtOperator(",") && &item != &query->members.front().core->items.back()) cursor.Fail("','");
+    }
+    cursor.ExpectOperator(")");
+    return std::make_unique<DerivedTable>(std::move(query), std::move(alias), at);
+}
+
 void SkipSchema(TokenCursor& cursor) {
     const Token& schema = cursor.Peek();
     const bool isName = schema.kind == TokenKind::Word || schema.kind == TokenKind::QuotedName;
@@ -91,6 +128,13 @@ void SkipSchema(TokenCursor& cursor) {
 
 std::string ParseTableName(TokenCursor& cursor) {
     SkipSchema(cursor);
+    // The lists of a server's tables, which only their schema tells from tables of that name.
+    for (const std::string_view schema : {"sys", "INFORMATION_SCHEMA"}) {
+        if (!cursor.At(schema) || !cursor.AtOperator(".", 1) || !cursor.AtName(2)) continue;
+        cursor.Take();
+        cursor.Take();
+        return std::string(schema) + "." + cursor.TakeName("a table's name");
+    }
     return cursor.TakeName("a table's name");
 }
 

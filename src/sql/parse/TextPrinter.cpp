@@ -65,8 +65,16 @@ void WriteInsert(std::string& out, const InsertStatement& s) {
     }
 }
 
+void WriteTop(std::string& out, const ExpressionPtr& top) {
+    if (!top) return;
+    out += "TOP (";
+    WriteExpression(out, *top);
+    out += ") ";
+}
+
 void WriteUpdate(std::string& out, const UpdateStatement& s) {
     out += "UPDATE ";
+    WriteTop(out, s.top);
     if (s.table.empty()) {
         WriteTables(out, s.from);
     } else {
@@ -89,7 +97,9 @@ void WriteUpdate(std::string& out, const UpdateStatement& s) {
 }
 
 void WriteDelete(std::string& out, const DeleteStatement& s) {
-    out += s.truncates ? "TRUNCATE TABLE " : "DELETE FROM ";
+    out += s.truncates ? "TRUNCATE TABLE " : "DELETE ";
+    WriteTop(out, s.top);
+    if (!s.truncates) out += "FROM ";
     WriteName(out, s.table);
     WriteAlias(out, s.alias);
     WriteFrom(out, s.from);
@@ -177,6 +187,22 @@ void WriteDropColumn(std::string& out, const DropColumnStatement& s) {
     WriteNames(out, s.columns);
 }
 
+void WriteSession(std::string& out, const SessionStatement& s) {
+    switch (s.action) {
+        case SessionStatement::Action::Begin:
+            out += "BEGIN TRANSACTION";
+            return;
+        case SessionStatement::Action::Commit:
+            out += "COMMIT";
+            return;
+        case SessionStatement::Action::Rollback:
+            out += "ROLLBACK";
+            return;
+        case SessionStatement::Action::Nothing:
+            out += "SET " + s.words;
+    }
+}
+
 void WriteStatement(std::string& out, const Statement& s) {
     WriteWith(out, s.with);
     switch (s.kind) {
@@ -209,6 +235,8 @@ void WriteStatement(std::string& out, const Statement& s) {
             return WriteAlterColumn(out, static_cast<const AlterColumnStatement&>(s));
         case StatementKind::DropColumn:
             return WriteDropColumn(out, static_cast<const DropColumnStatement&>(s));
+        case StatementKind::Session:
+            return WriteSession(out, static_cast<const SessionStatement&>(s));
     }
 }
 

@@ -30,6 +30,7 @@ Precedence PrecedenceOf(const Expression& e) {
         case ExpressionKind::Between:
         case ExpressionKind::InList:
         case ExpressionKind::InQuery:
+        case ExpressionKind::Quantified:
         case ExpressionKind::IsNull:
             return Precedence::Comparison;
         default:
@@ -127,6 +128,7 @@ void WriteCall(std::string& out, const Call& e) {
 }
 
 void WriteCast(std::string& out, const Cast& e) {
+    if (e.tries) out += "TRY_";
     if (e.style) {
         out += "CONVERT(";
         WriteType(out, e.type);
@@ -216,6 +218,12 @@ void WritePredicate(std::string& out, const Expression& e) {
         case ExpressionKind::InQuery:
             WriteOperandOf(out, *As<InQuery>(e).operand, As<InQuery>(e).negated, "IN ");
             return WriteQueryInParentheses(out, *As<InQuery>(e).query);
+        case ExpressionKind::Quantified: {
+            const auto& test = As<Quantified>(e);
+            WriteOperandOf(out, *test.operand, false, InfoOf(test.op).spelling);
+            out += test.all ? " ALL " : " ANY ";
+            return WriteQueryInParentheses(out, *test.query);
+        }
         default:
             WriteExpression(out, *As<IsNull>(e).operand, Precedence::Comparison);
             out += As<IsNull>(e).negated ? " IS NOT NULL" : " IS NULL";

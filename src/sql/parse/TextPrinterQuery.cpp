@@ -7,6 +7,7 @@ namespace kpTables::sql::parse {
 
 namespace {
 
+constexpr std::array<std::string_view, 4> kJoins = {" INNER JOIN ", " LEFT JOIN ", " RIGHT JOIN ", " FULL JOIN "};
 constexpr std::array<std::string_view, 4> kSetOperations = {" UNION ", " UNION ALL ", " INTERSECT ", " EXCEPT "};
 
 void WriteTable(std::string& out, const TableExpression& table) {
@@ -22,9 +23,7 @@ void WriteTable(std::string& out, const TableExpression& table) {
     }
     const auto& joined = static_cast<const JoinedTable&>(table);
     WriteTable(out, *joined.left);
-    out += joined.join == JoinKind::Inner  ? " INNER JOIN "
-           : joined.join == JoinKind::Left ? " LEFT JOIN "
-                                           : " RIGHT JOIN ";
+    out += kJoins[static_cast<std::size_t>(joined.join)];
     const bool parentheses = joined.right->kind == TableKind::Join;
     if (parentheses) out += '(';
     WriteTable(out, *joined.right);
@@ -52,7 +51,7 @@ void WriteCore(std::string& out, const SelectCore& core, const SelectIntoStateme
     if (core.top) {
         out += "TOP ";
         WriteExpression(out, *core.top);
-        out += core.percent ? " PERCENT " : " ";
+        out += core.percent ? " PERCENT " : core.withTies ? " WITH TIES " : " ";
     }
     WriteItems(out, core.items);
     if (into) {

@@ -1,5 +1,6 @@
 #include "sql/parse/TokenCursor.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "kpTables/text/Message.h"
@@ -103,6 +104,24 @@ std::string TokenCursor::TakeName(const char* what) {
     return std::string(Take().text);
 }
 
+void TokenCursor::MakeInner(const TokenCursor& outer, std::size_t offset, std::vector<ExpressionPtr> replacements) {
+    isInner_ = true;
+    depth_ = outer.depth_;
+    base_ = offset;
+    for (Token& token : stream_.tokens) token.offset += offset;
+    replacements_ = std::move(replacements);
+}
+
+ExpressionPtr TokenCursor::TakeReplacement(const Token& variable) {
+    for (std::size_t i = 0; i < replacements_.size(); ++i)
+        if (variable.text == "@@_" + std::to_string(i)) return std::move(replacements_[i]);
+    return nullptr;
+}
+
+bool TokenCursor::AreReplaced() const {
+    return std::all_of(replacements_.begin(), replacements_.end(), [](const ExpressionPtr& each) { return !each; });
+}
+
 const LiteralValue& TokenCursor::ValueOf(const Token& literal) const {
     return stream_.literals[static_cast<std::size_t>(literal.ordinal)];
 }
@@ -114,7 +133,7 @@ int TokenCursor::TakeNumber(const char* what, int least, int most) {
     const std::string& digits = ValueOf(token).text;
     const char* end = digits.data() + digits.size();
     if (std::from_chars(digits.data(), end, number).ec != std::errc() || number < least || number > most) Fail(what);
-    fixedLiterals_.push_back(token.ordinal);
+    FixLiteral(token);
     Take();
     return number;
 }
@@ -126,14 +145,15 @@ void TokenCursor::FailExpecting(std::string_view what) const { FailAt(Peek(), Me
 void TokenCursor::FailAt(const Token& token, std::string_view complaint) const {
     // The message quotes a name with its brackets.
     const bool quoted = token.kind == TokenKind::QuotedName;
-    const std::string_view spelling = quoted ? text_.substr(token.offset, token.text.size() + 2) : token.text;
-    throw SyntaxError(text_, token.offset, spelling, complaint);
+    const std::size_t offset = token.offset - base_;
+    const std::string_view spelling = quoted ? text_.substr(offset, token.text.size() + 2) : token.text;
+    throw SyntaxError(text_, offset, spelling, complaint);
 }
 
 void TokenCursor::FailUnsupported(const Token& token, std::string_view what) const {
     throw SqlError(ErrorKind::Unsupported,
-                   Message("{1} is not supported ({2})", what, PlaceText(Locate(text_, token.offset))), token.offset,
-                   true);
+                   Message("{1} is not supported ({2})", what, PlaceText(Locate(text_, token.offset - base_))),
+                   token.offset, true);
 }
 
 void TokenCursor::CountChained() {

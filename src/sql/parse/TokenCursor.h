@@ -40,6 +40,20 @@ public:
     std::string TakeName(const char* what);
 
     const LiteralValue& ValueOf(const Token& literal) const;
+    /// -1 in a text that is part of another one, as a domain function's: its literals are no literals of that text.
+    int OrdinalOf(const Token& literal) const { return isInner_ ? -1 : literal.ordinal; }
+
+    /// Reads a text that the literal at that offset of another text contains; the expressions stand for @@_0, @@_1
+    /// and so on in it.
+    void MakeInner(const TokenCursor& outer, std::size_t offset, std::vector<ExpressionPtr> replacements);
+    /// The expression that the variable stands for, or null.
+    ExpressionPtr TakeReplacement(const Token& variable);
+    /// Whether every one has been taken.
+    bool AreReplaced() const;
+    /// The literal's value is part of the statement's meaning.
+    void FixLiteral(const Token& literal) {
+        if (!isInner_) fixedLiterals_.push_back(literal.ordinal);
+    }
     /// Takes a whole number that becomes part of the tree without a node of its own.
     int TakeNumber(const char* what, int least, int most);
     std::vector<int> TakeFixedLiterals() { return std::move(fixedLiterals_); }
@@ -92,6 +106,9 @@ private:
     std::vector<int> fixedLiterals_;
     std::optional<NewTable> newTable_;
     bool newTableAllowed_ = false;
+    bool isInner_ = false;
+    std::size_t base_ = 0;  ///< the offset of the text in the other one
+    std::vector<ExpressionPtr> replacements_;
     std::size_t at_ = 0;
     int depth_ = 0;
     int chained_ = 0;

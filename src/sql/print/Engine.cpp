@@ -70,6 +70,7 @@ Piece Engine::Likely(Piece condition) const { return condition; }
 std::string_view Engine::JoinWord(bind::JoinMethod method) const {
     return method == bind::JoinMethod::Left    ? " LEFT JOIN "
            : method == bind::JoinMethod::Right ? " RIGHT JOIN "
+           : method == bind::JoinMethod::Full  ? " FULL JOIN "
                                                : " INNER JOIN ";
 }
 
@@ -87,6 +88,10 @@ std::string Engine::Limit(std::optional<long long> rows, long long skip) const {
     std::string text = rows ? " LIMIT " + std::to_string(*rows) : std::string();
     if (skip > 0) text += " OFFSET " + std::to_string(skip);
     return text;
+}
+
+std::string Engine::BookList(bind::BookList) const {
+    throw SqlError(ErrorKind::Unsupported, Message("a list of the book's tables is not supported by this engine"), 0);
 }
 
 std::string Engine::CounterRestart(const CatalogTable&) const {

@@ -65,6 +65,9 @@ public:
     virtual std::string Limit(std::optional<long long> rows, long long skip) const;
 
     // ---- Tables ----
+    /// The query of the book's tables: table_name and table_id; or of their columns: table_name, column_name, position,
+    /// nullable (YES or NO), type and length as a server names them. Unless an engine has one, SqlError Unsupported.
+    virtual std::string BookList(bind::BookList list) const;
     /// Lets the table's counter begin at 1 again. Unless an engine says how, SqlError Unsupported.
     virtual std::string CounterRestart(const CatalogTable& table) const;
     /// The definition of a column that ALTER COLUMN gives another type, as CREATE TABLE has it; likewise.

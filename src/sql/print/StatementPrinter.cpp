@@ -59,7 +59,7 @@ std::string Printer::Statement(const bind::BoundStatement& statement) {
         text.append(text.empty() ? "WITH " : ", ")
             .append(engine_.Name(common.name))
             .append(" AS ")
-            .append(QueryInParentheses(*common.query));
+            .append(common.list ? "(" + engine_.BookList(*common.list) + ")" : QueryInParentheses(*common.query));
     if (!text.empty()) text += ' ';
     if (statement.query) return text + Query(*statement.query);
     if (statement.insert) return text + Insert(*statement.insert);

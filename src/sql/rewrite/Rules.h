@@ -17,6 +17,8 @@ struct Rule {
     bool breaksTies = false;
     /// For engines that can read no dependent columns.
     bool readsKeysOnly = false;
+    /// It rearranges nothing that could change rows with random numbers or those of a full join.
+    bool keepsWritten = false;
 };
 
 /// All rules, in the order of application.

@@ -79,6 +79,23 @@ TEST(Golden, Lexical) {
         {"Select a From T Where a !< 1 And a !> 2 And a != 3", "SELECT a FROM T WHERE a >= 1 AND a <= 2 AND a <> 3"},
         {"Select a From T Where a = Any (Select b From U) Or a <> All (Select b From U) Or a = Some (Select b From U)",
          "SELECT a FROM T WHERE a IN (SELECT b FROM U) OR a NOT IN (SELECT b FROM U) OR a IN (SELECT b FROM U)"},
+        {"Select a From T Where a !< All (Select b From U) And a < Some (Select b From U)",
+         "SELECT a FROM T WHERE a >= ALL (SELECT b FROM U) AND a < ANY (SELECT b FROM U)"},
+        {"Select [T]![a], T!b From T Where a ALike 'x%'", "SELECT T.a, T.b FROM T WHERE a LIKE 'x%'"},
+        {"Select a Collate Chinese_PRC_CI_AS From T Order By a Collate database_default", "SELECT a FROM T ORDER BY a"},
+        {"Select TRY_CAST(a As int), try_convert(int, a)", "SELECT TRY_CAST(a AS LONG), TRY_CAST(a AS LONG)"},
+        {"Select DLookup('a+1', '[T]', 'b=''x''')", "SELECT (SELECT TOP 1 a + 1 FROM T WHERE b = 'x')"},
+        {"Select DCount('*', 'T', 'b=' & u.b) From u", "SELECT (SELECT Count(*) FROM T WHERE b = u.b) FROM u"},
+        {"Begin Tran", "BEGIN TRANSACTION"},
+        {"Commit Work;", "COMMIT"},
+        {"Rollback Transaction", "ROLLBACK"},
+        {"Set NoCount On", "SET NOCOUNT ON"},
+        {"Delete Top 5 From T Where a=1", "DELETE TOP (5) FROM T WHERE a = 1"},
+        {"Update Top (5) T Set a=1", "UPDATE TOP (5) T SET a = 1"},
+        {"Select Top 3 With Ties a From T Order By a", "SELECT TOP 3 WITH TIES a FROM T ORDER BY a"},
+        {"Select x From (Values (1), (2)) As t(x)", "SELECT x FROM (SELECT 1 AS x UNION ALL SELECT 2) AS t"},
+        {"Select * From A Full Outer Join B On A.x=B.x", "SELECT * FROM A FULL JOIN B ON A.x = B.x"},
+        {"Select name From sys.tables", "SELECT name FROM [sys.tables]"},
     };
     CheckGolden(rows);
 }

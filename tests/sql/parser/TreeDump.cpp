@@ -13,7 +13,7 @@ constexpr std::array<std::string_view, 19> kBinary = {"power",  "times", "over",
                                                       "concat", "eq",    "ne",   "lt",  "le",  "gt",   "ge",
                                                       "and",    "or",    "xor",  "eqv", "imp"};
 constexpr std::array<std::string_view, 4> kSetOperations = {" distinct", " all", " intersect", " except"};
-constexpr std::array<std::string_view, 3> kJoins = {"inner", "left", "right"};
+constexpr std::array<std::string_view, 4> kJoins = {"inner", "left", "right", "full"};
 
 std::string DumpQuery(const Query& query);
 
@@ -77,6 +77,10 @@ std::string DumpPredicate(const Expression& e) {
         case ExpressionKind::InQuery:
             return Node(As<InQuery>(e).negated ? "notinquery" : "inquery") + Maybe(As<InQuery>(e).operand) +
                    DumpQuery(*As<InQuery>(e).query);
+        case ExpressionKind::Quantified:
+            return Node(As<Quantified>(e).all ? "all " : "any ") +
+                   std::string(kBinary[static_cast<std::size_t>(As<Quantified>(e).op)]) +
+                   Maybe(As<Quantified>(e).operand) + DumpQuery(*As<Quantified>(e).query);
         default:
             return Node(As<IsNull>(e).negated ? "isnotnull" : "isnull") + Maybe(As<IsNull>(e).operand);
     }
@@ -107,8 +111,8 @@ std::string DumpOpen(const Expression& e) {
         case ExpressionKind::Window:
             return DumpWindow(As<Window>(e));
         case ExpressionKind::Cast:
-            return Node("cast") + Maybe(As<Cast>(e).operand) + TypeText(As<Cast>(e).type) +
-                   (As<Cast>(e).style ? Maybe(As<Cast>(e).style) : std::string());
+            return Node(As<Cast>(e).tries ? "trycast" : "cast") + Maybe(As<Cast>(e).operand) +
+                   TypeText(As<Cast>(e).type) + (As<Cast>(e).style ? Maybe(As<Cast>(e).style) : std::string());
         case ExpressionKind::Case:
             return DumpCase(As<Case>(e));
         default:
@@ -132,7 +136,7 @@ std::string DumpTable(const TableExpression& table) {
 
 std::string DumpCore(const SelectCore& core) {
     const char* const name = core.distinct ? "selectdistinct" : core.distinctRow ? "selectdistinctrow" : "select";
-    std::string out = Node(name) + (core.percent ? " percent" : " top") + Maybe(core.top);
+    std::string out = Node(name) + (core.percent ? " percent" : core.withTies ? " ties" : " top") + Maybe(core.top);
     for (const SelectItem& item : core.items) out += " item" + Maybe(item.expression) + Quoted(item.alias);
     for (const TablePtr& table : core.from) out += " from" + DumpTable(*table);
     return out + " where" + Maybe(core.where) + " group" + List(core.groupBy) + " having" + Maybe(core.having) + ")";
@@ -162,7 +166,7 @@ std::string DumpInsert(const InsertStatement& s) {
 }
 
 std::string DumpUpdate(const UpdateStatement& s) {
-    std::string out = Node("update") + Quoted(s.table) + Quoted(s.alias);
+    std::string out = Node("update") + Quoted(s.table) + Quoted(s.alias) + (s.top ? Maybe(s.top) : std::string());
     for (const UpdateStatement::Assignment& a : s.assignments)
         out += " set" + Quoted(a.table) + Quoted(a.column) + Maybe(a.value);
     return out + Tables(s.from) + " where" + Maybe(s.where);
@@ -210,7 +214,7 @@ std::string DumpOpen(const Statement& s) {
         case StatementKind::Delete: {
             const auto& d = static_cast<const DeleteStatement&>(s);
             return Node(d.truncates ? "truncate" : "delete") + Quoted(d.table) + Quoted(d.alias) + Tables(d.from) +
-                   Maybe(d.where);
+                   (d.top ? Maybe(d.top) : std::string()) + Maybe(d.where);
         }
         case StatementKind::CreateTable:
             return DumpCreateTable(static_cast<const CreateTableStatement&>(s));
@@ -236,6 +240,10 @@ std::string DumpOpen(const Statement& s) {
         case StatementKind::DropColumn: {
             const auto& d = static_cast<const DropColumnStatement&>(s);
             return Node("dropcolumn") + Quoted(d.table) + Names(d.columns);
+        }
+        case StatementKind::Session: {
+            const auto& session = static_cast<const SessionStatement&>(s);
+            return Node("session") + " " + std::to_string(static_cast<int>(session.action)) + Quoted(session.words);
         }
     }
     return {};

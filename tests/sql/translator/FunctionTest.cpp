@@ -193,6 +193,16 @@ TEST(Functions, TheServersDialect) {
     }
 }
 
+// A number that is drawn for all rows stands in a query of its own, which is run once.
+TEST(Functions, RandomNumbers) {
+    EXPECT_EQ(Translated("Select Top 2 l From T Order By Rnd(l)").text,
+              R"(SELECT "T"."l" FROM "T" ORDER BY kp_rnd("T"."l") LIMIT 2)");
+    EXPECT_EQ(Translated("Select l From T Where Rnd() < 0.5").text,
+              R"(SELECT "T"."l" FROM "T" WHERE (SELECT kp_rnd()) < ?1)");
+    EXPECT_EQ(TranslatedForServer("Select Top 2 l From T Order By NEWID()").text,
+              R"(SELECT "T"."l" FROM "T" ORDER BY kp_newid() COLLATE KPTEXT LIMIT 2)");
+}
+
 TEST(Functions, EveryCallInATextIsListed) {
     const char* const texts[] = {
         "Select Asc(t), CHARINDEX('a',t), Chr(1), CSng(d), Date(), DateAdd('d',1,at), DateDiff('d',at,at2) From T",
@@ -209,12 +219,15 @@ TEST(Functions, EveryCallInATextIsListed) {
         "Update T Set c=c+c2",
         "Select InStrRev(t,'a'), Replace(t,'a','b'), StrComp(t,t2), StrReverse(t), TimeSerial(1,2,3) From T",
         "Select StDev(d), StDevP(d), Var(d), VarP(d) From T",
+        "Select l Xor 3, l Imp 3, Rnd(l), CByte(t), FormatNumber(d), FormatCurrency(d), FormatPercent(d) From T",
     };
     const char* const serverTexts[] = {
         "Select t Like 'a', 6 & l, Round(d, 1), Round(c, 1), Str(d, 5, 1), Stuff(t, 1, 1, 'a'), Replicate(t, 2) From T",
         "Select CAST(at AS varchar(20)), CONVERT(datetime, t, 103), DateName(mm, at), EOMonth(at), IsDate(t) From T",
         "Select CAST(c AS DECIMAL(9,2)), CAST(d AS DECIMAL(9,2)), Substring(t, 1, 1), Unicode(t), NChar(l) From T",
         "Select Sin(d), Cos(d), Tan(d), Atn(d), Partition(l, 0, 9, 3), StrConv(t, 3) From T",
+        "Select NEWID(), TRY_CAST(t AS int), TRY_CAST(t AS smallint), TRY_CAST(t AS float), TRY_CAST(t AS money) From T",
+        "Select TRY_CAST(t AS bit), TRY_CAST(t AS datetime) From T",
         "Select Hex(l), Oct(l), MonthName(l), WeekdayName(l), PatIndex('%a%', t) From T",
     };
     const auto functions = EngineFunctions();

@@ -24,6 +24,10 @@ const char* const kTexts[] = {
     "Insert Into T ( l , c , d , t , at , b ) Values ( 1 , -2.5 , 3 , 'x' , #2004-1-1# , True )",
     "Insert Into T ( l , c , t ) Select l , d , c From T Where Exists ( Select * From Header Where Index = l )",
     "Update T Set c = d * 2 , l = s + 1 , t = c & 'x' , at = at + 1 , b = l > 2 Where Not ( l = -1 Or t Is Null )",
+    "Select Top 2 With Ties l , Rnd ( l ) From T Where c >= All ( Select c2 From T ) And d < Any ( Select d From T ) Order By l",
+    "Select A.l , B.x From T As A Full Join ( Values ( 1 , 'a' ) , ( 2 , Null ) ) As B ( n , x ) On A.l = B.n Order By 1",
+    "Select DCount ( '*' , 'T' , 'l=' & A.l ) , TRY_CAST ( t As Long ) , TypeName ( c ) & CByte ( s ) , 5 Xor l From T As A",
+    "Update Top ( 2 ) T Set l = 1 Where OBJECT_ID ( 'T' ) In ( Select object_id From sys.tables Where name = t )",
     "Delete From T Where CCur ( d ) = c And DateAdd ( 'd' , 1 , at ) < Date ( ) And Case s When 1 Then b Else b2 End",
 };
 

@@ -7,6 +7,7 @@ namespace kpTables::sql::print::postgres {
 namespace {
 
 constexpr std::string_view kVolatile = "STABLE";
+constexpr std::string_view kRandom = "VOLATILE";
 
 constexpr ServerFunction kFunctions[] = {
     // The text with its trailing blanks, which a cast to text would cut.
@@ -31,6 +32,17 @@ constexpr ServerFunction kFunctions[] = {
      "kp._raw($1) || ''': a server knows the codes of ASCII alone', CAST(NULL AS integer)) END"},
     {"atan", "double precision", "double precision", "atan($1)"},
     {"bit_and", "bigint, bigint", "bigint", "$1 & $2"},
+    {"bit_imp", "bigint, bigint", "bigint", "~$1 | $2"},
+    {"bit_xor", "bigint, bigint", "bigint", "$1 # $2"},
+    {"newid", "", "kp.text", "kp._text(upper(CAST(gen_random_uuid() AS text)))", kRandom},
+    // Visual Basic's generator, begun anew by the bits of a negative number.
+    {"_restart", "bigint", "double precision",
+     "(((($1 + ($1 >> 24)) & 16777215) * 1140671485 + 12820163) & 16777215) / 16777216.0::double precision"},
+    {"rnd", "", "double precision", "random()", kRandom},
+    {"rnd", "double precision", "double precision",
+     "CASE WHEN $1 > 0 THEN random() WHEN $1 < 0 THEN kp._restart(CAST(CAST('x' || encode(float4send(CAST($1 AS real)), "
+     "'hex') AS bit(32)) AS bigint)) ELSE kp._fail('KP005', 'Rnd(0): a server keeps no last number', $1) END",
+     kRandom},
     {"char", "bpchar, integer", "kp.text", "kp._text(rpad(kp._raw($1), $2))"},
     {"chr", "double precision", "kp.text",
      "CASE WHEN $1 BETWEEN 1 AND 127 THEN kp._text(chr(CAST($1 AS integer))) ELSE kp._text(kp._fail('KP005', 'Chr(' || $1 "

@@ -30,7 +30,7 @@ inline constexpr std::string_view kFlagDomain = "kp.flag";
 inline constexpr std::string_view kDateDomain = "kp.date";
 
 /// Rises with every change of what is in the schema.
-inline constexpr int kSharedSchemaVersion = 2;
+inline constexpr int kSharedSchemaVersion = 3;
 
 /// The statements that make the schema kp anew or bring it up to date.
 std::string_view SharedSchemaText();

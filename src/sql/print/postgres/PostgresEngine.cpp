@@ -134,6 +134,27 @@ public:
         return known ? "kp." + Engine::Name(function) : std::string();
     }
 
+    std::string BookList(bind::BookList list) const override {
+        // The engine's own tables begin with kp_.
+        const std::string own =
+            " WHERE t.relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND t.relkind = 'r' "
+            "AND t.relname NOT LIKE 'kp\\_%'";
+        const std::string name = "CAST(CAST(t.relname AS text) AS kp.text) AS \"table_name\"";
+        if (list == bind::BookList::Tables)
+            return "SELECT " + name + ", CAST(t.oid AS bigint) AS \"table_id\" FROM pg_class AS t" + own;
+        return "SELECT " + name +
+               ", CAST(CAST(c.attname AS text) AS kp.text) AS \"column_name\", CAST(c.attnum AS integer) AS \"position\", "
+               "CAST(CASE WHEN c.attnotnull THEN 'NO' ELSE 'YES' END AS kp.text) AS \"nullable\", "
+               "CAST(CASE split_part(CAST(y.typname AS text), '(', 1) WHEN 'int4' THEN 'int' WHEN 'int2' THEN 'smallint' "
+               "WHEN 'float8' THEN 'float' WHEN 'currency' THEN 'money' WHEN 'date' THEN 'datetime' WHEN 'flag' THEN 'bit' "
+               "WHEN 'text' THEN 'nvarchar' ELSE split_part(CAST(y.typname AS text), '(', 1) END AS kp.text) AS \"type\", "
+               "CASE WHEN y.typname LIKE 'text(%' THEN CAST(substring(y.typname FROM '[0-9]+') AS integer) "
+               "WHEN y.typname = 'text' THEN -1 END AS \"length\" FROM pg_class AS t "
+               "JOIN pg_attribute AS c ON c.attrelid = t.oid AND c.attnum > 0 AND NOT c.attisdropped "
+               "AND c.attgenerated = '' JOIN pg_type AS y ON y.oid = c.atttypid" +
+               own;
+    }
+
     std::string AggregateName(AggregateFunction function) const override {
         constexpr std::array<std::string_view, 11> kNames = {"COUNT",      "SUM",       "AVG",     "MIN",
                                                              "MAX",        "array_agg", "kp.last", "stddev_samp",

@@ -60,4 +60,14 @@ CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view decla
     return column;
 }
 
+std::string TypeNameOfDeclared(std::string_view column) {
+    const std::string type(column);
+    return "CASE " + type +
+           " WHEN 'INTEGER' THEN 'int' WHEN 'SMALLINT' THEN 'smallint' WHEN 'DOUBLE' THEN 'float' "
+           "WHEN 'CURRENCY' THEN 'money' WHEN 'DATETIME_TEXT' THEN 'datetime' WHEN 'YESNO' THEN 'bit' "
+           "ELSE CASE WHEN " +
+           type + " LIKE '%TEXT%' THEN 'nvarchar' ELSE lower(substr(" + type + ", 1, instr(" + type +
+           " || '(', '(') - 1)) END END";
+}
+
 }  // namespace kpTables::sql::print::sqlite

@@ -17,4 +17,7 @@ std::string DeclaredType(const TypeName& type, bool soleKey);
 /// autoincrement: the schema says AUTOINCREMENT for it, which only a COUNTER has.
 CatalogColumn ColumnOfDeclaredType(std::string_view name, std::string_view declaredType, bool autoincrement);
 
+/// An expression that names the declared type, which column holds, as a server does: int, nvarchar and so on.
+std::string TypeNameOfDeclared(std::string_view column);
+
 }  // namespace kpTables::sql::print::sqlite

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "sql/print/sqlite/DeclaredType.h"
 #include "sql/print/sqlite/FunctionList.h"
 
 namespace kpTables::sql::print::sqlite {
@@ -191,6 +192,22 @@ public:
     std::string Limit(std::optional<long long> rows, long long skip) const override {
         constexpr long long kAll = -1;
         return Engine::Limit(rows ? rows : kAll, skip);
+    }
+
+    std::string BookList(bind::BookList list) const override {
+        // The engine's own tables begin with kp_.
+        const std::string own =
+            " WHERE t.type = 'table' AND t.name NOT LIKE 'sqlite\\_%' ESCAPE '\\'"
+            " AND t.name NOT LIKE 'kp\\_%' ESCAPE '\\'";
+        if (list == bind::BookList::Tables)
+            return "SELECT t.name AS \"table_name\", t.rowid AS \"table_id\" FROM sqlite_schema AS t" + own;
+        return "SELECT t.name AS \"table_name\", c.name AS \"column_name\", c.cid + 1 AS \"position\", "
+               "CASE WHEN c.\"notnull\" OR c.pk > 0 THEN 'NO' ELSE 'YES' END AS \"nullable\", " +
+               TypeNameOfDeclared("c.type") +
+               " AS \"type\", CASE WHEN c.type LIKE 'TEXT(%' THEN CAST(substr(c.type, 6) AS INTEGER) "
+               "WHEN c.type = 'LONGTEXT' THEN -1 END AS \"length\" "
+               "FROM sqlite_schema AS t JOIN pragma_table_xinfo(t.name) AS c" +
+               own + " AND c.hidden = 0";
     }
 
     std::string CounterRestart(const CatalogTable& table) const override {

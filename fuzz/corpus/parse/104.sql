@@ -1,0 +1,1 @@
+Select Top 2 With Ties l, Rnd(l) From T Where c >= All (Select c From T) And d < Any (Select d From T) Order By l

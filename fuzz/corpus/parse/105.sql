@@ -1,0 +1,1 @@
+Select * From T As A Full Outer Join (Values (1, 'a'), (2, Null)) As B (n, x) On A.l = B.n

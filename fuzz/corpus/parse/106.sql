@@ -1,0 +1,1 @@
+Select DLookup("l", "T", "l=1"), DCount('*', 'T', 'l=' & A.l & ' And 1=1') From T As A

@@ -1,0 +1,1 @@
+Select TRY_CAST(t As int), FormatNumber(d, 1), [T]![l], t Collate Chinese_PRC_CI_AS From T Where t ALike 'a%' Order By NEWID()

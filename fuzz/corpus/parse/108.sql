@@ -1,0 +1,1 @@
+Update Top (2) T Set l = 5 Xor l Where OBJECT_ID('dbo.[T]', 'U') Is Not Null
