@@ -5,7 +5,11 @@ console. KPBOOK starts kpbook.exe, LINUX_KPBOOK is the program built for this sy
 import json
 import os
 import pathlib
+import pty
+import re
+import select
 import subprocess
+import tty
 import unittest
 import zipfile
 
@@ -195,6 +199,34 @@ class Files(WindowsCase):
     def test_what_there_is_not_on_windows_is_refused(self):
         done = self.run_kpbook("info", "postgresql://somebody@localhost/books?book=shop", code=1)
         self.assertIn("built without PostgreSQL", done.stderr)
+
+
+class Console(WindowsCase):
+    def at_console(self, *arguments, keys):
+        """Runs kpbook in Wine's console and types as it asks; the exit code."""
+        child, terminal = pty.fork()
+        if child == 0:
+            os.execv(KPBOOK, [KPBOOK, *map(str, arguments)])
+        # Keys arrive as they are, also before the console has said so.
+        tty.setraw(terminal)
+        shown, pending = b"", list(keys)
+        while select.select([terminal], [], [], 60)[0]:
+            try:
+                shown += os.read(terminal, 65536)
+            except OSError:
+                break
+            # The cursor is shown again when the console waits behind a question.
+            if pending and re.search(rb":\x1b\[K\x1b\[1C\x1b\[\?25h$", shown):
+                os.write(terminal, pending.pop(0).encode())
+        os.close(terminal)
+        self.assertEqual(pending, [], shown)
+        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+
+    def test_questions(self):
+        code = self.at_console("new", self.book, keys=("测试商行\r", "2026\r", "1\r", "中心仓库\r", "\r"))
+        self.assertEqual(code, 0)
+        self.assertEqual(self.rows("Select 仓库名称 From 仓库设置"), [["中心仓库"]])
+        self.assertEqual(self.windows("call", self.book, "Get_AccInfo", "单位名称"), "测试商行\n")
 
 
 class Streams(WindowsCase):
