@@ -1,4 +1,5 @@
 // Single answers, beside prepared statements.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <functional>
@@ -17,7 +18,7 @@ namespace kpTables::bench {
 
 namespace {
 
-constexpr int kCalls = 4000;
+constexpr std::int64_t kMostCalls = 4000;
 
 std::string Product(int call, const BookSize& size) {
     constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15ULL;
@@ -81,6 +82,7 @@ bool BenchServerCalls(const ServerSetting& setting, const std::string& book) {
     CTables tables;
     tables.Cnn(OpenBook(BookAddress(book)));
     const Server server(ServerAddress(), book);
+    const int calls = static_cast<int>(std::min(kMostCalls, setting.size.lines));
     bool same = true;
     int number = 0;
     for (const CallCase& each : Cases(setting.size)) {
@@ -90,7 +92,7 @@ bool BenchServerCalls(const ServerSetting& setting, const std::string& book) {
             const ServerRows rows = server.Ask(name, each.parameters(call));
             return rows.Count() == 0 || rows.IsNull(0, 0) ? std::string() : rows.Text(0, 0);
         };
-        for (int call = 0; call < kCalls / 10; ++call) {
+        for (int call = 0; call < calls / 10; ++call) {
             const std::string hand = byHand(call);
             same = same &&
                    Plain(each.ask(tables, call)) == Plain(each.isNumber ? Variant(std::stod(hand)) : Variant(hand));
@@ -101,11 +103,11 @@ bool BenchServerCalls(const ServerSetting& setting, const std::string& book) {
         seconds.goal = {};
         for (int run = 0; run < setting.runs; ++run) {
             CostMeter ours;
-            for (int call = 0; call < kCalls; ++call) static_cast<void>(each.ask(tables, call));
+            for (int call = 0; call < calls; ++call) static_cast<void>(each.ask(tables, call));
             const Cost our = ours.Read();
             CostMeter theirs;
-            for (int call = 0; call < kCalls; ++call) static_cast<void>(byHand(call));
-            Note(processor, seconds, our, theirs.Read(), 1e6 / kCalls);
+            for (int call = 0; call < calls; ++call) static_cast<void>(byHand(call));
+            Note(processor, seconds, our, theirs.Read(), 1e6 / calls);
         }
         setting.results->Add(processor);
         setting.results->Add(seconds);
