@@ -16,7 +16,8 @@ endif()
 function(library name)
   list(TRANSFORM ARGN PREPEND ${sources}/)
   add_library(${name} STATIC ${ARGN})
-  target_compile_options(${name} PRIVATE -w)
+  # The names of their files, in their messages, do not tell where they were built.
+  target_compile_options(${name} PRIVATE -w -ffile-prefix-map=${sources}/=)
   set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
 endfunction()
 

@@ -5,6 +5,7 @@
 
 #include "kpTables/Book.h"
 #include "kpTables/Error.h"
+#include "platform/Paths.h"
 #include "sqlite/TestBook.h"
 
 namespace kpTables {
@@ -22,7 +23,7 @@ bool AnyFile(const TemporaryDirectory& directory) { return !std::filesystem::is_
 
 TEST(Books, AreFilesByPathOrUrl) {
     const TemporaryDirectory directory;
-    AddWarehouse(*CreateBook("file://" + directory.File("my%20shop")), "甲");
+    AddWarehouse(*CreateBook((platform::kHasDrives ? "file:///" : "file://") + directory.File("my%20shop")), "甲");
     const BookPtr book = OpenBook(directory.File("my shop"));
     EXPECT_EQ(book->Url(), directory.File("my shop"));
     EXPECT_EQ(Warehouses(*book), "甲");

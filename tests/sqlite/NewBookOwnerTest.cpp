@@ -51,6 +51,14 @@ TEST_F(NewBooks, AreTheirOwnersAloneWhateverTheMask) {
     }
 }
 
+TEST_F(NewBooks, LeaveNothingWhereTheirPreparationKeepsThem) {
+    RecordsetPtr kept;
+    NewBookOptions options;
+    options.prepare = [&](const BookPtr& book) { kept = book->Open("仓库设置", SourceKind::Table); };
+    EXPECT_TRUE(Refused([&] { CreateBook(path, options); }));
+    EXPECT_EQ(Names(), std::set<std::string>());
+}
+
 TEST_F(NewBooks, LeaveTheDraftOfAnotherProgramAlone) {
     Write(".book.new-0123abcd", "half a book");
     const int file = open(directory.File(".book.new-0123abcd").c_str(), O_RDWR);

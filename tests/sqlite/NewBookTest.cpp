@@ -17,11 +17,11 @@ TEST_F(NewBooks, LeaveNothingBeside) {
 TEST_F(NewBooks, RemoveWhatAKilledAttemptHasLeftAndNothingElse) {
     Write(".book.new-0123abcd", "half a book");
     Write(".book.new-0123abcd.txt", "a note");
-    Write(".book.new-0123ABCD", "a note");
+    Write(".book.new-4567ABCD", "a note");
     Write(".other.new-0123abcd", "half of another");
     CreateBook(path);
     EXPECT_EQ(Names(),
-              (std::set<std::string>{".book.new-0123ABCD", ".book.new-0123abcd.txt", ".other.new-0123abcd", "book"}));
+              (std::set<std::string>{".book.new-0123abcd.txt", ".book.new-4567ABCD", ".other.new-0123abcd", "book"}));
 }
 
 TEST_F(NewBooks, MadeAtOnceInOnePlaceAreOne) {
@@ -50,7 +50,10 @@ TEST_F(NewBooks, MayNotBeKeptByTheirPreparation) {
     NewBookOptions options;
     options.prepare = [&](const BookPtr& book) { kept = book->Open("仓库设置", SourceKind::Table); };
     EXPECT_TRUE(Refused([&] { CreateBook(path, options); }));
-    EXPECT_EQ(Names(), std::set<std::string>());
+    // A system that removes no file that is open leaves the draft to the next book.
+    kept.reset();
+    CreateBook(path);
+    EXPECT_EQ(Names(), (std::set<std::string>{"book"}));
 }
 
 TEST_F(NewBooks, AreCalledByTheirUrlWhileTheyArePrepared) {
