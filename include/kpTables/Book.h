@@ -43,7 +43,7 @@ public:
     /// From now on, and inside a host transaction, Append may gather rows for an engine that is far away, which takes
     /// many at once: refused is told of a row that it does not take, and the others are entered. Other engines go on
     /// writing each row at once.
-    virtual void Gather(Refused /*refused*/) {}
+    virtual void Gather(const Refused& /*refused*/) {}
     /// Sends what was gathered; the appender's end drops what was not sent.
     virtual void Flush() {}
 };

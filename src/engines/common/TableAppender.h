@@ -21,7 +21,7 @@ public:
     TableAppender& operator=(const TableAppender&) = delete;
 
     void Append(const std::vector<Variant>& values) override;
-    void Gather(Refused refused) override { refused_ = std::move(refused); }
+    void Gather(const Refused& refused) override { refused_ = refused; }
     void Flush() override;
 
 private:
