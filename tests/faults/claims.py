@@ -28,7 +28,11 @@ class Sources:
 
     def __init__(self, root):
         tests = root / "tests"
-        self.files = {path.name: path.read_text(encoding="utf-8") for path in tests.rglob("*") if path.suffix in (".cpp", ".py")}
+        # Two folders may have files of one name.
+        self.files = {}
+        for path in tests.rglob("*"):
+            if path.suffix in (".cpp", ".py"):
+                self.files[path.name] = self.files.get(path.name, "") + path.read_text(encoding="utf-8")
         self.cases = set()
         for text in self.files.values():
             self.cases |= {f"{suite}.{name}" for suite, name in re.findall(r"\bTEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", text)}
