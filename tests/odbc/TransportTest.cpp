@@ -371,7 +371,9 @@ TEST_P(Odbc, ErrorsTellTheDriversWordsAndState) {
     EXPECT_NE(error->Description().find("owhere"), std::string::npos) << error->Description();
     EXPECT_EQ(error->Statement(), "SELECT * FROM Nowhere");
     // The driver of SQLite gives one state to all errors.
-    if (GetParam().driver != "sqlite") EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::UnknownTable));
+    if (GetParam().driver != "sqlite") {
+        EXPECT_EQ(error->Number(), Code(DatabaseErrorNumber::UnknownTable));
+    }
     EXPECT_EQ(NumberOf([&] { book->Open("Nowhere", SourceKind::Table); }), Code(DatabaseErrorNumber::UnknownTable));
 }
 
