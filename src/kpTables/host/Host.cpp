@@ -15,8 +15,6 @@ Date Host::Today() {
     return Date::FromYearMonthDay(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
 }
 
-VersionNumber Host::ComponentVersion() {
-    return {kVersionMajor, kVersionMinor, kVersionBuild, kVersionRevision};
-}
+VersionNumber Host::ComponentVersion() { return {kVersionMajor, kVersionMinor, kVersionBuild, kVersionRevision}; }
 
 }  // namespace kpTables
