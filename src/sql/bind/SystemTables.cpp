@@ -95,8 +95,8 @@ const Literal& RequireText(Context& context, const TermPtr& argument) {
 
 SourcePtr Context::ListOf(BookList list) {
     const bool tables = list == BookList::Tables;
-    // No statement can contain such a name.
-    const std::string label = tables ? "tables of the book" : "columns of the book";
+    // With a "]", which no name in brackets can contain.
+    const std::string label = tables ? "tables]" : "columns]";
     QueryPtr query;
     for (const CommonQuery& known : lists_)
         if (known.name == label) query = known.query;
