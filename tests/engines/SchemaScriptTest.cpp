@@ -71,9 +71,13 @@ CREATE INDEX [仓库名称] ON [仓库设置] ([仓库名称]);
 )"));
 }
 
-TEST(SchemaScript, TheEnginesWords) {
+TEST(SchemaScript, SqlitesWords) {
     EXPECT_TRUE(Contains("sqlite", "PRAGMA user_version = 2;\n"));
     EXPECT_TRUE(Contains("sqlite", "CREATE INDEX \"成本记录.CostID\" ON \"成本记录\" (\"CostID\");\n"));
+}
+
+TEST(SchemaScript, PostgresWords) {
+    if (KPTABLES_HAS_POSTGRES == 0) GTEST_SKIP() << "built without PostgreSQL";
     EXPECT_TRUE(Contains("postgres", "INSERT INTO kp_book VALUES (2, 1, NULL, "));
     EXPECT_TRUE(Contains(
         "postgres",

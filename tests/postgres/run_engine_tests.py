@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the embedded engine's tests of what every engine does on a server: run_engine_tests.py PROGRAM.
 
-A test that cannot pass there is named below with the reason; one that passes nevertheless is an error too.
+A test that cannot pass there is named below with the reason; one that passes nevertheless is an error too, but for those that depend on how fast the server is.
 """
 
 import os
@@ -16,6 +16,11 @@ DEVIATIONS = {
     "Interruptions.OfAChangeLeaveNothingOfIt": "an interrupted change is undone alone: the host's transaction goes on",
 }
 
+# Neither passes nor fails for certain.
+LEFT_OUT = {
+    "Interruptions.DoNotReachShortChangesNorTheEndsOfTransactions":
+        "the host is asked when an answer takes a tenth of a second, as it may on a busy machine",
+}
 
 # Each of them waits for the server most of the time.
 SHARDS = 2
@@ -29,7 +34,7 @@ def start(program, tests, shard=0, shards=1):
 
 def main():
     program = sys.argv[1]
-    tests = ":".join(SUITES) + ":-" + ":".join(DEVIATIONS)
+    tests = ":".join(SUITES) + ":-" + ":".join([*DEVIATIONS, *LEFT_OUT])
     code = 0
     for run in [start(program, tests, shard, SHARDS) for shard in range(SHARDS)]:
         print(run.communicate()[0])
