@@ -39,13 +39,13 @@ std::vector<std::string> MonthStatements() {
     const auto total = [](const std::string& way) {
         return "累计" + way + "数量 = moved.quantity, 累计" + way + "金额 = moved.amount";
     };
-    return {
-        MovementUpdate("入库", month("入库"), "="), MovementUpdate("出库", month("出库"), "="),
-        MovementUpdate("入库", total("入库"), "<="), MovementUpdate("出库", total("出库"), "<="),
+    const std::string figures =
         "UPDATE 仓库余额表 SET 本期库存数量 = 上期库存数量 + 本期入库数量 - 本期出库数量, 本期库存金额 = 上期库存金额 + "
         "本期入库金额 - 本期出库金额, 本期库存单价 = CASE WHEN 上期库存数量 + 本期入库数量 - 本期出库数量 > 0 THEN "
         "(上期库存金额 + 本期入库金额 - 本期出库金额) / 10000.0 / (上期库存数量 + 本期入库数量 - 本期出库数量) ELSE 0 END "
-        "WHERE \"dpID\" = 1 AND 月份 = 11"};
+        "WHERE \"dpID\" = 1 AND 月份 = 11";
+    return {MovementUpdate("入库", month("入库"), "="), MovementUpdate("出库", month("出库"), "="),
+            MovementUpdate("入库", total("入库"), "<="), MovementUpdate("出库", total("出库"), "<="), figures};
 }
 
 /// One statement for all figures of the month: each row is written once.

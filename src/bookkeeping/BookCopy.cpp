@@ -59,7 +59,7 @@ private:
         if (!progress_) return;
         // Each row is written, and read again.
         for (const TableInfo& table : tables_)
-            steps_ += 2 * CLng(from_.Execute("Select Count(*) From [" + table.name + "]")->GetValue(0));
+            steps_ += 2 * std::int64_t{CLng(from_.Execute("Select Count(*) From [" + table.name + "]")->GetValue(0))};
     }
 
     void Step() {

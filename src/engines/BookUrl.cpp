@@ -61,10 +61,11 @@ std::string FilePath(std::string_view address, std::string_view url) {
         address.remove_prefix(host.size());
     }
     std::string path = PercentDecoded(address, url);
-    constexpr std::size_t kColonOfDrive = 2;
-    const bool hasDrive =
-        path.size() > kColonOfDrive && path[0] == '/' && IsLetter(path[1]) && path[kColonOfDrive] == ':';
-    return platform::kHasDrives && hasDrive ? path.substr(1) : path;
+    if constexpr (platform::kHasDrives) {
+        constexpr std::size_t kColon = 2;
+        if (path.size() > kColon && path[0] == '/' && IsLetter(path[1]) && path[kColon] == ':') return path.substr(1);
+    }
+    return path;
 }
 
 }  // namespace

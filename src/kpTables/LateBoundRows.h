@@ -23,7 +23,7 @@ using Setter = void (CTables::*)(T);
 
 // A row for a method: its name, what it answers, and its parameters' names, ending in "?" where one is optional, in "'"
 // where its text is pasted into statements, and in "*" where it is a secret.
-#define METHOD(name, ...) Make::template Method<&CTables::name>(#name, __VA_ARGS__)
+#define METHOD(name, ...) (Make::template Method<&CTables::name>(#name, __VA_ARGS__))
 
 template <class Make>
 std::vector<typename Make::Row> Properties() {
