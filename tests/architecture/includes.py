@@ -2,8 +2,9 @@
 """Checks that sources include what they use: includes.py ROOT. Prints file:line of every violation; exits with 1 if there is one.
 
 Builds compile many sources as one, so that a compiler does not miss what a source forgot and its neighbour included. Here each
-file is looked at alone, as text: what it names of the standard library, and the types of this project, must be declared in a header
-that it includes, itself or through other headers of the project. The standard library's headers count only where they are named.
+file is looked at alone, as text: what it names of the standard library, and the types and functions of this project, must be declared in
+a header that it includes, itself or through other headers of the project. The standard library's headers count only where they are
+named. Being text, it cannot tell everything: a name that stands in any of the headers counts as declared.
 """
 
 import collections
@@ -91,6 +92,12 @@ DECLARATION = re.compile(rf"^(?:class|struct|union|enum class|enum|concept|using
 # What is called so in a file too: types inside others, announced ones, functions.
 OWN = re.compile(rf"\b(?:class|struct|union|enum|concept|using|typename) {TYPE}|\w[*&>]* {TYPE}\(")
 ENUMERATORS = re.compile(r"\benum\b[^;{]*\{[^}]*\}")
+# At the beginning of a line too: a function that a header declares for others; and its call without a namespace.
+FUNCTION = re.compile(r"^(?:\[\[\w+\]\] )?(?:inline |constexpr )*[\w:]+(?:<[^()]*>)?[*&]* [*&]?([A-Z]\w+)\(", re.MULTILINE)
+DEFINED = re.compile(r"\w[>&*]* [*&]?(?<!return )(?<!throw )(?<!else )([A-Z]\w+)\(|\b(?:struct|class) (\w+)")
+CALL = re.compile(r"(?<![.\w:~])(?<!->)([A-Z]\w+)\(")
+# A name in a namespace of the project's; a namespace is a folder.
+QUALIFIED = re.compile(r"\b(\w+)::(\w+)(?!\w|::)")
 USE = re.compile(rf"(?<![.\w])(?<!->)(?:(\w+)::)?{TYPE}(?![(;])")
 
 
@@ -105,6 +112,7 @@ class Source:
         self.standard = {found.group(2) for found in INCLUDE.finditer(text) if found.group(2)}
         self.code = without(NOT_CODE, text)
         self.declared = set(DECLARATION.findall(self.code))
+        self.words = set(re.findall(r"\w+", self.code))
         self.own = {name for names in OWN.findall(self.code) for name in names}
 
     def line_of(self, at):
@@ -120,9 +128,14 @@ class Tree:
                 if file.suffix in (".h", ".cpp", ".in"):
                     self.sources[file.relative_to(root).as_posix()] = Source(file.read_text(encoding="utf-8"))
         self.reached = {}
+        self.offering = collections.defaultdict(list)
+        self.namespaces = collections.defaultdict(list)
         self.declaring = collections.defaultdict(set)
         for path, source in self.sources.items():
             if path.endswith(".h") and path.startswith(ROOTED):
+                self.namespaces[posixpath.basename(posixpath.dirname(path))].append(path)
+                for name in set(FUNCTION.findall(source.code)):
+                    self.offering[name].append(path)
                 for name in source.declared:
                     self.declaring[name].add(path)
 
@@ -171,11 +184,45 @@ def type_violations(tree, path):
                         f"{name} is declared in {' or '.join(sorted(tree.declaring[name]))}, which is not included")
 
 
+def function_violations(tree, path):
+    if not path.startswith(ROOTED):
+        return
+    source = tree.sources[path]
+    own = {name for names in DEFINED.findall(source.code) for name in names}
+    known = own.union(*(tree.sources[name].words for name in tree.reach(path) - {path}))
+    for found in CALL.finditer(source.code):
+        name = found.group(1)
+        if name in tree.offering and name not in known and path not in tree.offering[name]:
+            known.add(name)
+            yield Violation(path, source.line_of(found.start()),
+                            f"{name} is declared in {' or '.join(tree.offering[name])}, which is not included")
+
+
+def namespace_violations(tree, path):
+    if not path.startswith(ROOTED):
+        return
+    source = tree.sources[path]
+    reached = tree.reach(path)
+    told = set()
+    for found in QUALIFIED.finditer(source.code):
+        namespace, name = found.groups()
+        if name in tree.namespaces or name in tree.declaring or found.group() in told:
+            continue
+        declaring = [header for header in tree.namespaces.get(namespace, []) if name in tree.sources[header].words]
+        if declaring and reached.isdisjoint(declaring):
+            told.add(found.group())
+            yield Violation(path, source.line_of(found.start()),
+                            f"{found.group()} is declared in {' or '.join(declaring)}, which is not included")
+
+
+CHECKS = (standard_violations, type_violations, function_violations, namespace_violations)
+
+
 def violations(root):
     tree = Tree(root)
     if not tree.sources:
         return [Violation(str(root), 1, "no sources were found")]
-    return [found for path in tree.sources for check in (standard_violations, type_violations) for found in check(tree, path)]
+    return [found for path in tree.sources for check in CHECKS for found in check(tree, path)]
 
 
 def main():

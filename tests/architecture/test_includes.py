@@ -14,6 +14,8 @@ GOOD = {
     "src/stock/Shelf.cpp": '#include "stock/Shelf.h"\n#include <vector>\nstd::vector<StockLine> Of(ShelfList&);\n'
                            'const char* kText = "std::map StockLine"; // std::optional\nstd::string name;\nstd::int32_t count;\n',
     "src/stock/Order.cpp": '#include <string>\n#include "stock/Shelf.h"\nauto kind = Kind::Currency;\nstd::string_view name;\n',
+    "src/text/Case.h": "#include <string_view>\nnamespace kpTables::text {\nbool IsUpper(std::string_view text);\n}\n",
+    "src/stock/Name.cpp": '#include "text/Case.h"\nbool upper = text::IsUpper("A");\n',
     "tests/StockTest.cpp": "#include <string>\n#include \"Unknown.h\"\nStockLine line;\nstd::string name;\n",
 }
 
@@ -52,6 +54,16 @@ class IncludesTest(unittest.TestCase):
                          [("src/stock/Shelf.cpp", 1, "StockLine is declared in include/kpTables/Stock.h, which is not included")])
         self.assertEqual(self.found({"src/stock/Shelf.cpp": "#include <string>\nkpTables::Currency amount;\n"}),
                          [("src/stock/Shelf.cpp", 2, "Currency is declared in include/kpTables/Currency.h, which is not included")])
+
+    def test_missing_header_of_a_function(self):
+        self.assertEqual(self.found({"src/text/Trim.cpp": 'bool Both() {\n    return kOne && IsUpper("B");\n}\n'}),
+                         [("src/text/Trim.cpp", 2, "IsUpper is declared in src/text/Case.h, which is not included")])
+        own = 'bool IsUpper(char sign);\nbool upper = IsUpper(kSign) || text.IsUpper();\n'
+        self.assertEqual(self.found({"src/text/Trim.cpp": own}), [])
+
+    def test_missing_header_of_a_namespace(self):
+        self.assertEqual(self.found({"src/stock/Name.cpp": '#include <string>\nbool upper = text::IsUpper("A") || text::IsUpper("B");\n'}),
+                         [("src/stock/Name.cpp", 2, "text::IsUpper is declared in src/text/Case.h, which is not included")])
 
     def test_header_is_looked_at_alone(self):
         self.assertEqual(self.found({"include/kpTables/Stock.h": "#include <string>\nstruct StockLine {\n    Currency amount;\n};\n",
