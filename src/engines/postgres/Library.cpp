@@ -11,6 +11,12 @@ namespace kpTables::engines::postgres {
 
 namespace {
 
+#ifdef _WIN32
+constexpr const char* kFileName = "libpq.dll";
+#else
+constexpr const char* kFileName = "libpq.so.5";
+#endif
+
 [[noreturn]] void RefuseLibrary(const std::string& reason) {
     throw DatabaseError(
         static_cast<std::int32_t>(DatabaseErrorNumber::Failure),
@@ -19,7 +25,7 @@ namespace {
 }
 
 Library Load() {
-    platform::SharedLibrary file("libpq.so.5");
+    platform::SharedLibrary file(kFileName);
     Library library{};
     file.Find(library.Connect, "PQconnectdb");
     file.Find(library.Finish, "PQfinish");

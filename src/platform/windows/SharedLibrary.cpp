@@ -1,12 +1,14 @@
 #include "platform/SharedLibrary.h"
 
+#include <system_error>
+
 #include "kpTables/text/Message.h"
 #include "platform/windows/Wide.h"
 
 namespace kpTables::platform {
 
 SharedLibrary::SharedLibrary(const std::string& name) : handle_(LoadLibraryW(Wide(name).c_str())) {
-    if (!handle_) fault_ = name;
+    if (!handle_) fault_ = name + ": " + std::system_category().message(static_cast<int>(GetLastError()));
 }
 
 void* SharedLibrary::Symbol(const char* name) {
