@@ -78,11 +78,7 @@ void MakeBookTables(const engines::ExecutorPtr& executor, Database& database, co
 BookPtr OpenOnServer(const std::string& address, const std::string& url, const BookOptions& options) {
     const ServerUrl parts = ParseServerUrl(address, url);
     auto database = Connected(parts, url, ConnectionOptionsOf(options));
-    const std::int64_t format = CheckedFormat(*database, parts.book, url);
-    if (format < schema::kFormat) {
-        RefuseOpening(url, Message("its format is {1}, an earlier one than {2}; kpbook upgrade brings it up to date",
-                                   format, schema::kFormat));
-    }
+    CheckedFormat(*database, parts.book, url, schema::kFormat);
     BringUpToDate(*database, parts.book, url);
     auto standby = options.forReports ? StandbyFor(*database, parts, ConnectionOptionsOf(options)) : nullptr;
     const bool readOnly = options.readOnly || standby;

@@ -4,7 +4,7 @@
 #include <thread>
 #include <utility>
 
-#include "BookSchema.h"
+#include "engines/common/SchemaParts.h"
 #include "engines/postgres/SharedSchema.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -82,7 +82,7 @@ std::int64_t FormatOf(Database& database, const std::string& book) {
     return database.Run("SELECT format FROM " + table).Integer(0, 0);
 }
 
-std::int64_t CheckedFormat(Database& database, const std::string& book, const std::string& url) {
+std::int64_t CheckedFormat(Database& database, const std::string& book, const std::string& url, std::int64_t oldest) {
     std::int64_t format = kNoBook;
     try {
         format = FormatOf(database, book);
@@ -91,13 +91,8 @@ std::int64_t CheckedFormat(Database& database, const std::string& book, const st
     }
     if (format == kNoBook || format == kUnfinished)
         RefuseOpening(url, Message("the database has no book of that name"));
-    if (format > schema::kFormat) {
-        RefuseOpening(
-            url,
-            Message(
-                "its format is {1}, and this version of the program knows formats up to {2}; open it with a newer version",
-                format, schema::kFormat));
-    }
+    const std::string complaint = engines::FormatComplaint(format, oldest);
+    if (!complaint.empty()) RefuseOpening(url, complaint);
     return format;
 }
 

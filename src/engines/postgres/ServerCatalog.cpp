@@ -94,10 +94,8 @@ TableInfo ServerCatalog::Describe(std::string_view name) const {
     for (int row = 0; row < columns.Rows(); ++row) {
         const sql::CatalogColumn* known = sql::FindColumn(*table, std::string(columns.Value(row, kName)));
         if (!known || known->computed) continue;
-        TableInfo::Column column{
-            known->name,    engines::FieldType(known->type),          Variant::Null(), false,
-            known->counter, Is(columns, row, kKey) || known->counter, known->length,   known->precision,
-            known->scale};
+        TableInfo::Column column = engines::DescriptionOf(*known);
+        column.key = Is(columns, row, kKey) || known->counter;
         if (!columns.IsNull(row, kDefault)) {
             expressions.append(expressions.empty() ? "" : ", ").append(columns.Value(row, kDefault));
             fields.push_back({"", column.type});
