@@ -36,6 +36,7 @@ Library Load() {
     Find(handle, library.TransactionStatus, "PQtransactionStatus");
     Find(handle, library.ErrorMessage, "PQerrorMessage");
     Find(handle, library.Socket, "PQsocket");
+    Find(handle, library.BackendProcess, "PQbackendPID");
     Find(handle, library.ServerVersion, "PQserverVersion");
     Find(handle, library.SetNoticeProcessor, "PQsetNoticeProcessor");
     Find(handle, library.SendQuery, "PQsendQuery");
