@@ -59,6 +59,16 @@ void BringUpToDate(Database& database, const std::string& book, const std::strin
     }
 }
 
+/// Who may see a part of the rows only is told so, rather than to get a copy without the others.
+void RequireAllRows(Database& database, const std::string& url) {
+    const Result hidden = database.Run(
+        "SELECT count(*) FROM pg_class JOIN pg_namespace ON pg_namespace.oid = relnamespace WHERE nspname = "
+        "current_schema() AND row_security_active(pg_class.oid)");
+    if (hidden.Integer(0, 0) > 0)
+        RefuseOpening(url, Message("only the book's owner sees all of its rows and can copy it"));
+    database.SetUp("SET row_security = off");
+}
+
 /// Makes the tables, and lets the host prepare the book that they are, in one transaction.
 void MakeBookTables(const engines::ExecutorPtr& executor, Database& database, const std::string& url,
                     const NewBookOptions& options) {
@@ -88,8 +98,7 @@ BookPtr OpenOnServer(const std::string& address, const std::string& url, const B
     const bool readOnly = options.readOnly || standby;
     if (standby) database = std::move(standby);
     if (readOnly) database->SetUp("SET default_transaction_read_only = on");
-    // Who may see a part of the rows only is told so, rather than to get a copy without the others.
-    if (options.readOnly) database->SetUp("SET row_security = off");
+    if (options.readOnly) RequireAllRows(*database, url);
     auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), readOnly);
     return engines::MakeBook(url, std::make_shared<engines::Executor>(std::move(driver)));
 }
