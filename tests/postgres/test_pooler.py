@@ -1,14 +1,16 @@
 """pgbouncer between hosts and a server: one that keeps a connection for each host, and ones that do not, which are refused."""
 
+import os
 import pathlib
 import shutil
 import subprocess
+import tempfile
 import time
 import unittest
 
 import private_server
 import failing_server_case
-from failing_server_case import ServerCase
+from failing_server_case import FailingServer, ServerCase
 from several_processes import Shop
 
 PROGRAM = shutil.which("pgbouncer") or "/usr/sbin/pgbouncer"
@@ -66,24 +68,24 @@ class PoolerTest(ServerCase):
         super().setUpClass()
         if not pathlib.Path(PROGRAM).exists():
             raise unittest.SkipTest("pgbouncer is not installed")
-
-    def setUp(self):
-        self.server_ = self.server(max_connections=40)
+        folder = cls.enterClassContext(tempfile.TemporaryDirectory(prefix="kpTablesServer-"))
+        os.chmod(folder, 0o755)
+        cls.postgres = cls.enterClassContext(FailingServer(folder, private_server.programs(), {"max_connections": "40"}))
 
     def pooler(self, mode, **settings):
-        return self.enterContext(Pooler(self.folder(), self.server_, pool_mode=mode, **settings))
+        return self.enterContext(Pooler(self.folder(), self.postgres, pool_mode=mode, **settings))
 
     def backends(self):
-        return int(self.server_.psql("SELECT count(*) FROM pg_stat_activity WHERE backend_type = 'client backend' "
+        return int(self.postgres.psql("SELECT count(*) FROM pg_stat_activity WHERE backend_type = 'client backend' "
                                      "AND pid <> pg_backend_pid()"))
 
     def test_session(self):
         """Two books through one pool, whose connections go from hand to hand."""
         pooler = self.pooler("session", default_pool_size=12)
         with self.subTest("a book's life"):
-            book = f"{pooler.url()}&book=firm"
+            book = f"{pooler.url()}&book=ours"
             self.run_kpbook("new", book, "--company", "测试商行", "--year", "2026", "--month", "1", "--warehouse", "东库")
-            self.run_kpbook("new", f"{pooler.url()}&book=other", "--company", "别家", "--year", "2026", "--month", "1",
+            self.run_kpbook("new", f"{pooler.url()}&book=theirs", "--company", "别家", "--year", "2026", "--month", "1",
                             "--warehouse", "西库")
             self.run_kpbook("add", book, "product", "商品编号=01", "商品名称=水泥")
             self.run_kpbook("bill", "add", book, "in", "--date", "2026-1-5", "--warehouse", "东库", "--line", "商品=01,数量=2,单价=3")
@@ -96,9 +98,9 @@ class PoolerTest(ServerCase):
             self.run_kpbook("copy", book, copy)
             self.run_kpbook("operators", book, "add", "李明", "入库处理")
             self.run_kpbook("grant", book, "李明", text="secret\n")
-            self.run_kpbook("info", f"{pooler.url('李明')}&book=firm")
+            self.run_kpbook("info", f"{pooler.url('李明')}&book=ours")
         with self.subTest("hosts side by side"):
-            hosts = [self.host(f"{pooler.url()}&book={name}") for name in ("firm", "other", "firm")]
+            hosts = [self.host(f"{pooler.url()}&book={name}") for name in ("ours", "theirs", "ours")]
             names = ["东库", "西库", "东库"]
             for _ in range(3):
                 self.assertEqual([self.value(host, NAME) for host in hosts], names)
@@ -106,11 +108,11 @@ class PoolerTest(ServerCase):
             self.done(hosts[0], {"execute": "Alter Table 仓库设置 Add Column 电话 Text(20)"})
             self.assertIsNone(self.value(hosts[2], "Select 电话 From 仓库设置 Where dpID=1"))
         with self.subTest("the server restarts"):
-            self.server_.restart()
+            self.postgres.restart()
             self.assertEqual([self.value(host, NAME) for host in hosts], names)
             self.done(hosts[0], {"begin": True})
             self.done(hosts[0], {"execute": "Update 商品设置 Set 商品名称='x'"})
-            self.server_.restart()
+            self.postgres.restart()
             self.assertIn("nothing of the change was saved", self.refused(hosts[0], {"execute": "Update 商品设置 Set 商品名称='y'"}))
             self.done(hosts[0], {"rollback": True})
             self.assertEqual(self.value(hosts[0], "Select 商品名称 From 商品设置"), "水泥")
@@ -130,24 +132,23 @@ class PoolerTest(ServerCase):
         return self.done(host, {"execute": text})["result"]["rows"][0][0]
 
     def test_connections_that_are_shared_are_refused(self):
-        direct = f"{self.server_.url()}&book=firm"
-        self.run_kpbook("new", direct, "--bare")
+        self.run_kpbook("new", f"{self.postgres.url()}&book=refused", "--bare")
         for settings in ({"mode": "transaction"}, {"mode": "transaction", "server_round_robin": 1, "min_pool_size": 3},
                          {"mode": "statement"}):
             with self.subTest(**settings):
                 pooler = self.pooler(**settings)
-                for words in (("info", f"{pooler.url()}&book=firm"), ("new", f"{pooler.url()}&book=mine", "--bare"),
+                for words in (("info", f"{pooler.url()}&book=refused"), ("new", f"{pooler.url()}&book=mine", "--bare"),
                               ("books", pooler.url())):
                     self.assertIn(SHARED, self.run_kpbook(*words, code=1).stderr)
                 # The settings of the refused book do not stay with the pool.
                 self.assertEqual(pooler.psql("SHOW search_path"), '"$user", public')
-        self.assertEqual(self.server_.psql("SELECT count(*) FROM pg_namespace WHERE nspname = 'mine'"), "0")
+        self.assertEqual(self.postgres.psql("SELECT count(*) FROM pg_namespace WHERE nspname = 'mine'"), "0")
 
     def test_a_busy_pool_is_noticed_by_the_statement(self):
         """A pool that begins to share connections when the book is open already: no statement runs in another's."""
         pooler = self.pooler("session")
         for name in ("firm", "other"):
-            self.run_kpbook("new", f"{self.server_.url()}&book={name}", "--bare")
+            self.run_kpbook("new", f"{self.postgres.url()}&book={name}", "--bare")
         host, other = (self.host(f"{pooler.url()}&book={name}") for name in ("firm", "other"))
         count = {"execute": "Select Count(*) From 商品设置"}
         self.done(host, count)
@@ -159,7 +160,7 @@ class PoolerTest(ServerCase):
         for request in ({"execute": "Insert Into 商品设置 (pdID,商品名称) Values (1,'x')"}, count, {"begin": True}):
             self.assertIn(SHARED, self.refused(other, request))
             self.done(host, count)
-        self.assertEqual(self.server_.psql('SELECT count(*) FROM firm."商品设置"'), "0")
+        self.assertEqual(self.postgres.psql('SELECT count(*) FROM firm."商品设置"'), "0")
 
 
 if __name__ == "__main__":
