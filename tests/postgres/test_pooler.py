@@ -144,6 +144,13 @@ class PoolerTest(ServerCase):
                 self.assertEqual(pooler.psql("SHOW search_path"), '"$user", public')
         self.assertEqual(self.postgres.psql("SELECT count(*) FROM pg_namespace WHERE nspname = 'mine'"), "0")
 
+    def test_the_last_connection_of_a_pool(self):
+        pooler = self.pooler("session", default_pool_size=1)
+        self.run_kpbook("new", f"{self.postgres.url()}&book=last", "--bare")
+        begin = time.monotonic()
+        self.run_kpbook("info", f"{pooler.url()}&book=last")
+        self.assertLess(time.monotonic() - begin, 20, "the command waits for a second connection")
+
     def test_a_busy_pool_is_noticed_by_the_statement(self):
         """A pool that begins to share connections when the book is open already: no statement runs in another's."""
         pooler = self.pooler("session")

@@ -351,6 +351,10 @@ Result Database::Next(std::string_view shown) {
             cancelled = true;
         }
         if (library.ConsumeInput(connection_.get()) == 0) RaiseLost(shown);
+        if (std::chrono::steady_clock::now() >= answerBy_) {
+            connection_.reset();
+            RaiseLost(shown, Message("there was no answer"));
+        }
     }
     return Result(library.GetResult(connection_.get()));
 }

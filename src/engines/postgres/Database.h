@@ -1,6 +1,7 @@
 // A connection to the schema of one book. Every result of libpq is checked here.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -185,10 +186,8 @@ public:
     /// Whether a pooler stands between this program and the server. Statements then run on the server's connection that
     /// was set up, or are refused.
     bool IsPooled() const noexcept { return !guard_.empty(); }
-    /// A connection like this one, not set up.
-    std::unique_ptr<Database> Another(std::function<bool()> interrupted) const {
-        return std::make_unique<Database>(address_, std::move(interrupted));
-    }
+    /// A connection like this one, not set up; it is dropped when an answer has not come by that time.
+    std::unique_ptr<Database> Another(std::chrono::steady_clock::time_point answerBy) const;
     /// Nothing is interrupted while it is false.
     void Interruptible(bool is) noexcept { interruptible_ = is; }
 
@@ -242,6 +241,7 @@ private:
     std::function<bool()> interrupted_;
     std::string setUp_;
     std::string guard_;  ///< behind a pooler: a statement that fails where the connection was not set up
+    std::chrono::steady_clock::time_point answerBy_ = std::chrono::steady_clock::time_point::max();
     bool interruptible_ = true;
     bool hasSavepoint_ = false;
     bool savepointDue_ = false;  ///< it goes along with the next statement

@@ -1,6 +1,7 @@
 #include "engines/postgres/Pooler.h"
 
 #include <chrono>
+#include <memory>
 
 #include "engines/postgres/Failure.h"
 #include "kpTables/Error.h"
@@ -11,12 +12,11 @@ namespace {
 
 /// Whether another program's transaction is given this program's connection of the server's.
 bool IsGivenToOthers(Database& database) {
-    constexpr auto kPatience = std::chrono::seconds(1);
-    const auto end = std::chrono::steady_clock::now() + kPatience;
+    constexpr auto kPatience = std::chrono::milliseconds(500);
     const auto own = database.Run("SELECT pg_backend_pid()").Integer(0, 0);
     std::unique_ptr<Database> other;
     try {
-        other = database.Another([end] { return std::chrono::steady_clock::now() >= end; });
+        other = database.Another(std::chrono::steady_clock::now() + kPatience);
         // Poolers give away first what they have used last.
         if (other->Run("BEGIN; SELECT pg_backend_pid()").Integer(0, 0) == own) return true;
     } catch (const DatabaseError&) {

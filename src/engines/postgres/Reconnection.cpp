@@ -87,6 +87,12 @@ void Database::Settle() {
     guard_ = "MOVE 0 IN " + name;
 }
 
+std::unique_ptr<Database> Database::Another(std::chrono::steady_clock::time_point answerBy) const {
+    auto another = std::make_unique<Database>(address_, interrupted_);
+    another->answerBy_ = answerBy;
+    return another;
+}
+
 void Database::Reconnect() {
     constexpr auto kPatience = std::chrono::seconds(10);
     constexpr auto kBetweenAttempts = std::chrono::milliseconds(100);
