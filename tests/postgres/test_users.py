@@ -93,6 +93,8 @@ class UsersTest(ServerCase):
         listed = self.run_kpbook("books", url, "-O", "csv")
         self.assertIn(f"{self.name},测试商行,2026,1,", listed.stdout)
         self.assertEqual(listed.stderr.count("\n"), 1, listed.stderr)
+        made = self.run_kpbook("new", url.replace(url.split("&book=")[1], "mine"), "--bare", code=1)
+        self.assertIn("the user needs the right to create schemas there", made.stderr)
         # As an operator, with the log.
         password = self.write("password", "x\n")
         done = subprocess.run([KPBOOK, "add", url, "product", "商品编号=S2", "商品名称=石子", "--operator", "李明"], capture_output=True,
@@ -154,7 +156,8 @@ class UsersTest(ServerCase):
                                   env={**os.environ, **environment, **more}, start_new_session=True)
 
         self.assertEqual(run("--password-file", password).returncode, 0)
-        for options, told in (((), "wants a password"), (("--password-file", wrong), "password authentication failed"),
+        for options, told in (((), "wants a password"),
+                              (("--password-file", wrong), "The server refuses the connection: connection to server on socket"),
                               (("--password-file", self.folder / "no"), "cannot be read")):
             done = run(*options)
             self.assertEqual(done.returncode, 1)

@@ -44,7 +44,12 @@ void MakeSchema(Database& database, const std::string& book, const std::string& 
         RemoveSchema(database, book);
     }
     const std::string schema = QuotedName(book);
-    database.Run("CREATE SCHEMA " + schema + "; " + BookNoteText(kUnfinished, schema + "."));
+    try {
+        database.Run("CREATE SCHEMA " + schema + "; " + BookNoteText(kUnfinished, schema + "."));
+    } catch (const DatabaseError& error) {
+        if (error.Number() != static_cast<std::int32_t>(DatabaseErrorNumber::NotPermitted)) throw;
+        RefuseMaking(url, Message("{1}; the user needs the right to create schemas there", error.Description()));
+    }
 }
 
 /// What a newer program, or a newer server, asks for; both are the owner's to do.

@@ -141,6 +141,8 @@ void Database::RaiseUnreached() const {
                                     "(sslmode and sslrootcert in the URL say what is demanded): {1}",
                                     why));
     }
+    if (why.find("FATAL:") != std::string::npos)
+        throw DatabaseError(kNumber, Message("The server refuses the connection: {1}", why));
     throw DatabaseError(kNumber, Message("The server cannot be reached: {1}", why));
 }
 
