@@ -82,7 +82,11 @@ class StandbyTest(ServerCase):
         for number in range(1, 11):
             self.done(host, {"execute": f"Insert Into 商品设置 (pdID,商品名称) Values ({100 + number},'商品')"})
             self.assertEqual(self.standby.psql('SELECT count(*) FROM shop."商品设置" WHERE "pdID" > 100'), str(number))
+        # In a transaction nothing is read from there.
         before = self.standby.statements()
+        for request in ({"begin": True}, {"execute": "Select Count(*) From 入库目录"}, {"rollback": True}):
+            self.done(host, request)
+        self.assertEqual(self.standby.statements(), before)
         shown = self.run_kpbook("report", "bills", url, "--direction", "in", "-O", "csv").stdout
         self.assertGreater(shown.count("入库单"), 50)
         self.assertGreater(self.standby.statements(), before, "the standby was not asked")
