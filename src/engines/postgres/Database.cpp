@@ -26,6 +26,12 @@ std::string Field(const Result& result, int code) {
     return text ? text : "";
 }
 
+/// Whether the server, or a pooler before it, ends the connection.
+bool AreLastWords(const Result& failed) {
+    const std::string state = Field(failed, PG_DIAG_SQLSTATE);
+    return state.starts_with("57P0") || state.starts_with("08");
+}
+
 constexpr int kTexts = 0;
 constexpr int kBinary = 1;
 
@@ -58,15 +64,24 @@ Database::Database(std::string connection, std::function<bool()> interrupted)
 /// Opens a pipeline when the statement does not go alone, and ends it however the statement ends.
 class Database::Exchange {
 public:
-    /// several: further statements follow the first.
-    Exchange(Database& database, std::string_view shown, bool several = false, bool looks = false)
-        : database_(database), shown_(shown), looks_(looks && std::exchange(database.looksForOthers_, false)) {
+    enum class Way {
+        Text,      ///< statements of one text, which has what must come before them
+        Alone,     ///< one statement
+        Together,  ///< several
+        Reading,   ///< one, which may look for others' changes
+    };
+
+    Exchange(Database& database, std::string_view shown, Way way)
+        : database_(database),
+          shown_(shown),
+          looks_(way == Way::Reading && std::exchange(database.looksForOthers_, false)) {
         ++database_.statements_;
-        const std::vector<const char*> savepoint = database.TakeSavepoint();
-        isPipeline_ = several || looks_ || !savepoint.empty();
+        if (way == Way::Text) return;
+        const std::vector<const char*> before = database.TakeStatementsBefore();
+        isPipeline_ = way == Way::Together || looks_ || !before.empty();
         if (!isPipeline_) return;
         Check(Library().EnterPipelineMode(Connection()));
-        for (const char* text : savepoint) {
+        for (const char* text : before) {
             Add(Library().SendQueryParams(Connection(), text, 0, nullptr, nullptr, nullptr, nullptr, kTexts));
         }
         if (looks_) SendLook();
@@ -87,7 +102,7 @@ public:
         Check(success);
         ++statements_;
     }
-    /// The last result of each statement, without those of the savepoint; the rows of the last statement go to the
+    /// The last result of each statement, without those before the caller's; the rows of the last statement go to the
     /// sink. Raises the first error.
     std::vector<Result> Finish(const RowSink& sink = {}) {
         if (isPipeline_) Check(Library().PipelineSync(Connection()));
@@ -97,6 +112,7 @@ public:
             if (toSink) Library().SetSingleRowMode(Connection());
             results.push_back(ReadOne(toSink ? sink : RowSink()));
         }
+        if (failed_ && AreLastWords(failed_)) database_.RaiseEnded(failed_, shown_);
         if (isPipeline_) database_.Next(shown_);  // that all of them have ended
         if (database_.IsConnected()) database_.inTransaction_ = database_.InTransaction();
         const auto first = results.begin() + leading_;
@@ -172,10 +188,18 @@ Result Database::Run(std::string_view text, std::string_view shown) {
     return RunHere(text, told);
 }
 
+void Database::RunAlone(std::string_view text) {
+    SendPending();
+    BeReady(text);
+    Exchange exchange(*this, text, Exchange::Way::Text);
+    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), std::string(text).c_str()));
+    exchange.Finish();
+}
+
 Result Database::RunHere(std::string_view text, std::string_view shown) {
     std::string all;
-    for (const char* savepoint : TakeSavepoint()) all.append(savepoint).append("; ");
-    Exchange exchange(*this, shown);
+    for (const char* before : TakeStatementsBefore()) all.append(before).append("; ");
+    Exchange exchange(*this, shown, Exchange::Way::Text);
     exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.append(text).c_str()));
     return std::move(exchange.Finish().back());
 }
@@ -183,7 +207,7 @@ Result Database::RunHere(std::string_view text, std::string_view shown) {
 Result Database::Ask(std::string_view text, const Parameters& parameters) {
     SendPending();
     BeReady(text);
-    Exchange exchange(*this, text);
+    Exchange exchange(*this, text, Exchange::Way::Alone);
     exchange.Add(LoadedLibrary().SendQueryParams(connection_.get(), std::string(text).c_str(), parameters.Count(),
                                                  nullptr, parameters.Values(), parameters.Lengths(),
                                                  parameters.Formats(), kTexts));
@@ -213,7 +237,7 @@ std::string Database::Prepare(std::string_view text, std::string_view shown) {
 void Database::PrepareHere(const std::string& name, std::string_view shown) {
     Prepared& statement = preparedTexts_.at(name);
     if (statement.connection == connections_) return;
-    Exchange exchange(*this, shown);
+    Exchange exchange(*this, shown, Exchange::Way::Alone);
     exchange.Add(LoadedLibrary().SendPrepare(connection_.get(), name.c_str(), statement.text.c_str(), 0, nullptr));
     exchange.Finish();
     statement.connection = connections_;
@@ -228,7 +252,7 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
     SendPending();
     BeReady(shown);
     PrepareHere(name, shown);
-    Exchange exchange(*this, shown, false, true);
+    Exchange exchange(*this, shown, Exchange::Way::Reading);
     exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                    parameters.Values(), parameters.Lengths(), parameters.Formats(),
                                                    kBinary));
@@ -238,7 +262,7 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
 std::vector<Result> Database::RunTogether(const std::vector<Command>& commands, std::string_view shown) {
     BeReady(shown);
     for (const Command& command : commands) PrepareHere(command.name, shown);
-    Exchange exchange(*this, shown, true);
+    Exchange exchange(*this, shown, Exchange::Way::Together);
     for (const auto& [name, parameters] : commands) {
         exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                        parameters.Values(), parameters.Lengths(), parameters.Formats(),
@@ -278,7 +302,9 @@ bool Database::InTransaction() const noexcept {
 
 bool Database::IsConnected() const noexcept { return LoadedLibrary().Status(connection_.get()) == CONNECTION_OK; }
 
-std::vector<const char*> Database::TakeSavepoint() {
+std::vector<const char*> Database::TakeStatementsBefore() {
+    // A pooler leaves a transaction where it is.
+    if (!guard_.empty() && !InTransaction()) return {guard_.c_str()};
     if (!std::exchange(savepointDue_, false)) return {};
     if (std::exchange(hasSavepoint_, true)) return {"RELEASE kp_statement", "SAVEPOINT kp_statement"};
     return {"SAVEPOINT kp_statement"};
@@ -325,6 +351,10 @@ Result Database::Next(std::string_view shown) {
             cancelled = true;
         }
         if (library.ConsumeInput(connection_.get()) == 0) RaiseLost(shown);
+        if (std::chrono::steady_clock::now() >= answerBy_) {
+            connection_.reset();
+            RaiseLost(shown, Message("there was no answer"));
+        }
     }
     return Result(library.GetResult(connection_.get()));
 }
@@ -349,7 +379,16 @@ std::string Database::EncryptedPassword(const std::string& password, const std::
 }
 
 void Database::RaiseLost(std::string_view shown) const {
-    const std::string reason = FirstLine(LoadedLibrary().ErrorMessage(connection_.get()));
+    RaiseLost(shown, FirstLine(LoadedLibrary().ErrorMessage(connection_.get())));
+}
+
+void Database::RaiseEnded(const Result& failed, std::string_view shown) {
+    // A pooler may close the connection later.
+    connection_.reset();
+    RaiseLost(shown, Field(failed, PG_DIAG_MESSAGE_PRIMARY));
+}
+
+void Database::RaiseLost(std::string_view shown, const std::string& reason) const {
     const std::string text =
         isSaving_ ? Message(
                         "The connection to the server failed while a change was being saved ({1}): look whether it "

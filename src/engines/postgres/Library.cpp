@@ -33,6 +33,7 @@ Library Load() {
     file.Find(library.TransactionStatus, "PQtransactionStatus");
     file.Find(library.ErrorMessage, "PQerrorMessage");
     file.Find(library.Socket, "PQsocket");
+    file.Find(library.BackendProcess, "PQbackendPID");
     file.Find(library.ServerVersion, "PQserverVersion");
     file.Find(library.SetNoticeProcessor, "PQsetNoticeProcessor");
     file.Find(library.SendQuery, "PQsendQuery");

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "engines/common/SchemaParts.h"
+#include "engines/postgres/Pooler.h"
 #include "engines/postgres/SharedSchema.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -45,6 +46,7 @@ std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& u
     try {
         auto database = LoggedIn(parts.connection, options);
         database->SetUp(Settings(parts.book, options.busyTimeout) + "; LISTEN " + QuotedName(parts.book));
+        RefuseSharedConnections(*database);
         return database;
     } catch (const DatabaseError& error) {
         RefuseOpening(url, error.Description());
@@ -59,6 +61,7 @@ std::unique_ptr<Database> StandbyFor(Database& server, const ServerUrl& parts, c
         const Result saved = server.Run("SELECT pg_current_wal_flush_lsn()");
         auto standby = LoggedIn(parts.reports, options);
         standby->SetUp(Settings(parts.book, options.busyTimeout));
+        RefuseSharedConnections(*standby);
         const std::string hasAll =
             "SELECT pg_is_in_recovery() AND pg_last_wal_replay_lsn() >= " + QuotedText(std::string(saved.Value(0, 0)));
         while (standby->Run(hasAll).Value(0, 0) != "t") {
