@@ -108,8 +108,11 @@ void WriteDelete(std::string& out, const DeleteStatement& s) {
 
 void WriteColumnDefinition(std::string& out, const ColumnDefinition& column) {
     WriteName(out, column.name);
-    out += ' ';
-    WriteType(out, column.type);
+    // A computed column of an unknown column has no type.
+    if (column.type.type != Type::Unknown) {
+        out += ' ';
+        WriteType(out, column.type);
+    }
     if (!column.source.empty()) {
         out += " AS (";
         WriteName(out, column.source);

@@ -241,6 +241,7 @@ TEST(Golden, Definition) {
         {"Create Table T (a Counter Primary Key,b Text(50) Not Null,c Currency Default 0,d DateTime,e YesNo,f Memo)",
          "CREATE TABLE T (a COUNTER PRIMARY KEY, b TEXT(50) NOT NULL, c CURRENCY DEFAULT 0, d DATETIME, e YESNO, f "
          "MEMO)"},
+        {"Create Table T (a LONG, b AS (a), c AS (x))", "CREATE TABLE T (a LONG, b LONG AS (a), c AS (x))"},
         {"CREATE TABLE T (a AUTOINCREMENT(1,1), b INT IDENTITY, c INTEGER NULL, d INTEGER4, e LONG DEFAULT -1 UNIQUE)",
          "CREATE TABLE T (a COUNTER, b COUNTER, c LONG, d LONG, e LONG DEFAULT -1 UNIQUE)"},
         {"CREATE TABLE T (a SHORT, b SMALLINT, c INTEGER2, d BYTE, e DOUBLE, f FLOAT, g FLOAT8, h NUMBER, i REAL, j "
