@@ -29,6 +29,11 @@ target_compile_definitions(sqlite3 PRIVATE
   SQLITE_SOUNDEX SQLITE_USE_URI SQLITE_THREADSAFE=1 SQLITE_MAX_DEFAULT_PAGE_SIZE=32768
   SQLITE_MAX_VARIABLE_NUMBER=250000)
 add_library(SQLite::SQLite3 ALIAS sqlite3)
+
+# PostgreSQL's client library is loaded when a book on a server is opened; its headers serve every system.
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/include)
+file(CREATE_LINK /usr/include/postgresql ${PROJECT_BINARY_DIR}/include/postgresql SYMBOLIC)
+set(PostgreSQL_INCLUDE_DIRS ${PROJECT_BINARY_DIR}/include/postgresql)
 if(NOT KPTABLES_KPBOOK AND NOT KPTABLES_TESTS)
   return()
 endif()
@@ -54,7 +59,6 @@ add_library(ZLIB::ZLIB ALIAS z)
 
 set(minizip zlib/contrib/minizip)
 library(minizip ${minizip}/ioapi.c ${minizip}/iowin32.c ${minizip}/unzip.c ${minizip}/zip.c)
-file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/include)
 file(CREATE_LINK ${sources}/${minizip} ${PROJECT_BINARY_DIR}/include/minizip SYMBOLIC)
 target_include_directories(minizip SYSTEM PUBLIC ${PROJECT_BINARY_DIR}/include)
 target_link_libraries(minizip PUBLIC z)

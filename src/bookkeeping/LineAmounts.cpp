@@ -1,9 +1,9 @@
 #include "kpTables/bookkeeping/LineAmounts.h"
 
 #include <cstdint>
-#include <limits>
 #include <string>
 
+#include "bookkeeping/Product.h"
 #include "bookkeeping/Refusal.h"
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
@@ -13,13 +13,10 @@ namespace kpTables::bookkeeping {
 
 namespace {
 
-/// Holds the product of an amount and a number of fifteen digits.
-__extension__ using Wide = __int128;
-
 /// A number of at most fifteen digits: digits / power.
 struct DecimalFraction {
-    Wide digits = 0;
-    Wide power = 1;
+    std::int64_t digits = 0;
+    std::int64_t power = 1;
 };
 
 DecimalFraction FractionOf(double number) {
@@ -42,48 +39,43 @@ DecimalFraction FractionOf(double number) {
     return fraction;
 }
 
-/// dividend / divisor in ten-thousandths, half to even.
-Currency RoundedQuotient(Wide dividend, Wide divisor) {
+std::uint64_t Magnitude(std::int64_t value) noexcept {
+    return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
+}
+
+/// amount x factor / divisor, half to even.
+Currency TimesRatio(Currency amount, std::int64_t factor, std::int64_t divisor) {
     if (divisor == 0) RefuseWith(Message("the quantity is 0"));
-    if (divisor < 0) {
-        dividend = -dividend;
-        divisor = -divisor;
-    }
-    Wide quotient = dividend / divisor;
-    Wide rest = dividend % divisor;
-    const int sign = dividend < 0 ? -1 : 1;
-    if (rest < 0) rest = -rest;
-    const bool isOdd = quotient % 2 != 0;
-    if (rest > divisor - rest || (rest == divisor - rest && isOdd)) quotient += sign;
-    if (quotient > std::numeric_limits<std::int64_t>::max() || quotient < std::numeric_limits<std::int64_t>::min()) {
-        Raise(ErrorNumber::Overflow);
-    }
-    return Currency::FromScaled(static_cast<std::int64_t>(quotient));
+    const bool negative = (amount.Scaled() < 0) != ((factor < 0) != (divisor < 0));
+    const auto quotient = Product(Magnitude(amount.Scaled()), Magnitude(factor)).RoundedQuotient(Magnitude(divisor));
+    constexpr std::uint64_t kLimit = std::uint64_t{1} << 63;
+    if (!quotient || *quotient > (negative ? kLimit : kLimit - 1)) Raise(ErrorNumber::Overflow);
+    return Currency::FromScaled(static_cast<std::int64_t>(negative ? 0 - *quotient : *quotient));
 }
 
 /// The tax on a net amount.
-Currency TaxOn(Currency net, const DecimalFraction& rate) {
-    return RoundedQuotient(net.Scaled() * rate.digits, 100 * rate.power);
-}
+Currency TaxOn(Currency net, const DecimalFraction& rate) { return TimesRatio(net, rate.digits, 100 * rate.power); }
 
 /// A net amount or price with the tax on it.
 Currency WithTax(Currency net, const DecimalFraction& rate) {
-    return RoundedQuotient(net.Scaled() * (100 * rate.power + rate.digits), 100 * rate.power);
+    return TimesRatio(net, 100 * rate.power + rate.digits, 100 * rate.power);
 }
 
 /// A gross amount or price without the tax in it.
 Currency WithoutTax(Currency gross, const DecimalFraction& rate) {
-    return RoundedQuotient(gross.Scaled() * (100 * rate.power), 100 * rate.power + rate.digits);
+    return TimesRatio(gross, 100 * rate.power, 100 * rate.power + rate.digits);
 }
 
 /// An amount that is given beside a price must be that price's but for the rounding of the price to a hundredth.
 void CheckPrice(Currency amount, Currency price, double quantity, const char* names) {
-    const Wide half = Currency::kScale / 200;
-    Wide difference = static_cast<Wide>(amount.Scaled()) - AmountOf(price, quantity).Scaled();
-    if (difference < 0) difference = -difference;
-    DecimalFraction size = FractionOf(quantity);
-    if (size.digits < 0) size.digits = -size.digits;
-    if (difference * size.power > half * (size.digits + size.power)) {
+    constexpr std::uint64_t kHalf = Currency::kScale / 200;
+    const std::int64_t given = amount.Scaled(), workedOut = AmountOf(price, quantity).Scaled();
+    const auto difference = given < workedOut
+                                ? static_cast<std::uint64_t>(workedOut) - static_cast<std::uint64_t>(given)
+                                : static_cast<std::uint64_t>(given) - static_cast<std::uint64_t>(workedOut);
+    const DecimalFraction size = FractionOf(quantity);
+    const auto power = static_cast<std::uint64_t>(size.power);
+    if (Product(difference, power) > Product(kHalf, Magnitude(size.digits) + power)) {
         RefuseWith(Message("{1} do not fit together: {2} x {3} is not {4}", Translated(names), price.ToText(),
                            Text(quantity), amount.ToText()));
     }
@@ -107,12 +99,12 @@ void CheckSign(Currency amount, double quantity, const char* name) {
 
 Currency AmountOf(Currency price, double quantity) {
     const auto fraction = FractionOf(quantity);
-    return RoundedQuotient(price.Scaled() * fraction.digits, fraction.power);
+    return TimesRatio(price, fraction.digits, fraction.power);
 }
 
 Currency PriceOf(Currency amount, double quantity) {
     const auto fraction = FractionOf(quantity);
-    return RoundedQuotient(amount.Scaled() * fraction.power, fraction.digits);
+    return TimesRatio(amount, fraction.power, fraction.digits);
 }
 
 LineAmounts WorkOutAmounts(const GivenAmounts& given, double quantity, double taxRate) {

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 
-#ifdef KPTABLES_BOOKKEEPING
 #include "com/BookkeepingObject.h"
-#endif
 #include "com/ConnectionObject.h"
 #include "com/Failure.h"
 #include "com/Ids.h"
@@ -24,9 +22,7 @@ constexpr Class kClasses[] = {
     {&kTablesClass, L"kpTables.CTables", &MakeObject<TablesObject>},
     {&kRecordsetClass, L"kpTables.Recordset", &MakeObject<RecordsetObject>},
     {&kConnectionClass, L"kpTables.Connection", &MakeObject<ConnectionObject>},
-#ifdef KPTABLES_BOOKKEEPING
     {&kBookkeepingClass, L"kpTables.Bookkeeping", &MakeObject<BookkeepingObject>},
-#endif
 };
 
 class Factory final : public Object<IClassFactory> {

@@ -158,15 +158,16 @@ void SetNames(ICreateTypeInfo& info, UINT index, std::vector<std::wstring> names
 
 class LibraryWriter {
 public:
-    explicit LibraryWriter(const std::wstring& path) {
-        CheckResult(CreateTypeLib2(kLibrarySystem, path.data(), library_.Receive()), "CreateTypeLib2");
+    LibraryWriter(const std::wstring& path, SYSKIND system) {
+        CheckResult(CreateTypeLib2(system, path.data(), library_.Receive()), "CreateTypeLib2");
         library_->SetGuid(kTypeLibrary);
         library_->SetVersion(kLibraryMajor, kLibraryMinor);
         library_->SetName(const_cast<LPOLESTR>(L"kpTables"));
         library_->SetLcid(LOCALE_NEUTRAL);
         library_->SetDocString(const_cast<LPOLESTR>(L"kpTables: inventory accounting"));
         Pointer<ITypeLib> standard;
-        CheckResult(LoadTypeLib(L"stdole2.tlb", standard.Receive()), "stdole2.tlb");
+        // Without the flag it would be registered once more.
+        CheckResult(LoadTypeLibEx(L"stdole2.tlb", REGKIND_NONE, standard.Receive()), "stdole2.tlb");
         CheckResult(standard->GetTypeInfoOfGuid(IID_IDispatch, dispatch_.Receive()), "IDispatch");
     }
 
@@ -248,9 +249,9 @@ private:
 
 }  // namespace
 
-HRESULT WriteTypeLibrary(const std::wstring& path) {
-    return Returned([&path] {
-        LibraryWriter(path).Write();
+HRESULT WriteTypeLibrary(const std::wstring& path, SYSKIND system) {
+    return Returned([&] {
+        LibraryWriter(path, system).Write();
         return S_OK;
     });
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <iostream>
 #include <iterator>
 #include <limits>
 #include <sstream>
@@ -425,9 +424,12 @@ int RunCommandLine(const std::vector<std::string>& words) {
         app.parse(marked);
         Complete(app, parsed);
     } catch (const CLI::ParseError& error) {
-        std::ostringstream help;
+        std::ostringstream help, complaint;
         commands::TranslateHelp(app);
-        if (app.exit(error, help, std::cerr) != 0) return kWrongUsage;
+        if (app.exit(error, help, complaint) != 0) {
+            TellText(complaint.str());
+            return kWrongUsage;
+        }
         return RunToEnd([&] { return Show(help.str()); }, *parsed.global.incidents);
     }
     const auto asked = app.get_subcommands().front()->get_name();

@@ -1,6 +1,5 @@
 #include "kpbook/Ending.h"
 
-#include <cstdio>
 #include <new>
 #include <string>
 
@@ -19,8 +18,8 @@ namespace {
 constexpr int kKilledBySignal = 128;
 
 int Failed(const IncidentLog& incidents, const std::string& reason, const std::string& statement = {}) {
-    std::fprintf(stderr, "%s %s\n", FailureMark(), incidents.Shown(reason).c_str());
-    if (!statement.empty()) std::fprintf(stderr, "  %s\n", incidents.Shown(statement).c_str());
+    TellLine(FailureMark() + (" " + incidents.Shown(reason)));
+    if (!statement.empty()) TellLine("  " + incidents.Shown(statement));
     return kFailed;
 }
 

@@ -1,7 +1,6 @@
 #include "kpbook/Host.h"
 
 #include <cmath>
-#include <cstdio>
 
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -23,17 +22,15 @@ MessageAnswer ConsoleHost::MsgBox(const std::string& text, MessageButtons button
     const std::string question = title + ": " + text;
     if (buttons == MessageButtons::OkOnly) {
         hasReported_ = true;
-        std::fprintf(stderr, "%s\n", question.c_str());
+        TellLine(question);
         return MessageAnswer::Ok;
     }
     const auto answer = answer_ ? answer_ : AskYesNo(question);
     if (!answer) {
-        std::fprintf(stderr, "%s\n", question.c_str());
+        TellLine(question);
         Raise(ErrorNumber::InvalidCall, Message("nobody can answer this question; give --answer yes or --answer no"));
     }
-    if (answer_)
-        std::fprintf(stderr, "%s %s\n", question.c_str(),
-                     *answer == MessageAnswer::Yes ? Translated("yes") : Translated("no"));
+    if (answer_) TellLine(question + " " + (*answer == MessageAnswer::Yes ? Translated("yes") : Translated("no")));
     return *answer;
 }
 

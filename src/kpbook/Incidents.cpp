@@ -1,7 +1,6 @@
 #include "kpbook/Incidents.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <utility>
 
@@ -40,8 +39,8 @@ bool IncidentLog::Tell(const Error* ending) {
     for (const auto& [statement, error] : incidents) {
         const std::string shown = Shown(error.Description());
         const std::string what = statement.empty() ? shown : Message("a statement failed: {1}", shown);
-        std::fprintf(stderr, "%s %s\n", FailureMark(), what.c_str());
-        if (!statement.empty()) std::fprintf(stderr, "  %s\n", Shown(statement).c_str());
+        TellLine(FailureMark() + (" " + what));
+        if (!statement.empty()) TellLine("  " + Shown(statement));
     }
     return !incidents.empty();
 }

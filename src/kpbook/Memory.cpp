@@ -1,13 +1,13 @@
 #include "kpbook/Memory.h"
 
 #include <atomic>
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <new>
 
 #include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
+#include "kpbook/Terminal.h"
 
 namespace kpTables::kpbook {
 
@@ -18,9 +18,9 @@ std::atomic<bool> shortage = false;
 /// Where an allocation failed in a function that must not fail, in a library's for example.
 [[noreturn]] void EndForWantOfMemory() {
     if (!shortage) std::abort();
-    std::fputs("kpbook: ", stderr);
-    std::fputs(Translated("Out of memory"), stderr);
-    std::fputs("\n", stderr);
+    TellText("kpbook: ");
+    TellText(Translated("Out of memory"));
+    TellText("\n");
     std::_Exit(kFailed);
 }
 

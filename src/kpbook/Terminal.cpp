@@ -33,10 +33,7 @@ std::optional<std::string> ReadLine(std::FILE* input) {
 /// Standard input and standard error, when there is a terminal that cannot be opened.
 class StreamTerminal : public platform::UserTerminal {
 public:
-    void Write(const std::string& text) override {
-        std::fputs(text.c_str(), stderr);
-        std::fflush(stderr);
-    }
+    void Write(const std::string& text) override { TellText(text); }
     std::optional<std::string> ReadLine() override { return kpbook::ReadLine(stdin); }
     bool HideInput() override { return false; }
 };
@@ -71,7 +68,9 @@ bool OutputHasColours() noexcept { return !RefusesColours() && platform::ShowsCo
 
 const char* FailureMark() noexcept { return ErrorHasColours() ? "\033[1;31mkpbook:\033[0m" : "kpbook:"; }
 
-void TellLine(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
+void TellText(std::string_view text) noexcept { platform::WriteText(platform::Stream::Error, text); }
+
+void TellLine(const std::string& line) { TellText(line + "\n"); }
 
 bool InputIsTerminal() noexcept { return platform::IsTerminal(platform::Stream::Input); }
 
@@ -180,7 +179,7 @@ TerminalProgressBar::TerminalProgressBar(std::string label) : label_(std::move(l
 
 TerminalProgressBar::~TerminalProgressBar() {
     // A closing that failed leaves the bar visible; the next output goes below it.
-    if (visible_) std::fputc('\n', stderr);
+    if (visible_) TellText("\n");
 }
 
 void TerminalProgressBar::SetVisible(bool visible) {
@@ -189,7 +188,7 @@ void TerminalProgressBar::SetVisible(bool visible) {
     if (visible) {
         Draw();
     } else {
-        std::fputc('\n', stderr);
+        TellText("\n");
     }
 }
 
@@ -203,9 +202,9 @@ void TerminalProgressBar::SetValue(double value) {
 void TerminalProgressBar::Draw() const {
     constexpr int kWidth = 40;
     const auto filled = static_cast<std::size_t>(percent_ * kWidth / 100);
-    std::fprintf(stderr, "\r%s [%s%s] %3d%%", label_.c_str(), std::string(filled, '#').c_str(),
-                 std::string(kWidth - filled, '-').c_str(), percent_);
-    std::fflush(stderr);
+    const std::string number = std::to_string(percent_);
+    TellText("\r" + label_ + " [" + std::string(filled, '#') + std::string(kWidth - filled, '-') + "] " +
+             std::string(3 - number.size(), ' ') + number + "%");
 }
 
 }  // namespace kpTables::kpbook

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "kpTables/Host.h"
 
@@ -19,7 +20,8 @@ const char* FailureMark() noexcept;
 /// Whether standard input is a terminal: somebody can be asked.
 bool InputIsTerminal() noexcept;
 
-/// Shows a line on standard error.
+/// Shows a text, or a line, on standard error.
+void TellText(std::string_view text) noexcept;
 void TellLine(const std::string& line);
 
 /// Asks for a line of text; without blanks at its ends. Returns nothing when standard input is not a terminal or ends.

@@ -1,6 +1,7 @@
 #include "kpbook/Workspace.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <utility>
@@ -28,7 +29,7 @@ void TraceSend(const IncidentLog& log, const bookkeeping::SentStatement& stateme
     const char* op = statement.op == bookkeeping::StatementOp::Execute ? "execute"
                      : statement.kind == SourceKind::Table             ? "open table"
                                                                        : "open";
-    std::fprintf(stderr, "%s: %s\n", op, log.Shown(statement.text).c_str());
+    TellLine(std::string(op) + ": " + log.Shown(statement.text));
 }
 
 void TraceEnd(const IncidentLog& log, const bookkeeping::StatementEnd& end) {
@@ -41,7 +42,9 @@ void TraceEnd(const IncidentLog& log, const bookkeeping::StatementEnd& end) {
     } else {
         outcome = "rows on demand";
     }
-    std::fprintf(stderr, "  %.3f ms, %s\n", elapsed.count(), outcome.c_str());
+    std::array<char, 64> time{};
+    std::snprintf(time.data(), time.size(), "  %.3f ms, ", elapsed.count());
+    TellLine(time.data() + outcome);
 }
 
 /// Opening a book read-only leaves the files of its log behind, so that is the second choice.

@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <exception>
 #include <new>
 
@@ -7,6 +6,7 @@
 #include "kpbook/CommandLine.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Memory.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Utf8.h"
 #include "platform/Program.h"
 #include "platform/Signals.h"
@@ -26,10 +26,12 @@ int main(int count, char** words) {
         return RunCommandLine(kpTables::platform::CommandLineWords(count, words));
     } catch (const std::bad_alloc&) {
         // Nothing that tells of it may need memory.
-        std::fprintf(stderr, "kpbook: %s\n", kpTables::Translated("Out of memory"));
+        TellText("kpbook: ");
+        TellText(kpTables::Translated("Out of memory"));
+        TellText("\n");
         return kFailed;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "kpbook: %s\n", ReplaceInvalidUtf8(error.what()).c_str());
+        TellLine("kpbook: " + ReplaceInvalidUtf8(error.what()));
         return kFailed;
     }
 }

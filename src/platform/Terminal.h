@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace kpTables::platform {
 
@@ -12,6 +13,10 @@ enum class Stream { Input = 0, Output = 1, Error = 2 };
 /// Before anything is written: what is written stays as it is, in UTF-8, and a reader that goes away fails a write
 /// instead of ending the program.
 void PrepareStreams() noexcept;
+/// Writes a text of whole characters to standard output, which shows it at FlushText at the latest, or to standard
+/// error. False with the reason in errno.
+bool WriteText(Stream stream, std::string_view text) noexcept;
+bool FlushText(Stream stream) noexcept;
 bool IsTerminal(Stream stream) noexcept;
 /// Whether a terminal shows colours.
 bool ShowsColours(Stream stream) noexcept;

@@ -70,7 +70,7 @@ LIBRARIES = {
     "dlfcn.h": ["src/platform/posix"],
     "expat.h": ["src/kpbook/input"],
     "minizip/": ["src/kpbook/input"],
-    "poll.h": ["src/platform/posix", "src/engines/postgres"],
+    "poll.h": ["src/platform/posix"],
     "dirent.h": ["src/platform/posix"],
     "fcntl.h": ["src/platform"],
     "iconv.h": ["src/platform/posix"],
@@ -78,11 +78,13 @@ LIBRARIES = {
     "sys/": ["src/platform/posix"],
     "termios.h": ["src/platform/posix"],
     "unistd.h": ["src/platform/posix"],
-    "windows.h": ["src/com", "src/engines/odbc", "src/platform/windows"],
+    "winsock2.h": ["src/platform/windows"],
+    "windows.h": ["examples", "src/com", "src/engines/odbc", "src/platform/windows"],
+    "oleauto.h": ["examples", "src/com"],
     "io.h": ["src/platform/windows"],
     "lmcons.h": ["src/platform/windows"],
     "shellapi.h": ["src/platform/windows"],
-    **dict.fromkeys(["dispex.h", "guiddef.h", "oaidl.h", "ocidl.h", "oleauto.h", "olectl.h", "unknwn.h", "winerror.h"], ["src/com"]),
+    **dict.fromkeys(["dispex.h", "guiddef.h", "oaidl.h", "objbase.h", "ocidl.h", "olectl.h", "unknwn.h", "winerror.h"], ["src/com"]),
 }
 
 # Folders that serve every engine, and what names one: no path, code or comment in these folders may contain it.

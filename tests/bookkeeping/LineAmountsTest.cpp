@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <limits>
+#include <optional>
 #include <random>
 #include <string>
 
@@ -105,6 +108,81 @@ TEST(LineAmounts, WhatDoesNotFitIsRefused) {
     EXPECT_EQ(test::FailureOf([&] { WorkOutAmounts(given, 1, 13); }), 5);
     EXPECT_EQ(test::FailureOf([&] { WorkOutAmounts(NetPrice("900000000000000"), 9000, 13); }), 6);
     EXPECT_EQ(test::FailureOf([&] { WorkOutAmounts(NetPrice("1"), 1e-20, 13); }), 5);
+}
+
+/// price x quantity and amount / quantity, in ten-thousandths, where they need more than 64 bits on the way. The
+/// figures are Python's, in whole numbers and fractions without a limit; nothing stands for error 6.
+TEST(LineAmounts, FiguresAtTheEdgesOfTheirRangeAreExact) {
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
+    using Figure = std::optional<std::int64_t>;
+    const struct {
+        std::int64_t amount;
+        double quantity;
+        Figure product, quotient;
+    } cases[] = {
+        {kMost, 1, kMost, kMost},
+        {kLeast, 1, kLeast, kLeast},
+        {kMost, -1, -kMost, -kMost},
+        {kLeast, -1, {}, {}},
+        {kMost, 0.999999999999999, 9223372036854766584, {}},
+        {kLeast, 0.999999999999999, -9223372036854766585, {}},
+        {1, 999999999999999, 999999999999999, 0},
+        {9223372037, 999999999999999, {}, 0},
+        {-9223372036, 999999999.999999, -9223372035999990777, -9},
+        {kMost, 0.000000000000001, 9223, {}},
+        {kLeast, -0.000000000000001, 9223, {}},
+        {4611686018427387904, 2, {}, 2305843009213693952},
+        {4611686018427387904, -2, kLeast, -2305843009213693952},
+        {4611686018427387903, 2, 9223372036854775806, 2305843009213693952},
+        {9223372036854775806, 0.5, 4611686018427387903, {}},
+        {kMost, 0.5, 4611686018427387904, {}},
+        {-kMost, 0.5, -4611686018427387904, {}},
+        {5, 0.1, 0, 50},
+        {15, 0.1, 2, 150},
+        {-25, 0.1, -2, -250},
+        {123456789012345678, 74.7009999999999, 9222345596011222147, 1652679201246916},
+        {987654321987654321, 9.33851234567891, 9223222079144843210, 105761419531094686},
+        {4294967297, 4294967297, {}, 1},
+        {4294967296, 2147483647.99999, 9223372036854732858, 2},
+    };
+    const auto figureOf = [](const std::function<Currency()>& work) {
+        Figure figure;
+        const auto failure = test::FailureOf([&] { figure = work().Scaled(); });
+        EXPECT_EQ(failure, figure ? 0 : 6);
+        return figure;
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(std::to_string(each.amount) + " and " + Text(each.quantity));
+        const Currency amount = Currency::FromScaled(each.amount);
+        EXPECT_EQ(figureOf([&] { return AmountOf(amount, each.quantity); }), each.product);
+        EXPECT_EQ(figureOf([&] { return PriceOf(amount, each.quantity); }), each.quotient);
+    }
+}
+
+TEST(LineAmounts, TaxesAtTheEdgesOfTheirRangeAreExact) {
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    const struct {
+        double rate;
+        std::int64_t net, tax;
+    } cases[] = {
+        {13, 8162276138809536112, 1061095898045239695},
+        {12.3456789012345, 8209814678287039703, 1013557358567736104},
+        {0.000000000000001, 9223372036854775715, 92},
+        {999999999999999, 922337, 9223372036853853470},
+    };
+    for (const auto& each : cases) {
+        GivenAmounts given;
+        given.gross = Currency::FromScaled(kMost);
+        const LineAmounts line = WorkOutAmounts(given, 1, each.rate);
+        EXPECT_EQ(line.net.Scaled(), each.net) << each.rate;
+        EXPECT_EQ(line.tax.Scaled(), each.tax) << each.rate;
+    }
+    GivenAmounts given;
+    given.net = Currency::FromScaled(8000000000000000000);
+    EXPECT_EQ(WorkOutAmounts(given, 1, 12.3456789012345).tax.Scaled(), 987654312098760000);
+    given.net = Currency::FromScaled(8162276138809536989);
+    EXPECT_EQ(test::FailureOf([&] { WorkOutAmounts(given, 1, 13); }), 6);
 }
 
 /// On random lines: the parts add up, and what was rounded is within half a ten-thousandth of the exact figure.

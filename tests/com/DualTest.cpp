@@ -202,6 +202,44 @@ TEST(Dual, TheTypeLibraryDescribesEveryFunction) {
     }
 }
 
+/// The description of a member; it is released with ReleaseFuncDesc.
+FUNCDESC* DescriptionOf(ITypeInfo& info, const com::Row& row) {
+    FUNCDESC* found = nullptr;
+    for (UINT i = 0; SUCCEEDED(info.GetFuncDesc(i, &found)); ++i) {
+        if (found->memid == row.id && found->invkind == INVOKE_FUNC) return found;
+        info.ReleaseFuncDesc(found);
+    }
+    return nullptr;
+}
+
+TEST(Dual, TheTypeLibraryMarksParametersAndTellsWhatMethodsAnswer) {
+    const Face tables;
+    const auto info = InfoOf(tables.object.Get());
+    int optional = 0, written = 0;
+    for (const com::Row& row : com::TablesInterface().Rows()) {
+        if (row.kind != com::MemberKind::Method) continue;
+        SCOPED_TRACE(std::string(row.name));
+        FUNCDESC* const function = DescriptionOf(*info, row);
+        ASSERT_TRUE(function);
+        ASSERT_GE(static_cast<std::size_t>(function->cParams), row.parameters.size());
+        for (std::size_t i = 0; i < row.parameters.size(); ++i) {
+            const USHORT flags = function->lprgelemdescParam[i].paramdesc.wParamFlags;
+            EXPECT_TRUE(flags & PARAMFLAG_FIN);
+            EXPECT_EQ((flags & PARAMFLAG_FOUT) != 0, row.parameters[i].inOut) << i;
+            EXPECT_EQ((flags & PARAMFLAG_FOPT) != 0, row.parameters[i].optional) << i;
+            optional += row.parameters[i].optional;
+            written += row.parameters[i].inOut;
+        }
+        info->ReleaseFuncDesc(function);
+        com::Value help;
+        help.vt = VT_BSTR;
+        EXPECT_EQ(info->GetDocumentation(row.id, nullptr, &help.bstrVal, nullptr, nullptr), S_OK);
+        EXPECT_TRUE(com::FromVariant(help).Is(std::string(_CTables::Members()[row.index].answers)));
+    }
+    EXPECT_GT(optional, 0);
+    EXPECT_GT(written, 0);
+}
+
 TEST(Dual, EveryMethodCanBeCalledAsTheTypeLibraryDescribesIt) {
     const AdoRecordsetClass recordsets;
     int sending = 0;

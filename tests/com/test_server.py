@@ -3,38 +3,21 @@
 
 import os
 import pathlib
-import shutil
-import subprocess
 import tempfile
 import unittest
+
+import wine_prefix
+from wine_prefix import SYSTEM, windows_path, wine
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 EXAMPLES = ROOT / "examples" / "com"
 SERVER = pathlib.Path(os.environ["SERVER"])
 CLIENT = pathlib.Path(os.environ["CLIENT"])
-PREFIX = pathlib.Path(os.environ["PREFIX"])
+PASCAL_HOST = os.environ.get("PASCAL_HOST", "")
 # The class of the recordsets' double in the native client.
 ADO_CLASS = "HKLM\\Software\\Classes\\ADODB.Recordset\\CLSID"
 DOUBLE = "{5F1F3A52-9F1D-4C38-9A51-6E0D2B7C1142}"
-# 64-bit programs are run by wine64, 32-bit ones need a Wine of their own.
-WINE = shutil.which("wine64") or shutil.which("wine64", path="/usr/lib/wine")
-ENVIRONMENT = {**os.environ, "WINEPREFIX": str(PREFIX), "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=",
-               "LC_ALL": "zh_CN.UTF-8", "LOCPATH": str(PREFIX) + "-locale", "DISPLAY": ""}
-
-
-def wine(*arguments, timeout=60, **more):
-    return subprocess.run([WINE, *map(str, arguments)], env=ENVIRONMENT, timeout=timeout, capture_output=True, **more)
-
-
-def quiet_wine(*arguments):
-    """For what may be the first program: the system's own that it starts would keep its pipes open."""
-    subprocess.run([WINE, *arguments], env=ENVIRONMENT, timeout=120, check=True, stdin=subprocess.DEVNULL,
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
-
-def windows_path(path):
-    return "Z:" + str(path).replace("/", "\\")
 
 
 def classes(root):
@@ -46,49 +29,7 @@ def classes(root):
 
 
 def regsvr32(*arguments):
-    result = wine("regsvr32", "/s", *arguments, windows_path(SERVER))
-    if result.returncode:
-        raise AssertionError(f"regsvr32 {arguments}: {result.returncode}")
-
-
-def make_prefix():
-    # A locale of its own, of which Wine takes code page 936 and the encoding of file names.
-    locale = pathlib.Path(ENVIRONMENT["LOCPATH"])
-    if not locale.exists():
-        locale.mkdir(parents=True)
-        subprocess.run(["localedef", "-i", "zh_CN", "-f", "UTF-8", locale / "zh_CN.UTF-8"], check=True)
-    ready = PREFIX / "ready"
-    if ready.exists():
-        return
-    quiet_wine("wineboot", "-i")
-    # Every user of Windows has these.
-    quiet_wine("reg", "add", "HKCU\\Software\\Classes\\CLSID", "/f")
-    quiet_wine("reg", "add", "HKCU\\Software\\Wine\\Drivers", "/v", "Graphics", "/d", "null", "/f")
-    # Until everything that belongs to it has ended, the prefix changes.
-    subprocess.run([WINE.replace("wine64", "wineserver64"), "-w"], env=ENVIRONMENT, timeout=120)
-    ready.touch()
-
-
-def script(source, suffix=".vbs", timeout=60):
-    """Runs a script, saved in GBK, and answers the lines that its Say wrote."""
-    say = {".vbs": """
-Dim sayFile
-Set sayFile = CreateObject("Scripting.FileSystemObject").CreateTextFile("{out}", True, True)
-Sub Say(text)
-    sayFile.WriteLine text
-End Sub
-""", ".js": """
-var sayFile = new ActiveXObject("Scripting.FileSystemObject").CreateTextFile("{out}", true, true);
-function Say(text) {{ sayFile.WriteLine(text); }}
-"""}[suffix]
-    with tempfile.TemporaryDirectory() as folder:
-        out = pathlib.Path(folder) / "out.txt"
-        path = pathlib.Path(folder) / ("script" + suffix)
-        out_name = windows_path(out).replace("\\", "\\\\") if suffix == ".js" else windows_path(out)
-        path.write_text(say.format(out=out_name) + source, encoding="gbk", newline="\r\n")
-        result = wine("cscript", "//nologo", windows_path(path), timeout=timeout)
-        text = out.read_text(encoding="utf-16") if out.exists() and out.stat().st_size else ""
-        return text.splitlines(), result
+    wine_prefix.regsvr32(SERVER, *arguments)
 
 
 class Registration(unittest.TestCase):
@@ -120,7 +61,7 @@ class Scripts(unittest.TestCase):
         regsvr32("/u")
 
     def said(self, source, suffix=".vbs"):
-        lines, result = script(source, suffix)
+        lines, result = wine_prefix.script(source, suffix)
         self.assertEqual(result.returncode, 0, (lines, result.stdout[-500:], result.stderr[-500:]))
         return lines
 
@@ -140,13 +81,9 @@ class Scripts(unittest.TestCase):
             "-2147217900"])
 
     def run_program(self, source, *arguments):
-        """A program as it stands, saved in GBK; what it echoed."""
-        with tempfile.TemporaryDirectory() as folder:
-            path = pathlib.Path(folder) / "program.vbs"
-            path.write_text(source, encoding="gbk", newline="\r\n")
-            result = wine("cscript", "//nologo", windows_path(path), *arguments)
-            self.assertEqual(result.returncode, 0, (result.stdout[-2000:], result.stderr[-500:]))
-            return result.stdout.decode("gbk").splitlines()
+        lines, result = wine_prefix.run_program(source, *arguments)
+        self.assertEqual(result.returncode, 0, (lines[-40:], result.stderr[-500:]))
+        return lines
 
     def test_the_programs_in_the_readme_and_in_the_checklist(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -163,14 +100,26 @@ class Scripts(unittest.TestCase):
         self.assertGreater(len(echoed), 12)
 
 
+    @unittest.skipUnless(PASCAL_HOST, "there is no Free Pascal for this width")
+    def test_a_host_in_free_pascal(self):
+        with tempfile.TemporaryDirectory() as folder:
+            book = windows_path(pathlib.Path(folder) / "shop.kpbook")
+            self.run_program((EXAMPLES / "first-month.vbs").read_text(encoding="utf-8"), book)
+            for arguments, code, shown, told in (((book, "1"), 0, "01001 普通硅酸盐水泥 10 3205\n", ""),
+                                                 ((book, "99999"), 1, "", "800A0006 "), (("Z:\\nowhere.kpbook", "1"), 1, "", "80004005 ")):
+                result = wine(PASCAL_HOST, *arguments)
+                self.assertEqual((result.returncode, result.stdout.decode()), (code, shown), result.stderr)
+                self.assertTrue(result.stderr.decode().startswith(told), result.stderr)
+
+
 class Native(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         regsvr32()
         # Wine has recordsets of its own, which lack much; the prefix has them again when the tests are done.
-        own = wine("reg", "query", ADO_CLASS, "/ve").stdout.decode("gbk").split()[-1]
-        cls.addClassCleanup(wine, "reg", "add", ADO_CLASS, "/ve", "/d", own, "/f")
-        wine("reg", "add", ADO_CLASS, "/ve", "/d", DOUBLE, "/f")
+        own = wine(SYSTEM + "reg.exe", "query", ADO_CLASS, "/ve").stdout.decode("gbk").split()[-1]
+        cls.addClassCleanup(wine, SYSTEM + "reg.exe", "add", ADO_CLASS, "/ve", "/d", own, "/f")
+        wine(SYSTEM + "reg.exe", "add", ADO_CLASS, "/ve", "/d", DOUBLE, "/f")
 
     @classmethod
     def tearDownClass(cls):
@@ -184,14 +133,9 @@ class Native(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    if not WINE:
-        print("no Wine: the COM server was not tested")
+    if not wine_prefix.has_wine():
+        print(f"no Wine for {wine_prefix.WIDTH}: the COM server was not tested")
     else:
-        make_prefix()
-        # While a program runs, the next one starts without the system's own programs.
-        with subprocess.Popen([WINE, "cmd"], env=ENVIRONMENT, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL) as session:
-            quiet_wine("cmd", "/c", "exit")
+        with wine_prefix.session():
             result = unittest.main(exit=False).result
-            session.communicate(b"exit\r\n", timeout=60)
         raise SystemExit(not result.wasSuccessful())

@@ -196,14 +196,15 @@ class Files(WindowsCase):
         self.windows("import", self.book, "仓库设置", self.folder / "仓库.xlsx")
         self.assertEqual(self.rows("Select 仓库名称 From 仓库设置"), [["东库"], ["东库"]])
 
-    def test_what_there_is_not_on_windows_is_refused(self):
+    def test_a_server_needs_its_client_library(self):
         done = self.run_kpbook("info", "postgresql://somebody@localhost/books?book=shop", code=1)
-        self.assertIn("built without PostgreSQL", done.stderr)
+        self.assertIn("needs its client library, libpq", done.stderr)
+        self.assertIn("libpq.dll: ", done.stderr)
 
 
 class Console(WindowsCase):
     def at_console(self, *arguments, keys):
-        """Runs kpbook in Wine's console and types as it asks; the exit code."""
+        """Runs kpbook in Wine's console and types as it asks; the exit code, and what the console showed."""
         child, terminal = pty.fork()
         if child == 0:
             os.execv(KPBOOK, [KPBOOK, *map(str, arguments)])
@@ -220,13 +221,28 @@ class Console(WindowsCase):
                 os.write(terminal, pending.pop(0).encode())
         os.close(terminal)
         self.assertEqual(pending, [], shown)
-        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), shown.decode(errors="replace")
 
     def test_questions(self):
-        code = self.at_console("new", self.book, keys=("测试商行\r", "2026\r", "1\r", "中心仓库\r", "\r"))
+        code, _ = self.at_console("new", self.book, keys=("测试商行\r", "2026\r", "1\r", "中心仓库\r", "\r"))
         self.assertEqual(code, 0)
         self.assertEqual(self.rows("Select 仓库名称 From 仓库设置"), [["中心仓库"]])
         self.assertEqual(self.windows("call", self.book, "Get_AccInfo", "单位名称"), "测试商行\n")
+
+    def test_ctrl_c_ends_a_question_at_once(self):
+        code, shown = self.at_console("new", self.book, keys=("测试商行\r", "2026\x03"))
+        self.assertEqual(code, 130, shown)
+        self.assertFalse(self.book.exists())
+
+    def test_chinese_in_results_and_messages(self):
+        self.windows("new", self.book, "--bare")
+        self.windows("sql", self.book, "Insert Into 仓库设置 (仓库名称) Values ('钢材货场')")
+        code, shown = self.at_console("sql", self.book, "Select 仓库名称 From 仓库设置", keys=())
+        self.assertEqual(code, 0)
+        self.assertIn("钢材货场", shown)
+        code, shown = self.at_console("sql", self.book, "Select 没有这一列 From 仓库设置", keys=())
+        self.assertEqual(code, 1)
+        self.assertIn("没有这一列", shown)
 
 
 class Streams(WindowsCase):

@@ -1,7 +1,5 @@
 #include "engines/postgres/Database.h"
 
-#include <poll.h>
-
 #include <array>
 #include <charconv>
 #include <exception>
@@ -10,6 +8,7 @@
 #include "engines/postgres/Failure.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
+#include "platform/Socket.h"
 
 namespace kpTables::engines::postgres {
 
@@ -344,9 +343,8 @@ Result Database::Next(std::string_view shown) {
     bool cancelled = false;
     library.Flush(connection_.get());
     while (library.IsBusy(connection_.get()) != 0) {
-        std::array<pollfd, 1> socket{{{library.Socket(connection_.get()), POLLIN, 0}}};
-        const int ready = poll(socket.data(), socket.size(), kBetweenQuestions);
-        if (ready == 0 && !cancelled && IsToEnd()) {
+        const bool isReady = platform::WaitForSocket(library.Socket(connection_.get()), kBetweenQuestions);
+        if (!isReady && !cancelled && IsToEnd()) {
             Cancel();
             cancelled = true;
         }

@@ -1,6 +1,5 @@
 #include "kpbook/batch/BatchCommand.h"
 
-#include <cstdio>
 #include <new>
 #include <utility>
 
@@ -14,6 +13,7 @@
 #include "kpbook/Memory.h"
 #include "kpbook/Names.h"
 #include "kpbook/PastedValues.h"
+#include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
 #include "kpbook/batch/BatchAnswer.h"
 #include "kpbook/batch/BatchRequest.h"
@@ -76,7 +76,7 @@ public:
     /// Undoes what a transaction that is still open has changed; false when there is none.
     bool RollBackRest() {
         if (workspace_.connection->Level() == 0) return false;
-        std::fprintf(stderr, "kpbook: the batch ended inside a transaction, which is rolled back\n");
+        TellLine("kpbook: the batch ended inside a transaction, which is rolled back");
         while (workspace_.connection->Level() > 0) workspace_.connection->RollbackTrans();
         return true;
     }

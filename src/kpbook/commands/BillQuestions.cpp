@@ -1,7 +1,5 @@
 #include "kpbook/commands/BillQuestions.h"
 
-#include <cstdio>
-
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
 #include "kpTables/Quoted.h"
@@ -46,8 +44,7 @@ private:
 };
 
 std::string BillQuestions::Answer(const std::string& question, const std::string& usual) {
-    std::fprintf(stderr, "%s%s: ", question.c_str(), usual.empty() ? "" : (" [" + usual + "]").c_str());
-    std::fflush(stderr);
+    TellText(question + (usual.empty() ? "" : " [" + usual + "]") + ": ");
     const auto line = reader_.Next();
     if (!line) throw CommandError(Message("the input ended, nothing was entered"));
     const std::string answer(Trim(*line));
@@ -72,7 +69,7 @@ void BillQuestions::AskMaster(const std::string& column, MasterKind kind, bool i
         } catch (const DatabaseError&) {
             throw;
         } catch (const Error& error) {
-            std::fprintf(stderr, "%s\n", error.what());
+            TellLine(error.what());
         }
     }
 }
@@ -92,8 +89,7 @@ std::string BillQuestions::AskProduct() {
         const bool isOnly = rows->RecordCount() == 1;
         const std::string number = rows->Eof() ? "" : Text(rows->GetValue(0));
         for (; !rows->Eof(); rows->MoveNext()) {
-            std::fprintf(stderr, "  %s %s %s\n", Text(rows->GetValue(0)).c_str(), Text(rows->GetValue(1)).c_str(),
-                         Text(rows->GetValue(2)).c_str());
+            TellLine("  " + Text(rows->GetValue(0)) + " " + Text(rows->GetValue(1)) + " " + Text(rows->GetValue(2)));
         }
         if (isOnly && !number.empty()) return number;
     }

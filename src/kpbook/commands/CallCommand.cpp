@@ -1,6 +1,5 @@
 #include "kpbook/commands/CallCommand.h"
 
-#include <cstdio>
 #include <functional>
 #include <utility>
 
@@ -59,7 +58,7 @@ void ShowWrittenBack(const std::vector<Parameter>& parameters, const std::vector
                      const std::vector<Variant>& after) {
     for (std::size_t i = 0; i < parameters.size() && i < after.size(); ++i) {
         if (!parameters[i].inOut || after[i].Is(Converted(before[i], parameters[i].type))) continue;
-        std::fprintf(stderr, "%s = %s\n", parameters[i].name.c_str(), output::CellText(after[i]).c_str());
+        TellLine(std::string(parameters[i].name) + " = " + output::CellText(after[i]));
     }
 }
 

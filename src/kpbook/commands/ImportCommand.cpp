@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 
 #include "kpTables/Transaction.h"
@@ -89,7 +88,7 @@ int ImportFolder(Book& book, const ImportOptions& options) {
         try {
             rows += ImportEntry(book, tables, folder, entry, options);
         } catch (const CommandError& error) {
-            std::fprintf(stderr, "kpbook: %s\n", error.what());
+            TellLine(std::string("kpbook: ") + error.what());
             ++bad;
         }
     }

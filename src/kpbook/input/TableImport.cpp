@@ -1,7 +1,6 @@
 #include "kpbook/input/TableImport.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"
@@ -184,7 +183,7 @@ void TableImport::Count(bookkeeping::RowEntryResult::Outcome outcome) {
 void TableImport::ShowProgress() const {
     if (!ErrorIsTerminal()) return;
     const std::int64_t rows = counts_.added + counts_.changed + counts_.unchanged;
-    std::fprintf(stderr, "\r%s\r", CountedMessage(rows, "{2}: {1} rows", "{2}: {1} rows", table_.name).c_str());
+    TellText("\r" + CountedMessage(rows, "{2}: {1} rows", "{2}: {1} rows", table_.name) + "\r");
 }
 
 }  // namespace kpTables::kpbook::input

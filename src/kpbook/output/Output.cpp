@@ -1,17 +1,18 @@
 #include "kpbook/output/Output.h"
 
 #include <cerrno>
-#include <cstring>
+#include <utility>
 
 #include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 #include "kpbook/Interruption.h"
 #include "kpbook/Terminal.h"
 #include "platform/Input.h"
+#include "platform/Terminal.h"
 
 namespace kpTables::kpbook::output {
 
-Output::Output(const std::string& path) : path_(path), file_(stdout) {
+Output::Output(const std::string& path) : path_(path) {
     if (path.empty()) return;
     if (platform::IsReplaceable(path)) draft_.emplace(path);
     file_ = platform::OpenFile(draft_ ? draft_->Path() : path, "wb");
@@ -19,12 +20,14 @@ Output::Output(const std::string& path) : path_(path), file_(stdout) {
 }
 
 Output::~Output() {
-    if (file_ && file_ != stdout) std::fclose(file_);
+    if (file_) std::fclose(file_);
 }
 
 void Output::Write(std::string_view text) {
     ThrowIfInterrupted();
-    if (std::fwrite(text.data(), 1, text.size(), file_) != text.size()) Fail();
+    const bool isWritten = file_ ? std::fwrite(text.data(), 1, text.size(), file_) == text.size()
+                                 : platform::WriteText(platform::Stream::Output, text);
+    if (!isWritten) Fail();
 }
 
 void Output::Emphasize(bool on) {
@@ -32,7 +35,7 @@ void Output::Emphasize(bool on) {
 }
 
 void Output::Flush() {
-    if (std::fflush(file_) != 0) Fail();
+    if (file_ ? std::fflush(file_) != 0 : !platform::FlushText(platform::Stream::Output)) Fail();
 }
 
 void Output::Close() {
@@ -42,9 +45,8 @@ void Output::Close() {
 
 void Output::Finish() {
     Flush();
-    std::FILE* const file = file_;
-    file_ = nullptr;
-    if (file != stdout && std::fclose(file) != 0) Fail();
+    std::FILE* const file = std::exchange(file_, nullptr);
+    if (file && std::fclose(file) != 0) Fail();
 }
 
 void Output::Keep() {

@@ -35,7 +35,7 @@ private:
 
     std::string path_;
     std::optional<ReplacementFile> draft_;
-    std::FILE* file_;
+    std::FILE* file_ = nullptr;  ///< null for standard output
 };
 
 }  // namespace kpTables::kpbook::output

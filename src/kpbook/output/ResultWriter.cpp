@@ -1,7 +1,5 @@
 #include "kpbook/output/ResultWriter.h"
 
-#include <cstdio>
-
 #include "kpTables/text/Message.h"
 #include "kpbook/HostObjects.h"
 #include "kpbook/Terminal.h"
@@ -89,7 +87,7 @@ void WriteView(const View& view, const GlobalOptions& global, Charts charts) {
         WriteForPeople(view, global, charts);
         return;
     }
-    for (const auto& note : view.notes) std::fprintf(stderr, "%s\n", note.c_str());
+    for (const auto& note : view.notes) TellLine(note);
     TellCount(WriteRows(*view.rows, global, view.presentation));
 }
 

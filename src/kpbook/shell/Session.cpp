@@ -1,7 +1,6 @@
 #include "kpbook/shell/Session.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <new>
 #include <utility>
 
@@ -20,6 +19,7 @@
 #include "kpbook/output/ResultWriter.h"
 #include "kpbook/shell/ShellSyntax.h"
 #include "kpbook/shell/Words.h"
+#include "platform/Terminal.h"
 
 namespace kpTables::kpbook::shell {
 
@@ -48,7 +48,7 @@ Session::~Session() { RollBackRest(); }
 
 void Session::Tell(const std::string& failure) {
     hasFailed_ = true;
-    std::fprintf(stderr, "%s %s\n", FailureMark(), global_.incidents->Shown(failure).c_str());
+    TellLine(FailureMark() + (" " + global_.incidents->Shown(failure)));
 }
 
 void Session::Guarded(const std::function<void()>& action) {
@@ -65,7 +65,7 @@ void Session::Guarded(const std::function<void()>& action) {
     } catch (const CommandError& error) {
         Tell(error.what());
     }
-    std::fflush(stdout);
+    platform::FlushText(platform::Stream::Output);
     global_.incidents->Tell();
 }
 

@@ -1,7 +1,6 @@
 #include "kpbook/shell/Shell.h"
 
 #include <csignal>
-#include <cstdio>
 
 #include "kpTables/Script.h"
 #include "kpTables/text/Message.h"
@@ -129,7 +128,7 @@ void ReadTerminal(LineEditor& editor, ShellLoop& loop, History& history) {
         try {
             const auto line = editor.Read(loop.Pending().empty() ? "kpbook> " : "   ...> ");
             if (!line) {
-                std::fputc('\n', stdout);
+                platform::WriteText(platform::Stream::Output, "\n");
                 return;
             }
             goesOn = loop.Take(*line);

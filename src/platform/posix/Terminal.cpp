@@ -53,9 +53,17 @@ private:
     bool hides_ = false;
 };
 
+std::FILE* FileOf(Stream stream) noexcept { return stream == Stream::Error ? stderr : stdout; }
+
 }  // namespace
 
 void PrepareStreams() noexcept { std::signal(SIGPIPE, SIG_IGN); }
+
+bool WriteText(Stream stream, std::string_view text) noexcept {
+    return std::fwrite(text.data(), 1, text.size(), FileOf(stream)) == text.size();
+}
+
+bool FlushText(Stream stream) noexcept { return std::fflush(FileOf(stream)) == 0; }
 
 bool IsTerminal(Stream stream) noexcept { return ::isatty(static_cast<int>(stream)) == 1; }
 

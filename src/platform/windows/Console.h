@@ -1,4 +1,4 @@
-// Reading from the console, whose texts are UTF-16, and waiting until a signal arrives.
+// Reading from the console, whose texts are UTF-16.
 #pragma once
 
 #include <windows.h>
@@ -8,19 +8,14 @@
 
 namespace kpTables::platform {
 
-/// A line with its end, "\n", in UTF-8; nothing at the end (Ctrl-Z), and when Ctrl-C is typed.
+/// A line with its end, "\n", in UTF-8; nothing at the end (Ctrl-Z), and when a signal arrives. What was typed until
+/// then belongs to the line that is read next.
 std::optional<std::string> ReadConsoleText(HANDLE console);
 
-/// While it lives, a signal ends what the thread waits for.
-class WakesForSignals {
-public:
-    WakesForSignals() noexcept;
-    ~WakesForSignals();
-    WakesForSignals(const WakesForSignals&) = delete;
-    WakesForSignals& operator=(const WakesForSignals&) = delete;
+/// From now on Ctrl-C has arrived.
+void NoteInterruption() noexcept;
 
-    /// After Ctrl-C the console ends a read before the signal is noted, in another thread.
-    static void WaitForNote() noexcept;
-};
+/// Lets ReadConsoleText see that a signal has arrived.
+void WakeConsoleReader() noexcept;
 
 }  // namespace kpTables::platform

@@ -27,6 +27,7 @@ HANDLE reader = nullptr;
 BOOL WINAPI NoteControl(DWORD event) {
     const int signal = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT ? SIGINT : SIGTERM;
     if (arrived.exchange(signal) != 0) return FALSE;
+    WakeConsoleReader();
     constexpr int kAttempts = 100;
     constexpr DWORD kBetween = 10;
     // Reading may be about to begin, so that there is nothing to cancel yet.
@@ -40,7 +41,17 @@ BOOL WINAPI NoteControl(DWORD event) {
     return TRUE;
 }
 
+/// While it lives, a signal ends what the thread waits for.
+class WakesForSignals {
+public:
+    WakesForSignals() noexcept { reading = true; }
+    ~WakesForSignals() { reading = false; }
+    WakesForSignals(const WakesForSignals&) = delete;
+    WakesForSignals& operator=(const WakesForSignals&) = delete;
+};
+
 std::ptrdiff_t ReadBytes(HANDLE file, char* buffer, std::size_t size) noexcept {
+    const WakesForSignals waiting;
     DWORD count = 0;
     if (ReadFile(file, buffer, static_cast<DWORD>(size), &count, nullptr)) return static_cast<std::ptrdiff_t>(count);
     const DWORD code = GetLastError();
@@ -70,16 +81,6 @@ std::ptrdiff_t ReadConsoleLine(HANDLE console, char* buffer, std::size_t size) n
 
 }  // namespace
 
-WakesForSignals::WakesForSignals() noexcept { reading = true; }
-
-WakesForSignals::~WakesForSignals() { reading = false; }
-
-void WakesForSignals::WaitForNote() noexcept {
-    constexpr int kAttempts = 50;
-    constexpr DWORD kBetween = 10;
-    for (int i = 0; i < kAttempts && arrived == 0; ++i) Sleep(kBetween);
-}
-
 void WatchSignals() noexcept {
     DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &reader, 0, FALSE,
                     DUPLICATE_SAME_ACCESS);
@@ -88,6 +89,11 @@ void WatchSignals() noexcept {
 
 void ForgetSignal() noexcept { arrived = 0; }
 
+void NoteInterruption() noexcept {
+    int none = 0;
+    arrived.compare_exchange_strong(none, SIGINT);
+}
+
 int ArrivedSignal() noexcept { return arrived; }
 
 std::ptrdiff_t ReadInput(int descriptor, char* buffer, std::size_t size) noexcept {
@@ -95,7 +101,6 @@ std::ptrdiff_t ReadInput(int descriptor, char* buffer, std::size_t size) noexcep
     DWORD mode = 0;
     std::ptrdiff_t count = 0;
     if (arrived == 0) {
-        const WakesForSignals waiting;
         count = GetConsoleMode(file, &mode) ? ReadConsoleLine(file, buffer, size) : ReadBytes(file, buffer, size);
     }
     if (arrived == 0 || count > 0) return count;

@@ -4,10 +4,12 @@
 #include <io.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
+#include <utility>
 
 #include "platform/windows/Console.h"
+#include "platform/windows/ConsoleWriter.h"
 #include "platform/windows/Wide.h"
 
 namespace kpTables::platform {
@@ -19,9 +21,24 @@ HANDLE HandleOf(Stream stream) noexcept {
     return GetStdHandle(names[static_cast<int>(stream)]);
 }
 
-UINT earlierCodePage = 0;
+/// What shows a stream on the console; null when it leads elsewhere.
+ConsoleWriter* WriterOf(Stream stream) noexcept {
+    const auto make = [](Stream each) -> std::optional<ConsoleWriter> {
+        if (!IsTerminal(each)) return std::nullopt;
+        return std::optional<ConsoleWriter>(std::in_place, HandleOf(each));
+    };
+    static std::optional<ConsoleWriter> output = make(Stream::Output);
+    static std::optional<ConsoleWriter> error = make(Stream::Error);
+    auto& writer = stream == Stream::Error ? error : output;
+    return writer ? &*writer : nullptr;
+}
 
-void RestoreCodePage() { SetConsoleOutputCP(earlierCodePage); }
+bool FailWith(int reason) noexcept {
+    errno = reason;
+    return false;
+}
+
+std::FILE* FileOf(Stream stream) noexcept { return stream == Stream::Error ? stderr : stdout; }
 
 using OwnedHandle = std::unique_ptr<void, CloseHandleOf>;
 
@@ -33,7 +50,8 @@ OwnedHandle OpenConsole(const wchar_t* name) {
 
 class ConsoleTerminal : public UserTerminal {
 public:
-    ConsoleTerminal(OwnedHandle input, OwnedHandle output) : input_(std::move(input)), output_(std::move(output)) {}
+    ConsoleTerminal(OwnedHandle input, OwnedHandle output)
+        : input_(std::move(input)), output_(std::move(output)), writer_(output_.get()) {}
     ~ConsoleTerminal() override {
         if (hides_) SetConsoleMode(input_.get(), shown_);
     }
@@ -41,9 +59,9 @@ public:
     ConsoleTerminal& operator=(const ConsoleTerminal&) = delete;
 
     void Write(const std::string& text) override {
-        const std::wstring wide = Wide(text);
-        DWORD written = 0;
-        WriteConsoleW(output_.get(), wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
+        FlushText(Stream::Output);
+        writer_.Write(text);
+        writer_.Flush();
     }
 
     std::optional<std::string> ReadLine() override {
@@ -61,39 +79,32 @@ public:
 private:
     OwnedHandle input_;
     OwnedHandle output_;
+    ConsoleWriter writer_;
     DWORD shown_ = 0;
     bool hides_ = false;
 };
 
 }  // namespace
 
-std::optional<std::string> ReadConsoleText(HANDLE console) {
-    constexpr wchar_t kEndOfInput = 0x1A;
-    std::fflush(stdout);
-    std::wstring line;
-    while (line.empty() || line.back() != L'\n') {
-        std::array<wchar_t, 1024> piece{};
-        DWORD count = 0;
-        const WakesForSignals waiting;
-        SetLastError(0);
-        const bool isRead = ReadConsoleW(console, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0;
-        if (GetLastError() == ERROR_OPERATION_ABORTED) WakesForSignals::WaitForNote();
-        if (!isRead || count == 0) return std::nullopt;
-        line.append(piece.data(), count);
-    }
-    if (line.front() == kEndOfInput) return std::nullopt;
-    if (line.ends_with(L"\r\n")) line.replace(line.size() - 2, 2, L"\n");
-    return Narrow(line);
-}
-
 void PrepareStreams() noexcept {
     for (std::FILE* const stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
-    // The console takes characters only whole, and text by text only slowly.
     constexpr std::size_t kPiece = 1 << 15;
     std::setvbuf(stdout, nullptr, _IOFBF, kPiece);
-    // What the console shows is UTF-8 as long as the program runs.
-    earlierCodePage = GetConsoleOutputCP();
-    if (earlierCodePage != 0 && SetConsoleOutputCP(CP_UTF8)) std::atexit(RestoreCodePage);
+}
+
+bool WriteText(Stream stream, std::string_view text) noexcept {
+    ConsoleWriter* const console = WriterOf(stream);
+    if (!console) return std::fwrite(text.data(), 1, text.size(), FileOf(stream)) == text.size();
+    if (stream == Stream::Output) return console->Write(text) || FailWith(EIO);
+    // On the console both streams appear in the order in which they were written.
+    FlushText(Stream::Output);
+    return (console->Write(text) && console->Flush()) || FailWith(EIO);
+}
+
+bool FlushText(Stream stream) noexcept {
+    ConsoleWriter* const console = WriterOf(stream);
+    if (!console) return std::fflush(FileOf(stream)) == 0;
+    return console->Flush() || FailWith(EIO);
 }
 
 bool IsTerminal(Stream stream) noexcept {
