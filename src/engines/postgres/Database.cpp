@@ -2,9 +2,11 @@
 
 #include <poll.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <exception>
+#include <initializer_list>
 #include <utility>
 
 #include "engines/postgres/Failure.h"
@@ -59,17 +61,15 @@ Database::Database(std::string connection, std::function<bool()> interrupted)
 class Database::Exchange {
 public:
     /// several: further statements follow the first.
-    Exchange(Database& database, std::string_view shown, bool several = false, bool looks = false)
-        : database_(database), shown_(shown), looks_(looks && std::exchange(database.looksForOthers_, false)) {
+    Exchange(Database& database, std::string_view shown, bool several = false) : database_(database), shown_(shown) {
         ++database_.statements_;
         const std::vector<const char*> savepoint = database.TakeSavepoint();
-        isPipeline_ = several || looks_ || !savepoint.empty();
+        isPipeline_ = several || !savepoint.empty();
         if (!isPipeline_) return;
         Check(Library().EnterPipelineMode(Connection()));
         for (const char* text : savepoint) {
             Add(Library().SendQueryParams(Connection(), text, 0, nullptr, nullptr, nullptr, nullptr, kTexts));
         }
-        if (looks_) SendLook();
         leading_ = statements_;
     }
     ~Exchange() {
@@ -87,6 +87,8 @@ public:
         Check(success);
         ++statements_;
     }
+    /// What a COPY among the statements is to read.
+    void Feed(std::initializer_list<std::string_view> bytes) { fed_ = bytes; }
     /// The last result of each statement, without those of the savepoint; the rows of the last statement go to the
     /// sink. Raises the first error.
     std::vector<Result> Finish(const RowSink& sink = {}) {
@@ -99,27 +101,15 @@ public:
         }
         if (isPipeline_) database_.Next(shown_);  // that all of them have ended
         if (database_.IsConnected()) database_.inTransaction_ = database_.InTransaction();
-        const auto first = results.begin() + leading_;
-        if (looks_ && *(first - 1)) {
-            database_.canLook_ = true;
-            database_.others.Saw((first - 1)->Integer(0, 0));
-        }
         if (raised_) std::rethrow_exception(raised_);
         if (failed_) database_.RaiseError(failed_, shown_);
         if (results.empty() || !results.back()) database_.RaiseLost(shown_);
-        results.erase(results.begin(), first);
+        results.erase(results.begin(), results.begin() + leading_);
         return results;
     }
 
 private:
     void Check(int success) const { database_.Sent(success, shown_); }
-
-    void SendLook() {
-        constexpr const char* kName = "kp_others";
-        if (!database_.canLook_)
-            Add(Library().SendPrepare(Connection(), kName, "SELECT xmax FROM kp_book", 0, nullptr));
-        Add(Library().SendQueryPrepared(Connection(), kName, 0, nullptr, nullptr, nullptr, kTexts));
-    }
 
     Result ReadOne(const RowSink& sink) {
         Result last;
@@ -136,6 +126,9 @@ private:
                 case PGRES_EMPTY_QUERY:
                     if (!std::exchange(isSingle, false)) last = std::move(result);
                     break;
+                case PGRES_COPY_IN:
+                    SendFed();
+                    break;
                 case PGRES_PIPELINE_ABORTED:
                     break;
                 default:
@@ -143,6 +136,18 @@ private:
             }
         }
         return last;
+    }
+
+    /// In pieces, since libpq keeps a copy of each.
+    void SendFed() {
+        constexpr std::size_t kPiece = std::size_t{1} << 16;
+        for (std::string_view bytes : fed_) {
+            for (; !bytes.empty(); bytes.remove_prefix(std::min(kPiece, bytes.size()))) {
+                const std::string_view piece = bytes.substr(0, kPiece);
+                Check(Library().PutCopyData(Connection(), piece.data(), static_cast<int>(piece.size())) > 0);
+            }
+        }
+        Check(Library().PutCopyEnd(Connection(), nullptr) > 0);
     }
 
     void Pass(const Result& row, const RowSink& sink) {
@@ -157,10 +162,10 @@ private:
 
     Database& database_;
     std::string_view shown_;
-    bool looks_;
     bool isPipeline_ = false;
     int leading_ = 0;  ///< statements before the caller's
     int statements_ = 0;
+    std::vector<std::string_view> fed_;
     Result failed_;
     std::exception_ptr raised_;
 };
@@ -173,11 +178,20 @@ Result Database::Run(std::string_view text, std::string_view shown) {
 }
 
 Result Database::RunHere(std::string_view text, std::string_view shown) {
-    std::string all;
-    for (const char* savepoint : TakeSavepoint()) all.append(savepoint).append("; ");
+    const std::string all = BehindSavepoint(text);
     Exchange exchange(*this, shown);
-    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.append(text).c_str()));
+    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.c_str()));
     return std::move(exchange.Finish().back());
+}
+
+std::int64_t Database::CopyRows(std::string_view copy, std::string_view rows) {
+    using namespace std::string_view_literals;
+    BeReady(copy);
+    const std::string all = BehindSavepoint(copy);
+    Exchange exchange(*this, copy);
+    exchange.Feed({"PGCOPY\n\377\r\n\0\0\0\0\0\0\0\0\0"sv, rows, "\377\377"sv});
+    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.c_str()));
+    return exchange.Finish().back().AffectedRows();
 }
 
 Result Database::Ask(std::string_view text, const Parameters& parameters) {
@@ -228,7 +242,7 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
     SendPending();
     BeReady(shown);
     PrepareHere(name, shown);
-    Exchange exchange(*this, shown, false, true);
+    Exchange exchange(*this, shown);
     exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                    parameters.Values(), parameters.Lengths(), parameters.Formats(),
                                                    kBinary));
@@ -277,6 +291,12 @@ bool Database::InTransaction() const noexcept {
 }
 
 bool Database::IsConnected() const noexcept { return LoadedLibrary().Status(connection_.get()) == CONNECTION_OK; }
+
+std::string Database::BehindSavepoint(std::string_view text) {
+    std::string all;
+    for (const char* savepoint : TakeSavepoint()) all.append(savepoint).append("; ");
+    return all.append(text);
+}
 
 std::vector<const char*> Database::TakeSavepoint() {
     if (!std::exchange(savepointDue_, false)) return {};

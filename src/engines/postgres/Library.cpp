@@ -50,6 +50,8 @@ Library Load() {
     Find(handle, library.ConsumeInput, "PQconsumeInput");
     Find(handle, library.IsBusy, "PQisBusy");
     Find(handle, library.GetResult, "PQgetResult");
+    Find(handle, library.PutCopyData, "PQputCopyData");
+    Find(handle, library.PutCopyEnd, "PQputCopyEnd");
     Find(handle, library.Notifies, "PQnotifies");
     Find(handle, library.FreeMemory, "PQfreemem");
     Find(handle, library.GetCancel, "PQgetCancel");

@@ -24,9 +24,13 @@ public:
     PreparedStatement(Database& database, const engines::Limits& limits, std::string_view text)
         : database_(database),
           limits_(limits),
+          text_(text),
           name_(database.Guarded([&] { return database.Prepare(text, text); })),
           schemaChanges_(database.SchemaChanges()) {}
-    ~PreparedStatement() override { database_.Forget(std::move(name_)); }
+    ~PreparedStatement() override {
+        database_.Forget(std::move(name_));
+        if (!watching_.empty()) database_.Forget(std::move(watching_));
+    }
     PreparedStatement(const PreparedStatement&) = delete;
     PreparedStatement& operator=(const PreparedStatement&) = delete;
 
@@ -36,11 +40,14 @@ public:
     }
 
     std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) override {
+        const bool watches = database_.TakeLookForOthers();
         return database_.Guarded([&] {
+            const Query query = [&](const RowSink& sink) {
+                if (watches) return ReadWatching(sink, shown);
+                database_.ReadPrepared(name_, parameters_, shown, sink);
+            };
             // The fields stay: on a connection that is made anew this runs a second time.
-            return postgres::ReadRows(
-                [&](const RowSink& sink) { database_.ReadPrepared(name_, parameters_, shown, sink); }, fields, shown,
-                limits_);
+            return postgres::ReadRows(query, fields, shown, limits_);
         });
     }
 
@@ -54,9 +61,30 @@ public:
     }
 
 private:
+    /// Reads the rows together with who has changed the book last, as of one moment. Without rows it does not matter.
+    void ReadWatching(const RowSink& sink, std::string_view shown) {
+        if (watching_.empty()) {
+            const std::string text =
+                "SELECT kp_read.*, (SELECT xmax FROM kp_book), (SELECT CAST(pg_snapshot_xmin(pg_current_snapshot()) AS "
+                "xid)) FROM (" +
+                text_ + ") AS kp_read";
+            watching_ = database_.Prepare(text, text);
+        }
+        bool isFirst = true;
+        database_.ReadPrepared(watching_, parameters_, shown, [&](const Result& row) {
+            const int end = row.Columns();
+            if (std::exchange(isFirst, false))
+                database_.others.Read(WholeOf<std::uint32_t>(row.Value(0, end - 2)),
+                                      WholeOf<std::uint32_t>(row.Value(0, end - 1)));
+            sink(row);
+        });
+    }
+
     Database& database_;
     const engines::Limits& limits_;
+    std::string text_;
     std::string name_;
+    std::string watching_;  ///< what ReadWatching runs; "" before the first time
     int schemaChanges_;
     Parameters parameters_;
 };

@@ -52,7 +52,6 @@ void Database::Connect() {
     // What was known of the connection before went with it; a notice of a change of the schema may have, too.
     hasSavepoint_ = false;
     savepointDue_ = false;
-    canLook_ = false;
     inTransaction_ = false;
     ++connections_;
     ++schemaChanges_;

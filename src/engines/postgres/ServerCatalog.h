@@ -12,6 +12,7 @@
 
 namespace kpTables::engines::postgres {
 
+/// Reads all tables at once, at the first question about one.
 class ServerCatalog final : public engines::Catalog {
 public:
     explicit ServerCatalog(Database& database) noexcept : database_(database) {}
@@ -27,10 +28,43 @@ public:
     std::string ConvertedDefault(const sql::ColumnChange& change) const;
 
 private:
+    struct Column {
+        std::string name;
+        std::string type;
+        std::string expression;  ///< its default, or what computes it; "" for none
+        bool required = false;
+        bool identity = false;
+        bool computed = false;
+        bool key = false;
+        bool counted = false;
+    };
+    struct Table {
+        std::string name;
+        std::vector<Column> columns;
+    };
+    /// A default, and the type of the column that has it.
+    struct Default {
+        std::string expression;
+        VarType type = VarType::Empty;
+        Variant value = {};
+    };
+
     std::optional<sql::CatalogTable> ReadTable(std::string_view name) const override;
     std::int64_t ReadVersion() override;
+    void DropKept() override;
+
+    void ReadTables() const;
+    /// Null when there is none of that name, as the server spells it, among those that were read.
+    const Table* Kept(std::string_view name) const;
+    /// Whether a default is to be worked out by the server.
+    static bool HasDefault(const Column& column) { return !column.computed && !column.expression.empty(); }
+    void ReadDefaults() const;
+    void WorkOut(std::vector<Default>& defaults) const;
+    Variant DefaultOf(const std::string& expression, VarType type) const;
 
     Database& database_;
+    mutable std::optional<std::vector<Table>> tables_;
+    mutable std::optional<std::vector<Default>> defaults_;
 };
 
 }  // namespace kpTables::engines::postgres
