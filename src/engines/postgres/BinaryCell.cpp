@@ -1,5 +1,6 @@
 #include "engines/postgres/BinaryCell.h"
 
+#include <array>
 #include <bit>
 #include <chrono>
 #include <utility>
@@ -50,8 +51,11 @@ ServerType ElementOf(sql::Type type) noexcept {
 
 template <class Whole>
 void BinaryCell::Put(Whole value) {
-    AppendWhole(bytes_, static_cast<std::int32_t>(sizeof(Whole)));
-    AppendWhole(bytes_, value);
+    constexpr std::size_t kLength = sizeof(std::int32_t);
+    std::array<char, kLength + sizeof(Whole)> cell;
+    WriteWhole(cell.data(), static_cast<std::int32_t>(sizeof(Whole)));
+    WriteWhole(cell.data() + kLength, value);
+    bytes_.append(cell.data(), cell.size());
 }
 
 void BinaryCell::BindNull(int /*parameter*/) {

@@ -1,6 +1,7 @@
 // A value as the server takes it in binary form: its length and its bytes.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -16,15 +17,20 @@ namespace kpTables::engines::postgres {
 /// The type under the domain of a column.
 ServerType ElementOf(sql::Type type) noexcept;
 
-/// Appends a whole number in network order.
+/// Writes a whole number in network order.
 template <class Whole>
-void AppendWhole(std::string& bytes, Whole value) {
+void WriteWhole(char* bytes, Whole value) noexcept {
     const auto bits = static_cast<std::make_unsigned_t<Whole>>(value);
     constexpr unsigned kByte = 8;
-    char written[sizeof(Whole)];
     for (unsigned i = 0; i < sizeof(Whole); ++i)
-        written[i] = static_cast<char>(bits >> ((sizeof(Whole) - 1 - i) * kByte) & 0xFFU);
-    bytes.append(written, sizeof written);
+        bytes[i] = static_cast<char>(bits >> ((sizeof(Whole) - 1 - i) * kByte) & 0xFFU);
+}
+
+template <class Whole>
+void AppendWhole(std::string& bytes, Whole value) {
+    std::array<char, sizeof(Whole)> written;
+    WriteWhole(written.data(), value);
+    bytes.append(written.data(), written.size());
 }
 
 /// A ValueSink that appends the one value it is given; the parameter's number does not matter. A value that the element
