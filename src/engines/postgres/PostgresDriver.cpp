@@ -1,5 +1,6 @@
 #include "engines/postgres/PostgresDriver.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -17,6 +18,13 @@ namespace kpTables::engines::postgres {
 namespace {
 
 using sql::print::postgres::QuotedName;
+
+/// Of an array of whole numbers of four bytes, each of which stands behind its length.
+std::string_view ElementAt(std::string_view array, std::size_t index) {
+    constexpr std::size_t kHead = 20;
+    constexpr std::size_t kNumber = sizeof(std::int32_t);
+    return array.substr(kHead + index * 2 * kNumber + kNumber, kNumber);
+}
 
 /// A query or a change, prepared on the server.
 class PreparedStatement final : public engines::Statement {
@@ -65,17 +73,18 @@ private:
     void ReadWatching(const RowSink& sink, std::string_view shown) {
         if (watching_.empty()) {
             const std::string text =
-                "SELECT kp_read.*, (SELECT xmax FROM kp_book), (SELECT CAST(pg_snapshot_xmin(pg_current_snapshot()) AS "
-                "xid)) FROM (" +
+                "SELECT kp_read.*, (SELECT ARRAY[xmax, CAST(pg_snapshot_xmin(pg_current_snapshot()) AS xid)] FROM "
+                "kp_book) FROM (" +
                 text_ + ") AS kp_read";
             watching_ = database_.Prepare(text, text);
         }
         bool isFirst = true;
         database_.ReadPrepared(watching_, parameters_, shown, [&](const Result& row) {
-            const int end = row.Columns();
-            if (std::exchange(isFirst, false))
-                database_.others.Read(WholeOf<std::uint32_t>(row.Value(0, end - 2)),
-                                      WholeOf<std::uint32_t>(row.Value(0, end - 1)));
+            if (std::exchange(isFirst, false)) {
+                const std::string_view numbers = row.Value(0, row.Columns() - 1);
+                database_.others.Read(WholeOf<std::uint32_t>(ElementAt(numbers, 0)),
+                                      WholeOf<std::uint32_t>(ElementAt(numbers, 1)));
+            }
             sink(row);
         });
     }

@@ -1,4 +1,7 @@
 // How a Database comes by its connection, and by a new one.
+#include <poll.h>
+
+#include <array>
 #include <chrono>
 #include <string>
 #include <thread>
@@ -86,6 +89,10 @@ void Database::Reconnect() {
 
 bool Database::HasHungUp() const noexcept {
     const Library& library = LoadedLibrary();
+    if (!IsConnected()) return true;
+    // What the server has said of its own accord, or its end, is there to be read.
+    std::array<pollfd, 1> socket{{{library.Socket(connection_.get()), POLLIN, 0}}};
+    if (poll(socket.data(), socket.size(), 0) == 0) return false;
     // The first call may find the server's last words, the second one that it has closed the connection.
     return library.ConsumeInput(connection_.get()) == 0 || library.ConsumeInput(connection_.get()) == 0 ||
            !IsConnected();
