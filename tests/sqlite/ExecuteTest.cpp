@@ -69,10 +69,27 @@ TEST_F(Execute, TheLastMemberOfAUnionKeepsItsGroups) {
     EXPECT_EQ(Rows(members + " Order By x Desc"), "d / C / A");
     EXPECT_EQ(Rows("Select Trim(仓库名称) As x From 仓库设置 Union Select Max(经手人) From 入库记录 Having Count(*)>4"),
               "");
+    EXPECT_EQ(Rows("Select Trim(仓库名称) As x From 仓库设置 Union Select 'z' From 入库记录 Having Count(*)=4"), "z");
     // All members compare in the order of texts, whichever comes first.
     Run("Insert Into 仓库设置 (仓库名称) Values ('a  ')");
     Run("Insert Into 仓库设置 (仓库名称) Values ('B')");
     EXPECT_EQ(Value("Select Count(*) From (" + members + ") As u"), "4");
+}
+
+TEST_F(Execute, HavingAloneMakesAllRowsOneGroup) {
+    const std::string select = "Select 'x' As a, 7 As b From 入库记录 Having ";
+    EXPECT_EQ(Rows(select + "Count(*)=0"), "x|7");
+    EXPECT_EQ(Rows(select + "Count(*)>0"), "");
+    Run("Insert Into 入库记录 (pdID) Values (1)");
+    Run("Insert Into 入库记录 (pdID) Values (2)");
+    EXPECT_EQ(Rows(select + "Count(*)=2"), "x|7");
+    EXPECT_EQ(Rows(select + "Max(pdID)>2"), "");
+    EXPECT_EQ(Rows(select + "True"), "x|7");
+    EXPECT_EQ(Rows("Select 'x' Having 1=1"), "x");
+    EXPECT_EQ(Rows("Select 'x' Having 1=2"), "");
+    EXPECT_EQ(Rows("Select 'x' From 入库记录 Having Count(*)=2 Union Select 'y' From 入库记录 Having Count(*)=3"), "x");
+    EXPECT_EQ(Value("Select Count(*) From 入库记录 Where Exists (Select 1 From 入库记录 Having Count(*)>2)"), "0");
+    EXPECT_EQ(Value("Select Count(*) From 入库记录 Where Exists (Select 1 From 入库记录 Having Count(*)>1)"), "2");
 }
 
 TEST_F(Execute, TextOrdersAndComparesAsABookHasIt) {

@@ -19,7 +19,6 @@ namespace kpTables::sql::bind {
 namespace {
 
 constexpr const char* kNoAggregate = Translatable("cannot have an aggregate function in the PIVOT expression");
-constexpr const char* kNoAggregateInWhere = Translatable("cannot have an aggregate function in the WHERE clause");
 constexpr const char* kNullHeading = "<>";
 
 const sql::Query& QueryOf(const TransformStatement& statement) {

@@ -4,11 +4,15 @@
 #include <functional>
 #include <vector>
 
+#include "kpTables/text/Message.h"
 #include "sql/Tree.h"
 #include "sql/bind/Context.h"
 #include "sql/bind/Scope.h"
 
 namespace kpTables::sql::bind {
+
+inline constexpr const char* kNoAggregateInWhere =
+    Translatable("cannot have an aggregate function in the WHERE clause");
 
 /// True when the expression contains an aggregate, not counting those of its sub-queries.
 bool HasAggregate(const Expression& expression);

@@ -17,7 +17,6 @@ namespace kpTables::sql::bind {
 
 namespace {
 
-constexpr const char* kNoAggregateInWhere = Translatable("cannot have an aggregate function in the WHERE clause");
 constexpr const char* kNoAggregateInGroup = Translatable("cannot have an aggregate function in the GROUP BY clause");
 
 bool IsNumberLiteral(const Expression& expression) {
@@ -44,10 +43,9 @@ SelectBinder::SelectBinder(Context& context, const SelectCore& core, const Scope
     select_.distinct = core_.distinct;
     select_.comparesRows = core_.distinct;
     select_.from = BindFrom(context_, core_.from, scope_, outer);
-    const bool aggregated = std::any_of(core_.items.begin(), core_.items.end(),
-                                        [](const SelectItem& item) { return HasAggregate(*item.expression); }) ||
-                            (core_.having && HasAggregate(*core_.having));
-    select_.grouped = aggregated || !core_.groupBy.empty();
+    select_.grouped = !core_.groupBy.empty() || core_.having ||
+                      std::any_of(core_.items.begin(), core_.items.end(),
+                                  [](const SelectItem& item) { return HasAggregate(*item.expression); });
     BindWhere();
     BindGroups();
     BindItems();
@@ -90,7 +88,7 @@ void SelectBinder::BindItems() {
 
 void SelectBinder::BindHaving() {
     if (!core_.having) return;
-    if (select_.grouped) CheckGrouped(context_, scope_, *core_.having, groups_);
+    CheckGrouped(context_, scope_, *core_.having, groups_);
     TermPtr condition = BindCondition(*core_.having, {context_, scope_});
     if (!IsTrue(*condition)) select_.having = std::move(condition);
 }

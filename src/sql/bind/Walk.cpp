@@ -1,5 +1,6 @@
 #include "sql/bind/Walk.h"
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -86,6 +87,12 @@ bool AnyTerm(const Term& term, const std::function<bool(const Term&)>& test) {
         for (const TermPtr& operand : next.operands) open.push_back(operand.get());
     }
     return false;
+}
+
+bool ShowsAggregate(const Select& select) {
+    return std::ranges::any_of(select.items, [](const Output& item) {
+        return AnyTerm(*item.term, [](const Term& term) { return term.kind == TermKind::Aggregate; });
+    });
 }
 
 void ForEachExpression(const Select& select, const Visit& visit) {

@@ -12,6 +12,8 @@ namespace kpTables::sql::bind {
 void ForEachTerm(const Term& term, const std::function<void(const Term&)>& visit);
 /// Whether the test holds for the term or an operand below it.
 bool AnyTerm(const Term& term, const std::function<bool(const Term&)>& test);
+/// Whether an item of the SELECT has an aggregate.
+bool ShowsAggregate(const Select& select);
 
 /// Calls visit for every expression of the SELECT as a whole, including join conditions.
 void ForEachExpression(const Select& select, const std::function<void(const TermPtr&)>& visit);

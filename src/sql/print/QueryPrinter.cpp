@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "sql/bind/Walk.h"
 #include "sql/print/Printer.h"
 
 namespace kpTables::sql::print {
@@ -17,6 +18,10 @@ bool IsOfEqualities(const bind::TermPtr& condition) {
     const auto* both = bind::If<bind::Logic>(condition);
     if (!both || both->op != bind::LogicOperator::And) return !condition || isEquality(condition);
     return std::all_of(both->operands.begin(), both->operands.end(), isEquality);
+}
+
+bool IsOneGroupUnseen(const bind::Select& select) {
+    return select.grouped && select.groupBy.empty() && !bind::ShowsAggregate(select);
 }
 
 constexpr std::array<std::string_view, 4> kSetOperations = {" UNION ", " UNION ALL ", " INTERSECT ", " EXCEPT "};
@@ -96,9 +101,12 @@ std::string Printer::Groups(const bind::Select& select) {
 
 std::string Printer::Items(const bind::Select& select, bool labelled) {
     std::string text;
+    const bool oneGroup = IsOneGroupUnseen(select);
     for (const bind::Output& item : select.items) {
-        text.append(text.empty() ? "" : ", ");
-        text += engine_.Item(*item.term, select.comparesRows ? CollatedTerm(*item.term) : Term(*item.term)).text;
+        std::string shown =
+            engine_.Item(*item.term, select.comparesRows ? CollatedTerm(*item.term) : Term(*item.term)).text;
+        if (oneGroup && text.empty()) shown = engine_.ItemOfOneGroup(std::move(shown));
+        text.append(text.empty() ? "" : ", ").append(shown);
         if (labelled || item.aliased) text += " AS " + engine_.Name(labelled ? item.label : item.name);
     }
     return text;

@@ -59,16 +59,10 @@ private:
     bool isOpen_ = false;
 };
 
-/// A cross-tab without row headings is one group of all rows.
-bool IsOneRow(const Select& select) {
-    return std::ranges::any_of(select.items, [](const Output& item) {
-        return AnyTerm(*item.term, [](const Term& term) { return term.kind == TermKind::Aggregate; });
-    });
-}
-
 std::vector<OrderKey> OrderOf(const Select& select) {
     if (select.distinct) return PositionsOf(select);
-    if (!select.grouped) return IsOneRow(select) ? std::vector<OrderKey>() : RowIds(select).Take();
+    // A cross-tab without row headings is one group of all rows.
+    if (!select.grouped) return ShowsAggregate(select) ? std::vector<OrderKey>() : RowIds(select).Take();
     std::vector<OrderKey> order;
     for (const TermPtr& key : select.groupBy) order.push_back({key, kAscending, std::nullopt, kImplied});
     return order;

@@ -87,6 +87,8 @@ TEST(Errors, Aggregates) {
         {"Select Sum(d) As x, Sum(x) From T", ErrorKind::UnknownColumn, "'x'", "x) From"},
         {"Select l, Sum(d) From T", ErrorKind::Syntax, "'l' is neither grouped by", "l,"},
         {"Select l+1 From T Group By l+2", ErrorKind::Syntax, "'l' is neither grouped by", "l+1"},
+        {"Select l From T Having l>1", ErrorKind::Syntax, "'l' is neither grouped by", "l From"},
+        {"Select 1 As x From T Having d>1", ErrorKind::Syntax, "'d' is neither grouped by", "d>1"},
         {"Select l From T Group By l Having d>1", ErrorKind::Syntax, "'d' is neither grouped by", "d>1"},
         {"Select l From T Group By l Order By d", ErrorKind::Syntax, "'d' is neither grouped by"},
         {"Select l From T Order By Sum(d)", ErrorKind::Syntax, "ORDER BY", "Sum"},

@@ -43,6 +43,9 @@ TEST(Group, Statements) {
          R"(HAVING SUM("入库记录"."数量") >= ?1 AND SUM("入库记录"."数量") <= ?2 AND SUM("入库记录"."金额") >= ?3 )"
          R"(ORDER BY 2 DESC, "入库记录"."pdID")",
          "0 Number, 1 Number, 2 CurrencyBound", "pdID Long, 数量 Double"},
+        {"Select 1 As a, 2 As b From 入库记录 Having Count(*)>1",
+         R"(SELECT CASE WHEN COUNT(*) >= 0 THEN ?1 END AS "a", ?2 AS "b" FROM "入库记录" HAVING COUNT(*) > ?3)",
+         "0 Number, 1 Number, 2 Number", "a Long, b Long"},
         {"Select pdID+1 As p, pdID+1 From 入库记录 Group By pdID+1",
          R"(SELECT "入库记录"."pdID" + ?2 AS "p", "入库记录"."pdID" + ?3 FROM "入库记录" GROUP BY "入库记录"."pdID" + ?1)",
          "2 Number, 0 Number, 1 Number", "p Long, Expr1000 Long"},
