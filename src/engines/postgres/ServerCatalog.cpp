@@ -17,15 +17,22 @@ using sql::print::postgres::QuotedName;
 
 /// A row for each column, table by table in order of creation. The engine's own tables begin with kp_.
 constexpr std::string_view kColumns =
-    "SELECT relname, attname, typname, attnotnull, attidentity <> '', attgenerated <> '', pg_get_expr(adbin, adrelid), "
+    "SELECT relname, attname, typname, attnotnull, attidentity <> '', attgenerated <> '', "
     "COALESCE(attnum = ANY (indkey), FALSE), pg_trigger.oid IS NOT NULL FROM pg_class "
     "JOIN pg_attribute ON attrelid = pg_class.oid AND attnum > 0 AND NOT attisdropped "
-    "JOIN pg_type ON pg_type.oid = atttypid LEFT JOIN pg_attrdef ON adrelid = attrelid AND adnum = attnum "
+    "JOIN pg_type ON pg_type.oid = atttypid "
     "LEFT JOIN pg_index ON indrelid = attrelid AND indisprimary "
     "LEFT JOIN pg_trigger ON tgrelid = attrelid AND tgname = 'kp_counter' "
     "WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relkind = 'r' "
     "AND relname NOT LIKE 'kp\\_%' ORDER BY pg_class.oid, attnum";
-enum ColumnsOfColumns { kTable, kName, kType, kNotNull, kIdentity, kGenerated, kDefault, kKey, kCounted };
+enum ColumnsOfColumns { kTable, kName, kType, kNotNull, kIdentity, kGenerated, kKey, kCounted };
+
+/// Of one table, or of all for "". It waits where another program changes the definition of one of these.
+constexpr std::string_view kExpressions =
+    "SELECT relname, attname, pg_get_expr(adbin, adrelid) FROM pg_attrdef JOIN pg_class ON pg_class.oid = adrelid "
+    "JOIN pg_attribute ON attrelid = adrelid AND attnum = adnum "
+    "WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relkind = 'r' "
+    "AND relname NOT LIKE 'kp\\_%' AND (CAST($1 AS text) = '' OR relname = CAST($1 AS text))";
 
 bool Is(const Result& result, int row, int column) { return result.Value(row, column) == "t"; }
 
@@ -39,7 +46,7 @@ std::string SourceIn(std::string_view expression) {
 
 void ServerCatalog::DropKept() {
     tables_.reset();
-    defaults_.reset();
+    defaults_.clear();
 }
 
 void ServerCatalog::ReadTables() const {
@@ -47,14 +54,31 @@ void ServerCatalog::ReadTables() const {
     std::vector<Table> tables;
     for (int row = 0; row < rows.Rows(); ++row) {
         if (tables.empty() || tables.back().name != rows.Value(row, kTable))
-            tables.push_back({std::string(rows.Value(row, kTable)), {}});
-        tables.back().columns.push_back({std::string(rows.Value(row, kName)), std::string(rows.Value(row, kType)),
-                                         std::string(rows.Value(row, kDefault)), Is(rows, row, kNotNull),
-                                         Is(rows, row, kIdentity), Is(rows, row, kGenerated), Is(rows, row, kKey),
+            tables.push_back({std::string(rows.Value(row, kTable)), {}, false});
+        tables.back().columns.push_back({std::string(rows.Value(row, kName)),
+                                         std::string(rows.Value(row, kType)),
+                                         {},
+                                         Is(rows, row, kNotNull),
+                                         Is(rows, row, kIdentity),
+                                         Is(rows, row, kGenerated),
+                                         Is(rows, row, kKey),
                                          Is(rows, row, kCounted)});
     }
     tables_ = std::move(tables);
-    defaults_.reset();
+    defaults_.clear();
+}
+
+void ServerCatalog::ReadExpressions(const std::string& name) const {
+    Parameters parameters;
+    parameters.BindText(1, name);
+    const Result rows = database_.Guarded([&] { return database_.Ask(kExpressions, parameters); });
+    for (int row = 0; row < rows.Rows(); ++row) {
+        const auto table = std::ranges::find(*tables_, rows.Value(row, 0), &Table::name);
+        if (table == tables_->end()) continue;
+        const auto column = std::ranges::find(table->columns, rows.Value(row, 1), &Column::name);
+        if (column != table->columns.end()) column->expression = rows.Value(row, 2);
+    }
+    for (Table& table : *tables_) table.hasExpressions = table.hasExpressions || name.empty() || table.name == name;
 }
 
 const ServerCatalog::Table* ServerCatalog::Kept(std::string_view name) const {
@@ -69,6 +93,7 @@ std::optional<sql::CatalogTable> ServerCatalog::ReadTable(std::string_view name)
     if (!tables_ || !Kept(wanted)) ReadTables();
     const Table* const found = Kept(wanted);
     if (!found) return std::nullopt;
+    if (std::ranges::any_of(found->columns, &Column::computed) && !found->hasExpressions) ReadExpressions(found->name);
     sql::CatalogTable table{found->name, {}};
     for (const Column& column : found->columns) {
         if (column.identity) table.rowId = column.name;
@@ -90,6 +115,7 @@ TableInfo ServerCatalog::Describe(std::string_view name) const {
     if (!tables_ || !Kept(info.name)) ReadTables();
     const Table* const kept = Kept(info.name);
     if (!kept) return info;
+    if (!kept->hasExpressions) ReadExpressions(kept->name);
     for (const Column& stored : kept->columns) {
         const sql::CatalogColumn* const known = sql::FindColumn(*table, stored.name);
         if (!known || known->computed) continue;
@@ -110,21 +136,19 @@ TableInfo ServerCatalog::Describe(std::string_view name) const {
 }
 
 void ServerCatalog::ReadDefaults() const {
-    std::vector<Default> defaults;
+    std::vector<Default> fresh;
     for (const Table& table : *tables_) {
         for (const Column& column : table.columns) {
             // A sequence's next number is taken for its own table alone.
             if (!HasDefault(column) || column.expression.find("nextval(") != std::string::npos) continue;
             const VarType type =
                 engines::FieldType(sql::print::postgres::ColumnOfDeclaredType(column.name, column.type).type);
-            const bool known = std::ranges::any_of(defaults, [&](const Default& each) {
-                return each.expression == column.expression && each.type == type;
-            });
-            if (!known) defaults.push_back({column.expression, type});
+            if (!KnownDefault(defaults_, column.expression, type) && !KnownDefault(fresh, column.expression, type))
+                fresh.push_back({column.expression, type});
         }
     }
-    WorkOut(defaults);
-    defaults_ = std::move(defaults);
+    WorkOut(fresh);
+    defaults_.insert(defaults_.end(), fresh.begin(), fresh.end());
 }
 
 void ServerCatalog::WorkOut(std::vector<Default>& defaults) const {
@@ -146,11 +170,16 @@ void ServerCatalog::WorkOut(std::vector<Default>& defaults) const {
     for (std::size_t i = 0; i < defaults.size(); ++i) defaults[i].value = values->GetValue(0, static_cast<int>(i));
 }
 
-Variant ServerCatalog::DefaultOf(const std::string& expression, VarType type) const {
-    if (!defaults_) ReadDefaults();
+const ServerCatalog::Default* ServerCatalog::KnownDefault(const std::vector<Default>& among,
+                                                          const std::string& expression, VarType type) {
     const auto found = std::ranges::find_if(
-        *defaults_, [&](const Default& known) { return known.expression == expression && known.type == type; });
-    if (found != defaults_->end()) return found->value;
+        among, [&](const Default& each) { return each.expression == expression && each.type == type; });
+    return found == among.end() ? nullptr : &*found;
+}
+
+Variant ServerCatalog::DefaultOf(const std::string& expression, VarType type) const {
+    if (!KnownDefault(defaults_, expression, type)) ReadDefaults();
+    if (const Default* const known = KnownDefault(defaults_, expression, type)) return known->value;
     std::vector<Default> alone{{expression, type}};
     WorkOut(alone);
     return alone.front().value;
@@ -160,6 +189,7 @@ std::string ServerCatalog::ConvertedDefault(const sql::ColumnChange& change) con
     if (!tables_) ReadTables();
     const Table* const table = Kept(sql::print::postgres::ServerName(change.table));
     if (!table) return {};
+    if (!table->hasExpressions) ReadExpressions(table->name);
     const std::string name = sql::print::postgres::ServerName(change.column);
     const auto column = std::ranges::find(table->columns, name, &Column::name);
     if (column == table->columns.end() || column->expression.empty()) return {};
@@ -178,6 +208,8 @@ std::string ServerCatalog::RowIdColumn(std::string_view table) const {
 
 std::vector<std::string> ServerCatalog::TableNames() const {
     ReadTables();
+    // Who asks for all tables is going to describe them.
+    ReadExpressions("");
     std::vector<std::string> names;
     for (const Table& table : *tables_) names.push_back(table.name);
     return names;

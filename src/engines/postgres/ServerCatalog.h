@@ -12,7 +12,7 @@
 
 namespace kpTables::engines::postgres {
 
-/// Reads all tables at once, at the first question about one.
+/// Reads the columns of all tables at once, at the first question about one; what waits for locks, when it is needed.
 class ServerCatalog final : public engines::Catalog {
 public:
     explicit ServerCatalog(Database& database) noexcept : database_(database) {}
@@ -31,7 +31,7 @@ private:
     struct Column {
         std::string name;
         std::string type;
-        std::string expression;  ///< its default, or what computes it; "" for none
+        std::string expression;  ///< its default, or what computes it, once read; "" for none
         bool required = false;
         bool identity = false;
         bool computed = false;
@@ -41,6 +41,7 @@ private:
     struct Table {
         std::string name;
         std::vector<Column> columns;
+        bool hasExpressions = false;  ///< they were read
     };
     /// A default, and the type of the column that has it.
     struct Default {
@@ -58,13 +59,17 @@ private:
     const Table* Kept(std::string_view name) const;
     /// Whether a default is to be worked out by the server.
     static bool HasDefault(const Column& column) { return !column.computed && !column.expression.empty(); }
+    /// Of one of the tables that were read, or of all for "".
+    void ReadExpressions(const std::string& name) const;
+    /// Works out what is not known of the expressions that were read.
     void ReadDefaults() const;
+    static const Default* KnownDefault(const std::vector<Default>& among, const std::string& expression, VarType type);
     void WorkOut(std::vector<Default>& defaults) const;
     Variant DefaultOf(const std::string& expression, VarType type) const;
 
     Database& database_;
     mutable std::optional<std::vector<Table>> tables_;
-    mutable std::optional<std::vector<Default>> defaults_;
+    mutable std::vector<Default> defaults_;
 };
 
 }  // namespace kpTables::engines::postgres
