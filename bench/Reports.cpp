@@ -106,7 +106,7 @@ struct MonthColumns {
     std::string kinds;
 };
 
-MonthColumns Months(int count, const std::string& begin, const std::string& end, char kind) {
+MonthColumns ColumnsOfMonths(int count, const std::string& begin, const std::string& end, char kind) {
     MonthColumns columns;
     for (int month = 1; month <= count; ++month) {
         const std::string number = std::to_string(month);
@@ -120,12 +120,12 @@ MonthColumns Months(int count, const std::string& begin, const std::string& end,
 void AddProjects(std::vector<ReportCase>& cases) {
     const std::string byBill = "added up by bill by hand";
     const auto ask = [](CTables& tables) { return tables.rs项目汇总表(std::string("金额")); };
-    const MonthColumns crosstab = Months(11, "SUM(R.gross) FILTER (WHERE L.月份 = ", ") AS m", 'm');
+    const MonthColumns crosstab = ColumnsOfMonths(11, "SUM(R.gross) FILTER (WHERE L.月份 = ", ") AS m", 'm');
     cases.push_back(
         {"rs项目汇总表, Jet", false, ask,
          ProjectsByHand("SUM(R.q) AS q, SUM(R.gross) AS gross" + crosstab.sums, "S.q, S.gross, " + crosstab.shown),
          "kkkkkkqm" + crosstab.kinds, false, 0, byBill});
-    const MonthColumns cases12 = Months(12, "TOTAL(R.q) FILTER (WHERE L.月份 = ", ") AS m", 'q');
+    const MonthColumns cases12 = ColumnsOfMonths(12, "TOTAL(R.q) FILTER (WHERE L.月份 = ", ") AS m", 'q');
     cases.push_back({"rs项目汇总表, SQL Server", true, ask,
                      ProjectsByHand("SUM(R.q) AS q" + cases12.sums, cases12.shown + ", S.q"),
                      "kkkkkk" + cases12.kinds + "q", false, 0, byBill});

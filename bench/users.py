@@ -4,8 +4,8 @@
 bench/users.py --commit measures instead what it is worth that a change gives the book's lock back before the disk has it.
 
 On a private PostgreSQL server that keeps what it confirms (fsync on), 1 to 8 hosts enter bills of five lines into one book,
-then the same number into a book each. It prints a table of bills a second and of the time a bill takes, and the bytes that a
-bill, a balance row, an empty book and an idle connection take.
+then the same number into a book each. It prints the figures of docs/scaling.md: a table of bills a second and of the time a
+bill takes, the bytes that a bill, a balance row, an empty book and an idle connection take, and what follows from them.
 """
 
 import os
@@ -22,12 +22,14 @@ import time
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path[:0] = [str(ROOT / "tests/postgres"), str(ROOT / "tests/faults")]
 import private_server  # noqa: E402
-from server_case import DURABLE, FailingServer  # noqa: E402
+from failing_server_case import DURABLE, FailingServer  # noqa: E402
 from several_processes import Batch  # noqa: E402
 
 LINES = 5
 PRODUCTS = 200
 USERS = (1, 2, 4, 8)
+WORKING_DAYS = 300
+BUSIEST_HOUR = 0.2  # of a day's bills
 
 
 def ask(batch, request):
@@ -112,6 +114,11 @@ def connection_bytes(server, url):
     return sum(int(line.split()[1]) * 1024 for line in shares.splitlines() if line.startswith(("Private_Dirty", "Private_Clean")))
 
 
+def rounded(number):
+    """To two digits."""
+    return f"{float(f'{number:.2g}'):,g}"
+
+
 def measure(server, seconds):
     print("| hosts | one book: bills/s | ms a bill (median, 95%) | a book each: bills/s | ms a bill (median, 95%) |")
     print("|---|---|---|---|---|")
@@ -127,29 +134,60 @@ def measure(server, seconds):
                 bills = int(server.psql(f"SELECT count(*) FROM {names[0]}.\"出库目录\""))
                 size = (book_bytes(server, names[0]) - empty) / bills
         print(f"| {users} | " + " | ".join(cells) + " |", flush=True)
-    print(f"\nA bill of {LINES} lines takes {size:.0f} bytes with its indexes, a product's month in a warehouse "
-          f"{balance_row_bytes(server, names[0], urls[0]):.0f}, an empty book {empty}, an idle connection "
-          f"{connection_bytes(server, urls[0])} bytes of the server's memory.")
+    balance, connection = balance_row_bytes(server, names[0], urls[0]), connection_bytes(server, urls[0])
+    print(f"\nA bill of {LINES} lines takes {size:.0f} bytes with its indexes, a product's month in a warehouse {balance:.0f}, an "
+          f"empty book {empty}, an idle connection {connection} bytes of the server's memory.\n")
+    print("| bills a day | in the busiest hour, a second | GB a year |\n|---|---|---|")
+    for bills in (1_000, 10_000, 100_000, 1_000_000):
+        print(f"| {bills:,} | {rounded(bills * BUSIEST_HOUR / 3600)} | {rounded(bills * WORKING_DAYS * size / 1e9)} |")
+    print(f"\n5,000 products in 4 warehouses: {rounded(5000 * 4 * 12 * balance / 1e9)} GB a year; 8 GB of memory: "
+          f"{rounded(8e9 / connection)} connections; a thousand empty books: {rounded(1000 * empty / 1e9)} GB.")
 
 
-# In essence how src/engines/postgres begins a change and commits it, and how it would without the early return of the lock.
-BEGIN = "BEGIN\\; LOCK TABLE kp_book IN EXCLUSIVE MODE;\n" + "INSERT INTO line (amount) VALUES (random());\n" * (LINES + 1)
-COMMITS = {"early": "SET LOCAL synchronous_commit = off\\; COMMIT\\; SELECT pg_logical_emit_message(true, 'kp', '');\n",
-           "plain": "COMMIT;\n"}
+def statements_of_a_change(server, url):
+    """The first and the last message of a change, as a host sends them: taken from the server's log."""
+    host = Batch(url)
+    ask(host, {"begin": True})
+    ask(host, {"rollback": True})
+    server.psql("ALTER SYSTEM SET log_statement = 'all'")
+    server.psql("SELECT pg_reload_conf()")
+    while server.psql("SHOW log_statement") != "all":
+        time.sleep(0.01)
+    log = server.folder / "log"
+    before = log.stat().st_size
+    ask(host, {"begin": True})
+    ask(host, {"execute": "Update 商品设置 Set 备注='x' Where pdID=1"})
+    ask(host, {"commit": True})
+    host.close()
+    server.psql("ALTER SYSTEM RESET log_statement")
+    server.psql("SELECT pg_reload_conf()")
+    sent = re.findall(r"LOG:  (?:statement|execute [^:]*): (.*)", log.read_bytes()[before:].decode())
+    begin = next(place for place, text in enumerate(sent) if text.startswith("BEGIN"))
+    commit = next(text for text in sent[begin:] if "COMMIT" in text)
+    return sent[begin], commit
+
+
+def as_one_message(text):
+    """For pgbench, which sends statements one by one unless it is told otherwise."""
+    return text.rstrip("; ").replace(";", "\\;") + ";\n"
 
 
 def measure_commit(server, seconds, runs=3):
-    server.psql("CREATE TABLE kp_book (); CREATE TABLE line (id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, amount float8)")
-    print("| connections | early: changes/s | plain: changes/s |\n|---|---|---|")
+    begin, commit = statements_of_a_change(server, new_book(server, "shop"))
+    print(f"A change begins with\n    {begin}\nand ends with\n    {commit}\n")
+    server.psql("CREATE TABLE shop.line (id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, amount float8)")
+    change = as_one_message(begin) + "INSERT INTO line (amount) VALUES (random());\n" * (LINES + 1)
+    ways = {"early": change + as_one_message(commit), "at the end": change + "COMMIT;\n"}
+    print("| connections | early: changes/s | at the end: changes/s |\n|---|---|---|")
     for connections in (1, 8):
-        rates = {name: [] for name in COMMITS}
+        rates = {way: [] for way in ways}
         for _ in range(runs):
-            for name, commit in COMMITS.items():
+            for way, script in ways.items():
                 done = subprocess.run([str(server.bin / "pgbench"), "-h", str(server.folder), "-U", "kp", "-n", "-c", str(connections),
-                                       "-T", str(int(seconds)), "-f", "-", "postgres"], input=BEGIN + commit, capture_output=True,
-                                      text=True, check=True)
-                rates[name].append(float(re.search(r"tps = ([\d.]+)", done.stdout)[1]))
-        print(f"| {connections} | {statistics.median(rates['early']):.0f} | {statistics.median(rates['plain']):.0f} |", flush=True)
+                                       "-T", str(int(seconds)), "-f", "-", "postgres"], input=script, capture_output=True,
+                                      text=True, check=True, env={**os.environ, "PGOPTIONS": "-c search_path=shop"})
+                rates[way].append(float(re.search(r"tps = ([\d.]+)", done.stdout)[1]))
+        print(f"| {connections} | {statistics.median(rates['early']):.0f} | {statistics.median(rates['at the end']):.0f} |", flush=True)
 
 
 def main():

@@ -15,7 +15,8 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 # The component says only the system's own texts, which are Chinese.
-FOLDERS = ["include/kpTables", "src/text", "src/functions", "src/recordset", "src/sql", "src/engines", "src/bookkeeping", "src/kpbook"]
+FOLDERS = ["include/kpTables", "src/text", "src/functions", "src/platform", "src/recordset", "src/sql", "src/engines", "src/bookkeeping",
+           "src/kpbook"]
 # What takes messages, and as which argument; two numbers: the forms for one and for several.
 KEYWORDS = ["Message:1", "CountedMessage:2,3", "Translated:1", "Translatable:1", "AddCommand:3", "AddAction:3",
             "add_option:3", "add_flag:3", "AddMonth:4", "AddText:4", "AddDay:4", "AddValues:3", "Heading:1",

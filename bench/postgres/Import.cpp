@@ -1,4 +1,5 @@
 // Importing a file, beside COPY of the same rows.
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>

@@ -64,8 +64,9 @@ public:
     /// of one moment.
     virtual int BeginTrans() = 0;
     /// Saves the transaction, at level 1, or merges a level with the one around it. A DatabaseError when none is open;
-    /// and when an earlier failure has ended it: nothing of it was saved, and RollbackTrans is due at every level. A
-    /// commit that raises Locked may be tried again.
+    /// and when an earlier failure has ended it: nothing of it was saved, and RollbackTrans is due at every level.
+    /// Where a server was lost meanwhile, the error says that it may be saved: a query tells, and RollbackTrans is due.
+    /// A commit that raises Locked may be tried again.
     virtual void CommitTrans() = 0;
     /// Undoes the innermost level. A DatabaseError when none is open.
     virtual void RollbackTrans() = 0;

@@ -18,7 +18,7 @@ namespace kpTables::bookkeeping {
 namespace {
 
 /// A row that is to be added, or changed.
-struct RowEntry {
+struct MasterRowEntry {
     ConnectionPtr book;
     const MasterTable& table;
     ColumnValues values;
@@ -52,7 +52,7 @@ std::vector<std::string_view> RequiredColumns(const MasterTable& table) {
 
 /// The component's look-ups ask 单位名称, its lists show 企业名称: a partner has one name until it is given a short
 /// one.
-void CompletePartnerNames(RowEntry& entry) {
+void CompletePartnerNames(MasterRowEntry& entry) {
     if (entry.table.kind != MasterKind::Supplier && entry.table.kind != MasterKind::Customer) return;
     const auto* name = entry.Given("企业名称");
     const auto* shortName = entry.Given("单位名称");
@@ -63,19 +63,19 @@ void CompletePartnerNames(RowEntry& entry) {
     }
 }
 
-void CheckRequired(const RowEntry& entry) {
+void CheckRequired(const MasterRowEntry& entry) {
     for (const auto column : RequiredColumns(entry.table)) {
         if ((entry.self && !entry.Given(column)) || !Trim(entry.TextOf(column)).empty()) continue;
         RefuseWith(Message("a {1} needs {2}", Translated(entry.table.noun), column));
     }
 }
 
-[[noreturn]] void RefuseTaken(const RowEntry& entry, const std::string& what, const MasterRow& other) {
+[[noreturn]] void RefuseTaken(const MasterRowEntry& entry, const std::string& what, const MasterRow& other) {
     RefuseWith(Message("{1}: the {2} {3} has it already", what, Translated(entry.table.noun), other.Text()));
 }
 
 /// Products of one name differ in their specification or model.
-void CheckProductName(const RowEntry& entry) {
+void CheckProductName(const MasterRowEntry& entry) {
     constexpr std::array kParts{"商品名称", "规格", "型号"};
     if (std::ranges::none_of(kParts, [&](const char* column) { return entry.Given(column); })) return;
     std::string condition;
@@ -87,7 +87,7 @@ void CheckProductName(const RowEntry& entry) {
 }
 
 /// What a row is known by must not mean another row, too. Short codes may be shared.
-void CheckDistinct(const RowEntry& entry) {
+void CheckDistinct(const MasterRowEntry& entry) {
     constexpr std::string_view kShortCode = "输入简码";
     std::vector<std::string_view> known(entry.table.known.begin(), entry.table.known.end());
     std::erase(known, "商品名称");
@@ -103,20 +103,20 @@ void CheckDistinct(const RowEntry& entry) {
     if (entry.table.kind == MasterKind::Product) CheckProductName(entry);
 }
 
-void CheckWarehouseName(const RowEntry& entry) {
+void CheckWarehouseName(const MasterRowEntry& entry) {
     if (entry.table.kind != MasterKind::Warehouse) return;
     const std::string name = entry.TextOf("仓库名称");
     if (name == "全部" || name == "全部仓库") RefuseWith(Message("仓库名称: {1} means all warehouses", name));
 }
 
-void CheckClassCode(const RowEntry& entry) {
+void CheckClassCode(const MasterRowEntry& entry) {
     const auto* code = entry.Given("ClassCode");
     if (!IsClass(entry.table.kind) || !entry.self || !code || Text(code->value) == entry.self->number) return;
     const auto uses = UsesOf(*entry.book, entry.table.kind, *entry.self);
     if (!uses.empty()) RefuseWith(Message("the ClassCode of the {1} is used: {2}", entry.RowText(), uses));
 }
 
-void CheckEntry(RowEntry& entry) {
+void CheckEntry(MasterRowEntry& entry) {
     if (entry.values.empty()) RefuseWith(Message("nothing is given for the {1}", Translated(entry.table.noun)));
     CompletePartnerNames(entry);
     CheckRequired(entry);
@@ -160,7 +160,7 @@ void DeleteRow(const ConnectionPtr& book, const MasterTable& table, const Master
 std::int32_t AddMaster(const ConnectionPtr& book, MasterKind kind, const ColumnValues& values) {
     Transaction transaction(*book);
     const MasterTable& table = TableOf(kind);
-    RowEntry entry{book, table, ReadMasterValues(book, table, values), std::nullopt, nullptr};
+    MasterRowEntry entry{book, table, ReadMasterValues(book, table, values), std::nullopt, nullptr};
     CheckEntry(entry);
     const auto rows = book->Open(table.table, SourceKind::Table);
     rows->AddNew();
@@ -179,7 +179,7 @@ void EditMaster(const ConnectionPtr& book, MasterKind kind, const std::string& w
     const MasterRow row = FindMaster(book, kind, which);
     const auto rows = book->Open("Select * From " + std::string(table.table) + " Where " + OnlyRow(*book, table, row),
                                  SourceKind::Text);
-    RowEntry entry{book, table, ReadMasterValues(book, table, values), row, rows};
+    MasterRowEntry entry{book, table, ReadMasterValues(book, table, values), row, rows};
     CheckEntry(entry);
     WriteValues(*rows, entry.values);
     rows->Close();

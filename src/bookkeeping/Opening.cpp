@@ -21,7 +21,7 @@ namespace kpTables::bookkeeping {
 namespace {
 
 /// The rows of a file by warehouse and product: their places.
-using Stock = std::map<std::int32_t, std::map<std::int32_t, std::size_t>>;
+using StockPositions = std::map<std::int32_t, std::map<std::int32_t, std::size_t>>;
 
 class OpeningEntry {
 public:
@@ -48,7 +48,7 @@ private:
     const std::vector<OpeningRow>& rows_;
     std::map<std::int32_t, std::string> names_;                ///< of the warehouses
     std::set<std::pair<std::int32_t, std::int32_t>> doubled_;  ///< warehouse and product with more than one row
-    Stock stock_;
+    StockPositions stock_;
     OpeningResult result_;
 };
 

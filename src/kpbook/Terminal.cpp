@@ -118,7 +118,7 @@ std::unique_ptr<platform::UserTerminal> HidingTerminal(const std::string& compla
 
 }  // namespace
 
-std::string AskPassword() {
+std::string AskPassword(const std::string& complaint) {
     std::string password;
     if (InputIsTerminal()) {
         const auto terminal = HidingTerminal(Message("there is no terminal to ask for the password"));
@@ -129,8 +129,7 @@ std::string AskPassword() {
         password = ReadLine(stdin).value_or("");
         if (password.ends_with('\r')) password.pop_back();
     }
-    if (password.empty())
-        throw CommandError(Message("no password was given; operators BOOK clear-password NAME empties one"));
+    if (password.empty()) throw CommandError(complaint);
     return password;
 }
 

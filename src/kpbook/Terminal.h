@@ -29,8 +29,8 @@ std::optional<std::string> AskLine(const std::string& question);
 std::optional<MessageAnswer> AskYesNo(const std::string& question);
 
 /// Reads a password: at a terminal twice and without showing it, otherwise one line of standard input. A CommandError
-/// when the two differ, and when there is none.
-std::string AskPassword();
+/// when the two differ, and with the complaint when there is none.
+std::string AskPassword(const std::string& complaint);
 
 /// The password with which an operator logs in: the first line of the file that the environment variable
 /// KPBOOK_PASSWORD_FILE names, else what is typed at the terminal without being shown. A CommandError when the file

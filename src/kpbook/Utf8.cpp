@@ -4,9 +4,7 @@
 
 namespace kpTables::kpbook {
 
-namespace {
-
-void AppendControl(std::string& out, unsigned char control) {
+void AppendControl(std::string& out, unsigned char control, std::string_view prefix) {
     constexpr char kDigits[] = "0123456789abcdef";
     switch (control) {
         case '\n':
@@ -19,13 +17,11 @@ void AppendControl(std::string& out, unsigned char control) {
             out += "\\t";
             break;
         default:
-            out += "\\x";
+            out += prefix;
             out += kDigits[control >> 4];
             out += kDigits[control & 15];
     }
 }
-
-}  // namespace
 
 std::size_t DisplayWidth(std::string_view text) noexcept {
     std::size_t width = 0;

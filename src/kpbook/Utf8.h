@@ -16,5 +16,7 @@ using text::ReplaceInvalidUtf8;
 std::size_t DisplayWidth(std::string_view text) noexcept;
 /// The text on one line: control characters as \n, \t, \xHH, invalid bytes as U+FFFD.
 std::string Printable(std::string_view text);
+/// A control character as \n, \r or \t, any other as its code in two digits behind a prefix.
+void AppendControl(std::string& out, unsigned char control, std::string_view prefix = "\\x");
 
 }  // namespace kpTables::kpbook

@@ -50,6 +50,7 @@ BookPtr OpenToRead(const std::string& url, BookOptions options) {
     try {
         return OpenBook(url, options);
     } catch (const DatabaseError&) {
+        if (engines::ParseBookUrl(url).scheme == "postgresql") throw;
         options.readOnly = true;
         return OpenBook(url, options);
     }

@@ -4,6 +4,7 @@
 #include <bit>
 #include <charconv>
 #include <compare>
+#include <system_error>
 
 #include "kpTables/Convert.h"
 #include "kpTables/Error.h"

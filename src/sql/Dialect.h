@@ -5,7 +5,8 @@
 
 namespace kpTables::sql {
 
-/// Both are read at once: the dialect decides only where a text means two things. docs/dialects.md lists them.
+/// The front end reads both dialects at once. This one decides only where a text means something else in each of them;
+/// docs/dialects.md lists these places.
 enum class Dialect : std::uint8_t { Jet, SqlServer };
 
 }  // namespace kpTables::sql

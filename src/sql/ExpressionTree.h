@@ -288,7 +288,7 @@ struct Cast : Expression {
     ExpressionPtr operand;
     TypeName type;
     ExpressionPtr style;  ///< of CONVERT; null when none
-    bool tries = false;   ///< TRY_CAST: Null where the value is none of the type
+    bool tries = false;   ///< TRY_CAST: Null where the value cannot be converted
     Cast(ExpressionPtr e, TypeName t, ExpressionPtr s, std::size_t at = 0)
         : Expression(kKind, at), operand(std::move(e)), type(t), style(std::move(s)) {}
 };

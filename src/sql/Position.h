@@ -17,7 +17,7 @@ struct Position {
 
 Position Locate(std::string_view text, std::size_t offset);
 
-/// "line 1, column 8", as every message says a place.
+/// "line 1, column 8": how every message names a place in a text.
 std::string PlaceText(Position at);
 
 /// 'Syntax error at line 1, column 8 near "Fro": <complaint>'; without a token, "at the end" when the offset is the

@@ -31,7 +31,7 @@ enum class StatementKind {
 struct Statement {
     virtual ~Statement() = default;
     const StatementKind kind;
-    Dialect dialect = Dialect::Jet;  ///< that it is read in
+    Dialect dialect = Dialect::Jet;  ///< in which it is read
     /// Ordinals of the literals that are part of the tree without a node of their own (a type's length): their values,
     /// too, determine the statement's meaning.
     std::vector<int> fixedLiterals;
@@ -87,7 +87,7 @@ struct UpdateStatement : Statement {
         ExpressionPtr value;
         std::size_t offset = 0;
     };
-    std::string table;  ///< a table's name or, with FROM, perhaps an alias; "" when the assignments tell
+    std::string table;  ///< a table's name or, with FROM, perhaps an alias; "" when only the assignments name it
     std::string alias;
     ExpressionPtr top;  ///< of UPDATE TOP (n): whole-number literal, or null
     std::vector<Assignment> assignments;
@@ -191,7 +191,8 @@ struct DropColumnStatement : Statement {
     DropColumnStatement() : Statement(kKind) {}
 };
 
-/// What belongs to the connection: BEGIN TRANSACTION, COMMIT, ROLLBACK, and options that are as they are set.
+/// What belongs to the connection: BEGIN TRANSACTION, COMMIT, ROLLBACK, and SET of options that have that value in
+/// every book.
 struct SessionStatement : Statement {
     static constexpr StatementKind kKind = StatementKind::Session;
     enum class Action { Nothing, Begin, Commit, Rollback };

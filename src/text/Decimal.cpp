@@ -7,6 +7,7 @@
 #include <iterator>
 #include <limits>
 #include <string>
+#include <system_error>
 
 #include "text/Ascii.h"
 

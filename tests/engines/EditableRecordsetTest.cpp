@@ -3,6 +3,7 @@
 
 #include "engines/FakeDriver.h"
 #include "engines/common/EditableRecordset.h"
+#include "engines/common/TranslatedRows.h"
 #include "kpTables/Error.h"
 #include "sqlite/TestBook.h"
 
@@ -21,7 +22,8 @@ protected:
     }
     RecordsetPtr Open(std::string_view source, SourceKind kind) {
         auto query = executor->PrepareOpen(source, kind);
-        auto rows = std::make_shared<engines::EditableRecordset>(executor, std::move(query));
+        auto rows = std::make_shared<engines::EditableRecordset>(
+            std::make_unique<engines::TranslatedRows>(executor, std::move(query)));
         database.journal.clear();
         return rows;
     }
@@ -92,6 +94,27 @@ TEST_F(Editable, ARowAddedBeforeTheFetchStandsBehindTheOthersAndIsCurrent) {
     rows->Find("n=30");
     EXPECT_EQ(rows->AbsolutePosition(), 3);
     EXPECT_EQ(rows->RecordCount(), 3);
+}
+
+TEST_F(Editable, ARowWhoseKeyChangesBeforeTheFetchStandsThereOnce) {
+    const RecordsetPtr rows = Open("T", SourceKind::Table);
+    rows->AddNew();
+    rows->Fields("n").SetValue(std::int32_t{30});
+    rows->Update();
+    rows->Fields("k").SetValue(std::int32_t{9});
+    rows->Update();
+    // The table's rows as they are by then.
+    database.rows[9] = database.rows[3];
+    database.rows[9][0] = std::int32_t{9};
+    database.rows.erase(3);
+    rows->MoveFirst();
+    EXPECT_EQ(RowsOf(*rows), "1|10|a / 2|20|b / 9|30|Null");
+}
+
+TEST_F(Editable, RowsBehindAnOffsetAreCountedByReadingThem) {
+    const RecordsetPtr rows = Open("Select * From T Order by k Offset 1 Rows Fetch Next 1 Rows Only", SourceKind::Text);
+    rows->RecordCount();
+    EXPECT_TRUE(database.TakeJournal().starts_with("read"));
 }
 
 TEST_F(Editable, AChangedSchemaIsTranslatedAnew) {

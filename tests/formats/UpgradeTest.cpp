@@ -1,6 +1,7 @@
 // Books of every earlier format, upgraded.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 

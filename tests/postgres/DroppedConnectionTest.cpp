@@ -241,6 +241,68 @@ TEST_F(DroppedConnections, WhileAChangeIsSavedAreToldAsUncertain) {
     }
 }
 
+TEST_F(DroppedConnections, WhileATransactionIsSavedStayUncertainUntilItIsRolledBack) {
+    const std::string uncertain = "it is not known whether it was";
+    const auto refusal = [](const std::function<void()>& work) {
+        const auto error = test::Refused(work);
+        return error ? error->Description() : std::string("(none)");
+    };
+    for (const auto cut : {CuttingProxy::Cut::Before, CuttingProxy::Cut::After}) {
+        book_->Execute("Update 商品设置 Set 商品名称='旧' Where pdID=3");
+        Renew();
+        book_->BeginTrans();
+        book_->Execute("Update 商品设置 Set 商品名称='存' Where pdID=3");
+        proxy_.CutAt(1, cut);
+        EXPECT_NE(refusal([&] { book_->CommitTrans(); }).find("look whether it is in the book"), std::string::npos);
+        ASSERT_TRUE(proxy_.HasCut());
+        const RecordsetPtr rows = book_->Open("商品设置", SourceKind::Table);
+        const std::vector<std::function<void()>> changes = {
+            [&] { book_->Execute("Update 商品设置 Set 商品名称='又' Where pdID=3"); },
+            [&] {
+                rows->AddNew();
+                rows->Fields("商品名称").SetValue("又");
+                rows->Update();
+            },
+            [&] { book_->BeginTrans(); },
+            [&] { book_->CommitTrans(); },
+        };
+        for (const auto& change : changes) EXPECT_NE(refusal(change).find(uncertain), std::string::npos);
+        // To look is allowed, and answers nothing for the host.
+        const std::string found = test::ValueOf(*book_, "Select 商品名称 From 商品设置 Where pdID=3");
+        EXPECT_EQ(found, cut == CuttingProxy::Cut::Before ? "旧" : "存");
+        EXPECT_NE(refusal(changes.front()).find(uncertain), std::string::npos);
+        book_->RollbackTrans();
+        EXPECT_EQ(test::ValueOf(*book_, "Select 商品名称 From 商品设置 Where pdID=3"), found);
+        ExpectGoesOn();
+        // The next loss is told as what it is.
+        book_->BeginTrans();
+        proxy_.DropAll();
+        const std::string lost = refusal([&] { book_->Execute("Update 商品设置 Set 商品名称='又' Where pdID=3"); });
+        EXPECT_NE(lost.find("nothing of the change was saved"), std::string::npos) << lost;
+        book_->RollbackTrans();
+    }
+}
+
+TEST_F(DroppedConnections, WhileRowsAreSavedAreToldAsUncertain) {
+    const auto close = [&](const RecordsetPtr& rows) {
+        rows->AddNew();
+        rows->Fields("商品名称").SetValue("存");
+        rows->Update();
+    };
+    const auto count = [&] { return test::ValueOf(*book_, "Select Count(*) From 商品设置 Where 商品名称='存'"); };
+    RecordsetPtr rows = book_->Open("商品设置", SourceKind::Table);
+    close(rows);
+    proxy_.CutAt(1, CuttingProxy::Cut::After);
+    // A recordset that is dropped cannot raise; the next statement does.
+    rows = nullptr;
+    const auto error = test::Refused([&] { book_->Execute("Update 商品设置 Set 商品名称='又' Where pdID=5"); });
+    ASSERT_TRUE(error && proxy_.HasCut());
+    EXPECT_NE(error->Description().find("look whether it is in the book"), std::string::npos) << error->Description();
+    EXPECT_EQ(error->Description().find("not saved"), std::string::npos) << error->Description();
+    EXPECT_EQ(count(), "1");
+    ExpectGoesOn();
+}
+
 TEST_F(DroppedConnections, InATransactionLeaveTheBookAsItWas) {
     const std::string before = Contents();
     std::size_t cuts = 0;

@@ -31,6 +31,9 @@ class CopyTest(ServerCase):
         for copy in (first, second, back):
             self.assertEqual(self.exported(copy), original)
             self.run_kpbook("check", copy)
+        # A book can be called otherwise.
+        psql("ALTER SCHEMA again RENAME TO renamed")
+        second = self.url("renamed")
         # Counters go on, also behind rows that are gone.
         for copy in (first, second, back):
             self.run_kpbook("sql", copy, "Insert Into 备忘 (内容) Values ('新')")

@@ -88,6 +88,26 @@ class UpgradeTest(ServerCase):
         for words in (("info", book), ("upgrade", book)):
             self.assertIn("open it with a newer version", self.run_kpbook(*words, code=1).stderr)
 
+    def test_another_icu(self):
+        """Under another version of ICU texts may sort otherwise: the owner's next command makes the indexes anew."""
+        name, book = self.copied("icu")
+        for operator in ("系统操作员", "吴九"):
+            self.run_kpbook("operators", book, "add", operator)
+        self.run_kpbook("grant", book, "吴九", text="secret\n")
+        guest = book.replace("user=kp", "user=吴九")
+        files = f"SELECT relname, relfilenode FROM pg_class WHERE relkind = 'i' AND relnamespace = '\"{name}\"'::regnamespace ORDER BY 1"
+        before, noted = psql(files), psql(f'SELECT icu FROM "{name}".kp_book')
+        self.run_kpbook("info", book)
+        self.assertEqual(psql(files), before)
+        psql(f"UPDATE \"{name}\".kp_book SET icu = '1.0'")
+        self.assertIn("the book's owner has to open it once with this program", self.run_kpbook("info", guest, code=1).stderr)
+        self.run_kpbook("info", book)
+        self.assertEqual(psql(f'SELECT icu FROM "{name}".kp_book'), noted)
+        after = psql(files)
+        self.assertEqual(len(after), len(before))
+        self.assertEqual(set(after) & set(before), set())
+        self.run_kpbook("info", guest)
+
     def test_earlier_functions(self):
         _, book = self.copied("functions")
         present = psql("SELECT obj_description('kp'::regnamespace, 'pg_namespace')")

@@ -63,6 +63,8 @@ class StandbyTest(ServerCase):
         for thread in threads:
             thread.start()
         self.wait_for(lambda: len(shop.confirmed) > 50, "no bills were entered")
+        self.synchronous("remote_apply")
+        self.own_changes_are_on_the_standby(f"{self.primary.url()}&book=shop&reports={self.standby.folder}")
         self.primary.kill()
         self.standby.promote()
         before = len(shop.confirmed)
@@ -72,6 +74,22 @@ class StandbyTest(ServerCase):
             thread.join()
         shop.settle()
         self.assertEqual(shop.wrong, [])
+
+    def own_changes_are_on_the_standby(self, url):
+        """What is confirmed is there, without waiting for it, while others enter bills as well."""
+        self.wait_for(lambda: self.primary.psql("SHOW synchronous_commit") == "remote_apply", "the setting is not taken")
+        host = self.host(url)
+        for number in range(1, 11):
+            self.done(host, {"execute": f"Insert Into 商品设置 (pdID,商品名称) Values ({100 + number},'商品')"})
+            self.assertEqual(self.standby.psql('SELECT count(*) FROM shop."商品设置" WHERE "pdID" > 100'), str(number))
+        # In a transaction nothing is read from there.
+        before = self.standby.statements()
+        for request in ({"begin": True}, {"execute": "Select Count(*) From 入库目录"}, {"rollback": True}):
+            self.done(host, request)
+        self.assertEqual(self.standby.statements(), before)
+        shown = self.run_kpbook("report", "bills", url, "--direction", "in", "-O", "csv").stdout
+        self.assertGreater(shown.count("入库单"), 50)
+        self.assertGreater(self.standby.statements(), before, "the standby was not asked")
 
     def wait_for(self, condition, complaint):
         end = time.monotonic() + 30

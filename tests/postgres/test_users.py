@@ -87,8 +87,14 @@ class UsersTest(ServerCase):
         psql(f'UPDATE "{self.name}".kp_book SET format = 99', server)
         self.assertEqual(psql(f'SELECT format FROM "{self.name}".kp_book'), ["2"])
         # A part of the rows is no copy.
-        self.run_kpbook("copy", url, self.folder / "part.kpbook", code=1)
+        for command in ("copy", "backup"):
+            self.assertIn("only the book's owner sees all of its rows", self.run_kpbook(command, url, self.folder / "part.kpbook", code=1).stderr)
         self.assertFalse((self.folder / "part.kpbook").exists())
+        listed = self.run_kpbook("books", url, "-O", "csv")
+        self.assertIn(f"{self.name},测试商行,2026,1,", listed.stdout)
+        self.assertEqual(listed.stderr.count("\n"), 1, listed.stderr)
+        made = self.run_kpbook("new", url.replace(url.split("&book=")[1], "mine"), "--bare", code=1)
+        self.assertIn("the user needs the right to create schemas there", made.stderr)
         # As an operator, with the log.
         password = self.write("password", "x\n")
         done = subprocess.run([KPBOOK, "add", url, "product", "商品编号=S2", "商品名称=石子", "--operator", "李明"], capture_output=True,
@@ -130,7 +136,9 @@ class UsersTest(ServerCase):
         self.assertNotIn("removed", self.run_kpbook("revoke", self.book, "guest").stderr)
         self.assertEqual(psql("SELECT count(*) FROM pg_roles WHERE rolname = 'guest'"), ["1"])
         self.run_kpbook("grant", self.book, "系统操作员", "--user", "kp", code=1)
-        self.run_kpbook("grant", self.book, "没有", code=1)
+        self.assertIn("kpbook operators BOOK lists them", self.run_kpbook("grant", self.book, "没有", code=1).stderr)
+        self.run_kpbook("operators", self.book, "add", "赵钱")
+        self.assertIn("a new user of the server needs one", self.run_kpbook("grant", self.book, "赵钱", text="", code=1).stderr)
         self.run_kpbook("revoke", self.book, "没有", code=1)
 
     def test_password(self):
@@ -151,7 +159,8 @@ class UsersTest(ServerCase):
                                   env={**os.environ, **environment, **more}, start_new_session=True)
 
         self.assertEqual(run("--password-file", password).returncode, 0)
-        for options, told in (((), "wants a password"), (("--password-file", wrong), "password authentication failed"),
+        for options, told in (((), "wants a password"),
+                              (("--password-file", wrong), "The server refuses the connection: connection to server on socket"),
                               (("--password-file", self.folder / "no"), "cannot be read")):
             done = run(*options)
             self.assertEqual(done.returncode, 1)

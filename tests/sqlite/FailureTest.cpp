@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <cstdio>
 #include <optional>
 
 #include "TestBook.h"
 #include "TestDatabase.h"
 #include "engines/common/EditableRecordset.h"
+#include "engines/common/TranslatedRows.h"
 #include "engines/sqlite/Database.h"
 #include "engines/sqlite/RowReader.h"
 #include "kpTables/Convert.h"
@@ -26,8 +28,8 @@ protected:
             "CREATE TABLE T (k COUNTER PRIMARY KEY, c CURRENCY, d DATETIME, b YESNO, n LONG, x TEXT(250))");
     }
     std::shared_ptr<engines::EditableRecordset> OpenTable() {
-        return std::make_shared<engines::EditableRecordset>(session->GetExecutor(),
-                                                            session->PrepareOpen("T", SourceKind::Table));
+        return std::make_shared<engines::EditableRecordset>(std::make_unique<engines::TranslatedRows>(
+            session->GetExecutor(), session->PrepareOpen("T", SourceKind::Table)));
     }
     static void Add(Recordset& rows) {
         rows.AddNew();

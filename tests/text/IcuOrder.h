@@ -4,6 +4,7 @@
 #include <unicode/ucol.h>
 #include <unicode/uset.h>
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>

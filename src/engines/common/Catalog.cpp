@@ -29,6 +29,18 @@ VarType FieldType(sql::Type type) noexcept {
     return VarType::Empty;
 }
 
+TableInfo::Column DescriptionOf(const sql::CatalogColumn& column) {
+    return {.name = column.name,
+            .type = FieldType(column.type),
+            .defaultValue = Variant::Null(),
+            .required = false,
+            .counter = column.counter,
+            .key = false,
+            .length = column.length,
+            .precision = column.precision,
+            .scale = column.scale};
+}
+
 const sql::CatalogTable* Catalog::Find(std::string_view name) const {
     for (const sql::CatalogTable& table : known_) {
         if (sql::SameName(table.name, name)) return &table;

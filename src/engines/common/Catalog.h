@@ -15,6 +15,8 @@ namespace kpTables::engines {
 
 /// The field type of a column's type; Empty for Unknown and Null.
 VarType FieldType(sql::Type type) noexcept;
+/// A column as hosts see it; whether it has a default, is required or a key is for the engine to add.
+TableInfo::Column DescriptionOf(const sql::CatalogColumn& column);
 
 /// A database's description of its tables, read on demand and kept until the schema changes.
 class Catalog : public sql::Catalog {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string_view>
 
-#include "engines/common/Executor.h"
+#include "engines/common/EditableRows.h"
 #include "kpTables/Recordset.h"
 
 namespace kpTables::engines {
@@ -14,7 +14,7 @@ namespace kpTables::engines {
 /// change that Update could not write stays pending, and Close drops it.
 class EditableRecordset : public Recordset {
 public:
-    EditableRecordset(ExecutorPtr executor, BoundQuery query);
+    explicit EditableRecordset(std::unique_ptr<EditableRows> table);
     ~EditableRecordset() override;
 
     int FieldCount() const override;
@@ -37,8 +37,9 @@ private:
     struct State;
     /// Error 3704 after Close.
     State& Opened() const;
+    /// Writes what is pending and fetches the rows.
+    State& Fetched();
 
-    ExecutorPtr executor_;
     std::unique_ptr<State> state_;  ///< null after Close
 };
 

@@ -8,6 +8,7 @@
 #include "engines/common/NamedLiterals.h"
 #include "engines/common/SchemaParts.h"
 #include "engines/common/TableAppender.h"
+#include "engines/common/TranslatedRows.h"
 
 namespace kpTables::engines {
 
@@ -25,7 +26,7 @@ public:
     RecordsetPtr Open(std::string_view source, SourceKind kind) override {
         BoundQuery query = executor_->PrepareOpen(source, kind);
         if (!query.statement->writer) return executor_->Execute(source);
-        return std::make_shared<EditableRecordset>(executor_, std::move(query));
+        return std::make_shared<EditableRecordset>(std::make_unique<TranslatedRows>(executor_, std::move(query)));
     }
 
     SqlDialect Dialect() const override {

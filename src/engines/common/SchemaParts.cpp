@@ -51,6 +51,17 @@ std::vector<std::string> MissingParts(const Catalog& catalog) {
     return missing;
 }
 
+std::string FormatComplaint(std::int64_t format, std::int64_t oldest) {
+    if (format > schema::kFormat)
+        return Message(
+            "its format is {1}, and this version of the program knows formats up to {2}; open it with a newer version",
+            format, schema::kFormat);
+    if (format < oldest)
+        return Message("its format is {1}, an earlier one than {2}; kpbook upgrade brings it up to date", format,
+                       schema::kFormat);
+    return {};
+}
+
 std::vector<std::string> InSchemaOrder(std::vector<std::string> tables) {
     auto next = tables.begin();
     for (const TableDefinition& wanted : SchemaTables()) {

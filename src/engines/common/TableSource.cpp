@@ -1,5 +1,6 @@
 #include "engines/common/TableSource.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "kpTables/text/Message.h"
@@ -14,16 +15,6 @@ sql::SelectItem ColumnItem(std::string table, std::string name, std::size_t offs
     sql::SelectItem item;
     item.expression = std::make_unique<sql::Column>(std::move(table), std::move(name), offset);
     return item;
-}
-
-/// The only core of a statement that reads one named table without merging rows; null for any other.
-sql::SelectCore* PlainCore(sql::Statement& statement) {
-    if (statement.kind != sql::StatementKind::Select) return nullptr;
-    const sql::Query& query = *static_cast<sql::SelectStatement&>(statement).query;
-    if (query.members.size() != 1 || !query.members[0].core) return nullptr;
-    sql::SelectCore& core = *query.members[0].core;
-    const bool plain = !core.distinct && core.groupBy.empty() && !core.having && core.from.size() == 1;
-    return plain && core.from[0]->kind == sql::TableKind::Named ? &core : nullptr;
 }
 
 /// The names of what tells a row apart.
@@ -87,6 +78,19 @@ std::vector<sql::SelectItem> ItemsWithRowId(std::vector<sql::SelectItem> items, 
 
 }  // namespace
 
+std::optional<OneTableSelect> OneTableSelectOf(sql::Statement& statement) {
+    if (statement.kind != sql::StatementKind::Select) return std::nullopt;
+    const sql::Query& query = *static_cast<sql::SelectStatement&>(statement).query;
+    if (query.members.size() != 1 || !query.members[0].core) return std::nullopt;
+    sql::SelectCore& core = *query.members[0].core;
+    const bool plain = !core.distinct && core.groupBy.empty() && !core.having && core.from.size() == 1;
+    if (!plain || core.from[0]->kind != sql::TableKind::Named) return std::nullopt;
+    const auto& table = static_cast<const sql::NamedTable&>(*core.from[0]);
+    const auto isQuery = [&](const sql::CommonTable& common) { return sql::SameName(common.name, table.name); };
+    if (std::ranges::any_of(statement.with, isQuery)) return std::nullopt;
+    return OneTableSelect{&core, &table, !core.where && !core.top && !query.skip && !query.fetch};
+}
+
 TableSource SourceOfTable(std::string_view name, const Catalog& catalog) {
     const sql::CatalogTable* table = catalog.Find(name);
     if (!table) {
@@ -106,15 +110,14 @@ TableSource SourceOfTable(std::string_view name, const Catalog& catalog) {
 }
 
 std::optional<TableSource> SourceOfSelect(sql::StatementPtr& statement, const Catalog& catalog) {
-    sql::SelectCore* core = PlainCore(*statement);
-    if (!core) return std::nullopt;
-    const auto& named = static_cast<const sql::NamedTable&>(*core->from[0]);
-    const sql::CatalogTable* table = catalog.Find(named.name);
+    const auto select = OneTableSelectOf(*statement);
+    if (!select) return std::nullopt;
+    const sql::CatalogTable* table = catalog.Find(select->table->name);
     if (!table) return std::nullopt;
-    auto columns = ListedColumns(*core, *table);
+    auto columns = ListedColumns(*select->core, *table);
     if (!columns) return std::nullopt;
-    core->items = ItemsWithRowId(std::move(core->items), *table, catalog);
-    return TableSource{table->name, std::move(*columns), !core->where && !core->top, std::move(statement)};
+    select->core->items = ItemsWithRowId(std::move(select->core->items), *table, catalog);
+    return TableSource{table->name, std::move(*columns), select->whole, std::move(statement)};
 }
 
 WrittenTable WrittenTableOf(const TableSource& source, const Catalog& catalog) {

@@ -12,10 +12,19 @@
 
 namespace kpTables::engines {
 
+/// A Select of the rows of one table: none of them joined, merged or grouped. What it lists may still be computed.
+struct OneTableSelect {
+    sql::SelectCore* core;
+    const sql::NamedTable* table;
+    bool whole;  ///< all rows of the table: no condition, TOP, OFFSET or FETCH
+};
+/// Nothing for any other statement.
+std::optional<OneTableSelect> OneTableSelectOf(sql::Statement& statement);
+
 struct TableSource {
     std::string table;                 ///< as the book spells it
     std::vector<std::string> columns;  ///< in the order of the recordset's fields
-    bool wholeTable = false;           ///< no condition and no TOP
+    bool wholeTable = false;           ///< all of its rows
     sql::StatementPtr select;          ///< the columns, followed by the row id and, if there is one, the version
 };
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
-#include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
 
 namespace kpTables::engines {
@@ -36,7 +36,12 @@ void Transaction::Commit() {
     if (level_ > 1) {
         MergeLevel();
     } else {
-        Save();
+        try {
+            Save();
+        } catch (const UncertainSave&) {
+            mayBeSaved_ = true;
+            throw;
+        }
     }
     EndLevel();
 }
@@ -55,6 +60,7 @@ void Transaction::Rollback() {
 void Transaction::EndLevel() noexcept {
     if (--level_ > 0) return;
     owner_ = Owner::None;
+    mayBeSaved_ = false;
     AcceptLoss();
 }
 
@@ -125,16 +131,16 @@ void Transaction::RaiseKeptLoss() {
     auto number = static_cast<std::int32_t>(DatabaseErrorNumber::Failure);
     std::string why = Message("there is not enough memory");
     try {
-        std::rethrow_exception(loss_);
+        std::rethrow_exception(std::exchange(loss_, nullptr));
+    } catch (const UncertainSave&) {
+        throw;
     } catch (const DatabaseError& error) {
         number = error.Number();
         why = error.Description();
     } catch (...) {
         // Only memory can be short.
     }
-    const DatabaseError told(number, Message("Rows written through a recordset were not saved: {1}", why));
-    loss_ = nullptr;
-    throw told;
+    throw DatabaseError(number, Message("Rows written through a recordset were not saved: {1}", why));
 }
 
 void Transaction::RequireNone() {
@@ -145,6 +151,11 @@ void Transaction::RequireNone() {
 
 void Transaction::RequireHostTransactionAlive() const {
     if (owner_ == Owner::Host && !IsOpen()) {
+        if (mayBeSaved_) {
+            RaiseMisuse(Message(
+                "The connection to the server failed while the change was being saved, and it is not known whether it "
+                "was: roll it back, and look whether it is in the book before you enter it again"));
+        }
         RaiseMisuse(
             Message("The transaction was ended by an earlier failure and nothing of it was saved; roll it back first"));
     }

@@ -3,7 +3,15 @@
 
 #include <exception>
 
+#include "kpTables/Error.h"
+
 namespace kpTables::engines {
+
+/// The connection was lost while a transaction was saved: nobody knows whether it was.
+class UncertainSave : public DatabaseError {
+public:
+    using DatabaseError::DatabaseError;
+};
 
 /// A connection has at most one transaction: the host's, or the one that open recordsets write in so that not every row
 /// costs a disk write. The latter ends when a recordset closes and before any other statement that changes data; until
@@ -58,6 +66,7 @@ private:
 
     // The engine's part.
     virtual void Start(Use use) = 0;
+    /// Raises an UncertainSave when the transaction is over and may have been saved.
     virtual void Save() = 0;
     virtual void Undo() = 0;
     /// Begins a level inside the open transaction.
@@ -77,7 +86,8 @@ private:
     [[noreturn]] void RaiseKeptLoss();
 
     Owner owner_ = Owner::None;
-    int level_ = 0;  ///< of the host's transaction
+    int level_ = 0;            ///< of the host's transaction
+    bool mayBeSaved_ = false;  ///< the host's transaction is over: see UncertainSave
     std::exception_ptr loss_;
 };
 

@@ -11,7 +11,7 @@ namespace kpTables::engines::odbc {
 
 struct EditableSource {
     std::string table;        ///< as the text writes it, without quotes
-    bool wholeTable = false;  ///< no condition and no TOP
+    bool wholeTable = false;  ///< all of its rows
 };
 
 /// The table of a Select whose rows can be edited; nothing for a text that joins, groups or computes, and for one that

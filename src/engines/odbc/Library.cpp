@@ -1,14 +1,11 @@
 #include "engines/odbc/Library.h"
 
-#ifndef _WIN32
-#include <dlfcn.h>
-#endif
-
 #include <cstdint>
 #include <string>
 
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
+#include "platform/SharedLibrary.h"
 
 namespace kpTables::engines::odbc {
 
@@ -22,58 +19,42 @@ namespace {
 }
 
 #ifdef _WIN32
-HMODULE OpenManager() {
-    const HMODULE library = LoadLibraryA("odbc32.dll");
-    if (!library) RefuseManager("odbc32.dll");
-    return library;
-}
-void* Symbol(HMODULE library, const char* name) { return reinterpret_cast<void*>(GetProcAddress(library, name)); }
+constexpr const char* kFileName = "odbc32.dll";
 #else
-void* OpenManager() {
-    void* const library = dlopen("libodbc.so.2", RTLD_NOW | RTLD_LOCAL);
-    if (!library) RefuseManager(dlerror());
-    return library;
-}
-void* Symbol(void* library, const char* name) { return dlsym(library, name); }
+constexpr const char* kFileName = "libodbc.so.2";
 #endif
 
-template <class Handle, class Function>
-void FindInManager(Handle library, Function& function, const char* name) {
-    const auto found = Symbol(library, name);
-    if (!found) RefuseManager(Message("it has no function {1}", name));
-    function = reinterpret_cast<Function>(found);
-}
-
 Library LoadManager() {
-    const auto handle = OpenManager();
+    platform::SharedLibrary file(kFileName);
     Library library{};
-    FindInManager(handle, library.AllocateHandle, "SQLAllocHandle");
-    FindInManager(handle, library.FreeHandle, "SQLFreeHandle");
-    FindInManager(handle, library.SetEnvironmentAttribute, "SQLSetEnvAttr");
-    FindInManager(handle, library.DriverConnect, "SQLDriverConnectW");
-    FindInManager(handle, library.Disconnect, "SQLDisconnect");
-    FindInManager(handle, library.SetConnectionAttribute, "SQLSetConnectAttrW");
-    FindInManager(handle, library.GetInfo, "SQLGetInfoW");
-    FindInManager(handle, library.GetDiagnostics, "SQLGetDiagRecW");
-    FindInManager(handle, library.EndTransaction, "SQLEndTran");
-    FindInManager(handle, library.SetStatementAttribute, "SQLSetStmtAttrW");
-    FindInManager(handle, library.ExecuteDirect, "SQLExecDirectW");
-    FindInManager(handle, library.Prepare, "SQLPrepareW");
-    FindInManager(handle, library.Execute, "SQLExecute");
-    FindInManager(handle, library.BindParameter, "SQLBindParameter");
-    FindInManager(handle, library.CountColumns, "SQLNumResultCols");
-    FindInManager(handle, library.DescribeColumn, "SQLDescribeColW");
-    FindInManager(handle, library.ColumnAttribute, "SQLColAttributeW");
-    FindInManager(handle, library.CountAffectedRows, "SQLRowCount");
-    FindInManager(handle, library.Fetch, "SQLFetch");
-    FindInManager(handle, library.GetData, "SQLGetData");
-    FindInManager(handle, library.MoreResults, "SQLMoreResults");
-    FindInManager(handle, library.FreeStatement, "SQLFreeStmt");
-    FindInManager(handle, library.Cancel, "SQLCancel");
-    FindInManager(handle, library.Tables, "SQLTablesW");
-    FindInManager(handle, library.Columns, "SQLColumnsW");
-    FindInManager(handle, library.PrimaryKeys, "SQLPrimaryKeysW");
-    FindInManager(handle, library.Statistics, "SQLStatisticsW");
+    file.Find(library.AllocateHandle, "SQLAllocHandle");
+    file.Find(library.FreeHandle, "SQLFreeHandle");
+    file.Find(library.SetEnvironmentAttribute, "SQLSetEnvAttr");
+    file.Find(library.DriverConnect, "SQLDriverConnectW");
+    file.Find(library.Disconnect, "SQLDisconnect");
+    file.Find(library.SetConnectionAttribute, "SQLSetConnectAttrW");
+    file.Find(library.GetInfo, "SQLGetInfoW");
+    file.Find(library.GetDiagnostics, "SQLGetDiagRecW");
+    file.Find(library.EndTransaction, "SQLEndTran");
+    file.Find(library.SetStatementAttribute, "SQLSetStmtAttrW");
+    file.Find(library.ExecuteDirect, "SQLExecDirectW");
+    file.Find(library.Prepare, "SQLPrepareW");
+    file.Find(library.Execute, "SQLExecute");
+    file.Find(library.BindParameter, "SQLBindParameter");
+    file.Find(library.CountColumns, "SQLNumResultCols");
+    file.Find(library.DescribeColumn, "SQLDescribeColW");
+    file.Find(library.ColumnAttribute, "SQLColAttributeW");
+    file.Find(library.CountAffectedRows, "SQLRowCount");
+    file.Find(library.Fetch, "SQLFetch");
+    file.Find(library.GetData, "SQLGetData");
+    file.Find(library.MoreResults, "SQLMoreResults");
+    file.Find(library.FreeStatement, "SQLFreeStmt");
+    file.Find(library.Cancel, "SQLCancel");
+    file.Find(library.Tables, "SQLTablesW");
+    file.Find(library.Columns, "SQLColumnsW");
+    file.Find(library.PrimaryKeys, "SQLPrimaryKeysW");
+    file.Find(library.Statistics, "SQLStatisticsW");
+    if (!file.Fault().empty()) RefuseManager(file.Fault());
     return library;
 }
 

@@ -4,12 +4,13 @@
 #include <utility>
 
 #include "engines/common/BookTexts.h"
+#include "engines/common/EditableRecordset.h"
 #include "engines/odbc/ConnectionText.h"
-#include "engines/odbc/EditableRows.h"
 #include "engines/odbc/EditableSource.h"
 #include "engines/odbc/NamedMarkers.h"
 #include "engines/odbc/OpenConnection.h"
 #include "engines/odbc/RowReader.h"
+#include "engines/odbc/ServerRows.h"
 #include "engines/odbc/StatementWord.h"
 #include "engines/odbc/TableAppender.h"
 #include "kpTables/Error.h"
@@ -156,7 +157,8 @@ RecordsetPtr OdbcBook::Open(std::string_view source, SourceKind kind) {
     }
     auto editable = table ? Editable(text, *table, named.wholeTable) : std::nullopt;
     if (!editable) return Execute(text);
-    return std::make_shared<EditableRows>(connection_, std::move(*editable));
+    return std::make_shared<engines::EditableRecordset>(
+        std::make_unique<ServerRows>(connection_, std::move(*editable)));
 }
 
 }  // namespace

@@ -170,7 +170,7 @@ BookUpgrade UpgradeOnServer(const std::string& address, const std::string& url, 
     auto connected = Connected(parts, url, {options.busyTimeout, {}, options.password});
     Database& database = *connected;
     BookUpgrade upgrade;
-    const std::int64_t format = CheckedFormat(database, parts.book, url);
+    const std::int64_t format = CheckedFormat(database, parts.book, url, 0);
     upgrade.fromFormat = static_cast<std::int32_t>(format);
     upgrade.toFormat = schema::kFormat;
     try {

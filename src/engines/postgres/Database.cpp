@@ -28,6 +28,12 @@ std::string Field(const Result& result, int code) {
     return text ? text : "";
 }
 
+/// Whether the server, or a pooler before it, ends the connection.
+bool AreLastWords(const Result& failed) {
+    const std::string state = Field(failed, PG_DIAG_SQLSTATE);
+    return state.starts_with("57P0") || state.starts_with("08");
+}
+
 constexpr int kTexts = 0;
 constexpr int kBinary = 1;
 
@@ -60,14 +66,20 @@ Database::Database(std::string connection, std::function<bool()> interrupted)
 /// Opens a pipeline when the statement does not go alone, and ends it however the statement ends.
 class Database::Exchange {
 public:
-    /// several: further statements follow the first.
-    Exchange(Database& database, std::string_view shown, bool several = false) : database_(database), shown_(shown) {
+    enum class Way {
+        Text,      ///< statements of one text, which has what must come before them
+        Alone,     ///< one statement
+        Together,  ///< several
+    };
+
+    Exchange(Database& database, std::string_view shown, Way way) : database_(database), shown_(shown) {
         ++database_.statements_;
-        const std::vector<const char*> savepoint = database.TakeSavepoint();
-        isPipeline_ = several || !savepoint.empty();
+        if (way == Way::Text) return;
+        const std::vector<const char*> before = database.TakeStatementsBefore();
+        isPipeline_ = way == Way::Together || !before.empty();
         if (!isPipeline_) return;
         Check(Library().EnterPipelineMode(Connection()));
-        for (const char* text : savepoint) {
+        for (const char* text : before) {
             Add(Library().SendQueryParams(Connection(), text, 0, nullptr, nullptr, nullptr, nullptr, kTexts));
         }
         leading_ = statements_;
@@ -89,7 +101,7 @@ public:
     }
     /// What a COPY among the statements is to read.
     void Feed(std::initializer_list<std::string_view> bytes) { fed_ = bytes; }
-    /// The last result of each statement, without those of the savepoint; the rows of the last statement go to the
+    /// The last result of each statement, without those before the caller's; the rows of the last statement go to the
     /// sink. Raises the first error.
     std::vector<Result> Finish(const RowSink& sink = {}) {
         if (isPipeline_) Check(Library().PipelineSync(Connection()));
@@ -99,6 +111,7 @@ public:
             if (toSink) Library().SetSingleRowMode(Connection());
             results.push_back(ReadOne(toSink ? sink : RowSink()));
         }
+        if (failed_ && AreLastWords(failed_)) database_.RaiseEnded(failed_, shown_);
         if (isPipeline_) database_.Next(shown_);  // that all of them have ended
         if (database_.IsConnected()) database_.inTransaction_ = database_.InTransaction();
         if (raised_) std::rethrow_exception(raised_);
@@ -177,9 +190,17 @@ Result Database::Run(std::string_view text, std::string_view shown) {
     return RunHere(text, told);
 }
 
+void Database::RunAlone(std::string_view text) {
+    SendPending();
+    BeReady(text);
+    Exchange exchange(*this, text, Exchange::Way::Text);
+    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), std::string(text).c_str()));
+    exchange.Finish();
+}
+
 Result Database::RunHere(std::string_view text, std::string_view shown) {
-    const std::string all = BehindSavepoint(text);
-    Exchange exchange(*this, shown);
+    const std::string all = BehindWhatComesBefore(text);
+    Exchange exchange(*this, shown, Exchange::Way::Text);
     exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.c_str()));
     return std::move(exchange.Finish().back());
 }
@@ -187,8 +208,8 @@ Result Database::RunHere(std::string_view text, std::string_view shown) {
 std::int64_t Database::CopyRows(std::string_view copy, std::string_view rows) {
     using namespace std::string_view_literals;
     BeReady(copy);
-    const std::string all = BehindSavepoint(copy);
-    Exchange exchange(*this, copy);
+    const std::string all = BehindWhatComesBefore(copy);
+    Exchange exchange(*this, copy, Exchange::Way::Text);
     exchange.Feed({"PGCOPY\n\377\r\n\0\0\0\0\0\0\0\0\0"sv, rows, "\377\377"sv});
     exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.c_str()));
     return exchange.Finish().back().AffectedRows();
@@ -197,7 +218,7 @@ std::int64_t Database::CopyRows(std::string_view copy, std::string_view rows) {
 Result Database::Ask(std::string_view text, const Parameters& parameters) {
     SendPending();
     BeReady(text);
-    Exchange exchange(*this, text);
+    Exchange exchange(*this, text, Exchange::Way::Alone);
     exchange.Add(LoadedLibrary().SendQueryParams(connection_.get(), std::string(text).c_str(), parameters.Count(),
                                                  nullptr, parameters.Values(), parameters.Lengths(),
                                                  parameters.Formats(), kTexts));
@@ -227,7 +248,7 @@ std::string Database::Prepare(std::string_view text, std::string_view shown) {
 void Database::PrepareHere(const std::string& name, std::string_view shown) {
     Prepared& statement = preparedTexts_.at(name);
     if (statement.connection == connections_) return;
-    Exchange exchange(*this, shown);
+    Exchange exchange(*this, shown, Exchange::Way::Alone);
     exchange.Add(LoadedLibrary().SendPrepare(connection_.get(), name.c_str(), statement.text.c_str(), 0, nullptr));
     exchange.Finish();
     statement.connection = connections_;
@@ -242,7 +263,7 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
     SendPending();
     BeReady(shown);
     PrepareHere(name, shown);
-    Exchange exchange(*this, shown);
+    Exchange exchange(*this, shown, Exchange::Way::Alone);
     exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                    parameters.Values(), parameters.Lengths(), parameters.Formats(),
                                                    kBinary));
@@ -252,7 +273,7 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
 std::vector<Result> Database::RunTogether(const std::vector<Command>& commands, std::string_view shown) {
     BeReady(shown);
     for (const Command& command : commands) PrepareHere(command.name, shown);
-    Exchange exchange(*this, shown, true);
+    Exchange exchange(*this, shown, Exchange::Way::Together);
     for (const auto& [name, parameters] : commands) {
         exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                        parameters.Values(), parameters.Lengths(), parameters.Formats(),
@@ -292,13 +313,15 @@ bool Database::InTransaction() const noexcept {
 
 bool Database::IsConnected() const noexcept { return LoadedLibrary().Status(connection_.get()) == CONNECTION_OK; }
 
-std::string Database::BehindSavepoint(std::string_view text) {
+std::string Database::BehindWhatComesBefore(std::string_view text) {
     std::string all;
-    for (const char* savepoint : TakeSavepoint()) all.append(savepoint).append("; ");
+    for (const char* before : TakeStatementsBefore()) all.append(before).append("; ");
     return all.append(text);
 }
 
-std::vector<const char*> Database::TakeSavepoint() {
+std::vector<const char*> Database::TakeStatementsBefore() {
+    // A pooler leaves a transaction where it is.
+    if (!guard_.empty() && !InTransaction()) return {guard_.c_str()};
     if (!std::exchange(savepointDue_, false)) return {};
     if (std::exchange(hasSavepoint_, true)) return {"RELEASE kp_statement", "SAVEPOINT kp_statement"};
     return {"SAVEPOINT kp_statement"};
@@ -345,6 +368,10 @@ Result Database::Next(std::string_view shown) {
             cancelled = true;
         }
         if (library.ConsumeInput(connection_.get()) == 0) RaiseLost(shown);
+        if (std::chrono::steady_clock::now() >= answerBy_) {
+            connection_.reset();
+            RaiseLost(shown, Message("there was no answer"));
+        }
     }
     return Result(library.GetResult(connection_.get()));
 }
@@ -369,7 +396,16 @@ std::string Database::EncryptedPassword(const std::string& password, const std::
 }
 
 void Database::RaiseLost(std::string_view shown) const {
-    const std::string reason = FirstLine(LoadedLibrary().ErrorMessage(connection_.get()));
+    RaiseLost(shown, FirstLine(LoadedLibrary().ErrorMessage(connection_.get())));
+}
+
+void Database::RaiseEnded(const Result& failed, std::string_view shown) {
+    // A pooler may close the connection later.
+    connection_.reset();
+    RaiseLost(shown, Field(failed, PG_DIAG_MESSAGE_PRIMARY));
+}
+
+void Database::RaiseLost(std::string_view shown, const std::string& reason) const {
     const std::string text =
         isSaving_ ? Message(
                         "The connection to the server failed while a change was being saved ({1}): look whether it "

@@ -1,6 +1,7 @@
 // A connection to the schema of one book. Every result of libpq is checked here.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -116,6 +117,8 @@ public:
     void SetUp(std::string_view text);
     /// Runs statements separated by semicolons; the last one's result, with its values as texts.
     Result Run(std::string_view text, std::string_view shown = {});
+    /// Runs one that the server takes by itself only, outside a transaction.
+    void RunAlone(std::string_view text);
     /// One statement with parameters, its values as texts.
     Result Ask(std::string_view text, const Parameters& parameters);
 
@@ -160,8 +163,8 @@ public:
         }
         return work();
     }
-    /// Saves the open transaction; not to be interrupted. Raises a DatabaseError that says so when it stays open
-    /// whether it is saved.
+    /// Saves the open transaction; not to be interrupted. Raises an UncertainSave when the connection is lost
+    /// meanwhile.
     void Commit();
     /// Whether a transaction was lost with the connection.
     bool HasLostTransaction() const noexcept { return inTransaction_ && !IsConnected(); }
@@ -197,6 +200,11 @@ public:
 
     bool InTransaction() const noexcept;
     bool IsConnected() const noexcept;
+    /// Whether a pooler stands between this program and the server. Statements then run on the server's connection that
+    /// was set up, or are refused.
+    bool IsPooled() const noexcept { return !guard_.empty(); }
+    /// A connection like this one, not set up; it is dropped when an answer has not come by that time.
+    std::unique_ptr<Database> Another(std::chrono::steady_clock::time_point answerBy) const;
     /// Nothing is interrupted while it is false.
     void Interruptible(bool is) noexcept { interruptible_ = is; }
 
@@ -220,6 +228,8 @@ private:
     /// statements only try.
     void Reconnect();
     bool HasHungUp() const noexcept;
+    /// Runs the statements that a connection begins with.
+    void Settle();
     /// Before a statement is sent.
     void BeReady(std::string_view shown);
     /// Prepares a statement on this connection if that is still to be done.
@@ -228,10 +238,10 @@ private:
     /// Runs statements on the connection as it is.
     Result RunHere(std::string_view text, std::string_view shown);
     void ReturnToSavepoint() noexcept;
-    /// The statements that set the savepoint that is due.
-    std::vector<const char*> TakeSavepoint();
+    /// What goes before a statement: the guard, or what sets the savepoint that is due.
+    std::vector<const char*> TakeStatementsBefore();
     /// A text of several statements, of which those are the first.
-    std::string BehindSavepoint(std::string_view text);
+    std::string BehindWhatComesBefore(std::string_view text);
     void Sent(int success, std::string_view shown) const;
     /// The host's answer.
     bool IsToEnd() const noexcept;
@@ -240,12 +250,17 @@ private:
     void Cancel() const noexcept;
     [[noreturn]] void RaiseUnreached() const;
     [[noreturn]] void RaiseLost(std::string_view shown) const;
+    [[noreturn]] void RaiseLost(std::string_view shown, const std::string& reason) const;
+    /// failed: the server's last words.
+    [[noreturn]] void RaiseEnded(const Result& failed, std::string_view shown);
     [[noreturn]] void RaiseError(const Result& failed, std::string_view shown) const;
 
     std::string address_;  ///< for libpq
     std::unique_ptr<PGconn, Finish> connection_;
     std::function<bool()> interrupted_;
     std::string setUp_;
+    std::string guard_;  ///< behind a pooler: a statement that fails where the connection was not set up
+    std::chrono::steady_clock::time_point answerBy_ = std::chrono::steady_clock::time_point::max();
     bool interruptible_ = true;
     bool hasSavepoint_ = false;
     bool savepointDue_ = false;  ///< it goes along with the next statement

@@ -17,6 +17,10 @@ struct Meaning {
     const char* text;  ///< to be translated; nullptr: the server's own words
 };
 
+constexpr const char* kSharing = Translatable(
+    "A pooler before the server passes a program's statements to several connections of the server's; set pool_mode = session "
+    "and server_reset_query = DISCARD ALL in it, or connect to the server itself");
+
 constexpr Meaning kMeanings[] = {
     {"2200H", DatabaseErrorNumber::Overflow, Translatable("Overflow: the counter has no values left")},
     {"22003", DatabaseErrorNumber::Overflow, nullptr},
@@ -27,7 +31,10 @@ constexpr Meaning kMeanings[] = {
     {"KP006", DatabaseErrorNumber::Overflow, nullptr},
     {"25006", DatabaseErrorNumber::NotPermitted,
      Translatable("The book is open for reading only and cannot be changed")},
+    {"26000", DatabaseErrorNumber::Failure, kSharing},  // what was prepared is not there
+    {"34000", DatabaseErrorNumber::Failure, kSharing},  // nor what a connection begins with
     {"40", DatabaseErrorNumber::Locked, Translatable("The book is in use by another program; try again later")},
+    {"42P05", DatabaseErrorNumber::Failure, kSharing},  // what somebody else has prepared is
     {"42501", DatabaseErrorNumber::NotPermitted, nullptr},
     {"42703", DatabaseErrorNumber::UnknownColumn, nullptr},
     {"42P01", DatabaseErrorNumber::UnknownTable, nullptr},
@@ -58,6 +65,10 @@ std::string OfConstraint(const ServerError& error) {
 }
 
 }  // namespace
+
+void RaiseSharing() {
+    throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Failure), Translated(kSharing));
+}
 
 void RaiseFailure(const ServerError& error, std::string_view statement) {
     const auto* const found =

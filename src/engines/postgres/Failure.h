@@ -19,4 +19,7 @@ struct ServerError {
 /// Raises the DatabaseError that it stands for. statement is the text that the caller sent.
 [[noreturn]] void RaiseFailure(const ServerError& error, std::string_view statement);
 
+/// Raises the DatabaseError of a pooler that gives programs no connection of their own.
+[[noreturn]] void RaiseSharing();
+
 }  // namespace kpTables::engines::postgres

@@ -1,16 +1,21 @@
 #include "engines/postgres/Library.h"
 
-#include <dlfcn.h>
-
 #include <cstdint>
 #include <string>
 
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
+#include "platform/SharedLibrary.h"
 
 namespace kpTables::engines::postgres {
 
 namespace {
+
+#ifdef _WIN32
+constexpr const char* kFileName = "libpq.dll";
+#else
+constexpr const char* kFileName = "libpq.so.5";
+#endif
 
 [[noreturn]] void RefuseLibrary(const std::string& reason) {
     throw DatabaseError(
@@ -19,57 +24,51 @@ namespace {
                 reason));
 }
 
-template <class Function>
-void Find(void* library, Function& function, const char* name) {
-    void* const found = dlsym(library, name);
-    if (!found) RefuseLibrary(Message("it has no function {1}", name));
-    function = reinterpret_cast<Function>(found);
-}
-
 Library Load() {
-    void* const handle = dlopen("libpq.so.5", RTLD_NOW | RTLD_LOCAL);
-    if (!handle) RefuseLibrary(dlerror());
+    platform::SharedLibrary file(kFileName);
     Library library{};
-    Find(handle, library.Connect, "PQconnectdb");
-    Find(handle, library.Finish, "PQfinish");
-    Find(handle, library.Status, "PQstatus");
-    Find(handle, library.TransactionStatus, "PQtransactionStatus");
-    Find(handle, library.ErrorMessage, "PQerrorMessage");
-    Find(handle, library.Socket, "PQsocket");
-    Find(handle, library.ServerVersion, "PQserverVersion");
-    Find(handle, library.SetNoticeProcessor, "PQsetNoticeProcessor");
-    Find(handle, library.SendQuery, "PQsendQuery");
-    Find(handle, library.SendQueryParams, "PQsendQueryParams");
-    Find(handle, library.SendPrepare, "PQsendPrepare");
-    Find(handle, library.SendQueryPrepared, "PQsendQueryPrepared");
-    Find(handle, library.SetSingleRowMode, "PQsetSingleRowMode");
-    Find(handle, library.EnterPipelineMode, "PQenterPipelineMode");
-    Find(handle, library.ExitPipelineMode, "PQexitPipelineMode");
-    Find(handle, library.PipelineSync, "PQpipelineSync");
-    Find(handle, library.Flush, "PQflush");
-    Find(handle, library.ConsumeInput, "PQconsumeInput");
-    Find(handle, library.IsBusy, "PQisBusy");
-    Find(handle, library.GetResult, "PQgetResult");
-    Find(handle, library.PutCopyData, "PQputCopyData");
-    Find(handle, library.PutCopyEnd, "PQputCopyEnd");
-    Find(handle, library.Notifies, "PQnotifies");
-    Find(handle, library.FreeMemory, "PQfreemem");
-    Find(handle, library.GetCancel, "PQgetCancel");
-    Find(handle, library.Cancel, "PQcancel");
-    Find(handle, library.FreeCancel, "PQfreeCancel");
-    Find(handle, library.NeedsPassword, "PQconnectionNeedsPassword");
-    Find(handle, library.EncryptPassword, "PQencryptPasswordConn");
-    Find(handle, library.Clear, "PQclear");
-    Find(handle, library.ResultStatus, "PQresultStatus");
-    Find(handle, library.ResultErrorField, "PQresultErrorField");
-    Find(handle, library.ResultErrorMessage, "PQresultErrorMessage");
-    Find(handle, library.AffectedRows, "PQcmdTuples");
-    Find(handle, library.Rows, "PQntuples");
-    Find(handle, library.Columns, "PQnfields");
-    Find(handle, library.ColumnType, "PQftype");
-    Find(handle, library.IsNull, "PQgetisnull");
-    Find(handle, library.Value, "PQgetvalue");
-    Find(handle, library.Length, "PQgetlength");
+    file.Find(library.Connect, "PQconnectdb");
+    file.Find(library.Finish, "PQfinish");
+    file.Find(library.Status, "PQstatus");
+    file.Find(library.TransactionStatus, "PQtransactionStatus");
+    file.Find(library.ErrorMessage, "PQerrorMessage");
+    file.Find(library.Socket, "PQsocket");
+    file.Find(library.BackendProcess, "PQbackendPID");
+    file.Find(library.ServerVersion, "PQserverVersion");
+    file.Find(library.SetNoticeProcessor, "PQsetNoticeProcessor");
+    file.Find(library.SendQuery, "PQsendQuery");
+    file.Find(library.SendQueryParams, "PQsendQueryParams");
+    file.Find(library.SendPrepare, "PQsendPrepare");
+    file.Find(library.SendQueryPrepared, "PQsendQueryPrepared");
+    file.Find(library.SetSingleRowMode, "PQsetSingleRowMode");
+    file.Find(library.EnterPipelineMode, "PQenterPipelineMode");
+    file.Find(library.ExitPipelineMode, "PQexitPipelineMode");
+    file.Find(library.PipelineSync, "PQpipelineSync");
+    file.Find(library.Flush, "PQflush");
+    file.Find(library.ConsumeInput, "PQconsumeInput");
+    file.Find(library.IsBusy, "PQisBusy");
+    file.Find(library.GetResult, "PQgetResult");
+    file.Find(library.PutCopyData, "PQputCopyData");
+    file.Find(library.PutCopyEnd, "PQputCopyEnd");
+    file.Find(library.Notifies, "PQnotifies");
+    file.Find(library.FreeMemory, "PQfreemem");
+    file.Find(library.GetCancel, "PQgetCancel");
+    file.Find(library.Cancel, "PQcancel");
+    file.Find(library.FreeCancel, "PQfreeCancel");
+    file.Find(library.NeedsPassword, "PQconnectionNeedsPassword");
+    file.Find(library.EncryptPassword, "PQencryptPasswordConn");
+    file.Find(library.Clear, "PQclear");
+    file.Find(library.ResultStatus, "PQresultStatus");
+    file.Find(library.ResultErrorField, "PQresultErrorField");
+    file.Find(library.ResultErrorMessage, "PQresultErrorMessage");
+    file.Find(library.AffectedRows, "PQcmdTuples");
+    file.Find(library.Rows, "PQntuples");
+    file.Find(library.Columns, "PQnfields");
+    file.Find(library.ColumnType, "PQftype");
+    file.Find(library.IsNull, "PQgetisnull");
+    file.Find(library.Value, "PQgetvalue");
+    file.Find(library.Length, "PQgetlength");
+    if (!file.Fault().empty()) RefuseLibrary(file.Fault());
     return library;
 }
 

@@ -13,6 +13,7 @@ struct Library {
     decltype(&PQtransactionStatus) TransactionStatus;
     decltype(&PQerrorMessage) ErrorMessage;
     decltype(&PQsocket) Socket;
+    decltype(&PQbackendPID) BackendProcess;
     decltype(&PQserverVersion) ServerVersion;
     decltype(&PQsetNoticeProcessor) SetNoticeProcessor;
     decltype(&PQsendQuery) SendQuery;

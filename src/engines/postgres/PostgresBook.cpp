@@ -44,7 +44,12 @@ void MakeSchema(Database& database, const std::string& book, const std::string& 
         RemoveSchema(database, book);
     }
     const std::string schema = QuotedName(book);
-    database.Run("CREATE SCHEMA " + schema + "; " + BookNoteText(kUnfinished, schema + "."));
+    try {
+        database.Run("CREATE SCHEMA " + schema + "; " + BookNoteText(kUnfinished, schema + "."));
+    } catch (const DatabaseError& error) {
+        if (error.Number() != static_cast<std::int32_t>(DatabaseErrorNumber::NotPermitted)) throw;
+        RefuseMaking(url, Message("{1}; the user needs the right to create schemas there", error.Description()));
+    }
 }
 
 /// What a newer program, or a newer server, asks for; both are the owner's to do.
@@ -57,6 +62,16 @@ void BringUpToDate(Database& database, const std::string& book, const std::strin
         RefuseOpening(url,
                       Message("the book's owner has to open it once with this program ({1})", error.Description()));
     }
+}
+
+/// Who may see a part of the rows only is told so, rather than to get a copy without the others.
+void RequireAllRows(Database& database, const std::string& url) {
+    const Result hidden = database.Run(
+        "SELECT count(*) FROM pg_class JOIN pg_namespace ON pg_namespace.oid = relnamespace WHERE nspname = "
+        "current_schema() AND row_security_active(pg_class.oid)");
+    if (hidden.Integer(0, 0) > 0)
+        RefuseOpening(url, Message("only the book's owner sees all of its rows and can copy it"));
+    database.SetUp("SET row_security = off");
 }
 
 /// Makes the tables, and lets the host prepare the book that they are, in one transaction.
@@ -78,18 +93,13 @@ void MakeBookTables(const engines::ExecutorPtr& executor, Database& database, co
 BookPtr OpenOnServer(const std::string& address, const std::string& url, const BookOptions& options) {
     const ServerUrl parts = ParseServerUrl(address, url);
     auto database = Connected(parts, url, ConnectionOptionsOf(options));
-    const std::int64_t format = CheckedFormat(*database, parts.book, url);
-    if (format < schema::kFormat) {
-        RefuseOpening(url, Message("its format is {1}, an earlier one than {2}; kpbook upgrade brings it up to date",
-                                   format, schema::kFormat));
-    }
+    CheckedFormat(*database, parts.book, url, schema::kFormat);
     BringUpToDate(*database, parts.book, url);
     auto standby = options.forReports ? StandbyFor(*database, parts, ConnectionOptionsOf(options)) : nullptr;
     const bool readOnly = options.readOnly || standby;
     if (standby) database = std::move(standby);
     if (readOnly) database->SetUp("SET default_transaction_read_only = on");
-    // Who may see a part of the rows only is told so, rather than to get a copy without the others.
-    if (options.readOnly) database->SetUp("SET row_security = off");
+    if (options.readOnly) RequireAllRows(*database, url);
     auto driver = std::make_unique<PostgresDriver>(std::move(database), engines::LimitsOf(options), readOnly);
     return engines::MakeBook(url, std::make_shared<engines::Executor>(std::move(driver)));
 }

@@ -3,10 +3,12 @@
 
 #include <array>
 #include <chrono>
+#include <random>
 #include <string>
 #include <thread>
 #include <utility>
 
+#include "engines/common/Transaction.h"
 #include "engines/postgres/Database.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -36,6 +38,14 @@ std::string OneLine(const char* message) {
     return text;
 }
 
+/// A name that no other program gives.
+std::string RandomName() {
+    std::random_device random;
+    std::string name;
+    for (int i = 0; i < 4; ++i) name += std::to_string(random());
+    return name;
+}
+
 /// A machine that is gone does not answer at all: the system's own limits are minutes and hours. What the URL says
 /// comes last and counts.
 std::string WithTimeLimits(const std::string& address) {
@@ -55,14 +65,34 @@ void Database::Connect() {
     // What was known of the connection before went with it; a notice of a change of the schema may have, too.
     hasSavepoint_ = false;
     savepointDue_ = false;
+    guard_.clear();
     inTransaction_ = false;
     ++connections_;
     ++schemaChanges_;
 }
 
 void Database::SetUp(std::string_view text) {
+    SendPending();
+    BeReady(text);
     setUp_.append(setUp_.empty() ? "" : "; ").append(text);
-    Run(text);
+    Settle();
+}
+
+void Database::Settle() {
+    guard_.clear();
+    const Result server = RunHere(setUp_ + "; SELECT pg_backend_pid()", setUp_);
+    if (server.Integer(0, 0) == LoadedLibrary().BackendProcess(connection_.get())) return;
+    // The connection is a pooler's, who may have passed each statement to another of the server's.
+    const std::string name = "kp_" + RandomName();
+    RunHere(setUp_ + "; DECLARE " + name + " CURSOR WITH HOLD FOR SELECT 1", setUp_);
+    // Takes no snapshot, so that the level of a transaction can be set behind it.
+    guard_ = "MOVE 0 IN " + name;
+}
+
+std::unique_ptr<Database> Database::Another(std::chrono::steady_clock::time_point answerBy) const {
+    auto another = std::make_unique<Database>(address_, interrupted_);
+    another->answerBy_ = answerBy;
+    return another;
 }
 
 void Database::Reconnect() {
@@ -73,7 +103,7 @@ void Database::Reconnect() {
     for (;;) {
         try {
             Connect();
-            RunHere(setUp_, setUp_);
+            Settle();
             hasGivenUp_ = false;
             return;
         } catch (const DatabaseError&) {
@@ -117,6 +147,8 @@ void Database::RaiseUnreached() const {
                                     "(sslmode and sslrootcert in the URL say what is demanded): {1}",
                                     why));
     }
+    if (why.find("FATAL:") != std::string::npos)
+        throw DatabaseError(kNumber, Message("The server refuses the connection: {1}", why));
     throw DatabaseError(kNumber, Message("The server cannot be reached: {1}", why));
 }
 
@@ -139,11 +171,11 @@ void Database::Commit() {
     saving(true);
     try {
         Run(kCommit, kShown);
-    } catch (const DatabaseError&) {
+    } catch (const DatabaseError& error) {
         saving(false);
-        // The transaction is over, saved or not.
-        if (!IsConnected()) AcceptLoss();
-        throw;
+        if (IsConnected()) throw;
+        AcceptLoss();
+        throw engines::UncertainSave(error.Number(), error.Description(), error.Statement());
     }
     saving(false);
 }

@@ -4,7 +4,8 @@
 #include <thread>
 #include <utility>
 
-#include "BookSchema.h"
+#include "engines/common/SchemaParts.h"
+#include "engines/postgres/Pooler.h"
 #include "engines/postgres/SharedSchema.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -45,6 +46,7 @@ std::unique_ptr<Database> Connected(const ServerUrl& parts, const std::string& u
     try {
         auto database = LoggedIn(parts.connection, options);
         database->SetUp(Settings(parts.book, options.busyTimeout) + "; LISTEN " + QuotedName(parts.book));
+        RefuseSharedConnections(*database);
         return database;
     } catch (const DatabaseError& error) {
         RefuseOpening(url, error.Description());
@@ -59,6 +61,7 @@ std::unique_ptr<Database> StandbyFor(Database& server, const ServerUrl& parts, c
         const Result saved = server.Run("SELECT pg_current_wal_flush_lsn()");
         auto standby = LoggedIn(parts.reports, options);
         standby->SetUp(Settings(parts.book, options.busyTimeout));
+        RefuseSharedConnections(*standby);
         const std::string hasAll =
             "SELECT pg_is_in_recovery() AND pg_last_wal_replay_lsn() >= " + QuotedText(std::string(saved.Value(0, 0)));
         while (standby->Run(hasAll).Value(0, 0) != "t") {
@@ -82,7 +85,7 @@ std::int64_t FormatOf(Database& database, const std::string& book) {
     return database.Run("SELECT format FROM " + table).Integer(0, 0);
 }
 
-std::int64_t CheckedFormat(Database& database, const std::string& book, const std::string& url) {
+std::int64_t CheckedFormat(Database& database, const std::string& book, const std::string& url, std::int64_t oldest) {
     std::int64_t format = kNoBook;
     try {
         format = FormatOf(database, book);
@@ -91,13 +94,8 @@ std::int64_t CheckedFormat(Database& database, const std::string& book, const st
     }
     if (format == kNoBook || format == kUnfinished)
         RefuseOpening(url, Message("the database has no book of that name"));
-    if (format > schema::kFormat) {
-        RefuseOpening(
-            url,
-            Message(
-                "its format is {1}, and this version of the program knows formats up to {2}; open it with a newer version",
-                format, schema::kFormat));
-    }
+    const std::string complaint = engines::FormatComplaint(format, oldest);
+    if (!complaint.empty()) RefuseOpening(url, complaint);
     return format;
 }
 

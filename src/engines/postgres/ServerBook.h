@@ -38,7 +38,7 @@ inline constexpr std::int64_t kNoBook = -1;
 /// The format that a book notes; kNoBook when the schema is no book's, kUnfinished while the book is made.
 std::int64_t FormatOf(Database& database, const std::string& book);
 
-/// Refuses what is no whole book, and a format that is later than this program's.
-std::int64_t CheckedFormat(Database& database, const std::string& book, const std::string& url);
+/// Refuses what is no whole book, and a format that is earlier than the oldest or later than this program's.
+std::int64_t CheckedFormat(Database& database, const std::string& book, const std::string& url, std::int64_t oldest);
 
 }  // namespace kpTables::engines::postgres

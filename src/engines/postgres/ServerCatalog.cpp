@@ -119,16 +119,9 @@ TableInfo ServerCatalog::Describe(std::string_view name) const {
     for (const Column& stored : kept->columns) {
         const sql::CatalogColumn* const known = sql::FindColumn(*table, stored.name);
         if (!known || known->computed) continue;
-        const VarType type = engines::FieldType(known->type);
-        TableInfo::Column column{known->name,
-                                 type,
-                                 HasDefault(stored) ? DefaultOf(stored.expression, type) : Variant::Null(),
-                                 false,
-                                 known->counter,
-                                 stored.key || known->counter,
-                                 known->length,
-                                 known->precision,
-                                 known->scale};
+        TableInfo::Column column = engines::DescriptionOf(*known);
+        column.key = stored.key || known->counter;
+        if (HasDefault(stored)) column.defaultValue = DefaultOf(stored.expression, column.type);
         column.required = (column.key || stored.required) && !known->counter && column.defaultValue.IsNull();
         info.columns.push_back(std::move(column));
     }

@@ -40,7 +40,7 @@ bool HasIndexesUpToDate(Database& database) {
 
 void BringIndexesUpToDate(Database& database, const std::string& book) {
     if (HasIndexesUpToDate(database)) return;
-    database.Run("REINDEX SCHEMA " + sql::print::postgres::QuotedName(book));
+    database.RunAlone("REINDEX SCHEMA " + sql::print::postgres::QuotedName(book));
     database.Run("UPDATE kp_book SET icu = " + std::string(kActualIcuVersion));
 }
 

@@ -83,11 +83,7 @@ TableInfo BookCatalog::Describe(std::string_view name) const {
     for (const sql::CatalogColumn& known : table->columns) {
         if (!columns.Step()) break;
         if (known.computed) continue;
-        TableInfo::Column column{known.name,      engines::FieldType(known.type),
-                                 Variant::Null(), false,
-                                 known.counter,   false,
-                                 known.length,    known.precision,
-                                 known.scale};
+        TableInfo::Column column = engines::DescriptionOf(known);
         if (!columns.IsNull(kDefault)) {
             column.defaultValue = DefaultValue(database_, std::string(columns.Text(kDefault)), column.type);
         }

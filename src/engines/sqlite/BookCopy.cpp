@@ -4,9 +4,9 @@
 
 #include "engines/sqlite/BookFile.h"
 #include "engines/sqlite/Collation.h"
-#include "engines/sqlite/DraftFile.h"
 #include "engines/sqlite/Failure.h"
 #include "engines/sqlite/Functions.h"
+#include "engines/sqlite/NewBookFile.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
 
@@ -39,7 +39,7 @@ void CheckCopy(const std::string& path) {
 }  // namespace
 
 void CopyBook(const Database& database, const std::string& path) {
-    DraftFile draft(path);
+    NewBookFile draft(path);
     CopyPages(database, draft.Path());
     MarkAsLogged(draft.Path());
     CheckCopy(draft.Path());

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "BookSchema.h"
+#include "engines/common/SchemaParts.h"
 #include "engines/sqlite/Failure.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
@@ -88,24 +89,12 @@ void CheckIsComplete(const Database& database, const std::string& path) {
         RefuseFile(path, Message("it is damaged: the file's end is missing"));
 }
 
-void CheckFormat(std::int32_t format, std::int32_t oldest, const std::string& path) {
-    if (format > schema::kFormat) {
-        RefuseFile(
-            path,
-            Message(
-                "its format is {1}, and this version of the program knows formats up to {2}; open it with a newer version",
-                format, schema::kFormat));
-    }
-    if (format < oldest)
-        RefuseFile(path, Message("its format is {1}, an earlier one than {2}; kpbook upgrade brings it up to date",
-                                 format, schema::kFormat));
-}
-
 /// Reads the header and the schema, so that a file that is no book, or damaged, is refused at once.
 void CheckIsBook(const Database& database, const std::string& path, std::int32_t oldestFormat = schema::kFormat) {
     const std::int64_t application = database.IntegerOf("PRAGMA application_id");
     if (application != kApplicationId) RefuseFile(path, Message("the file is a SQLite database, but not a book"));
-    CheckFormat(FormatOf(database), oldestFormat, path);
+    const std::string complaint = engines::FormatComplaint(FormatOf(database), oldestFormat);
+    if (!complaint.empty()) RefuseFile(path, complaint);
     database.IntegerOf("SELECT COUNT(*) FROM sqlite_schema");
     CheckIsComplete(database, path);
 }

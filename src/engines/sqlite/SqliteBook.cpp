@@ -6,7 +6,7 @@
 #include "engines/common/EngineBook.h"
 #include "engines/sqlite/BookFile.h"
 #include "engines/sqlite/BookTables.h"
-#include "engines/sqlite/DraftFile.h"
+#include "engines/sqlite/NewBookFile.h"
 #include "engines/sqlite/SqliteDriver.h"
 #include "engines/sqlite/TextOrderVersion.h"
 #include "kpTables/Error.h"
@@ -48,7 +48,7 @@ BookPtr OpenFile(const std::string& path, const std::string& url, const BookOpti
 }
 
 BookPtr CreateFile(const std::string& path, const std::string& url, const NewBookOptions& options) {
-    DraftFile draft(path);
+    NewBookFile draft(path);
     MakeDraft(draft.Path(), url, options);
     MarkAsLogged(draft.Path());
     draft.Publish();

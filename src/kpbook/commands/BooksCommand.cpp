@@ -15,7 +15,7 @@ Variant UnlessZero(std::int32_t number) { return number == 0 ? Variant::Null() :
 
 /// Nothing of a book that cannot be opened, which is said.
 void SetSummary(MemoryRecordset& row, const ListedBook& listed, BookOptions options) {
-    options.readOnly = true;
+    options.forReports = true;
     try {
         const auto summary = bookkeeping::SummaryOf(OpenBook(listed.url, options));
         if (!summary.company.empty()) row.SetValue(1, summary.company);

@@ -43,37 +43,49 @@ std::string PatternOf(const std::string& command, const OptionEntry& option) {
     return Joined(patterns, "|");
 }
 
-std::string BashScript(const std::vector<CommandPage>& pages) {
-    std::string nested;
-    std::string valued;
-    std::string choices;
-    std::string options;
-    std::string words;
+/// The script's cases.
+struct BashCases {
+    std::string nested;   ///< commands of commands
+    std::string valued;   ///< the pattern of all options that take a value
+    std::string choices;  ///< for options with a list of values
+    std::string options;  ///< for commands
+    std::string words;    ///< for places behind a command
+};
+
+BashCases BashCasesOf(const std::vector<CommandPage>& pages) {
+    BashCases cases;
     for (const auto& page : pages) {
         for (const auto& child : page.children) {
             const std::string name = (page.name.empty() ? "" : page.name + " ") + child;
-            nested += "        " + InQuotes(page.name + ":" + child) + ") command=" + InQuotes(name) + " ;;\n";
+            cases.nested += "        " + InQuotes(page.name + ":" + child) + ") command=" + InQuotes(name) + " ;;\n";
         }
         if (!page.children.empty()) {
-            words += "        " + InQuotes(page.name + ":0") + ") words=" + InQuotes(Joined(page.children)) + " ;;\n";
+            cases.words +=
+                "        " + InQuotes(page.name + ":0") + ") words=" + InQuotes(Joined(page.children)) + " ;;\n";
         }
         for (const auto& option : page.options) {
             if (option.value.empty()) continue;
-            if (!valued.empty()) valued += "|";
-            valued += PatternOf(page.name, option);
+            if (!cases.valued.empty()) cases.valued += "|";
+            cases.valued += PatternOf(page.name, option);
             if (!option.choices.empty()) {
-                choices +=
+                cases.choices +=
                     "        " + PatternOf(page.name, option) + ") words=" + InQuotes(Joined(option.choices)) + " ;;\n";
             }
         }
         if (page.name.empty()) continue;
-        options += "        " + InQuotes(page.name) + ") options=" + InQuotes(Joined(NamesOf(page.options))) + " ;;\n";
+        cases.options +=
+            "        " + InQuotes(page.name) + ") options=" + InQuotes(Joined(NamesOf(page.options))) + " ;;\n";
         for (std::size_t i = 0; i < page.words.size(); ++i) {
             if (page.words[i].choices.empty()) continue;
-            words += "        " + InQuotes(page.name + ":" + std::to_string(i)) +
-                     ") words=" + InQuotes(Joined(page.words[i].choices)) + " ;;\n";
+            cases.words += "        " + InQuotes(page.name + ":" + std::to_string(i)) +
+                           ") words=" + InQuotes(Joined(page.words[i].choices)) + " ;;\n";
         }
     }
+    return cases;
+}
+
+std::string BashScript(const std::vector<CommandPage>& pages) {
+    const BashCases cases = BashCasesOf(pages);
     const std::string shared = InQuotes(Joined(NamesOf(pages.front().options)));
     return R"(# Completion of kpbook for bash, made by kpbook completion bash.
 _kpbook() {
@@ -82,23 +94,23 @@ _kpbook() {
     for ((i = 1; i < COMP_CWORD; i++)); do
         case "$command:${COMP_WORDS[i]}" in
         )" +
-           valued + R"() ((i++)) ;;
+           cases.valued + R"() ((i++)) ;;
         *:-*) ;;
-)" + nested +
+)" + cases.nested +
            R"(        *) ((position++)) ;;
         esac
     done
     COMPREPLY=()
     case "$command:$prev" in
-)" + choices +
-           "        " + valued + R"() return ;;
+)" + cases.choices +
+           "        " + cases.valued + R"() return ;;
     *)
         case "$command" in
-)" + options +
+)" + cases.options +
            R"(        *) ;;
         esac
         case "$command:$position" in
-)" + words +
+)" + cases.words +
            R"(        *) ;;
         esac
         [[ $cur == -* ]] && words="$options ")" +

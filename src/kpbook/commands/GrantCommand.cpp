@@ -1,6 +1,8 @@
+#include "kpTables/Error.h"
 #include "kpTables/bookkeeping/OperatorUser.h"
 #include "kpTables/bookkeeping/Operators.h"
 #include "kpTables/text/Message.h"
+#include "kpbook/Exit.h"
 #include "kpbook/Host.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/Workspace.h"
@@ -14,6 +16,16 @@ Workspace Opened(const GrantOptions& options, const GlobalOptions& global) {
     return Workspace(options.book, std::make_shared<ConsoleHost>(global.today, global.answer), global);
 }
 
+std::int32_t IdOf(const Workspace& workspace, const std::string& name) {
+    try {
+        return bookkeeping::OperatorId(workspace.connection, name);
+    } catch (const DatabaseError&) {
+        throw;
+    } catch (const Error& error) {
+        throw CommandError(Message("{1}; kpbook operators BOOK lists them, and adds one", error.Description()));
+    }
+}
+
 /// Asks for a password when the server does not know the user yet.
 void GrantWithPassword(Workspace& workspace, BookUser& user, const std::string& line) {
     const auto grant = [&] {
@@ -23,7 +35,7 @@ void GrantWithPassword(Workspace& workspace, BookUser& user, const std::string& 
         });
     };
     if (workspace.book->HasUser(user.name)) return grant();
-    user.password = AskPassword();
+    user.password = AskPassword(Message("no password was given; a new user of the server needs one"));
     grant();
 }
 
@@ -31,7 +43,7 @@ void GrantWithPassword(Workspace& workspace, BookUser& user, const std::string& 
 
 int Grant(const GrantOptions& options, const GlobalOptions& global) {
     Workspace workspace = Opened(options, global);
-    const auto id = bookkeeping::OperatorId(workspace.connection, options.name);
+    const auto id = IdOf(workspace, options.name);
     BookUser user = bookkeeping::UserOf(workspace.book, id);
     const std::string name = user.name;
     if (!options.user.empty()) user.name = options.user;

@@ -173,7 +173,7 @@ int ChangeOperator(Workspace& workspace, const OperatorsOptions& options, const 
     if (!isOwnPassword) workspace.Require(bookkeeping::rights::kSettings);
     std::string password;
     if (options.action == "set-password") {
-        password = AskPassword();
+        password = AskPassword(Message("no password was given; operators BOOK clear-password NAME empties one"));
         global.incidents->Hide(Quoted(password));
     }
     std::string done;

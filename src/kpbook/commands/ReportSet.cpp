@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include "kpTables/BookFiles.h"
-#include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/ReportMonths.h"
 #include "kpTables/bookkeeping/ReportValuation.h"
 #include "kpTables/text/Message.h"
@@ -94,15 +93,10 @@ private:
         filters.direction = page.direction;
         filters.measure = page.measure;
         const std::string report = page.report;
-        if (report == "daily" || report == "balance") filters.month = month;
+        if (report == "daily" || report == "balance" || report == "bills") filters.month = month;
         if (report == "products" || report == "partners") filters.fromMonth = filters.toMonth = month;
         // The summaries of partners and projects know no warehouse.
         if (report != "partners" && report != "projects") filters.warehouse = options_.filters.warehouse;
-        if (report == "bills") {
-            const auto year = bookkeeping::BookYear(*workspace_.connection);
-            filters.from = Date::FromYearMonthDay(year, month, 1);
-            filters.to = Date::FromYearMonthDay(year, month + 1, 0);
-        }
         return filters;
     }
 

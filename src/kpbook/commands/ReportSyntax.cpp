@@ -185,7 +185,7 @@ CLI::App* AddReport(CLI::App& app, ReportWords& words) {
         "Examples:\n  kpbook report balance shop.kpbook --month 3 --warehouse 中心仓库\n"
         "  kpbook report all shop.kpbook --month 3 -o pages\n"
         "  kpbook report daily shop.kpbook --month 3 --cost --chart\n"
-        "  kpbook report bills shop.kpbook --direction out --from 2004-03-01 --to 2004-03-31 --min-amount 1000\n"
+        "  kpbook report bills shop.kpbook --direction out --month 3 --min-amount 1000\n"
         "  kpbook report day shop.kpbook --direction in --date 2004-03-15 --before -O csv");
     command->add_option("NAME", words.name, "The report")->check(kUtf8)->type_name("");
     command->add_option("BOOK", words.options.book, "The book's file")->type_name("");

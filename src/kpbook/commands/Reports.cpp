@@ -6,6 +6,7 @@
 
 #include "kpTables/MemoryRecordset.h"
 #include "kpTables/Quoted.h"
+#include "kpTables/bookkeeping/BookYear.h"
 #include "kpTables/bookkeeping/ReportBalance.h"
 #include "kpTables/bookkeeping/ReportDays.h"
 #include "kpTables/text/Message.h"
@@ -22,7 +23,15 @@ Variant OrEmpty(const std::optional<T>& value) {
 
 RecordsetPtr Bills(CTables& tables, ReportFilters& f) {
     const Variant ignored;
-    return tables.rs单据列表(Variant(f.direction), Variant(Quoted(f.type)), OrEmpty(f.from), OrEmpty(f.to),
+    auto from = f.from;
+    auto to = f.to;
+    // A book without a year has no bills either.
+    const auto year = f.month > 0 ? bookkeeping::BookYear(*tables.Cnn()) : 0;
+    if (year > 0) {
+        from = Date::FromYearMonthDay(year, f.month, 1);
+        to = Date::FromYearMonthDay(year, f.month + 1, 0);
+    }
+    return tables.rs单据列表(Variant(f.direction), Variant(Quoted(f.type)), OrEmpty(from), OrEmpty(to),
                              Variant(Quoted(f.fromNumber)), Variant(Quoted(f.toNumber)), OrEmpty(f.warehouse),
                              OrEmpty(f.partner), f.project.value_or(0), Variant(Quoted(f.handler)),
                              Variant(Quoted(f.counterpart)), Variant(Quoted(f.packing)), ignored, ignored, ignored,
@@ -106,6 +115,8 @@ bool IsGiven(const std::vector<std::string>& given, std::string_view option) {
 
 std::string ValueFault(const ReportKind& kind, const std::vector<std::string>& given, const ReportFilters& filters) {
     const bool isCost = filters.direction == "成本";
+    if (kind.name == "bills" && IsGiven(given, "--month") && (filters.from || filters.to))
+        return Message("takes --month, or --from and --to");
     if (kind.name != "products") return isCost ? Message("knows the directions in and out") : "";
     if (isCost && (IsGiven(given, "--partner") || IsGiven(given, "--type"))) {
         return Message("takes no --partner and no --type for cost bills");
@@ -125,6 +136,7 @@ ReportKind BillsKind() {
             {kDirection,
              {"--from DATE"},
              {"--to DATE"},
+             {"--month M"},
              {"--from-number N"},
              {"--to-number N"},
              {"--warehouse D"},

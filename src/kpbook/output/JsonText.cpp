@@ -14,31 +14,6 @@ namespace kpTables::kpbook::output {
 
 namespace {
 
-void AppendEscaped(std::string& out, char character) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    switch (character) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            out += "\\u00";
-            out += kDigits[static_cast<unsigned char>(character) >> 4];
-            out += kDigits[character & 15];
-    }
-}
-
 /// {"form":"text"}
 void AppendTextForm(std::string& out, std::string_view form, std::string_view text) {
     out += "{\"";
@@ -160,7 +135,11 @@ void AppendJsonString(std::string& out, std::string_view text) {
     for (std::size_t at = 0; at < text.size(); ++at) {
         if (!isSpecial(text[at])) continue;
         out += text.substr(written, at - written);
-        AppendEscaped(out, text[at]);
+        if (static_cast<unsigned char>(text[at]) < 0x20) {
+            AppendControl(out, static_cast<unsigned char>(text[at]), "\\u00");
+        } else {
+            out.append(1, '\\').append(1, text[at]);
+        }
         written = at + 1;
     }
     out += text.substr(written);

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "kpbook/output/DraftFile.h"
+#include "kpbook/output/ReplacementFile.h"
 
 namespace kpTables::kpbook::output {
 
@@ -34,7 +34,7 @@ private:
     [[noreturn]] void Fail() const;
 
     std::string path_;
-    std::optional<DraftFile> draft_;
+    std::optional<ReplacementFile> draft_;
     std::FILE* file_;
 };
 

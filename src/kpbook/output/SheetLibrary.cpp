@@ -1,11 +1,10 @@
 #include "kpbook/output/SheetLibrary.h"
 
-#include <dlfcn.h>
-
 #include <string>
 
 #include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
+#include "platform/SharedLibrary.h"
 
 namespace kpTables::kpbook::output {
 
@@ -14,35 +13,23 @@ namespace {
 /// The version that the declarations belong to.
 constexpr const char* kFileName = "libxlsxwriter.so." LXW_SOVERSION;
 
-[[noreturn]] void Fail() {
-    const char* reason = dlerror();
-    throw CommandError(std::string(Message("xlsx cannot be written: ")) + (reason ? reason : kFileName));
-}
-
-template <class Function>
-void Find(void* library, const char* name, Function& function) {
-    void* const found = dlsym(library, name);
-    if (!found) Fail();
-    function = reinterpret_cast<Function>(found);
-}
-
 SheetLibrary Load() {
-    void* const library = dlopen(kFileName, RTLD_NOW | RTLD_LOCAL);
-    if (!library) Fail();
+    platform::SharedLibrary file(kFileName);
     SheetLibrary functions{};
-    Find(library, "workbook_new_opt", functions.newWorkbook);
-    Find(library, "workbook_add_format", functions.addFormat);
-    Find(library, "workbook_add_worksheet", functions.addSheet);
-    Find(library, "workbook_close", functions.closeWorkbook);
-    Find(library, "lxw_workbook_free", functions.freeWorkbook);
-    Find(library, "format_set_bold", functions.setBold);
-    Find(library, "format_set_num_format", functions.setNumberFormat);
-    Find(library, "worksheet_write_string", functions.writeString);
-    Find(library, "worksheet_write_number", functions.writeNumber);
-    Find(library, "worksheet_write_boolean", functions.writeBoolean);
-    Find(library, "worksheet_set_column", functions.setColumn);
-    Find(library, "worksheet_freeze_panes", functions.freezePanes);
-    Find(library, "lxw_strerror", functions.errorText);
+    file.Find(functions.newWorkbook, "workbook_new_opt");
+    file.Find(functions.addFormat, "workbook_add_format");
+    file.Find(functions.addSheet, "workbook_add_worksheet");
+    file.Find(functions.closeWorkbook, "workbook_close");
+    file.Find(functions.freeWorkbook, "lxw_workbook_free");
+    file.Find(functions.setBold, "format_set_bold");
+    file.Find(functions.setNumberFormat, "format_set_num_format");
+    file.Find(functions.writeString, "worksheet_write_string");
+    file.Find(functions.writeNumber, "worksheet_write_number");
+    file.Find(functions.writeBoolean, "worksheet_write_boolean");
+    file.Find(functions.setColumn, "worksheet_set_column");
+    file.Find(functions.freezePanes, "worksheet_freeze_panes");
+    file.Find(functions.errorText, "lxw_strerror");
+    if (!file.Fault().empty()) throw CommandError(Message("xlsx cannot be written: ") + file.Fault());
     return functions;
 }
 

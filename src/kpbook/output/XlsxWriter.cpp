@@ -14,8 +14,8 @@
 #include "kpbook/Utf8.h"
 #include "kpbook/output/CellText.h"
 #include "kpbook/output/ColumnTotal.h"
-#include "kpbook/output/DraftFile.h"
 #include "kpbook/output/Output.h"
+#include "kpbook/output/ReplacementFile.h"
 #include "kpbook/output/RowWriters.h"
 #include "kpbook/output/SheetLibrary.h"
 #include "platform/Process.h"
@@ -246,7 +246,7 @@ std::int64_t WriteXlsx(const std::vector<Section>& sections, const std::string& 
     Sheets();
     RequireMemory();
     if (platform::IsReplaceable(path)) {
-        DraftFile draft(path);
+        ReplacementFile draft(path);
         const auto rows = WriteWorkbook(sections, draft.Path(), path);
         draft.Keep();
         return rows;

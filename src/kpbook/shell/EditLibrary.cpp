@@ -1,8 +1,8 @@
 #include "kpbook/shell/EditLibrary.h"
 
-#include <dlfcn.h>
-
 #include <optional>
+
+#include "platform/SharedLibrary.h"
 
 namespace kpTables::kpbook::shell {
 
@@ -10,26 +10,21 @@ namespace {
 
 constexpr const char* kFileName = "libedit.so.2";
 
-template <class Function>
-bool FindFunction(void* library, const char* name, Function& function) {
-    function = reinterpret_cast<Function>(dlsym(library, name));
-    return function != nullptr;
-}
-
 std::optional<EditLibrary> LoadFunctions() {
-    void* const library = dlopen(kFileName, RTLD_NOW | RTLD_LOCAL);
-    if (!library) return std::nullopt;
+    platform::SharedLibrary file(kFileName);
     EditLibrary functions{};
-    const bool complete =
-        FindFunction(library, "el_init", functions.begin) && FindFunction(library, "el_end", functions.end) &&
-        FindFunction(library, "el_wset", functions.set) && FindFunction(library, "el_wgets", functions.readLine) &&
-        FindFunction(library, "el_wline", functions.line) && FindFunction(library, "el_winsertstr", functions.insert) &&
-        FindFunction(library, "el_deletestr", functions.erase) &&
-        FindFunction(library, "el_resize", functions.resize) &&
-        FindFunction(library, "history_winit", functions.beginHistory) &&
-        FindFunction(library, "history_wend", functions.endHistory) &&
-        FindFunction(library, "history_w", functions.history);
-    return complete ? std::optional(functions) : std::nullopt;
+    file.Find(functions.begin, "el_init");
+    file.Find(functions.end, "el_end");
+    file.Find(functions.set, "el_wset");
+    file.Find(functions.readLine, "el_wgets");
+    file.Find(functions.line, "el_wline");
+    file.Find(functions.insert, "el_winsertstr");
+    file.Find(functions.erase, "el_deletestr");
+    file.Find(functions.resize, "el_resize");
+    file.Find(functions.beginHistory, "history_winit");
+    file.Find(functions.endHistory, "history_wend");
+    file.Find(functions.history, "history_w");
+    return file.Fault().empty() ? std::optional(functions) : std::nullopt;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <new>
 
 #include "platform/Input.h"
 #include "platform/windows/Console.h"

@@ -53,7 +53,7 @@ TermPtr Summable(Context& context, TermPtr argument) {
     return AsValue(context, std::move(argument));
 }
 
-// In the server's dialect the average of whole numbers is one, too.
+// In the server's dialect the average of whole numbers is a whole number, too.
 // The sum of Currency is exact; that of whole numbers is a Double, as it may exceed 32 bits.
 TermPtr BindSum(const sql::Call& call, TermPtr argument, const Place& place) {
     argument = Summable(place.context, std::move(argument));

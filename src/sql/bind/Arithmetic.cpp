@@ -112,7 +112,7 @@ TermPtr ByFunction(Context& context, std::string_view name, TermPtr left, TermPt
     return Call(name, {std::move(left), std::move(right)}, type);
 }
 
-// In the server's dialect the quotient of whole numbers is one, and & means their bits.
+// In the server's dialect the quotient of whole numbers is a whole number, and & is the bitwise And.
 bool TakesWhole(const Context& context, const Term& left, const Term& right) {
     return !context.IsJet() && IsWhole(left.type) && IsWhole(right.type);
 }

@@ -35,7 +35,7 @@ TermPtr StyledAmount(Context& context, TermPtr amount, TermPtr style) {
 TermPtr TextToCast(Context& context, TermPtr operand, TermPtr style) {
     const bool date = operand->type == Type::Date;
     if (style && operand->type == Type::Currency) return StyledAmount(context, std::move(operand), std::move(style));
-    // The server has no use for a style of a text either.
+    // The server ignores the style of a text, too.
     if (style && !date && operand->type != Type::Text) RefuseStyle(*style);
     if (!date || (!style && context.IsJet())) return AsText(context, std::move(operand));
     if (!style) style = NumberConstant("0", Type::Long);

@@ -15,7 +15,7 @@ TermPtr BindCast(Context& context, TermPtr operand, const TypeName& type, TermPt
 /// CDATE(operand): a literal stays one, so that a comparison can bind it as it needs it.
 TermPtr BindDate(Context& context, TermPtr operand);
 
-/// TRY_CAST and TRY_CONVERT: Null where the value is none of the type.
+/// TRY_CAST and TRY_CONVERT: Null where the value cannot be converted.
 TermPtr BindTriedCast(Context& context, TermPtr operand, const TypeName& type, const Expression* style);
 
 }  // namespace kpTables::sql::bind

@@ -37,7 +37,7 @@ public:
 
     /// A parameter bound to the literal's value.
     std::shared_ptr<ParameterTerm> Parameter(const Literal& literal, Binding binding, Type type);
-    /// Yes and On, No and Off are flags in Jet's dialect, where no column has the name.
+    /// In Jet's dialect Yes, On, No and Off are flags, unless a column has that name.
     std::optional<bool> FlagOfWord(const Column& word) const;
     void Fix(const Literal& literal) { FixLiteral(fixedLiterals_, literal.ordinal); }
     /// The value of a whole-number literal that shapes the text (it is fixed), or SqlError Syntax.
@@ -47,7 +47,7 @@ public:
     void KeepAsWritten() noexcept { staysAsWritten_ = true; }
     bool StaysAsWritten() const noexcept { return staysAsWritten_; }
 
-    /// A comparison with ANY or ALL while it is bound, which doubles what it contains: few may contain each other.
+    /// Lives while a comparison with ANY or ALL is bound. Each one binds its query twice, so only a few may be nested.
     class Doubling {
     public:
         Doubling(Context& context, std::size_t offset);

@@ -95,7 +95,8 @@ void RaiseMismatch(const Term& term, const std::string& detail) {
 
 namespace {
 
-// A literal of no text of its own, as of one that a domain function takes: it is printed as it is.
+// A literal inside a domain function's text is none of the statement's own literals, which become parameters: it is
+// printed as a constant.
 TermPtr WrittenConstant(const LiteralTerm& pending, Type type) {
     const Literal& literal = *pending.literal;
     const bool number = literal.literal == LiteralKind::Integer || literal.literal == LiteralKind::Decimal;

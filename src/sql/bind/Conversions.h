@@ -15,7 +15,7 @@ namespace kpTables::sql::bind {
 TermPtr Bound(Context& context, const LiteralTerm& literal, Binding binding);
 /// A literal bound by its own type; any other term unchanged.
 TermPtr Settled(Context& context, const TermPtr& term);
-/// Settled, a predicate converted to -1 or 0.
+/// As Settled, and a predicate converted to -1 or 0.
 TermPtr AsValue(Context& context, TermPtr term);
 /// A condition, for WHERE or an operand of AND. SqlError TypeMismatch for what is neither Boolean nor a number.
 TermPtr AsCondition(Context& context, TermPtr term);

@@ -98,7 +98,7 @@ TermPtr BindWhere(Context& context, const ExpressionPtr& where, const Scope& sco
     return IsTrue(*condition) ? nullptr : condition;
 }
 
-// The condition of a change, or that a row is among the first n, by their ids, of those that meet it.
+// The condition of a change; with TOP n, that the row is among the first n, by id, of those that meet it.
 template <class Statement>
 TermPtr ChangedRows(Context& context, const Statement& statement, const std::shared_ptr<const Source>& target,
                     const Scope& scope) {

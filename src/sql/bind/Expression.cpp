@@ -95,7 +95,7 @@ TermPtr BindLike(const Like& like, const Place& place) {
     TermPtr pattern = AsText(place.context, BindExpression(*like.pattern, place));
     Terms arguments{std::move(operand), std::move(pattern)};
     if (like.escape) arguments.push_back(AsText(place.context, BindExpression(*like.escape, place)));
-    // The classes [!a] of the dialects differ.
+    // The dialects write "any character but these" in different ways: [!a] and [^a].
     const std::string_view function = place.context.IsJet() ? "like" : "like_server";
     auto test = std::make_shared<CallTerm>(function, std::move(arguments), Type::Boolean);
     test->predicate = true;
@@ -131,7 +131,7 @@ TermPtr BindMembership(const InQuery& in, const Place& place) {
     return std::make_shared<InQueryTerm>(std::move(operand), std::move(query), in.negated);
 }
 
-// A row of the query for which a condition on its value holds; the query is bound anew for each.
+// Whether the query has a row whose value meets a condition; the query is bound anew for each condition.
 TermPtr AnyRow(const Quantified& test, const Place& place, const std::function<TermPtr(TermPtr)>& condition) {
     auto rows = std::make_shared<Query>(BindQuery(place.context, *test.query, &place.scope, QueryUse::Table));
     if (rows->members.front().select.items.size() != 1)
@@ -148,7 +148,7 @@ TermPtr AnyRow(const Quantified& test, const Place& place, const std::function<T
     return std::make_shared<ExistsTerm>(std::move(query));
 }
 
-// Decided by one row where it can be, else unknown when a comparison is.
+// A single row may decide the result; if none does, it is unknown where any of the comparisons is.
 TermPtr BindQuantified(const Quantified& test, const Place& place) {
     Context& context = place.context;
     const Context::Doubling doubling(context, test.offset);

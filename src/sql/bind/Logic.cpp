@@ -41,7 +41,7 @@ TermPtr Complement(TermPtr bits) {
                                         Type::Long);
 }
 
-// On numbers these operators are of bits, as Jet's.
+// On numbers these operators are bitwise, as in Jet.
 TermPtr OfBits(Context& context, BinaryOperator op, TermPtr left, TermPtr right) {
     left = AsNumber(context, std::move(left));
     right = AsNumber(context, std::move(right));

@@ -69,9 +69,10 @@ struct OrderKey {
 
 /// How many of the rows are shown.
 struct RowLimit {
-    std::optional<long long> rows = std::nullopt;  ///< all when there is none
-    long long skip = 0;                            ///< of the first ones
-    /// Of the rows, in millionths of a percent; rounded up to whole rows. Excludes the others.
+    std::optional<long long> rows = std::nullopt;  ///< how many; all rows when there is none
+    long long skip = 0;                            ///< how many of the first rows are left out
+    /// The share of the rows that is shown, in millionths of a percent, rounded up to whole rows; then rows and skip
+    /// are not set.
     std::optional<long long> percent = std::nullopt;
 };
 
@@ -167,7 +168,7 @@ struct Definition {
     bool HoldsRowId() const { return column->type.counter || (isSoleKey && column->type.type == Type::Long); }
 };
 
-/// Of CREATE, DROP and ALTER, checked against the catalog.
+/// A CREATE, DROP or ALTER statement, checked against the catalog.
 struct SchemaChange {
     const Statement* statement;
     const CatalogTable* table = nullptr;  ///< the one to change; null for a new one
@@ -177,7 +178,7 @@ struct SchemaChange {
     TermPtr changed = nullptr;                    ///< the value of a column whose type changes
 };
 
-/// A list that an engine has of what is in the book.
+/// A list of the book's tables or columns, for which each engine has a query of its own.
 enum class BookList { Tables, Columns };
 
 /// A query that the statement names in WITH.

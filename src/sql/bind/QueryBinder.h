@@ -44,7 +44,7 @@ public:
     void BindOrder(const std::vector<OrderItem>& order);
     /// The limit of the core, or the given one of the query around it.
     void BindLimit(std::optional<RowLimit> offset = std::nullopt);
-    /// The groups are ordered by other means.
+    /// The groups need not come in key order: something else orders them.
     void GroupInAnyOrder() { select_.groupsInAnyOrder = true; }
     /// The position, from 1, of the item that an order refers to by number, name or expression.
     std::optional<std::size_t> PositionOf(const Expression& expression);

@@ -33,7 +33,7 @@ private:
     Scope::Meaning found_;
 };
 
-// Of two columns of one name in a query the first is taken.
+// Where a query has two columns of one name, the first is taken.
 std::optional<std::size_t> PositionOf(const Source& source, const std::string& name) {
     for (std::size_t i = 0; i < source.columns.size(); ++i)
         if (SameName(source.columns[i].name, name)) return i;

@@ -201,7 +201,7 @@ void SelectBinder::BindLimit(std::optional<RowLimit> offset) {
         return;
     }
     if (offset) throw SqlError(ErrorKind::Syntax, Message("a query has TOP or OFFSET, not both"), core_.top->offset);
-    // A member of a union: one SELECT has them in its own way.
+    // Here it stands in a member of a union; the WITH TIES of a single SELECT was bound as a rank.
     if (core_.withTies)
         throw SqlError(ErrorKind::Syntax, Message("WITH TIES needs an ORDER BY, and no OFFSET"), core_.top->offset);
     RowLimit limit;

@@ -41,7 +41,7 @@ TermPtr Floor(Context& context, Terms arguments) {
     return FindSpecialFunction("int")->bind(context, std::move(arguments));
 }
 
-// The power of a whole number is one.
+// In the server's dialect a power of a whole number is a whole number.
 TermPtr Power(Context& context, Terms arguments) {
     const bool whole = IsWhole(arguments[0]->type) && !context.IsJet();
     TermPtr base = AsNumber(context, std::move(arguments[0]));
@@ -94,7 +94,7 @@ TermPtr DataLength(Context& context, Terms arguments) {
                                         NumberConstant("2", Type::Long), Type::Long);
 }
 
-// The server leaves blanks at the end out of the count.
+// The server does not count blanks at the end.
 TermPtr Length(Context& context, Terms arguments) {
     TermPtr text = AsText(context, std::move(arguments[0]));
     if (!context.IsJet()) text = Call("rtrim", {std::move(text)}, Type::Text);

@@ -150,7 +150,7 @@ struct RowIdTerm : TermOf<RowIdTerm, TermKind::RowId> {
     explicit RowIdTerm(std::shared_ptr<const Source> s);
 };
 
-/// Divide is of doubles, of which the right one is never 0 unless the left one is Null.
+/// Divide takes doubles; the right one is never 0, unless the left one is Null.
 enum class ArithmeticOperator { Add, Subtract, Multiply, Divide };
 
 struct Arithmetic : TermOf<Arithmetic, TermKind::Arithmetic> {
@@ -187,7 +187,7 @@ struct Comparison : TermOf<Comparison, TermKind::Comparison> {
     Comparison(ComparisonOperator o, TermPtr left, TermPtr right);
 };
 
-/// A year, a month and a day against three others, by the first that differ.
+/// A year, a month and a day compared with three others: the first that differ decide.
 struct RowComparison : TermOf<RowComparison, TermKind::RowComparison> {
     static constexpr std::size_t kParts = 3;
     ComparisonOperator op;
@@ -306,7 +306,7 @@ TermPtr NullConstant(std::size_t offset = 0);
 TermPtr NumberConstant(std::string text, Type type);
 TermPtr TextConstant(std::string_view text, std::size_t offset = 0);
 TermPtr TruthConstant(bool value, std::size_t offset);
-/// The value -1 or 0.
+/// The flag as a value: -1 or 0.
 TermPtr FlagConstant(bool value, std::size_t offset);
 
 TermPtr Call(std::string_view name, Terms arguments, Type type);

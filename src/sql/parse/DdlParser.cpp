@@ -40,7 +40,7 @@ bool AcceptPrimaryKey(TokenCursor& cursor) {
     return true;
 }
 
-/// A book's rows refer to others by their ids, and nothing checks them.
+/// A book has no foreign keys: rows refer to others by id, and nothing enforces that.
 void RefuseOtherConstraints(const TokenCursor& cursor) {
     for (const std::string_view word : {"REFERENCES", "FOREIGN", "CHECK"})
         if (cursor.At(word)) cursor.FailUnsupported(cursor.Peek(), Message("the constraint {1}", word));

@@ -63,7 +63,7 @@ std::unique_ptr<SelectCore> ParseCore(TokenCursor& cursor) {
         cursor.MakeTable({ParseTableName(cursor), at});
     }
     if (cursor.Accept("FROM")) core->from = ParseTables(cursor);
-    // It removes no rows of a single table.
+    // Of a single table DISTINCTROW removes no rows.
     core->distinctRow =
         distinctRow && (core->from.size() > 1 || (!core->from.empty() && core->from.front()->kind == TableKind::Join));
     if (cursor.Accept("WHERE")) core->where = ParseExpression(cursor);
@@ -101,7 +101,7 @@ Query::Member ParseMember(TokenCursor& cursor) {
     return member;
 }
 
-/// The member, or the query in front of which it stands, as a member of a query of its own.
+/// The member wrapped in a query of its own, to which others may be joined.
 Query::Member Nested(Query::Member member, std::size_t at) {
     Query::Member outer;
     outer.operation = member.operation;

@@ -62,7 +62,7 @@ constexpr std::array<Role, 128> Roles() {
     set("#", Role::DateSign);
     set("[`", Role::Bracket);
     set("@", Role::VariableSign);
-    // Those that start no longer operator.
+    // Each is an operator of one character, with which no longer one begins.
     set("(),;*/\\^+&=%", Role::Operator);
     return roles;
 }
@@ -163,7 +163,7 @@ bool Scanner::SkipComment() {
         return true;
     }
     if (!rest.starts_with("--")) return false;
-    // Two signs of a number's would turn the rest of the statement into a comment.
+    // 5--3 would turn the rest of the statement into a comment.
     if (DigitAt(at_ + 2)) Fail(at_, 2, "a comment does not begin with a digit; put a blank between two signs");
     at_ += std::min(rest.find('\n'), rest.size());
     return true;

@@ -42,7 +42,8 @@ private:
     }
     bool StartsWith(std::string_view sign) const { return text_.substr(at_).starts_with(sign); }
 
-    /// Behind a quoted text, a name in brackets or a date, which semicolons do not end; or behind one character.
+    /// The place behind a quoted text, a name in brackets or a date, in which a semicolon is a character like any
+    /// other; elsewhere the place behind one character.
     std::size_t EndOfPiece() const {
         switch (text_[at_]) {
             case '\'':

@@ -258,7 +258,7 @@ private:
     std::vector<Lexeme> pieces_;
     std::size_t at_ = 0;
     int depth_ = 0;
-    int conditions_ = 0;  ///< IFs around, whose ELSE ends a step
+    int conditions_ = 0;  ///< enclosing IFs, whose ELSE ends a step
     int blocks_ = 0;
     std::vector<std::string> declared_;
 };

@@ -45,8 +45,8 @@ struct ScriptStep {
     std::vector<ScriptStep> otherwise = {};
 };
 
-/// Semicolons end the steps; DECLARE, SET, IF and BEGIN end by themselves. SqlError for what has no end or begins
-/// nowhere; what is wrong inside a statement shows when it is run.
+/// Semicolons end the steps; DECLARE, SET, IF and BEGIN end by themselves. SqlError for an IF or a block without its
+/// end, and for an ELSE or an END without its beginning; what is wrong inside a statement shows when it is run.
 std::vector<ScriptStep> ParseScript(std::string_view text, Dialect dialect);
 
 /// False where a look at the text tells that it is one statement to be run as it stands.

@@ -12,7 +12,7 @@ namespace {
 
 enum class OptionOf { Both, Jet, Server };
 
-/// A setting that is what it says in every book, so that it changes nothing.
+/// A value that an option has in every book, so that setting it changes nothing.
 struct Option {
     std::string_view name;
     std::string_view value;
@@ -59,7 +59,7 @@ StatementPtr ParseSession(TokenCursor& cursor) {
     cursor.Take();
     const bool named = cursor.Accept("TRAN") || cursor.Accept("TRANSACTION");
     if (!named && !cursor.Accept("WORK") && begins) cursor.Fail("TRANSACTION");
-    // A name means nothing where transactions nest, and a ROLLBACK to one is not what it says.
+    // Nested transactions need no names, so BEGIN and COMMIT may have one. ROLLBACK may not: it undoes the innermost.
     if (named && statement->action != SessionStatement::Action::Rollback && cursor.AtName()) cursor.Take();
     return statement;
 }

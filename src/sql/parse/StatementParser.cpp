@@ -91,7 +91,7 @@ ExpressionPtr ParseChangedTop(TokenCursor& cursor) {
     return top;
 }
 
-/// With other tables, which rows come first is nowhere said.
+/// In a join nothing says which rows are the first n.
 void RefuseTopOfJoin(TokenCursor& cursor, const Token& at, const ExpressionPtr& top,
                      const std::vector<TablePtr>& from) {
     if (top && !from.empty()) cursor.FailUnsupported(at, Message("TOP in a change of joined tables"));

@@ -40,7 +40,8 @@ public:
     std::string TakeName(const char* what);
 
     const LiteralValue& ValueOf(const Token& literal) const;
-    /// -1 in a text that is part of another one, as a domain function's: its literals are no literals of that text.
+    /// -1 in a text inside another one, such as a domain function's argument: its literals have no number in the outer
+    /// text.
     int OrdinalOf(const Token& literal) const { return isInner_ ? -1 : literal.ordinal; }
 
     /// Reads a text that the literal at that offset of another text contains; the expressions stand for @@_0, @@_1

@@ -39,7 +39,7 @@ private:
     Piece Comparison(const bind::Comparison& term, std::vector<Piece> parts) const;
     Piece RowComparison(const bind::RowComparison& term, const std::vector<Piece>& parts) const;
     Piece Logic(const bind::Logic& term, std::vector<Piece> parts) const;
-    /// over: the window's text, "" for none.
+    /// over: the text of the window, "" for none.
     Piece Aggregate(const bind::Aggregate& term, std::vector<Piece> parts, const std::string& over = {}) const;
     Piece Window(const bind::WindowTerm& term, std::vector<Piece> parts);
     std::string WindowText(const bind::WindowTerm& term, std::vector<Piece> parts) const;

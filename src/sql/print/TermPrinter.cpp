@@ -139,7 +139,7 @@ Piece Printer::Joined(const std::vector<const bind::Term*>& spine, std::size_t l
         const std::size_t middle = begin + (end - begin) / 2;
         Piece left = balanced(begin, middle);
         Piece right = balanced(middle, end);
-        // What is joined of several texts is no Null.
+        // A text joined from several ones is never Null.
         joint.leftMayBeNull = middle - begin == 1 && mayBeNull[begin];
         joint.rightMayBeNull = end - middle == 1 && mayBeNull[middle];
         return engine_.Concatenated(joint, std::move(left), std::move(right));

@@ -8,6 +8,7 @@
 #include <limits>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 
 #include "kpTables/MemoryRecordset.h"
 #include "kpbook/output/CellText.h"

@@ -1,6 +1,7 @@
 // Damaged statements: whatever is read must print and read again as the same tree; everything else must be an SqlError.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
 #include <string>

@@ -112,7 +112,7 @@ std::uint64_t HashOf(std::string_view text) noexcept {
     return hash;
 }
 
-/// Functions of the server itself, which answer as they are meant.
+/// Functions that the server has itself with the same meaning.
 constexpr std::array<std::string_view, 8> kWindowFunctions = {"row_number", "rank", "dense_rank",  "ntile",
                                                               "lag",        "lead", "first_value", "last_value"};
 

@@ -8,10 +8,10 @@
 namespace kpTables::kpbook::output {
 
 /// Until Keep is called the target stays as it was, and nothing is left of a draft that is abandoned.
-class DraftFile {
+class ReplacementFile {
 public:
     /// Follows symbolic links. A CommandError says why the target cannot be written.
-    explicit DraftFile(const std::string& target);
+    explicit ReplacementFile(const std::string& target);
 
     /// A path that opens the draft, for libraries that write files by name.
     std::string Path() const { return file_.Path(); }

@@ -1,4 +1,4 @@
-#include "engines/sqlite/DraftFile.h"
+#include "engines/sqlite/NewBookFile.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -64,7 +64,7 @@ bool IsDraftName(std::string_view name, std::string_view prefix) {
 
 }  // namespace
 
-DraftFile::DraftFile(const std::string& place) : place_(place) {
+NewBookFile::NewBookFile(const std::string& place) : place_(place) {
     if (place.empty() || place.find('\0') != place.npos)
         RefuseDraft(place, Message("the path is empty or holds a NUL character"));
     std::error_code error;
@@ -85,7 +85,7 @@ DraftFile::DraftFile(const std::string& place) : place_(place) {
 }
 
 /// False when the name is taken.
-bool DraftFile::Take() {
+bool NewBookFile::Take() {
     std::random_device random;
     char digits[kDigits + 1];
     std::snprintf(digits, sizeof digits, "%08x", static_cast<unsigned>(random()));
@@ -95,7 +95,7 @@ bool DraftFile::Take() {
     return code == 0;
 }
 
-void DraftFile::Publish() {
+void NewBookFile::Publish() {
     if (const int code = file_.Place(place_)) RefuseForCode(place_, code);
 }
 

@@ -1,15 +1,15 @@
-#include "kpbook/output/DraftFile.h"
+#include "kpbook/output/ReplacementFile.h"
 
 #include "kpTables/text/Message.h"
 #include "kpbook/Exit.h"
 
 namespace kpTables::kpbook::output {
 
-DraftFile::DraftFile(const std::string& target) { Check(file_.Begin(target)); }
+ReplacementFile::ReplacementFile(const std::string& target) { Check(file_.Begin(target)); }
 
-void DraftFile::Keep() { Check(file_.Keep()); }
+void ReplacementFile::Keep() { Check(file_.Keep()); }
 
-void DraftFile::Check(int code) const {
+void ReplacementFile::Check(int code) const {
     if (code != 0) throw CommandError(Message("{1}: cannot be written: {2}", file_.Target(), SystemMessage(code)));
 }
 

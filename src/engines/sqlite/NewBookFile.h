@@ -10,10 +10,10 @@ namespace kpTables::engines::sqlite {
 /// An empty hidden file .NAME.new-XXXXXXXX in the folder of its place, which only its owner may read and write. Without
 /// Publish it is removed again; what a killed program has left of the same place is removed by the next draft for it. A
 /// failure is a DatabaseError "The book '...' cannot be made".
-class DraftFile {
+class NewBookFile {
 public:
     /// Refuses a place that is taken, and one beside which a log of an earlier book would be read into the new one.
-    explicit DraftFile(const std::string& place);
+    explicit NewBookFile(const std::string& place);
 
     const std::string& Path() const noexcept { return path_; }
     /// Brings the file to the disk and gives it its name, unless another file has taken that meanwhile.
