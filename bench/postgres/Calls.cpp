@@ -39,9 +39,18 @@ std::string StockSum(const std::string& family) {
            "$3::integer)";
 }
 
+/// What Get本期库存 asks, text by text.
+std::string MovementText(const std::string& family) {
+    return "SELECT SUM(r.数量), SUM(r.除税金额), SUM(r.税额), SUM(r.金额) FROM " + family + "记录 AS r JOIN " + family +
+           "目录 AS l ON r.\"BillID\" = l.\"BillID\" WHERE l.月份 = $3::integer AND l.\"dpID\" = $1::integer AND r.\"pdID\" "
+           "= $2::integer";
+}
+
 struct CallCase {
     std::string name;
-    std::string statement;
+    std::string rival;
+    Goal goal;
+    std::vector<std::string> statements;  ///< of several, the last one's figure is subtracted from the others'
     std::function<std::vector<std::string>(int call)> parameters;
     std::function<Variant(CTables& tables, int call)> ask;
     bool isNumber;
@@ -51,27 +60,52 @@ std::vector<CallCase> Cases(const BookSize& size) {
     const auto depot = [](int call) { return call % 4 + 1; };
     const auto product = [size](int call) { return static_cast<std::int32_t>(std::stoi(Product(call, size))); };
     const auto option = [](int call) { return NameOfOption(call % kOptions + 1); };
+    const std::string prepared = "a prepared statement";
+    const auto ofStock = [depot, product](int call) {
+        return std::vector{std::to_string(depot(call)), std::to_string(product(call)), std::string("11")};
+    };
+    const auto stock = [depot, product](CTables& tables, int call) {
+        return Variant(tables.Get本期库存(depot(call), product(call), std::int16_t{11}, std::string("数量")));
+    };
     return {
-        {"Get仓库名称", "SELECT 仓库名称 FROM 仓库设置 WHERE \"dpID\" = $1",
+        {"Get仓库名称",
+         prepared,
+         RatioUpTo(1.5),
+         {"SELECT 仓库名称 FROM 仓库设置 WHERE \"dpID\" = $1"},
          [depot](int call) { return std::vector{std::to_string(depot(call))}; },
-         [depot](CTables& tables, int call) { return Variant(tables.Get仓库名称(depot(call))); }, false},
-        {"Get商品资料", "SELECT 商品名称 FROM 商品设置 WHERE \"pdID\" = $1",
+         [depot](CTables& tables, int call) { return Variant(tables.Get仓库名称(depot(call))); },
+         false},
+        {"Get商品资料",
+         prepared,
+         RatioUpTo(1.5),
+         {"SELECT 商品名称 FROM 商品设置 WHERE \"pdID\" = $1"},
          [product](int call) { return std::vector{std::to_string(product(call))}; },
          [product](CTables& tables, int call) { return tables.Get商品资料(product(call), std::string("商品名称")); },
          false},
-        {"Get_Option", "SELECT \"Discription\" FROM 系统选项 WHERE \"Item\" = $1",
+        {"Get_Option",
+         prepared,
+         RatioUpTo(1.5),
+         {"SELECT \"Discription\" FROM 系统选项 WHERE \"Item\" = $1"},
          [option](int call) { return std::vector{option(call)}; },
-         [option](CTables& tables, int call) { return Variant(tables.Get_Option(option(call))); }, false},
+         [option](CTables& tables, int call) { return Variant(tables.Get_Option(option(call))); },
+         false},
         {"Get本期库存",
-         "SELECT COALESCE((SELECT SUM(上期库存数量) FROM 仓库余额表 WHERE \"pdID\" = $2::integer AND \"dpID\" = $1::integer AND "
-         "月份 = $3::integer), 0) + COALESCE(" +
-             StockSum("入库") + ", 0) - COALESCE(" + StockSum("出库") + ", 0)",
-         [depot, product](int call) {
-             return std::vector{std::to_string(depot(call)), std::to_string(product(call)), std::string("11")};
-         },
-         [depot, product](CTables& tables, int call) {
-             return Variant(tables.Get本期库存(depot(call), product(call), std::int16_t{11}, std::string("数量")));
-         },
+         prepared,
+         RatioUpTo(1.5),
+         {"SELECT COALESCE((SELECT SUM(上期库存数量) FROM 仓库余额表 WHERE \"pdID\" = $2::integer AND \"dpID\" = $1::integer "
+          "AND 月份 = $3::integer), 0) + COALESCE(" +
+          StockSum("入库") + ", 0) - COALESCE(" + StockSum("出库") + ", 0)"},
+         ofStock,
+         stock,
+         true},
+        {"Get本期库存",
+         "the method's three statements, prepared",
+         {},
+         {"SELECT SUM(上期库存数量), SUM(上期库存金额) FROM 仓库余额表 WHERE 月份 = $3::integer AND \"dpID\" = $1::integer AND "
+          "\"pdID\" = $2::integer",
+          MovementText("入库"), MovementText("出库")},
+         ofStock,
+         stock,
          true},
     };
 }
@@ -86,18 +120,31 @@ bool BenchServerCalls(const ServerSetting& setting, const std::string& book) {
     bool same = true;
     int number = 0;
     for (const CallCase& each : Cases(setting.size)) {
-        const std::string name = "c" + std::to_string(++number);
-        server.Prepare(name, each.statement);
-        const auto byHand = [&](int call) {
+        std::vector<std::string> names;
+        for (const std::string& statement : each.statements) {
+            names.push_back("c" + std::to_string(++number));
+            server.Prepare(names.back(), statement);
+        }
+        const auto answer = [&](const std::string& name, int call) {
             const ServerRows rows = server.Ask(name, each.parameters(call));
             return rows.Count() == 0 || rows.IsNull(0, 0) ? std::string() : rows.Text(0, 0);
+        };
+        const auto byHand = [&](int call) {
+            if (names.size() == 1) return answer(names.front(), call);
+            double sum = 0;
+            for (const std::string& name : names) {
+                const std::string part = answer(name, call);
+                const double figure = part.empty() ? 0 : std::stod(part);
+                sum += &name == &names.back() ? -figure : figure;
+            }
+            return std::to_string(sum);
         };
         for (int call = 0; call < calls / 10; ++call) {
             const std::string hand = byHand(call);
             same = same &&
                    Plain(each.ask(tables, call)) == Plain(each.isNumber ? Variant(std::stod(hand)) : Variant(hand));
         }
-        Row processor{each.name, "a prepared statement", "CPU us a call", 1, {}, {}, RatioUpTo(1.5)};
+        Row processor{each.name, each.rival, "CPU us a call", 1, {}, {}, each.goal};
         Row seconds = processor;
         seconds.unit = "us a call";
         seconds.goal = {};

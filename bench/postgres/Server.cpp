@@ -77,16 +77,20 @@ double NanosecondsOf(int process) {
 double ServerSeconds() {
     const int postmaster = Postmaster();
     int parent = 0;
-    const double ended = TicksOf(postmaster, parent);
-    double nanoseconds = NanosecondsOf(postmaster);
-    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-        const std::string name = entry.path().filename().string();
-        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
-        const int process = std::stoi(name);
-        TicksOf(process, parent);
-        if (parent == postmaster) nanoseconds += NanosecondsOf(process);
+    double ended = TicksOf(postmaster, parent);
+    for (;;) {
+        double nanoseconds = NanosecondsOf(postmaster);
+        for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+            const std::string name = entry.path().filename().string();
+            if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+            const int process = std::stoi(name);
+            TicksOf(process, parent);
+            if (parent == postmaster) nanoseconds += NanosecondsOf(process);
+        }
+        // One that ends meanwhile, as that of a connection closed just now, would be found nowhere.
+        const double before = std::exchange(ended, TicksOf(postmaster, parent));
+        if (before == ended) return ended / static_cast<double>(sysconf(_SC_CLK_TCK)) + nanoseconds * 1e-9;
     }
-    return ended / static_cast<double>(sysconf(_SC_CLK_TCK)) + nanoseconds * 1e-9;
 }
 
 }  // namespace

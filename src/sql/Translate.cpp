@@ -35,4 +35,20 @@ Translation TranslatePivotQuery(const TransformStatement& statement, const Catal
     return Finished(bind::BindPivotQuery(statement, catalog), engine, rules);
 }
 
+std::optional<CellsTranslation> TranslateCells(const TransformStatement& statement, const Catalog& catalog,
+                                               const print::Engine& engine, std::span<const rewrite::Rule> rules) {
+    if (!engine.ReadsCells()) return std::nullopt;
+    CellLayout layout;
+    // What is left of the keys without those that depend on others orders the rows; the client can compare numbers.
+    const auto probe = bind::BindCells(statement, catalog, layout);
+    if (!probe || probe->staysAsWritten) return std::nullopt;
+    auto keys = *probe;
+    rewrite::FlattenGroups(keys);
+    rewrite::DropDependentKeysForNow(keys);
+    for (const bind::TermPtr& key : keys.query->members.front().select.groupBy)
+        if (!bind::IsWhole(key->type)) return std::nullopt;
+    auto cells = bind::BindCells(statement, catalog, layout);
+    return CellsTranslation{Finished(std::move(*cells), engine, rules), std::move(layout)};
+}
+
 }  // namespace kpTables::sql

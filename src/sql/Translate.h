@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -27,5 +28,12 @@ std::unique_ptr<CreateTableStatement> NewTableOf(const SelectIntoStatement& stat
 /// For a TRANSFORM without an IN list: the query that lists its pivot values in ascending order, Null included.
 Translation TranslatePivotQuery(const TransformStatement& statement, const Catalog& catalog,
                                 const print::Engine& engine, std::span<const rewrite::Rule> rules = rewrite::Rules());
+
+/// Likewise, for an engine that reads cells: the query of all cells, so that the lines are read once. Nothing where the
+/// columns cannot be put together from the cells: only sums and counts are added up, of groups with whole numbers as
+/// keys.
+std::optional<CellsTranslation> TranslateCells(const TransformStatement& statement, const Catalog& catalog,
+                                               const print::Engine& engine,
+                                               std::span<const rewrite::Rule> rules = rewrite::Rules());
 
 }  // namespace kpTables::sql

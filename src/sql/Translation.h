@@ -73,4 +73,22 @@ struct Translation {
     std::optional<ColumnChange> columnChange = std::nullopt;
 };
 
+/// How the rows of a query of cells, one for each group and pivot value, become a TRANSFORM's. Its columns are the
+/// shown ones, the pivot value, the cell, and then keys that tell the groups apart; the rows come group by group, a
+/// group's by its pivot values.
+struct CellLayout {
+    std::vector<bool> isSum;  ///< of a shown column: added up over a group's rows, else the same in all of them
+    std::optional<std::string> total;  ///< the name of a column behind them with the sum of the cells
+    int keys = 0;
+
+    int Pivot() const noexcept { return static_cast<int>(isSum.size()); }
+    int Cell() const noexcept { return Pivot() + 1; }
+    int FirstKey() const noexcept { return Pivot() + 2; }
+};
+
+struct CellsTranslation {
+    Translation translation;
+    CellLayout layout;
+};
+
 }  // namespace kpTables::sql

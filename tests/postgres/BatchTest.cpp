@@ -17,11 +17,39 @@ namespace {
 
 using namespace test;
 
+/// A row of Nulls and rows at the ends of what a column of each type can hold.
+std::vector<std::vector<Variant>> RowsOfEveryType() {
+    const std::string longText(300'000, 'y');
+    return {{true, std::int16_t{-32768}, std::int32_t{-2147483647 - 1}, 0.1, Currency::FromScaled(INT64_MAX),
+             Currency::FromScaled(12'345'600), *Date::ParseIso("2004-03-07 13:05:09"), "it's 张三  ", longText},
+            {false, std::int16_t{32767}, std::int32_t{2147483647}, -1e300, Currency::FromScaled(INT64_MIN),
+             Currency::FromScaled(-100), *Date::ParseIso("1899-12-29 06:00:00"), "", ""},
+            {Variant::Null(), Variant::Null(), Variant::Null(), Variant::Null(), Variant::Null(), Variant::Null(),
+             Variant::Null(), Variant::Null(), Variant::Null()},
+            {true, std::int16_t{0}, std::int32_t{0}, 4.9e-324, Currency::FromScaled(1), Currency::FromScaled(0),
+             *Date::ParseIso("9999-12-31"), "{NULL,\"\\", "{}"},
+            {true, std::int16_t{1}, std::int32_t{1}, 0.0, Currency::FromScaled(-1),
+             Currency::FromScaled(99'999'999'900), *Date::ParseIso("0100-01-01"), "\t\n", "1"}};
+}
+
+void ExpectRows(Recordset& read, const std::vector<std::vector<Variant>>& values) {
+    for (const auto& row : values) {
+        ASSERT_FALSE(read.Eof());
+        for (std::size_t i = 0; i < row.size(); ++i)
+            EXPECT_TRUE(read.GetValue(static_cast<int>(i)).Is(row[i])) << "column " << i << ": " << Text(row[i]);
+        read.MoveNext();
+    }
+    EXPECT_TRUE(read.Eof());
+}
+
 /// A book and another program that has it open.
 struct SharedBook {
     SharedBook() {
         book->Execute("CREATE TABLE T (n LONG, x TEXT(20), m MEMO)");
         book->Execute("CREATE TABLE K (k TEXT(10) PRIMARY KEY, n LONG)");
+        book->Execute(
+            "CREATE TABLE V (b YESNO, s SHORT, l LONG, d DOUBLE, c CURRENCY, e DECIMAL(9,2), t DATETIME, x TEXT(20), m "
+            "MEMO)");
         book->Execute("CREATE TABLE C (id COUNTER PRIMARY KEY, k TEXT(10) UNIQUE, n LONG DEFAULT 7)");
     }
 
@@ -92,20 +120,8 @@ TEST_F(Batches, OfEverySizeAroundTheBoundaries) {
 }
 
 TEST_F(Batches, KeepEveryTypeAsItIs) {
-    book->Execute(
-        "CREATE TABLE V (b YESNO, s SHORT, l LONG, d DOUBLE, c CURRENCY, e DECIMAL(9,2), t DATETIME, x TEXT(20), m MEMO)");
-    const std::string longText(300'000, 'y');
-    const std::vector<std::vector<Variant>> values = {
-        {true, std::int16_t{-32768}, std::int32_t{-2147483647 - 1}, 0.1, Currency::FromScaled(INT64_MAX),
-         Currency::FromScaled(12'345'600), *Date::ParseIso("2004-03-07 13:05:09"), "it's 张三  ", longText},
-        {false, std::int16_t{32767}, std::int32_t{2147483647}, -1e300, Currency::FromScaled(INT64_MIN),
-         Currency::FromScaled(-100), *Date::ParseIso("1899-12-29 06:00:00"), "", ""},
-        {Variant::Null(), Variant::Null(), Variant::Null(), Variant::Null(), Variant::Null(), Variant::Null(),
-         Variant::Null(), Variant::Null(), Variant::Null()},
-        {true, std::int16_t{0}, std::int32_t{0}, 4.9e-324, Currency::FromScaled(1), Currency::FromScaled(0),
-         *Date::ParseIso("9999-12-31"), "{NULL,\"\\", "{}"},
-        {true, std::int16_t{1}, std::int32_t{1}, 0.0, Currency::FromScaled(-1), Currency::FromScaled(99'999'999'900),
-         *Date::ParseIso("0100-01-01"), "\t\n", "1"}};
+    book->Execute("Delete From V");
+    const auto values = RowsOfEveryType();
     const RecordsetPtr rows = Table("V");
     for (const auto& row : values) {
         rows->AddNew();
@@ -113,15 +129,7 @@ TEST_F(Batches, KeepEveryTypeAsItIs) {
         rows->Update();
     }
     rows->Close();
-    const auto expectSame = [&](Recordset& read) {
-        for (const auto& row : values) {
-            ASSERT_FALSE(read.Eof());
-            for (std::size_t i = 0; i < row.size(); ++i)
-                EXPECT_TRUE(read.GetValue(static_cast<int>(i)).Is(row[i])) << "column " << i << ": " << Text(row[i]);
-            read.MoveNext();
-        }
-    };
-    expectSame(*book->Execute("Select * From V"));
+    ExpectRows(*book->Execute("Select * From V"), values);
     // The same values once more, as changes.
     book->Execute("Update V Set b=0, s=5, l=5, d=5, c=5, e=5, t=#2000-1-1#, x='-', m='-'");
     const RecordsetPtr changed = Table("V");
@@ -130,7 +138,7 @@ TEST_F(Batches, KeepEveryTypeAsItIs) {
         changed->MoveNext();
     }
     changed->Close();
-    expectSame(*book->Execute("Select * From V"));
+    ExpectRows(*book->Execute("Select * From V"), values);
 }
 
 TEST_F(Batches, WriteOfEachRowOnlyWhatWasSet) {
@@ -315,6 +323,17 @@ TEST_F(OtherChanges, AreNotOverwritten) {
     EXPECT_EQ(RowsOf(*book, "Select x,m From T Where n=700"), "Null|again");
 }
 
+TEST_F(OtherChanges, ThatWereNotSavedYetWhenTheRowsWereReadAreNotOverwritten) {
+    other->BeginTrans();
+    other->Execute("Update T Set m='theirs' Where n=0");
+    const RecordsetPtr rows = Table();
+    ASSERT_FALSE(rows->Eof());
+    other->CommitTrans();
+    rows->Fields("x").SetValue("mine");
+    EXPECT_NE(Complaint([&] { rows->Update(); }).find("read it again"), std::string::npos);
+    EXPECT_EQ(RowsOf(*other, "Select x,m From T Where n=0"), "Null|theirs");
+}
+
 TEST_F(OtherChanges, OfOtherRowsDoNotMatter) {
     const RecordsetPtr rows = Table();
     ASSERT_FALSE(rows->Eof());
@@ -422,6 +441,48 @@ TEST_F(GatheredRows, AreToldWhenTheyAreRefusedAndTheOthersEntered) {
     EXPECT_EQ(refusals.back().first, 1502);
     book->CommitTrans();
     EXPECT_EQ(ValueOf(*other, "Select Count(*) From K"), "1401");
+}
+
+TEST_F(GatheredRows, KeepEveryTypeAsItIs) {
+    book->Execute("Delete From V");
+    const auto values = RowsOfEveryType();
+    book->BeginTrans();
+    const auto rows = Appender("V", {"b", "s", "l", "d", "c", "e", "t", "x", "m"});
+    for (const auto& row : values) rows->Append(row);
+    rows->Flush();
+    book->CommitTrans();
+    EXPECT_TRUE(refusals.empty());
+    ExpectRows(*book->Execute("Select * From V"), values);
+}
+
+TEST_F(GatheredRows, AreRefusedOneByOneAtTheEndsOfTheirBatches) {
+    // Ten thousand rows go together.
+    const std::vector<std::int64_t> bad = {0, 1, 5000, 9999, 10'000, 10'001, 19'999, 20'499};
+    for (const std::int64_t row : bad) book->Execute("Insert Into K (k) Values ('" + std::to_string(row) + "')");
+    book->BeginTrans();
+    const auto rows = Appender("K", {"k", "n"});
+    for (std::int32_t i = 0; i < 20'500; ++i)
+        rows->Append({std::to_string(i), i % 2 == 0 ? Variant(i) : Variant::Null()});
+    rows->Flush();
+    book->CommitTrans();
+    std::vector<std::int64_t> refused;
+    for (const auto& [row, number] : refusals) {
+        refused.push_back(row);
+        EXPECT_EQ(number, Code(DatabaseErrorNumber::ConstraintViolated));
+    }
+    EXPECT_EQ(refused, bad);
+    // Of the even numbers below 20,500, three were refused.
+    EXPECT_EQ(RowsOf(*other, "Select Count(*),Count(n),Sum(n) From K"), "20500|10247|105037250");
+}
+
+TEST_F(GatheredRows, OfLongTextsGoInSeveralBatches) {
+    book->BeginTrans();
+    const auto rows = Appender("T", {"n", "m"});
+    for (std::int32_t n = 0; n < 40; ++n) rows->Append({n, std::string(100'000, static_cast<char>('a' + n % 26))});
+    rows->Flush();
+    book->CommitTrans();
+    EXPECT_EQ(Numbers(), "40");
+    EXPECT_EQ(Value("Select Count(*) From T Where Len(m)=100000 And Left(m,1)=Chr(97+n Mod 26)"), "40");
 }
 
 TEST_F(GatheredRows, AreWrittenAtOnceOutsideATransactionAndDroppedWithTheirAppender) {

@@ -1,6 +1,6 @@
 """A proxy before a PostgreSQL server on a socket: it delays what passes and counts the round trips of the client.
 
-A client waits for the server where it has sent a Query or a Sync message, so these are counted.
+A client waits for the server where it has sent a Query, a Sync or a CopyDone message, so these are counted.
 """
 
 import asyncio
@@ -30,7 +30,7 @@ class Messages:
             length = head + struct.unpack_from(">i", self.left, head)[0]
             if len(self.left) < length:
                 return
-            if self.started and self.left[:1] in (b"Q", b"S"):
+            if self.started and self.left[:1] in (b"Q", b"S", b"c"):
                 self.waits += 1
             self.started = True
             self.left = self.left[length:]

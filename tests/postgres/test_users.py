@@ -115,6 +115,9 @@ class UsersTest(ServerCase):
         self.run_kpbook("grant", self.book, "孙七")
         self.run_kpbook("add", url, "employee", "姓名=赵")
         self.assertIn("2 rows", self.run_kpbook("sql", url, "Select * From 操作员").stderr)
+        # Where the server checks each row it takes none by COPY.
+        self.run_kpbook("import", url, "操作员", self.write("operators.csv", "姓名,库存查询\n甲,yes\n乙,no\n丙,yes\n"))
+        self.assertEqual(self.rows("Select Count(*) From 操作员 Where 姓名 In ('甲','乙','丙')"), [[3]])
         self.run_kpbook("operators", self.book, "rights", "孙七", "none")
         self.run_kpbook("grant", self.book, "孙七")
         self.refused(*product())

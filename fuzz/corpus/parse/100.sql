@@ -1,8 +1,1 @@
-CREATE TABLE 出库目录 (
-    BillID COUNTER PRIMARY KEY,
-    年份 SHORT,
-    月份 SHORT,
-    日型 TEXT(255),
-    类型 TEXT(2505),
-    单据编号 AS (pjID)
-)
+Alter Table 商品设置 Add a LONG, b TEXT(5)

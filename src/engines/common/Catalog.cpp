@@ -56,6 +56,7 @@ bool Catalog::Refresh() {
     if (version == version_) return false;
     version_ = version;
     known_.clear();
+    DropKept();
     return true;
 }
 

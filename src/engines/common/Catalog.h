@@ -43,6 +43,8 @@ private:
     virtual std::optional<sql::CatalogTable> ReadTable(std::string_view name) const = 0;
     /// A number that changes with the schema.
     virtual std::int64_t ReadVersion() = 0;
+    /// The schema has changed: what an engine keeps of it beside the tables is outdated too.
+    virtual void DropKept() {}
 
     mutable std::list<sql::CatalogTable> known_;
     static constexpr std::int64_t kUnread = -1;

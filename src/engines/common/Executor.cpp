@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "engines/common/CrossTable.h"
 #include "engines/common/Failure.h"
 #include "engines/common/PivotValues.h"
 #include "engines/common/TableSource.h"
@@ -97,7 +98,9 @@ RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& name
     if (!statement) {
         const sql::StatementPtr tree = sql::parse::Parse(text, named, dialect_);
         if (tree->kind == sql::StatementKind::Transform) {
-            return RunTransform(static_cast<sql::TransformStatement&>(*tree), text, literals);
+            BoundQuery query{nullptr, std::string(text), std::move(literals), SourceKind::Text, dialect_};
+            return RunTransform(static_cast<sql::TransformStatement&>(*tree), std::move(shape), std::move(query),
+                                named);
         }
         if (tree->kind == sql::StatementKind::SelectInto) {
             RunSelectInto(static_cast<sql::SelectIntoStatement&>(*tree), text, literals);
@@ -118,6 +121,7 @@ RecordsetPtr Executor::Run(std::string_view text, const sql::NamedLiterals& name
 }
 
 RecordsetPtr Executor::RunQuery(const BoundQuery& query, const sql::NamedLiterals& named) {
+    if (query.statement->cells) return RunCells(query, named);
     auto rows = Rows(query);
     if (query.statement->prepared->TakeSchemaChange()) {
         RefreshCatalog();
@@ -195,9 +199,38 @@ void Executor::RunSelectInto(sql::SelectIntoStatement& statement, std::string_vi
     });
 }
 
-RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::string_view text,
-                                    const std::vector<sql::LiteralValue>& literals) {
+RecordsetPtr Executor::RunTransform(sql::TransformStatement& statement, std::string shape, BoundQuery query,
+                                    const sql::NamedLiterals& named) {
     RefreshCatalog();
+    auto cells = sql::TranslateCells(statement, catalog_, driver_->Dialect());
+    if (!cells) return RunTransformInSteps(statement, query.text, query.literals);
+    query.statement = PrepareTranslation(std::move(cells->translation));
+    query.statement->cells = std::move(cells->layout);
+    cache_.Add(std::move(shape), query.literals, query.statement);
+    return RunCells(query, named);
+}
+
+RecordsetPtr Executor::RunCells(const BoundQuery& query, const sql::NamedLiterals& named) {
+    std::unique_ptr<recordset::RowStore> cells;
+    try {
+        cells = Rows(query);
+    } catch (const DatabaseError& error) {
+        // The limits are those of the rows, which are fewer.
+        if (error.Number() != static_cast<std::int32_t>(DatabaseErrorNumber::ResultTooLarge)) throw;
+    }
+    if (query.statement->prepared->TakeSchemaChange()) {
+        RefreshCatalog();
+        return Run(query.text, named);
+    }
+    if (auto table = cells ? CrossTableOf(*cells, *query.statement->cells, query.text) : nullptr)
+        return Answer(std::move(table));
+    RefreshCatalog();
+    const sql::StatementPtr tree = sql::parse::Parse(query.text, named, query.dialect);
+    return RunTransformInSteps(static_cast<sql::TransformStatement&>(*tree), query.text, query.literals);
+}
+
+RecordsetPtr Executor::RunTransformInSteps(sql::TransformStatement& statement, std::string_view text,
+                                           const std::vector<sql::LiteralValue>& literals) {
     std::vector<sql::LiteralValue> values;
     if (statement.values.empty()) {
         const CachedStatementPtr pivot =

@@ -48,8 +48,13 @@ private:
     sql::NamedLiterals WithState(sql::NamedLiterals named) const;
     void RunSession(const sql::SessionStatement& statement);
     RecordsetPtr Run(std::string_view text, const sql::NamedLiterals& named);
-    RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string_view text,
-                              const std::vector<sql::LiteralValue>& literals);
+    RecordsetPtr RunTransform(sql::TransformStatement& statement, std::string shape, BoundQuery query,
+                              const sql::NamedLiterals& named);
+    /// Puts a TRANSFORM's rows together from those of a query of its cells.
+    RecordsetPtr RunCells(const BoundQuery& query, const sql::NamedLiterals& named);
+    /// Asks for the pivot values first, and then for a column for each of them.
+    RecordsetPtr RunTransformInSteps(sql::TransformStatement& statement, std::string_view text,
+                                     const std::vector<sql::LiteralValue>& literals);
     /// Makes the table and adds the query's rows, or does nothing.
     void RunSelectInto(sql::SelectIntoStatement& statement, std::string_view text,
                        const std::vector<sql::LiteralValue>& literals);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,6 +43,7 @@ struct CachedStatement {
     recordset::FieldsPtr fields;        ///< of a query; with a writer, followed by the row id and perhaps the version
     int hidden = 0;                     ///< how many of them are not the caller's
     std::shared_ptr<RowWriter> writer;  ///< of a query whose rows can be edited
+    std::optional<sql::CellLayout> cells = {};  ///< of a TRANSFORM that is put together from its cells
 };
 using CachedStatementPtr = std::shared_ptr<CachedStatement>;
 

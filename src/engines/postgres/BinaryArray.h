@@ -2,38 +2,33 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "engines/common/ValueSink.h"
+#include "engines/postgres/BinaryCell.h"
 #include "engines/postgres/ServerType.h"
-#include "kpTables/Currency.h"
-#include "kpTables/Date.h"
-#include "sql/Type.h"
+#include "kpTables/Variant.h"
 
 namespace kpTables::engines::postgres {
 
-/// The type under the domain of a column.
-ServerType ElementOf(sql::Type type) noexcept;
 /// The array's type, as a statement names it: "bigint[]".
 std::string_view ArrayName(ServerType element) noexcept;
 
-/// A ValueSink that keeps every value it is given; the parameter's number does not matter. A value that the element
-/// cannot hold is a DatabaseError.
+/// Values in binary form as an array.
+std::string ArrayOf(ServerType element, std::string_view cells, std::size_t count);
+
 class BinaryArray {
 public:
     explicit BinaryArray(ServerType element) noexcept : element_(element) {}
 
-    void BindNull(int parameter);
-    void BindInteger(int parameter, std::int64_t value);
-    void BindReal(int parameter, double value);
-    void BindBoolean(int parameter, bool value) { BindInteger(parameter, value ? -1 : 0); }
-    void BindCurrency(int parameter, Currency value) { BindInteger(parameter, value.Scaled()); }
-    void BindCurrencyBound(int parameter, double scaled) { BindReal(parameter, scaled); }
-    void BindDate(int parameter, Date value);
-    void BindText(int parameter, std::string_view text);
-    void BindTextCopy(int parameter, std::string_view text) { BindText(parameter, text); }
+    /// A value that the element cannot hold is a DatabaseError.
+    void Add(const Variant& value) {
+        BinaryCell cell = Next();
+        engines::BindValue(cell, 0, value);
+    }
+    void AddWhole(std::int64_t value) { Next().BindInteger(0, value); }
 
     std::size_t Size() const noexcept { return starts_.size(); }
     /// Bytes held.
@@ -44,13 +39,12 @@ public:
     std::string Slice(std::size_t first, std::size_t count) const;
 
 private:
-    /// Begins a value of so many bytes.
-    void Begin(std::int32_t bytes);
-    template <class Whole>
-    void Put(Whole value);
+    BinaryCell Next() {
+        starts_.push_back(cells_.size());
+        return {element_, cells_};
+    }
 
     ServerType element_;
-    bool hasNulls_ = false;
     std::string cells_;
     std::vector<std::size_t> starts_;
 };

@@ -1,8 +1,10 @@
 #include "engines/postgres/Database.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <exception>
+#include <initializer_list>
 #include <utility>
 
 #include "engines/postgres/Failure.h"
@@ -67,23 +69,18 @@ public:
         Text,      ///< statements of one text, which has what must come before them
         Alone,     ///< one statement
         Together,  ///< several
-        Reading,   ///< one, which may look for others' changes
     };
 
-    Exchange(Database& database, std::string_view shown, Way way)
-        : database_(database),
-          shown_(shown),
-          looks_(way == Way::Reading && std::exchange(database.looksForOthers_, false)) {
+    Exchange(Database& database, std::string_view shown, Way way) : database_(database), shown_(shown) {
         ++database_.statements_;
         if (way == Way::Text) return;
         const std::vector<const char*> before = database.TakeStatementsBefore();
-        isPipeline_ = way == Way::Together || looks_ || !before.empty();
+        isPipeline_ = way == Way::Together || !before.empty();
         if (!isPipeline_) return;
         Check(Library().EnterPipelineMode(Connection()));
         for (const char* text : before) {
             Add(Library().SendQueryParams(Connection(), text, 0, nullptr, nullptr, nullptr, nullptr, kTexts));
         }
-        if (looks_) SendLook();
         leading_ = statements_;
     }
     ~Exchange() {
@@ -101,6 +98,8 @@ public:
         Check(success);
         ++statements_;
     }
+    /// What a COPY among the statements is to read.
+    void Feed(std::initializer_list<std::string_view> bytes) { fed_ = bytes; }
     /// The last result of each statement, without those before the caller's; the rows of the last statement go to the
     /// sink. Raises the first error.
     std::vector<Result> Finish(const RowSink& sink = {}) {
@@ -114,27 +113,15 @@ public:
         if (failed_ && AreLastWords(failed_)) database_.RaiseEnded(failed_, shown_);
         if (isPipeline_) database_.Next(shown_);  // that all of them have ended
         if (database_.IsConnected()) database_.inTransaction_ = database_.InTransaction();
-        const auto first = results.begin() + leading_;
-        if (looks_ && *(first - 1)) {
-            database_.canLook_ = true;
-            database_.others.Saw((first - 1)->Integer(0, 0));
-        }
         if (raised_) std::rethrow_exception(raised_);
         if (failed_) database_.RaiseError(failed_, shown_);
         if (results.empty() || !results.back()) database_.RaiseLost(shown_);
-        results.erase(results.begin(), first);
+        results.erase(results.begin(), results.begin() + leading_);
         return results;
     }
 
 private:
     void Check(int success) const { database_.Sent(success, shown_); }
-
-    void SendLook() {
-        constexpr const char* kName = "kp_others";
-        if (!database_.canLook_)
-            Add(Library().SendPrepare(Connection(), kName, "SELECT xmax FROM kp_book", 0, nullptr));
-        Add(Library().SendQueryPrepared(Connection(), kName, 0, nullptr, nullptr, nullptr, kTexts));
-    }
 
     Result ReadOne(const RowSink& sink) {
         Result last;
@@ -151,6 +138,9 @@ private:
                 case PGRES_EMPTY_QUERY:
                     if (!std::exchange(isSingle, false)) last = std::move(result);
                     break;
+                case PGRES_COPY_IN:
+                    SendFed();
+                    break;
                 case PGRES_PIPELINE_ABORTED:
                     break;
                 default:
@@ -158,6 +148,18 @@ private:
             }
         }
         return last;
+    }
+
+    /// In pieces, since libpq keeps a copy of each.
+    void SendFed() {
+        constexpr std::size_t kPiece = std::size_t{1} << 16;
+        for (std::string_view bytes : fed_) {
+            for (; !bytes.empty(); bytes.remove_prefix(std::min(kPiece, bytes.size()))) {
+                const std::string_view piece = bytes.substr(0, kPiece);
+                Check(Library().PutCopyData(Connection(), piece.data(), static_cast<int>(piece.size())) > 0);
+            }
+        }
+        Check(Library().PutCopyEnd(Connection(), nullptr) > 0);
     }
 
     void Pass(const Result& row, const RowSink& sink) {
@@ -172,10 +174,10 @@ private:
 
     Database& database_;
     std::string_view shown_;
-    bool looks_;
     bool isPipeline_ = false;
     int leading_ = 0;  ///< statements before the caller's
     int statements_ = 0;
+    std::vector<std::string_view> fed_;
     Result failed_;
     std::exception_ptr raised_;
 };
@@ -196,11 +198,20 @@ void Database::RunAlone(std::string_view text) {
 }
 
 Result Database::RunHere(std::string_view text, std::string_view shown) {
-    std::string all;
-    for (const char* before : TakeStatementsBefore()) all.append(before).append("; ");
+    const std::string all = BehindWhatComesBefore(text);
     Exchange exchange(*this, shown, Exchange::Way::Text);
-    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.append(text).c_str()));
+    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.c_str()));
     return std::move(exchange.Finish().back());
+}
+
+std::int64_t Database::CopyRows(std::string_view copy, std::string_view rows) {
+    using namespace std::string_view_literals;
+    BeReady(copy);
+    const std::string all = BehindWhatComesBefore(copy);
+    Exchange exchange(*this, copy, Exchange::Way::Text);
+    exchange.Feed({"PGCOPY\n\377\r\n\0\0\0\0\0\0\0\0\0"sv, rows, "\377\377"sv});
+    exchange.Add(LoadedLibrary().SendQuery(connection_.get(), all.c_str()));
+    return exchange.Finish().back().AffectedRows();
 }
 
 Result Database::Ask(std::string_view text, const Parameters& parameters) {
@@ -251,7 +262,7 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
     SendPending();
     BeReady(shown);
     PrepareHere(name, shown);
-    Exchange exchange(*this, shown, Exchange::Way::Reading);
+    Exchange exchange(*this, shown, Exchange::Way::Alone);
     exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                    parameters.Values(), parameters.Lengths(), parameters.Formats(),
                                                    kBinary));
@@ -300,6 +311,12 @@ bool Database::InTransaction() const noexcept {
 }
 
 bool Database::IsConnected() const noexcept { return LoadedLibrary().Status(connection_.get()) == CONNECTION_OK; }
+
+std::string Database::BehindWhatComesBefore(std::string_view text) {
+    std::string all;
+    for (const char* before : TakeStatementsBefore()) all.append(before).append("; ");
+    return all.append(text);
+}
 
 std::vector<const char*> Database::TakeStatementsBefore() {
     // A pooler leaves a transaction where it is.

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "engines/postgres/Library.h"
@@ -64,18 +65,30 @@ class OtherPrograms {
 public:
     /// How many times others are known to have changed it.
     std::int64_t Count() const noexcept { return count_; }
-    void Saw(std::int64_t last) noexcept {
-        count_ += last != last_;
-        last_ = last;
+    /// Rows were read; oldest: the transaction that was under way longest then. What one of those has changed was not
+    /// seen, so that the number is not to be found again.
+    void Read(std::uint32_t last, std::uint32_t oldest) noexcept {
+        Saw(last);
+        // Numbers come round.
+        const bool mayBeUnderWay = last != 0 && static_cast<std::int32_t>(last - oldest) >= 0;
+        if (mayBeUnderWay && last != own_) last_ = kUnknown;
     }
     /// A change of this connection's own begins, in that transaction; last: the one before it.
     void Began(std::int64_t last, std::int64_t own) noexcept {
         Saw(last);
-        last_ = own;
+        last_ = own_ = own;
     }
 
 private:
-    std::int64_t last_ = -1;
+    static constexpr std::int64_t kUnknown = -1;
+
+    void Saw(std::int64_t last) noexcept {
+        count_ += last != last_;
+        last_ = last;
+    }
+
+    std::int64_t last_ = kUnknown;
+    std::int64_t own_ = kUnknown;
     std::int64_t count_ = 0;
 };
 
@@ -119,6 +132,9 @@ public:
     /// Runs prepared statements in one round trip; their results. None runs behind one that fails, whose error it
     /// raises.
     std::vector<Result> RunTogether(const std::vector<Command>& commands, std::string_view shown);
+    /// Runs COPY ... FROM STDIN (FORMAT binary), in two round trips; rows: as it takes them, without header and
+    /// trailer. The number of rows added.
+    std::int64_t CopyRows(std::string_view copy, std::string_view rows);
     /// Frees a prepared statement at the next occasion.
     void Forget(std::string name) { forgotten_.push_back(std::move(name)); }
 
@@ -172,8 +188,9 @@ public:
     std::int64_t Statements() const noexcept { return statements_; }
 
     OtherPrograms others;
-    /// Asks for them along with the next statement that is prepared already.
+    /// The next query is to be asked for them, too.
     void LookForOthers() noexcept { looksForOthers_ = true; }
+    bool TakeLookForOthers() noexcept { return std::exchange(looksForOthers_, false); }
 
     /// A user's password as the server keeps it, so that it is sent and logged in no other form.
     std::string EncryptedPassword(const std::string& password, const std::string& user) const;
@@ -223,6 +240,8 @@ private:
     void ReturnToSavepoint() noexcept;
     /// What goes before a statement: the guard, or what sets the savepoint that is due.
     std::vector<const char*> TakeStatementsBefore();
+    /// A text of several statements, of which those are the first.
+    std::string BehindWhatComesBefore(std::string_view text);
     void Sent(int success, std::string_view shown) const;
     /// The host's answer.
     bool IsToEnd() const noexcept;
@@ -246,7 +265,6 @@ private:
     bool hasSavepoint_ = false;
     bool savepointDue_ = false;  ///< it goes along with the next statement
     bool looksForOthers_ = false;
-    bool canLook_ = false;  ///< the statement for it is prepared
     PendingRows* pending_ = nullptr;
     std::int64_t statements_ = 0;
     bool inTransaction_ = false;  ///< as the server last said

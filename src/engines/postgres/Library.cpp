@@ -48,6 +48,8 @@ Library Load() {
     file.Find(library.ConsumeInput, "PQconsumeInput");
     file.Find(library.IsBusy, "PQisBusy");
     file.Find(library.GetResult, "PQgetResult");
+    file.Find(library.PutCopyData, "PQputCopyData");
+    file.Find(library.PutCopyEnd, "PQputCopyEnd");
     file.Find(library.Notifies, "PQnotifies");
     file.Find(library.FreeMemory, "PQfreemem");
     file.Find(library.GetCancel, "PQgetCancel");

@@ -28,6 +28,8 @@ struct Library {
     decltype(&PQconsumeInput) ConsumeInput;
     decltype(&PQisBusy) IsBusy;
     decltype(&PQgetResult) GetResult;
+    decltype(&PQputCopyData) PutCopyData;
+    decltype(&PQputCopyEnd) PutCopyEnd;
     decltype(&PQnotifies) Notifies;
     decltype(&PQfreemem) FreeMemory;
     decltype(&PQgetCancel) GetCancel;

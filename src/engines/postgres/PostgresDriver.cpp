@@ -1,5 +1,6 @@
 #include "engines/postgres/PostgresDriver.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -18,15 +19,26 @@ namespace {
 
 using sql::print::postgres::QuotedName;
 
+/// Of an array of whole numbers of four bytes, each of which stands behind its length.
+std::string_view ElementAt(std::string_view array, std::size_t index) {
+    constexpr std::size_t kHead = 20;
+    constexpr std::size_t kNumber = sizeof(std::int32_t);
+    return array.substr(kHead + index * 2 * kNumber + kNumber, kNumber);
+}
+
 /// A query or a change, prepared on the server.
 class PreparedStatement final : public engines::Statement {
 public:
     PreparedStatement(Database& database, const engines::Limits& limits, std::string_view text)
         : database_(database),
           limits_(limits),
+          text_(text),
           name_(database.Guarded([&] { return database.Prepare(text, text); })),
           schemaChanges_(database.SchemaChanges()) {}
-    ~PreparedStatement() override { database_.Forget(std::move(name_)); }
+    ~PreparedStatement() override {
+        database_.Forget(std::move(name_));
+        if (!watching_.empty()) database_.Forget(std::move(watching_));
+    }
     PreparedStatement(const PreparedStatement&) = delete;
     PreparedStatement& operator=(const PreparedStatement&) = delete;
 
@@ -36,11 +48,14 @@ public:
     }
 
     std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) override {
+        const bool watches = database_.TakeLookForOthers();
         return database_.Guarded([&] {
+            const Query query = [&](const RowSink& sink) {
+                if (watches) return ReadWatching(sink, shown);
+                database_.ReadPrepared(name_, parameters_, shown, sink);
+            };
             // The fields stay: on a connection that is made anew this runs a second time.
-            return postgres::ReadRows(
-                [&](const RowSink& sink) { database_.ReadPrepared(name_, parameters_, shown, sink); }, fields, shown,
-                limits_);
+            return postgres::ReadRows(query, fields, shown, limits_);
         });
     }
 
@@ -54,9 +69,31 @@ public:
     }
 
 private:
+    /// Reads the rows together with who has changed the book last, as of one moment. Without rows it does not matter.
+    void ReadWatching(const RowSink& sink, std::string_view shown) {
+        if (watching_.empty()) {
+            const std::string text =
+                "SELECT kp_read.*, (SELECT ARRAY[xmax, CAST(pg_snapshot_xmin(pg_current_snapshot()) AS xid)] FROM "
+                "kp_book) FROM (" +
+                text_ + ") AS kp_read";
+            watching_ = database_.Prepare(text, text);
+        }
+        bool isFirst = true;
+        database_.ReadPrepared(watching_, parameters_, shown, [&](const Result& row) {
+            if (std::exchange(isFirst, false)) {
+                const std::string_view numbers = row.Value(0, row.Columns() - 1);
+                database_.others.Read(WholeOf<std::uint32_t>(ElementAt(numbers, 0)),
+                                      WholeOf<std::uint32_t>(ElementAt(numbers, 1)));
+            }
+            sink(row);
+        });
+    }
+
     Database& database_;
     const engines::Limits& limits_;
+    std::string text_;
     std::string name_;
+    std::string watching_;  ///< what ReadWatching runs; "" before the first time
     int schemaChanges_;
     Parameters parameters_;
 };

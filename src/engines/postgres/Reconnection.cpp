@@ -9,6 +9,7 @@
 #include "engines/postgres/Database.h"
 #include "kpTables/Error.h"
 #include "kpTables/text/Message.h"
+#include "platform/Socket.h"
 
 namespace kpTables::engines::postgres {
 
@@ -62,7 +63,6 @@ void Database::Connect() {
     // What was known of the connection before went with it; a notice of a change of the schema may have, too.
     hasSavepoint_ = false;
     savepointDue_ = false;
-    canLook_ = false;
     guard_.clear();
     inTransaction_ = false;
     ++connections_;
@@ -117,6 +117,9 @@ void Database::Reconnect() {
 
 bool Database::HasHungUp() const noexcept {
     const Library& library = LoadedLibrary();
+    if (!IsConnected()) return true;
+    // What the server has said of its own accord, or its end, is there to be read.
+    if (!platform::WaitForSocket(library.Socket(connection_.get()), 0)) return false;
     // The first call may find the server's last words, the second one that it has closed the connection.
     return library.ConsumeInput(connection_.get()) == 0 || library.ConsumeInput(connection_.get()) == 0 ||
            !IsConnected();

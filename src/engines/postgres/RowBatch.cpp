@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "engines/common/ValueSink.h"
-
 namespace kpTables::engines::postgres {
 
 namespace {
@@ -38,9 +36,9 @@ void RowBatch::Add(const engines::RowKey& row, const engines::ColumnSet& set, en
     const std::size_t held = BytesOf(group);
     try {
         auto array = group.arrays.begin();
-        if (kind_ != Kind::Insert) (array++)->BindInteger(0, row.id);
-        if (kind_ == Kind::ChangeVersion) (array++)->BindInteger(0, row.version);
-        for (const Variant* value : values) engines::BindValue(*array++, 0, *value);
+        if (kind_ != Kind::Insert) (array++)->AddWhole(row.id);
+        if (kind_ == Kind::ChangeVersion) (array++)->AddWhole(row.version);
+        for (const Variant* value : values) (array++)->Add(*value);
         if (kind_ != Kind::Insert) ids_.insert(row.id);
         rows_.push_back({static_cast<std::size_t>(&group - groups_.data()), group.rows});
     } catch (...) {

@@ -44,10 +44,6 @@ public:
     /// In the order in which they were added.
     const Place& PlaceOf(std::size_t row) const noexcept { return rows_[row]; }
     bool Has(std::int64_t id) const { return ids_.contains(id); }
-    /// Whether another row of these columns joins the others in their order.
-    bool IsOfOneKind(const engines::ColumnSet& set) const {
-        return groups_.size() < 2 && (Empty() || groups_.front().set == set);
-    }
     /// Enough for one message.
     bool IsFull() const noexcept;
 

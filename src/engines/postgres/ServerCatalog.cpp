@@ -1,6 +1,6 @@
 #include "engines/postgres/ServerCatalog.h"
 
-#include <memory>
+#include <algorithm>
 #include <utility>
 
 #include "engines/postgres/RowReader.h"
@@ -15,29 +15,26 @@ namespace {
 using sql::print::postgres::kHiddenRowId;
 using sql::print::postgres::QuotedName;
 
-// The engine's own tables begin with kp_.
-constexpr std::string_view kTables =
-    "SELECT relname FROM pg_class WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relkind = 'r' "
-    "AND relname NOT LIKE 'kp\\_%'";
-
-/// A row for each column of a table.
+/// A row for each column, table by table in order of creation. The engine's own tables begin with kp_.
 constexpr std::string_view kColumns =
-    "SELECT attname, typname, attnotnull, attidentity <> '', attgenerated <> '', pg_get_expr(adbin, adrelid), "
-    "EXISTS (SELECT FROM pg_index WHERE indrelid = attrelid AND indisprimary AND attnum = ANY (indkey)), "
-    "EXISTS (SELECT FROM pg_trigger WHERE tgrelid = attrelid AND tgname = 'kp_counter') "
-    "FROM pg_attribute JOIN pg_type ON pg_type.oid = atttypid "
-    "LEFT JOIN pg_attrdef ON adrelid = attrelid AND adnum = attnum "
-    "WHERE attrelid = (SELECT oid FROM pg_class WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relname = $1 AND "
-    "relkind = 'r') AND attnum > 0 AND NOT attisdropped ORDER BY attnum";
-enum ColumnsOfColumns { kName, kType, kNotNull, kIdentity, kGenerated, kDefault, kKey, kCounted };
+    "SELECT relname, attname, typname, attnotnull, attidentity <> '', attgenerated <> '', "
+    "COALESCE(attnum = ANY (indkey), FALSE), pg_trigger.oid IS NOT NULL FROM pg_class "
+    "JOIN pg_attribute ON attrelid = pg_class.oid AND attnum > 0 AND NOT attisdropped "
+    "JOIN pg_type ON pg_type.oid = atttypid "
+    "LEFT JOIN pg_index ON indrelid = attrelid AND indisprimary "
+    "LEFT JOIN pg_trigger ON tgrelid = attrelid AND tgname = 'kp_counter' "
+    "WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relkind = 'r' "
+    "AND relname NOT LIKE 'kp\\_%' ORDER BY pg_class.oid, attnum";
+enum ColumnsOfColumns { kTable, kName, kType, kNotNull, kIdentity, kGenerated, kKey, kCounted };
+
+/// Of one table, or of all for "". It waits where another program changes the definition of one of these.
+constexpr std::string_view kExpressions =
+    "SELECT relname, attname, pg_get_expr(adbin, adrelid) FROM pg_attrdef JOIN pg_class ON pg_class.oid = adrelid "
+    "JOIN pg_attribute ON attrelid = adrelid AND attnum = adnum "
+    "WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relkind = 'r' "
+    "AND relname NOT LIKE 'kp\\_%' AND (CAST($1 AS text) = '' OR relname = CAST($1 AS text))";
 
 bool Is(const Result& result, int row, int column) { return result.Value(row, column) == "t"; }
-
-Result ColumnsOf(Database& database, std::string_view table) {
-    Parameters parameters;
-    parameters.BindText(1, table);
-    return database.Guarded([&] { return database.Ask(kColumns, parameters); });
-}
 
 /// Of a computed column that is an alias: "source" or source, as the server writes the expression.
 std::string SourceIn(std::string_view expression) {
@@ -45,88 +42,156 @@ std::string SourceIn(std::string_view expression) {
     return std::string(expression);
 }
 
-/// The values of expressions, in one row.
-std::unique_ptr<recordset::RowStore> ValuesOf(Database& database, const std::string& expressions,
-                                              std::vector<FieldInfo> fields) {
-    const std::string text = "SELECT " + expressions;
-    const auto shared = recordset::ShareFields(std::move(fields));
-    return database.Guarded([&] {
-        const std::string name = database.Prepare(text, text);
-        auto row = ReadRows([&](const RowSink& sink) { database.ReadPrepared(name, Parameters(), text, sink); }, shared,
-                            text, {});
-        database.Forget(name);
-        return row;
-    });
-}
-
 }  // namespace
 
-std::optional<sql::CatalogTable> ServerCatalog::ReadTable(std::string_view name) const {
+void ServerCatalog::DropKept() {
+    tables_.reset();
+    defaults_.clear();
+}
+
+void ServerCatalog::ReadTables() const {
+    const Result rows = database_.Guarded([&] { return database_.Ask(kColumns, Parameters()); });
+    std::vector<Table> tables;
+    for (int row = 0; row < rows.Rows(); ++row) {
+        if (tables.empty() || tables.back().name != rows.Value(row, kTable))
+            tables.push_back({std::string(rows.Value(row, kTable)), {}, false});
+        tables.back().columns.push_back({std::string(rows.Value(row, kName)),
+                                         std::string(rows.Value(row, kType)),
+                                         {},
+                                         Is(rows, row, kNotNull),
+                                         Is(rows, row, kIdentity),
+                                         Is(rows, row, kGenerated),
+                                         Is(rows, row, kKey),
+                                         Is(rows, row, kCounted)});
+    }
+    tables_ = std::move(tables);
+    defaults_.clear();
+}
+
+void ServerCatalog::ReadExpressions(const std::string& name) const {
     Parameters parameters;
-    parameters.BindText(1, sql::print::postgres::ServerName(name));
-    const std::string find = std::string(kTables) + " AND lower(relname COLLATE \"C\") = lower($1::text COLLATE \"C\")";
-    const Result found = database_.Guarded([&] { return database_.Ask(find, parameters); });
-    if (found.Rows() == 0) return std::nullopt;
-    sql::CatalogTable table{std::string(found.Value(0, 0)), {}};
-    const Result columns = ColumnsOf(database_, table.name);
-    for (int row = 0; row < columns.Rows(); ++row) {
-        const std::string column(columns.Value(row, kName));
-        if (Is(columns, row, kIdentity)) table.rowId = column;
-        if (column == kHiddenRowId) continue;
-        table.columns.push_back(sql::print::postgres::ColumnOfDeclaredType(column, columns.Value(row, kType)));
+    parameters.BindText(1, name);
+    const Result rows = database_.Guarded([&] { return database_.Ask(kExpressions, parameters); });
+    for (int row = 0; row < rows.Rows(); ++row) {
+        const auto table = std::ranges::find(*tables_, rows.Value(row, 0), &Table::name);
+        if (table == tables_->end()) continue;
+        const auto column = std::ranges::find(table->columns, rows.Value(row, 1), &Column::name);
+        if (column != table->columns.end()) column->expression = rows.Value(row, 2);
+    }
+    for (Table& table : *tables_) table.hasExpressions = table.hasExpressions || name.empty() || table.name == name;
+}
+
+const ServerCatalog::Table* ServerCatalog::Kept(std::string_view name) const {
+    const auto found =
+        std::ranges::find_if(*tables_, [&](const Table& each) { return sql::SameName(each.name, name); });
+    return found == tables_->end() ? nullptr : &*found;
+}
+
+std::optional<sql::CatalogTable> ServerCatalog::ReadTable(std::string_view name) const {
+    const std::string wanted = sql::print::postgres::ServerName(name);
+    // One that was made behind the program's back does not change the version.
+    if (!tables_ || !Kept(wanted)) ReadTables();
+    const Table* const found = Kept(wanted);
+    if (!found) return std::nullopt;
+    if (std::ranges::any_of(found->columns, &Column::computed) && !found->hasExpressions) ReadExpressions(found->name);
+    sql::CatalogTable table{found->name, {}};
+    for (const Column& column : found->columns) {
+        if (column.identity) table.rowId = column.name;
+        if (column.name == kHiddenRowId) continue;
+        table.columns.push_back(sql::print::postgres::ColumnOfDeclaredType(column.name, column.type));
         sql::CatalogColumn& known = table.columns.back();
-        known.counter = Is(columns, row, kIdentity) && Is(columns, row, kCounted);
-        known.computed = Is(columns, row, kGenerated);
-        if (known.computed) known.source = SourceIn(columns.Value(row, kDefault));
+        known.counter = column.identity && column.counted;
+        known.computed = column.computed;
+        if (known.computed) known.source = SourceIn(column.expression);
     }
     return table;
 }
 
 TableInfo ServerCatalog::Describe(std::string_view name) const {
     TableInfo info;
-    const sql::CatalogTable* table = Find(name);
+    const sql::CatalogTable* const table = Find(name);
     if (!table) return info;
     info.name = table->name;
-    const Result columns = ColumnsOf(database_, info.name);
-    std::string expressions;
-    std::vector<FieldInfo> fields;
-    std::vector<std::size_t> withDefault;
-    for (int row = 0; row < columns.Rows(); ++row) {
-        const sql::CatalogColumn* known = sql::FindColumn(*table, std::string(columns.Value(row, kName)));
+    if (!tables_ || !Kept(info.name)) ReadTables();
+    const Table* const kept = Kept(info.name);
+    if (!kept) return info;
+    if (!kept->hasExpressions) ReadExpressions(kept->name);
+    for (const Column& stored : kept->columns) {
+        const sql::CatalogColumn* const known = sql::FindColumn(*table, stored.name);
         if (!known || known->computed) continue;
         TableInfo::Column column = engines::DescriptionOf(*known);
-        column.key = Is(columns, row, kKey) || known->counter;
-        if (!columns.IsNull(row, kDefault)) {
-            expressions.append(expressions.empty() ? "" : ", ").append(columns.Value(row, kDefault));
-            fields.push_back({"", column.type});
-            withDefault.push_back(info.columns.size());
-        }
-        column.required = (column.key || Is(columns, row, kNotNull)) && !known->counter;
+        column.key = stored.key || known->counter;
+        if (HasDefault(stored)) column.defaultValue = DefaultOf(stored.expression, column.type);
+        column.required = (column.key || stored.required) && !known->counter && column.defaultValue.IsNull();
         info.columns.push_back(std::move(column));
-    }
-    if (withDefault.empty()) return info;
-    const auto values = ValuesOf(database_, expressions, std::move(fields));
-    for (std::size_t i = 0; i < withDefault.size(); ++i) {
-        TableInfo::Column& column = info.columns[withDefault[i]];
-        column.defaultValue = values->GetValue(0, static_cast<int>(i));
-        column.required = column.required && column.defaultValue.IsNull();
     }
     return info;
 }
 
-std::string ServerCatalog::ConvertedDefault(const sql::ColumnChange& change) const {
-    const Result columns = ColumnsOf(database_, sql::print::postgres::ServerName(change.table));
-    for (int row = 0; row < columns.Rows(); ++row) {
-        if (columns.Value(row, kName) != sql::print::postgres::ServerName(change.column)) continue;
-        if (columns.IsNull(row, kDefault)) break;
-        std::string value(columns.Value(row, kDefault));
-        // The day or the time of entry is no constant.
-        if (value.find("kp.date()") != std::string::npos || value.find("kp.now()") != std::string::npos) return value;
-        const std::string text = "SELECT format('%L', " + change.value + ") FROM (SELECT " + value + " AS " +
-                                 QuotedName(change.column) + ") AS " + QuotedName(change.table);
-        return std::string(database_.Guarded([&] { return database_.Run(text); }).Value(0, 0));
+void ServerCatalog::ReadDefaults() const {
+    std::vector<Default> fresh;
+    for (const Table& table : *tables_) {
+        for (const Column& column : table.columns) {
+            // A sequence's next number is taken for its own table alone.
+            if (!HasDefault(column) || column.expression.find("nextval(") != std::string::npos) continue;
+            const VarType type =
+                engines::FieldType(sql::print::postgres::ColumnOfDeclaredType(column.name, column.type).type);
+            if (!KnownDefault(defaults_, column.expression, type) && !KnownDefault(fresh, column.expression, type))
+                fresh.push_back({column.expression, type});
+        }
     }
-    return {};
+    WorkOut(fresh);
+    defaults_.insert(defaults_.end(), fresh.begin(), fresh.end());
+}
+
+void ServerCatalog::WorkOut(std::vector<Default>& defaults) const {
+    if (defaults.empty()) return;
+    std::vector<FieldInfo> fields;
+    std::string text;
+    for (const Default& each : defaults) {
+        text.append(text.empty() ? "SELECT " : ", ").append(each.expression);
+        fields.push_back({"", each.type});
+    }
+    const auto shared = recordset::ShareFields(std::move(fields));
+    const auto values = database_.Guarded([&] {
+        const std::string name = database_.Prepare(text, text);
+        auto row = ReadRows([&](const RowSink& sink) { database_.ReadPrepared(name, Parameters(), text, sink); },
+                            shared, text, {});
+        database_.Forget(name);
+        return row;
+    });
+    for (std::size_t i = 0; i < defaults.size(); ++i) defaults[i].value = values->GetValue(0, static_cast<int>(i));
+}
+
+const ServerCatalog::Default* ServerCatalog::KnownDefault(const std::vector<Default>& among,
+                                                          const std::string& expression, VarType type) {
+    const auto found = std::ranges::find_if(
+        among, [&](const Default& each) { return each.expression == expression && each.type == type; });
+    return found == among.end() ? nullptr : &*found;
+}
+
+Variant ServerCatalog::DefaultOf(const std::string& expression, VarType type) const {
+    if (!KnownDefault(defaults_, expression, type)) ReadDefaults();
+    if (const Default* const known = KnownDefault(defaults_, expression, type)) return known->value;
+    std::vector<Default> alone{{expression, type}};
+    WorkOut(alone);
+    return alone.front().value;
+}
+
+std::string ServerCatalog::ConvertedDefault(const sql::ColumnChange& change) const {
+    if (!tables_) ReadTables();
+    const Table* const table = Kept(sql::print::postgres::ServerName(change.table));
+    if (!table) return {};
+    if (!table->hasExpressions) ReadExpressions(table->name);
+    const std::string name = sql::print::postgres::ServerName(change.column);
+    const auto column = std::ranges::find(table->columns, name, &Column::name);
+    if (column == table->columns.end() || column->expression.empty()) return {};
+    const std::string& value = column->expression;
+    // The day or the time of entry is no constant.
+    if (value.find("kp.date()") != std::string::npos || value.find("kp.now()") != std::string::npos) return value;
+    const std::string text = "SELECT format('%L', " + change.value + ") FROM (SELECT " + value + " AS " +
+                             QuotedName(change.column) + ") AS " + QuotedName(change.table);
+    return std::string(database_.Guarded([&] { return database_.Run(text); }).Value(0, 0));
 }
 
 std::string ServerCatalog::RowIdColumn(std::string_view table) const {
@@ -135,10 +200,11 @@ std::string ServerCatalog::RowIdColumn(std::string_view table) const {
 }
 
 std::vector<std::string> ServerCatalog::TableNames() const {
+    ReadTables();
+    // Who asks for all tables is going to describe them.
+    ReadExpressions("");
     std::vector<std::string> names;
-    const std::string text = std::string(kTables) + " ORDER BY oid";
-    const Result tables = database_.Guarded([&] { return database_.Ask(text, Parameters()); });
-    for (int row = 0; row < tables.Rows(); ++row) names.emplace_back(tables.Value(row, 0));
+    for (const Table& table : *tables_) names.push_back(table.name);
     return names;
 }
 

@@ -74,22 +74,30 @@ std::int64_t TableWriter::InsertRow(const ColumnSet& set, WrittenValues values) 
         return row.id;
     }
     const RowKey row{NextId()};
-    Gather(Kind::InsertNumbered, row, set, values, nullptr);
+    Gather(Kind::InsertNumbered, row, set, values);
     return row.id;
 }
 
 void TableWriter::InsertRowLater(const ColumnSet& set, WrittenValues values, std::int64_t row,
                                  const engines::RefusedRow& refused) {
-    // Counters are to follow the order of the rows; a row of defaults has no arrays.
-    const bool alone = set.Empty() || !database_.InTransaction();
-    if (alone || !batch_.IsOfOneKind(set)) database_.SendPending();
-    if (alone) {
-        WriteNow(Kind::Insert, {}, set, values);
-        return;
-    }
     ids_.clear();
-    if (batch_.Empty()) firstRow_ = row;
-    Gather(Kind::Insert, {}, set, values, &refused);
+    if (!set.Empty() && database_.InTransaction()) return GatherCopied(set, values, row, refused);
+    database_.SendPending();
+    WriteNow(Kind::Insert, {}, set, values);
+}
+
+void TableWriter::GatherCopied(const ColumnSet& set, WrittenValues values, std::int64_t row,
+                               const engines::RefusedRow& refused) {
+    // Counters are to follow the order of the rows.
+    if (copied_.Empty() || copied_.Set() != set || refused_ != &refused) {
+        database_.SendPending();
+        copied_ = CopyBatch(set, elements_);
+        refused_ = &refused;
+        firstRow_ = row;
+    }
+    copied_.Add(values);
+    database_.Pend(*this);
+    if (copied_.IsFull()) database_.SendPending();
 }
 
 void TableWriter::ChangeRow(const RowKey& row, const ColumnSet& set, WrittenValues values) {
@@ -98,7 +106,7 @@ void TableWriter::ChangeRow(const RowKey& row, const ColumnSet& set, WrittenValu
     if (batch_.Has(row.id)) database_.SendPending();
     RowKey key = row;
     if (row.version < 0) key.version = versions_[static_cast<std::size_t>(-row.version - 1)];
-    if (FollowsAnother() && IsFree(set)) return Gather(kind, key, set, values, nullptr);
+    if (FollowsAnother() && IsFree(set)) return Gather(kind, key, set, values);
     version_ = WriteNow(kind, key, set, values).version;
 }
 
@@ -107,12 +115,10 @@ void TableWriter::DeleteRow(std::int64_t rowId) {
     Changing(database_, [&] { database_.Run(text); });
 }
 
-void TableWriter::Gather(Kind kind, const RowKey& row, const ColumnSet& set, WrittenValues values,
-                         const engines::RefusedRow* refused) {
-    if (batch_.Empty() || batch_.GetKind() != kind || refused_ != refused) {
+void TableWriter::Gather(Kind kind, const RowKey& row, const ColumnSet& set, WrittenValues values) {
+    if (batch_.Empty() || batch_.GetKind() != kind) {
         database_.SendPending();
         batch_ = RowBatch(kind, elements_);
-        refused_ = refused;
     }
     batch_.Add(row, set, values);
     version_ = -static_cast<std::int64_t>(versions_.size()) - 1;
@@ -130,6 +136,10 @@ TableWriter::Written TableWriter::WriteNow(Kind kind, const RowKey& row, const C
 }
 
 void TableWriter::Send() {
+    if (!copied_.Empty()) {
+        const CopyBatch rows = std::exchange(copied_, {});
+        return Copy(rows, 0, rows.Rows());
+    }
     const RowBatch batch = std::exchange(batch_, {});
     try {
         versions_.push_back(Write(batch, std::nullopt).version);
@@ -140,12 +150,44 @@ void TableWriter::Send() {
     }
 }
 
-void TableWriter::Drop() noexcept { batch_ = {}; }
+void TableWriter::Drop() noexcept {
+    batch_ = {};
+    copied_ = {};
+}
 
 void TableWriter::DropLater() noexcept {
-    if (!std::exchange(refused_, nullptr)) return;
+    if (copied_.Empty()) return;
     database_.Withdraw(*this);
-    batch_ = {};
+    copied_ = {};
+}
+
+void TableWriter::Copy(const CopyBatch& rows, std::size_t first, std::size_t count) {
+    try {
+        if (count == 1) {
+            Changing(database_, [&] {
+                const Command insert{StatementFor(Kind::Insert, rows.Set()), rows.ParametersOf(first)};
+                database_.RunTogether({insert}, TextOf(Kind::Insert, rows.Set()));
+            });
+        } else {
+            const std::string copy = CopyTextOf(rows.Set());
+            Changing(database_, [&] { database_.CopyRows(copy, rows.Slice(first, count)); });
+        }
+    } catch (const DatabaseError& error) {
+        if (!IsOfARow(database_, error)) throw;
+        if (count == 1) return (*refused_)(firstRow_ + static_cast<std::int64_t>(first), error);
+        const std::size_t part = ChecksEachRow() ? 1 : (count + 1) / 2;
+        for (std::size_t done = 0; done < count; done += part) Copy(rows, first + done, std::min(part, count - done));
+    }
+}
+
+bool TableWriter::ChecksEachRow() {
+    if (!checksEachRow_) {
+        Parameters parameters;
+        parameters.BindText(1, quotedName_);
+        constexpr std::string_view kAsk = "SELECT row_security_active(CAST($1 AS text))";
+        checksEachRow_ = database_.Guarded([&] { return database_.Ask(kAsk, parameters); }).Value(0, 0) == "t";
+    }
+    return *checksEachRow_;
 }
 
 void TableWriter::WriteOneByOne(const RowBatch& batch) {
@@ -153,13 +195,8 @@ void TableWriter::WriteOneByOne(const RowBatch& batch) {
         try {
             Write(batch, row);
         } catch (const DatabaseError& error) {
-            if (!IsOfARow(database_, error)) throw;
-            if (refused_) {
-                (*refused_)(firstRow_ + static_cast<std::int64_t>(row), error);
-                continue;
-            }
             const std::size_t behind = batch.Rows() - row - 1;
-            if (behind == 0) throw;
+            if (!IsOfARow(database_, error) || behind == 0) throw;
             throw DatabaseError(error.Number(),
                                 CountedMessage(static_cast<std::int64_t>(behind),
                                                "{2}; {1} row that was written behind it is not in the book either",
@@ -251,6 +288,15 @@ const std::string& TableWriter::StatementFor(Kind kind, const ColumnSet& set) {
     const std::string text = TextOf(kind, set);
     kept_.push_back({kind, set, database_.Prepare(text, text)});
     return kept_.back().name;
+}
+
+std::string TableWriter::CopyTextOf(const ColumnSet& set) const {
+    std::string names;
+    for (std::size_t i = 0; i < Table().columns.size(); ++i) {
+        if (set.Has(static_cast<int>(i)))
+            names.append(names.empty() ? "" : ", ").append(QuotedName(Table().columns[i].name));
+    }
+    return "COPY " + quotedName_ + " (" + names + ") FROM STDIN (FORMAT binary)";
 }
 
 std::string TableWriter::TextOf(Kind kind, const ColumnSet& set) const {

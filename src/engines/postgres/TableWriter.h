@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engines/common/RowWriter.h"
+#include "engines/postgres/CopyBatch.h"
 #include "engines/postgres/Database.h"
 #include "engines/postgres/RowBatch.h"
 #include "sql/Catalog.h"
@@ -17,7 +18,8 @@ namespace kpTables::engines::postgres {
 
 /// Inside a transaction, rows that are written one after the other, with no other statement between them, are gathered
 /// from the second on and sent a thousand at a time. When the server refuses such a batch its rows are sent one by one,
-/// so that the error is a row's. A statement is prepared once for each set of columns that is written together.
+/// so that the error is a row's. A statement is prepared once for each set of columns that is written together. Rows of
+/// InsertLater go by COPY; of those that the server refuses each half is sent again, until the row is found.
 class TableWriter final : public engines::RowWriter, private PendingRows {
 public:
     TableWriter(Database& database, engines::WrittenTable table, const sql::CatalogTable& known);
@@ -54,13 +56,19 @@ private:
     /// Whether the row follows one that was written last on this connection.
     bool FollowsAnother() const noexcept;
     /// Adds a row to those that are gathered.
-    void Gather(Kind kind, const engines::RowKey& row, const engines::ColumnSet& set, engines::WrittenValues values,
-                const engines::RefusedRow* refused);
+    void Gather(Kind kind, const engines::RowKey& row, const engines::ColumnSet& set, engines::WrittenValues values);
     Written WriteNow(Kind kind, const engines::RowKey& row, const engines::ColumnSet& set,
                      engines::WrittenValues values);
     /// Writes rows of a batch behind a savepoint: all of them, or one.
     Written Write(const RowBatch& batch, std::optional<std::size_t> row);
     void WriteOneByOne(const RowBatch& batch);
+    /// Adds a row to those that are copied.
+    void GatherCopied(const engines::ColumnSet& set, engines::WrittenValues values, std::int64_t row,
+                      const engines::RefusedRow& refused);
+    /// Enters rows of those that were gathered and tells of each that is refused.
+    void Copy(const CopyBatch& rows, std::size_t first, std::size_t count);
+    /// Whether the server knows which rows a user may see; then it takes none by COPY.
+    bool ChecksEachRow();
     [[noreturn]] void RaiseUnchanged(const RowBatch& batch, std::optional<std::size_t> row, const std::string& text);
     /// A row id for a row that is gathered.
     std::int64_t NextId();
@@ -68,6 +76,7 @@ private:
     bool IsFree(const engines::ColumnSet& set);
 
     const std::string& StatementFor(Kind kind, const engines::ColumnSet& set);
+    std::string CopyTextOf(const engines::ColumnSet& set) const;
     std::string TextOf(Kind kind, const engines::ColumnSet& set) const;
 
     Database& database_;
@@ -78,13 +87,16 @@ private:
     std::vector<Kept> kept_;
     std::optional<engines::ColumnSet> uniqueColumns_;
 
-    RowBatch batch_;
-    const engines::RefusedRow* refused_ = nullptr;  ///< of the gathered rows, null for those of a recordset
+    RowBatch batch_;                      ///< of a recordset
+    std::vector<std::int64_t> ids_;       ///< that are reserved, the next one at the end
+    std::int64_t statementsBefore_ = -1;  ///< Database::Statements when a row was written last
+    std::int64_t version_ = 0;            ///< below 0: that of a batch, as its place in versions_
+    std::vector<std::int64_t> versions_;  ///< of the batches that were sent
+
+    CopyBatch copied_;                              ///< of InsertLater
+    const engines::RefusedRow* refused_ = nullptr;  ///< told of those
     std::int64_t firstRow_ = 0;                     ///< the number of the first of them
-    std::vector<std::int64_t> ids_;                 ///< that are reserved, the next one at the end
-    std::int64_t statementsBefore_ = -1;            ///< Database::Statements when a row was written last
-    std::int64_t version_ = 0;                      ///< below 0: that of a batch, as its place in versions_
-    std::vector<std::int64_t> versions_;            ///< of the batches that were sent
+    std::optional<bool> checksEachRow_;
 };
 
 }  // namespace kpTables::engines::postgres

@@ -19,6 +19,7 @@ CsvReader::CsvReader(Source source, std::optional<char> separator) : source_(std
     while (filled_ < kByteOrderMark.size() && ReadMore()) continue;
     if (std::string_view(buffer_.data(), filled_).starts_with(kByteOrderMark)) position_ = kByteOrderMark.size();
     separator_ = separator ? *separator : RecognisedSeparator();
+    for (const char character : {separator_, '"', '\n', '\r'}) special_[static_cast<unsigned char>(character)] = true;
 }
 
 bool CsvReader::ReadMore() {
@@ -44,10 +45,6 @@ char CsvReader::RecognisedSeparator() {
         if (const auto found = kSeparators.find(character); found != kSeparators.npos) ++counts[found];
     }
     return kSeparators[static_cast<std::size_t>(std::ranges::max_element(counts) - counts.begin())];
-}
-
-bool CsvReader::IsSpecial(char character) const noexcept {
-    return character == separator_ || character == '"' || character == '\n' || character == '\r';
 }
 
 int CsvReader::Peek() {
@@ -104,8 +101,10 @@ void CsvReader::StartField() { starts_.push_back(text_.size()); }
 void CsvReader::AppendPlainRun() {
     const auto start = position_;
     const char* const buffer = buffer_.data();
-    while (position_ < filled_ && !IsSpecial(buffer[position_])) ++position_;
-    text_.append(buffer_.data() + start, position_ - start);
+    auto end = start;
+    while (end < filled_ && !special_[static_cast<unsigned char>(buffer[end])]) ++end;
+    text_.append(buffer + start, end - start);
+    position_ = end;
 }
 
 void CsvReader::ReadPlain() {

@@ -1,6 +1,7 @@
 // Reads CSV (RFC 4180) as a stream.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -37,8 +38,6 @@ private:
     /// Reads more into the buffer behind what is there; false at the end.
     bool ReadMore();
     char RecognisedSeparator();
-    /// Characters that end a run of plain text in a field without quotes.
-    bool IsSpecial(char character) const noexcept;
     int Peek();
     int Take();
     void StartField();
@@ -54,6 +53,8 @@ private:
 
     Source source_;
     char separator_ = ',';
+    /// By the character: whether it ends a run of plain text in a field without quotes.
+    std::array<bool, 256> special_{};
     std::vector<char> buffer_;
     std::size_t position_ = 0;
     std::size_t filled_ = 0;

@@ -10,7 +10,6 @@
 #include "kpbook/Names.h"
 #include "kpbook/Terminal.h"
 #include "kpbook/Utf8.h"
-#include "kpbook/input/FieldReader.h"
 
 namespace kpTables::kpbook::input {
 
@@ -132,27 +131,23 @@ bool TableImport::ReadFields() {
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         const auto& column = *columns_[i];
         const auto text = rows_.Field(i);
-        std::string problem;
         const bool isNull = text == kNullField && !rows_.IsQuoted(i);
-        if (isNull || (text.empty() && column.type != VarType::String)) {
-            problem = ReadEmpty(column, isNull, values_[i]);
-        } else {
-            auto read = ReadField(text, column.type, rows_.Encoding());
-            problem = std::move(read.problem);
-            values_[i] = std::move(read.value);
-        }
-        if (problem.empty()) continue;
-        faults_.Add(rows_.Line(), column.name, problem);
+        const bool isEmpty = isNull || (text.empty() && column.type != VarType::String);
+        FieldValue read = isEmpty ? ReadEmpty(column, isNull) : ReadField(text, column.type, rows_.Encoding());
+        values_[i] = std::move(read.value);
+        if (read.problem.empty()) continue;
+        faults_.Add(rows_.Line(), column.name, read.problem);
         good = false;
     }
     return good;
 }
 
-std::string TableImport::ReadEmpty(const TableInfo::Column& column, bool isNull, Variant& value) {
+FieldValue TableImport::ReadEmpty(const TableInfo::Column& column, bool isNull) {
     const bool filled = column.counter || (!isNull && !column.defaultValue.IsNull());
-    value = filled ? Variant::Missing() : Variant::Null();
-    if (filled || !column.required) return {};
-    return isNull ? Message("Null, but the column needs a value") : Message("empty, but the column needs a value");
+    if (filled) return {Variant::Missing(), {}};
+    if (!column.required) return {Variant::Null(), {}};
+    return {Variant::Null(),
+            isNull ? Message("Null, but the column needs a value") : Message("empty, but the column needs a value")};
 }
 
 void TableImport::EnterRow() {

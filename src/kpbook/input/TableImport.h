@@ -8,6 +8,7 @@
 
 #include "kpTables/Book.h"
 #include "kpTables/bookkeeping/RowEntry.h"
+#include "kpbook/input/FieldReader.h"
 #include "kpbook/input/ImportFaults.h"
 #include "kpbook/input/RowReader.h"
 
@@ -38,8 +39,8 @@ private:
     void ImportRow();
     /// Reads the row's fields into values_; false when one is not a value of its column's type.
     bool ReadFields();
-    /// Reads an empty field, or one that is Null, into a value; returns what is wrong with it.
-    static std::string ReadEmpty(const TableInfo::Column& column, bool isNull, Variant& value);
+    /// Of an empty field, or one that is Null.
+    static FieldValue ReadEmpty(const TableInfo::Column& column, bool isNull);
     void EnterRow();
     void AddRefusal(std::int64_t line, const DatabaseError& error);
     void Count(bookkeeping::RowEntryResult::Outcome outcome);

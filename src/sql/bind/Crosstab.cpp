@@ -1,4 +1,5 @@
 // TRANSFORM ... PIVOT: aggregates over the rows of each pivot value.
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "sql/bind/Operators.h"
 #include "sql/bind/QueryBinder.h"
 #include "sql/bind/StatementBinder.h"
+#include "sql/bind/Walk.h"
 
 namespace kpTables::sql::bind {
 
@@ -95,6 +97,23 @@ TermPtr BindCell(SelectBinder& binder, const Expression& aggregate, const TermPt
     return std::make_shared<CaseTerm>(Terms{std::move(any), std::move(cell)}, false, false, type);
 }
 
+/// A sum or a count of groups is that of their parts, added up.
+bool IsAddedUp(const Term& term) {
+    const auto* aggregate = If<Aggregate>(&term);
+    if (!aggregate || aggregate->distinct) return false;
+    return aggregate->function == AggregateFunction::Sum || aggregate->function == AggregateFunction::Count;
+}
+
+/// Which the server does not know as the same where it stands twice.
+bool HoldsLiteral(const Term& expression) {
+    return AnyTerm(expression, [](const Term& term) { return term.kind == TermKind::Parameter; });
+}
+
+bool IsOfManyRows(const Term& term) {
+    return term.kind == TermKind::Aggregate || term.kind == TermKind::InQuery || term.kind == TermKind::Exists ||
+           term.kind == TermKind::ScalarQuery;
+}
+
 }  // namespace
 
 Query BindCrosstab(Context& context, const TransformStatement& statement,
@@ -120,6 +139,36 @@ Query BindCrosstab(Context& context, const TransformStatement& statement,
     binder.BindLimit();
     for (Output& item : added) binder.AddItem(std::move(item));
     return bind::QueryOf(binder.Take(), QueryUse::Result);
+}
+
+std::optional<Query> BindCellRows(Context& context, const TransformStatement& statement, CellLayout& layout) {
+    const SelectCore& core = CoreOf(statement);
+    if (!statement.values.empty() || core.distinct || core.top || core.having || !statement.query->orderBy.empty())
+        return std::nullopt;
+    if (HasAggregate(*statement.pivot)) return std::nullopt;
+    SelectBinder binder(context, core, nullptr);
+    TermPtr cell = binder.BindItem(*statement.aggregate.expression);
+    TermPtr pivot = AsValue(context, BindExpression(*statement.pivot, {context, binder.Names(), kNoAggregate}));
+    binder.BindLimit();
+    Select select = binder.Take();
+    const bool isPlain = !select.groupBy.empty() && !select.windowed && !select.limit && !select.comparesRows;
+    const bool isNumber = pivot->type == Type::Short || pivot->type == Type::Long;
+    if (!isPlain || !isNumber || HoldsLiteral(*pivot) || !IsAddedUp(*cell)) return std::nullopt;
+    layout = {};
+    for (const Output& item : select.items) {
+        layout.isSum.push_back(IsAddedUp(*item.term));
+        if (!layout.isSum.back() && AnyTerm(*item.term, IsOfManyRows)) return std::nullopt;
+    }
+    if (!statement.aggregate.alias.empty()) layout.total = statement.aggregate.alias;
+    const Terms keys = select.groupBy;
+    select.groupBy.push_back(pivot);
+    select.items.push_back({std::move(pivot), "Expr1000", true});
+    select.items.push_back({std::move(cell), "Expr1001", true});
+    for (const TermPtr& key : keys) {
+        if (HoldsLiteral(*key)) return std::nullopt;
+        if (IsWhole(key->type)) select.items.push_back({key, "Expr" + std::to_string(1002 + layout.keys++), true});
+    }
+    return bind::QueryOf(std::move(select), QueryUse::Result);
 }
 
 Query BindPivotValues(Context& context, const TransformStatement& statement) {

@@ -112,6 +112,19 @@ BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
     return bound;
 }
 
+std::optional<BoundStatement> BindCells(const TransformStatement& statement, const Catalog& catalog,
+                                        CellLayout& layout) {
+    BoundStatement bound;
+    bound.fixedLiterals = statement.fixedLiterals;
+    Context context(catalog, statement.dialect, bound.fixedLiterals);
+    BindCommonTables(context, statement, bound);
+    auto query = BindCellRows(context, statement, layout);
+    if (!query) return std::nullopt;
+    bound.query = std::make_shared<Query>(std::move(*query));
+    Finish(context, bound);
+    return bound;
+}
+
 BoundStatement BindPivotQuery(const TransformStatement& statement, const Catalog& catalog) {
     BoundStatement bound;
     bound.fixedLiterals = statement.fixedLiterals;

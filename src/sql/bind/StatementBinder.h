@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "sql/Catalog.h"
@@ -21,10 +22,15 @@ BoundStatement BindStatement(const Statement& statement, const Catalog& catalog,
 /// For a TRANSFORM without an IN list: the query that lists its pivot values in ascending order, Null included.
 BoundStatement BindPivotQuery(const TransformStatement& statement, const Catalog& catalog);
 
+/// Likewise: the query of its cells; nothing where they do not make the columns. layout: what its columns are.
+std::optional<BoundStatement> BindCells(const TransformStatement& statement, const Catalog& catalog,
+                                        CellLayout& layout);
+
 /// The select items, the aggregate over all rows of a group when it has an alias, then a column for each pivot value:
 /// those of the IN list, else the given ones.
 Query BindCrosstab(Context& context, const TransformStatement& statement, const std::vector<LiteralValue>& pivotValues);
 Query BindPivotValues(Context& context, const TransformStatement& statement);
+std::optional<Query> BindCellRows(Context& context, const TransformStatement& statement, CellLayout& layout);
 
 Insert BindInsert(Context& context, const InsertStatement& statement);
 Update BindUpdate(Context& context, const UpdateStatement& statement);

@@ -51,6 +51,8 @@ public:
     virtual bool ReadsDependentColumns() const;
     /// Whether rows that are equal in the order of ORDER BY stay in the order in which they were found.
     virtual bool KeepsTies() const;
+    /// Whether a TRANSFORM is read cell by cell and put together by the program: see TranslateCells.
+    virtual bool ReadsCells() const;
     /// The name of the table's row id.
     virtual std::string RowIdName(const CatalogTable& table) const = 0;
     /// A row id to order by. filtered: a condition other than equalities excludes rows.

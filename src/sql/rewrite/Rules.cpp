@@ -5,6 +5,7 @@ namespace kpTables::sql::rewrite {
 namespace {
 
 constexpr Rule kRules[] = {
+    {"flat groups", FlattenGroups, false, false, true},
     {"bill dates", RecognizeBillDates},
     {"eager aggregation", AggregateEagerly},
     {"reduction to EXISTS", ReduceToExists},

@@ -24,6 +24,9 @@ struct Rule {
 /// All rules, in the order of application.
 std::span<const Rule> Rules();
 
+/// Where groups are formed over a query in FROM that only joins tables, they are formed over the tables, which the
+/// other rules see then.
+void FlattenGroups(bind::BoundStatement& statement);
 /// A date built from a year, a month and a day column becomes a node of its own, and its comparison with a constant
 /// becomes one of its columns, which can use an index.
 void RecognizeBillDates(bind::BoundStatement& statement);

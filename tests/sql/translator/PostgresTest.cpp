@@ -68,6 +68,14 @@ constexpr PostgresCase kPostgresCases[] = {
     {R"sql(Select pdID, Sum(金额) As s From 入库记录 Group by pdID)sql",
      R"sql(SELECT "入库记录"."pdID", CAST(SUM("入库记录"."金额") AS bigint) AS "s" FROM "入库记录" GROUP )sql"
      R"sql(BY "入库记录"."pdID" ORDER BY "入库记录"."pdID" NULLS FIRST)sql"},
+    {R"sql(Select Q.pjID, Q.项目名称, Sum(Q.金额) As s From (Select L.pjID, P.项目名称, R.金额 From (出库目录 As L Inner )sql"
+     R"sql(Join 出库记录 As R On L.BillID=R.BillID) Left Join 项目设置 As P On L.pjID=P.项目ID) As Q Group by Q.pjID, )sql"
+     R"sql(Q.项目名称)sql",
+     R"sql(SELECT "query 1"."pjID", "P"."项目名称", "query 1"."s" AS "s" FROM (SELECT "L"."pjID" AS "pjID", )sql"
+     R"sql(CAST(SUM("R"."金额") AS bigint) AS "s" FROM "出库目录" AS "L" INNER JOIN (SELECT "出库记录"."BillID" )sql"
+     R"sql(AS "BillID", CAST(SUM("出库记录"."金额") AS bigint) AS "金额" FROM "出库记录" GROUP BY )sql"
+     R"sql("出库记录"."BillID") AS "R" ON "L"."BillID" = "R"."BillID" GROUP BY "L"."pjID") AS "query 1" LEFT )sql"
+     R"sql(JOIN "项目设置" AS "P" ON "P"."项目ID" = "query 1"."pjID" ORDER BY "query 1"."pjID" NULLS FIRST)sql"},
     {R"sql(Select First(t) As f, StDev(l) As s From T)sql",
      R"sql(SELECT (array_agg("T"."t"))[1] AS "f", CAST(stddev_samp("T"."l") AS double )sql"
      R"sql(precision) AS "s" FROM "T")sql"},

@@ -248,6 +248,8 @@ public:
 
     bool KeepsTies() const override { return false; }
 
+    bool ReadsCells() const override { return true; }
+
     std::string RowIdName(const CatalogTable& table) const override {
         return Name(table.rowId.empty() ? kHiddenRowId : std::string_view(table.rowId));
     }
