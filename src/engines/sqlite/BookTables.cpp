@@ -26,8 +26,8 @@ void TakeSqlServerNames(const Database& database) {
 
 }  // namespace
 
-OpenedDatabase::OpenedDatabase(Database opened, engines::Limits limits) {
-    auto driver = std::make_unique<SqliteDriver>(std::move(opened), std::move(limits));
+OpenedDatabase::OpenedDatabase(Database opened, const engines::Limits& limits) {
+    auto driver = std::make_unique<SqliteDriver>(std::move(opened), limits);
     database = &driver->GetDatabase();
     executor = std::make_shared<engines::Executor>(std::move(driver));
 }

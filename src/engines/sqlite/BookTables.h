@@ -10,7 +10,7 @@ namespace kpTables::engines::sqlite {
 
 /// An executor with the database that it works on.
 struct OpenedDatabase {
-    explicit OpenedDatabase(Database opened, engines::Limits limits = {});
+    explicit OpenedDatabase(Database opened, const engines::Limits& limits = {});
 
     const Database* database;
     engines::ExecutorPtr executor;

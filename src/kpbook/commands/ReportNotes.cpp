@@ -28,14 +28,16 @@ std::vector<std::string> MonthNotes(Workspace& workspace, std::int16_t month, st
     const std::string name = std::to_string(month) + "月";
     std::vector<std::string> notes;
     if (states.contains(MonthState::Open)) {
-        notes.push_back(Message("{1}未结帐 (not closed)：{2}；{3}", name, InOneLine(states[MonthState::Open]), whereFrom));
+        notes.push_back(
+            Message("{1}未结帐 (not closed)：{2}；{3}", name, InOneLine(states[MonthState::Open]), whereFrom));
     }
     if (states.contains(MonthState::NotReached)) {
         notes.push_back(Message("{1}未到 (not reached)：{2}；前面的月份还没有结帐，期初库存未定", name,
                                 InOneLine(states[MonthState::NotReached])));
     }
     const bool isUnused = states.contains(MonthState::Unused) && states.size() == 1;
-    if (isUnused) notes.push_back(Message("{1}没有数据 (no figures)：{2}", name, InOneLine(states[MonthState::Unused])));
+    if (isUnused)
+        notes.push_back(Message("{1}没有数据 (no figures)：{2}", name, InOneLine(states[MonthState::Unused])));
     return notes;
 }
 

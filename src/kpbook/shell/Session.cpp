@@ -1,6 +1,7 @@
 #include "kpbook/shell/Session.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <new>
 #include <utility>
 

@@ -23,8 +23,9 @@ TermPtr Concat(Context& context, Terms arguments) {
     TermPtr joined;
     for (TermPtr& argument : arguments) {
         const bool given = argument->kind == TermKind::Literal;
-        TermPtr text = AsText(context, std::move(argument));
-        if (!given) text = Call("coalesce", {std::move(text), TextConstant("")}, Type::Text);
+        TermPtr written = AsText(context, std::move(argument));
+        TermPtr text =
+            given ? std::move(written) : Call("coalesce", {std::move(written), TextConstant("")}, Type::Text);
         joined = joined
                      ? std::make_shared<Concatenation>(Concatenation::Nulls::Spread, std::move(joined), std::move(text))
                      : std::move(text);
