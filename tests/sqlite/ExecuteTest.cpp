@@ -92,6 +92,27 @@ TEST_F(Execute, HavingAloneMakesAllRowsOneGroup) {
     EXPECT_EQ(Value("Select Count(*) From 入库记录 Where Exists (Select 1 From 入库记录 Having Count(*)>1)"), "2");
 }
 
+TEST_F(Execute, KeysWithLiteralsAreReadAgain) {
+    for (const char* name : {"a1", "b1", "a2"})
+        Run(std::string("Insert Into 仓库设置 (仓库名称) Values ('").append(name).append("')"));
+    const std::string from = ", Count(*) As n From 仓库设置 Group By ";
+    EXPECT_EQ(Rows("Select dpID Mod 2 As m" + from + "dpID Mod 2"), "0|1 / 1|2");
+    EXPECT_EQ(Rows("Select (dpID Mod 2)+10 As m" + from + "dpID Mod 2 Having dpID Mod 2>=0 Order By dpID Mod 2 Desc"),
+              "11|2 / 10|1");
+    EXPECT_EQ(Rows("Select Left(仓库名称,1) As m" + from + "Left(仓库名称,1)"), "a|2 / b|1");
+    EXPECT_EQ(Rows("Select Left(仓库名称,1) & '-' & dpID As m" + from + "Left(仓库名称,1) & '-' & dpID"),
+              "a-1|1 / a-3|1 / b-2|1");
+    EXPECT_EQ(Rows("Select IIf(dpID>1,'x','y') As m" + from + "IIf(dpID>1,'x','y')"), "x|2 / y|1");
+    EXPECT_EQ(Rows("Select Case When dpID>1 Then 1 Else 2 End As m" + from +
+                   "Case When dpID>1 Then 1 Else 2 End Order By Case When dpID>1 Then 1 Else 2 End Desc"),
+              "2|1 / 1|2");
+    EXPECT_EQ(
+        Rows("Select Left(仓库名称,1) As m From 仓库设置 Group By Left(仓库名称,1) Union Select Right(仓库名称,1) "
+             "From 仓库设置 Group By Right(仓库名称,1)"),
+        "1 / 2 / a / b");
+    EXPECT_EQ(Rows("Select dpID Mod 2 As m" + from + "dpID Mod 2 Having Max(dpID Mod 2)<1"), "0|1");
+}
+
 TEST_F(Execute, TextOrdersAndComparesAsABookHasIt) {
     for (const char* name : {"张三", "李四", "abc", "Abd", "阿大", "10", "2"}) {
         Run(std::string("Insert Into 仓库设置 (仓库名称) Values ('").append(name).append("')"));

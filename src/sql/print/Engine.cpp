@@ -76,8 +76,6 @@ std::string_view Engine::JoinWord(bind::JoinMethod method) const {
                                                : " INNER JOIN ";
 }
 
-std::string Engine::ItemOfOneGroup(std::string item) const { return item; }
-
 std::string Engine::GroupKey(std::string key, bool) const { return key; }
 
 std::string Engine::OrderKey(std::string key, bool descending) const {

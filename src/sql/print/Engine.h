@@ -58,8 +58,6 @@ public:
     /// A row id to order by. filtered: a condition other than equalities excludes rows.
     virtual std::string RowIdKey(std::string rowId, bool filtered) const;
     virtual std::string_view JoinWord(bind::JoinMethod method) const;
-    /// An item of a query that makes all rows one group although no item shows an aggregate, as HAVING alone does.
-    virtual std::string ItemOfOneGroup(std::string item) const;
     /// sorted: the groups are formed by sorting, even where an index would yield the rows in key order.
     virtual std::string GroupKey(std::string key, bool sorted) const;
     virtual std::string OrderKey(std::string key, bool descending) const;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -68,6 +69,21 @@ bool MayReadInSubQuery(const Select& select) {
     return found;
 }
 
+// An engine knows a key that is read by the key's own parameters.
+void ReadKeysThemselves(Select& select) {
+    const auto isParameter = [](const Term& term) { return term.kind == TermKind::Parameter; };
+    std::vector<TermPtr> keys;
+    std::ranges::copy_if(select.groupBy, std::back_inserter(keys),
+                         [&](const TermPtr& key) { return AnyTerm(*key, isParameter); });
+    if (keys.empty()) return;
+    ChangeExpressions(select, [&](const TermPtr& expression) {
+        return Changed(expression, [&](const TermPtr& term) {
+            const auto key = std::ranges::find_if(keys, [&](const TermPtr& each) { return SameTerm(*each, *term); });
+            return key == keys.end() ? term : *key;
+        });
+    });
+}
+
 void AddKeysOf(const Term& read, Select& select) {
     std::vector<const Term*> open = {&read};
     while (!open.empty()) {
@@ -94,12 +110,14 @@ void DropDependentKeysForNow(BoundStatement& statement) {
 
 void GroupByWhatIsRead(BoundStatement& statement) {
     ForEachQuery(statement, [](Query& query) {
-        if (query.isCorrelated) return;
         for (Query::Member& member : query.members) {
             Select& select = member.select;
-            if (select.groupBy.empty() || MayReadInSubQuery(select)) continue;
+            ReadKeysThemselves(select);
+            if (query.isCorrelated || select.groupBy.empty() || MayReadInSubQuery(select)) continue;
             ForEachRead(select, [&](const Term& read) { AddKeysOf(read, select); });
         }
+        for (OrderKey& key : query.orderBy)
+            if (key.position) key.term = query.members.front().select.items[*key.position - 1].term;
     });
 }
 

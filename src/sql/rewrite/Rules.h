@@ -43,7 +43,8 @@ void ReduceToExists(bind::BoundStatement& statement);
 void DropDependentKeys(bind::BoundStatement& statement);
 /// Likewise while the other rules see the query, except where a sub-query may read the keys.
 void DropDependentKeysForNow(bind::BoundStatement& statement);
-/// Groups by the columns that are read without being keys, which the keys determine.
+/// Groups by the columns that are read without being keys, which the keys determine, and reads a key with literals by
+/// the key's own.
 void GroupByWhatIsRead(bind::BoundStatement& statement);
 /// Turns right joins into left joins, and the deeper side of a join to the left: a join on the right side needs
 /// parentheses, for which an engine may build a temporary table.

@@ -183,10 +183,6 @@ public:
         return method == bind::JoinMethod::Lookup ? " CROSS JOIN " : Engine::JoinWord(method);
     }
 
-    // SQLite takes HAVING only beside GROUP BY or an item with an aggregate.
-    std::string ItemOfOneGroup(std::string item) const override {
-        return "CASE WHEN COUNT(*) >= 0 THEN " + item + " END";
-    }
 
     // No index covers an expression.
     std::string GroupKey(std::string key, bool sorted) const override { return sorted ? "+" + key : key; }
