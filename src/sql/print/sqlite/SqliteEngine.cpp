@@ -183,7 +183,6 @@ public:
         return method == bind::JoinMethod::Lookup ? " CROSS JOIN " : Engine::JoinWord(method);
     }
 
-
     // No index covers an expression.
     std::string GroupKey(std::string key, bool sorted) const override { return sorted ? "+" + key : key; }
 
