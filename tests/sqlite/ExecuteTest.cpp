@@ -111,6 +111,13 @@ TEST_F(Execute, KeysWithLiteralsAreReadAgain) {
              "From 仓库设置 Group By Right(仓库名称,1)"),
         "1 / 2 / a / b");
     EXPECT_EQ(Rows("Select dpID Mod 2 As m" + from + "dpID Mod 2 Having Max(dpID Mod 2)<1"), "0|1");
+    // The same statement with other literals in other places.
+    const auto where = [&](const std::string& key, const std::string& first) {
+        return Rows("Select Left(仓库名称,1) As m, Max(Left(仓库名称," + key +
+                    ")) As x From 仓库设置 Where Left(仓库名称," + key + ")='" + first + "' Group By Left(仓库名称,1)");
+    };
+    EXPECT_EQ(where("1", "a"), "a|a");
+    EXPECT_EQ(where("2", "a2"), "a|a2");
 }
 
 TEST_F(Execute, TextOrdersAndComparesAsABookHasIt) {

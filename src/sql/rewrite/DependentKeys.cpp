@@ -69,17 +69,25 @@ bool MayReadInSubQuery(const Select& select) {
     return found;
 }
 
-// An engine knows a key that is read by the key's own parameters.
-void ReadKeysThemselves(Select& select) {
+// An engine knows a key that is read by the key's own parameters. The literals are the same in this statement alone.
+void ReadKeysThemselves(Select& select, std::vector<int>& fixedLiterals) {
     const auto isParameter = [](const Term& term) { return term.kind == TermKind::Parameter; };
     std::vector<TermPtr> keys;
     std::ranges::copy_if(select.groupBy, std::back_inserter(keys),
                          [&](const TermPtr& key) { return AnyTerm(*key, isParameter); });
     if (keys.empty()) return;
+    const auto fix = [&](const Term& same) {
+        ForEachTerm(same, [&](const Term& term) {
+            if (const auto* parameter = If<ParameterTerm>(&term)) FixLiteral(fixedLiterals, parameter->ordinal);
+        });
+    };
     ChangeExpressions(select, [&](const TermPtr& expression) {
         return Changed(expression, [&](const TermPtr& term) {
             const auto key = std::ranges::find_if(keys, [&](const TermPtr& each) { return SameTerm(*each, *term); });
-            return key == keys.end() ? term : *key;
+            if (key == keys.end() || *key == term) return term;
+            fix(*term);
+            fix(**key);
+            return *key;
         });
     });
 }
@@ -109,10 +117,10 @@ void DropDependentKeysForNow(BoundStatement& statement) {
 }
 
 void GroupByWhatIsRead(BoundStatement& statement) {
-    ForEachQuery(statement, [](Query& query) {
+    ForEachQuery(statement, [&](Query& query) {
         for (Query::Member& member : query.members) {
             Select& select = member.select;
-            ReadKeysThemselves(select);
+            ReadKeysThemselves(select, statement.fixedLiterals);
             if (query.isCorrelated || select.groupBy.empty() || MayReadInSubQuery(select)) continue;
             ForEachRead(select, [&](const Term& read) { AddKeysOf(read, select); });
         }
