@@ -65,6 +65,12 @@ class Proxy:
         self.loop.run_until_complete(asyncio.start_unix_server(self.connect, self.address))
         self.ready.set()
         self.loop.run_forever()
+        # What has ended may not have been passed on yet.
+        left = asyncio.all_tasks(self.loop)
+        for task in left:
+            task.cancel()
+        self.loop.run_until_complete(asyncio.gather(*left, return_exceptions=True))
+        self.loop.close()
 
     async def connect(self, reader, writer):
         to_server = await asyncio.open_unix_connection(self.server)
