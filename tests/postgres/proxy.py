@@ -76,8 +76,11 @@ class Proxy:
         to_server = await asyncio.open_unix_connection(self.server)
         messages = Messages()
         self.clients.append(messages)
-        await asyncio.gather(self.pass_on(reader, to_server[1], messages.take),
-                             self.pass_on(to_server[0], writer, lambda _: None))
+        try:
+            await asyncio.gather(self.pass_on(reader, to_server[1], messages.take),
+                                 self.pass_on(to_server[0], writer, lambda _: None))
+        except asyncio.CancelledError:
+            pass
 
     async def pass_on(self, reader, writer, look):
         """Each piece arrives the delay after it was sent, however many are under way."""
