@@ -65,6 +65,14 @@ class WindowsCase(KpbookCase):
                 found[name] = path.read_bytes()
         return found
 
+    def assert_same_files(self, folder, expected):
+        """The files of a firm's first month are the expected ones, to the byte."""
+        found, wanted = self.contents(folder), self.contents(expected)
+        self.assertEqual(sorted(found), sorted(wanted))
+        self.assertGreater(len(found), 35)
+        for name, content in wanted.items():
+            self.assertEqual(found[name], content, name)
+
 
 @needs_linux
 class AsOnLinux(WindowsCase):
@@ -79,11 +87,7 @@ class AsOnLinux(WindowsCase):
         self.assertIn("72,509.71", "".join(shown["windows"]))
         for folder in folders.values():
             (folder / "帐簿.kpbook").unlink()
-        contents = {name: self.contents(folder) for name, folder in folders.items()}
-        self.assertEqual(sorted(contents["windows"]), sorted(contents["linux"]))
-        self.assertGreater(len(contents["windows"]), 35)
-        for name in contents["linux"]:
-            self.assertEqual(contents["windows"][name], contents["linux"][name], name)
+        self.assert_same_files(folders["windows"], folders["linux"])
 
 
 NAMES = ["重庆", "长沙", "ａbC", "ABd", "abe", "张三ＡＢ", "Zürich", "阿大", "Ａ", "水泥", "〇", "ß", "1号", "２号"]
