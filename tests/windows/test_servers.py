@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""kpbook.exe under Wine with books on a PostgreSQL server of this machine, beside kpbook for this system. LIBPQ is the folder
-with libpq.dll for 64-bit Windows and what it needs; without it nothing is tested."""
+"""kpbook.exe under Wine with a PostgreSQL server of this machine, beside kpbook for this system: books on the server, and tables
+behind ODBC, whose drivers Wine takes from this system. LIBPQ is the folder with libpq.dll for 64-bit Windows and what it needs."""
 
+import glob
 import json
 import os
 import pathlib
@@ -11,17 +12,21 @@ import tempfile
 import unittest
 
 import private_server
-from test_windows import WindowsCase
+from test_windows import WindowsCase, needs_linux
 
 LIBPQ = pathlib.Path(os.environ["LIBPQ"])
+HAS_LIBPQ = (LIBPQ / "libpq.dll").exists()
+DRIVERS = glob.glob("/usr/lib/*/odbc/psqlodbcw.so")
 SKIPPED = 77
+port = 0
 
 
+@needs_linux
+@unittest.skipUnless(HAS_LIBPQ, f"{LIBPQ} has no libpq.dll")
 class OnServer(WindowsCase):
-    server = ""
-
-    def url(self, name):
-        return f"{self.server}/postgres?book={name}"
+    @staticmethod
+    def url(name):
+        return f"postgresql://kp@127.0.0.1:{port}/postgres?book={name}"
 
     def test_a_firms_first_month(self):
         folders, shown = {}, {}
@@ -52,10 +57,32 @@ class OnServer(WindowsCase):
         self.assertIn("the database has no book of that name", done.stderr)
 
 
+@needs_linux
+@unittest.skipUnless(DRIVERS, "PostgreSQL's ODBC driver is not installed")
+class BehindOdbc(WindowsCase):
+    def statements(self, run, table):
+        """What a table's rows look like, and how a refused statement is told."""
+        url = f"odbc:Driver={DRIVERS[0]};Server=127.0.0.1;Port={port};Database=postgres;UID=kp"
+        run("sql", url, f"Create Table {table} (id int primary key, 名称 varchar(20), 金额 numeric(19,4), 日 timestamp)")
+        run("sql", url, f"Insert Into {table} Values (1, '水泥𠮷', 12.3456, '2026-01-05')")
+        run("sql", url, f"Insert Into {table} Values (2, Null, -0.0001, Null)")
+        return run("sql", url, f"Select * From {table} Order by id", "-O", "csv")
+
+    def test_tables_behind_a_driver(self):
+        expected = "id,名称,金额,日\n1,水泥𠮷,12.3456,2026-01-05\n2,,-0.0001,\n"
+        self.assertEqual(self.statements(self.windows, "乙").replace("\\N", ""), expected)
+        self.assertEqual(self.statements(self.run_linux, "甲").replace("\\N", ""), expected)
+        url = f"odbc:Driver={DRIVERS[0]};Server=127.0.0.1;Port={port};Database=postgres;UID=kp"
+        done = self.run_kpbook("sql", url, "Insert Into 乙 Values (1, 'x', 1, '2026-01-05')", code=1)
+        self.assertIn("(SQLSTATE 23505)", done.stderr)
+        self.assertIn("乙_pkey", done.stderr)
+
+
 def main():
+    global port
     bin_folder = private_server.programs()
-    if bin_folder is None or not (LIBPQ / "libpq.dll").exists():
-        print(f"PostgreSQL is not installed, or {LIBPQ} has no libpq.dll: skipped")
+    if bin_folder is None:
+        print("PostgreSQL is not installed: skipped")
         return SKIPPED
     # Wine looks there for libraries too.
     os.environ["WINEPATH"] = f"Z:{LIBPQ}"
@@ -65,7 +92,6 @@ def main():
     # Windows has no sockets that are files.
     settings = {"listen_addresses": "127.0.0.1", "port": port}
     with tempfile.TemporaryDirectory(prefix="kpTablesServer-") as folder, private_server.Server(folder, bin_folder, settings):
-        OnServer.server = f"postgresql://kp@127.0.0.1:{port}"
         return not unittest.main(exit=False).result.wasSuccessful()
 
 
