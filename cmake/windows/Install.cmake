@@ -28,11 +28,12 @@ find_program(KPTABLES_DLLTOOL ${mingw}-dlltool REQUIRED)
 mark_as_advanced(KPTABLES_DLLTOOL)
 set(definition ${PROJECT_SOURCE_DIR}/src/com/library/${width}.def)
 set(library ${PROJECT_BINARY_DIR}/src/com/kpTables.lib)
+# Named without its folder, which would become part of its symbols' names.
 add_custom_command(
   OUTPUT ${library}
-  COMMAND ${KPTABLES_DLLTOOL} --machine ${machine} --kill-at --temp-prefix kpTables --input-def ${definition} --output-lib ${library}
+  COMMAND ${KPTABLES_DLLTOOL} --machine ${machine} --kill-at --temp-prefix kpTables --input-def ${definition} --output-lib kpTables.lib
   DEPENDS ${definition}
-  WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
+  WORKING_DIRECTORY ${PROJECT_BINARY_DIR}/src/com
   VERBATIM)
 add_custom_target(kpTablesImportLibrary DEPENDS ${library})
 add_dependencies(kpTablesWindowsPackage kpTablesImportLibrary)
