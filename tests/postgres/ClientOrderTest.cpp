@@ -87,7 +87,7 @@ constexpr const char* kQueries[] = {
     "Select k From T Where k=17 Order by a",
     "Select k From T Where k=0 Order by a",
     "TRANSFORM Sum(c) SELECT a FROM T GROUP BY a PIVOT n",
-    "TRANSFORM Count(*) SELECT n FROM T WHERE a<'c' GROUP BY n PIVOT b",
+    "TRANSFORM Count(*) SELECT n FROM T WHERE a<'c' And b>'0' GROUP BY n PIVOT b",
     "TRANSFORM Sum(n) SELECT f,a FROM T GROUP BY f,a ORDER BY a DESC PIVOT c",
     "Select b, Row_Number() Over (Order by k) As r From T Order by b",
 };

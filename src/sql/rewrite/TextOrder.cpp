@@ -2,6 +2,7 @@
 #include <optional>
 #include <utility>
 
+#include "sql/Names.h"
 #include "sql/rewrite/BoundNames.h"
 #include "sql/rewrite/Rules.h"
 
@@ -9,10 +10,20 @@ namespace kpTables::sql::rewrite {
 
 namespace {
 
+/// Whether the item is the column that holds the row id.
+bool ShowsRowId(const Output& item, const RowIdTerm& rowId) {
+    const auto* column = If<ColumnTerm>(item.term);
+    if (!column || column->source != rowId.source || rowId.source->table->rowId.empty()) return false;
+    return SameName(column->source->columns[column->column].name, rowId.source->table->rowId);
+}
+
 /// The item that shows the key's value, from 0.
 std::optional<std::size_t> ItemOf(const OrderKey& key, const std::vector<Output>& items) {
     if (key.position) return *key.position - 1;
-    const auto found = std::ranges::find_if(items, [&](const Output& item) { return SameTerm(*item.term, *key.term); });
+    const auto* rowId = If<RowIdTerm>(key.term);
+    const auto found = std::ranges::find_if(items, [&](const Output& item) {
+        return rowId ? ShowsRowId(item, *rowId) || SameTerm(*item.term, *rowId) : SameTerm(*item.term, *key.term);
+    });
     if (found == items.end()) return std::nullopt;
     return static_cast<std::size_t>(found - items.begin());
 }

@@ -135,11 +135,11 @@ std::string LeftFor(std::string_view text) {
 }
 
 constexpr PostgresCase kOrders[] = {
-    {"Select id, t From T Order by t", R"sql(SELECT "T"."id", "T"."t" FROM "T" | 2 1 | 2)sql"},
+    {"Select id, t From T Order by t", R"sql(SELECT "T"."id", "T"."t", "T"."kp_row" FROM "T" | 2 3 | 2 long)sql"},
     {"Select l From T Order by t DESC, l DESC",
-     R"sql(SELECT "T"."l", "T"."t", "T"."id" FROM "T" | -2 -1 3 | 1 text long)sql"},
+     R"sql(SELECT "T"."l", "T"."t", "T"."kp_row" FROM "T" | -2 -1 3 | 1 text long)sql"},
     {"Select t As x From T Order by x, 1, T.t2 & 'a'",
-     R"sql(SELECT "T"."t" AS "x", kp.join("T"."t2", $1::kp.text), "T"."id" FROM "T" | 1 1 2 3 | 1 text long)sql"},
+     R"sql(SELECT "T"."t" AS "x", kp.join("T"."t2", $1::kp.text), "T"."kp_row" FROM "T" | 1 1 2 3 | 1 text long)sql"},
     {"Select Distinct t, l From T", R"sql(SELECT DISTINCT "T"."t", "T"."l" FROM "T" | 1 2 | 2)sql"},
     {"Select Distinct t, l From T Order by l DESC", R"sql(SELECT DISTINCT "T"."t", "T"."l" FROM "T" | -2 1 | 2)sql"},
     {"Select t, l From T Union Select t2, s From T Order by 2 DESC",
@@ -148,15 +148,14 @@ constexpr PostgresCase kOrders[] = {
      R"sql(SELECT "T"."t2", COUNT(*) AS "n", "T"."t" FROM "T" GROUP BY "T"."t", "T"."t2" | 3 1 | 2 text)sql"},
     // A limit, rows for a table, and keys without texts are the server's.
     {"Select Top 2 t From T Order by t",
-     R"sql(SELECT "T"."t" FROM "T" ORDER BY "T"."t" NULLS FIRST, "T"."id" NULLS FIRST LIMIT 2 | | 1)sql"},
+     R"sql(SELECT "T"."t" FROM "T" ORDER BY "T"."t" NULLS FIRST, "T"."kp_row" NULLS FIRST LIMIT 2 | | 1)sql"},
     {"Select id From T Order by l",
-     R"sql(SELECT "T"."id" FROM "T" ORDER BY "T"."l" NULLS FIRST, "T"."id" NULLS FIRST | | 1)sql"},
-    {"Select t From T", R"sql(SELECT "T"."t" FROM "T" ORDER BY "T"."id" NULLS FIRST | | 1)sql"},
+     R"sql(SELECT "T"."id" FROM "T" ORDER BY "T"."l" NULLS FIRST, "T"."kp_row" NULLS FIRST | | 1)sql"},
+    {"Select t From T", R"sql(SELECT "T"."t" FROM "T" ORDER BY "T"."kp_row" NULLS FIRST | | 1)sql"},
     {"Select Q.l From (Select Top 3 l From T Order by t) As Q Order by l",
-     R"sql(SELECT "Q"."l" FROM (SELECT "T"."l" AS "l" FROM "T" ORDER BY "T"."t" NULLS FIRST, "T"."id" NULLS FIRST LIMIT 3) )sql"
-     R"sql(AS "Q" ORDER BY "Q"."l" NULLS FIRST | | 1)sql"},
-    {"Insert Into T (t) Select t2 From T Order by t2",
-     R"sql(INSERT INTO "T" ("t") SELECT "T"."t2" FROM "T" ORDER BY "T"."t2" NULLS FIRST, "T"."id" NULLS FIRST | | 0)sql"},
+     R"sql(SELECT "Q"."l" FROM (SELECT "T"."l" AS "l" FROM "T" ORDER BY "T"."t" NULLS FIRST, "T"."kp_row" NULLS FIRST LIMIT 3) )sql"
+     R"sql(AS "Q" ORDER BY 1 NULLS FIRST | | 1)sql"},
+    {"Insert Into T (t) Select t2 From T Order by t2", R"sql(INSERT INTO "T" ("t") SELECT "T"."t2" FROM "T" | | 0)sql"},
 };
 
 class PostgresOrder : public testing::TestWithParam<PostgresCase> {};
