@@ -18,9 +18,9 @@ namespace {
 
 using namespace test;
 
-constexpr std::string_view kTexts[] = {"",   "水泥", "水泥 ", "砂", "a",  "A",  "Ａ", "b",  "é",  "e",
-                                       "10", "9",    "０",    "-",  "、", "中", "㐀", "あ", "カ", "ｶ",
-                                       "가", "ß",    "ss",    "Ω",  "½",  "①",  "㎡", "〇", "龘", "𠀀"};
+constexpr std::string_view kTexts[] = {"",   "水泥", "水泥 ", "砂", "a",  "A",  "Ａ",   "b",    "é",    "e", "10", "9",
+                                       "０", "-",    "、",    "中", "㐀", "あ", "カ",   "ｶ",    "가",   "ß", "ss", "Ω",
+                                       "½",  "①",    "㎡",    "〇", "龘", "𠀀", "重庆", "中国", "沈阳", "沈"};
 
 class OrderOnServer : public testing::Test {
 protected:
@@ -123,6 +123,16 @@ TEST_F(OrderOnServer, IsTheEmbeddedEngines) {
         EXPECT_EQ(expected->RecordCount(), actual->RecordCount());
         EXPECT_EQ(FirstDifference(*expected, *actual), 0);
     }
+}
+
+/// The server's library reads 重庆 with its own pronunciation, and so on; the book compares characters.
+TEST_F(OrderOnServer, IsTheBooksWhereTheServerHasAnother) {
+    const std::string where = "From T Where a In ('重庆','中国','沈阳','沈')";
+    const std::string first = ValueOf(*server, "Select Top 1 a " + where + " And a In ('重庆','中国') Order by a, k");
+    EXPECT_EQ(first, "重庆");
+    EXPECT_EQ(RowsOf(*server, "Select a " + where + " Group by a"), "沈 / 沈阳 / 中国 / 重庆");
+    EXPECT_EQ(RowsOf(*server, "Select a, k " + where + " Order by a DESC, k"),
+              RowsOf(*embedded, "Select a, k " + where + " Order by a DESC, k"));
 }
 
 TEST_F(OrderOnServer, OfEditableRowsIsKeptWhileTheyChange) {
