@@ -31,6 +31,11 @@ private:
     };
     using Run = std::span<Entry>;
 
+    struct Compared {
+        std::string_view text;
+        std::uint32_t number;
+    };
+
     void RankByWeights() {
         starts_.reserve(texts_.size() + 1);
         for (const Text& each : texts_) {
@@ -52,7 +57,9 @@ private:
             const std::uint64_t weight = run[first].weight;
             while (end < run.size() && run[end].weight == weight) ++end;
             const Run same = run.subspan(first, end - first);
-            if (same.size() == 1 || weight == 0 || depth + 1 == kMostWeights)
+            if (same.size() == 1)
+                ranks_[same.front().text] = next_++;
+            else if (weight == 0 || depth + 1 == kMostWeights)
                 RankByComparing(same);
             else
                 RankByWeights(same, depth + 1);
@@ -61,14 +68,17 @@ private:
 
     /// Every text before these has its rank.
     void RankByComparing(Run run) {
-        if (run.empty()) return;
-        const auto compare = [&](const Entry& left, const Entry& right) {
-            return order_.compare(texts_[left.text].text, texts_[right.text].text);
+        std::vector<Compared> texts;
+        texts.reserve(run.size());
+        for (const Entry& entry : run) texts.push_back({texts_[entry.text].text, entry.text});
+        const auto compare = [&](const Compared& left, const Compared& right) {
+            return order_.compare(left.text, right.text);
         };
-        std::ranges::sort(run, [&](const Entry& left, const Entry& right) { return compare(left, right) < 0; });
-        for (std::size_t i = 0; i < run.size(); ++i) {
-            if (i > 0 && compare(run[i - 1], run[i]) != 0) ++next_;
-            ranks_[run[i].text] = next_;
+        std::stable_sort(texts.begin(), texts.end(),
+                         [&](const Compared& left, const Compared& right) { return compare(left, right) < 0; });
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            if (i > 0 && compare(texts[i - 1], texts[i]) != 0) ++next_;
+            ranks_[texts[i].number] = next_;
         }
         ++next_;
     }
