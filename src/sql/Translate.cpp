@@ -13,6 +13,7 @@ Translation Finished(bind::BoundStatement statement, const print::Engine& engine
         if (rule.readsDependentColumns && !engine.ReadsDependentColumns()) continue;
         if (rule.readsKeysOnly && engine.ReadsDependentColumns()) continue;
         if (rule.breaksTies && engine.KeepsTies()) continue;
+        if (rule.leavesTextOrder && !engine.LeavesTextOrder()) continue;
         if (statement.staysAsWritten && !rule.keepsWritten) continue;
         rule.apply(statement);
     }

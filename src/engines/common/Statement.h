@@ -41,6 +41,7 @@ struct CachedStatement {
     sql::Translation translation;
     std::unique_ptr<Statement> prepared;
     recordset::FieldsPtr fields;        ///< of a query; with a writer, followed by the row id and perhaps the version
+    recordset::FieldsPtr read;          ///< them, and behind them those that only the client's order reads
     int hidden = 0;                     ///< how many of them are not the caller's
     std::shared_ptr<RowWriter> writer;  ///< of a query whose rows can be edited
     std::optional<sql::CellLayout> cells = {};  ///< of a TRANSFORM that is put together from its cells

@@ -63,6 +63,8 @@ bool Engine::ReadsDependentColumns() const { return true; }
 
 bool Engine::KeepsTies() const { return true; }
 
+bool Engine::LeavesTextOrder() const { return false; }
+
 bool Engine::ReadsCells() const { return false; }
 
 Piece Engine::PredicateValue(const Piece& predicate) const { return {"-(" + predicate.text + ")", Precedence::Unary}; }

@@ -51,6 +51,8 @@ public:
     virtual bool ReadsDependentColumns() const;
     /// Whether rows that are equal in the order of ORDER BY stay in the order in which they were found.
     virtual bool KeepsTies() const;
+    /// Whether the client puts the rows of a result in order that is ordered by texts.
+    virtual bool LeavesTextOrder() const;
     /// Whether a TRANSFORM is read cell by cell and put together by the program: see TranslateCells.
     virtual bool ReadsCells() const;
     /// The name of the table's row id.

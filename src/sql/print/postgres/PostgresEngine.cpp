@@ -248,6 +248,9 @@ public:
 
     bool KeepsTies() const override { return false; }
 
+    // Its collation is slow, and depends on the version of a library.
+    bool LeavesTextOrder() const override { return true; }
+
     bool ReadsCells() const override { return true; }
 
     std::string RowIdName(const CatalogTable& table) const override {
