@@ -262,6 +262,8 @@ void PostgresDriver::NoteSchema() noexcept {
     }
 }
 
-const sql::print::Engine& PostgresDriver::Dialect() const noexcept { return sql::print::postgres::PostgresEngine(); }
+const sql::print::Engine& PostgresDriver::Dialect() const noexcept {
+    return sql::print::postgres::PostgresEngine(catalog_.HasExtension());
+}
 
 }  // namespace kpTables::engines::postgres
