@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -111,17 +112,14 @@ bool WantsGroup(const Options& options, const std::string& group, bool byDefault
                        [&](const auto& prefix) { return prefix.starts_with(group) || group.starts_with(prefix); });
 }
 
-std::vector<Reference> References(const Options& options) {
+std::vector<Workload> Workloads(const Options& options) {
     std::vector<Workload> workloads = Commands(false);
     const auto add = [&](std::vector<Workload> more) { workloads.insert(workloads.end(), more.begin(), more.end()); };
     if (WantsGroup(options, "large.", false)) add(Commands(true));
     if (WantsGroup(options, "call.", true) || WantsGroup(options, "batch.", true)) add(MethodCalls());
-    std::vector<Reference> references;
-    for (const Workload& workload : workloads) {
-        if (Wanted(options, workload.name)) references.push_back(MakeReference(workload));
-    }
-    if (references.empty()) throw std::invalid_argument("no workload has such a name");
-    return references;
+    std::erase_if(workloads, [&](const Workload& workload) { return !Wanted(options, workload.name); });
+    if (workloads.empty()) throw std::invalid_argument("no workload has such a name");
+    return workloads;
 }
 
 struct Tally {
@@ -135,7 +133,8 @@ struct Tally {
 
 class Session {
 public:
-    explicit Session(const Options& options) : options_(options), references_(References(options)) {}
+    explicit Session(const Options& options)
+        : options_(options), workloads_(Workloads(options)), references_(workloads_.size()) {}
 
     int Run() {
         if (options_.list) {
@@ -149,8 +148,16 @@ public:
     }
 
 private:
-    void List() const {
-        for (const auto& reference : references_) {
+    /// What the workload does without faults; found out when it is asked for.
+    const Reference& ReferenceOf(std::size_t workload) {
+        auto& reference = references_[workload];
+        if (!reference) reference = MakeReference(workloads_[workload]);
+        return *reference;
+    }
+
+    void List() {
+        for (std::size_t i = 0; i < workloads_.size(); ++i) {
+            const Reference& reference = ReferenceOf(i);
             std::cout << reference.workload.name << (reference.before == reference.after ? " (reads)" : "") << ':';
             for (const auto* kind : options_.kinds) {
                 std::cout << ' ' << kind->name << ' ' << Reach(reference.outcome.report.passed, *kind);
@@ -160,7 +167,8 @@ private:
     }
 
     int Replay() {
-        for (const auto& reference : references_) {
+        for (std::size_t i = 0; i < workloads_.size(); ++i) {
+            const Reference& reference = ReferenceOf(i);
             const Plan plan{options_.kinds[0], options_.number, options_.seed};
             const Outcome outcome = RunWith(reference, plan);
             const std::string complaint = Complaint(reference, outcome);
@@ -172,7 +180,8 @@ private:
     }
 
     void Every() {
-        for (const auto& reference : references_) {
+        for (std::size_t i = 0; i < workloads_.size(); ++i) {
+            const Reference& reference = ReferenceOf(i);
             for (const auto* kind : options_.kinds) {
                 const std::int64_t reach = Reach(reference.outcome.report.passed, *kind);
                 for (std::int64_t n = 1; n <= reach; n += options_.step) Try(reference, {kind, n, options_.seed});
@@ -185,7 +194,7 @@ private:
         Random random(options_.seed);
         for (std::int64_t i = 0;
              options_.seconds > 0 ? std::chrono::steady_clock::now() < end : i < options_.samples;) {
-            const auto& reference = references_[random.Below(references_.size())];
+            const auto& reference = ReferenceOf(random.Below(workloads_.size()));
             const auto* kind = options_.kinds[random.Below(options_.kinds.size())];
             const std::int64_t reach = Reach(reference.outcome.report.passed, *kind);
             if (reach == 0 && ++idle_ > 100000) throw std::runtime_error("nothing reaches these faults");
@@ -235,13 +244,14 @@ private:
             sum.complaints += tally.complaints;
         }
         line("all", sum);
-        std::printf("%zu workloads\n", references_.size());
+        std::printf("%zu workloads\n", workloads_.size());
         // A run that injects nothing shows nothing.
         return sum.complaints == 0 && sum.injected > 0 ? 0 : 1;
     }
 
     const Options& options_;
-    std::vector<Reference> references_;
+    std::vector<Workload> workloads_;
+    std::vector<std::optional<Reference>> references_;  ///< of each workload, once it was run without faults
     std::map<std::string, Tally> tallies_;
     std::map<std::string, int> shown_;
     std::int64_t idle_ = 0;

@@ -65,13 +65,22 @@ class Proxy:
         self.loop.run_until_complete(asyncio.start_unix_server(self.connect, self.address))
         self.ready.set()
         self.loop.run_forever()
+        # What has ended may not have been passed on yet.
+        left = asyncio.all_tasks(self.loop)
+        for task in left:
+            task.cancel()
+        self.loop.run_until_complete(asyncio.gather(*left, return_exceptions=True))
+        self.loop.close()
 
     async def connect(self, reader, writer):
         to_server = await asyncio.open_unix_connection(self.server)
         messages = Messages()
         self.clients.append(messages)
-        await asyncio.gather(self.pass_on(reader, to_server[1], messages.take),
-                             self.pass_on(to_server[0], writer, lambda _: None))
+        try:
+            await asyncio.gather(self.pass_on(reader, to_server[1], messages.take),
+                                 self.pass_on(to_server[0], writer, lambda _: None))
+        except asyncio.CancelledError:
+            pass
 
     async def pass_on(self, reader, writer, look):
         """Each piece arrives the delay after it was sent, however many are under way."""

@@ -103,13 +103,14 @@ class FailingServerTest(ServerCase):
         threads = [threading.Thread(target=shop.guarded, args=(shop.enter, number)) for number in range(1, 4)]
         for thread in threads:
             thread.start()
-        for _ in range(kills):
+        for number in range(kills + 20):
             before = len(shop.confirmed)
             self.wait(lambda: len(shop.confirmed) > before + 20, "no bills were entered")
+            # A kill that meets nobody in a transaction refuses no bill: the hosts connect again.
+            if number >= kills and shop.counts["refused bills"] > 0:
+                break
             server.kill()
             self.start_again(server)
-        before = len(shop.confirmed)
-        self.wait(lambda: len(shop.confirmed) > before + 20, "nobody went on")
         shop.end = 0
         for thread in threads:
             thread.join()

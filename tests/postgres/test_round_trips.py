@@ -78,6 +78,10 @@ class Trips(unittest.TestCase):
         self.assertLess(many_closed, 120)
         self.assertLess(many_imported, 40)
 
+    def test_of_a_new_book_do_not_grow_with_its_tables(self):
+        kpbook("new", f"{SERVER}&book=first", "--bare")
+        self.assertLess(self.trips_of("new", self.through + "&book=second", "--bare"), 20)
+
 
 if __name__ == "__main__":
     sys.exit(unittest.main())

@@ -1,15 +1,16 @@
 #include "engines/postgres/BookTables.h"
 
 #include "BookSchema.h"
-#include "engines/common/EngineBook.h"
+#include "engines/common/SchemaText.h"
 #include "engines/postgres/SharedSchema.h"
 #include "sql/print/postgres/PostgresEngine.h"
 
 namespace kpTables::engines::postgres {
 
-void MakeTables(engines::Executor& executor, Database& database, HeaderDialect header) {
+void MakeTables(Database& database, HeaderDialect header) {
     using sql::print::postgres::QuotedName;
-    engines::CreateBookTables(executor);
+    // In one message: the statements are about each other's tables alone, so no catalog is read between them.
+    database.Run(engines::SchemaIn(sql::print::postgres::PostgresEngine()));
     if (header == HeaderDialect::SqlServer) {
         for (const auto& column : schema::kSqlServerNames) {
             database.Run("ALTER TABLE " + QuotedName(column.table) + " RENAME COLUMN " + QuotedName(column.name) +

@@ -4,14 +4,13 @@
 #include <cstdint>
 #include <string>
 
-#include "engines/common/Executor.h"
 #include "engines/postgres/Database.h"
 #include "kpTables/Book.h"
 
 namespace kpTables::engines::postgres {
 
 /// Makes the tables of the schema, in the connection's schema and the open transaction.
-void MakeTables(engines::Executor& executor, Database& database, HeaderDialect header);
+void MakeTables(Database& database, HeaderDialect header);
 
 /// The statements that make and fill kp_book, in which a book notes its format. schema: with a point behind it, or ""
 /// for the connection's.

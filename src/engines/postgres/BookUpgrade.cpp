@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "BookSchema.h"
+#include "engines/common/Executor.h"
 #include "engines/postgres/BookTables.h"
 #include "engines/postgres/PostgresBook.h"
 #include "engines/postgres/PostgresDriver.h"
@@ -42,7 +43,7 @@ private:
         const HeaderDialect header = DialectOf(database_);
         const std::string wanted(kWanted);
         database_.Run("CREATE SCHEMA " + wanted + "; SET LOCAL search_path = " + wanted + ", " + QuotedName(book_));
-        MakeTables(executor, database_, header);
+        MakeTables(database_, header);
         database_.Run("SET LOCAL search_path = " + QuotedName(book_));
         executor.GetDriver().GetCatalog().Forget();
     }

@@ -78,7 +78,7 @@ void RequireAllRows(Database& database, const std::string& url) {
 void MakeBookTables(const engines::ExecutorPtr& executor, Database& database, const std::string& url,
                     const NewBookOptions& options) {
     executor->GetTransaction().Begin();
-    MakeTables(*executor, database, options.header);
+    MakeTables(database, options.header);
     BookPtr book = engines::MakeBook(url, executor);
     if (options.prepare) options.prepare(book);
     book->FlushRows();

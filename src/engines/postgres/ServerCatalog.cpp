@@ -16,24 +16,31 @@ namespace {
 using sql::print::postgres::kHiddenRowId;
 using sql::print::postgres::QuotedName;
 
-/// A row for each column, table by table in order of creation. The engine's own tables begin with kp_.
+/// A row for each column, table by table in order of creation.
 constexpr std::string_view kColumns =
     "SELECT relname, attname, typname, attnotnull, attidentity <> '', attgenerated <> '', "
-    "COALESCE(attnum = ANY (indkey), FALSE), pg_trigger.oid IS NOT NULL FROM pg_class "
-    "JOIN pg_attribute ON attrelid = pg_class.oid AND attnum > 0 AND NOT attisdropped "
+    "COALESCE(attnum = ANY (indkey), FALSE), pg_trigger.oid IS NOT NULL FROM own "
+    "JOIN pg_attribute ON attrelid = id AND attnum > 0 AND NOT attisdropped "
     "JOIN pg_type ON pg_type.oid = atttypid "
     "LEFT JOIN pg_index ON indrelid = attrelid AND indisprimary "
-    "LEFT JOIN pg_trigger ON tgrelid = attrelid AND tgname = 'kp_counter' "
-    "WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relkind = 'r' "
-    "AND relname NOT LIKE 'kp\\_%' ORDER BY pg_class.oid, attnum";
+    "LEFT JOIN pg_trigger ON tgrelid = attrelid AND tgname = 'kp_counter' ORDER BY id, attnum";
 enum ColumnsOfColumns { kTable, kName, kType, kNotNull, kIdentity, kGenerated, kKey, kCounted };
 
 /// Of one table, or of all for "". It waits where another program changes the definition of one of these.
 constexpr std::string_view kExpressions =
-    "SELECT relname, attname, pg_get_expr(adbin, adrelid) FROM pg_attrdef JOIN pg_class ON pg_class.oid = adrelid "
+    "SELECT relname, attname, pg_get_expr(adbin, adrelid) FROM own JOIN pg_attrdef ON adrelid = id "
     "JOIN pg_attribute ON attrelid = adrelid AND attnum = adnum "
-    "WHERE relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AND relkind = 'r' "
-    "AND relname NOT LIKE 'kp\\_%' AND (CAST($1 AS text) = '' OR relname = CAST($1 AS text))";
+    "WHERE CAST($1 AS text) = '' OR relname = CAST($1 AS text)";
+
+/// The query's "own" are the book's tables, but for the engine's, whose names begin with kp_. They are found by what
+/// depends on the schema: pg_class has no index by schema, and a server may have thousands of books.
+std::string AmongOwnTables(std::string_view query) {
+    return "WITH own AS MATERIALIZED (SELECT oid AS id, relname FROM pg_class WHERE oid = ANY (ARRAY(SELECT objid FROM "
+           "pg_depend WHERE refclassid = CAST('pg_namespace' AS regclass) AND classid = CAST('pg_class' AS regclass) "
+           "AND refobjid = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()))) AND relkind = 'r' AND "
+           "relname NOT LIKE 'kp\\_%') " +
+           std::string(query);
+}
 
 bool Is(const Result& result, int row, int column) { return result.Value(row, column) == "t"; }
 
@@ -51,7 +58,7 @@ void ServerCatalog::DropKept() {
 }
 
 void ServerCatalog::ReadTables() const {
-    const Result rows = database_.Guarded([&] { return database_.Ask(kColumns, Parameters()); });
+    const Result rows = database_.Guarded([&] { return database_.Ask(AmongOwnTables(kColumns), Parameters()); });
     std::vector<Table> tables;
     for (int row = 0; row < rows.Rows(); ++row) {
         if (tables.empty() || tables.back().name != rows.Value(row, kTable))
@@ -72,7 +79,7 @@ void ServerCatalog::ReadTables() const {
 void ServerCatalog::ReadExpressions(const std::string& name) const {
     Parameters parameters;
     parameters.BindText(1, name);
-    const Result rows = database_.Guarded([&] { return database_.Ask(kExpressions, parameters); });
+    const Result rows = database_.Guarded([&] { return database_.Ask(AmongOwnTables(kExpressions), parameters); });
     for (int row = 0; row < rows.Rows(); ++row) {
         const auto table = std::ranges::find(*tables_, rows.Value(row, 0), &Table::name);
         if (table == tables_->end()) continue;

@@ -29,7 +29,7 @@ std::vector<std::string> MethodNames() {
     return names;
 }
 
-std::vector<std::string> ReportNames() {
+std::vector<std::string> NamesOfReports() {
     std::vector<std::string> names;
     for (const ReportKind& kind : ReportKinds()) names.emplace_back(kind.name);
     return names;
@@ -38,7 +38,7 @@ std::vector<std::string> ReportNames() {
 /// Words whose choices the command line does not check itself.
 std::vector<std::string> KnownWords(const std::string& command, const std::string& word) {
     if ((command == "call" && word == "METHOD") || (command == "methods" && word == "NAME")) return MethodNames();
-    if (command == "report" && word == "NAME") return ReportNames();
+    if (command == "report" && word == "NAME") return NamesOfReports();
     return {};
 }
 
