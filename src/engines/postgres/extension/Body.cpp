@@ -71,7 +71,7 @@ Cell CellOf(const Value& value, bool wantsDate) {
     return cell;
 }
 
-void Fail(Outcome& outcome, int error, std::string_view message) noexcept {
+void Report(Outcome& outcome, int error, std::string_view message) noexcept {
     outcome.error = error;
     std::size_t size = std::min(message.size(), sizeof outcome.message - 1);
     // A character is not cut.
@@ -103,13 +103,13 @@ void CallBody(const void* body, const Cell* arguments, int count, bool wantsDate
         functions::Call(*static_cast<const functions::Function*>(body), given, answer);
         outcome.value = CellOf(answer.Get(), wantsDate);
     } catch (const functions::Fault& fault) {
-        Fail(outcome, static_cast<int>(fault.Number()), fault.what());
+        Report(outcome, static_cast<int>(fault.Number()), fault.what());
     } catch (const std::bad_alloc&) {
-        Fail(outcome, kOutOfMemory, "out of memory");
+        Report(outcome, kOutOfMemory, "out of memory");
     } catch (const std::exception& error) {
-        Fail(outcome, kInternalError, error.what());
+        Report(outcome, kInternalError, error.what());
     } catch (...) {
-        Fail(outcome, kInternalError, "unknown error");
+        Report(outcome, kInternalError, "unknown error");
     }
 }
 
