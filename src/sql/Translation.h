@@ -75,6 +75,7 @@ struct Translation {
     std::vector<Parameter> parameters;  ///< by their numbers, from 1
     std::vector<ResultColumn> columns;  ///< of a query, in order; else empty
     ClientOrder order = {};             ///< of a query
+    bool hasOneRow = false;             ///< of a query: it has one row at most
     /// Literals whose value shaped the text (a TOP, an ordinal, a pattern that a rewrite examined): the translation is
     /// valid for another text of the same shape only if these have the same values.
     std::vector<int> fixedLiterals;

@@ -323,6 +323,7 @@ CachedStatementPtr Executor::Translate(sql::Statement& tree, std::string shape,
 CachedStatementPtr Executor::PrepareTranslation(sql::Translation translation, int hidden) const {
     auto statement = std::make_shared<CachedStatement>();
     if (!translation.columnChange) statement->prepared = driver_->Prepare(translation.text);
+    if (translation.hasOneRow) statement->prepared->ExpectOneRow();
     std::vector<FieldInfo> fields;
     for (const sql::ResultColumn& column : translation.columns)
         fields.push_back({column.name, FieldType(column.type), column.qualifier});

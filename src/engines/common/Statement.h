@@ -27,6 +27,8 @@ public:
     /// Gives every parameter its value: BindLiterals with the engine's own sink.
     virtual void Bind(const std::vector<sql::Parameter>& parameters, const std::vector<sql::LiteralValue>& literals,
                       std::string_view shown) = 0;
+    /// The query has one row at most, so that it need not be read row by row.
+    virtual void ExpectOneRow() noexcept {}
     /// All rows of the bound query. A field whose type is Empty gets the type of its first value that is not Null.
     virtual std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) = 0;
     /// Runs the bound statement, which returns no rows; the number of rows changed.

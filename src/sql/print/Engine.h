@@ -22,6 +22,8 @@ public:
     virtual std::string Parameter(int number, const bind::ParameterTerm& parameter) const = 0;
     /// The engine's name of the function with this neutral name; "" when the engine has no such function.
     virtual std::string FunctionName(std::string_view function) const = 0;
+    /// A call by that name. SqlError Unsupported when the engine has no such function.
+    virtual Piece Called(const bind::CallTerm& call, const std::vector<Piece>& arguments) const;
     virtual std::string AggregateName(bind::AggregateFunction function) const = 0;
     virtual std::string_view ComparisonSign(bind::ComparisonOperator op) const;
     virtual Piece Constant(const bind::ConstantTerm& constant) const;

@@ -14,9 +14,9 @@
 namespace kpTables::sql {
 namespace {
 
-std::string PrintedFor(std::string_view text) {
+std::string PrintedFor(std::string_view text, bool hasExtension = false) {
     const test::TestCatalog catalog;
-    return Translate(*parse::Parse(text), catalog, print::postgres::PostgresEngine()).text;
+    return Translate(*parse::Parse(text), catalog, print::postgres::PostgresEngine(hasExtension)).text;
 }
 
 struct PostgresCase {
@@ -115,7 +115,9 @@ TEST(PostgresRefusals, NameTheFunction) {
         PrintedFor("Select InStrRev('abc', 'b') As x");
         FAIL();
     } catch (const SqlError& error) {
-        EXPECT_STREQ(error.what(), "the book's engine does not have the function 'instrrev'");
+        EXPECT_STREQ(error.what(),
+                     "a server has the function 'instrrev' with the extension kptables alone, which the server's "
+                     "administrator adds to the database (CREATE EXTENSION kptables)");
         EXPECT_EQ(error.Offset(), 7U);
     }
 }
@@ -163,6 +165,16 @@ class PostgresOrder : public testing::TestWithParam<PostgresCase> {};
 TEST_P(PostgresOrder, OfTextsIsTheClients) { EXPECT_EQ(LeftFor(GetParam().text), GetParam().printed); }
 
 INSTANTIATE_TEST_SUITE_P(Cases, PostgresOrder, testing::ValuesIn(kOrders));
+
+TEST(PostgresExtension, IsCalledForWhatItHas) {
+    EXPECT_EQ(PrintedFor("Select InStrRev('abc', 'b') As x, Left(Chr(66), 1) As y", true),
+              R"sql(SELECT kptables."instrrev"($1::kp.text, $2::kp.text) AS "x", )sql"
+              R"sql(kp."left"(CAST(kptables."chr"($3::bigint) AS kp.text), $4::bigint) AS "y")sql");
+    EXPECT_EQ(PrintedFor("Select CDate(t) As d, d & '' As x, CDbl(t) As y From T", true),
+              R"sql(SELECT kptables."to_date"("T"."t") AS "d", )sql"
+              R"sql(kp.join(CAST(kptables."text_double"("T"."d") AS kp.text), $1::kp.text) AS "x", )sql"
+              R"sql(kp.to_double("T"."t") AS "y" FROM "T" ORDER BY "T"."kp_row" NULLS FIRST)sql");
+}
 
 TEST(PostgresNames, AreShortenedWhereTheServerWouldCutThem) {
     using print::postgres::ServerName;
