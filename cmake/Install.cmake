@@ -34,7 +34,8 @@ if(KPTABLES_KPBOOK)
   install(TARGETS kpbook COMPONENT kpbook)
 endif()
 
-# cpack --config build/release/CPackConfig.cmake makes libkptables1, libkptables-dev, libsqlite3-mod-kptext and kpbook.
+# cpack --config build/release/CPackConfig.cmake makes libkptables1, libkptables-dev, libsqlite3-mod-kptext,
+# postgresql-15-kptables and kpbook.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kptables)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
@@ -58,6 +59,10 @@ set(CPACK_DEBIAN_SHARED_DESCRIPTION "Data layer of an inventory accounting appli
 set(CPACK_DEBIAN_KPTEXT_PACKAGE_NAME libsqlite3-mod-kptext)
 set(CPACK_DEBIAN_KPTEXT_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_KPTEXT_DESCRIPTION "SQLite's extension with the order of texts and the functions of kpTables' books")
+set(CPACK_DEBIAN_POSTGRESQL_PACKAGE_NAME postgresql-15-kptables)
+set(CPACK_DEBIAN_POSTGRESQL_PACKAGE_SECTION database)
+set(CPACK_DEBIAN_POSTGRESQL_PACKAGE_DEPENDS postgresql-15)
+set(CPACK_DEBIAN_POSTGRESQL_DESCRIPTION "PostgreSQL's extension with functions for the SQL of hosts of kpTables")
 set(CPACK_DEBIAN_KPBOOK_PACKAGE_NAME kpbook)
 set(CPACK_DEBIAN_KPBOOK_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_KPBOOK_PACKAGE_RECOMMENDS "libxlsxwriter4, libodbc2")

@@ -1,6 +1,7 @@
 // A recordset held in memory, bound to no table.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -22,6 +23,9 @@ struct TextOrder {
     int (*compare)(std::string_view left, std::string_view right) noexcept;
     /// Equal for texts that compare equal; nothing for a text that may equal one with another key.
     std::optional<std::uint64_t> (*key)(std::string_view text) noexcept;
+    /// Appends numbers, at most so many, that compare like the text: the first that differs decides between two texts,
+    /// a missing one counting as 0, and compare does where none differs. Null where there are none.
+    void (*weigh)(std::string_view text, std::size_t most, std::vector<std::uint64_t>& numbers) = nullptr;
 };
 
 /// A client-side recordset with given fields: a host or a report builds it row by row with AddNew, SetValue and Update,

@@ -27,6 +27,7 @@ constexpr TextOrder kFoldedTexts = {
         return order < 0 ? -1 : order > 0 ? 1 : 0;
     },
     [](std::string_view text) noexcept { return std::optional(text::HashFolded(text)); },
+    text::AppendFolded,
 };
 // An index costs about as much as this many searches that read every row.
 constexpr std::size_t kScansBeforeIndex = 4;

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "kpTables/Error.h"
 
@@ -168,6 +169,43 @@ void RowStore::PutValue(int column, const Variant& value) {
             break;
     }
     Raise(ErrorNumber::TypeMismatch);
+}
+
+void RowStore::Arrange(std::vector<std::uint32_t> order) {
+    const std::size_t columns = fields_->size();
+    std::vector<std::uint64_t> payload(columns);
+    std::vector<std::uint8_t> types(columns);
+    // Each cycle of places begins with its first row set aside.
+    for (std::uint32_t first = 0; first < rows_; ++first) {
+        if (order[first] == first) continue;
+        std::copy_n(PayloadOf(first), columns, payload.data());
+        std::copy_n(TypesOf(first), columns, types.data());
+        std::uint32_t place = first;
+        while (order[place] != first) {
+            const std::uint32_t from = std::exchange(order[place], place);
+            std::copy_n(PayloadOf(from), columns, PayloadOf(place));
+            std::copy_n(TypesOf(from), columns, TypesOf(place));
+            place = from;
+        }
+        order[place] = place;
+        std::copy_n(payload.data(), columns, PayloadOf(place));
+        std::copy_n(types.data(), columns, TypesOf(place));
+    }
+}
+
+void RowStore::DropLastColumns(int count) {
+    const std::size_t columns = fields_->size();
+    const std::size_t kept = columns - static_cast<std::size_t>(count);
+    for (Block& block : blocks_) {
+        const std::size_t rows = block.types.size() / columns;
+        for (std::size_t row = 1; row < rows; ++row) {
+            std::copy_n(block.payload.data() + row * columns, kept, block.payload.data() + row * kept);
+            std::copy_n(block.types.data() + row * columns, kept, block.types.data() + row * kept);
+        }
+        block.payload.resize(rows * kept);
+        block.types.resize(rows * kept);
+    }
+    fields_ = ShareFields({fields_->begin(), fields_->begin() + static_cast<std::ptrdiff_t>(kept)});
 }
 
 void RowStore::RequireRoomFor(std::size_t bytes) {

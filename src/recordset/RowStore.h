@@ -63,6 +63,11 @@ public:
     /// Any value but an object or an array (error 13); Empty is stored as Null.
     void PutValue(int column, const Variant& value);
 
+    // Rearranging, in place.
+    /// order: the present number of the row that comes at each place.
+    void Arrange(std::vector<std::uint32_t> order);
+    void DropLastColumns(int count);
+
     // Reading.
     Variant GetValue(std::size_t row, int column) const;
     /// Never Empty.
@@ -83,6 +88,12 @@ private:
         return (row & rowMask_) * fields_->size() + static_cast<std::size_t>(column);
     }
     const Block& BlockOf(std::size_t row) const noexcept { return blocks_[row >> rowShift_]; }
+    std::uint64_t* PayloadOf(std::size_t row) noexcept {
+        return blocks_[row >> rowShift_].payload.data() + CellIndex(row, 0);
+    }
+    std::uint8_t* TypesOf(std::size_t row) noexcept {
+        return blocks_[row >> rowShift_].types.data() + CellIndex(row, 0);
+    }
     void Put(int column, VarType type, std::uint64_t payload);
     void AddBlock();
     char* Allocate(std::size_t bytes);

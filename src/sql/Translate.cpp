@@ -1,6 +1,7 @@
 #include "sql/Translate.h"
 
 #include "sql/bind/StatementBinder.h"
+#include "sql/bind/Walk.h"
 #include "sql/print/Printer.h"
 
 namespace kpTables::sql {
@@ -13,10 +14,13 @@ Translation Finished(bind::BoundStatement statement, const print::Engine& engine
         if (rule.readsDependentColumns && !engine.ReadsDependentColumns()) continue;
         if (rule.readsKeysOnly && engine.ReadsDependentColumns()) continue;
         if (rule.breaksTies && engine.KeepsTies()) continue;
+        if (rule.leavesTextOrder && !engine.LeavesTextOrder()) continue;
         if (statement.staysAsWritten && !rule.keepsWritten) continue;
         rule.apply(statement);
     }
-    return print::Print(statement, engine);
+    Translation translation = print::Print(statement, engine);
+    translation.hasOneRow = statement.query && bind::HasOneRowAtMost(*statement.query);
+    return translation;
 }
 
 }  // namespace

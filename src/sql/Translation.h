@@ -51,6 +51,16 @@ struct ResultColumn {
     std::string qualifier = {};  ///< of a column of one of several tables: the table's name in the statement
 };
 
+/// The order of a query's rows where the engine leaves it to the client; without keys, rows come in order.
+struct ClientOrder {
+    struct Key {
+        std::size_t column;  ///< from 0, the hidden ones included
+        bool descending = false;
+    };
+    std::vector<Key> keys;     ///< the first decides
+    std::vector<Type> hidden;  ///< of further columns, behind those of the result, that only the order reads
+};
+
 /// A column whose type changes, in the engine's words.
 struct ColumnChange {
     std::string table;
@@ -64,6 +74,8 @@ struct Translation {
     std::string text;                   ///< with numbered parameters
     std::vector<Parameter> parameters;  ///< by their numbers, from 1
     std::vector<ResultColumn> columns;  ///< of a query, in order; else empty
+    ClientOrder order = {};             ///< of a query
+    bool hasOneRow = false;             ///< of a query: it has one row at most
     /// Literals whose value shaped the text (a TOP, an ordinal, a pattern that a rewrite examined): the translation is
     /// valid for another text of the same shape only if these have the same values.
     std::vector<int> fixedLiterals;

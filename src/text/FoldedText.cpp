@@ -28,6 +28,17 @@ std::strong_ordering CompareFolded(std::string_view left, std::string_view right
     return left.size() <=> right.size();
 }
 
+void AppendFolded(std::string_view text, std::size_t most, std::vector<std::uint64_t>& numbers) {
+    constexpr std::size_t kInNumber = sizeof(std::uint64_t);
+    text = WithoutTrailingBlanks(text);
+    for (std::size_t at = 0; at < text.size() && most > 0; at += kInNumber, --most) {
+        std::uint64_t number = 0;
+        for (std::size_t i = at; i < at + kInNumber; ++i)
+            number = number << 8U | (i < text.size() ? Folded(text[i]) : 0U);
+        numbers.push_back(number);
+    }
+}
+
 std::uint64_t HashFolded(std::string_view text) noexcept {
     std::uint64_t hash = 0xCBF29CE484222325u;  // FNV-1a
     for (char c : WithoutTrailingBlanks(text)) hash = (hash ^ Folded(c)) * 0x100000001B3u;

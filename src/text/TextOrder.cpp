@@ -227,6 +227,17 @@ int CompareTexts(std::string_view left, std::string_view right) noexcept {
     return CompareWeights<&WeightReader::NextSecondary>(l, r);
 }
 
+void AppendWeights(std::string_view text, std::size_t most, std::vector<std::uint64_t>& numbers) {
+    constexpr int kInNumber = 64 / kSecondaryShift;
+    WeightReader reader(WithoutTrailingBlanks(text), 0);
+    for (std::size_t count = 0; count < most; ++count) {
+        std::uint64_t number = 0;
+        for (int i = 0; i < kInNumber; ++i) number = number << kSecondaryShift | reader.NextPrimary();
+        if (number == 0) return;
+        numbers.push_back(number);
+    }
+}
+
 std::uint64_t HashOfText(std::string_view text) noexcept {
     text = WithoutTrailingBlanks(text);
     std::size_t ascii = AsciiPrefix(text);

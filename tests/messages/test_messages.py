@@ -17,7 +17,7 @@ STATEMENT = re.compile(r"\b(Select|From|Where|And|Or|Order by|Group by|Insert|Up
 # Files whose sentences are for programs (the lines of a batch), for the system (scripts of a shell), of another program's
 # extension, or never shown.
 NOT_FOR_PEOPLE = ["src/kpbook/batch/", "src/kpbook/commands/CompletionCommand.cpp", "src/sql/rewrite/Rules.cpp",
-                  "src/sql/print/", "src/engines/sqlite/extension/"]
+                  "src/sql/print/", "src/engines/sqlite/extension/", "src/engines/postgres/extension/"]
 # The same for single texts: marks in another library's messages, patterns of dates, the trace, options, and what only the
 # compiler or a host's own connection says.
 OTHERS = {"this connection binds no values", "this connection reads one dialect only", "a gap without a value",

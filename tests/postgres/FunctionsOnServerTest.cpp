@@ -1,6 +1,7 @@
 // Functions of a host's own SQL answer on a server as in a file, Null and untidy values included.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -178,6 +179,162 @@ TEST(FunctionsOnServer, RankAndLookAround) {
          "N, RANK() OVER (ORDER BY I % 3)", "N, DENSE_RANK() OVER (ORDER BY I % 3)", "N, NTILE(4) OVER (ORDER BY N)",
          "N, ROW_NUMBER() OVER (ORDER BY S, N)", "N, SUM(C) OVER (ORDER BY N ROWS 2 PRECEDING)",
          "N, AVG(C) OVER (PARTITION BY I % 2)", "N, COUNT(S) OVER (ORDER BY I)", "N, MAX(T) OVER (ORDER BY N)"});
+}
+
+bool HasExtension() { return std::getenv("KPTABLES_EXTENSION") != nullptr; }
+
+const Texts kCarriedInJetsDialect = {"CByte(I + 3)",
+                                     "CByte(D)",
+                                     "FormatNumber(D)",
+                                     "FormatNumber(D, 1, 0, -1, 0)",
+                                     "FormatCurrency(C)",
+                                     "FormatCurrency(D, 0)",
+                                     "FormatPercent(D, 1)",
+                                     "FormatNumber(D, I)",
+                                     "Chr(I + 200)",
+                                     "Chr(N + 65)",
+                                     "Asc(S)",
+                                     "Asc('水')",
+                                     "Asc(S & 'x')",
+                                     "InStrRev(S, 'o')",
+                                     "InStrRev(S, 'O', 5)",
+                                     "InStrRev(S, 'O', -1, 0)",
+                                     "InStr(1, S, 'H', 0)",
+                                     "InStr(I, S, 'l', 1)",
+                                     "InStr(S, 'ａ')",
+                                     "StrComp(S, 'ABC DEF', 0)",
+                                     "StrComp(S, 'ABC DEF', 1)",
+                                     "StrComp(S, 'a')",
+                                     "TimeSerial(I, 5, 6)",
+                                     "TimeSerial(25, N, D)",
+                                     "TimeValue(T)",
+                                     "Weekday(T, 2)",
+                                     "Weekday(T)",
+                                     "Weekday(T, I)",
+                                     "DateDiff('ww', T, #2004-3-7#, 2)",
+                                     "DateDiff('ww', T, #2004-3-7#, 3, 2)",
+                                     "DatePart('ww', T, 2, 2)",
+                                     "DatePart('ww', T, 2)",
+                                     "DatePart('x', T)",
+                                     "Format(D, '0.0E+00')",
+                                     "Format(D, '[>1]0')",
+                                     "Format(D, '0%')",
+                                     "Format(D, '#,##0.00;(#,##0.00);零')",
+                                     "Format(D, 'Currency')",
+                                     "Format(T, 'Long Date')",
+                                     "Format(T, 'ww q AM/PM')",
+                                     "Format(T, 'yyyy-mm-dd hh:mm:ss AMPM')",
+                                     "Format(S, '>')",
+                                     "Format(S, '@@@@@@')",
+                                     "Format(S, '&')",
+                                     "FormatDateTime(T, 1)",
+                                     "CDate(S)",
+                                     "CDate((N Mod 28 + 1) & ' March 2004 ' & (N Mod 9) & ':05')",
+                                     "CDate('2004年3月' & (N Mod 28 + 1) & '日 下午 3:05')",
+                                     "IsDate('Mar ' & I & ', 2004')",
+                                     "CDbl(D) * 1E20 & ''",
+                                     "Rnd(-1)",
+                                     "Rnd(-I - 100)"};
+
+const Texts kCarriedInSqlServersDialect = {"TRY_CAST(S AS INT)",
+                                           "TRY_CAST(SUBSTRING('12 x', N, 1) AS INT)",
+                                           "TRY_CAST(S AS FLOAT)",
+                                           "TRY_CAST(S AS MONEY)",
+                                           "TRY_CAST(S AS SMALLINT)",
+                                           "TRY_CAST(S AS BIT)",
+                                           "TRY_CAST(S AS DATETIME)",
+                                           "TRY_CAST(D AS SMALLINT)",
+                                           "TRY_CAST(D * 1000000000 AS INT)",
+                                           "TRY_CAST(I AS DATETIME)",
+                                           "TRY_CAST(I AS BIT)",
+                                           "TRY_CONVERT(INT, '12x')",
+                                           "TRY_CONVERT(MONEY, '12.5')",
+                                           "TRY_CONVERT(DATETIME, '7 Mar 2004')",
+                                           "CAST('7 March 2004' AS DATETIME)",
+                                           "CAST(T AS TIME)",
+                                           "CONVERT(datetime, '07 Mar 04', 6)",
+                                           "ISDATE('Mar 7, 2004')",
+                                           "CHAR(I + 200)",
+                                           "ASCII(S)",
+                                           "DATEPART(dw, T)",
+                                           "DATEDIFF(week, T, '2004-03-07')"};
+
+TEST(ExtensionOnServer, AnswersAsInAFileInJetsDialect) {
+    if (!HasExtension()) GTEST_SKIP() << "the server has no extension";
+    Compare(SqlDialect::Jet, kCarriedInJetsDialect);
+}
+
+TEST(ExtensionOnServer, AnswersAsInAFileInSqlServersDialect) {
+    if (!HasExtension()) GTEST_SKIP() << "the server has no extension";
+    Compare(SqlDialect::SqlServer, kCarriedInSqlServersDialect);
+}
+
+TEST(ExtensionOnServer, SaysWhatIsWrongAsInAFile) {
+    if (!HasExtension()) GTEST_SKIP() << "the server has no extension";
+    const BookPtr server = test::NewBook();
+    const BookPtr file = CreateBook("memory:", {});
+    const auto complaint = [](Book& book, const std::string& expression) {
+        try {
+            book.Execute("Select " + expression + " From 仓库设置");
+        } catch (const DatabaseError& error) {
+            return std::to_string(error.Number()) + " " + error.Description();
+        }
+        return std::string("none");
+    };
+    for (Book* book : {server.get(), file.get()}) book->Execute("Insert Into 仓库设置 (仓库名称) Values ('水泥')");
+    for (const char* expression :
+         {"CByte(256 + dpID)", "InStr(0 * dpID, 仓库名称, 'x', 1)", "CDate(仓库名称)", "Chr(dpID * 70000)"}) {
+        EXPECT_EQ(complaint(*server, expression), complaint(*file, expression)) << expression;
+        EXPECT_NE(complaint(*file, expression), "none") << expression;
+    }
+    // The connection and its transaction live on.
+    EXPECT_EQ(test::RowsOf(*server->Execute("Select CByte(dpID + 6) From 仓库设置")),
+              test::RowsOf(*file->Execute("Select CByte(dpID + 6) From 仓库设置")));
+}
+
+TEST(ExtensionOnServer, RndKeepsTheLastNumber) {
+    if (!HasExtension()) GTEST_SKIP() << "the server has no extension";
+    const BookPtr server = test::NewBook();
+    const auto next = [&](const char* expression) {
+        return test::RowsOf(*server->Execute(std::string("Select ") + expression));
+    };
+    const std::string first = next("Rnd(1)");
+    EXPECT_EQ(next("Rnd(0)"), first);
+    EXPECT_NE(next("Rnd(1)"), first);
+}
+
+TEST(FunctionsOnServer, AreRefusedByNameWithoutTheExtension) {
+    if (HasExtension()) GTEST_SKIP() << "the server has the extension";
+    const BookPtr server = test::NewBook();
+    Fill(*server);
+    const auto refusal = [&](const char* expression) {
+        try {
+            server->Execute(std::string("Select ") + expression + " From V");
+        } catch (const DatabaseError& error) {
+            return error.Description();
+        }
+        return std::string();
+    };
+    struct Case {
+        const char* expression;
+        const char* function;
+    };
+    for (const auto& [expression, function] :
+         {Case{"CByte(I)", "to_byte"}, Case{"FormatNumber(D)", "format_as_number"},
+          Case{"InStr(1, S, 'a', 0)", "instr"}, Case{"Weekday(T, 2)", "weekday"}}) {
+        EXPECT_NE(refusal(expression).find(std::string("'") + function + "' with the extension kptables alone"),
+                  std::string::npos)
+            << refusal(expression);
+    }
+    // What the server finds only when it runs.
+    for (const char* expression : {"Chr(200)", "Format(D, '0%')", "Rnd(0)"})
+        EXPECT_NE(refusal(expression).find("without the extension kptables"), std::string::npos) << refusal(expression);
+}
+
+TEST(FunctionsOnServer, TellTheTimeOfTheDay) {
+    const BookPtr server = test::NewBook();
+    const std::string difference = "Abs(CDbl(Time()) - (CDbl(Now()) - CDbl(Date()))) * 86400";
+    EXPECT_EQ(test::RowsOf(*server->Execute("Select IIf(" + difference + " < 2, 'same', 'other')")), "same");
 }
 
 }  // namespace

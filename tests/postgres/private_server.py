@@ -3,6 +3,8 @@
 
 The server keeps its data in a new temporary folder, listens on a socket there and on no network, and is stopped and
 removed whatever becomes of the program. The program finds it in KPTABLES_SERVER, a URL to which "&book=NAME" is added.
+KPTABLES_EXTENSION, if set, is a folder with the files of the extension kptables as if it were the root of the system;
+the server's database then has the extension.
 The exit code is the program's, or 77 where PostgreSQL is not installed: the test is then skipped.
 """
 
@@ -81,8 +83,19 @@ class Server:
         if done.returncode != 0:
             sys.exit(f"{command[0]} failed: {done.stderr.decode()}")
 
+    def run_sql(self, text):
+        """As the server's administrator."""
+        self.run([self.bin / "psql", "-X", "-q", "-h", self.folder, "-U", "kp", "-d", "postgres", "-c", text])
+
     def url(self):
         return f"postgresql:///postgres?host={self.folder}&user=kp"
+
+
+def can_load_from_elsewhere(bin_folder):
+    """Whether this server can find extensions that are not installed, as Debian's can."""
+    described = subprocess.run(as_server([str(bin_folder / "postgres"), "--describe-config"]), stdout=subprocess.PIPE, check=True,
+                               cwd="/")
+    return b"extension_destdir" in described.stdout
 
 
 def main():
@@ -92,8 +105,20 @@ def main():
         return SKIPPED
     # Ended by another program, it stops the server too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
-    with tempfile.TemporaryDirectory(prefix="kpTablesServer-") as folder, Server(folder, bin_folder) as server:
-        return subprocess.run(sys.argv[1:], env={**os.environ, "KPTABLES_SERVER": server.url()}, check=False).returncode
+    extension = os.environ.get("KPTABLES_EXTENSION")
+    if extension and not can_load_from_elsewhere(bin_folder):
+        print("This server finds only extensions that are installed: skipped")
+        return SKIPPED
+    with tempfile.TemporaryDirectory(prefix="kpTablesServer-") as folder:
+        settings = {}
+        if extension:
+            # The server's user may not be able to read the build's folder.
+            settings["extension_destdir"] = f"{folder}/extension"
+            shutil.copytree(extension, settings["extension_destdir"])
+        with Server(folder, bin_folder, settings) as server:
+            if extension:
+                server.run_sql("CREATE EXTENSION kptables")
+            return subprocess.run(sys.argv[1:], env={**os.environ, "KPTABLES_SERVER": server.url()}, check=False).returncode
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@
 #include <unicode/ustring.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <map>
 #include <random>
 #include <set>
@@ -47,7 +48,14 @@ std::vector<std::string> EveryCharacter() {
     return characters;
 }
 
-/// ICU agrees with the order of CompareTexts, and only equal texts share a hash.
+std::vector<std::uint64_t> WeightsOf(std::string_view text, std::size_t most) {
+    std::vector<std::uint64_t> weights;
+    AppendWeights(text, most, weights);
+    return weights;
+}
+
+/// ICU agrees with the order of CompareTexts, which that of weights does not contradict, and only equal texts share a
+/// hash.
 void ExpectSortedAsIcu(std::vector<std::string> texts) {
     const IcuOrder icu;
     std::sort(texts.begin(), texts.end(),
@@ -55,6 +63,8 @@ void ExpectSortedAsIcu(std::vector<std::string> texts) {
     for (std::size_t i = 1; i < texts.size(); ++i) {
         ASSERT_EQ(Sign(CompareTexts(texts[i - 1], texts[i])), icu.Compare(texts[i - 1], texts[i]))
             << texts[i - 1] << '|' << texts[i];
+        for (const std::size_t most : {std::size_t{1}, std::size_t{3}})
+            ASSERT_LE(WeightsOf(texts[i - 1], most), WeightsOf(texts[i], most)) << texts[i - 1] << '|' << texts[i];
         ASSERT_EQ(HashOfText(texts[i - 1]) == HashOfText(texts[i]), CompareTexts(texts[i - 1], texts[i]) == 0)
             << texts[i - 1] << '|' << texts[i];
     }
@@ -329,6 +339,17 @@ TEST(TextOrder, AnyBytesKeepATotalOrder) {
             }
         }
     }
+}
+
+TEST(TextOrder, WeightsDecideUnlessTheyAreEqual) {
+    EXPECT_LT(WeightsOf("水泥", 4), WeightsOf("水泥A", 4));
+    EXPECT_LT(WeightsOf("abc9", 2), WeightsOf("abca", 2));
+    EXPECT_EQ(WeightsOf("abc9", 1), WeightsOf("ＡＢＣa", 1));
+    EXPECT_EQ(WeightsOf("e", 1), WeightsOf("é", 1));
+    EXPECT_LT(WeightsOf("", 1), WeightsOf("a", 1));
+    EXPECT_TRUE(WeightsOf("   ", 1).empty());
+    EXPECT_TRUE(WeightsOf("abc", 0).empty());
+    EXPECT_EQ(WeightsOf(std::string(1000, 'x'), 16).size(), 16U);
 }
 
 TEST(TextOrder, ThreadsShareIt) {

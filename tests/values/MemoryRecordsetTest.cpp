@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <string>
+#include <vector>
 
 #include "Raised.h"
 #include "kpTables/Convert.h"
@@ -353,6 +356,37 @@ TEST(Sort, ARowAddedToSortedRowsComesLast) {
     EXPECT_EQ(Ids(rs), "0 1 2 ");
     rs.Sort("");
     EXPECT_EQ(Ids(rs), "2 1 0 ");
+}
+
+/// The order of the rows whose only field, of that type, gets the values.
+std::string OrderOf(VarType type, const std::vector<Variant>& values, const char* direction = "") {
+    MemoryRecordset rs({{"v", type}, {"pdID", VarType::Long}});
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        rs.AddNew();
+        rs.SetValue(0, values[i]);
+        rs.SetValue(1, static_cast<std::int32_t>(i));
+        rs.Update();
+    }
+    rs.Sort(std::string("v ") + direction);
+    std::string order;
+    for (; !rs.Eof(); rs.MoveNext()) order += Text(rs.GetValue(1)) + " ";
+    return order;
+}
+
+TEST(Sort, ByTheMomentOfADate) {
+    const auto date = [](double serial) { return Variant(Date::FromSerial(serial)); };
+    // Noon of the 28th, six o'clock and noon of the 29th, the 30th of December 1899, and the day after.
+    EXPECT_EQ(OrderOf(VarType::Date, {date(1), date(-1.5), date(0), date(-2.5), date(-1.25), date(0.25)}),
+              "3 4 1 2 5 0 ");
+}
+
+TEST(Sort, ByAmountsBeyondTheDigitsOfADouble) {
+    const auto amount = [](std::int64_t scaled) { return Variant(Currency::FromScaled(scaled)); };
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    const std::vector<Variant> amounts = {amount(kMost),  amount(kMost - 1), Variant::Null(), amount(-kMost - 1),
+                                          amount(-kMost), amount(0),         amount(-1),      amount(kMost - 1)};
+    EXPECT_EQ(OrderOf(VarType::Currency, amounts), "2 3 4 6 5 1 7 0 ");
+    EXPECT_EQ(OrderOf(VarType::Currency, amounts, "DESC"), "0 1 7 5 6 4 3 2 ");
 }
 
 }  // namespace

@@ -199,5 +199,45 @@ TEST(RowStore, NoColumns) {
     EXPECT_EQ(rows.Columns(), 0);
 }
 
+TEST(RowStore, IsArrangedAndNarrowedInPlace) {
+    // Several blocks.
+    constexpr std::uint32_t kRows = 70000;
+    RowStore rows({{"n", VarType::Long}, {"t", VarType::String}, {"key", VarType::Double}});
+    for (std::uint32_t row = 0; row < kRows; ++row) {
+        rows.BeginRow();
+        rows.PutLong(0, row);
+        if (row % 3 != 0) rows.PutText(1, "t" + std::to_string(row / 5));
+        rows.PutDouble(2, 0.5);
+    }
+    std::vector<std::uint32_t> order;
+    for (std::uint32_t place = 0; place < kRows; ++place) order.push_back((place * 3 + 2) % kRows);
+    rows.Arrange(order);
+    rows.DropLastColumns(1);
+    ASSERT_EQ(rows.Columns(), 2);
+    EXPECT_EQ(rows.Fields()[1].name, "t");
+    ASSERT_EQ(rows.Rows(), kRows);
+    for (std::uint32_t place = 0; place < kRows; ++place) {
+        const std::uint32_t row = order[place];
+        ASSERT_TRUE(rows.GetValue(place, 0).Is(static_cast<std::int32_t>(row))) << place;
+        ASSERT_EQ(rows.IsNull(place, 1), row % 3 == 0) << place;
+        if (row % 3 != 0) {
+            ASSERT_EQ(rows.TextAt(place, 1), "t" + std::to_string(row / 5)) << place;
+        }
+    }
+    rows.BeginRow();
+    rows.PutText(1, "last");
+    EXPECT_EQ(rows.TextAt(kRows, 1), "last");
+    EXPECT_TRUE(rows.IsNull(kRows, 0));
+}
+
+TEST(RowStore, WithoutRowsIsNarrowed) {
+    RowStore rows({{"n", VarType::Long}, {"key", VarType::Double}});
+    rows.Arrange({});
+    rows.DropLastColumns(1);
+    rows.BeginRow();
+    rows.PutLong(0, 7);
+    EXPECT_TRUE(rows.GetValue(0, 0).Is(std::int32_t{7}));
+}
+
 }  // namespace
 }  // namespace kpTables::recordset

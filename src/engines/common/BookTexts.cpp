@@ -10,6 +10,6 @@ std::optional<std::uint64_t> KeyOfText(std::string_view text) noexcept { return 
 
 }  // namespace
 
-const TextOrder kBookTexts = {text::CompareTexts, KeyOfText};
+const TextOrder kBookTexts = {text::CompareTexts, KeyOfText, text::AppendWeights};
 
 }  // namespace kpTables::engines

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "engines/common/ClientOrder.h"
 #include "engines/common/CrossTable.h"
 #include "engines/common/Failure.h"
 #include "engines/common/PivotValues.h"
@@ -137,9 +138,11 @@ RecordsetPtr Executor::Answer(std::unique_ptr<recordset::RowStore> rows) {
 }
 
 std::unique_ptr<recordset::RowStore> Executor::Rows(CachedStatement& statement, std::string_view text,
-                                                    const std::vector<sql::LiteralValue>& literals) {
+                                                    const std::vector<sql::LiteralValue>& literals) const {
     statement.prepared->Bind(statement.translation.parameters, literals, text);
-    return statement.prepared->ReadRows(statement.fields, text);
+    auto rows = statement.prepared->ReadRows(statement.read, text);
+    PutInOrder(*rows, statement.translation.order, driver_->Texts(), text);
+    return rows;
 }
 
 void Executor::RunChange(CachedStatement& statement, std::string_view text,
@@ -320,13 +323,18 @@ CachedStatementPtr Executor::Translate(sql::Statement& tree, std::string shape,
 CachedStatementPtr Executor::PrepareTranslation(sql::Translation translation, int hidden) const {
     auto statement = std::make_shared<CachedStatement>();
     if (!translation.columnChange) statement->prepared = driver_->Prepare(translation.text);
+    if (translation.hasOneRow) statement->prepared->ExpectOneRow();
     std::vector<FieldInfo> fields;
     for (const sql::ResultColumn& column : translation.columns)
         fields.push_back({column.name, FieldType(column.type), column.qualifier});
     // As the scaled value of a Currency, the only type that holds 64 bits.
     std::fill(fields.end() - hidden, fields.end(), FieldInfo{"", VarType::Currency});
     statement->hidden = hidden;
-    statement->fields = recordset::ShareFields(std::move(fields));
+    statement->fields = statement->read = recordset::ShareFields(fields);
+    if (!translation.order.hidden.empty()) {
+        for (const sql::Type type : translation.order.hidden) fields.push_back({"", FieldType(type)});
+        statement->read = recordset::ShareFields(std::move(fields));
+    }
     statement->translation = std::move(translation);
     return statement;
 }

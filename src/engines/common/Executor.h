@@ -63,9 +63,9 @@ private:
     RecordsetPtr RunQuery(const BoundQuery& query, const sql::NamedLiterals& named);
     RecordsetPtr Answer(std::unique_ptr<recordset::RowStore> rows);
     void RunChange(CachedStatement& statement, std::string_view text, const std::vector<sql::LiteralValue>& literals);
-    static std::unique_ptr<recordset::RowStore> Rows(CachedStatement& statement, std::string_view text,
-                                                     const std::vector<sql::LiteralValue>& literals);
-    static std::unique_ptr<recordset::RowStore> Rows(const BoundQuery& query) {
+    std::unique_ptr<recordset::RowStore> Rows(CachedStatement& statement, std::string_view text,
+                                              const std::vector<sql::LiteralValue>& literals) const;
+    std::unique_ptr<recordset::RowStore> Rows(const BoundQuery& query) const {
         return Rows(*query.statement, query.text, query.literals);
     }
 

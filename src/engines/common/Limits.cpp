@@ -47,11 +47,15 @@ std::unique_ptr<recordset::RowStore> Limits::Within(
         RaiseTooLarge(Message("The result needs more than {1} MB of memory", full.limit >> kMegabyteBits), shown);
     } catch (const std::bad_alloc&) {
         rows.reset();
-        RaiseTooLarge(Message("There is not enough memory for the result"), shown);
+        RaiseOutOfMemory(shown);
     }
     // The rows of a recordset that is edited are in the table already when they are added here.
     rows->Limit(std::numeric_limits<std::size_t>::max());
     return rows;
+}
+
+void Limits::RaiseOutOfMemory(std::string_view shown) {
+    RaiseTooLarge(Message("There is not enough memory for the result"), shown);
 }
 
 void Limits::RaiseTooManyRows(std::string_view shown) const {

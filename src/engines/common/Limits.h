@@ -30,6 +30,8 @@ struct Limits {
     /// ResultTooLarge.
     static std::unique_ptr<recordset::RowStore> Within(
         std::string_view shown, const std::function<void(std::unique_ptr<recordset::RowStore>& rows)>& read);
+    /// The error of a result for which the machine has no memory.
+    [[noreturn]] static void RaiseOutOfMemory(std::string_view shown);
 
 private:
     [[noreturn]] void RaiseTooManyRows(std::string_view shown) const;

@@ -27,6 +27,8 @@ public:
     /// Gives every parameter its value: BindLiterals with the engine's own sink.
     virtual void Bind(const std::vector<sql::Parameter>& parameters, const std::vector<sql::LiteralValue>& literals,
                       std::string_view shown) = 0;
+    /// The query has one row at most, so that it need not be read row by row.
+    virtual void ExpectOneRow() noexcept {}
     /// All rows of the bound query. A field whose type is Empty gets the type of its first value that is not Null.
     virtual std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) = 0;
     /// Runs the bound statement, which returns no rows; the number of rows changed.
@@ -41,6 +43,7 @@ struct CachedStatement {
     sql::Translation translation;
     std::unique_ptr<Statement> prepared;
     recordset::FieldsPtr fields;        ///< of a query; with a writer, followed by the row id and perhaps the version
+    recordset::FieldsPtr read;          ///< them, and behind them those that only the client's order reads
     int hidden = 0;                     ///< how many of them are not the caller's
     std::shared_ptr<RowWriter> writer;  ///< of a query whose rows can be edited
     std::optional<sql::CellLayout> cells = {};  ///< of a TRANSFORM that is put together from its cells

@@ -43,6 +43,14 @@ std::string_view Result::Value(int row, int column) const {
     return {library.Value(Get(), row, column), static_cast<std::size_t>(library.Length(Get(), row, column))};
 }
 
+std::string_view Result::ValueOrNull(int row, int column) const {
+    const Library& library = LoadedLibrary();
+    PGresult* const result = Get();
+    const auto length = static_cast<std::size_t>(library.Length(result, row, column));
+    if (length == 0 && library.IsNull(result, row, column) != 0) return {};
+    return {library.Value(result, row, column), length};
+}
+
 std::int64_t Result::Integer(int row, int column) const {
     const std::string_view text = Value(row, column);
     std::int64_t value = 0;
@@ -102,12 +110,12 @@ public:
     void Feed(std::initializer_list<std::string_view> bytes) { fed_ = bytes; }
     /// The last result of each statement, without those before the caller's; the rows of the last statement go to the
     /// sink. Raises the first error.
-    std::vector<Result> Finish(const RowSink& sink = {}) {
+    std::vector<Result> Finish(const RowSink& sink = {}, Reading reading = Reading::RowByRow) {
         if (isPipeline_) Check(Library().PipelineSync(Connection()));
         std::vector<Result> results;
         for (int i = 0; i < statements_; ++i) {
             const bool toSink = sink && i + 1 == statements_;
-            if (toSink) Library().SetSingleRowMode(Connection());
+            if (toSink && reading == Reading::RowByRow) Library().SetSingleRowMode(Connection());
             results.push_back(ReadOne(toSink ? sink : RowSink()));
         }
         if (failed_ && AreLastWords(failed_)) database_.RaiseEnded(failed_, shown_);
@@ -136,7 +144,10 @@ private:
                 case PGRES_COMMAND_OK:
                 case PGRES_TUPLES_OK:
                 case PGRES_EMPTY_QUERY:
-                    if (!std::exchange(isSingle, false)) last = std::move(result);
+                    if (std::exchange(isSingle, false)) break;
+                    // None, where they have come one by one.
+                    if (sink) Pass(result, sink);
+                    last = std::move(result);
                     break;
                 case PGRES_COPY_IN:
                     SendFed();
@@ -162,10 +173,10 @@ private:
         Check(Library().PutCopyEnd(Connection(), nullptr) > 0);
     }
 
-    void Pass(const Result& row, const RowSink& sink) {
+    void Pass(const Result& rows, const RowSink& sink) {
         if (failed_ || raised_) return;
         try {
-            sink(row);
+            for (int row = 0; row < rows.Rows(); ++row) sink(rows, row);
         } catch (...) {
             raised_ = std::current_exception();
             database_.Cancel();
@@ -254,11 +265,16 @@ void Database::PrepareHere(const std::string& name, std::string_view shown) {
 }
 
 Result Database::RunPrepared(const std::string& name, const Parameters& parameters, std::string_view shown) {
-    return ReadPrepared(name, parameters, shown, {});
+    return RunHere(name, parameters, shown, {}, Reading::AtOnce);
 }
 
-Result Database::ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
-                              const RowSink& sink) {
+void Database::ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
+                            const RowSink& sink, Reading reading) {
+    RunHere(name, parameters, shown, sink, reading);
+}
+
+Result Database::RunHere(const std::string& name, const Parameters& parameters, std::string_view shown,
+                         const RowSink& sink, Reading reading) {
     SendPending();
     BeReady(shown);
     PrepareHere(name, shown);
@@ -266,7 +282,7 @@ Result Database::ReadPrepared(const std::string& name, const Parameters& paramet
     exchange.Add(LoadedLibrary().SendQueryPrepared(connection_.get(), name.c_str(), parameters.Count(),
                                                    parameters.Values(), parameters.Lengths(), parameters.Formats(),
                                                    kBinary));
-    return std::move(exchange.Finish(sink).back());
+    return std::move(exchange.Finish(sink, reading).back());
 }
 
 std::vector<Result> Database::RunTogether(const std::vector<Command>& commands, std::string_view shown) {

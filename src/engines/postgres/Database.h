@@ -28,6 +28,8 @@ public:
     bool IsNull(int row, int column) const { return LoadedLibrary().IsNull(Get(), row, column) != 0; }
     /// The value's bytes, valid as long as the result.
     std::string_view Value(int row, int column) const;
+    /// The same; no data for Null.
+    std::string_view ValueOrNull(int row, int column) const;
     /// A number in its written form.
     std::int64_t Integer(int row, int column) const;
     std::int64_t AffectedRows() const;
@@ -43,7 +45,13 @@ private:
 };
 
 /// Receives a query's rows, one at a time.
-using RowSink = std::function<void(const Result& row)>;
+using RowSink = std::function<void(const Result& rows, int row)>;
+
+/// How a query's answer is read.
+enum class Reading {
+    RowByRow,  ///< as the rows come, so that a large result is not held twice
+    AtOnce,    ///< which is faster for a row or none
+};
 
 /// Rows that are gathered to be sent together.
 class PendingRows {
@@ -126,9 +134,9 @@ public:
     std::string Prepare(std::string_view text, std::string_view shown);
     /// Runs a prepared statement that answers with no rows, or with few: its values in binary form.
     Result RunPrepared(const std::string& name, const Parameters& parameters, std::string_view shown);
-    /// Passes each row on; the values in binary form. The result that it returns has the columns, but no rows.
-    Result ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
-                        const RowSink& sink);
+    /// Passes each row on; the values in binary form.
+    void ReadPrepared(const std::string& name, const Parameters& parameters, std::string_view shown,
+                      const RowSink& sink, Reading reading = Reading::RowByRow);
     /// Runs prepared statements in one round trip; their results. None runs behind one that fails, whose error it
     /// raises.
     std::vector<Result> RunTogether(const std::vector<Command>& commands, std::string_view shown);
@@ -232,6 +240,9 @@ private:
     void Settle();
     /// Before a statement is sent.
     void BeReady(std::string_view shown);
+    /// Sends a prepared statement and reads its answer.
+    Result RunHere(const std::string& name, const Parameters& parameters, std::string_view shown, const RowSink& sink,
+                   Reading reading);
     /// Prepares a statement on this connection if that is still to be done.
     void PrepareHere(const std::string& name, std::string_view shown);
 

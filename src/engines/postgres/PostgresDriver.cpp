@@ -47,12 +47,14 @@ public:
         engines::BindLiterals(parameters_, parameters, literals, shown);
     }
 
+    void ExpectOneRow() noexcept override { reading_ = Reading::AtOnce; }
+
     std::unique_ptr<recordset::RowStore> ReadRows(recordset::FieldsPtr fields, std::string_view shown) override {
         const bool watches = database_.TakeLookForOthers();
         return database_.Guarded([&] {
             const Query query = [&](const RowSink& sink) {
                 if (watches) return ReadWatching(sink, shown);
-                database_.ReadPrepared(name_, parameters_, shown, sink);
+                database_.ReadPrepared(name_, parameters_, shown, sink, reading_);
             };
             // The fields stay: on a connection that is made anew this runs a second time.
             return postgres::ReadRows(query, fields, shown, limits_);
@@ -79,14 +81,15 @@ private:
             watching_ = database_.Prepare(text, text);
         }
         bool isFirst = true;
-        database_.ReadPrepared(watching_, parameters_, shown, [&](const Result& row) {
+        const RowSink watch = [&](const Result& rows, int row) {
             if (std::exchange(isFirst, false)) {
-                const std::string_view numbers = row.Value(0, row.Columns() - 1);
+                const std::string_view numbers = rows.Value(row, rows.Columns() - 1);
                 database_.others.Read(WholeOf<std::uint32_t>(ElementAt(numbers, 0)),
                                       WholeOf<std::uint32_t>(ElementAt(numbers, 1)));
             }
-            sink(row);
-        });
+            sink(rows, row);
+        };
+        database_.ReadPrepared(watching_, parameters_, shown, watch, reading_);
     }
 
     Database& database_;
@@ -94,6 +97,7 @@ private:
     std::string text_;
     std::string name_;
     std::string watching_;  ///< what ReadWatching runs; "" before the first time
+    Reading reading_ = Reading::RowByRow;
     int schemaChanges_;
     Parameters parameters_;
 };
@@ -258,6 +262,8 @@ void PostgresDriver::NoteSchema() noexcept {
     }
 }
 
-const sql::print::Engine& PostgresDriver::Dialect() const noexcept { return sql::print::postgres::PostgresEngine(); }
+const sql::print::Engine& PostgresDriver::Dialect() const noexcept {
+    return sql::print::postgres::PostgresEngine(catalog_.HasExtension());
+}
 
 }  // namespace kpTables::engines::postgres

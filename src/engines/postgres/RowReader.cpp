@@ -75,10 +75,10 @@ void PutWhole(RowStore& rows, int column, VarType type, std::int64_t value) {
     rows.PutLong(column, value);
 }
 
-void PutCell(RowStore& rows, int column, VarType type, const Result& row, std::string_view shown) {
-    if (row.IsNull(0, column)) return;  // a row begins with Nulls
-    const std::string_view bytes = row.Value(0, column);
-    switch (row.TypeOf(column)) {
+/// A cell of the last row, which begins with Nulls. bytes: no data for Null.
+void PutCell(RowStore& rows, int column, VarType type, Oid serverType, std::string_view bytes, std::string_view shown) {
+    if (!bytes.data()) return;
+    switch (serverType) {
         case kInteger2:
             return PutWhole(rows, column, type, WholeOf<std::int16_t>(bytes));
         case kInteger4:
@@ -134,10 +134,11 @@ recordset::FieldsPtr WithTypesOf(const Result& row, recordset::FieldsPtr fields)
     return recordset::ShareFields(std::move(decided));
 }
 
-void AppendRow(RowStore& rows, const Result& row, std::string_view shown) {
+void AppendRow(RowStore& rows, const Result& read, int row, std::string_view shown) {
     rows.BeginRow();
     for (int i = 0; i < rows.Columns(); ++i) {
-        PutCell(rows, i, rows.Fields()[static_cast<std::size_t>(i)].type, row, shown);
+        PutCell(rows, i, rows.Fields()[static_cast<std::size_t>(i)].type, read.TypeOf(i), read.ValueOrNull(row, i),
+                shown);
     }
 }
 
@@ -146,13 +147,13 @@ void AppendRow(RowStore& rows, const Result& row, std::string_view shown) {
 std::unique_ptr<RowStore> ReadRows(const Query& query, recordset::FieldsPtr fields, std::string_view shown,
                                    const engines::Limits& limits) {
     return engines::Limits::Within(shown, [&](std::unique_ptr<RowStore>& rows) {
-        query([&](const Result& row) {
+        query([&](const Result& read, int row) {
             if (!rows) {
-                rows = std::make_unique<RowStore>(WithTypesOf(row, fields));
+                rows = std::make_unique<RowStore>(WithTypesOf(read, fields));
                 limits.ApplyTo(*rows);
             }
             limits.CountRow(*rows, shown);
-            AppendRow(*rows, row, shown);
+            AppendRow(*rows, read, row, shown);
         });
         if (!rows) rows = std::make_unique<RowStore>(std::move(fields));
     });

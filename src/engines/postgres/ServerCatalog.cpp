@@ -6,6 +6,7 @@
 #include "engines/postgres/RowReader.h"
 #include "sql/Names.h"
 #include "sql/print/postgres/DeclaredType.h"
+#include "sql/print/postgres/FunctionList.h"
 #include "sql/print/postgres/PostgresEngine.h"
 
 namespace kpTables::engines::postgres {
@@ -216,7 +217,13 @@ std::vector<std::string> ServerCatalog::TableNames() const {
 }
 
 std::int64_t ServerCatalog::ReadVersion() {
-    return database_.Guarded([&] { return database_.Run("SELECT version FROM kp_book"); }).Integer(0, 0);
+    static const std::string kAsk = "SELECT version, (SELECT extversion FROM pg_extension WHERE extname = '" +
+                                    std::string(sql::print::postgres::kExtension) + "') FROM kp_book";
+    const Result answer = database_.Guarded([&] { return database_.Run(kAsk); });
+    const bool has = answer.Integer(0, 1) >= sql::print::postgres::kExtensionVersion;
+    // Texts that were translated before say otherwise.
+    if (std::exchange(hasExtension_, has) != has) Forget();
+    return answer.Integer(0, 0);
 }
 
 }  // namespace kpTables::engines::postgres

@@ -26,6 +26,8 @@ public:
     std::string RowVersionName() const override { return "xmin"; }
     /// The column's default as the change converts it, in the server's words; "" for none.
     std::string ConvertedDefault(const sql::ColumnChange& change) const;
+    /// Whether the database had the extension kptables, in this program's version, at the last Refresh.
+    bool HasExtension() const noexcept { return hasExtension_; }
 
 private:
     struct Column {
@@ -70,6 +72,7 @@ private:
     Database& database_;
     mutable std::optional<std::vector<Table>> tables_;
     mutable std::vector<Default> defaults_;
+    bool hasExtension_ = false;
 };
 
 }  // namespace kpTables::engines::postgres

@@ -10,6 +10,7 @@ std::vector<ResultColumn> Query::Columns() const {
     std::vector<ResultColumn> columns;
     for (const Output& item : members.front().select.items)
         columns.push_back({item.name, item.term->type, item.qualifier});
+    columns.resize(columns.size() - clientOrder.hidden.size());
     return columns;
 }
 

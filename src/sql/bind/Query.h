@@ -112,9 +112,11 @@ struct Query {
     std::vector<Member> members;    ///< at least one; joined from left to right
     std::vector<OrderKey> orderBy;  ///< of a union: positions
     std::optional<RowLimit> limit;  ///< of a union
+    ClientOrder clientOrder = {};   ///< of a result; the last items of a single SELECT may be hidden
 
     /// Whether a member's rows are compared with those of another one.
     bool ComparesRows() const;
+    /// Without the hidden ones.
     std::vector<ResultColumn> Columns() const;
 };
 using QueryPtr = std::shared_ptr<Query>;

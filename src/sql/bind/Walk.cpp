@@ -95,6 +95,28 @@ bool ShowsAggregate(const Select& select) {
     });
 }
 
+bool HasOneRowAtMost(const Query& query) {
+    if (query.members.size() != 1) return false;
+    const Select& select = query.members.front().select;
+    if (select.grouped || ShowsAggregate(select)) return select.groupBy.empty();
+    if (select.from.size() != 1 || !select.from.front()->source || !select.where) return false;
+    const auto isCounter = [&](const Term& term) {
+        const auto* column = If<ColumnTerm>(&term);
+        return column && column->source == select.from.front()->source &&
+               column->source->columns[column->column].counter;
+    };
+    const auto names = [&](const Term& condition) {
+        const auto* equality = If<Comparison>(&condition);
+        if (!equality || equality->op != ComparisonOperator::Equal) return false;
+        const Term& left = *equality->operands[0];
+        const Term& right = *equality->operands[1];
+        return (isCounter(left) && right.constant) || (isCounter(right) && left.constant);
+    };
+    const auto* both = If<Logic>(select.where);
+    if (!both || both->op != LogicOperator::And) return names(*select.where);
+    return std::ranges::any_of(both->operands, [&](const TermPtr& operand) { return names(*operand); });
+}
+
 void ForEachExpression(const Select& select, const Visit& visit) {
     for (const TablePtr& table : select.from) VisitJoins(*table, visit);
     VisitOptional(select.where, visit);

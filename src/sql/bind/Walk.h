@@ -14,6 +14,9 @@ void ForEachTerm(const Term& term, const std::function<void(const Term&)>& visit
 bool AnyTerm(const Term& term, const std::function<bool(const Term&)>& test);
 /// Whether an item of the SELECT has an aggregate.
 bool ShowsAggregate(const Select& select);
+/// Whether the query's text alone says that it has one row at most: all rows make one group, or a counter has a given
+/// value.
+bool HasOneRowAtMost(const Query& query);
 
 /// Calls visit for every expression of the SELECT as a whole, including join conditions.
 void ForEachExpression(const Select& select, const std::function<void(const TermPtr&)>& visit);

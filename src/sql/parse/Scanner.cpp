@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdint>
 #include <initializer_list>
+#include <list>
 #include <optional>
 
 #include "kpTables/text/Message.h"
@@ -318,7 +319,7 @@ void Scanner::ScanDeclarations() {
     const std::size_t end = EndOfName(at_);
     if (!SameWord(text_.substr(at_, end - at_), kWord)) return;
     at_ = end;
-    std::deque<NamedLiteral> declared;
+    std::list<NamedLiteral> declared;
     for (bool goesOn = true; goesOn;) {
         const Lexeme name = Next();
         const bool quoted = name.kind == TokenKind::QuotedName;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
+#include <list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -68,7 +68,7 @@ private:
     std::size_t at_ = 0;
     bool anyName_ = false;
     /// The parameters that "PARAMETERS name type, ...;" declares, with their values.
-    std::deque<NamedLiteral> declared_;
+    std::list<NamedLiteral> declared_;
     bool afterName_ = false;  ///< the last piece was a name that ends here: a point qualifies it and starts no number
 };
 

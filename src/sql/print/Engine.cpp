@@ -25,6 +25,13 @@ std::string Engine::Name(std::string_view name) const { return Quoted(name, '"')
 
 std::string Engine::Text(std::string_view text) const { return Quoted(text, '\''); }
 
+Piece Engine::Called(const bind::CallTerm& call, const std::vector<Piece>& arguments) const {
+    const std::string name = FunctionName(call.name);
+    if (!name.empty()) return Function(name, arguments);
+    throw SqlError(ErrorKind::Unsupported,
+                   "the book's engine does not have the function '" + std::string(call.name) + "'", call.offset);
+}
+
 std::string_view Engine::ComparisonSign(bind::ComparisonOperator op) const {
     using enum bind::ComparisonOperator;
     switch (op) {
@@ -62,6 +69,8 @@ Piece Engine::Widened(const bind::Arithmetic&, Piece left) const { return left; 
 bool Engine::ReadsDependentColumns() const { return true; }
 
 bool Engine::KeepsTies() const { return true; }
+
+bool Engine::LeavesTextOrder() const { return false; }
 
 bool Engine::ReadsCells() const { return false; }
 

@@ -22,6 +22,8 @@ public:
     virtual std::string Parameter(int number, const bind::ParameterTerm& parameter) const = 0;
     /// The engine's name of the function with this neutral name; "" when the engine has no such function.
     virtual std::string FunctionName(std::string_view function) const = 0;
+    /// A call by that name. SqlError Unsupported when the engine has no such function.
+    virtual Piece Called(const bind::CallTerm& call, const std::vector<Piece>& arguments) const;
     virtual std::string AggregateName(bind::AggregateFunction function) const = 0;
     virtual std::string_view ComparisonSign(bind::ComparisonOperator op) const;
     virtual Piece Constant(const bind::ConstantTerm& constant) const;
@@ -51,6 +53,8 @@ public:
     virtual bool ReadsDependentColumns() const;
     /// Whether rows that are equal in the order of ORDER BY stay in the order in which they were found.
     virtual bool KeepsTies() const;
+    /// Whether the client puts the rows of a result in order that is ordered by texts.
+    virtual bool LeavesTextOrder() const;
     /// Whether a TRANSFORM is read cell by cell and put together by the program: see TranslateCells.
     virtual bool ReadsCells() const;
     /// The name of the table's row id.

@@ -32,7 +32,6 @@ private:
     std::size_t LongChain(const std::vector<const bind::Term*>& spine) const;
     Piece Joined(const std::vector<const bind::Term*>& spine, std::size_t links, Piece first);
     Piece Compose(const bind::Term& term, std::vector<Piece> parts);
-    Piece Call(const bind::CallTerm& call, const std::vector<Piece>& parts) const;
     Piece Condition(const bind::Term& term);
     Piece Case(const bind::CaseTerm& term, std::vector<Piece> parts) const;
     Piece Column(const bind::ColumnTerm& column);

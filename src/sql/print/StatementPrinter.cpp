@@ -49,7 +49,10 @@ Translation Print(const bind::BoundStatement& statement, const Engine& engine) {
     translation.text = printer.Statement(statement);
     translation.further = printer.Further(statement);
     translation.columnChange = printer.ColumnChange(statement);
-    if (statement.query) translation.columns = statement.query->Columns();
+    if (statement.query) {
+        translation.columns = statement.query->Columns();
+        translation.order = statement.query->clientOrder;
+    }
     return translation;
 }
 

@@ -195,7 +195,7 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
             return {"NOT " + Enclosed(engine_.Condition(*term.operands[0], std::move(parts[0])), Precedence::Not),
                     Precedence::Not};
         case TermKind::Call:
-            return Call(As<bind::CallTerm>(term), parts);
+            return engine_.Called(As<bind::CallTerm>(term), parts);
         case TermKind::Aggregate:
             return Aggregate(As<bind::Aggregate>(term), std::move(parts));
         case TermKind::Window:
@@ -218,13 +218,6 @@ Piece Printer::Compose(const bind::Term& term, std::vector<Piece> parts) {
             break;  // none is left in a bound statement
     }
     return {};
-}
-
-Piece Printer::Call(const bind::CallTerm& call, const std::vector<Piece>& parts) const {
-    const std::string name = engine_.FunctionName(call.name);
-    if (!name.empty()) return Function(name, parts);
-    throw SqlError(ErrorKind::Unsupported,
-                   "the book's engine does not have the function '" + std::string(call.name) + "'", call.offset);
 }
 
 Piece Printer::Condition(const bind::Term& term) { return engine_.Condition(term, Term(term)); }

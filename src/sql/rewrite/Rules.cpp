@@ -5,19 +5,20 @@ namespace kpTables::sql::rewrite {
 namespace {
 
 constexpr Rule kRules[] = {
-    {"flat groups", FlattenGroups, false, false, true},
-    {"bill dates", RecognizeBillDates},
-    {"eager aggregation", AggregateEagerly},
-    {"reduction to EXISTS", ReduceToExists},
-    {"dependent keys", DropDependentKeys, true},
-    {"dependent keys, for now", DropDependentKeysForNow, false, false, true},
-    {"join order", OrderJoins, false, false, false, true},
-    {"implied order", ImplyOrder, false, false, false, true},
-    {"order of ties", ImplyTies, false, true, false, true},
-    {"selectivity hints", HintRanges},
-    {"deferred look-up", DeferLookups},
-    {"bill date keys", SplitBillDateKeys},
-    {"keys that are read", GroupByWhatIsRead, false, false, true},
+    {.name = "flat groups", .apply = FlattenGroups, .readsKeysOnly = true},
+    {.name = "bill dates", .apply = RecognizeBillDates},
+    {.name = "eager aggregation", .apply = AggregateEagerly},
+    {.name = "reduction to EXISTS", .apply = ReduceToExists},
+    {.name = "dependent keys", .apply = DropDependentKeys, .readsDependentColumns = true},
+    {.name = "dependent keys, for now", .apply = DropDependentKeysForNow, .readsKeysOnly = true},
+    {.name = "join order", .apply = OrderJoins, .keepsWritten = true},
+    {.name = "implied order", .apply = ImplyOrder, .keepsWritten = true},
+    {.name = "order of ties", .apply = ImplyTies, .breaksTies = true, .keepsWritten = true},
+    {.name = "selectivity hints", .apply = HintRanges},
+    {.name = "deferred look-up", .apply = DeferLookups},
+    {.name = "bill date keys", .apply = SplitBillDateKeys},
+    {.name = "keys that are read", .apply = GroupByWhatIsRead, .readsKeysOnly = true},
+    {.name = "order of texts", .apply = LeaveTextOrder, .leavesTextOrder = true, .keepsWritten = true},
 };
 
 }  // namespace

@@ -17,6 +17,8 @@ struct Rule {
     bool breaksTies = false;
     /// For engines that can read no dependent columns.
     bool readsKeysOnly = false;
+    /// For engines that leave the order of texts in a result to the client.
+    bool leavesTextOrder = false;
     /// It rearranges nothing that could change rows with random numbers or those of a full join.
     bool keepsWritten = false;
 };
@@ -62,5 +64,8 @@ void HintRanges(bind::BoundStatement& statement);
 /// Deferred look-up: tables whose row is determined by a grouping key are looked up once for each group, not for each
 /// row that is grouped, and their columns are not sorted with the rows.
 void DeferLookups(bind::BoundStatement& statement);
+/// The order of a result that is ordered by texts, among others, becomes the client's; keys that are not shown become
+/// hidden items. What a limit cuts off depends on the order and keeps it.
+void LeaveTextOrder(bind::BoundStatement& statement);
 
 }  // namespace kpTables::sql::rewrite

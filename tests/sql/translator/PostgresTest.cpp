@@ -14,9 +14,9 @@
 namespace kpTables::sql {
 namespace {
 
-std::string PrintedFor(std::string_view text) {
+std::string PrintedFor(std::string_view text, bool hasExtension = false) {
     const test::TestCatalog catalog;
-    return Translate(*parse::Parse(text), catalog, print::postgres::PostgresEngine()).text;
+    return Translate(*parse::Parse(text), catalog, print::postgres::PostgresEngine(hasExtension)).text;
 }
 
 struct PostgresCase {
@@ -115,9 +115,65 @@ TEST(PostgresRefusals, NameTheFunction) {
         PrintedFor("Select InStrRev('abc', 'b') As x");
         FAIL();
     } catch (const SqlError& error) {
-        EXPECT_STREQ(error.what(), "the book's engine does not have the function 'instrrev'");
+        EXPECT_STREQ(error.what(),
+                     "a server has the function 'instrrev' with the extension kptables alone, which the server's "
+                     "administrator adds to the database (CREATE EXTENSION kptables)");
         EXPECT_EQ(error.Offset(), 7U);
     }
+}
+
+/// The text, and the order that is left to the client: the keys' columns, from 1, with a minus where they descend; how
+/// many columns are shown, and the types of the hidden ones.
+std::string LeftFor(std::string_view text) {
+    const test::TestCatalog catalog;
+    const Translation translation = Translate(*parse::Parse(text), catalog, print::postgres::PostgresEngine());
+    std::string order;
+    for (const ClientOrder::Key& key : translation.order.keys)
+        order.append(key.descending ? " -" : " ").append(std::to_string(key.column + 1));
+    std::string hidden;
+    for (const Type type : translation.order.hidden)
+        hidden += type == Type::Text ? " text" : type == Type::Long ? " long" : " ?";
+    return translation.text + " |" + order + " | " + std::to_string(translation.columns.size()) + hidden;
+}
+
+constexpr PostgresCase kOrders[] = {
+    {"Select id, t From T Order by t", R"sql(SELECT "T"."id", "T"."t", "T"."kp_row" FROM "T" | 2 3 | 2 long)sql"},
+    {"Select l From T Order by t DESC, l DESC",
+     R"sql(SELECT "T"."l", "T"."t", "T"."kp_row" FROM "T" | -2 -1 3 | 1 text long)sql"},
+    {"Select t As x From T Order by x, 1, T.t2 & 'a'",
+     R"sql(SELECT "T"."t" AS "x", kp.join("T"."t2", $1::kp.text), "T"."kp_row" FROM "T" | 1 1 2 3 | 1 text long)sql"},
+    {"Select Distinct t, l From T", R"sql(SELECT DISTINCT "T"."t", "T"."l" FROM "T" | 1 2 | 2)sql"},
+    {"Select Distinct t, l From T Order by l DESC", R"sql(SELECT DISTINCT "T"."t", "T"."l" FROM "T" | -2 1 | 2)sql"},
+    {"Select t, l From T Union Select t2, s From T Order by 2 DESC",
+     R"sql(SELECT "T"."t", "T"."l" FROM "T" UNION SELECT "T"."t2", "T"."s" FROM "T" | -2 1 | 2)sql"},
+    {"Select t2, Count(*) As n From T Group by t, t2",
+     R"sql(SELECT "T"."t2", COUNT(*) AS "n", "T"."t" FROM "T" GROUP BY "T"."t", "T"."t2" | 3 1 | 2 text)sql"},
+    // A limit, rows for a table, and keys without texts are the server's.
+    {"Select Top 2 t From T Order by t",
+     R"sql(SELECT "T"."t" FROM "T" ORDER BY "T"."t" NULLS FIRST, "T"."kp_row" NULLS FIRST LIMIT 2 | | 1)sql"},
+    {"Select id From T Order by l",
+     R"sql(SELECT "T"."id" FROM "T" ORDER BY "T"."l" NULLS FIRST, "T"."kp_row" NULLS FIRST | | 1)sql"},
+    {"Select t From T", R"sql(SELECT "T"."t" FROM "T" ORDER BY "T"."kp_row" NULLS FIRST | | 1)sql"},
+    {"Select Q.l From (Select Top 3 l From T Order by t) As Q Order by l",
+     R"sql(SELECT "Q"."l" FROM (SELECT "T"."l" AS "l" FROM "T" ORDER BY "T"."t" NULLS FIRST, "T"."kp_row" NULLS FIRST LIMIT 3) )sql"
+     R"sql(AS "Q" ORDER BY 1 NULLS FIRST | | 1)sql"},
+    {"Insert Into T (t) Select t2 From T Order by t2", R"sql(INSERT INTO "T" ("t") SELECT "T"."t2" FROM "T" | | 0)sql"},
+};
+
+class PostgresOrder : public testing::TestWithParam<PostgresCase> {};
+
+TEST_P(PostgresOrder, OfTextsIsTheClients) { EXPECT_EQ(LeftFor(GetParam().text), GetParam().printed); }
+
+INSTANTIATE_TEST_SUITE_P(Cases, PostgresOrder, testing::ValuesIn(kOrders));
+
+TEST(PostgresExtension, IsCalledForWhatItHas) {
+    EXPECT_EQ(PrintedFor("Select InStrRev('abc', 'b') As x, Left(Chr(66), 1) As y", true),
+              R"sql(SELECT kptables."instrrev"($1::kp.text, $2::kp.text) AS "x", )sql"
+              R"sql(kp."left"(CAST(kptables."chr"($3::bigint) AS kp.text), $4::bigint) AS "y")sql");
+    EXPECT_EQ(PrintedFor("Select CDate(t) As d, d & '' As x, CDbl(t) As y From T", true),
+              R"sql(SELECT kptables."to_date"("T"."t") AS "d", )sql"
+              R"sql(kp.join(CAST(kptables."text_double"("T"."d") AS kp.text), $1::kp.text) AS "x", )sql"
+              R"sql(kp.to_double("T"."t") AS "y" FROM "T" ORDER BY "T"."kp_row" NULLS FIRST)sql");
 }
 
 TEST(PostgresNames, AreShortenedWhereTheServerWouldCutThem) {

@@ -119,4 +119,18 @@ TEST(Select, QualifierOfATableInsideAQueryInFrom) {
     });
 }
 
+TEST(Select, SaysWhetherItHasOneRowAtMost) {
+    const auto hasOneRow = [](std::string_view text) { return TranslatedWhole(text).hasOneRow; };
+    EXPECT_TRUE(hasOneRow("Select Sum(金额) From 入库记录 Where pdID=1"));
+    EXPECT_TRUE(hasOneRow("Select 企业名称 From 厂商资料 Where KSID=1"));
+    EXPECT_TRUE(hasOneRow("Select 企业名称 From 厂商资料 Where 企业名称='a' And 2=KSID Order By 企业名称"));
+    EXPECT_FALSE(hasOneRow("Select 企业名称 From 厂商资料 Where KSID=1 Or KSID=2"));
+    EXPECT_FALSE(hasOneRow("Select 企业名称 From 厂商资料 Where KSID>1"));
+    EXPECT_FALSE(hasOneRow("Select 企业名称 From 厂商资料 Where 企业名称='a'"));
+    EXPECT_FALSE(hasOneRow("Select pdID, Sum(金额) From 入库记录 Group By pdID"));
+    EXPECT_FALSE(hasOneRow("Select A.企业名称 From 厂商资料 As A, 厂商资料 As B Where A.KSID=1"));
+    EXPECT_FALSE(hasOneRow("Select KSID From 厂商资料 Where KSID=1 Union All Select pdID From 入库记录"));
+    EXPECT_FALSE(hasOneRow("Delete From 厂商资料 Where KSID=1"));
+}
+
 }  // namespace kpTables::sql::test

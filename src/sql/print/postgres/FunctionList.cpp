@@ -29,7 +29,7 @@ constexpr ServerFunction kFunctions[] = {
     {"abs", "bigint", "bigint", "abs($1)"},
     {"asc", "bpchar", "integer",
      "CASE WHEN ascii(kp._raw($1)) BETWEEN 1 AND 127 THEN ascii(kp._raw($1)) ELSE kp._fail('KP005', 'Asc of ''' || "
-     "kp._raw($1) || ''': a server knows the codes of ASCII alone', CAST(NULL AS integer)) END"},
+     "kp._raw($1) || ''': a server without the extension kptables knows ASCII alone', CAST(NULL AS integer)) END"},
     {"atan", "double precision", "double precision", "atan($1)"},
     {"bit_and", "bigint, bigint", "bigint", "$1 & $2"},
     {"bit_imp", "bigint, bigint", "bigint", "~$1 | $2"},
@@ -41,12 +41,12 @@ constexpr ServerFunction kFunctions[] = {
     {"rnd", "", "double precision", "random()", kRandom},
     {"rnd", "double precision", "double precision",
      "CASE WHEN $1 > 0 THEN random() WHEN $1 < 0 THEN kp._restart(CAST(CAST('x' || encode(float4send(CAST($1 AS real)), "
-     "'hex') AS bit(32)) AS bigint)) ELSE kp._fail('KP005', 'Rnd(0): a server keeps no last number', $1) END",
+     "'hex') AS bit(32)) AS bigint)) ELSE kp._fail('KP005', 'Rnd(0): a server without the extension kptables keeps no last number', $1) END",
      kRandom},
     {"char", "bpchar, integer", "kp.text", "kp._text(rpad(kp._raw($1), $2))"},
     {"chr", "double precision", "kp.text",
      "CASE WHEN $1 BETWEEN 1 AND 127 THEN kp._text(chr(CAST($1 AS integer))) ELSE kp._text(kp._fail('KP005', 'Chr(' || $1 "
-     "|| '): a server knows the codes of ASCII alone', CAST(NULL AS text))) END"},
+     "|| '): a server without the extension kptables knows ASCII alone', CAST(NULL AS text))) END"},
     {"cos", "double precision", "double precision", "cos($1)"},
     {"cur_fix", "bigint", "bigint", "$1 / 10000 * 10000"},
     {"cur_int", "bigint", "bigint", "CAST(floor($1 / 10000.0) AS bigint) * 10000"},
@@ -244,7 +244,7 @@ constexpr ServerFunction kFunctions[] = {
      "CASE WHEN $2 COLLATE \"C\" ~ '^(#,##)?0(\\.0{1,15})?$' THEN to_char(round($1, greatest(0, length($2) - "
      "strpos($2 || '.', '.' COLLATE \"C\"))), CASE WHEN $2 COLLATE \"C\" LIKE '#%' THEN 'FM' || repeat('999,', 9) || '990' "
      "ELSE 'FM' || repeat('9', 29) || '0' END || COALESCE(substring($2 COLLATE \"C\" FROM '\\..*'), '')) ELSE "
-     "kp._fail('KP005', 'Format with the pattern ''' || $2 || ''': a server knows 0, 0.00, #,##0 and #,##0.00 alone', "
+     "kp._fail('KP005', 'Format with the pattern ''' || $2 || ''': a server without the extension kptables knows 0, 0.00, #,##0 and #,##0.00 alone', "
      "CAST(NULL AS text)) END"},
     {"format_number", "double precision", "kp.text", "kp._text(COALESCE(CAST(trim_scale(kp._plain($1)) AS text), ''))"},
     {"format_number", "double precision, bpchar", "kp.text",
@@ -321,7 +321,7 @@ constexpr ServerFunction kFunctions[] = {
      "to_char($1, 'Dy') WHEN 'dddd' THEN to_char($1, 'FMDay') WHEN 'h' THEN to_char($1, 'FMHH24') WHEN 'hh' THEN "
      "to_char($1, 'HH24') WHEN 'n' THEN to_char($1, 'FMMI') WHEN 'nn' THEN to_char($1, 'MI') WHEN 's' THEN to_char($1, "
      "'FMSS') WHEN 'ss' THEN to_char($1, 'SS') ELSE CASE WHEN $2 COLLATE \"C\" ~ '^[- /.:年月日时分秒]$' THEN $2 ELSE "
-     "kp._fail('KP005', 'Format with the pattern ''' || $3 || ''': a server knows y, m, d, h, n and s of dates alone', $2) "
+     "kp._fail('KP005', 'Format with the pattern ''' || $3 || ''': a server without the extension kptables knows y, m, d, h, n and s alone', $2) "
      "END END"},
     {"format_date", "timestamp", "kp.text", "kp._text(COALESCE(kp._raw(kp.text_date($1)), ''))"},
     // m behind the hour would be minutes.
@@ -330,6 +330,7 @@ constexpr ServerFunction kFunctions[] = {
      "COLLATE \"C\" ~ 'h[^a-z]*m' THEN 'hm' ELSE part[1] END, kp._raw($2)), '' ORDER BY n) FROM "
      "regexp_matches(kp._lower($2) COLLATE \"C\", '(([a-z])\\2*|.)', 'g') WITH ORDINALITY AS parts(part, n)), '') END)"},
     {"format_text", "bpchar", "kp.text", "kp._text(COALESCE(kp._raw($1), ''))"},
+    {"time", "", "timestamp", "TIMESTAMP '1899-12-30' + CAST(localtime(0) AS interval)", kVolatile},
     {"trim", "bpchar", "kp.text", "kp._text(btrim((kp._raw($1) COLLATE \"C\"), ' '))"},
     {"ucase", "bpchar", "kp.text", "kp._text(upper(kp._raw($1) COLLATE \"und-x-icu\"))"},
     {"unicode", "bpchar", "integer", "CASE WHEN char_length(kp._raw($1)) > 0 THEN ascii(kp._raw($1)) END"},

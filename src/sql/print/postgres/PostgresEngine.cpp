@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "kpTables/text/Message.h"
+#include "sql/SqlError.h"
 #include "sql/print/postgres/FunctionList.h"
 
 namespace kpTables::sql::print::postgres {
@@ -44,8 +46,6 @@ Piece ToText(Piece operand, Type from) {
             return Call("kp.text_currency", std::move(operand));
         case Type::Date:
             return Call("kp.text_date", std::move(operand));
-        case Type::Double:
-            return Call("kp.text_double", std::move(operand));
         default:
             return Cast(std::move(operand), kTextDomain);
     }
@@ -116,8 +116,32 @@ std::uint64_t HashOf(std::string_view text) noexcept {
 constexpr std::array<std::string_view, 8> kWindowFunctions = {"row_number", "rank", "dense_rank",  "ntile",
                                                               "lag",        "lead", "first_value", "last_value"};
 
+/// Of that many arguments; null where the extension has none.
+const ExtensionFunction* Carried(std::string_view function, std::size_t arguments) {
+    const auto found = std::ranges::find_if(ExtensionFunctions(), [&](const ExtensionFunction& each) {
+        return each.name == function && CountArguments(each.parameters) == arguments;
+    });
+    return found == ExtensionFunctions().end() ? nullptr : &*found;
+}
+
+Piece CallCarried(const ExtensionFunction& function, const std::vector<Piece>& arguments) {
+    std::string name(kExtension);
+    name.append(".\"").append(function.name).append("\"");
+    Piece call = Function(name, arguments);
+    // The order of texts is the domain's.
+    return function.result == "bpchar" ? Cast(std::move(call), kTextDomain) : call;
+}
+
+bool IsInSharedSchema(std::string_view function, std::size_t arguments) {
+    return std::ranges::any_of(ServerFunctions(), [&](const ServerFunction& each) {
+        return each.name == function && CountArguments(each.parameters) == arguments;
+    });
+}
+
 class Postgres : public Engine {
 public:
+    explicit Postgres(bool hasExtension) noexcept : hasExtension_(hasExtension) {}
+
     std::string Name(std::string_view name) const override { return Engine::Name(ServerName(name)); }
 
     std::string Parameter(int number, const bind::ParameterTerm& parameter) const override {
@@ -132,6 +156,17 @@ public:
         const bool known = std::ranges::any_of(
             ServerFunctions(), [function](const ServerFunction& each) { return each.name == function; });
         return known ? "kp." + Engine::Name(function) : std::string();
+    }
+
+    Piece Called(const bind::CallTerm& call, const std::vector<Piece>& arguments) const override {
+        const ExtensionFunction* const carried = Carried(call.name, arguments.size());
+        if (carried && hasExtension_) return CallCarried(*carried, arguments);
+        if (!carried || IsInSharedSchema(call.name, arguments.size())) return Engine::Called(call, arguments);
+        throw SqlError(ErrorKind::Unsupported,
+                       Message("a server has the function '{1}' with the extension kptables alone, which the server's "
+                               "administrator adds to the database (CREATE EXTENSION kptables)",
+                               call.name),
+                       call.offset);
     }
 
     std::string BookList(bind::BookList list) const override {
@@ -198,10 +233,10 @@ public:
             case Type::Boolean:
                 return ToBoolean(std::move(operand), from);
             case Type::Date:
-                if (from == Type::Text || from == Type::Unknown) return Call("kp.to_date", std::move(operand));
+                if (from == Type::Text || from == Type::Unknown) return Own("to_date", std::move(operand));
                 return Call("kp.to_date", Cast(Number(std::move(operand), from), kReal));
             case Type::Text:
-                return ToText(std::move(operand), from);
+                return from == Type::Double ? Own("text_double", std::move(operand)) : ToText(std::move(operand), from);
             default:
                 return operand;
         }
@@ -248,6 +283,9 @@ public:
 
     bool KeepsTies() const override { return false; }
 
+    // Its collation is slow, and depends on the version of a library.
+    bool LeavesTextOrder() const override { return true; }
+
     bool ReadsCells() const override { return true; }
 
     std::string RowIdName(const CatalogTable& table) const override {
@@ -277,13 +315,24 @@ public:
     std::string BehindTable(const std::string& table, const bind::SchemaChange& change) const override {
         return CounterTrigger(table, change);
     }
+
+private:
+    /// A call of a function of one argument that both have.
+    Piece Own(std::string_view function, Piece operand) const {
+        const ExtensionFunction* const carried = hasExtension_ ? Carried(function, 1) : nullptr;
+        return carried ? CallCarried(*carried, {std::move(operand)})
+                       : Call("kp." + std::string(function), std::move(operand));
+    }
+
+    bool hasExtension_;
 };
 
 }  // namespace
 
-const Engine& PostgresEngine() {
-    static const Postgres engine;
-    return engine;
+const Engine& PostgresEngine(bool hasExtension) {
+    static const Postgres alone(false);
+    static const Postgres extended(true);
+    return hasExtension ? extended : alone;
 }
 
 std::string QuotedName(std::string_view name) { return PostgresEngine().Name(name); }

@@ -9,7 +9,8 @@
 
 namespace kpTables::sql::print::postgres {
 
-const Engine& PostgresEngine();
+/// hasExtension: of a database that has the extension kptables.
+const Engine& PostgresEngine(bool hasExtension = false);
 
 /// A name between double quotes. One that the server would cut is shortened so that it stays unique.
 std::string QuotedName(std::string_view name);
