@@ -81,6 +81,7 @@ public:
 
     Exchange(Database& database, std::string_view shown, Way way) : database_(database), shown_(shown) {
         ++database_.statements_;
+        database_.isCancelled_ = false;
         if (way == Way::Text) return;
         const std::vector<const char*> before = database.TakeStatementsBefore();
         isPipeline_ = way == Way::Together || !before.empty();
@@ -174,7 +175,10 @@ private:
     }
 
     void Pass(const Result& rows, const RowSink& sink) {
+        constexpr std::int64_t kBetweenQuestions = 4096;
         if (failed_ || raised_) return;
+        // While rows come, nobody waits.
+        if (++passed_ % kBetweenQuestions == 0) database_.CancelIfItIsToEnd();
         try {
             for (int row = 0; row < rows.Rows(); ++row) sink(rows, row);
         } catch (...) {
@@ -189,6 +193,7 @@ private:
     int leading_ = 0;  ///< statements before the caller's
     int statements_ = 0;
     std::vector<std::string_view> fed_;
+    std::int64_t passed_ = 0;  ///< answers that went to the sink
     Result failed_;
     std::exception_ptr raised_;
 };
@@ -370,17 +375,19 @@ bool Database::IsToEnd() const noexcept {
     }
 }
 
+void Database::CancelIfItIsToEnd() noexcept {
+    if (isCancelled_ || !IsToEnd()) return;
+    isCancelled_ = true;
+    Cancel();
+}
+
 Result Database::Next(std::string_view shown) {
     constexpr int kBetweenQuestions = 100;  // milliseconds
     const Library& library = LoadedLibrary();
-    bool cancelled = false;
     library.Flush(connection_.get());
     while (library.IsBusy(connection_.get()) != 0) {
         const bool isReady = platform::WaitForSocket(library.Socket(connection_.get()), kBetweenQuestions);
-        if (!isReady && !cancelled && IsToEnd()) {
-            Cancel();
-            cancelled = true;
-        }
+        if (!isReady) CancelIfItIsToEnd();
         if (library.ConsumeInput(connection_.get()) == 0) RaiseLost(shown);
         if (std::chrono::steady_clock::now() >= answerBy_) {
             connection_.reset();

@@ -259,6 +259,8 @@ private:
     /// The next result, null after the last one. Asks the host meanwhile whether to go on.
     Result Next(std::string_view shown);
     void Cancel() const noexcept;
+    /// Once for what is on its way.
+    void CancelIfItIsToEnd() noexcept;
     [[noreturn]] void RaiseUnreached() const;
     [[noreturn]] void RaiseLost(std::string_view shown) const;
     [[noreturn]] void RaiseLost(std::string_view shown, const std::string& reason) const;
@@ -273,6 +275,7 @@ private:
     std::string guard_;  ///< behind a pooler: a statement that fails where the connection was not set up
     std::chrono::steady_clock::time_point answerBy_ = std::chrono::steady_clock::time_point::max();
     bool interruptible_ = true;
+    bool isCancelled_ = false;
     bool hasSavepoint_ = false;
     bool savepointDue_ = false;  ///< it goes along with the next statement
     bool looksForOthers_ = false;
