@@ -172,13 +172,14 @@ void CheckGrouped(Context& context, const Scope& scope, const Expression& expres
         if (grouped) continue;
         // A name of none of these tables is an earlier item's, which has been checked, or an outer query's, which is
         // the same for every row here.
-        const auto* column = sql::If<Column>(e);
-        const auto meaning = column ? scope.Lookup(*column) : Scope::Meaning();
-        if (meaning && scope.Owns(meaning) && !(isDetermined && isDetermined(meaning)))
-            throw SqlError(
-                ErrorKind::Syntax,
-                Message("the column '{1}' is neither grouped by nor part of an aggregate function", column->name),
-                e->offset);
+        if (const auto* column = sql::If<Column>(e)) {
+            const auto meaning = scope.Lookup(*column);
+            if (meaning && scope.Owns(meaning) && !(isDetermined && isDetermined(meaning)))
+                throw SqlError(
+                    ErrorKind::Syntax,
+                    Message("the column '{1}' is neither grouped by nor part of an aggregate function", column->name),
+                    e->offset);
+        }
         ForEachOperand(*e, [&](const Expression& operand) { open.push_back(&operand); });
     }
 }

@@ -26,9 +26,10 @@ TermPtr Concat(Context& context, Terms arguments) {
         TermPtr written = AsText(context, std::move(argument));
         TermPtr text =
             given ? std::move(written) : Call("coalesce", {std::move(written), TextConstant("")}, Type::Text);
-        joined = joined
-                     ? std::make_shared<Concatenation>(Concatenation::Nulls::Spread, std::move(joined), std::move(text))
-                     : std::move(text);
+        if (joined) {
+            text = std::make_shared<Concatenation>(Concatenation::Nulls::Spread, std::move(joined), std::move(text));
+        }
+        joined = std::move(text);
     }
     return joined;
 }
