@@ -275,7 +275,7 @@ private:
     std::string guard_;  ///< behind a pooler: a statement that fails where the connection was not set up
     std::chrono::steady_clock::time_point answerBy_ = std::chrono::steady_clock::time_point::max();
     bool interruptible_ = true;
-    bool isCancelled_ = false;
+    bool isCancelled_ = false;  ///< what is on its way, because the host said so
     bool hasSavepoint_ = false;
     bool savepointDue_ = false;  ///< it goes along with the next statement
     bool looksForOthers_ = false;
