@@ -28,6 +28,11 @@ constexpr const char* kStatements[] = {
     "Insert Into L (p,m,s,k,q,c,f) Values (Null,3,2,Null,8,7,False)",
     "Insert Into L (p,m,s,k,q,c,f) Values (3,-1,Null,'c',Null,Null,True)",
     "Insert Into L (p,m,s,k,q,c,f) Values (9,2,Null,'c',0.5,2,True)",
+    "CREATE TABLE E (p LONG, k TEXT(9), c CURRENCY)",
+    "Insert Into E (p,k,c) Values (1,'',1.5)",
+    "Insert Into E (p,k,c) Values (1,Null,2)",
+    "Insert Into E (p,k,c) Values (2,'~',4)",
+    "Insert Into E (p,k,c) Values (2,'a',8)",
 };
 
 constexpr const char* kOverAJoin =
@@ -46,6 +51,9 @@ constexpr const char* kCrossTables[] = {
     // What is not put together from cells.
     "TRANSFORM Sum(c) SELECT k FROM L GROUP BY k PIVOT m",
     "TRANSFORM Sum(c) SELECT p FROM L GROUP BY p PIVOT k",
+    // Columns named "<>" and "", beside one whose name the server would be given for none.
+    "TRANSFORM Sum(c) SELECT p FROM E GROUP BY p PIVOT k",
+    "TRANSFORM Max(c) AS t SELECT p FROM E GROUP BY p PIVOT k",
     "TRANSFORM Sum(c) SELECT p FROM L GROUP BY p PIVOT f",
     "TRANSFORM Max(c) AS t SELECT p,Avg(q) As a FROM L GROUP BY p PIVOT m",
     "TRANSFORM Sum(c) SELECT p FROM L GROUP BY p ORDER BY p DESC PIVOT m",

@@ -185,6 +185,7 @@ TEST(PostgresNames, AreShortenedWhereTheServerWouldCutThem) {
     EXPECT_LE(longer.size(), 63U);
     EXPECT_NE(longer, ServerName(name + "乙"));
     EXPECT_TRUE(longer.starts_with("中中中"));
+    EXPECT_EQ(ServerName(""), "~");
 }
 
 }  // namespace

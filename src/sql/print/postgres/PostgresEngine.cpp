@@ -340,6 +340,8 @@ std::string QuotedName(std::string_view name) { return PostgresEngine().Name(nam
 std::string QuotedText(std::string_view text) { return PostgresEngine().Text(text); }
 
 std::string ServerName(std::string_view name) {
+    // The column of an empty text in a cross-tab has no name, and the server takes none.
+    if (name.empty()) return "~";
     if (name.size() <= kLongestName) return std::string(name);
     constexpr std::size_t kDigits = 8;
     constexpr std::string_view kHexadecimal = "0123456789abcdef";

@@ -17,7 +17,8 @@ std::string QuotedName(std::string_view name);
 /// A text between single quotes.
 std::string QuotedText(std::string_view text);
 
-/// The name without quotes, shortened where the server would cut it.
+/// The name without quotes, shortened where the server would cut it; "~" for an empty one, which the server does not
+/// take.
 std::string ServerName(std::string_view name);
 
 /// See Engine.
