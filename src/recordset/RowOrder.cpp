@@ -5,7 +5,9 @@
 #include <cmath>
 #include <span>
 #include <tuple>
+#include <utility>
 
+#include "recordset/Steps.h"
 #include "recordset/TextRanks.h"
 
 namespace kpTables::recordset {
@@ -55,8 +57,9 @@ constexpr std::uint32_t kText = 2;
 /// Sorts by one key, and then what is equal by the next one.
 class RowSorter {
 public:
-    RowSorter(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts)
-        : rows_(rows), keys_(keys), texts_(texts), entries_(rows.Rows()) {
+    RowSorter(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts,
+              std::function<void()> pause)
+        : rows_(rows), keys_(keys), texts_(texts), steps_(std::move(pause)), entries_(rows.Rows()) {
         for (std::uint32_t row = 0; row < entries_.size(); ++row) entries_[row].row = row;
     }
 
@@ -84,13 +87,14 @@ private:
     void Read(Run run, int column) {
         TextRanks ranks(run.size());
         for (Entry& entry : run) {
+            steps_.Count();
             const VarType type = rows_.TypeAt(entry.row, column);
             entry.kind = type == VarType::Null ? kNull : type == VarType::String ? kText : kNumber;
             entry.bits = entry.kind == kText     ? ranks.NumberOf(rows_.TextAt(entry.row, column))
                          : entry.kind == kNumber ? OrderedNumber(rows_, entry.row, column)
                                                  : 0;
         }
-        const std::vector<std::uint32_t> rankOf = ranks.Ranks(texts_);
+        const std::vector<std::uint32_t> rankOf = ranks.Ranks(texts_, steps_);
         if (rankOf.empty()) return;
         for (Entry& entry : run) {
             if (entry.kind == kText) entry.bits = rankOf[entry.bits];
@@ -107,13 +111,15 @@ private:
     const RowStore& rows_;
     const std::vector<SortKey>& keys_;
     const TextOrder& texts_;
+    Steps steps_;
     std::vector<Entry> entries_;
 };
 
 }  // namespace
 
-std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts) {
-    return RowSorter(rows, keys, texts).Sorted();
+std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts,
+                                     std::function<void()> pause) {
+    return RowSorter(rows, keys, texts, std::move(pause)).Sorted();
 }
 
 }  // namespace kpTables::recordset

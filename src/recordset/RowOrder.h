@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
+#include <functional>
 #include <vector>
 
 #include "kpTables/MemoryRecordset.h"
@@ -16,7 +16,9 @@ struct SortKey {
 };
 
 /// The rows' numbers in ascending order: Null first, then numbers, then texts where a column holds them mixed. Rows
-/// that are equal keep their order. The first key decides, and the next one between rows that are equal by it.
-std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts);
+/// that are equal keep their order. The first key decides, and the next one between rows that are equal by it. pause:
+/// called every few ten thousand steps; what it throws ends the work.
+std::vector<std::uint32_t> OrderRows(const RowStore& rows, const std::vector<SortKey>& keys, const TextOrder& texts,
+                                     std::function<void()> pause = {});
 
 }  // namespace kpTables::recordset

@@ -10,8 +10,8 @@ namespace kpTables::recordset {
 /// Sorts texts by their first weights, a number of them at a time, and what these leave equal by comparing.
 class TextRanks::Ranking {
 public:
-    Ranking(const std::vector<Text>& texts, const TextOrder& order, bool weighs)
-        : texts_(texts), order_(order), entries_(texts.size()), ranks_(texts.size()) {
+    Ranking(const std::vector<Text>& texts, const TextOrder& order, bool weighs, Steps& steps)
+        : texts_(texts), order_(order), steps_(steps), entries_(texts.size()), ranks_(texts.size()) {
         for (std::uint32_t i = 0; i < entries_.size(); ++i) entries_[i].text = i;
         if (weighs)
             RankByWeights();
@@ -39,6 +39,7 @@ private:
     void RankByWeights() {
         starts_.reserve(texts_.size() + 1);
         for (const Text& each : texts_) {
+            steps_.Count();
             starts_.push_back(weights_.size());
             order_.weigh(each.text, kMostWeights, weights_);
         }
@@ -48,6 +49,7 @@ private:
 
     void RankByWeights(Run run, std::size_t depth) {
         for (Entry& entry : run) {
+            steps_.Count();
             const std::size_t at = starts_[entry.text] + depth;
             entry.weight = at < starts_[entry.text + 1] ? weights_[at] : 0;
         }
@@ -72,6 +74,7 @@ private:
         texts.reserve(run.size());
         for (const Entry& entry : run) texts.push_back({texts_[entry.text].text, entry.text});
         const auto compare = [&](const Compared& left, const Compared& right) {
+            steps_.Count();
             return order_.compare(left.text, right.text);
         };
         std::stable_sort(texts.begin(), texts.end(),
@@ -85,6 +88,7 @@ private:
 
     const std::vector<Text>& texts_;
     const TextOrder& order_;
+    Steps& steps_;
     std::vector<std::uint64_t> weights_;
     std::vector<std::size_t> starts_;  ///< of each text's weights
     std::vector<Entry> entries_;
@@ -124,8 +128,8 @@ void TextRanks::Widen() {
     }
 }
 
-std::vector<std::uint32_t> TextRanks::Ranks(const TextOrder& order) const {
-    return Ranking(texts_, order, searches_ && order.weigh).Take();
+std::vector<std::uint32_t> TextRanks::Ranks(const TextOrder& order, Steps& steps) const {
+    return Ranking(texts_, order, searches_ && order.weigh, steps).Take();
 }
 
 }  // namespace kpTables::recordset

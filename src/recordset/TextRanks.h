@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kpTables/MemoryRecordset.h"
+#include "recordset/Steps.h"
 
 namespace kpTables::recordset {
 
@@ -17,8 +18,8 @@ public:
 
     /// The text's number, from 0; texts of the same bytes mostly have the same one. The text must live on.
     std::uint32_t NumberOf(std::string_view text);
-    /// The place of each number in the order: equal for texts that compare equal.
-    std::vector<std::uint32_t> Ranks(const TextOrder& order) const;
+    /// The place of each number in the order: equal for texts that compare equal. steps: counts what is done.
+    std::vector<std::uint32_t> Ranks(const TextOrder& order, Steps& steps) const;
 
 private:
     static constexpr std::size_t kFew = 32;

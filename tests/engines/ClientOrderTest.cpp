@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "engines/common/BookTexts.h"
+#include "engines/common/Limits.h"
+#include "kpTables/Error.h"
 #include "text/TextOrder.h"
 
 namespace kpTables::engines {
@@ -57,7 +59,7 @@ class OrderByTheClient : public testing::TestWithParam<std::int32_t> {};
 TEST_P(OrderByTheClient, IsStableAndDropsWhatIsHidden) {
     HiddenKeys table(GetParam());
     const sql::ClientOrder order{{{2, true}, {1, false}}, {sql::Type::Text, sql::Type::Long}};
-    PutInOrder(table.store, order, kBookTexts, "shown");
+    PutInOrder(table.store, order, kBookTexts, {}, "shown");
     std::ranges::stable_sort(table.rows, [](const SortedRow& left, const SortedRow& right) {
         return left.group != right.group ? left.group > right.group : CompareKeys(left.text, right.text) < 0;
     });
@@ -69,7 +71,7 @@ TEST_P(OrderByTheClient, IsStableAndDropsWhatIsHidden) {
 
 TEST_P(OrderByTheClient, DescendsWithNullsLast) {
     HiddenKeys table(GetParam());
-    PutInOrder(table.store, {{{1, true}}, {sql::Type::Text, sql::Type::Long}}, kBookTexts, "shown");
+    PutInOrder(table.store, {{{1, true}}, {sql::Type::Text, sql::Type::Long}}, kBookTexts, {}, "shown");
     std::ranges::stable_sort(table.rows, [](const SortedRow& left, const SortedRow& right) {
         return CompareKeys(left.text, right.text) > 0;
     });
@@ -79,10 +81,32 @@ TEST_P(OrderByTheClient, DescendsWithNullsLast) {
 
 TEST_P(OrderByTheClient, WithoutKeysIsTheEngines) {
     HiddenKeys table(GetParam());
-    PutInOrder(table.store, {}, kBookTexts, "shown");
+    PutInOrder(table.store, {}, kBookTexts, {}, "shown");
     ASSERT_EQ(table.store.Columns(), 3);
     for (std::size_t row = 0; row < table.rows.size(); ++row)
         ASSERT_TRUE(table.store.GetValue(row, 0).Is(table.rows[row].number)) << row;
+}
+
+TEST(OrderByTheClientOfManyRows, EndsWhenTheHostSaysSo) {
+    constexpr std::int32_t kMany = 200000;
+    HiddenKeys table(kMany);
+    for (const int patience : {0, 1, 2, 3}) {
+        int asked = 0;
+        Limits limits;
+        limits.interrupted = [&] { return asked++ == patience; };
+        try {
+            PutInOrder(table.store, {{{1, false}}, {}}, kBookTexts, limits, "shown");
+            FAIL() << "asked " << asked << " times";
+        } catch (const DatabaseError& error) {
+            EXPECT_EQ(error.Number(), static_cast<std::int32_t>(DatabaseErrorNumber::Cancelled));
+            EXPECT_EQ(error.Description(), "The statement was interrupted");
+            EXPECT_EQ(error.Statement(), "shown");
+        }
+        EXPECT_EQ(asked, patience + 1);
+        // The rows stand as they did.
+        for (std::size_t row = 0; row < table.rows.size(); ++row)
+            ASSERT_TRUE(table.store.GetValue(row, 0).Is(table.rows[row].number)) << row;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, OrderByTheClient, testing::Values(0, 1, 2, 31, 100, 20000));

@@ -38,6 +38,7 @@ public:
 
     engines::Catalog& GetCatalog() noexcept override;
     engines::Transaction& GetTransaction() noexcept override;
+    const engines::Limits& GetLimits() const noexcept override { return limits_; }
     const TextOrder& Texts() const noexcept override;
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
@@ -49,6 +50,7 @@ private:
     struct Parts;
 
     FakeDatabase& database_;
+    engines::Limits limits_;
     std::unique_ptr<Parts> parts_;
 };
 

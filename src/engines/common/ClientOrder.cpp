@@ -3,12 +3,11 @@
 #include <new>
 #include <vector>
 
-#include "engines/common/Limits.h"
 #include "recordset/RowOrder.h"
 
 namespace kpTables::engines {
 
-void PutInOrder(recordset::RowStore& rows, const sql::ClientOrder& order, const TextOrder& texts,
+void PutInOrder(recordset::RowStore& rows, const sql::ClientOrder& order, const TextOrder& texts, const Limits& limits,
                 std::string_view shown) {
     if (order.keys.empty()) return;
     if (rows.Rows() > 1) {
@@ -16,7 +15,7 @@ void PutInOrder(recordset::RowStore& rows, const sql::ClientOrder& order, const 
         for (const sql::ClientOrder::Key& key : order.keys)
             keys.push_back({static_cast<int>(key.column), key.descending});
         try {
-            rows.Arrange(recordset::OrderRows(rows, keys, texts));
+            rows.Arrange(recordset::OrderRows(rows, keys, texts, [&] { limits.AskHost(shown); }));
         } catch (const std::bad_alloc&) {
             Limits::RaiseOutOfMemory(shown);
         }

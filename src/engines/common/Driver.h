@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engines/common/Catalog.h"
+#include "engines/common/Limits.h"
 #include "engines/common/RowWriter.h"
 #include "engines/common/Statement.h"
 #include "engines/common/Transaction.h"
@@ -28,6 +29,7 @@ public:
 
     virtual Catalog& GetCatalog() noexcept = 0;
     virtual Transaction& GetTransaction() noexcept = 0;
+    virtual const Limits& GetLimits() const noexcept = 0;
     /// The order of a book's texts, for Find and Sort in a recordset: kBookTexts unless a driver says otherwise.
     virtual const TextOrder& Texts() const noexcept;
 

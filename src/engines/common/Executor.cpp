@@ -141,7 +141,7 @@ std::unique_ptr<recordset::RowStore> Executor::Rows(CachedStatement& statement, 
                                                     const std::vector<sql::LiteralValue>& literals) const {
     statement.prepared->Bind(statement.translation.parameters, literals, text);
     auto rows = statement.prepared->ReadRows(statement.read, text);
-    PutInOrder(*rows, statement.translation.order, driver_->Texts(), text);
+    PutInOrder(*rows, statement.translation.order, driver_->Texts(), driver_->GetLimits(), text);
     return rows;
 }
 

@@ -36,6 +36,12 @@ void Limits::ApplyTo(recordset::RowStore& rows) const {
     });
 }
 
+void Limits::AskHost(std::string_view shown) const {
+    if (interrupted && interrupted())
+        throw DatabaseError(static_cast<std::int32_t>(DatabaseErrorNumber::Cancelled),
+                            Message("The statement was interrupted"), std::string(shown));
+}
+
 std::unique_ptr<recordset::RowStore> Limits::Within(
     std::string_view shown, const std::function<void(std::unique_ptr<recordset::RowStore>& rows)>& read) {
     constexpr unsigned kMegabyteBits = 20;

@@ -26,6 +26,8 @@ struct Limits {
     void CountRow(const recordset::RowStore& result, std::string_view shown) const {
         if (rows > 0 && result.Rows() == static_cast<std::size_t>(rows)) RaiseTooManyRows(shown);
     }
+    /// Error Cancelled when the host wants the statement to end. shown: the text for messages.
+    void AskHost(std::string_view shown) const;
     /// The store that read makes and fills; a result that is too large for it, or for the machine, is error
     /// ResultTooLarge.
     static std::unique_ptr<recordset::RowStore> Within(

@@ -45,6 +45,7 @@ public:
     Database& GetDatabase() const noexcept { return *database_; }
     engines::Catalog& GetCatalog() noexcept override { return catalog_; }
     engines::Transaction& GetTransaction() noexcept override { return transaction_; }
+    const engines::Limits& GetLimits() const noexcept override { return limits_; }
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
     std::shared_ptr<engines::RowWriter> MakeWriter(engines::WrittenTable table) override;
     void ChangeColumn(const sql::ColumnChange& change) override;

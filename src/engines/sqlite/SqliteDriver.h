@@ -43,7 +43,7 @@ public:
     explicit SqliteDriver(Database database, engines::Limits limits = {});
 
     const Database& GetDatabase() const noexcept { return database_; }
-    const engines::Limits& GetLimits() const noexcept { return limits_; }
+    const engines::Limits& GetLimits() const noexcept override { return limits_; }
     engines::Catalog& GetCatalog() noexcept override { return catalog_; }
     engines::Transaction& GetTransaction() noexcept override { return transaction_; }
     std::unique_ptr<engines::Statement> Prepare(std::string_view text) override;
