@@ -17,7 +17,7 @@ if(KPTABLES_SANITIZE)
   target_link_options(kpTablesFlags INTERFACE -fsanitize=address,undefined -no-pie)
 endif()
 if(KPTABLES_SANITIZE_THREADS)
-  target_compile_options(kpTablesFlags INTERFACE -fsanitize=thread -O1 -fno-omit-frame-pointer)
+  target_compile_options(kpTablesFlags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
   target_link_options(kpTablesFlags INTERFACE -fsanitize=thread)
 endif()
 # The coverage that guides a fuzzer. Beside the tests, counters of the parts that were reached, which slow them little; in a

@@ -71,7 +71,9 @@ TEST_F(NewBooks, AreCalledByTheirUrlWhileTheyArePrepared) {
 
 TEST_F(NewBooks, ACopyOfADamagedBookIsNotKept) {
     const BookPtr book = CreateBook(path);
+    book->BeginTrans();
     for (int i = 0; i < 2000; ++i) book->Execute("Insert Into 仓库设置 (仓库名称) Values ('中心仓库')");
+    book->CommitTrans();
     book->BackUp(directory.File("whole"));
     {
         std::fstream file(directory.File("whole"), std::ios::in | std::ios::out | std::ios::binary);
