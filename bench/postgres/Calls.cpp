@@ -19,6 +19,8 @@ namespace kpTables::bench {
 namespace {
 
 constexpr std::int64_t kMostCalls = 4000;
+// The second column of a whole row, 商品名称 of a product and Discription of an option.
+constexpr int kSecond = 1;
 
 std::string Product(int call, const BookSize& size) {
     constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15ULL;
@@ -54,6 +56,7 @@ struct CallCase {
     std::function<std::vector<std::string>(int call)> parameters;
     std::function<Variant(CTables& tables, int call)> ask;
     bool isNumber;
+    int column = 0;  ///< of the rival's row, which has the answer
 };
 
 std::vector<CallCase> Cases(const BookSize& size) {
@@ -61,6 +64,11 @@ std::vector<CallCase> Cases(const BookSize& size) {
     const auto product = [size](int call) { return static_cast<std::int32_t>(std::stoi(Product(call, size))); };
     const auto option = [](int call) { return NameOfOption(call % kOptions + 1); };
     const std::string prepared = "a prepared statement";
+    const std::string methodsText = "the method's own text, prepared";
+    const auto nameOf = [product](CTables& tables, int call) {
+        return tables.Get商品资料(product(call), std::string("商品名称"));
+    };
+    const auto valueOf = [option](CTables& tables, int call) { return Variant(tables.Get_Option(option(call))); };
     const auto ofStock = [depot, product](int call) {
         return std::vector{std::to_string(depot(call)), std::to_string(product(call)), std::string("11")};
     };
@@ -80,15 +88,31 @@ std::vector<CallCase> Cases(const BookSize& size) {
          RatioUpTo(1.5),
          {"SELECT 商品名称 FROM 商品设置 WHERE \"pdID\" = $1"},
          [product](int call) { return std::vector{std::to_string(product(call))}; },
-         [product](CTables& tables, int call) { return tables.Get商品资料(product(call), std::string("商品名称")); },
+         nameOf,
          false},
+        {"Get商品资料",
+         methodsText,
+         {},
+         {"SELECT * FROM 商品设置 WHERE \"pdID\" = $1"},
+         [product](int call) { return std::vector{std::to_string(product(call))}; },
+         nameOf,
+         false,
+         kSecond},
         {"Get_Option",
          prepared,
          RatioUpTo(1.5),
          {"SELECT \"Discription\" FROM 系统选项 WHERE \"Item\" = $1"},
          [option](int call) { return std::vector{option(call)}; },
-         [option](CTables& tables, int call) { return Variant(tables.Get_Option(option(call))); },
+         valueOf,
          false},
+        {"Get_Option",
+         methodsText,
+         {},
+         {"SELECT * FROM 系统选项 WHERE \"Item\" = $1"},
+         [option](int call) { return std::vector{option(call)}; },
+         valueOf,
+         false,
+         kSecond},
         {"Get本期库存",
          prepared,
          RatioUpTo(1.5),
@@ -127,7 +151,7 @@ bool BenchServerCalls(const ServerSetting& setting, const std::string& book) {
         }
         const auto answer = [&](const std::string& name, int call) {
             const ServerRows rows = server.Ask(name, each.parameters(call));
-            return rows.Count() == 0 || rows.IsNull(0, 0) ? std::string() : rows.Text(0, 0);
+            return rows.Count() == 0 || rows.IsNull(0, each.column) ? std::string() : rows.Text(0, each.column);
         };
         const auto byHand = [&](int call) {
             if (names.size() == 1) return answer(names.front(), call);
